@@ -1,0 +1,35 @@
+# One static library per folder. What a folder may include is what its
+# `target_link_libraries` lists; nothing else is on its include path but `src`.
+
+find_program(TARNVALE_CCACHE ccache)
+if(TARNVALE_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${TARNVALE_CCACHE})
+endif()
+
+add_library(tarnvale_flags INTERFACE)
+target_compile_options(tarnvale_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+  -Wold-style-cast -Wcast-qual -Wformat=2 -Werror)
+if(TARNVALE_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# tarnvale_library(NAME SOURCES ... LINKS ...)
+function(tarnvale_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE tarnvale_flags)
+endfunction()
+
+# tarnvale_test(NAME SOURCES ... LINKS ...): a GoogleTest program whose tests
+# ctest lists one by one.
+function(tarnvale_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock_main tarnvale_flags)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
+endfunction()
