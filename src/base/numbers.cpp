@@ -1,0 +1,81 @@
+#include "base/numbers.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace tarnvale {
+namespace {
+
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t';
+}
+
+std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+struct Parsed {
+  double value = 0;
+  std::size_t length = 0;  // 0: no number at the start of the text
+};
+
+bool StartsLikeNumber(std::string_view digits) {
+  if (digits.empty()) return false;
+  if (digits.front() == '.') digits.remove_prefix(1);
+  return !digits.empty() && digits.front() >= '0' && digits.front() <= '9';
+}
+
+// `from_chars` takes no leading plus, and takes "inf" and "nan", which are no
+// numbers here: both are settled before it is asked.
+Parsed ParseStart(std::string_view text) {
+  std::string_view digits = text;
+  const bool negative = !digits.empty() && digits.front() == '-';
+  if (!digits.empty() && (digits.front() == '-' || digits.front() == '+')) digits.remove_prefix(1);
+  if (!StartsLikeNumber(digits)) return {};
+  double value = 0;
+  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  if (result.ec == std::errc::result_out_of_range) throw ProgramError(kOverflow);
+  if (result.ec != std::errc{}) return {};
+  return {negative ? -value : value, static_cast<std::size_t>(result.ptr - text.data())};
+}
+
+}  // namespace
+
+std::int64_t RoundHalfEven(double value) {
+  // 2^63 is exact as a double; everything below it fits.
+  constexpr double kLimit = 9223372036854775808.0;
+  if (!(value < kLimit && value >= -kLimit)) throw ProgramError(kOverflow);
+  double whole = std::floor(value);
+  const double fraction = value - whole;
+  if (fraction > 0.5 || (fraction == 0.5 && std::fmod(whole, 2.0) != 0.0)) whole += 1.0;
+  if (whole >= kLimit) throw ProgramError(kOverflow);
+  return static_cast<std::int64_t>(whole);
+}
+
+std::int32_t RoundToInt32(double value) {
+  return ToInt32(RoundHalfEven(value));
+}
+
+double ToNumber(std::string_view text) {
+  text = Trimmed(text);
+  const Parsed parsed = ParseStart(text);
+  if (parsed.length == 0 || parsed.length != text.size()) throw ProgramError(kTypeMismatch);
+  return parsed.value;
+}
+
+double LeadingNumber(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  return ParseStart(text).value;
+}
+
+std::uint8_t TextToByte(std::string_view text) {
+  return ToByte(RoundHalfEven(ToNumber(text)));
+}
+
+std::string ToText(std::int64_t value) {
+  return std::to_string(value);
+}
+
+}  // namespace tarnvale

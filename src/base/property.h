@@ -1,0 +1,77 @@
+// Properties: values that tell when they change.
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "base/signal.h"
+
+namespace tarnvale {
+
+/// A value with change notification. Setting the value that it has already does
+/// nothing and tells nobody.
+template <class T>
+class Property {
+ public:
+  Property() = default;
+  // Implicit, so that a member reads `Property<bool> SaveLog{true}`.
+  Property(T value) : value_(std::move(value)) {}  // NOLINT(google-explicit-constructor)
+  Property(const Property&) = delete;
+  Property& operator=(const Property&) = delete;
+
+  const T& Get() const { return value_; }
+  operator const T&() const { return value_; }  // NOLINT(google-explicit-constructor)
+
+  Property& operator=(T value) {
+    Set(std::move(value));
+    return *this;
+  }
+
+  void Set(T value) {
+    if (value == value_) return;
+    value_ = std::move(value);
+    Changed.Emit();
+  }
+
+  /// Changes the value where it stands without telling: for who tells of the
+  /// change by other means.
+  template <class Change>
+  void ModifyQuietly(Change&& change) {
+    std::forward<Change>(change)(value_);
+  }
+
+  /// Emitted after each change. A handler reads the value by Get(): it may have
+  /// moved on since.
+  Signal<> Changed;
+
+ private:
+  T value_{};
+};
+
+/// A control's view of a property: its own, or one that belongs to a record of
+/// the program and must outlive the control.
+template <class T>
+class Bound {
+ public:
+  Bound() : own_(std::make_unique<Property<T>>()), target_(own_.get()) {}
+  // Implicit both, so that a window can declare `TextBox Text5{settings.CompressDir}`.
+  Bound(T value)  // NOLINT(google-explicit-constructor)
+      : own_(std::make_unique<Property<T>>(std::move(value))), target_(own_.get()) {}
+  Bound(Property<T>& target) : target_(&target) {}  // NOLINT(google-explicit-constructor)
+
+  const T& Get() const { return target_->Get(); }
+  operator const T&() const { return target_->Get(); }  // NOLINT(google-explicit-constructor)
+  Bound& operator=(T value) {
+    target_->Set(std::move(value));
+    return *this;
+  }
+  void Set(T value) { target_->Set(std::move(value)); }
+  Signal<>& Changed() { return target_->Changed; }
+  Property<T>& Target() { return *target_; }
+
+ private:
+  std::unique_ptr<Property<T>> own_;
+  Property<T>* target_;
+};
+
+}  // namespace tarnvale

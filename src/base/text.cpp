@@ -1,0 +1,41 @@
+#include "base/text.h"
+
+#include <algorithm>
+
+namespace tarnvale {
+namespace {
+
+char LowerChar(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+}  // namespace
+
+std::string ToLower(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(), LowerChar);
+  return lower;
+}
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return LowerChar(x) == LowerChar(y); });
+}
+
+std::string WithBackslash(std::string_view path) {
+  std::string result(path);
+  if (result.empty() || result.back() != '\\') result += '\\';
+  return result;
+}
+
+std::string FileNameOf(std::string_view path) {
+  const auto last = path.rfind('\\');
+  return last == std::string_view::npos ? std::string() : std::string(path.substr(last + 1));
+}
+
+int CountChar(std::string_view text, std::string_view character) {
+  if (character.size() != 1) return 0;
+  return static_cast<int>(std::count(text.begin(), text.end(), character.front()));
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,26 @@
+// Small operations on texts. A text is bytes in the system's code page.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tarnvale {
+
+/// ASCII letters to lower case; every other byte stays.
+std::string ToLower(std::string_view text);
+
+/// Equal without regard to the case of ASCII letters.
+bool EqualIgnoringCase(std::string_view a, std::string_view b);
+
+/// `path` with a backslash at its end, unless one is there already. An empty
+/// path becomes "\".
+std::string WithBackslash(std::string_view path);
+
+/// The text behind the last backslash; empty when there is none.
+std::string FileNameOf(std::string_view path);
+
+/// How many times the one-character text `character` stands in `text`: 0 when
+/// `character` isn't exactly one byte long.
+int CountChar(std::string_view text, std::string_view character);
+
+}  // namespace tarnvale
