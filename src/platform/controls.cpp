@@ -1,0 +1,101 @@
+#include "platform/controls.h"
+
+#include <algorithm>
+
+#include "base/failure.h"
+#include "base/text.h"
+
+namespace tarnvale {
+
+void TextBox::Append(const std::string& text) {
+  Text.Target().ModifyQuietly([&](std::string& whole) { whole += text; });
+  Appended.Emit(text);
+}
+
+void ListBox::FollowRows() {
+  selected_.assign(Rows.Count(), false);
+  Rows.Appended.Listen([this] { selected_.resize(Rows.Count(), false); });
+  Rows.Removed.Listen([this](std::size_t index) {
+    if (index < selected_.size()) {
+      selected_.erase(selected_.begin() + static_cast<std::ptrdiff_t>(index));
+    }
+  });
+  Rows.Reset.Listen([this] { selected_.assign(Rows.Count(), false); });
+}
+
+void ListBox::Select(std::size_t index, bool selected) {
+  if (index >= selected_.size() || selected_[index] == selected) return;
+  if (selected && !MultiSelect) selected_.assign(selected_.size(), false);
+  selected_[index] = selected;
+  SelectionChanged.Emit();
+}
+
+void ListBox::SelectNone() {
+  if (!FirstSelected()) return;
+  selected_.assign(selected_.size(), false);
+  SelectionChanged.Emit();
+}
+
+std::optional<std::size_t> ListBox::FirstSelected() const {
+  const auto first = std::find(selected_.begin(), selected_.end(), true);
+  if (first == selected_.end()) return std::nullopt;
+  return static_cast<std::size_t>(first - selected_.begin());
+}
+
+OptionGroup::OptionGroup(std::vector<Property<bool>*> members) : members_(std::move(members)) {
+  for (Property<bool>* member : members_) {
+    member->Changed.Listen([this, member] {
+      if (!member->Get()) return;
+      for (Property<bool>* other : members_) {
+        if (other != member) *other = false;
+      }
+    });
+  }
+}
+
+FileList::FileList(FileSystem& files) : files_(files) {
+  Folder.Changed.Listen([this] { Refresh(); });
+  Pattern.Changed.Listen([this] { Refresh(); });
+  ShowHidden.Changed.Listen([this] { Refresh(); });
+  ShowSystem.Changed.Listen([this] { Refresh(); });
+  ShowReadOnly.Changed.Listen([this] { Refresh(); });
+}
+
+bool FileList::Shows(const std::string& name) const {
+  if (ShowReadOnly) return true;
+  PassedOver pass;
+  int attributes = 0;
+  pass.Step([&] { attributes = files_.Attributes(WithBackslash(Folder.Get()) + name); });
+  return (attributes & attribute::kReadOnly) == 0;
+}
+
+void FileList::Refresh() {
+  std::vector<std::string> names;
+  PassedOver pass;
+  if (!Folder.Get().empty()) {
+    pass.Step([&] {
+      names = files_.List(WithBackslash(Folder.Get()) + Pattern.Get(),
+                          {.hidden = ShowHidden, .system = ShowSystem});
+    });
+  }
+  std::erase_if(names, [&](const std::string& name) { return !Shows(name); });
+  rows_ = std::move(names);
+  selected_.assign(rows_.size(), false);
+  current_.clear();
+  RowsChanged.Emit();
+}
+
+void FileList::Select(std::size_t index, bool selected) {
+  if (index >= rows_.size() || selected_[index] == selected) return;
+  selected_[index] = selected;
+  if (selected) current_ = rows_[index];
+  SelectionChanged.Emit();
+}
+
+void FileList::SelectNone() {
+  if (std::find(selected_.begin(), selected_.end(), true) == selected_.end()) return;
+  selected_.assign(selected_.size(), false);
+  SelectionChanged.Emit();
+}
+
+}  // namespace tarnvale

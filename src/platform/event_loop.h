@@ -1,0 +1,45 @@
+// The event loop: the one thread's turn-taking.
+#pragma once
+
+#include <functional>
+
+#include "base/failure.h"
+#include "base/signal.h"
+#include "platform/timer.h"
+
+namespace tarnvale {
+
+class EventLoop {
+ public:
+  virtual ~EventLoop() = default;
+
+  /// One pass: events that are pending and timers that are due. Never blocks.
+  /// Anything may have happened when it returns. A host may let passes that
+  /// follow one another within 2 ms, with no timer due between them, count as
+  /// one.
+  virtual void Yield() = 0;
+
+  /// A yield for waits that poll a flag: when nothing is pending it may sleep
+  /// until something happens, 10 ms at most.
+  virtual void WaitPass() = 0;
+
+  /// Serves events until Quit. Returns the code that Quit was given.
+  virtual int Run() = 0;
+  virtual void Quit(int code) = 0;
+
+  /// Calls `job` from the loop, after the present event.
+  virtual void Post(std::function<void()> job) = 0;
+
+  /// The timers of the program. The host calls its RunDue in every pass.
+  virtual TimerQueue& Timers() = 0;
+
+  /// Runs the handler of one event. A ProgramError that nobody caught ends the
+  /// handler here, so that it can't unwind the one that it interrupted, and is
+  /// told by `Fault`.
+  void Deliver(const std::function<void()>& handler);
+
+  /// Told of each error that left a handler. The program shows it.
+  Signal<const ProgramError&> Fault;
+};
+
+}  // namespace tarnvale

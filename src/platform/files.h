@@ -1,0 +1,129 @@
+// The file system as the logic sees it.
+//
+// Paths are absolute, in one language on every system: drive letter, colon,
+// backslashes; bytes of the system's code page. A path that begins with a
+// backslash is on the current drive. Names are found exactly first, then
+// without regard to the case of letters.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tarnvale {
+
+using Path = std::string;
+
+/// Bits of an attribute value. A value of 0 is a file without any.
+namespace attribute {
+inline constexpr int kReadOnly = 1;
+inline constexpr int kHidden = 2;
+inline constexpr int kSystem = 4;
+inline constexpr int kDirectory = 16;
+/// Set on every file that has changed since the bit was last cleared.
+inline constexpr int kArchive = 32;
+}  // namespace attribute
+
+/// Which entries a listing by pattern returns. Plain files are always among
+/// them; a file that is hidden or system only if its flag is set.
+struct ListKinds {
+  bool hidden = false;
+  bool system = false;
+};
+
+/// One entry of an opened folder.
+struct FolderEntry {
+  std::string name;
+  std::int64_t size_bytes = 0;
+  /// Last modification in whole seconds since 1970-01-01 UTC, rounded down.
+  std::int64_t modified_s = 0;
+  bool operator==(const FolderEntry&) const = default;
+};
+
+/// What one folder holds, each list by name without regard to case. `files`
+/// holds plain files and symbolic links; `folders` real folders only. What no
+/// path can name (a backslash or a star in a name), devices, sockets, pipes and
+/// leftover temporary copies are in neither.
+struct FolderContents {
+  std::vector<FolderEntry> files;
+  std::vector<std::string> folders;
+};
+
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  /// The folder that the running program lies in, without a backslash at its
+  /// end.
+  virtual Path ProgramFolder() = 0;
+
+  /// Length of a plain file in bytes. Raises 53 when there is none (a folder
+  /// counts as none), 76 when its folder is missing, 75 or 70 when it can't be
+  /// asked. Follows symbolic links.
+  virtual std::int64_t Length(const Path& file) = 0;
+
+  /// Attribute bits of a file or folder. Raises 53, 76, 75.
+  virtual int Attributes(const Path& path) = 0;
+
+  /// Sets the attributes of a file: any sum of read-only, hidden, system and
+  /// archive. Raises 5 for a value that is no such sum or that the host can't
+  /// express for this name, and then changes nothing; 53; 75 when refused.
+  virtual void SetAttributes(const Path& file, int value) = 0;
+
+  virtual bool FolderExists(const Path& folder) = 0;
+  /// True for anything but a folder.
+  virtual bool FileExists(const Path& file) = 0;
+
+  /// Copies one file whole, replacing `target`. Modification time, permissions
+  /// and extended attributes go with it. Follows a symbolic link to its file.
+  /// The target changes in one step: after any failure it is as it was, and no
+  /// other file is left. Raises 53 (no source, or a folder), 76 (no folder for
+  /// the target), 61 (medium full), 70 (source or target folder refused), 75
+  /// (the target is read-only or a folder). Doesn't yield.
+  virtual void CopyWhole(const Path& source, const Path& target) = 0;
+
+  /// As CopyWhole for an entry of an opened folder: a symbolic link is copied
+  /// as a link.
+  virtual void CopyEntry(const Path& source, const Path& target) = 0;
+
+  /// Copies a folder with all that is in it into `target`, which is made if it
+  /// is missing (its parent must exist), replacing files that are there and
+  /// deleting nothing. An entry that fails doesn't stop the others: the first
+  /// failure is raised at the end. Calls `between` after each file. Raises 76
+  /// when `source` is no folder or the parent of `target` is missing.
+  virtual void CopyTree(const Path& source, const Path& target,
+                        const std::function<void()>& between) = 0;
+
+  /// Moves a folder. Raises 76 when `source` is no folder, 58 when the target
+  /// exists, otherwise as CopyTree; the source goes only after all of it has
+  /// arrived.
+  virtual void MoveTree(const Path& source, const Path& target) = 0;
+
+  /// Raises 75 when it exists already, 76 when its parent is missing, 70.
+  virtual void CreateFolder(const Path& folder) = 0;
+  /// Creates all folders of a path up to its last backslash. Raises 76, 75, 70.
+  virtual void CreateFoldersOf(const Path& path) = 0;
+
+  /// Deletes one file. Raises 53, 70, 75.
+  virtual void Delete(const Path& file) = 0;
+
+  /// Names of the plain files that match the pattern in the last component of
+  /// `pattern` ("*" any run, "?" any one character, "*.*" everything), by name
+  /// without regard to case. A folder that is missing gives an empty list; one
+  /// that can't be read raises 75.
+  virtual std::vector<std::string> List(const Path& pattern, ListKinds kinds) = 0;
+
+  /// Names of the folders in a folder ("." and ".." left out), same order.
+  /// With neither flag, hidden and system folders are left out. Raises 76, 75.
+  virtual std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) = 0;
+
+  /// Raises 76 when `folder` is no folder, 75 when it can't be read.
+  virtual FolderContents OpenFolder(const Path& folder) = 0;
+
+  /// Returns when everything written so far to the medium that holds `folder`
+  /// has reached it. Raises 76, 57.
+  virtual void Flush(const Path& folder) = 0;
+};
+
+}  // namespace tarnvale

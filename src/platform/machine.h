@@ -1,0 +1,31 @@
+// Everything that the logic asks of a machine, in one bundle.
+#pragma once
+
+#include "platform/clock.h"
+#include "platform/event_loop.h"
+#include "platform/files.h"
+#include "platform/locale_formats.h"
+#include "platform/message_boxes.h"
+#include "platform/open_files.h"
+#include "platform/processes.h"
+#include "platform/profile_files.h"
+#include "platform/random_source.h"
+#include "platform/window.h"
+
+namespace tarnvale {
+
+/// References only: the host owns them and outlives everything built on them.
+struct Machine {
+  FileSystem& files;
+  OpenFiles& open_files;
+  ProfileFiles& profiles;
+  Processes& processes;
+  Clock& clock;
+  RandomSource& random;
+  LocaleFormats& formats;
+  EventLoop& loop;
+  MessageBoxes& boxes;
+  Desktop& desktop;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,56 @@
+// The process-wide table of open files, by number.
+//
+// Several parts of the program hold fixed file numbers in this one table; who
+// closes all closes everybody's.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace tarnvale {
+
+class OpenFiles {
+ public:
+  virtual ~OpenFiles() = default;
+
+  /// Opens a text for reading. Numbers are 1 to 511. All three raise 52 (bad
+  /// number), 55 (the number is taken), 76, 75, 70; this one 53 as well.
+  virtual void OpenInput(int number, const Path& file) = 0;
+  /// Creates a text anew, emptying an old one.
+  virtual void OpenOutput(int number, const Path& file) = 0;
+  /// Opens for reading and writing at any position, creating the file if it is
+  /// missing and keeping what it holds.
+  virtual void OpenBinary(int number, const Path& file) = 0;
+
+  /// Writes bytes at the end of what was written (texts) or at the position
+  /// (binary), which moves on. Raises 52 when the number isn't open, 54 when it
+  /// is open for reading, 61 (medium full), 57.
+  virtual void Write(int number, std::string_view bytes) = 0;
+
+  /// Reads one delimited item: leading blanks skipped; up to the first comma
+  /// or line end, or, when it starts with a double quote, up to the closing
+  /// one, which is dropped. Raises 52, 54, 62 at the end of the file.
+  virtual std::string InputItem(int number) = 0;
+
+  /// Reads up to `count` bytes at the position, which moves on; fewer only at
+  /// the end of the file. Raises 52, 54, 57.
+  virtual std::string Read(int number, std::size_t count) = 0;
+
+  /// Length of an open file in bytes, with all that was written. Raises 52.
+  virtual std::int64_t Length(int number) = 0;
+  /// Moves to a position, in bytes from 0. Raises 52, 5 for a negative one.
+  virtual void Seek(int number, std::int64_t position) = 0;
+
+  virtual bool IsOpen(int number) = 0;
+  /// Closes one; a number that isn't open is no failure. What is still held in
+  /// memory is written first: raises 61, 57, and is closed all the same.
+  virtual void Close(int number) = 0;
+  /// Closes every open file of the program, whoever opened it. Raises nothing.
+  virtual void CloseAll() = 0;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,58 @@
+// Controls that the program draws itself.
+#pragma once
+
+#include "platform/control.h"
+#include "platform/controls.h"
+#include "platform/geometry.h"
+#include "platform/input.h"
+#include "platform/raster.h"
+
+namespace tarnvale {
+
+/// Base of the kit's controls. The host keeps a canvas of the control's size,
+/// asks for a drawing when the control says that its look changed, copies the
+/// canvas to the screen whenever that is needed, and hands on what the user does.
+/// Coordinates are logical pixels from the control's upper left corner.
+class OwnerDrawn : public Control {
+ public:
+  void Accept(ControlVisitor& visitor) override { visitor.Visit(*this); }
+
+  /// Draws the whole control. The canvas comes transparent, in the control's
+  /// size and the display's scale.
+  virtual void Paint(Canvas& canvas, TextPainter& text) = 0;
+
+  /// The look changed: the host calls Paint before the next screen update,
+  /// once however often this was emitted.
+  Signal<> LookChanged;
+
+  /// Contains other controls.
+  virtual bool IsContainer() const { return false; }
+  /// What a screen reader says it is.
+  enum class Kind { kButton, kCheckBox, kProgressBar, kGroup, kOther };
+  virtual Kind AccessibleKind() const { return Kind::kOther; }
+  /// The name for it when AccessibleName is empty, without access key marks.
+  virtual std::string AccessibleText() const { return {}; }
+  /// The character after the mark in the caption, in lower case; 0 for none.
+  virtual char32_t AccessKeyChar() const { return 0; }
+  /// Does what a click would do: a screen reader's press.
+  virtual void Press() {}
+
+  virtual void OnMouseDown(MouseButton, Point) {}
+  /// `button` is the one held down. Comes while one is held even from outside.
+  virtual void OnMouseMove(MouseButton, Point) {}
+  virtual void OnMouseUp(MouseButton, Point) {}
+  /// After the mouse up of a press and release inside the control.
+  virtual void OnClick(MouseButton) {}
+  /// In the place of the second mouse down of a double click.
+  virtual void OnDoubleClick(MouseButton, Point) {}
+  /// The pointer has left the control.
+  virtual void OnMouseLeave() {}
+  virtual void OnKeyDown(const KeyPress&) {}
+  virtual void OnKeyUp(const KeyPress&) {}
+  virtual void OnAccessKey() {}
+  virtual void OnFocusChanged(bool /*has_focus*/) {}
+  /// New size in logical pixels; before the first drawing and on each change.
+  virtual void OnResize(Size) {}
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,42 @@
+// Private profiles: texts of sections, keys and values.
+//
+//   [When]
+//   AlwaysAt=12:00
+//
+// Sections and keys are found without regard to case, the first of equal ones
+// counts. Blanks around keys and values are dropped, and on reading one pair of
+// enclosing quotes (double or single). Lines that begin with a semicolon are
+// comments. What a write doesn't name stays as it is, byte for byte, line ends
+// included.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "platform/files.h"
+
+namespace tarnvale {
+
+class ProfileFiles {
+ public:
+  virtual ~ProfileFiles() = default;
+
+  /// The value of a key, cut to `buffer_size` - 1 bytes; `fallback`, cut
+  /// likewise, when file, section or key is missing. Sees held-back writes.
+  virtual std::string Read(const std::string& section, const std::string& key,
+                           const std::string& fallback, std::size_t buffer_size,
+                           const Path& file) = 0;
+
+  /// Replaces the value of a key in place, or adds key and section at the end
+  /// of section and file, creating the file if it is missing. Writes may be held
+  /// back until Flush. False when the file can't be written.
+  virtual bool Write(const std::string& section, const std::string& key, const std::string& value,
+                     const Path& file) = 0;
+
+  /// Puts the held-back writes of a file onto the medium in one step: the file
+  /// is always its old or its new self. A file whose content didn't change
+  /// isn't touched. False when it failed; the old file is then as it was.
+  virtual bool Flush(const Path& file) = 0;
+};
+
+}  // namespace tarnvale

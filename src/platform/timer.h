@@ -1,0 +1,79 @@
+// Timers that tick in the event loop.
+//
+// A timer never ticks inside its own handler, but others do when that handler
+// yields. Ticks that could not be taken in time are not made up: however late,
+// one is due at most. Enabling a timer starts its interval anew; enabling one
+// that is enabled already changes nothing.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "base/property.h"
+#include "base/signal.h"
+
+namespace tarnvale {
+
+class TimerQueue;
+
+class Timer {
+ public:
+  /// `interval_ms` at least 1. The queue must outlive the timer; a timer must
+  /// not be destroyed in its own handler.
+  Timer(TimerQueue& queue, int interval_ms, bool enabled);
+  ~Timer();
+  Timer(const Timer&) = delete;
+  Timer& operator=(const Timer&) = delete;
+
+  int IntervalMs() const { return interval_ms_; }
+
+  Property<bool> Enabled;
+  Signal<> Tick;
+
+ private:
+  friend class TimerQueue;
+  void Restart();
+
+  TimerQueue& queue_;
+  int interval_ms_;
+  std::chrono::nanoseconds due_{};
+  bool in_handler_ = false;
+};
+
+/// All timers of one event loop. The host tells the time and runs what is due.
+class TimerQueue {
+ public:
+  using Nanoseconds = std::chrono::nanoseconds;
+
+  /// `uptime` is the clock of all timers. `deliver` runs one handler: usually
+  /// EventLoop::Deliver.
+  TimerQueue(std::function<Nanoseconds()> uptime,
+             std::function<void(const std::function<void()>&)> deliver);
+
+  /// Ticks every timer that is due now, each once, earliest first. A handler
+  /// may yield and so come back here.
+  void RunDue();
+
+  /// When the next timer that could tick is due, on the clock of `uptime`;
+  /// none when no timer is enabled and outside its handler.
+  std::optional<Nanoseconds> NextDue() const;
+
+  /// Emitted when NextDue may have become earlier, so that a host can set its
+  /// alarm anew.
+  Signal<> Rescheduled;
+
+ private:
+  friend class Timer;
+  void Add(Timer* timer) { timers_.push_back(timer); }
+  void Remove(Timer* timer);
+  Timer* NextTimer(Nanoseconds horizon) const;
+  void TickOne(Timer& timer);
+
+  std::function<Nanoseconds()> uptime_;
+  std::function<void(const std::function<void()>&)> deliver_;
+  std::vector<Timer*> timers_;
+};
+
+}  // namespace tarnvale
