@@ -1,0 +1,41 @@
+#include "settings/backup_settings.h"
+
+#include <algorithm>
+
+namespace tarnvale {
+
+BackupSettings::BackupSettings()
+    : schedule_group_({&ScheduleAt, &ScheduleEach}),
+      mode_group_({&BackupMode.Complete, &BackupMode.Incremental, &BackupMode.Sync}) {
+  for (Property<bool>& day : WeekDays) {
+    day.Changed.Listen([this, &day] {
+      if (day) EveryDay = false;
+    });
+  }
+  const auto sets_flags = [this](Property<bool>& mode, bool incremental, bool syncro) {
+    mode.Changed.Listen([this, &mode, incremental, syncro] {
+      if (!mode) return;
+      IncrementalFlag = incremental;
+      SyncroFlag = syncro;
+    });
+  };
+  sets_flags(BackupMode.Complete, false, false);
+  sets_flags(BackupMode.Incremental, true, false);
+  sets_flags(BackupMode.Sync, false, true);
+}
+
+std::uint8_t BackupSettings::DayMask() const {
+  if (EveryDay) return 0;
+  unsigned mask = 0;
+  for (std::size_t day = 0; day < WeekDays.size(); ++day) {
+    if (WeekDays[day]) mask |= 1U << day;
+  }
+  return static_cast<std::uint8_t>(mask);
+}
+
+bool FitsTimeMask(std::string_view text) {
+  const auto digit = [&](std::size_t i) { return text[i] >= '0' && text[i] <= '9'; };
+  return text.size() == 5 && digit(0) && digit(1) && text[2] == ':' && digit(3) && digit(4);
+}
+
+}  // namespace tarnvale
