@@ -1,0 +1,33 @@
+// A test for a file, and a folder copy that can ask before replacing.
+#pragma once
+
+#include "platform/machine.h"
+
+namespace tarnvale {
+
+class FileControl {
+ public:
+  explicit FileControl(Machine& machine) : machine_(machine) {}
+
+  /// True if the path names a file of at least one byte. A missing file, a
+  /// folder and an empty file give false; raises nothing.
+  bool FileExists(const Path& path);
+
+  struct CopyOptions {
+    bool move = false;
+    bool overwrite = false;
+  };
+
+  /// Copies (or moves) a folder with all that is in it, merging into a folder
+  /// that is there. Asks first when the destination is a file of at least one
+  /// byte and `overwrite` is off. False when a failure was trapped; true
+  /// otherwise, also when the user refused. Yields between files.
+  bool CopyFolderTo(const Path& source, const Path& destination, CopyOptions options);
+
+ private:
+  bool MayReplace(const Path& destination, bool overwrite);
+
+  Machine& machine_;
+};
+
+}  // namespace tarnvale
