@@ -17,7 +17,11 @@ class Property {
   // Implicit, so that a member reads `Property<bool> SaveLog{true}`.
   Property(T value) : value_(std::move(value)) {}  // NOLINT(google-explicit-constructor)
   Property(const Property&) = delete;
-  Property& operator=(const Property&) = delete;
+  /// Takes over the value; who listens stays.
+  Property& operator=(const Property& other) {
+    if (this != &other) Set(other.value_);
+    return *this;
+  }
 
   const T& Get() const { return value_; }
   operator const T&() const { return value_; }  // NOLINT(google-explicit-constructor)

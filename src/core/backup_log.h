@@ -1,0 +1,31 @@
+// The log file of a run.
+#pragma once
+
+#include <string>
+
+#include "platform/machine.h"
+
+namespace tarnvale {
+
+/// "Backup Log.txt" in the data folder, made anew at each run and held open
+/// under file number 1 until the run's last copy. Lines end in carriage return
+/// and line feed. Every call raises what the table of open files raises.
+class BackupLog {
+ public:
+  explicit BackupLog(Machine& machine) : machine_(machine) {}
+
+  static Path PathIn(const std::string& data_folder) { return data_folder + "\\Backup Log.txt"; }
+
+  void Open(const std::string& data_folder);
+  /// A text with a line end behind it.
+  void PrintLine(const std::string& text);
+  /// A text with nothing behind it. Required: entries of complete mode and of
+  /// folders are written so, and run together on one line.
+  void Print(const std::string& text);
+  void Close();
+
+ private:
+  Machine& machine_;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,318 @@
+#include "core/backup_run.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "core/text_procedures.h"
+
+namespace tarnvale {
+namespace {
+
+// As many MarkerChar signs make an item a whole-folder item.
+constexpr int kMarkersOfFolder = 5;
+
+// The file loop goes on for two rounds past the list, which take up the offset
+// of the table's rows.
+constexpr int kExtraRounds = 2;
+
+// The show of the second bar: anything from 8 to 200.
+constexpr double kShowRange = 193;
+constexpr double kShowFloor = 8;
+
+constexpr double kBytesPerKiB = 1024;
+
+}  // namespace
+
+BackupRun::BackupRun(Machine& machine, BackupSettings& settings, RunState& state,
+                     ScreenHooks& screens, StageHooks& stages)
+    : machine_(machine),
+      settings_(settings),
+      state_(state),
+      screens_(screens),
+      stages_(stages),
+      log_(machine),
+      failures_(machine),
+      sync_(machine) {}
+
+// The handler's only reachable answer is to go on with the next statement.
+template <class Statement>
+void BackupRun::Step(Statement&& statement) {
+  try {
+    statement();
+  } catch (const ProgramError& error) {
+    failures_.OnFailure(error, present_target_, settings_.SaveLog);
+  }
+}
+
+template <class Condition>
+bool BackupRun::Test(Condition&& condition) {
+  bool result = true;
+  Step([&] { result = condition(); });
+  return result;
+}
+
+void BackupRun::RunBackup() {
+  run_ = {};
+  present_target_.clear();
+  if (Test([&] { return ToNumber(state_.EngineFree.Get()) == 1; })) {
+    Prepare();
+    BuildRunFiles();
+    OpenLog();
+    CopySingleFiles();
+    CopyWholeFolders();
+    CloseLog();
+  }
+  ShowEnd();
+  RunStages();
+}
+
+void BackupRun::Prepare() {
+  CallHook(stages_.ResetProgressWindow);
+  machine_.desktop.Pointer = PointerShape::kHourglass;
+  CallHook(screens_.ShowOnly, Screen::kProgress);
+  CallHook(stages_.FollowCopy);
+  run_.start = machine_.clock.Now();
+  run_.date = DatePart(run_.start);
+  state_.RunDestination = WithBackslash(state_.RunDestination.Get());
+}
+
+void BackupRun::BuildRunFiles() {
+  const auto count = static_cast<std::int64_t>(settings_.Entries.Count());
+  for (state_.RunIndex = 0; state_.RunIndex < count;) {
+    Step([&] {
+      state_.Files.AddItem(machine_,
+                           settings_.Entries.At(static_cast<std::size_t>(state_.RunIndex)));
+    });
+    if (!NextIndex()) break;
+  }
+}
+
+void BackupRun::OpenLog() {
+  if (settings_.SaveLog) {
+    Step([&] { log_.Open(settings_.DataFolder); });
+    Step([&] {
+      log_.PrintLine("Tarnvale Started Backup At " +
+                     machine_.formats.GeneralDate(machine_.clock.Now()));
+    });
+    Step([&] { log_.PrintLine(""); });
+  }
+  state_.CopyBar = 0;
+  state_.FileBar = 0;
+  run_.count = static_cast<std::int64_t>(settings_.Entries.Count());
+}
+
+void BackupRun::CopySingleFiles() {
+  for (state_.RunIndex = 0; state_.RunIndex <= run_.count + kExtraRounds;) {
+    TakeItem();
+    state_.FileBar = static_cast<int>(kShowRange * machine_.random.Next() + kShowFloor);
+    machine_.loop.Yield();
+    FileRound();
+    if (!NextIndex()) break;
+  }
+}
+
+void BackupRun::FileRound() {
+  const RunFile* row = nullptr;
+  Step([&] { row = &state_.Files.Row(state_.RunIndex); });
+  if (row == nullptr) {
+    RoundBeyondTable();
+  } else {
+    if (row->Path.empty()) return;
+    CopyRow(*row);
+  }
+  machine_.loop.Yield();
+  state_.FileBar = 100;
+  state_.CopyBar = 50;
+}
+
+// A row that the table doesn't have copies nothing and logs nothing, and shows
+// only what doesn't read it.
+void BackupRun::RoundBeyondTable() {
+  state_.StatusCaption = "File: " + ToText(state_.RunIndex) + " Out Of: " + ListCount();
+  state_.CopyBar = 5;
+  if (IsFolderItem()) return;
+  if (!settings_.IncrementalFlag) state_.CopyBar = 25;
+  ShowTotal();
+}
+
+void BackupRun::CopyRow(const RunFile& row) {
+  present_target_ = TargetOf(row);
+  // A value above 255 keeps that of the row before.
+  Step([&] { run_.attributes = ToByte(machine_.files.Attributes(row.Path)); });
+  state_.SourceCaption = row.Path;
+  state_.TargetCaption = TargetOf(row);
+  state_.StatusCaption = "File: " + ToText(state_.RunIndex) + " Out Of: " + ListCount();
+  state_.CopyBar = 5;
+  if (IsFolderItem()) return;
+  if (!settings_.IncrementalFlag) {
+    CopyAlways(row);
+  } else if (run_.attributes != 0) {
+    CopyChanged(row);
+  }
+  ShowTotal();
+}
+
+void BackupRun::CopyAlways(const RunFile& row) {
+  state_.CopyBar = 25;
+  Step([&] { machine_.files.CopyWhole(row.Path, TargetOf(row)); });
+  if (settings_.SaveLog) {
+    // Required: "OK!" is logged after a failed copy too.
+    Step([&] { log_.Print(row.Path + " -> " + TargetOf(row) + ", Backup Status: OK!"); });
+  }
+  CountFile(row);
+}
+
+void BackupRun::CopyChanged(const RunFile& row) {
+  if (settings_.SaveLog) {
+    Step([&] { log_.Print(row.Path + " -> " + TargetOf(row) + ", Backup Status: "); });
+  }
+  Step([&] { machine_.files.CopyWhole(row.Path, TargetOf(row)); });
+  // Required: any attribute counts as changed, and 32 is taken away whether or
+  // not the archive bit is in it. An impossible value fails and passes.
+  Step([&] { machine_.files.SetAttributes(row.Path, run_.attributes - attribute::kArchive); });
+  if (settings_.SaveLog) Step([&] { log_.PrintLine(">> Ok"); });
+  CountFile(row);
+}
+
+void BackupRun::CountFile(const RunFile& row) {
+  // A sum beyond 32 bits fails, and the total stays.
+  Step([&] { run_.total_bytes = Add32(run_.total_bytes, machine_.files.Length(row.Path)); });
+  Step([&] { run_.files_counted = Add32(run_.files_counted, 1); });
+}
+
+void BackupRun::ShowTotal() {
+  state_.StatusCaption =
+      "File " + ToText(state_.RunIndex) + " Of " + ListCount() + ", Total: " +
+      machine_.formats.StandardNumber(run_.total_bytes / kBytesPerKiB / kBytesPerKiB) + " MB";
+}
+
+void BackupRun::CopyWholeFolders() {
+  for (state_.RunIndex = 0; state_.RunIndex <= run_.count;) {
+    TakeItem();
+    if (IsFolderItem()) FolderRound();
+    if (!NextIndex()) break;
+  }
+}
+
+void BackupRun::FolderRound() {
+  std::string item = state_.ItemText;
+  pReplace(item, "\\" + std::string(kFolderMarker), "");
+  state_.CopyBar = 60;
+  if (!item.empty() && item.back() == ':') item += '\\';
+  state_.ItemText = item;
+  if (!settings_.BackupMode.Sync) ChooseFolderDestination();
+  // The choice of a mode may change while a sync yields: each is asked anew.
+  const std::string destination = state_.RunDestination;
+  if (settings_.BackupMode.Sync) {
+    Step([&] { sync_.SyncFolders(item, destination, true); });
+  }
+  if (settings_.BackupMode.Incremental) {
+    Step([&] { sync_.SyncFolders(item, run_.folder_destination, false); });
+  }
+  if (settings_.BackupMode.Complete) {
+    Step([&] { sync_.SyncFolders(item, run_.folder_destination, false); });
+  }
+  if (settings_.SaveLog) {
+    Step([&] {
+      log_.Print(state_.ItemText.Get() + " -> " + state_.RunDestination.Get() + run_.folder_name +
+                 ", Backup Status: OK!");
+    });
+  }
+}
+
+void BackupRun::ChooseFolderDestination() {
+  const std::string item = state_.ItemText;
+  state_.PathSepCount = ToText(CountChar(item, state_.PathSepChar.Get()));
+  // Required: the test reads the separator, not the count. The separator is no
+  // number, so a drive's root gets no folder of its own.
+  if (LeadingNumber(state_.PathSepChar.Get()) == 1) {
+    std::string drive = item;
+    state_.DriveText = pReplace(drive, ":\\", "");
+    run_.folder_name = "Drive " + state_.DriveText.Get();
+  }
+  // Required: with a single separator the name stays that of the folder before.
+  if (LeadingNumber(state_.PathSepCount.Get()) != 1) {
+    Step([&] {
+      run_.folder_name =
+          GetFolder(item, ToInt16(RoundHalfEven(ToNumber(state_.PathSepCount.Get()))));
+    });
+  }
+  Step([&] { machine_.files.CreateFolder(state_.RunDestination.Get() + run_.folder_name); });
+  run_.folder_destination = state_.RunDestination.Get() + run_.folder_name;
+  state_.SourceCaption = item;
+  state_.TargetCaption = run_.folder_destination;
+  state_.StatusCaption = "File: " + ToText(state_.RunIndex) + " Out Of: " + ListCount();
+  state_.CopyBar = 75;
+}
+
+void BackupRun::CloseLog() {
+  if (settings_.SaveLog) {
+    Step([&] { log_.PrintLine(""); });
+    Step([&] { log_.PrintLine("Success >> Copied " + ListCount() + " Files, " + FromToOn()); });
+    Step([&] { log_.Close(); });
+  }
+  // What is announced next has reached the medium.
+  Step([&] { machine_.files.Flush(state_.RunDestination); });
+}
+
+void BackupRun::ShowEnd() {
+  state_.CopyBar = 100;
+  state_.FileBar = 100;
+  if (settings_.BackupMode.Sync) {
+    state_.SourceCaption = "Folder Has Been Fully Synchronized >> Finished ";
+    state_.TargetCaption = "Folder Has Been Fully Synchronized >> Finished ";
+    state_.StatusCaption = "Success >> Synchronized 2 Folders, " + FromToOn();
+    return;
+  }
+  state_.SourceCaption = "Copying To Backup Location Has Been Done >> Finished";
+  state_.TargetCaption = "Transfering Of Files To Backup Location Has Been Done >> Finished";
+  state_.StatusCaption = "Success >> Copied " + ListCount() + " Items, " + FromToOn();
+}
+
+void BackupRun::RunStages() {
+  state_.Files.Reset();
+  machine_.desktop.Pointer = PointerShape::kDefault;
+  if (settings_.AutoCompress) Step([&] { CallHook(stages_.Compress); });
+  if (settings_.AutoUpload) {
+    Step([&] { CallHook(stages_.ShowTransferWindow); });
+    Step([&] { CallHook(stages_.Upload); });
+  }
+  if (settings_.AutoReport) {
+    Step([&] { CallHook(stages_.SendReport, RunFacts{run_.start, run_.date, run_.total_bytes}); });
+  }
+}
+
+// Chosen: at the end of the counter's range the loop ends.
+bool BackupRun::NextIndex() {
+  bool moved = false;
+  Step([&] {
+    state_.RunIndex = Add16(state_.RunIndex, 1);
+    moved = true;
+  });
+  return moved;
+}
+
+void BackupRun::TakeItem() {
+  state_.ItemText = settings_.Entries.At(static_cast<std::size_t>(state_.RunIndex));
+  state_.MarkerCount = ToText(CountChar(state_.ItemText.Get(), state_.MarkerChar.Get()));
+}
+
+bool BackupRun::IsFolderItem() {
+  return Test([&] { return ToNumber(state_.MarkerCount.Get()) == kMarkersOfFolder; });
+}
+
+std::string BackupRun::TargetOf(const RunFile& row) const {
+  return state_.RunDestination.Get() + FileNameOf(row.Path);
+}
+
+std::string BackupRun::ListCount() const {
+  return ToText(static_cast<std::int64_t>(settings_.Entries.Count()));
+}
+
+// "11:59 To 12:00 On 3/14/2008."
+std::string BackupRun::FromToOn() const {
+  return machine_.formats.ShortTime(run_.start) + " To " +
+         machine_.formats.ShortTime(machine_.clock.Now()) + " On " +
+         machine_.formats.ShortDate(run_.date) + ".";
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,89 @@
+// The run: copies the list, writes the log, and hands on to the stages.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/backup_log.h"
+#include "core/hooks.h"
+#include "core/run_failures.h"
+#include "core/run_state.h"
+#include "platform/machine.h"
+#include "settings/backup_settings.h"
+#include "userdata/file_sync.h"
+
+namespace tarnvale {
+
+/// One object serves all runs of the program; each run starts its totals anew.
+///
+/// Every statement of a run that fails is passed over, a test that fails counts
+/// as true, and the end says "Success" whatever happened. All of that is
+/// required.
+class BackupRun {
+ public:
+  BackupRun(Machine& machine, BackupSettings& settings, RunState& state, ScreenHooks& screens,
+            StageHooks& stages);
+
+  /// A whole run. Returns after the last stage. Yields.
+  void RunBackup();
+
+  RunFailures& Failures() { return failures_; }
+
+ private:
+  template <class Statement>
+  void Step(Statement&& statement);
+  template <class Condition>
+  bool Test(Condition&& condition);
+
+  // In the order in which they run.
+  void Prepare();
+  void BuildRunFiles();
+  void OpenLog();
+  void CopySingleFiles();
+  void FileRound();
+  void RoundBeyondTable();
+  void CopyRow(const RunFile& row);
+  void CopyAlways(const RunFile& row);
+  void CopyChanged(const RunFile& row);
+  void CountFile(const RunFile& row);
+  void CopyWholeFolders();
+  void FolderRound();
+  void ChooseFolderDestination();
+  void CloseLog();
+  void ShowEnd();
+  void RunStages();
+
+  bool NextIndex();
+  void TakeItem();
+  bool IsFolderItem();
+  std::string TargetOf(const RunFile& row) const;
+  std::string ListCount() const;
+  std::string FromToOn() const;
+  void ShowTotal();
+
+  Machine& machine_;
+  BackupSettings& settings_;
+  RunState& state_;
+  ScreenHooks& screens_;
+  StageHooks& stages_;
+  BackupLog log_;
+  RunFailures failures_;
+  FileSync sync_;
+
+  // The totals and work fields of one run.
+  struct Locals {
+    DateTime start = 0;
+    DateTime date = 0;
+    std::int32_t total_bytes = 0;
+    std::int32_t files_counted = 0;  ///< never shown
+    std::int64_t count = 0;          ///< of the list, taken once before the loops
+    std::uint8_t attributes = 0;
+    std::string folder_name;
+    std::string folder_destination;
+  };
+  Locals run_;
+  /// The target of the present row, for the failure handler.
+  Path present_target_;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,54 @@
+#include "core/check_settings.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr const char* kNoValidTime = "You Must Specify A Valid Time For The Backup Schedule!";
+
+void Object(Machine& machine, const ScreenHooks& screens, const char* text, Screen screen) {
+  machine.boxes.Show({.text = text, .icon = BoxIcon::kStop});
+  CallHook(screens.ShowOnly, screen);
+}
+
+bool ConfirmsRoot(Machine& machine) {
+  return machine.boxes.Show({.text = "The Destiny Directroy Was Left C:\\.\n\nConfirm?",
+                             .icon = BoxIcon::kExclamation,
+                             .buttons = BoxButtons::kYesNo}) == BoxAnswer::kYes;
+}
+
+}  // namespace
+
+void CheckSettings(Machine& machine, const BackupSettings& settings, const ScreenHooks& screens,
+                   bool& objection) {
+  objection = true;
+  if (settings.Entries.Count() == 0) {
+    Object(machine, screens, "You Must At Least Have An Item For Backup", Screen::kList);
+    return;
+  }
+  const std::string& destination = settings.DestinationDir;
+  if (destination.empty()) {
+    Object(machine, screens, "You Must Specify The Backup Location", Screen::kStorage);
+    CallHook(screens.FocusStorageField);
+    return;
+  }
+  if (destination == "C:\\" || destination == "c:\\") {
+    // Required: a confirmed root passes over the tests of the times.
+    objection = !ConfirmsRoot(machine);
+    if (!objection) return;
+    CallHook(screens.ShowOnly, Screen::kStorage);
+    CallHook(screens.FocusStorageField);
+    return;
+  }
+  if (settings.ScheduleAt && settings.AlwaysAtText.Get() == kNoTimeText) {
+    Object(machine, screens, kNoValidTime, Screen::kSchedule);
+    return;
+  }
+  if (settings.ScheduleEach && settings.EachText.Get() == kNoTimeText) {
+    Object(machine, screens, kNoValidTime, Screen::kSchedule);
+    CallHook(screens.FocusIntervalField);
+    return;
+  }
+  objection = false;
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,102 @@
+#include "core/engine.h"
+
+#include "base/numbers.h"
+#include "core/backup_log.h"
+#include "core/check_settings.h"
+#include "core/engine_gate.h"
+
+namespace tarnvale {
+
+Engine::Engine(Machine& machine)
+    : timers(machine.loop.Timers()),
+      scheduler(machine, settings, screens, stages,
+                {.EngineIsFree = [this] { return EngineIsFree(); },
+                 .RequestStart = [this] { RequestStart(); }}),
+      list(machine, settings.Entries),
+      backup(machine, settings, run, screens, stages),
+      machine_(machine),
+      store_(machine, settings) {
+  FillTicks();
+}
+
+void Engine::FillTicks() {
+  EngineTicks& ticks = timers.ticks;
+  ticks.TestSchedule = [this] { scheduler.Tick(); };
+  ticks.ShowNextRun = [this] { ShowNextRun(); };
+  ticks.StartRun = [this] { StartRun(); };
+  ticks.EndPause = [this] { EndPause(); };
+  ticks.ComputeEngineFree = [this] { ComputeEngineFree(); };
+  ticks.ShowTrayTip = [this] { ShowTrayTip(); };
+  ticks.WatchDataFolder = [this] { WatchDataFolder(); };
+  ticks.ArmDataFolderWatch = [this] { timers.DataFolderWatch().Enabled = true; };
+}
+
+void Engine::LoadSettings() {
+  store_.LoadSettings();
+  run.RunDestination = settings.DestinationDir;
+  run.Files.Reset();
+}
+
+bool Engine::SaveUnlessObjected() {
+  bool objection = false;
+  CheckSettings(machine_, settings, screens, objection);
+  if (objection) return false;
+  SaveChanges();
+  return true;
+}
+
+bool Engine::EngineIsFree() const {
+  PassedOver pass;
+  return pass.Test([&] { return ToNumber(run.EngineFree.Get()) == 1; });
+}
+
+void Engine::AskAndStart(const char* question) {
+  const BoxAnswer answer = machine_.boxes.Show(
+      {.text = question, .icon = BoxIcon::kQuestion, .buttons = BoxButtons::kYesNo});
+  if (answer != BoxAnswer::kYes) return;
+  if (settings.ShowAlert && EngineIsFree()) CallHook(stages.ShowAlert);
+  RequestStart();
+}
+
+void Engine::OpenLog() {
+  machine_.processes.OpenWithDesktop(BackupLog::PathIn(settings.DataFolder));
+}
+
+void Engine::EndPause() {
+  timers.RunStart().Enabled = true;
+  timers.RunPause().Enabled = false;
+}
+
+// The timer doesn't tick inside its own handler, so that a run of any length
+// is started once.
+void Engine::StartRun() {
+  backup.RunBackup();
+  timers.RunStart().Enabled = false;
+}
+
+void Engine::ComputeEngineFree() {
+  const int progress = stages.CompressionProgress ? stages.CompressionProgress() : 0;
+  const std::string status = stages.ConnectionStatus ? stages.ConnectionStatus() : std::string();
+  run.EngineFree = EngineFreeAfterTick(run.EngineFree, progress, status);
+}
+
+void Engine::ShowNextRun() {
+  const std::string next = scheduler.NextRunText();
+  const DateTime now = machine_.clock.Now();
+  display.Now = machine_.formats.LongTime(now);
+  display.Today = machine_.formats.LongDate(now);
+  display.NextRun = next.empty() ? "No Backup Has Scheduled" : next;
+}
+
+void Engine::ShowTrayTip() {
+  display.TrayTip = "Tarnvale [Next Scedule On: " + scheduler.NextRunText() + "]";
+}
+
+void Engine::WatchDataFolder() {
+  const std::string& folder = settings.DataFolder;
+  if (!folder.empty() && machine_.files.FolderExists(folder)) return;
+  CallHook(stages.RemoveTrayIcon);
+  machine_.processes.StartProgram(machine_.files.ProgramFolder() + "\\Quit.exe");
+}
+
+}  // namespace tarnvale

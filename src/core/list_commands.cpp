@@ -1,0 +1,71 @@
+#include "core/list_commands.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+
+namespace tarnvale {
+
+void ListCommands::AddToBackupList(const ListScreen& screen, Add what) {
+  machine_.desktop.Pointer = PointerShape::kHourglass;
+  try {
+    const std::string folder = WithBackslash(screen.Folder.Get());
+    switch (what) {
+      case Add::kSelectedFiles:
+        AddSelectedFiles(screen, folder);
+        break;
+      case Add::kFolderContents:
+        AddItem(folder + "*.*");
+        break;
+      case Add::kWholeFolder:
+        AddItem(folder + std::string(kFolderMarker));
+        break;
+    }
+  } catch (const ProgramError& error) {
+    machine_.boxes.Show(
+        {.text = ToText(error.Number()) + "\n" + error.Description(), .icon = BoxIcon::kStop});
+  }
+  // Chosen: the pointer comes back after a failure too.
+  machine_.desktop.Pointer = PointerShape::kDefault;
+}
+
+void ListCommands::AddSelectedFiles(const ListScreen& screen, const std::string& folder) {
+  // Boxes yield, and the pane may be read anew meanwhile: the names first.
+  std::vector<std::string> names;
+  for (std::size_t row = 0; row < screen.Pane.Rows().size(); ++row) {
+    if (screen.Pane.IsSelected(row)) names.push_back(screen.Pane.Rows()[row]);
+  }
+  if (names.size() == 1) {
+    // Required: the pane's current file, which is the one selected last.
+    AddItem(folder + screen.Pane.FileName());
+    return;
+  }
+  for (const std::string& name : names) AddItem(folder + name);
+}
+
+void ListCommands::AddItem(const std::string& item) {
+  if (!entries_.IsInBackupList(item)) {
+    entries_.Append(item);
+    return;
+  }
+  machine_.boxes.Show(
+      {.text = "Item Is Already In Your Backup List: \n\n" + item, .icon = BoxIcon::kInformation});
+}
+
+void ListCommands::RemoveSelected(const ListScreen& screen) {
+  for (std::size_t left = entries_.Count(); left > 0; --left) {
+    const std::size_t row = left - 1;
+    for (;;) {
+      try {
+        if (screen.List.IsSelected(row)) entries_.RemoveAt(row);
+        break;
+      } catch (const ProgramError& error) {
+        const std::string text = error.Number() == kDeviceUnavailable
+                                     ? "The Selected Drive Is Not Currently Available."
+                                     : ToText(error.Number()) + "\n" + error.Description();
+        machine_.boxes.Show({.text = text, .icon = BoxIcon::kStop});
+      }
+    }
+  }
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,42 @@
+// The commands that add to the backup list and remove from it.
+#pragma once
+
+#include <string>
+
+#include "platform/controls.h"
+#include "platform/machine.h"
+#include "settings/backup_list.h"
+
+namespace tarnvale {
+
+/// The user's side of the list: the folder chosen in the tree, the pane with
+/// its files, and the list box.
+struct ListScreen {
+  Property<std::string>& Folder;
+  FileList& Pane;
+  ListBox& List;
+};
+
+class ListCommands {
+ public:
+  ListCommands(Machine& machine, BackupList& entries) : machine_(machine), entries_(entries) {}
+
+  enum class Add { kSelectedFiles, kFolderContents, kWholeFolder };
+
+  /// Appends what is chosen, each item that isn't there yet; for one that is, a
+  /// box. A failure is shown in a box and ends the command.
+  void AddToBackupList(const ListScreen& screen, Add what);
+
+  /// Removes all selected rows. While a removal fails, a box says so and it is
+  /// tried again.
+  void RemoveSelected(const ListScreen& screen);
+
+ private:
+  void AddSelectedFiles(const ListScreen& screen, const std::string& folder);
+  void AddItem(const std::string& item);
+
+  Machine& machine_;
+  BackupList& entries_;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,41 @@
+// What the run does about a statement that failed.
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "base/failure.h"
+#include "platform/machine.h"
+
+namespace tarnvale {
+
+enum class AfterFailure {
+  kNextStatement,  ///< as if nothing had happened
+  kRetryCopy,      ///< back to the copy of the present row
+  kEndOfLog,       ///< on to the end of the log
+};
+
+/// The one failure handler of a run.
+class RunFailures {
+ public:
+  explicit RunFailures(Machine& machine) : machine_(machine) {}
+
+  /// Entered by each failing statement. `target` is the file that the present
+  /// row is copied to, `save_log` whether the run writes a log.
+  AfterFailure OnFailure(const ProgramError& error, const Path& target, bool save_log);
+
+  /// The decision by error number that stands behind the resume.
+  AfterFailure DecideByNumber(const ProgramError& error, const Path& target, bool save_log);
+
+  /// The last error number that DecideByNumber noted for the log.
+  std::optional<int> NotedNumber() const { return noted_number_; }
+
+ private:
+  AfterFailure AskToRetry(const char* text);
+  AfterFailure UnprotectTarget(const Path& target);
+
+  Machine& machine_;
+  std::optional<int> noted_number_;
+};
+
+}  // namespace tarnvale
