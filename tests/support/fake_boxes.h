@@ -1,0 +1,47 @@
+// Message boxes that are answered by script.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/message_boxes.h"
+#include "tests/support/manual_loop.h"
+
+namespace tarnvale::testing {
+
+/// An unexpected box fails the test, and so does an answer that nobody asked
+/// for. Each box yields once before it is answered.
+class FakeBoxes : public MessageBoxes {
+ public:
+  explicit FakeBoxes(ManualLoop& loop) : loop_(loop) {}
+  ~FakeBoxes() override;
+
+  /// Answers the next box that has no answer yet, whatever it says.
+  void Answer(BoxAnswer answer);
+  /// The same, and checks what the box says.
+  void Expect(std::string text, BoxIcon icon, BoxAnswer answer);
+  /// Runs `action` while the next box that has none yet is open.
+  void WhileOpen(std::function<void()> action) { actions_.push_back(std::move(action)); }
+
+  /// All boxes so far, the unexpected ones included.
+  const std::vector<BoxRequest>& Shown() const { return shown_; }
+
+  BoxAnswer Show(const BoxRequest& request) override;
+
+ private:
+  struct Script {
+    std::optional<std::string> text;
+    BoxIcon icon = BoxIcon::kNone;
+    BoxAnswer answer = BoxAnswer::kOk;
+  };
+
+  ManualLoop& loop_;
+  std::deque<Script> scripts_;
+  std::deque<std::function<void()>> actions_;
+  std::vector<BoxRequest> shown_;
+};
+
+}  // namespace tarnvale::testing

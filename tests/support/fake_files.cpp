@@ -1,0 +1,292 @@
+#include "tests/support/fake_files.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "base/failure.h"
+#include "base/text.h"
+
+namespace tarnvale::testing {
+namespace {
+
+constexpr char kCurrentDrive = 'c';
+constexpr int kSettable =
+    attribute::kReadOnly | attribute::kHidden | attribute::kSystem | attribute::kArchive;
+
+struct SplitPath {
+  char drive = kCurrentDrive;  // lower case
+  std::vector<std::string> components;
+};
+
+// None for a text that is no absolute path or holds a name that no path can.
+std::optional<SplitPath> Split(const Path& path) {
+  SplitPath split;
+  std::string_view rest = path;
+  if (rest.size() >= 2 && rest[1] == ':') {
+    split.drive = ToLower(rest.substr(0, 1)).front();
+    rest.remove_prefix(2);
+  } else if (rest.empty() || rest.front() != '\\') {
+    return std::nullopt;
+  }
+  while (!rest.empty()) {
+    const auto end = std::min(rest.find('\\'), rest.size());
+    const std::string name(rest.substr(0, end));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    if (name.find_first_of("*?\":<>|") != std::string::npos) return std::nullopt;
+    if (name == "..") {
+      if (!split.components.empty()) split.components.pop_back();
+    } else if (!name.empty() && name != ".") {
+      split.components.push_back(name);
+    }
+  }
+  return split;
+}
+
+bool IsReadOnly(const FakeNode& node) {
+  return (node.flags & attribute::kReadOnly) != 0;
+}
+
+}  // namespace
+
+int FakeNode::Attributes() const {
+  if (is_folder) return attribute::kDirectory | flags;
+  return flags | (archive ? attribute::kArchive : 0);
+}
+
+FakeFiles::FakeFiles(FakeClock& clock) : clock_(clock) {
+  AddDrive("C");
+  MakeFolder("C:\\Program");
+}
+
+FakeFiles::Located FakeFiles::Locate(const Path& path) const {
+  const auto split = Split(path);
+  if (!split) return {};
+  const auto drive = drives_.find(split->drive);
+  if (drive == drives_.end()) return {};
+  Located at{drive->second, {}};
+  for (const std::string& name : split->components) {
+    if (!at.name.empty()) {
+      const auto next = at.folder->entries.find(ToLower(at.name));
+      if (next == at.folder->entries.end() || !next->second->is_folder) return {};
+      at.folder = next->second;
+    }
+    at.name = name;
+  }
+  return at;
+}
+
+FakeFiles::NodePtr FakeFiles::Find(const Path& path) const {
+  const Located at = Locate(path);
+  if (at.folder == nullptr || at.name.empty()) return at.folder;
+  const auto entry = at.folder->entries.find(ToLower(at.name));
+  return entry == at.folder->entries.end() ? nullptr : entry->second;
+}
+
+FakeFiles::NodePtr FakeFiles::Require(const Path& path) const {
+  if (NodePtr node = Find(path)) return node;
+  throw ProgramError(Locate(path).folder == nullptr ? kPathNotFound : kFileNotFound);
+}
+
+FakeFiles::NodePtr FakeFiles::RequireFile(const Path& path) const {
+  NodePtr node = Require(path);
+  if (node->is_folder) throw ProgramError(kFileNotFound);
+  return node;
+}
+
+FakeFiles::NodePtr FakeFiles::RequireFolder(const Path& path) const {
+  NodePtr node = Find(path);
+  if (node == nullptr || !node->is_folder) throw ProgramError(kPathNotFound);
+  return node;
+}
+
+FakeFiles::NodePtr FakeFiles::AddEntry(FakeNode& folder, const std::string& name, bool is_folder) {
+  auto node = std::make_shared<FakeNode>();
+  node->name = name;
+  node->is_folder = is_folder;
+  node->modified_s = clock_.UnixSeconds();
+  folder.entries[ToLower(name)] = node;
+  return node;
+}
+
+void FakeFiles::RequireFolderOf(const Path& path) const {
+  if (Locate(path).folder == nullptr) throw ProgramError(kPathNotFound);
+}
+
+FakeFiles::NodePtr FakeFiles::FileForWriting(const Path& file) {
+  const Located at = Locate(file);
+  if (at.folder == nullptr) throw ProgramError(kPathNotFound);
+  if (at.name.empty()) throw ProgramError(kPathFileAccess);
+  NodePtr node = Find(file);
+  if (node == nullptr) return AddEntry(*at.folder, at.name, false);
+  if (node->is_folder) throw ProgramError(kPathFileAccess);
+  return node;
+}
+
+void FakeFiles::SetContent(FakeNode& file, std::string content) {
+  file.content = std::move(content);
+  file.modified_s = clock_.UnixSeconds();
+  file.archive = true;
+  ++file.revision;
+}
+
+void FakeFiles::Write(const Path& file, std::string content) {
+  EnsureFolder(file.substr(0, file.rfind('\\')));
+  SetContent(*FileForWriting(file), std::move(content));
+}
+
+std::string FakeFiles::Content(const Path& file) const {
+  const NodePtr node = Find(file);
+  if (node != nullptr && !node->is_folder) return node->content;
+  ADD_FAILURE() << "no such file: " << file;
+  return {};
+}
+
+bool FakeFiles::Exists(const Path& path) const {
+  return Find(path) != nullptr;
+}
+
+void FakeFiles::MakeFolder(const Path& folder) {
+  EnsureFolder(folder);
+}
+
+FakeFiles::NodePtr FakeFiles::EnsureFolder(const Path& folder) {
+  const auto split = Split(folder);
+  if (!split || drives_.count(split->drive) == 0) throw ProgramError(kPathNotFound);
+  NodePtr at = drives_.at(split->drive);
+  for (const std::string& name : split->components) {
+    const auto next = at->entries.find(ToLower(name));
+    if (next == at->entries.end()) {
+      at = AddEntry(*at, name, true);
+    } else {
+      at = next->second;
+    }
+    if (!at->is_folder) throw ProgramError(kPathFileAccess);
+  }
+  return at;
+}
+
+void FakeFiles::Remove(const Path& path) {
+  const Located at = Locate(path);
+  if (at.folder != nullptr) at.folder->entries.erase(ToLower(at.name));
+}
+
+void FakeFiles::SetModified(const Path& path, std::int64_t seconds) {
+  const NodePtr node = Require(path);
+  if (node->modified_s != seconds) node->archive = true;
+  node->modified_s = seconds;
+}
+
+std::int64_t FakeFiles::Modified(const Path& path) const {
+  return Require(path)->modified_s;
+}
+
+std::vector<std::string> FakeFiles::Names(const Path& folder) const {
+  std::vector<std::string> names;
+  for (const auto& [key, node] : RequireFolder(folder)->entries) names.push_back(node->name);
+  return names;
+}
+
+void FakeFiles::AddDrive(const std::string& letter) {
+  auto root = std::make_shared<FakeNode>();
+  root->is_folder = true;
+  drives_[ToLower(letter).front()] = std::move(root);
+}
+
+void FakeFiles::RemoveDrive(const std::string& letter) {
+  const auto drive = drives_.find(ToLower(letter).front());
+  if (drive == drives_.end()) return;
+  std::vector<NodePtr> open{drive->second};
+  while (!open.empty()) {
+    const NodePtr node = open.back();
+    open.pop_back();
+    node->on_medium = false;
+    for (const auto& [key, entry] : node->entries) open.push_back(entry);
+  }
+  drives_.erase(drive);
+}
+
+Path FakeFiles::ProgramFolder() {
+  return "C:\\Program";
+}
+
+std::int64_t FakeFiles::Length(const Path& file) {
+  Enter("Length", file);
+  return static_cast<std::int64_t>(RequireFile(file)->content.size());
+}
+
+int FakeFiles::Attributes(const Path& path) {
+  Enter("Attributes", path);
+  return Require(path)->Attributes();
+}
+
+void FakeFiles::SetAttributes(const Path& file, int value) {
+  Enter("SetAttributes", file, std::to_string(value));
+  if ((value & ~kSettable) != 0) throw ProgramError(kInvalidCall);
+  const NodePtr node = Require(file);
+  if (node->is_folder) throw ProgramError(kPathFileAccess);
+  node->flags = value & ~attribute::kArchive;
+  node->archive = (value & attribute::kArchive) != 0;
+}
+
+bool FakeFiles::FolderExists(const Path& folder) {
+  const NodePtr node = Find(folder);
+  return node != nullptr && node->is_folder;
+}
+
+bool FakeFiles::FileExists(const Path& file) {
+  const NodePtr node = Find(file);
+  return node != nullptr && !node->is_folder;
+}
+
+void FakeFiles::CopyFile(const Path& source, const Path& target) {
+  const NodePtr from = Find(source);
+  if (from == nullptr || from->is_folder) throw ProgramError(kFileNotFound);
+  const NodePtr old = Find(target);
+  if (old == from) return;
+  if (old != nullptr && IsReadOnly(*old)) throw ProgramError(kPathFileAccess);
+  const NodePtr to = FileForWriting(target);
+  SetContent(*to, from->content);
+  to->flags = from->flags;
+  to->modified_s = from->modified_s;
+}
+
+void FakeFiles::CopyWhole(const Path& source, const Path& target) {
+  Enter("CopyWhole", source, target);
+  CopyFile(source, target);
+}
+
+void FakeFiles::CopyEntry(const Path& source, const Path& target) {
+  Enter("CopyEntry", source, target);
+  CopyFile(source, target);
+}
+
+void FakeFiles::CreateFolder(const Path& folder) {
+  Enter("CreateFolder", folder);
+  const Located at = Locate(folder);
+  if (at.folder == nullptr) throw ProgramError(kPathNotFound);
+  if (Find(folder) != nullptr) throw ProgramError(kPathFileAccess);
+  AddEntry(*at.folder, at.name, true);
+}
+
+void FakeFiles::CreateFoldersOf(const Path& path) {
+  Enter("CreateFoldersOf", path);
+  const auto last = path.rfind('\\');
+  if (last == Path::npos) throw ProgramError(kPathNotFound);
+  EnsureFolder(path.substr(0, last + 1));
+}
+
+void FakeFiles::Delete(const Path& file) {
+  Enter("Delete", file);
+  const NodePtr node = RequireFile(file);
+  if (IsReadOnly(*node)) throw ProgramError(kPathFileAccess);
+  Remove(file);
+}
+
+void FakeFiles::Flush(const Path& folder) {
+  Enter("Flush", folder);
+  RequireFolder(folder);
+}
+
+}  // namespace tarnvale::testing

@@ -1,0 +1,113 @@
+// A file system in memory.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/files.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/scripted_failures.h"
+
+namespace tarnvale::testing {
+
+/// A file or folder of FakeFiles.
+struct FakeNode {
+  std::string name;
+  bool is_folder = false;
+  std::string content;
+  int flags = 0;  ///< read-only, hidden, system
+  bool archive = true;
+  std::int64_t modified_s = 0;
+  std::uint64_t revision = 0;  ///< grows with each change of the content
+  bool on_medium = true;       ///< false once its drive was removed
+  std::map<std::string, std::shared_ptr<FakeNode>> entries;  ///< by folded name
+
+  int Attributes() const;
+};
+
+/// Drives with folders and files. Names are kept as first written and found
+/// without regard to the case of ASCII letters; every name can carry every
+/// attribute. There are no symbolic links. "." and ".." in paths are resolved by
+/// text. Text that is no absolute path names nothing: 76.
+class FakeFiles : public FileSystem, public ScriptedFailures {
+ public:
+  /// Drive C: with the program folder C:\Program.
+  explicit FakeFiles(FakeClock& clock);
+
+  // What tests set up and look at; none of it is recorded or can fail.
+
+  /// Gives a file this content, and makes it and its folders when missing. Sets
+  /// its archive bit and, as modification time, the virtual clock.
+  void Write(const Path& file, std::string content);
+  /// Fails the test, and is empty, when there is no such file.
+  std::string Content(const Path& file) const;
+  /// A file or a folder.
+  bool Exists(const Path& path) const;
+  void MakeFolder(const Path& folder);
+  /// Removes a file, or a folder with all that is in it.
+  void Remove(const Path& path);
+  /// Seconds since 1970-01-01 UTC. Sets the archive bit when it changes.
+  void SetModified(const Path& path, std::int64_t seconds);
+  std::int64_t Modified(const Path& path) const;
+  /// Names of all that a folder holds, in the order of listings.
+  std::vector<std::string> Names(const Path& folder) const;
+  void AddDrive(const std::string& letter);
+  /// What was open on it stays open and fails.
+  void RemoveDrive(const std::string& letter);
+
+  // The interface.
+  Path ProgramFolder() override;
+  std::int64_t Length(const Path& file) override;
+  int Attributes(const Path& path) override;
+  void SetAttributes(const Path& file, int value) override;
+  bool FolderExists(const Path& folder) override;
+  bool FileExists(const Path& file) override;
+  void CopyWhole(const Path& source, const Path& target) override;
+  void CopyEntry(const Path& source, const Path& target) override;
+  void CopyTree(const Path& source, const Path& target,
+                const std::function<void()>& between) override;
+  void MoveTree(const Path& source, const Path& target) override;
+  void CreateFolder(const Path& folder) override;
+  void CreateFoldersOf(const Path& path) override;
+  void Delete(const Path& file) override;
+  std::vector<std::string> List(const Path& pattern, ListKinds kinds) override;
+  std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) override;
+  FolderContents OpenFolder(const Path& folder) override;
+  void Flush(const Path& folder) override;
+
+  // For the fakes that work on these files.
+  using NodePtr = std::shared_ptr<FakeNode>;
+  /// None when nothing has this name.
+  NodePtr Find(const Path& path) const;
+  /// Raises 76 when the folder that would hold `path` is missing.
+  void RequireFolderOf(const Path& path) const;
+  /// The file to write to, made when missing. Raises 76, 75 for a folder.
+  NodePtr FileForWriting(const Path& file);
+  void SetContent(FakeNode& file, std::string content);
+
+ private:
+  struct Located {
+    NodePtr folder;    // null: the last component's folder is missing
+    std::string name;  // empty for the root of a drive
+  };
+
+  Located Locate(const Path& path) const;
+  NodePtr Require(const Path& path) const;
+  NodePtr RequireFile(const Path& path) const;
+  NodePtr RequireFolder(const Path& path) const;
+  NodePtr AddEntry(FakeNode& folder, const std::string& name, bool is_folder);
+  void CopyFile(const Path& source, const Path& target);
+  NodePtr EnsureFolder(const Path& folder);
+  void CopyTreeInto(const Path& source, const Path& target, const std::function<void()>& between,
+                    std::optional<int>& first_failure);
+
+  FakeClock& clock_;
+  std::map<char, NodePtr> drives_;
+};
+
+}  // namespace tarnvale::testing

@@ -1,0 +1,68 @@
+#include "tests/support/fake_formats.h"
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+
+namespace tarnvale::testing {
+namespace {
+
+constexpr std::array kDays = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                              "Thursday", "Friday", "Saturday"};
+constexpr std::array kMonths = {"January",   "February", "March",    "April",
+                                "May",       "June",     "July",     "August",
+                                "September", "October",  "November", "December"};
+
+std::string TwoDigits(std::int64_t number) {
+  return (number < 10 ? "0" : "") + std::to_string(number);
+}
+
+std::string WithThousands(std::uint64_t number) {
+  std::string digits = std::to_string(number);
+  for (auto at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > 0; at -= 3) {
+    digits.insert(static_cast<std::size_t>(at), ",");
+  }
+  return digits;
+}
+
+}  // namespace
+
+std::string FakeFormats::GeneralDate(DateTime value) {
+  if (DatePart(value) == 0) return LongTime(value);
+  if (TimePart(value) == 0) return ShortDate(value);
+  return ShortDate(value) + " " + LongTime(value);
+}
+
+std::string FakeFormats::ShortTime(DateTime value) {
+  const TimeOfDay time = TimeOf(value);
+  return TwoDigits(time.hour) + ":" + TwoDigits(time.minute);
+}
+
+std::string FakeFormats::LongTime(DateTime value) {
+  const TimeOfDay time = TimeOf(value);
+  const int hour = time.hour % 12 == 0 ? 12 : time.hour % 12;
+  return std::to_string(hour) + ":" + TwoDigits(time.minute) + ":" + TwoDigits(time.second) +
+         (time.hour < 12 ? " AM" : " PM");
+}
+
+std::string FakeFormats::ShortDate(DateTime value) {
+  const CivilDate date = DateOf(value);
+  return std::to_string(date.month) + "/" + std::to_string(date.day) + "/" +
+         std::to_string(date.year);
+}
+
+std::string FakeFormats::LongDate(DateTime value) {
+  const CivilDate date = DateOf(value);
+  return std::string(kDays.at(static_cast<std::size_t>(WeekdayOf(value) - 1))) + ", " +
+         kMonths.at(static_cast<std::size_t>(date.month - 1)) + " " + std::to_string(date.day) +
+         ", " + std::to_string(date.year);
+}
+
+std::string FakeFormats::StandardNumber(double value) {
+  const auto hundredths = static_cast<std::uint64_t>(std::llround(std::fabs(value) * 100));
+  const std::string text = WithThousands(hundredths / 100) + "." +
+                           TwoDigits(static_cast<std::int64_t>(hundredths % 100));
+  return value < 0 && hundredths != 0 ? "-" + text : text;
+}
+
+}  // namespace tarnvale::testing
