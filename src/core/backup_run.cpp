@@ -68,7 +68,11 @@ void BackupRun::RunBackup() {
 void BackupRun::Prepare() {
   CallHook(stages_.ResetProgressWindow);
   machine_.desktop.Pointer = PointerShape::kHourglass;
-  CallHook(screens_.ShowOnly, Screen::kProgress);
+  CallHook(screens_.Show, Screen::kProgress);
+  for (const Screen other :
+       {Screen::kStorage, Screen::kList, Screen::kSchedule, Screen::kGeneral, Screen::kAdvanced}) {
+    CallHook(screens_.Hide, other);
+  }
   CallHook(stages_.FollowCopy);
   run_.start = machine_.clock.Now();
   run_.date = DatePart(run_.start);

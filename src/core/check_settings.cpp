@@ -5,9 +5,16 @@ namespace {
 
 constexpr const char* kNoValidTime = "You Must Specify A Valid Time For The Backup Schedule!";
 
+void ShowInstead(const ScreenHooks& screens, Screen screen) {
+  CallHook(screens.Show, screen);
+  for (const Screen other : kAllScreens) {
+    if (other != screen) CallHook(screens.Hide, other);
+  }
+}
+
 void Object(Machine& machine, const ScreenHooks& screens, const char* text, Screen screen) {
   machine.boxes.Show({.text = text, .icon = BoxIcon::kStop});
-  CallHook(screens.ShowOnly, screen);
+  ShowInstead(screens, screen);
 }
 
 bool ConfirmsRoot(Machine& machine) {
@@ -35,7 +42,7 @@ void CheckSettings(Machine& machine, const BackupSettings& settings, const Scree
     // Required: a confirmed root passes over the tests of the times.
     objection = !ConfirmsRoot(machine);
     if (!objection) return;
-    CallHook(screens.ShowOnly, Screen::kStorage);
+    ShowInstead(screens, Screen::kStorage);
     CallHook(screens.FocusStorageField);
     return;
   }

@@ -2,9 +2,11 @@
 // these; one that isn't set does nothing.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "base/date_time.h"
 
@@ -13,13 +15,15 @@ namespace tarnvale {
 /// The screens of the main window that the engine and its commands show.
 enum class Screen { kList, kStorage, kProgress, kSchedule, kGeneral, kAdvanced, kRestore };
 
+inline constexpr std::array kAllScreens = {Screen::kList,     Screen::kStorage, Screen::kProgress,
+                                           Screen::kSchedule, Screen::kGeneral, Screen::kAdvanced,
+                                           Screen::kRestore};
+
 /// The main window's side.
 struct ScreenHooks {
-  /// Makes one screen visible and leaves the others as they are.
+  /// Each sets the visible flag of one screen and leaves the others alone.
   std::function<void(Screen)> Show;
-  /// Shows one screen and hides the five others of the six that a run knows;
-  /// the restore screen stays as it is.
-  std::function<void(Screen)> ShowOnly;
+  std::function<void(Screen)> Hide;
   std::function<void()> FocusStorageField;
   std::function<void()> FocusIntervalField;
 };

@@ -13,7 +13,9 @@ void Window::Place(const std::vector<Placement>& placements) {
 }
 
 void Window::Show() {
+  const bool was_visible = Visible;
   Visible = true;
+  if (!was_visible) Activated.Emit();
   Raised.Emit();
 }
 

@@ -76,6 +76,7 @@ class Window {
   Property<std::vector<Raster>> Icon;
 
   /// Makes it visible, on top of the program's other windows, without waiting.
+  /// A window that was hidden is told that it was activated, minimised or not.
   void Show();
   void Hide() { Visible = false; }
   /// Emitted by Show on a visible window: the host brings it forward.
@@ -88,7 +89,7 @@ class Window {
   Signal<> Closed;
 
   // What happens to it.
-  Signal<> Activated;  ///< it became the active window
+  Signal<> Activated;  ///< by Show, and whenever it becomes the active window
   Signal<> Resized;    ///< its state or size changed
   Signal<KeyEvent&> KeyDown;
 

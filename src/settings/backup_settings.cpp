@@ -12,16 +12,17 @@ BackupSettings::BackupSettings()
       if (day) EveryDay = false;
     });
   }
-  const auto sets_flags = [this](Property<bool>& mode, bool incremental, bool syncro) {
-    mode.Changed.Listen([this, &mode, incremental, syncro] {
-      if (!mode) return;
-      IncrementalFlag = incremental;
-      SyncroFlag = syncro;
+  for (Property<bool>* mode : {&BackupMode.Complete, &BackupMode.Incremental, &BackupMode.Sync}) {
+    mode->Changed.Listen([this, mode] {
+      if (*mode) ChooseMode(*mode);
     });
-  };
-  sets_flags(BackupMode.Complete, false, false);
-  sets_flags(BackupMode.Incremental, true, false);
-  sets_flags(BackupMode.Sync, false, true);
+  }
+}
+
+void BackupSettings::ChooseMode(Property<bool>& mode) {
+  mode = true;
+  IncrementalFlag = &mode == &BackupMode.Incremental;
+  SyncroFlag = &mode == &BackupMode.Sync;
 }
 
 std::uint8_t BackupSettings::DayMask() const {

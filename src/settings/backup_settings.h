@@ -87,6 +87,9 @@ class BackupSettings {
 
   BackupList Entries;
 
+  /// Chooses one of the modes, as a click on it does, chosen already or not.
+  void ChooseMode(Property<bool>& mode);
+
   /// One bit for each ticked day, Sunday lowest; 0 while EveryDay is set.
   std::uint8_t DayMask() const;
 

@@ -1,0 +1,91 @@
+// Switching between the screens.
+#include "shell/form1.h"
+
+namespace tarnvale {
+namespace {
+
+// Which screen a command shows, and which it hides, in that order. A screen
+// that a row doesn't name keeps its state.
+// Required: rows differ. Those of the general link and of the menu leave the
+// restore screen standing.
+struct SwitchRow {
+  Screen shown;
+  std::vector<Screen> hidden;
+};
+
+using enum Screen;
+
+const SwitchRow kStorageLink{kStorage,
+                             {kList, kProgress, kSchedule, kGeneral, kAdvanced, kRestore}};
+const SwitchRow kListLink{kList, {kStorage, kProgress, kSchedule, kGeneral, kAdvanced, kRestore}};
+const SwitchRow kGeneralLink{kGeneral, {kStorage, kProgress, kSchedule, kList, kAdvanced}};
+const SwitchRow kScheduleLink{kSchedule,
+                              {kStorage, kProgress, kList, kGeneral, kAdvanced, kRestore}};
+
+const SwitchRow kGeneralMenu{kGeneral, {kStorage, kProgress, kSchedule, kList, kAdvanced}};
+const SwitchRow kListMenu{kList, {kStorage, kProgress, kSchedule, kGeneral, kAdvanced}};
+const SwitchRow kStorageMenu{kStorage, {kList, kProgress, kSchedule, kGeneral, kAdvanced}};
+const SwitchRow kScheduleMenu{kSchedule, {kStorage, kProgress, kList, kGeneral, kAdvanced}};
+
+}  // namespace
+
+void Form1::WireScreens() {
+  engine_.screens.Show = [this](Screen screen) {
+    if (GroupBox* frame = FrameOf(screen)) frame->Visible = true;
+  };
+  engine_.screens.Hide = [this](Screen screen) {
+    if (GroupBox* frame = FrameOf(screen)) frame->Visible = false;
+  };
+  engine_.screens.FocusStorageField = [this] { Focus(Text1); };
+  engine_.screens.FocusIntervalField = [this] { Focus(MaskEdBox2); };
+
+  const auto switches = [this](Label& link, const SwitchRow& row) {
+    link.Clicked.Listen([this, &row] { SwitchTo(row.shown, row.hidden); });
+  };
+  switches(Label36, kStorageLink);
+  switches(Label37, kListLink);
+  switches(Label38, kGeneralLink);
+  switches(Label44, kScheduleLink);
+
+  const auto menu_switches = [this](MenuItem& item, const SwitchRow& row) {
+    item.Clicked.Listen([this, &row] { SwitchFromMenu(row.shown, row.hidden); });
+  };
+  menu_switches(mnusettings, kGeneralMenu);
+  menu_switches(mnufiles, kListMenu);
+  menu_switches(mnustorage, kStorageMenu);
+  menu_switches(mnuSchedule, kScheduleMenu);
+}
+
+GroupBox* Form1::FrameOf(Screen screen) {
+  switch (screen) {
+    case Screen::kList:
+      return &GroupBox1;
+    case Screen::kStorage:
+      return &GroupBox2;
+    case Screen::kProgress:
+      return &GroupBox3;
+    case Screen::kSchedule:
+      return &GroupBox4;
+    case Screen::kGeneral:
+      return &GroupBox5;
+    case Screen::kAdvanced:
+    case Screen::kRestore:
+      return nullptr;
+  }
+  return nullptr;
+}
+
+void Form1::SwitchTo(Screen shown, const std::vector<Screen>& hidden) {
+  CallHook(engine_.screens.Show, shown);
+  for (const Screen screen : hidden) CallHook(engine_.screens.Hide, screen);
+}
+
+// A menu command can come from the tray while the window is hidden.
+void Form1::SwitchFromMenu(Screen shown, const std::vector<Screen>& hidden) {
+  State = WindowState::kNormal;
+  Show();
+  SwitchTo(shown, hidden);
+  Show();
+}
+
+}  // namespace tarnvale
