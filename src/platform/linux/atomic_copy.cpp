@@ -1,0 +1,172 @@
+#include "platform/linux/atomic_copy.h"
+
+#include <fcntl.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#include "base/failure.h"
+#include "platform/linux/archive_bit.h"
+#include "platform/linux/copy_data.h"
+#include "platform/linux/descriptor.h"
+#include "platform/linux/native_errors.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr mode_t kPermissions = 07777;
+
+// A temporary that goes when it isn't renamed in the end.
+class Provisional {
+ public:
+  explicit Provisional(NativeSpot spot) : spot_(spot) {}
+  Provisional(const Provisional&) = delete;
+  Provisional& operator=(const Provisional&) = delete;
+  ~Provisional() {
+    if (!renamed_) ::unlinkat(spot_.folder_fd, spot_.path, 0);
+  }
+
+  void RenameTo(NativeSpot target) {
+    if (::renameat(spot_.folder_fd, spot_.path, target.folder_fd, target.path) != 0) {
+      RaiseNative(errno, Attempt::kChange);
+    }
+    renamed_ = true;
+  }
+
+ private:
+  NativeSpot spot_;
+  bool renamed_ = false;
+};
+
+Descriptor OpenSource(NativeSpot source, struct stat& info) {
+  // Should a pipe have come into the file's place meanwhile, this doesn't wait.
+  const int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  Descriptor file(::openat(source.folder_fd, source.path, flags));
+  if (!file) RaiseNative(errno == ENOTDIR ? ENOENT : errno, Attempt::kChange);
+  if (::fstat(file.Get(), &info) != 0) RaiseNative(errno, Attempt::kChange);
+  if (S_ISDIR(info.st_mode)) throw ProgramError(kFileNotFound);
+  if (!S_ISREG(info.st_mode)) throw ProgramError(kPermissionDenied);
+  return file;
+}
+
+[[noreturn]] void RaiseForTarget(int error) {
+  // What is missing here is the folder.
+  if (error == ENOENT) throw ProgramError(kPathNotFound);
+  RaiseNative(error, Attempt::kChange);
+}
+
+Descriptor CreateTemporary(NativeSpot spot, mode_t mode) {
+  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  Descriptor file(::openat(spot.folder_fd, spot.path, flags, mode));
+  if (!file && errno == EEXIST && ::unlinkat(spot.folder_fd, spot.path, 0) == 0) {
+    file = Descriptor(::openat(spot.folder_fd, spot.path, flags, mode));
+  }
+  if (!file) RaiseForTarget(errno);
+  return file;
+}
+
+// True for attributes that belong to the content; others belong to the place.
+bool GoesWithCopy(std::string_view name) {
+  if (name == kArchivedAttribute) return false;
+  return name.substr(0, 5) == "user." || name.substr(0, 17) == "system.posix_acl_";
+}
+
+mode_t PermissionsFor(const struct stat& source, const struct stat& copy) {
+  // The marks that lend the owner's rights hold for the same owner only.
+  const bool same_owner = source.st_uid == copy.st_uid && source.st_gid == copy.st_gid;
+  return source.st_mode & (same_owner ? kPermissions : mode_t{0777});
+}
+
+void CopyProperties(int source, int target, const struct stat& info) {
+  CopyExtendedAttributes(source, target);
+  struct stat made {};
+  if (::fstat(target, &made) != 0) RaiseNative(errno, Attempt::kChange);
+  const mode_t wanted = PermissionsFor(info, made);
+  // A medium without permissions refuses some; the content counts.
+  if ((made.st_mode & kPermissions) != wanted) ::fchmod(target, wanted);
+  const std::array<timespec, 2> times{info.st_atim, info.st_mtim};
+  if (::futimens(target, times.data()) != 0 && errno == EIO) RaiseNative(errno, Attempt::kChange);
+}
+
+// Media that can't hold links refuse to make one in these ways.
+bool MeansNoLinks(int error) {
+  return error == EPERM || error == EOPNOTSUPP || error == ENOSYS;
+}
+
+}  // namespace
+
+void CopyExtendedAttributes(int source, int target) {
+  std::array<char, 1024> small{};
+  ssize_t length = ::flistxattr(source, small.data(), small.size());
+  if (length == 0) return;
+  std::vector<char> names(small.begin(), small.end());
+  if (length < 0 && errno == ERANGE) {
+    names.resize(65536);
+    length = ::flistxattr(source, names.data(), names.size());
+  }
+  std::vector<char> value;
+  for (ssize_t at = 0; at < length;) {
+    const char* name = names.data() + at;
+    at += static_cast<ssize_t>(std::strlen(name)) + 1;
+    if (!GoesWithCopy(name)) continue;
+    value.resize(65536);
+    const ssize_t size = ::fgetxattr(source, name, value.data(), value.size());
+    // Chosen: what the target's medium can't hold is left out; the content counts.
+    if (size >= 0) ::fsetxattr(target, name, value.data(), static_cast<std::size_t>(size), 0);
+  }
+}
+
+bool MayReplace(const struct stat& source, const struct stat& target) {
+  if (source.st_dev == target.st_dev && source.st_ino == target.st_ino) return false;
+  if (S_ISLNK(target.st_mode)) return true;
+  if (!S_ISREG(target.st_mode) || (target.st_mode & S_IWUSR) == 0) {
+    throw ProgramError(kPathFileAccess);
+  }
+  return true;
+}
+
+NativeSpot AtomicCopy::TemporaryFor(const CopyTarget& target) {
+  const std::string& path = temporaries_.Begin(target.folder);
+  if (target.spot.folder_fd == AT_FDCWD) return {AT_FDCWD, path.c_str()};
+  return {target.spot.folder_fd, path.c_str() + target.folder.size() + 1};
+}
+
+void AtomicCopy::CopyFile(NativeSpot source, const CopyTarget& target) {
+  struct stat info {};
+  Descriptor from = OpenSource(source, info);
+  const NativeSpot spot = TemporaryFor(target);
+  Descriptor to = CreateTemporary(spot, (info.st_mode & 0777) | S_IRUSR | S_IWUSR);
+  Provisional provisional(spot);
+  CopyData(from.Get(), to.Get(), info);
+  CopyProperties(from.Get(), to.Get(), info);
+  if (!to.Close()) RaiseNative(errno, Attempt::kChange);
+  provisional.RenameTo(target.spot);
+}
+
+void AtomicCopy::CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target) {
+  std::vector<char> text(static_cast<std::size_t>(info.st_size) + 4097);
+  const ssize_t length = ::readlinkat(source.folder_fd, source.path, text.data(), text.size() - 1);
+  if (length < 0) RaiseNative(errno, Attempt::kChange);
+  text[static_cast<std::size_t>(length)] = '\0';
+  const NativeSpot spot = TemporaryFor(target);
+  int failed = ::symlinkat(text.data(), spot.folder_fd, spot.path);
+  if (failed != 0 && errno == EEXIST && ::unlinkat(spot.folder_fd, spot.path, 0) == 0) {
+    failed = ::symlinkat(text.data(), spot.folder_fd, spot.path);
+  }
+  // Chosen: passed over like a device, so that it doesn't keep others from
+  // being copied.
+  if (failed != 0 && MeansNoLinks(errno)) return;
+  if (failed != 0) RaiseForTarget(errno);
+  Provisional provisional(spot);
+  const std::array<timespec, 2> times{info.st_atim, info.st_mtim};
+  ::utimensat(spot.folder_fd, spot.path, times.data(), AT_SYMLINK_NOFOLLOW);
+  provisional.RenameTo(target.spot);
+}
+
+}  // namespace tarnvale

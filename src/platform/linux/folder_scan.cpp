@@ -1,0 +1,74 @@
+#include "platform/linux/folder_scan.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include "base/failure.h"
+#include "platform/linux/native_errors.h"
+#include "platform/linux/paths.h"
+
+namespace tarnvale {
+namespace {
+
+unsigned char Folded(char c) {
+  return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+}
+
+bool IsDots(const char* name) {
+  return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+}  // namespace
+
+bool ComesBefore(std::string_view a, std::string_view b) {
+  const std::size_t shared = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < shared; ++i) {
+    const unsigned char x = Folded(a[i]);
+    const unsigned char y = Folded(b[i]);
+    if (x != y) return x < y;
+  }
+  return a.size() != b.size() ? a.size() < b.size() : a < b;
+}
+
+FolderScan::FolderScan(Descriptor folder, const Temporaries& temporaries)
+    : folder_(nullptr, &::closedir), temporaries_(temporaries) {
+  folder_.reset(::fdopendir(folder.Get()));
+  if (!folder_) RaiseNative(errno, Attempt::kAsk);
+  folder.Release();
+}
+
+const dirent* FolderScan::Next() {
+  for (;;) {
+    errno = 0;
+    const dirent* entry = ::readdir(folder_.get());
+    if (entry == nullptr) {
+      if (errno != 0) RaiseNative(errno, Attempt::kAsk);
+      return nullptr;
+    }
+    const char* name = entry->d_name;
+    if (name[0] == '.') {
+      if (IsDots(name)) continue;
+      if (IsTemporaryName(name)) {
+        temporaries_.Sweep(Fd(), name);
+        continue;
+      }
+    }
+    if (CanBeNamed(name)) return entry;
+    left_out_ = true;
+  }
+}
+
+Descriptor OpenNativeFolder(const std::string& folder, bool follow) {
+  const int link_flag = follow ? 0 : O_NOFOLLOW;
+  Descriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | link_flag));
+  if (fd) return fd;
+  if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG) {
+    throw ProgramError(kPathNotFound);
+  }
+  RaiseNative(errno, Attempt::kAsk);
+}
+
+}  // namespace tarnvale

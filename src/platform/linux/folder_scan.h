@@ -1,0 +1,45 @@
+// Reading the names in a folder.
+#pragma once
+
+#include <dirent.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/linux/descriptor.h"
+#include "platform/linux/temporaries.h"
+
+namespace tarnvale {
+
+/// Orders names without regard to case; names that differ in nothing else by
+/// their bytes.
+bool ComesBefore(std::string_view a, std::string_view b);
+
+/// Goes through a folder, leaving out ".", ".." and temporaries (leftovers of
+/// ours are deleted on the way) and what no path can name.
+class FolderScan {
+ public:
+  /// Takes an open folder. Raises 75 when it can't be read.
+  FolderScan(Descriptor folder, const Temporaries& temporaries);
+
+  /// The next entry, null at the end. It is good until the next call. Raises 57
+  /// or 75 when reading fails.
+  const dirent* Next();
+
+  int Fd() const { return ::dirfd(folder_.get()); }
+
+  /// True when an entry so far was left out because no path can name it.
+  bool LeftOut() const { return left_out_; }
+
+ private:
+  std::unique_ptr<DIR, int (*)(DIR*)> folder_;
+  const Temporaries& temporaries_;
+  bool left_out_ = false;
+};
+
+/// Opens a native folder for reading. Raises 76 when it is none or isn't there,
+/// and for a link to one unless `follow`; 75 when it can't be read.
+Descriptor OpenNativeFolder(const std::string& folder, bool follow);
+
+}  // namespace tarnvale

@@ -1,0 +1,300 @@
+#include "platform/linux/linux_files.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstddef>
+#include <cstdio>
+#include <string_view>
+
+#include "base/failure.h"
+#include "platform/linux/listing.h"
+#include "platform/linux/native_errors.h"
+#include "platform/linux/tree_copy.h"
+
+namespace tarnvale {
+namespace {
+
+// More folders than this are simply looked through once more.
+constexpr std::size_t kMostSwept = 65536;
+
+bool EndsInBackslash(const Path& path) {
+  return !path.empty() && (path.back() == '\\' || path.back() == '/');
+}
+
+bool IsReadOnly(const struct stat& info) {
+  return (info.st_mode & S_IWUSR) == 0;
+}
+
+bool IsSystem(const struct stat& info) {
+  return !S_ISREG(info.st_mode) && !S_ISDIR(info.st_mode) && !S_ISLNK(info.st_mode);
+}
+
+bool IsHidden(const Located& located) {
+  return located.name.size() > 1 && located.name.front() == '.';
+}
+
+bool IsFolder(const Located& located) {
+  if (!located.found) return false;
+  struct stat info {};
+  return S_ISDIR(located.info.st_mode) ||
+         (S_ISLNK(located.info.st_mode) && ::stat(located.Native().c_str(), &info) == 0 &&
+          S_ISDIR(info.st_mode));
+}
+
+// Makes one folder. Raises 75 when something is there already.
+void MakeNative(const Located& located) {
+  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (located.found || !CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
+  if (::mkdir(located.Native().c_str(), 0777) == 0) return;
+  if (errno == EEXIST) throw ProgramError(kPathFileAccess);
+  if (errno == ENOENT) throw ProgramError(kPathNotFound);
+  RaiseNative(errno, Attempt::kChange);
+}
+
+}  // namespace
+
+LinuxFiles::LinuxFiles(const std::string& root, const std::string& state_folder)
+    : temporaries_(state_folder),
+      locator_(DrivePaths(root), temporaries_),
+      copy_(temporaries_),
+      archive_(state_folder) {}
+
+Path LinuxFiles::ProgramFolder() {
+  std::array<char, PATH_MAX> program{};
+  const ssize_t length = ::readlink("/proc/self/exe", program.data(), program.size());
+  if (length <= 0) return "C:";
+  const std::string_view native(program.data(), static_cast<std::size_t>(length));
+  return locator_.Drive().FromNative(NativeFolderOf(native));
+}
+
+// As Locator::Find, with `info` that of the file behind a link.
+Located LinuxFiles::FindFollowed(const Path& path) {
+  Located located = locator_.Find(path);
+  if (S_ISLNK(located.info.st_mode) && ::stat(located.Native().c_str(), &located.info) != 0) {
+    if (errno == ENOTDIR || errno == ELOOP) errno = ENOENT;
+    RaiseNative(errno, Attempt::kAsk);
+  }
+  return located;
+}
+
+std::int64_t LinuxFiles::Length(const Path& file) {
+  const Located located = FindFollowed(file);
+  if (S_ISDIR(located.info.st_mode)) throw ProgramError(kFileNotFound);
+  if (!S_ISREG(located.info.st_mode)) throw ProgramError(kPathFileAccess);
+  return located.info.st_size;
+}
+
+int LinuxFiles::Attributes(const Path& path) {
+  const Located located = FindFollowed(path);
+  const struct stat& info = located.info;
+  int value = 0;
+  if (IsReadOnly(info)) value |= attribute::kReadOnly;
+  if (IsHidden(located)) value |= attribute::kHidden;
+  if (IsSystem(info)) value |= attribute::kSystem;
+  if (S_ISDIR(info.st_mode)) value |= attribute::kDirectory;
+  if (S_ISREG(info.st_mode) && archive_.IsSet(located.Native(), info)) value |= attribute::kArchive;
+  return value;
+}
+
+void LinuxFiles::SetAttributes(const Path& file, int value) {
+  constexpr int kAll =
+      attribute::kReadOnly | attribute::kHidden | attribute::kSystem | attribute::kArchive;
+  if (value < 0 || (value & ~kAll) != 0) throw ProgramError(kInvalidCall);
+  const Located located = FindFollowed(file);
+  const struct stat& info = located.info;
+  if (S_ISDIR(info.st_mode)) throw ProgramError(kPathFileAccess);
+  const bool hidden = (value & attribute::kHidden) != 0;
+  const bool system = (value & attribute::kSystem) != 0;
+  const bool archive = (value & attribute::kArchive) != 0;
+  if (hidden != IsHidden(located) || system != IsSystem(info) || (system && archive)) {
+    throw ProgramError(kInvalidCall);
+  }
+  const std::string native = located.Native();
+  const bool read_only = (value & attribute::kReadOnly) != 0;
+  const mode_t mode = info.st_mode & 07777;
+  const mode_t wanted = read_only ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR;
+  // A file that isn't read-only any more takes the mark, and so does one that
+  // isn't yet.
+  if (!read_only && wanted != mode && ::chmod(native.c_str(), wanted) != 0) {
+    RaiseNative(errno, Attempt::kAsk);
+  }
+  if (!system && archive != archive_.IsSet(native, info)) {
+    archive ? archive_.Set(native) : archive_.Clear(native, info);
+  }
+  if (read_only && wanted != mode && ::chmod(native.c_str(), wanted) != 0) {
+    RaiseNative(errno, Attempt::kAsk);
+  }
+}
+
+bool LinuxFiles::FolderExists(const Path& folder) {
+  return IsFolder(locator_.Locate(folder));
+}
+
+bool LinuxFiles::FileExists(const Path& file) {
+  const Located located = locator_.Locate(file);
+  return located.found && !IsFolder(located);
+}
+
+Located LinuxFiles::LocateTarget(const Path& target) {
+  Located located = locator_.Locate(target);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
+  return located;
+}
+
+void LinuxFiles::CopyWhole(const Path& source, const Path& target) {
+  Copy(source, target, Links::kFollow);
+}
+
+void LinuxFiles::CopyEntry(const Path& source, const Path& target) {
+  Copy(source, target, Links::kKeep);
+}
+
+void LinuxFiles::Copy(const Path& source, const Path& target, Links links) {
+  Located from = locator_.Locate(source);
+  if (from.error != 0) RaiseNative(from.error, Attempt::kChange);
+  if (!from.found) throw ProgramError(kFileNotFound);
+  const std::string source_native = from.Native();
+  const bool as_link = S_ISLNK(from.info.st_mode) && links == Links::kKeep;
+  if (S_ISLNK(from.info.st_mode) && !as_link && ::stat(source_native.c_str(), &from.info) != 0) {
+    throw ProgramError(kFileNotFound);
+  }
+  if (S_ISDIR(from.info.st_mode)) throw ProgramError(kFileNotFound);
+  if (IsSystem(from.info)) throw ProgramError(kPermissionDenied);
+  const Located to = LocateTarget(target);
+  if (to.found && !MayReplace(from.info, to.info)) return;
+  SweepOnce(to.folder);
+  const std::string target_native = to.Native();
+  const CopyTarget spot{{AT_FDCWD, target_native.c_str()}, to.folder};
+  if (as_link) {
+    copy_.CopyLink({AT_FDCWD, source_native.c_str()}, from.info, spot);
+  } else {
+    copy_.CopyFile({AT_FDCWD, source_native.c_str()}, spot);
+  }
+  locator_.NoteFile(to.folder, to.name);
+}
+
+// Deletes what is left over in a folder before the first copy into it.
+void LinuxFiles::SweepOnce(const std::string& folder) {
+  if (swept_.contains(folder)) return;
+  PassedOver pass;
+  pass.Step([&] {
+    FolderScan scan(OpenNativeFolder(folder + "/.", true), temporaries_);
+    while (scan.Next() != nullptr) continue;
+  });
+  if (swept_.size() >= kMostSwept) swept_.clear();
+  swept_.insert(folder);
+}
+
+// The native folder to read a tree from; a link to one is followed.
+std::string LinuxFiles::TreeSource(const Path& source) {
+  const Located located = locator_.Locate(source);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (!IsFolder(located)) throw ProgramError(kPathNotFound);
+  return located.Native() + (S_ISLNK(located.info.st_mode) ? "/." : "");
+}
+
+// The native folder to write a tree to, there or not.
+std::string LinuxFiles::TreeTarget(const Path& target) {
+  const Located located = LocateTarget(target);
+  if (!located.found || S_ISDIR(located.info.st_mode)) return located.Native();
+  if (IsFolder(located) && EndsInBackslash(target)) return located.Native() + "/.";
+  throw ProgramError(kPathFileAccess);
+}
+
+void LinuxFiles::CopyTree(const Path& source, const Path& target,
+                          const std::function<void()>& between) {
+  const std::string from = TreeSource(source);
+  TreeCopy(temporaries_, between).Run(from, TreeTarget(target));
+}
+
+void LinuxFiles::MoveTree(const Path& source, const Path& target) {
+  const Located from = locator_.Locate(source);
+  if (from.error != 0) RaiseNative(from.error, Attempt::kAsk);
+  if (!from.found || !S_ISDIR(from.info.st_mode)) throw ProgramError(kPathNotFound);
+  const Located to = LocateTarget(target);
+  if (to.found) throw ProgramError(kFileAlreadyExists);
+  const std::string source_native = from.Native();
+  const std::string target_native = to.Native();
+  if (::renameat2(AT_FDCWD, source_native.c_str(), AT_FDCWD, target_native.c_str(),
+                  RENAME_NOREPLACE) == 0) {
+    return;
+  }
+  if (errno == EEXIST) throw ProgramError(kFileAlreadyExists);
+  // A folder that is to go into itself would be deleted with its source.
+  const std::string source_start = source_native + "/";
+  if (target_native.compare(0, source_start.size(), source_start) == 0 ||
+      (errno != EXDEV && errno != EINVAL && errno != EPERM)) {
+    RaiseNative(errno, Attempt::kChange);
+  }
+  const std::function<void()> nothing;
+  TreeCopy copy(temporaries_, nothing);
+  copy.Run(source_native, target_native);
+  if (!copy.CopiedAll()) throw ProgramError(kPathFileAccess);
+  RemoveTree(source_native);
+}
+
+void LinuxFiles::CreateFolder(const Path& folder) {
+  MakeNative(locator_.Locate(folder));
+}
+
+void LinuxFiles::CreateFoldersOf(const Path& path) {
+  const auto last = path.find_last_of("\\/");
+  if (last == Path::npos) throw ProgramError(kPathNotFound);
+  for (std::size_t end = path.find_first_of("\\/"); end != Path::npos;
+       end = path.find_first_of("\\/", end + 1)) {
+    const Located located = locator_.Locate(path.substr(0, end + 1));
+    if (IsFolder(located)) continue;
+    MakeNative(located);
+  }
+}
+
+void LinuxFiles::Delete(const Path& file) {
+  const Located located = locator_.Find(file);
+  if (S_ISDIR(located.info.st_mode)) throw ProgramError(kFileNotFound);
+  if (!S_ISLNK(located.info.st_mode) && IsReadOnly(located.info)) {
+    throw ProgramError(kPathFileAccess);
+  }
+  if (::unlink(located.Native().c_str()) != 0) RaiseNative(errno, Attempt::kChange);
+}
+
+std::vector<std::string> LinuxFiles::List(const Path& pattern, ListKinds kinds) {
+  const auto last = pattern.find_last_of("\\/");
+  if (last == Path::npos) return {};
+  const auto folder = locator_.FindFolder(pattern.substr(0, last + 1));
+  if (!folder) return {};
+  return ListFiles(OpenNativeFolder(*folder, true), pattern.substr(last + 1), kinds, temporaries_);
+}
+
+std::vector<std::string> LinuxFiles::ListFolders(const Path& folder, ListKinds kinds) {
+  const auto native = locator_.FindFolder(folder);
+  if (!native) throw ProgramError(kPathNotFound);
+  return ListSubFolders(OpenNativeFolder(*native, true), kinds, temporaries_);
+}
+
+FolderContents LinuxFiles::OpenFolder(const Path& folder) {
+  const Located located = locator_.Locate(folder);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (!located.found) throw ProgramError(kPathNotFound);
+  const std::string native = located.Native();
+  FolderContents contents =
+      ReadContents(OpenNativeFolder(native, EndsInBackslash(folder)), temporaries_);
+  if (swept_.size() >= kMostSwept) swept_.clear();
+  swept_.insert(native);
+  return contents;
+}
+
+void LinuxFiles::Flush(const Path& folder) {
+  const auto native = locator_.FindFolder(folder);
+  if (!native) throw ProgramError(kPathNotFound);
+  const Descriptor fd = OpenNativeFolder(*native, true);
+  if (::syncfs(fd.Get()) != 0) throw ProgramError(kDeviceIoError);
+}
+
+}  // namespace tarnvale

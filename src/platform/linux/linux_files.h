@@ -1,0 +1,67 @@
+// The file system of a Linux machine.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/linux/archive_bit.h"
+#include "platform/linux/atomic_copy.h"
+#include "platform/linux/locator.h"
+#include "platform/linux/state_folder.h"
+#include "platform/linux/temporaries.h"
+
+namespace tarnvale {
+
+/// Drive C: is the root of the file system; no other drive exists. Read-only is
+/// a missing write permission of the owner, hidden a leading point, system a
+/// device, socket or pipe; these are never opened. A path to a link names the
+/// link for CopyEntry, Delete, OpenFolder and the target of a copy, and what it
+/// leads to otherwise, or when a backslash follows it.
+class LinuxFiles : public FileSystem {
+ public:
+  /// `root` is the native folder that C:\ stands for. `state_folder`, native
+  /// too, is for bookkeeping and made when it is first needed. Deletes what
+  /// processes that were killed left in work.
+  explicit LinuxFiles(const std::string& root = "/",
+                      const std::string& state_folder = DefaultStateFolder());
+
+  Path ProgramFolder() override;
+  std::int64_t Length(const Path& file) override;
+  int Attributes(const Path& path) override;
+  void SetAttributes(const Path& file, int value) override;
+  bool FolderExists(const Path& folder) override;
+  bool FileExists(const Path& file) override;
+  void CopyWhole(const Path& source, const Path& target) override;
+  void CopyEntry(const Path& source, const Path& target) override;
+  void CopyTree(const Path& source, const Path& target,
+                const std::function<void()>& between) override;
+  void MoveTree(const Path& source, const Path& target) override;
+  void CreateFolder(const Path& folder) override;
+  void CreateFoldersOf(const Path& path) override;
+  void Delete(const Path& file) override;
+  std::vector<std::string> List(const Path& pattern, ListKinds kinds) override;
+  std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) override;
+  FolderContents OpenFolder(const Path& folder) override;
+  void Flush(const Path& folder) override;
+
+ private:
+  enum class Links { kFollow, kKeep };
+
+  Located FindFollowed(const Path& path);
+  Located LocateTarget(const Path& target);
+  void Copy(const Path& source, const Path& target, Links links);
+  void SweepOnce(const std::string& folder);
+  std::string TreeSource(const Path& source);
+  std::string TreeTarget(const Path& target);
+
+  Temporaries temporaries_;
+  Locator locator_;
+  AtomicCopy copy_;
+  ArchiveBit archive_;
+  std::unordered_set<std::string> swept_;
+};
+
+}  // namespace tarnvale

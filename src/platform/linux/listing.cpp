@@ -1,0 +1,127 @@
+#include "platform/linux/listing.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+#include "base/text.h"
+
+namespace tarnvale {
+namespace {
+
+// Behind the one character that stands at `at`, in UTF-8.
+std::size_t BehindCharacter(std::string_view text, std::size_t at) {
+  ++at;
+  while (at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U) ++at;
+  return at;
+}
+
+bool MatchesFolded(std::string_view name, std::string_view pattern) {
+  std::size_t in_name = 0;
+  std::size_t in_pattern = 0;
+  std::optional<std::size_t> star;  // behind the last star
+  std::size_t star_end = 0;         // where what it took ends
+  while (in_name < name.size()) {
+    if (in_pattern < pattern.size() && pattern[in_pattern] == '*') {
+      star = ++in_pattern;
+      star_end = in_name;
+    } else if (in_pattern < pattern.size() && pattern[in_pattern] == '?') {
+      ++in_pattern;
+      in_name = BehindCharacter(name, in_name);
+    } else if (in_pattern < pattern.size() && pattern[in_pattern] == name[in_name]) {
+      ++in_pattern;
+      ++in_name;
+    } else if (star) {
+      in_pattern = *star;
+      in_name = star_end = BehindCharacter(name, star_end);
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of('*', in_pattern) == std::string_view::npos;
+}
+
+// What an entry is, asked of the medium only where reading the folder didn't
+// tell. DT_UNKNOWN for one that has gone meanwhile.
+unsigned char KindOf(int folder_fd, const dirent& entry, int flags) {
+  if (entry.d_type != DT_UNKNOWN && (entry.d_type != DT_LNK || flags == AT_SYMLINK_NOFOLLOW)) {
+    return entry.d_type;
+  }
+  struct stat info {};
+  if (::fstatat(folder_fd, entry.d_name, &info, flags) != 0) return DT_UNKNOWN;
+  return static_cast<unsigned char>(IFTODT(info.st_mode));
+}
+
+FolderEntry EntryOf(const char* name, const struct stat& info) {
+  return {name, info.st_size, info.st_mtim.tv_sec};
+}
+
+bool IsHidden(const dirent& entry) {
+  return entry.d_name[0] == '.';
+}
+
+void SortNames(std::vector<std::string>& names) {
+  std::sort(names.begin(), names.end(), ComesBefore);
+}
+
+}  // namespace
+
+bool MatchesPattern(std::string_view name, std::string_view pattern) {
+  if (pattern.empty() || pattern == "*.*") return true;
+  return MatchesFolded(ToLower(name), ToLower(pattern));
+}
+
+FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries) {
+  FolderContents contents;
+  FolderScan scan(std::move(folder), temporaries);
+  while (const dirent* entry = scan.Next()) {
+    if (entry->d_type == DT_DIR) {
+      contents.folders.emplace_back(entry->d_name);
+      continue;
+    }
+    if (entry->d_type != DT_REG && entry->d_type != DT_LNK && entry->d_type != DT_UNKNOWN) continue;
+    struct stat info {};
+    if (::fstatat(scan.Fd(), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) continue;
+    if (S_ISDIR(info.st_mode)) {
+      contents.folders.emplace_back(entry->d_name);
+    } else if (S_ISREG(info.st_mode) || S_ISLNK(info.st_mode)) {
+      contents.files.push_back(EntryOf(entry->d_name, info));
+    }
+  }
+  SortNames(contents.folders);
+  std::sort(contents.files.begin(), contents.files.end(),
+            [](const FolderEntry& a, const FolderEntry& b) { return ComesBefore(a.name, b.name); });
+  return contents;
+}
+
+std::vector<std::string> ListFiles(Descriptor folder, std::string_view pattern, ListKinds kinds,
+                                   const Temporaries& temporaries) {
+  std::vector<std::string> names;
+  FolderScan scan(std::move(folder), temporaries);
+  while (const dirent* entry = scan.Next()) {
+    if ((IsHidden(*entry) && !kinds.hidden) || !MatchesPattern(entry->d_name, pattern)) continue;
+    const unsigned char kind = KindOf(scan.Fd(), *entry, 0);
+    if (kind == DT_DIR || kind == DT_UNKNOWN) continue;
+    if (kind == DT_REG || kinds.system) names.emplace_back(entry->d_name);
+  }
+  SortNames(names);
+  return names;
+}
+
+std::vector<std::string> ListSubFolders(Descriptor folder, ListKinds kinds,
+                                        const Temporaries& temporaries) {
+  std::vector<std::string> names;
+  FolderScan scan(std::move(folder), temporaries);
+  while (const dirent* entry = scan.Next()) {
+    if (IsHidden(*entry) && !kinds.hidden) continue;
+    if (KindOf(scan.Fd(), *entry, AT_SYMLINK_NOFOLLOW) == DT_DIR) names.emplace_back(entry->d_name);
+  }
+  SortNames(names);
+  return names;
+}
+
+}  // namespace tarnvale
