@@ -127,6 +127,12 @@ bool ProfileText::CanHold(std::string_view section, std::string_view key, std::s
          key.front() != '[';
 }
 
+bool ProfileText::Holds(std::string_view section, std::string_view key,
+                        std::string_view value) const {
+  const auto* line = Find(section, key);
+  return line != nullptr && ValueOf((*line)->text) == Trimmed(value);
+}
+
 bool ProfileText::Set(std::string_view section, std::string_view key, std::string_view value) {
   if (const auto* found = Find(section, key)) {
     std::string& text = (*found)->text;

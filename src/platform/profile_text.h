@@ -35,6 +35,9 @@ class ProfileText {
   /// holds no "=" and doesn't begin like a comment or a section.
   static bool CanHold(std::string_view section, std::string_view key, std::string_view value);
 
+  /// Whether the value stands there already, so that Set would change nothing.
+  bool Holds(std::string_view section, std::string_view key, std::string_view value) const;
+
   /// Replaces a value in place, or adds the key behind the last line of its
   /// section that isn't blank, or adds the section at the end. All three texts
   /// must be ones that it can hold. False when nothing had to change.

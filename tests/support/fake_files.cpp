@@ -20,21 +20,28 @@ struct SplitPath {
   std::vector<std::string> components;
 };
 
-// None for a text that is no absolute path or holds a name that no path can.
+bool IsSeparator(char c) {
+  return c == '\\' || c == '/';
+}
+
+bool CanBeCreated(const std::string& name) {
+  return name.find_first_of("*?\":<>|") == std::string::npos;
+}
+
+// None for a text that is no absolute path.
 std::optional<SplitPath> Split(const Path& path) {
   SplitPath split;
   std::string_view rest = path;
   if (rest.size() >= 2 && rest[1] == ':') {
     split.drive = ToLower(rest.substr(0, 1)).front();
     rest.remove_prefix(2);
-  } else if (rest.empty() || rest.front() != '\\') {
+  } else if (rest.empty() || !IsSeparator(rest.front())) {
     return std::nullopt;
   }
   while (!rest.empty()) {
-    const auto end = std::min(rest.find('\\'), rest.size());
-    const std::string name(rest.substr(0, end));
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-    if (name.find_first_of("*?\":<>|") != std::string::npos) return std::nullopt;
+    const auto end = std::find_if(rest.begin(), rest.end(), IsSeparator) - rest.begin();
+    const std::string name(rest.substr(0, static_cast<std::size_t>(end)));
+    rest.remove_prefix(std::min(name.size() + 1, rest.size()));
     if (name == "..") {
       if (!split.components.empty()) split.components.pop_back();
     } else if (!name.empty() && name != ".") {
@@ -102,6 +109,7 @@ FakeFiles::NodePtr FakeFiles::RequireFolder(const Path& path) const {
 }
 
 FakeFiles::NodePtr FakeFiles::AddEntry(FakeNode& folder, const std::string& name, bool is_folder) {
+  if (!CanBeCreated(name)) throw ProgramError(kPathFileAccess);
   auto node = std::make_shared<FakeNode>();
   node->name = name;
   node->is_folder = is_folder;

@@ -33,7 +33,8 @@ struct FakeNode {
 /// Drives with folders and files. Names are kept as first written and found
 /// without regard to the case of ASCII letters; every name can carry every
 /// attribute. There are no symbolic links. "." and ".." in paths are resolved by
-/// text. Text that is no absolute path names nothing: 76.
+/// text. Text that is no absolute path names nothing: 76. Names with one of
+/// * ? " : < > | can't be made: 75.
 class FakeFiles : public FileSystem, public ScriptedFailures {
  public:
   /// Drive C: with the program folder C:\Program.

@@ -19,7 +19,7 @@ bool Matches(std::string_view pattern, std::string_view name) {
 }
 
 bool MatchesPattern(const std::string& pattern, const std::string& name) {
-  return pattern == "*.*" || Matches(ToLower(pattern), ToLower(name));
+  return pattern.empty() || pattern == "*.*" || Matches(ToLower(pattern), ToLower(name));
 }
 
 bool IsListed(const FakeNode& node, ListKinds kinds) {
@@ -116,6 +116,9 @@ void FakeFiles::MoveTree(const Path& source, const Path& target) {
   Enter("MoveTree", source, target);
   RequireFolder(source);
   if (Exists(target)) throw ProgramError(kFileAlreadyExists);
+  if (EqualIgnoringCase(target.substr(0, source.size() + 1), WithBackslash(source))) {
+    throw ProgramError(kPermissionDenied);
+  }
   std::optional<int> first_failure;
   CopyTreeInto(source, target, {}, first_failure);
   if (first_failure) throw ProgramError(*first_failure);

@@ -1,8 +1,8 @@
 #include "tests/support/fake_formats.h"
 
 #include <array>
-#include <cmath>
-#include <cstdint>
+
+#include "platform/standard_number.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -13,16 +13,8 @@ constexpr std::array kMonths = {"January",   "February", "March",    "April",
                                 "May",       "June",     "July",     "August",
                                 "September", "October",  "November", "December"};
 
-std::string TwoDigits(std::int64_t number) {
+std::string TwoDigits(int number) {
   return (number < 10 ? "0" : "") + std::to_string(number);
-}
-
-std::string WithThousands(std::uint64_t number) {
-  std::string digits = std::to_string(number);
-  for (auto at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > 0; at -= 3) {
-    digits.insert(static_cast<std::size_t>(at), ",");
-  }
-  return digits;
 }
 
 }  // namespace
@@ -59,10 +51,7 @@ std::string FakeFormats::LongDate(DateTime value) {
 }
 
 std::string FakeFormats::StandardNumber(double value) {
-  const auto hundredths = static_cast<std::uint64_t>(std::llround(std::fabs(value) * 100));
-  const std::string text = WithThousands(hundredths / 100) + "." +
-                           TwoDigits(static_cast<std::int64_t>(hundredths % 100));
-  return value < 0 && hundredths != 0 ? "-" + text : text;
+  return StandardNumberText(value, {});
 }
 
 }  // namespace tarnvale::testing

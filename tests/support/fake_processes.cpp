@@ -1,6 +1,9 @@
 #include "tests/support/fake_processes.h"
 
+#include <algorithm>
+
 #include "base/failure.h"
+#include "base/text.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -47,9 +50,10 @@ void FakeProcesses::StartMinimized(const std::string& command_line) {
 }
 
 std::optional<std::string> FakeProcesses::Variable(const std::string& name) {
-  const auto variable = variables.find(name);
-  if (variable == variables.end()) return std::nullopt;
-  return variable->second;
+  for (const auto& [known, value] : variables) {
+    if (EqualIgnoringCase(known, name)) return value;
+  }
+  return std::nullopt;
 }
 
 }  // namespace tarnvale::testing
