@@ -91,14 +91,19 @@ class Canvas {
   /// at bottom and right (which own the two shared corners).
   void Edge(Rect rect, Color top_left, Color bottom_right);
   /// Hatches an area; `pattern` is one of the classic hatches 0 (horizontal),
-  /// 1 (vertical), 2 (down), 3 (up), 4 (cross), 5 (diagonal cross), period 8.
+  /// 1 (vertical), 2 (down), 3 (up), 4 (cross), 5 (diagonal cross), period 8,
+  /// counted from the canvas's corner. Any other number draws nothing.
   void Hatch(Rect rect, int pattern, Color color, Color ground);
 
   /// Copies part of a picture to (x, y). Pixels of alpha below 128 are left out,
   /// and so are pixels of the colour `mask`.
   void Blit(const Raster& picture, Rect source, int x, int y, std::optional<Color> mask);
-  /// Fills an area with copies of a picture.
+  /// Fills an area with copies of a picture, the first in its upper left corner.
+  /// Pixels of alpha below 128 are left out; an empty picture draws nothing.
   void Tile(const Raster& picture, Rect rect);
+  /// Copies a picture that was made for this canvas's scale: one pixel of it is
+  /// one device pixel. (x, y) is logical. Pixels of alpha below 128 are left out.
+  void BlitDevice(const Raster& picture, int x, int y);
 
  private:
   void Put(int x, int y, std::uint32_t pixel);
