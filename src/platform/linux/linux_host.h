@@ -1,0 +1,58 @@
+// All of a Linux machine but its windows.
+#pragma once
+
+#include <string>
+
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_files.h"
+#include "platform/linux/linux_locale_formats.h"
+#include "platform/linux/linux_open_files.h"
+#include "platform/linux/linux_processes.h"
+#include "platform/linux/linux_profile_files.h"
+#include "platform/linux/linux_random.h"
+#include "platform/linux/locator.h"
+#include "platform/linux/paths.h"
+#include "platform/linux/state_folder.h"
+#include "platform/linux/temporaries.h"
+
+namespace tarnvale {
+
+/// Native paths; what stands here is what the program runs with.
+struct LinuxSurroundings {
+  /// What C:\ stands for.
+  std::string root = "/";
+  std::string state_folder = DefaultStateFolder();
+  /// Empty: the environment's.
+  std::string locale_name;
+  ProcessSurroundings processes = ProcessSurroundings::Present();
+};
+
+class LinuxHost {
+ public:
+  explicit LinuxHost(const LinuxSurroundings& surroundings = {})
+      : files(surroundings.root, surroundings.state_folder),
+        temporaries_(surroundings.state_folder),
+        locator_(DrivePaths(surroundings.root), temporaries_),
+        open_files(locator_),
+        profiles(locator_, surroundings.state_folder),
+        processes(locator_, surroundings.processes),
+        formats(surroundings.locale_name) {}
+  LinuxHost(const LinuxHost&) = delete;
+  LinuxHost& operator=(const LinuxHost&) = delete;
+
+  LinuxFiles files;
+
+ private:
+  Temporaries temporaries_;
+  Locator locator_;
+
+ public:
+  LinuxOpenFiles open_files;
+  LinuxProfileFiles profiles;
+  LinuxProcesses processes;
+  LinuxClock clock;
+  LinuxRandom random;
+  LinuxLocaleFormats formats;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,189 @@
+#include "platform/linux/linux_open_files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include "base/failure.h"
+#include "platform/input_item.h"
+#include "platform/linux/native_errors.h"
+#include "platform/linux/paths.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr int kHighestNumber = 511;
+// Should a path lead to a pipe or a terminal, opening doesn't wait.
+constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+
+[[noreturn]] void RaiseForOpening(int error) {
+  RaiseNative(error, Attempt::kChange);
+}
+
+// Raises 75 for anything but a plain file.
+void RequirePlain(const struct stat& info) {
+  if (!S_ISREG(info.st_mode)) throw ProgramError(kPathFileAccess);
+}
+
+// Permissions stop nobody who is root; the read-only attribute does.
+bool IsReadOnly(const struct stat& info) {
+  return (info.st_mode & S_IWUSR) == 0;
+}
+
+// Up to `count` bytes from a position; fewer only at the end of the file.
+std::string ReadAt(int file, std::int64_t position, std::size_t count) {
+  constexpr std::size_t kStep = std::size_t{1} << 20U;
+  std::string bytes;
+  while (bytes.size() < count) {
+    const std::size_t before = bytes.size();
+    const std::size_t step = std::min(count - before, kStep);
+    bytes.resize(before + step);
+    const ssize_t got =
+        ::pread(file, bytes.data() + before, step, position + static_cast<std::int64_t>(before));
+    if (got < 0 && errno != EINTR) throw ProgramError(kDeviceIoError);
+    bytes.resize(before + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    if (got == 0) break;
+  }
+  return bytes;
+}
+
+void WriteAt(int file, std::int64_t& position, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t done = ::pwrite(file, bytes.data(), bytes.size(), position);
+    if (done < 0 && errno == EINTR) continue;
+    if (done <= 0) {
+      const bool full = errno == ENOSPC || errno == EDQUOT || errno == EFBIG;
+      throw ProgramError(full ? kDiskFull : kDeviceIoError);
+    }
+    position += done;
+    bytes.remove_prefix(static_cast<std::size_t>(done));
+  }
+}
+
+}  // namespace
+
+void LinuxOpenFiles::CheckFree(int number) const {
+  if (number < 1 || number > kHighestNumber) throw ProgramError(kBadFileNumber);
+  if (open_.count(number) != 0) throw ProgramError(kFileAlreadyOpen);
+}
+
+LinuxOpenFiles::OpenFile& LinuxOpenFiles::Require(int number) {
+  const auto open = open_.find(number);
+  if (open == open_.end()) throw ProgramError(kBadFileNumber);
+  return open->second;
+}
+
+void LinuxOpenFiles::OpenInput(int number, const Path& file) {
+  CheckFree(number);
+  const Located located = locator_.Find(file);
+  Descriptor opened(::open(located.Native().c_str(), O_RDONLY | kOpenFlags));
+  if (!opened) RaiseForOpening(errno);
+  struct stat info {};
+  if (::fstat(opened.Get(), &info) != 0) RaiseForOpening(errno);
+  RequirePlain(info);
+  open_[number] = {std::move(opened), Mode::kInput, false, 0};
+}
+
+Located LinuxOpenFiles::LocateForWriting(const Path& file) {
+  Located located = locator_.Locate(file);
+  if (located.error != 0) RaiseForOpening(located.error);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
+  return located;
+}
+
+void LinuxOpenFiles::OpenOutput(int number, const Path& file) {
+  CheckFree(number);
+  const Located located = LocateForWriting(file);
+  const std::string native = located.Native();
+  // A link that leads nowhere is found, and what it names is made.
+  struct stat info {};
+  if (located.found && ::stat(native.c_str(), &info) == 0) {
+    RequirePlain(info);
+    if (IsReadOnly(info)) throw ProgramError(kPathFileAccess);
+  }
+  Descriptor opened(::open(native.c_str(), O_RDWR | O_CREAT | O_TRUNC | kOpenFlags, 0666));
+  if (!opened) RaiseForOpening(errno);
+  locator_.NoteFile(located.folder, located.name);
+  open_[number] = {std::move(opened), Mode::kOutput, true, 0};
+}
+
+void LinuxOpenFiles::OpenBinary(int number, const Path& file) {
+  CheckFree(number);
+  const Located located = LocateForWriting(file);
+  const std::string native = located.Native();
+  bool writable = true;
+  struct stat info {};
+  if (located.found && ::stat(native.c_str(), &info) == 0) {
+    RequirePlain(info);
+    writable = !IsReadOnly(info) && ::faccessat(AT_FDCWD, native.c_str(), W_OK, AT_EACCESS) == 0;
+  }
+  const int access = writable ? O_RDWR | O_CREAT : O_RDONLY;
+  Descriptor opened(::open(native.c_str(), access | kOpenFlags, 0666));
+  if (!opened) RaiseForOpening(errno);
+  locator_.NoteFile(located.folder, located.name);
+  open_[number] = {std::move(opened), Mode::kBinary, writable, 0};
+}
+
+void LinuxOpenFiles::Write(int number, std::string_view bytes) {
+  OpenFile& open = Require(number);
+  if (open.mode == Mode::kInput) throw ProgramError(kBadFileMode);
+  if (!open.writable) throw ProgramError(kPathFileAccess);
+  WriteAt(open.file.Get(), open.position, bytes);
+}
+
+std::string LinuxOpenFiles::InputItem(int number) {
+  OpenFile& open = Require(number);
+  if (open.mode != Mode::kInput) throw ProgramError(kBadFileMode);
+  constexpr std::size_t kChunk = 4096;
+  InputItemScanner scanner;
+  bool more = true;
+  while (more) {
+    const std::string chunk = ReadAt(open.file.Get(), open.position, kChunk);
+    if (chunk.empty()) break;
+    std::size_t used = 0;
+    while (more && used < chunk.size()) more = scanner.Feed(chunk[used++]);
+    open.position += static_cast<std::int64_t>(used);
+  }
+  if (!scanner.HasBegun()) throw ProgramError(kInputPastEnd);
+  if (scanner.EndedInReturn() && ReadAt(open.file.Get(), open.position, 1) == "\n") {
+    ++open.position;
+  }
+  return scanner.Item();
+}
+
+std::string LinuxOpenFiles::Read(int number, std::size_t count) {
+  OpenFile& open = Require(number);
+  if (open.mode == Mode::kOutput) throw ProgramError(kBadFileMode);
+  std::string bytes = ReadAt(open.file.Get(), open.position, count);
+  open.position += static_cast<std::int64_t>(bytes.size());
+  return bytes;
+}
+
+std::int64_t LinuxOpenFiles::Length(int number) {
+  struct stat info {};
+  if (::fstat(Require(number).file.Get(), &info) != 0) throw ProgramError(kDeviceIoError);
+  return info.st_size;
+}
+
+void LinuxOpenFiles::Seek(int number, std::int64_t position) {
+  OpenFile& open = Require(number);
+  if (position < 0) throw ProgramError(kInvalidCall);
+  open.position = position;
+}
+
+void LinuxOpenFiles::Close(int number) {
+  const auto open = open_.find(number);
+  if (open == open_.end()) return;
+  Descriptor file = std::move(open->second.file);
+  open_.erase(open);
+  if (!file.Close())
+    throw ProgramError(errno == ENOSPC || errno == EDQUOT ? kDiskFull : kDeviceIoError);
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,123 @@
+#include "platform/linux/linux_processes.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+#include <vector>
+
+#include "base/failure.h"
+#include "base/text.h"
+#include "platform/linux/command_line.h"
+#include "platform/linux/detached_start.h"
+#include "platform/linux/state_folder.h"
+
+namespace tarnvale {
+namespace {
+
+std::string ThisProgramFile() {
+  std::array<char, PATH_MAX> text{};
+  const ssize_t length = ::readlink("/proc/self/exe", text.data(), text.size());
+  return length <= 0 ? std::string() : std::string(text.data(), static_cast<std::size_t>(length));
+}
+
+bool IsOwnFolder(const std::string& native) {
+  struct stat info {};
+  return ::stat(native.c_str(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == ::geteuid();
+}
+
+// The same in every session of the user, the ones without a desktop included.
+std::string RuntimeFolder() {
+  const char* variable = std::getenv("XDG_RUNTIME_DIR");
+  if (variable != nullptr && variable[0] == '/' && IsOwnFolder(variable)) return variable;
+  const std::string usual = "/run/user/" + std::to_string(::geteuid());
+  return IsOwnFolder(usual) ? usual : DefaultStateFolder();
+}
+
+// FNV-1a: the same in every process and release, which std::hash is not.
+std::string HashOf(std::string_view text) {
+  std::uint64_t hash = 0xcbf29ce484222325U;
+  for (const char c : text) {
+    hash ^= static_cast<unsigned char>(c);
+    hash *= 0x100000001b3U;
+  }
+  std::array<char, 17> digits{};
+  std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hash));
+  return digits.data();
+}
+
+std::string LockFile(const ProcessSurroundings& surroundings) {
+  MakeStateFolder(surroundings.lock_folder);
+  const std::string who = std::to_string(::geteuid()) + '\n' + surroundings.program_file;
+  return surroundings.lock_folder + "/tarnvale-" + HashOf(who) + ".lock";
+}
+
+bool IsPathLanguage(std::string_view name) {
+  return name.find_first_of("\\/") != std::string_view::npos ||
+         (name.size() >= 2 && name[1] == ':');
+}
+
+}  // namespace
+
+ProcessSurroundings ProcessSurroundings::Present() {
+  ProcessSurroundings present;
+  present.program_file = ThisProgramFile();
+  present.lock_folder = RuntimeFolder();
+  return present;
+}
+
+LinuxProcesses::LinuxProcesses(Locator& locator, const ProcessSurroundings& surroundings)
+    : locator_(locator),
+      desktop_opener_(surroundings.desktop_opener),
+      lock_(LockFile(surroundings)) {}
+
+bool LinuxProcesses::OpenWithDesktop(const Path& file) {
+  const Located located = locator_.Locate(file);
+  if (!located.found) return false;
+  const std::string opener = desktop_opener_.find('/') == std::string::npos
+                                 ? ProgramOnSearchPath(desktop_opener_)
+                                 : desktop_opener_;
+  return !opener.empty() && StartDetached(opener, {opener, located.Native()}) == 0;
+}
+
+// Empty when there is no such program.
+std::string LinuxProcesses::NativeProgram(const std::string& name) {
+  if (!IsPathLanguage(name)) return ProgramOnSearchPath(name);
+  const Located located = locator_.Locate(name);
+  if (!located.found || !IsProgram(located.Native())) return {};
+  return located.Native();
+}
+
+bool LinuxProcesses::StartProgram(const Path& program) {
+  const Located located = locator_.Locate(program);
+  if (!located.found || !IsProgram(located.Native())) return false;
+  return StartDetached(located.Native(), {located.Native()}) == 0;
+}
+
+void LinuxProcesses::StartMinimized(const std::string& command_line) {
+  std::vector<std::string> words = WordsOf(command_line);
+  if (words.empty() || words.front().empty()) throw ProgramError(kInvalidCall);
+  const std::string program = NativeProgram(words.front());
+  if (program.empty()) throw ProgramError(kFileNotFound);
+  words.front() = program;
+  if (StartDetached(program, words) != 0) throw ProgramError(kFileNotFound);
+}
+
+std::optional<std::string> LinuxProcesses::Variable(const std::string& name) {
+  if (const char* exact = std::getenv(name.c_str())) return exact;
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    const std::string_view text = *entry;
+    const auto equals = text.find('=');
+    if (equals != std::string_view::npos && EqualIgnoringCase(text.substr(0, equals), name)) {
+      return std::string(text.substr(equals + 1));
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace tarnvale
