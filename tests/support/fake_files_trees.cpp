@@ -117,7 +117,7 @@ void FakeFiles::MoveTree(const Path& source, const Path& target) {
   RequireFolder(source);
   if (Exists(target)) throw ProgramError(kFileAlreadyExists);
   if (EqualIgnoringCase(target.substr(0, source.size() + 1), WithBackslash(source))) {
-    throw ProgramError(kPermissionDenied);
+    throw ProgramError(kPathFileAccess);
   }
   std::optional<int> first_failure;
   CopyTreeInto(source, target, {}, first_failure);
