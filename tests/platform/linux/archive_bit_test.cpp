@@ -1,0 +1,158 @@
+#include "platform/linux/archive_bit.h"
+
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "tests/platform/linux/linux_drive.h"
+
+namespace tarnvale {
+namespace {
+
+using attribute::kArchive;
+using attribute::kHidden;
+using attribute::kReadOnly;
+using attribute::kSystem;
+
+using ArchiveBitTest = LinuxDriveTest;
+
+TEST_F(ArchiveBitTest, StaysClearedUntilTheFileChanges) {
+  Write("file", "one");
+  SetModified("file", 1000, 1);
+  files_.SetAttributes("C:\\file", 0);
+  EXPECT_EQ(files_.Attributes("C:\\file"), 0);
+  LinuxFiles next_run(root_, base_ + "/other_state");
+  EXPECT_EQ(next_run.Attributes("C:\\file"), 0);
+  SetModified("file", 1000, 2);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+  SetModified("file", 1000, 1);
+  EXPECT_EQ(files_.Attributes("C:\\file"), 0);
+  Write("file", "longer");
+  SetModified("file", 1000, 1);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, TheMarkHoldsSizeAndTime) {
+  Write("file", "12345");
+  SetModified("file", 1'700'000'000, 123'456'789);
+  files_.SetAttributes("C:\\file", 0);
+  std::string value(64, '\0');
+  value.resize(static_cast<std::size_t>(
+      ::getxattr(Native("file").c_str(), "user.tarnvale.archived", value.data(), value.size())));
+  EXPECT_EQ(value, "5 1700000000123456789");
+}
+
+TEST_F(ArchiveBitTest, CanBeSetAgain) {
+  Write("file", "");
+  files_.SetAttributes("C:\\file", 0);
+  files_.SetAttributes("C:\\file", kArchive);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, IsSetOnTheCopyOfAClearedFile) {
+  Write("file", "");
+  files_.SetAttributes("C:\\file", 0);
+  files_.CopyWhole("C:\\file", "C:\\copy");
+  EXPECT_EQ(files_.Attributes("C:\\copy"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, IsClearedOnAReadOnlyFileToo) {
+  Write("file", "");
+  SetMode("file", 0444);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive + kReadOnly);
+  files_.SetAttributes("C:\\file", kReadOnly);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kReadOnly);
+  LinuxFiles next_run(root_, state_);
+  EXPECT_EQ(next_run.Attributes("C:\\file"), kReadOnly);
+}
+
+TEST_F(ArchiveBitTest, IsClearedTogetherWithReadOnly) {
+  Write("file", "");
+  SetMode("file", 0664);
+  files_.SetAttributes("C:\\file", kReadOnly);
+  EXPECT_EQ(Info("file").st_mode & 07777U, 0464U);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kReadOnly);
+  files_.SetAttributes("C:\\file", 0);
+  EXPECT_EQ(Info("file").st_mode & 07777U, 0664U);
+  EXPECT_EQ(files_.Attributes("C:\\file"), 0);
+}
+
+TEST_F(ArchiveBitTest, ValuesThatNoFileCanHaveChangeNothing) {
+  Write("file", "");
+  for (const int value : {-31, -1, 16, 64, 48, 256, kHidden, kSystem, kHidden + kReadOnly}) {
+    EXPECT_EQ(ErrorOf([&] { files_.SetAttributes("C:\\file", value); }), kInvalidCall) << value;
+  }
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, AHiddenNameNeedsTheHiddenBit) {
+  Write(".file", "");
+  EXPECT_EQ(ErrorOf([&] { files_.SetAttributes("C:\\.file", 0); }), kInvalidCall);
+  files_.SetAttributes("C:\\.file", kHidden);
+  EXPECT_EQ(files_.Attributes("C:\\.file"), kHidden);
+}
+
+TEST_F(ArchiveBitTest, MissingFilesAreTold) {
+  MakeFolder("folder");
+  EXPECT_EQ(ErrorOf([&] { files_.SetAttributes("C:\\none", 0); }), kFileNotFound);
+  EXPECT_EQ(ErrorOf([&] { files_.SetAttributes("C:\\folder", 0); }), kPathFileAccess);
+}
+
+// A file whose medium knows neither extended attributes nor an archive bit.
+constexpr char kBare[] = "/proc/version";
+
+TEST_F(ArchiveBitTest, IsKeptInTheIndexWhereTheMediumHoldsNothing) {
+  struct stat info {};
+  info.st_size = 7;
+  info.st_mtim = {5, 6};
+  {
+    ArchiveBit archive(state_);
+    EXPECT_TRUE(archive.IsSet(kBare, info));
+    archive.Clear(kBare, info);
+    EXPECT_FALSE(archive.IsSet(kBare, info));
+  }
+  ArchiveBit next_run(state_);
+  EXPECT_FALSE(next_run.IsSet(kBare, info));
+  info.st_mtim.tv_nsec = 7;
+  EXPECT_TRUE(next_run.IsSet(kBare, info));
+  info.st_mtim.tv_nsec = 6;
+  next_run.Set(kBare);
+  EXPECT_TRUE(next_run.IsSet(kBare, info));
+  EXPECT_TRUE(ArchiveBit(state_).IsSet(kBare, info));
+}
+
+using ArchiveIndexTest = LinuxDriveTest;
+
+TEST_F(ArchiveIndexTest, KeepsPathsWithLineFeedsAndBackslashes) {
+  ArchiveIndex(state_).Set("/a\nb\\n c", {1, 2});
+  ArchiveIndex next_run(state_);
+  ASSERT_NE(next_run.Find("/a\nb\\n c"), nullptr);
+  EXPECT_EQ(*next_run.Find("/a\nb\\n c"), (ArchiveMark{1, 2}));
+}
+
+TEST_F(ArchiveIndexTest, ALineThatACrashCutOffHarmsNoOther) {
+  ArchiveIndex(state_).Set("/a", {1, 2});
+  { std::ofstream(state_ + "/archived", std::ios::app) << "3 4 /b"; }
+  ArchiveIndex next_run(state_);
+  EXPECT_EQ(next_run.Find("/b"), nullptr);
+  next_run.Set("/c", {5, 6});
+  ArchiveIndex last_run(state_);
+  EXPECT_NE(last_run.Find("/a"), nullptr);
+  EXPECT_NE(last_run.Find("/c"), nullptr);
+}
+
+TEST_F(ArchiveIndexTest, IsShortenedWhenItHasGrown) {
+  ArchiveIndex index(state_);
+  for (int i = 0; i < 500; ++i) index.Set("/a", {i, i});
+  ArchiveIndex next_run(state_);
+  EXPECT_EQ(*next_run.Find("/a"), (ArchiveMark{499, 499}));
+  std::ifstream file(state_ + "/archived");
+  std::string line;
+  std::getline(file, line);
+  EXPECT_EQ(line, "499 499 /a");
+  EXPECT_FALSE(std::getline(file, line));
+}
+
+}  // namespace
+}  // namespace tarnvale

@@ -1,0 +1,132 @@
+#include "platform/linux/temporaries.h"
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <memory>
+
+#include "tests/platform/linux/linux_drive.h"
+
+namespace tarnvale {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class TemporariesTest : public LinuxDriveTest {
+ protected:
+  /// Has a process begin a copy into a folder and killed in the middle. Returns
+  /// the name that it left.
+  std::string LeaveOne(const std::string& place) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+      Temporaries temporaries(state_);
+      std::ofstream(temporaries.Begin(Native(place))) << "half";
+      ::raise(SIGKILL);
+    }
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    const Names names = NamesIn(place);
+    EXPECT_EQ(names.size(), 1U);
+    return names.empty() ? std::string() : names.front();
+  }
+};
+
+TEST_F(TemporariesTest, TheNextStartDeletesWhatAKilledProcessLeft) {
+  MakeFolder("z");
+  EXPECT_TRUE(IsTemporaryName(LeaveOne("z")));
+  LinuxFiles next_run(root_, state_);
+  EXPECT_EQ(NamesIn("z"), Names{});
+  EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
+}
+
+TEST_F(TemporariesTest, OpeningAFolderDeletesLeftoversThatNoSlotNames) {
+  MakeFolder("z");
+  LeaveOne("z");
+  std::filesystem::remove_all(state_);
+  EXPECT_EQ(files_.OpenFolder("C:\\z").files.size(), 0U);
+  EXPECT_EQ(NamesIn("z"), Names{});
+}
+
+TEST_F(TemporariesTest, TheFirstCopyIntoAFolderDeletesLeftoversThatNoSlotNames) {
+  MakeFolder("z");
+  LeaveOne("z");
+  std::filesystem::remove_all(state_);
+  Write("source", "");
+  files_.CopyWhole("C:\\source", "C:\\z\\target");
+  EXPECT_EQ(NamesIn("z"), Names{"target"});
+}
+
+TEST_F(TemporariesTest, CopyingATreeDeletesLeftoversOnBothSides) {
+  MakeFolder("a");
+  MakeFolder("z");
+  LeaveOne("a");
+  LeaveOne("z");
+  std::filesystem::remove_all(state_);
+  files_.CopyTree("C:\\a", "C:\\z", {});
+  EXPECT_EQ(NamesIn("a"), Names{});
+  EXPECT_EQ(NamesIn("z"), Names{});
+}
+
+TEST_F(TemporariesTest, TheTemporaryOfALivingProcessIsLeftAlone) {
+  MakeFolder("z");
+  Temporaries alive(state_);
+  const std::string path = alive.Begin(Native("z"));
+  std::ofstream(path) << "in work";
+  LinuxFiles other(root_, state_);
+  EXPECT_EQ(other.OpenFolder("C:\\z").files.size(), 0U);
+  EXPECT_EQ(NamesIn("z").size(), 1U);
+}
+
+TEST_F(TemporariesTest, SomebodyElsesTemporaryIsNeitherListedNorDeleted) {
+  MakeFolder("z");
+  const std::string foreign = ".tarnvale-0123456789abcdef-fedcba9876543210.part";
+  ASSERT_TRUE(IsTemporaryName(foreign));
+  Write("z/" + foreign, "theirs");
+  EXPECT_EQ(files_.OpenFolder("C:\\z").files.size(), 0U);
+  EXPECT_EQ(files_.List("C:\\z\\*", {.hidden = true}), Names{});
+  EXPECT_EQ(NamesIn("z"), Names{foreign});
+}
+
+TEST_F(TemporariesTest, NamesThatOnlyResembleOneAreOrdinaryFiles) {
+  for (const char* name :
+       {".tarnvale-", ".tarnvale-0123456789abcdef-fedcba987654321.part",
+        ".tarnvale-0123456789abcdef-fedcba9876543210.parts",
+        ".tarnvale-0123456789ABCDEF-fedcba9876543210.part", "tarnvale-0123456789abcdef"}) {
+    EXPECT_FALSE(IsTemporaryName(name)) << name;
+  }
+  Write(".tarnvale-notes.part", "");
+  EXPECT_EQ(files_.OpenFolder("C:\\").files.size(), 1U);
+}
+
+TEST_F(TemporariesTest, ASlotThatNamesAStrangersFileDeletesNothing) {
+  Write("precious", "");
+  std::filesystem::create_directories(state_ + "/copies");
+  std::ofstream(state_ + "/copies/0123456789abcdef") << Native("precious");
+  LinuxFiles next_run(root_, state_);
+  EXPECT_TRUE(Exists("precious"));
+  EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
+}
+
+TEST_F(TemporariesTest, CopiesWorkWithoutAStateFolder) {
+  Write("state_is_a_file", "");
+  LinuxFiles stateless(root_, Native("state_is_a_file"));
+  Write("source", "content");
+  stateless.CopyWhole("C:\\source", "C:\\target");
+  EXPECT_EQ(Read("target"), "content");
+}
+
+TEST_F(TemporariesTest, NothingIsLeftInTheStateFolderAfterAnOrderlyEnd) {
+  Write("source", "content");
+  {
+    LinuxFiles run(root_, state_);
+    run.CopyWhole("C:\\source", "C:\\target");
+    EXPECT_FALSE(std::filesystem::is_empty(state_ + "/copies"));
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
+}
+
+}  // namespace
+}  // namespace tarnvale
