@@ -69,6 +69,16 @@ class Bound {
     target_->Set(std::move(value));
     return *this;
   }
+  /// Both take over the value; what this is bound to stays.
+  Bound& operator=(const Property<T>& other) {
+    Set(other.Get());
+    return *this;
+  }
+  Bound& operator=(const Bound& other) {
+    if (this != &other) Set(other.Get());
+    return *this;
+  }
+  Bound(const Bound&) = delete;
   void Set(T value) { target_->Set(std::move(value)); }
   Signal<>& Changed() { return target_->Changed; }
   Property<T>& Target() { return *target_; }

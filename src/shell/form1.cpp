@@ -21,6 +21,10 @@ Form1::Form1(Engine& engine)
       Optionbutton2(engine.settings.ScheduleEach),
       MaskEdBox2(engine.settings.EachText, TextKind::kMasked),
       Optionbutton3(engine.settings.EveryDay),
+      Checkbox2{CheckButton(engine.settings.WeekDays[0]), CheckButton(engine.settings.WeekDays[1]),
+                CheckButton(engine.settings.WeekDays[2]), CheckButton(engine.settings.WeekDays[3]),
+                CheckButton(engine.settings.WeekDays[4]), CheckButton(engine.settings.WeekDays[5]),
+                CheckButton(engine.settings.WeekDays[6])},
       Label58(TextRole::kValue, engine.display.Today),
       Label29(TextRole::kValue, engine.display.Now),
       Label60(TextRole::kValue, engine.display.NextRun),
@@ -31,11 +35,7 @@ Form1::Form1(Engine& engine)
       Checkbox1(engine.settings.SaveLog),
       Check6(engine.settings.AutoCompress),
       Check7(engine.settings.AutoUpload),
-      Check12(engine.settings.AutoReport),
-      Checkbox2{CheckButton(engine.settings.WeekDays[0]), CheckButton(engine.settings.WeekDays[1]),
-                CheckButton(engine.settings.WeekDays[2]), CheckButton(engine.settings.WeekDays[3]),
-                CheckButton(engine.settings.WeekDays[4]), CheckButton(engine.settings.WeekDays[5]),
-                CheckButton(engine.settings.WeekDays[6])} {
+      Check12(engine.settings.AutoReport) {
   LayOut(*this);
   WireTicks();
   WireScreens();

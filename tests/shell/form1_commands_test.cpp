@@ -1,0 +1,206 @@
+#include "tests/shell/form1_fixture.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using Form1CommandsTest = Form1Test;
+
+struct SwitchCase {
+  const char* command;
+  Signal<>& (*click)(Form1& form);
+  int frame;
+};
+
+const SwitchCase kSwitches[] = {
+    {"Label36", [](Form1& f) -> Signal<>& { return f.Label36.Clicked; }, 2},
+    {"Label37", [](Form1& f) -> Signal<>& { return f.Label37.Clicked; }, 1},
+    {"Label38", [](Form1& f) -> Signal<>& { return f.Label38.Clicked; }, 5},
+    {"Label44", [](Form1& f) -> Signal<>& { return f.Label44.Clicked; }, 4},
+    {"mnusettings", [](Form1& f) -> Signal<>& { return f.mnusettings.Clicked; }, 5},
+    {"mnufiles", [](Form1& f) -> Signal<>& { return f.mnufiles.Clicked; }, 1},
+    {"mnustorage", [](Form1& f) -> Signal<>& { return f.mnustorage.Clicked; }, 2},
+    {"mnuSchedule", [](Form1& f) -> Signal<>& { return f.mnuSchedule.Clicked; }, 4},
+};
+
+TEST_F(Form1CommandsTest, EachCommandShowsItsScreenAlone) {
+  for (const SwitchCase& row : kSwitches) {
+    form.GroupBox3.Visible = true;
+    row.click(form).Emit();
+    EXPECT_EQ(VisibleFrames(), std::vector<int>{row.frame}) << row.command;
+  }
+}
+
+TEST_F(Form1CommandsTest, AMenuCommandBringsTheWindowUp) {
+  form.Load();
+  form.mnufiles.Clicked.Emit();
+  EXPECT_EQ(form.State.Get(), WindowState::kNormal);
+  form.State = WindowState::kMinimized;
+  form.Label37.Clicked.Emit();
+  EXPECT_EQ(form.State.Get(), WindowState::kMinimized) << "a link doesn't";
+}
+
+TEST_F(Form1CommandsTest, TheFolderOfTheTreeIsAddedByItsContentsOrWhole) {
+  form.Text3.Text = "C:\\Work";
+  form.Command4.Click.Emit();
+  form.CheckBox3.Value = true;
+  form.Command4.Click.Emit();
+  EXPECT_EQ(form.List1.Rows.Rows(),
+            (std::vector<std::string>{"C:\\Work\\*.*", "C:\\Work\\*+++++*"}));
+}
+
+TEST_F(Form1CommandsTest, SelectedFilesAreAddedByButtonAndDoubleClick) {
+  machine.files.Write("C:\\Work\\a.txt", "");
+  machine.files.Write("C:\\Work\\b.txt", "");
+  form.Text3.Text = "C:\\Work";
+  form.File1.Folder = "C:\\Work";
+  form.File1.Select(0, true);
+  form.Command5.Click.Emit();
+  form.File1.SelectNone();
+  form.File1.Select(1, true);
+  form.File1.DoubleClicked.Emit();
+  EXPECT_EQ(form.List1.Rows.Rows(),
+            (std::vector<std::string>{"C:\\Work\\a.txt", "C:\\Work\\b.txt"}));
+}
+
+TEST_F(Form1CommandsTest, DeleteRemovesOnlyWhileTheListHasTheFocus) {
+  form.GroupBox1.Visible = true;
+  engine.settings.Entries.Assign({"C:\\a", "C:\\b", "C:\\c"});
+  form.List1.Select(0, true);
+  form.List1.Select(2, true);
+  Press(Key::kDelete);
+  EXPECT_FALSE(key_was_used);
+  EXPECT_EQ(form.List1.Rows.Count(), 3U);
+  form.Focus(form.List1);
+  Press(Key::kDelete);
+  EXPECT_TRUE(key_was_used);
+  EXPECT_EQ(form.List1.Rows.Rows(), std::vector<std::string>{"C:\\b"});
+  form.Focus(form.Command1);
+  form.List1.Select(0, true);
+  Press(Key::kDelete);
+  EXPECT_EQ(form.List1.Rows.Count(), 1U);
+}
+
+TEST_F(Form1CommandsTest, EnterMovesToTheNextField) {
+  form.Focus(form.Optionbutton1);
+  Press(Key::kEnter);
+  EXPECT_TRUE(key_was_used);
+  EXPECT_EQ(form.Focused(), &form.MaskEdBox1);
+}
+
+TEST_F(Form1CommandsTest, TheStorageButtonTakesTheTreesFolderForSettingAndRun) {
+  form.StorageTree.SelectedPath = "C:\\Store";
+  form.chameleonButton1.Click.Emit();
+  EXPECT_EQ(form.Text1.Text.Get(), "C:\\Store");
+  EXPECT_EQ(engine.settings.DestinationDir.Get(), "C:\\Store");
+  EXPECT_EQ(engine.run.RunDestination.Get(), "C:\\Store");
+}
+
+TEST_F(Form1CommandsTest, AFieldThatGetsTheFocusIsSelectedWhole) {
+  form.GroupBox2.Visible = true;
+  form.Text1.Text = "C:\\Store";
+  form.Focus(form.Text1);
+  EXPECT_EQ(form.Text1.Selection.Get(), (TextSelection{0, 8}));
+  form.Focus(form.MaskEdBox1);
+  EXPECT_EQ(form.MaskEdBox1.Selection.Get(), (TextSelection{0, 5}));
+}
+
+TEST_F(Form1CommandsTest, ChoosingAKindOfScheduleLeadsToItsField) {
+  form.Optionbutton2.Value = true;
+  form.Optionbutton2.Clicked.Emit();
+  EXPECT_EQ(form.Focused(), &form.MaskEdBox2);
+  form.Optionbutton1.Value = true;
+  form.Optionbutton1.Clicked.Emit();
+  EXPECT_EQ(form.Focused(), &form.MaskEdBox1);
+  EXPECT_FALSE(engine.settings.ScheduleEach);
+}
+
+TEST_F(Form1CommandsTest, ABadIntervalIsToldAndTheFocusComesBack) {
+  form.Focus(form.MaskEdBox2);
+  form.MaskEdBox2.Text = "25:00";
+  machine.boxes.Expect("An Invalid Interval Has Been Entered.", BoxIcon::kStop, BoxAnswer::kOk);
+  form.Focus(form.Optionbutton3);
+  EXPECT_EQ(form.Focused(), &form.MaskEdBox2);
+  EXPECT_EQ(engine.settings.EachTime, 0);
+  EXPECT_FALSE(engine.scheduler.BadEachTime()) << "entering the field clears it";
+}
+
+TEST_F(Form1CommandsTest, ABadFixedTimeIsTold) {
+  form.Focus(form.MaskEdBox1);
+  form.MaskEdBox1.Text = "25:00";
+  machine.boxes.Expect("An Invalid Time Frame Has Been Entered", BoxIcon::kStop, BoxAnswer::kOk);
+  form.Focus(form.Optionbutton3);
+  EXPECT_EQ(engine.settings.AlwaysAtTime, 0);
+  EXPECT_TRUE(engine.scheduler.BadAtTime());
+}
+
+TEST_F(Form1CommandsTest, TickingADayEndsEveryDayAndEveryDayClearsTheDays) {
+  form.Checkbox2[2].Value = true;
+  EXPECT_FALSE(form.Optionbutton3.Value);
+  form.Optionbutton3.Clicked.Emit();
+  EXPECT_TRUE(form.Optionbutton3.Value);
+  EXPECT_FALSE(form.Checkbox2[2].Value);
+}
+
+TEST_F(Form1CommandsTest, SavingSaysSoUnlessSomethingObjects) {
+  form.Load();
+  machine.boxes.Expect("You Must At Least Have An Item For Backup", BoxIcon::kStop, BoxAnswer::kOk);
+  form.Label45.Clicked.Emit();
+  EXPECT_EQ(VisibleFrames(), std::vector<int>{1});
+
+  engine.settings.Entries.Append("C:\\a");
+  engine.settings.DestinationDir = "C:\\Store";
+  engine.settings.EachText = "01:00";
+  engine.settings.ScheduleEach = true;
+  machine.boxes.Expect("Your Tarnvale Settings Have Been Sucessfully Saved", BoxIcon::kInformation,
+                       BoxAnswer::kOk);
+  form.Label45.Clicked.Emit();
+  EXPECT_EQ(machine.boxes.Shown().back().title, "Settings Saved");
+  machine.boxes.Expect("Tarnvale Settings Saved To Your U3 Device", BoxIcon::kInformation,
+                       BoxAnswer::kOk);
+  form.mnusave.Clicked.Emit();
+  EXPECT_NE(machine.files.Content("C:\\Data\\Tarnvale.ini").find("0=C:\\a"), std::string::npos);
+}
+
+TEST_F(Form1CommandsTest, ABackupByHandStartsAfterAPauseWhenConfirmed) {
+  form.Load();
+  machine.Advance(1s);
+  machine.boxes.Expect("Tarnvale Will Now Perform A Backup On Your Files. Proceed?",
+                       BoxIcon::kQuestion, BoxAnswer::kNo);
+  form.Label49.Clicked.Emit();
+  EXPECT_FALSE(engine.timers.RunPause().Enabled);
+
+  machine.boxes.Expect(
+      "Tarnvale Will Now Perform A Backup For Your Files - Compression & FTP Upload Will Occur If "
+      "Selected. Proceed?",
+      BoxIcon::kQuestion, BoxAnswer::kYes);
+  form.mnuBackup.Clicked.Emit();
+  machine.Advance(8s);
+  EXPECT_EQ(form.Label14.Caption.Get(), "No Backup Process Has Been Currently Performed");
+  machine.Advance(100ms);
+  EXPECT_EQ(form.Label14.Caption.Get().substr(0, 25), "Success >> Copied 0 Items");
+}
+
+TEST_F(Form1CommandsTest, TheLogIsOpenedByTheDesktop) {
+  machine.files.Write("C:\\Data\\Backup Log.txt", "");
+  form.Load();
+  form.Label50.Clicked.Emit();
+  const StartedProcess opened{StartKind::kOpenWithDesktop, "C:\\Data\\Backup Log.txt"};
+  EXPECT_EQ(machine.processes.Started(), std::vector{opened});
+}
+
+TEST_F(Form1CommandsTest, ExitStartsTheCompanionAndLeavesTheWindowUp) {
+  machine.files.Write("C:\\Program\\Quit.exe", "");
+  form.Load();
+  bool icon_removed = false;
+  engine.stages.RemoveTrayIcon = [&] {
+    icon_removed = true;
+    EXPECT_TRUE(machine.processes.Started().empty()) << "the icon goes first";
+  };
+  form.mnuQuit.Clicked.Emit();
+  EXPECT_TRUE(icon_removed);
+  EXPECT_EQ(machine.processes.Started().size(), 1U);
+  EXPECT_TRUE(form.Visible);
+}
+
+}  // namespace
+}  // namespace tarnvale::testing

@@ -1,0 +1,50 @@
+// The main window on the test machine.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "core/engine.h"
+#include "shell/form1.h"
+#include "tests/support/fake_machine.h"
+
+namespace tarnvale::testing {
+
+class Form1Test : public ::testing::Test {
+ protected:
+  Form1Test() {
+    machine.files.Write("C:\\Program\\Data.txt", "C:\\Data\r\n");
+    machine.files.Write("C:\\Data\\Tarnvale.ini", "[Setup]\r\nWizard=1\r\n");
+  }
+
+  /// The settings file that the next Load reads.
+  void GivenSettings(const std::string& text) {
+    machine.files.Write("C:\\Data\\Tarnvale.ini", text);
+  }
+
+  /// The screens that are visible, by the number of their frame.
+  std::vector<int> VisibleFrames() {
+    std::vector<int> frames;
+    if (form.GroupBox1.Visible) frames.push_back(1);
+    if (form.GroupBox2.Visible) frames.push_back(2);
+    if (form.GroupBox3.Visible) frames.push_back(3);
+    if (form.GroupBox4.Visible) frames.push_back(4);
+    if (form.GroupBox5.Visible) frames.push_back(5);
+    return frames;
+  }
+
+  void Press(Key key) {
+    KeyEvent event{.press = {.key = key}};
+    form.KeyDown.Emit(event);
+    key_was_used = event.handled;
+  }
+
+  FakeMachine machine;
+  Engine engine{machine.Interfaces()};
+  Form1 form{engine};
+  bool key_was_used = false;
+};
+
+}  // namespace tarnvale::testing
