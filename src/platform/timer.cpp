@@ -16,7 +16,7 @@ Timer::~Timer() {
 }
 
 void Timer::Restart() {
-  due_ = queue_.uptime_() + std::chrono::milliseconds(interval_ms_);
+  due_ = queue_.Aligned(queue_.uptime_() + std::chrono::milliseconds(interval_ms_), *this);
   queue_.Rescheduled.Emit();
 }
 
@@ -26,6 +26,10 @@ TimerQueue::TimerQueue(std::function<Nanoseconds()> uptime,
 
 void TimerQueue::Remove(Timer* timer) {
   std::erase(timers_, timer);
+}
+
+TimerQueue::Nanoseconds TimerQueue::Aligned(Nanoseconds due, const Timer& timer) const {
+  return later_ ? later_(due, timer.interval_ms_) : due;
 }
 
 Timer* TimerQueue::NextTimer(Nanoseconds horizon) const {
@@ -55,6 +59,7 @@ void TimerQueue::TickOne(Timer& timer) {
   const Nanoseconds now = uptime_();
   timer.due_ += interval;
   if (timer.due_ <= now) timer.due_ = now + interval;
+  timer.due_ = Aligned(timer.due_, timer);
   timer.in_handler_ = true;
   deliver_([&] { timer.Tick.Emit(); });
   timer.in_handler_ = false;

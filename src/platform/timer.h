@@ -60,6 +60,13 @@ class TimerQueue {
   /// none when no timer is enabled and outside its handler.
   std::optional<Nanoseconds> NextDue() const;
 
+  /// Lets a host move due moments so that timers share them. `later` is given a
+  /// due moment and the timer's interval in milliseconds and returns that moment
+  /// or a later one. For who sets nothing, intervals are exact.
+  void AlignWith(std::function<Nanoseconds(Nanoseconds due, int interval_ms)> later) {
+    later_ = std::move(later);
+  }
+
   /// Emitted when NextDue may have become earlier, so that a host can set its
   /// alarm anew.
   Signal<> Rescheduled;
@@ -70,9 +77,11 @@ class TimerQueue {
   void Remove(Timer* timer);
   Timer* NextTimer(Nanoseconds horizon) const;
   void TickOne(Timer& timer);
+  Nanoseconds Aligned(Nanoseconds due, const Timer& timer) const;
 
   std::function<Nanoseconds()> uptime_;
   std::function<void(const std::function<void()>&)> deliver_;
+  std::function<Nanoseconds(Nanoseconds, int)> later_;
   std::vector<Timer*> timers_;
 };
 
