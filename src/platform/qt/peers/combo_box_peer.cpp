@@ -1,0 +1,48 @@
+#include "platform/qt/peers/combo_box_peer.h"
+
+#include <QCompleter>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+
+#include "platform/qt/qt_text.h"
+
+namespace tarnvale {
+
+ComboBoxPeer::ComboBoxPeer(PeerContext& context, ComboBox& combo, QWidget& parent)
+    : Peer(context, combo), combo_(combo), model_(combo.Rows), box_(new QComboBox(&parent)) {
+  box_->setEditable(combo_.Editable);
+  box_->setInsertPolicy(QComboBox::NoInsert);
+  box_->setModel(&model_);
+  if (combo_.Editable) box_->setCompleter(nullptr);
+  // Rows that come and go would choose another text by themselves.
+  model_.before_change = [this] { is_showing_ = true; };
+  model_.after_change = [this] {
+    is_showing_ = false;
+    ShowText();
+  };
+  ShowText();
+  Follow(combo_.Text.Changed(), [this] { ShowText(); });
+  connect(box_, &QComboBox::currentTextChanged, this,
+          [this](const QString& text) { ReportText(text); });
+  Adopt(box_);
+}
+
+void ComboBoxPeer::ShowText() {
+  const QScopedValueRollback showing(is_showing_, true);
+  const QString text = ToQt(combo_.Text.Get());
+  const int row = box_->findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive);
+  if (box_->currentIndex() != row) box_->setCurrentIndex(row);
+  if (!combo_.Editable) {
+    // A text that is no row is shown all the same.
+    box_->setPlaceholderText(text);
+  } else if (box_->currentText() != text) {
+    box_->setEditText(text);
+  }
+}
+
+void ComboBoxPeer::ReportText(const QString& text) {
+  if (is_showing_) return;
+  Report([&] { combo_.Text = FromQt(text); });
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,55 @@
+// The one-line fields.
+#pragma once
+
+#include <QLineEdit>
+
+#include <functional>
+
+namespace tarnvale {
+
+/// A line edit that keeps the selection that the program made when a click gave
+/// it the focus, and that hands on dropped files.
+class LineEdit : public QLineEdit {
+ public:
+  explicit LineEdit(QWidget& parent);
+
+  /// Called with the native paths of dropped files. Unset: takes none.
+  std::function<void(const QStringList& files)> on_files;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  bool got_focus_by_click_ = false;
+  bool ignores_press_ = false;
+};
+
+/// A field with a mask: overwrites digit by digit, and always shows all of the
+/// mask.
+class MaskedEdit final : public LineEdit {
+ public:
+  MaskedEdit(QWidget& parent, QString mask);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  bool Edit(const QKeyEvent& event);
+  void Type(const QString& typed);
+  void EraseSelection();
+  void EraseBack();
+  void Put(const QString& text, qsizetype caret);
+
+  QString mask_;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,183 @@
+#include "platform/qt/peers/owner_drawn_peer.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QShortcutEvent>
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/qt/peers/accessible.h"
+#include "platform/qt/qt_text.h"
+
+namespace tarnvale {
+namespace {
+
+Point ToPoint(const QMouseEvent& event) {
+  const QPoint at = event.position().toPoint();
+  return {at.x(), at.y()};
+}
+
+QAccessible::Role ToRole(OwnerDrawn::Kind kind) {
+  switch (kind) {
+    case OwnerDrawn::Kind::kButton:
+      return QAccessible::Button;
+    case OwnerDrawn::Kind::kCheckBox:
+      return QAccessible::CheckBox;
+    case OwnerDrawn::Kind::kProgressBar:
+      return QAccessible::ProgressBar;
+    case OwnerDrawn::Kind::kGroup:
+      return QAccessible::Grouping;
+    case OwnerDrawn::Kind::kOther:
+      break;
+  }
+  return QAccessible::Client;
+}
+
+}  // namespace
+
+class DrawnWidget final : public QWidget, public AccessibleSource {
+ public:
+  DrawnWidget(OwnerDrawnPeer& peer, QWidget& parent) : QWidget(&parent), peer_(peer) {
+    setMouseTracking(true);
+    if (Drawn().TakesFocus()) setFocusPolicy(Qt::StrongFocus);
+  }
+
+  QAccessible::Role AccessibleRole() const override { return ToRole(Drawn().AccessibleKind()); }
+  bool CanBePressed() const override {
+    const OwnerDrawn::Kind kind = Drawn().AccessibleKind();
+    return kind == OwnerDrawn::Kind::kButton || kind == OwnerDrawn::Kind::kCheckBox;
+  }
+  void PressAccessibly() override {
+    peer_.Tell([this] { Drawn().Press(); });
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+  void resizeEvent(QResizeEvent*) override { peer_.Resize(size()); }
+  bool event(QEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent*) override {
+    peer_.Tell([this] { Drawn().OnMouseLeave(); });
+  }
+  void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
+
+ private:
+  OwnerDrawn& Drawn() const { return peer_.Drawn(); }
+
+  OwnerDrawnPeer& peer_;
+  Qt::MouseButton pressed_ = Qt::NoButton;
+};
+
+void DrawnWidget::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QImage& picture = peer_.Picture(devicePixelRatioF());
+  // Only a display between two whole scales needs the picture smoothed.
+  const bool is_whole = picture.devicePixelRatio() == devicePixelRatioF();
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, !is_whole);
+  painter.drawImage(0, 0, picture);
+}
+
+bool DrawnWidget::event(QEvent* event) {
+  if (event->type() != QEvent::Shortcut) return QWidget::event(event);
+  // Several controls with one key take turns in getting the focus.
+  if (static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
+    setFocus(Qt::ShortcutFocusReason);
+  } else {
+    peer_.Tell([this] { Drawn().OnAccessKey(); });
+  }
+  return true;
+}
+
+void DrawnWidget::mousePressEvent(QMouseEvent* event) {
+  pressed_ = event->button();
+  peer_.Tell([&] { Drawn().OnMouseDown(ToMouseButton(event->button()), ToPoint(*event)); });
+}
+
+void DrawnWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  pressed_ = Qt::NoButton;
+  peer_.Tell([&] { Drawn().OnDoubleClick(ToMouseButton(event->button()), ToPoint(*event)); });
+}
+
+void DrawnWidget::mouseMoveEvent(QMouseEvent* event) {
+  peer_.Tell([&] { Drawn().OnMouseMove(HeldButton(event->buttons()), ToPoint(*event)); });
+}
+
+void DrawnWidget::mouseReleaseEvent(QMouseEvent* event) {
+  const Qt::MouseButton button = event->button();
+  const Point point = ToPoint(*event);
+  const bool is_click = pressed_ == button && rect().contains(event->position().toPoint());
+  if (pressed_ == button) pressed_ = Qt::NoButton;
+  peer_.Tell([&] { Drawn().OnMouseUp(ToMouseButton(button), point); });
+  if (is_click) peer_.Tell([&] { Drawn().OnClick(ToMouseButton(button)); });
+}
+
+void DrawnWidget::keyPressEvent(QKeyEvent* event) {
+  peer_.Tell([&] { Drawn().OnKeyDown(ToKeyPress(*event)); });
+}
+
+void DrawnWidget::keyReleaseEvent(QKeyEvent* event) {
+  // A key that repeats is pressed again and again, and released once.
+  if (event->isAutoRepeat()) return;
+  peer_.Tell([&] { Drawn().OnKeyUp(ToKeyPress(*event)); });
+}
+
+OwnerDrawnPeer::OwnerDrawnPeer(PeerContext& context, OwnerDrawn& drawn, QWidget& parent)
+    : Peer(context, drawn), drawn_(drawn), widget_(new DrawnWidget(*this, parent)) {
+  Follow(drawn_.LookChanged, [this] {
+    is_stale_ = true;
+    RequestFrame();
+  });
+  Adopt(widget_);
+  FollowAccessKey();
+}
+
+QString OwnerDrawnPeer::OwnName() const {
+  return ToQt(drawn_.AccessibleText());
+}
+
+void OwnerDrawnPeer::OnFrame() {
+  FollowAccessKey();
+  UpdateName();
+  widget_->update();
+}
+
+void OwnerDrawnPeer::FollowAccessKey() {
+  const char32_t key = drawn_.AccessKeyChar();
+  if (key == access_key_) return;
+  access_key_ = key;
+  if (shortcut_ != 0) widget_->releaseShortcut(shortcut_);
+  shortcut_ = 0;
+  if (key == 0) return;
+  const QString letter = QString::fromUcs4(&key, 1);
+  shortcut_ = widget_->grabShortcut(QKeySequence::mnemonic(QLatin1Char('&') + letter));
+}
+
+void OwnerDrawnPeer::OnFocus(bool has_focus) {
+  Report([&] { drawn_.OnFocusChanged(has_focus); });
+}
+
+void OwnerDrawnPeer::Resize(QSize size) {
+  is_stale_ = true;
+  Report([&] { drawn_.OnResize({size.width(), size.height()}); });
+}
+
+const QImage& OwnerDrawnPeer::Picture(qreal pixel_ratio) {
+  const int scale = std::max(1, static_cast<int>(std::ceil(pixel_ratio)));
+  if (!is_stale_ && picture_.devicePixelRatio() == scale) return picture_;
+  is_stale_ = false;
+  Canvas canvas({widget_->width(), widget_->height()}, scale);
+  Report([&] { drawn_.Paint(canvas, context_.text); });
+  // Red in the low byte is Qt's RGBA order in memory on little-endian machines.
+  const QImage drawing(reinterpret_cast<const uchar*>(canvas.DevicePixels()), canvas.DeviceWidth(),
+                       canvas.DeviceHeight(), QImage::Format_RGBA8888);
+  picture_ = drawing.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  picture_.setDevicePixelRatio(scale);
+  return picture_;
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QImage>
+#include <QPoint>
+
+#include "platform/owner_drawn.h"
+#include "platform/qt/peers/peer.h"
+
+namespace tarnvale {
+
+class DrawnWidget;
+
+/// A control that draws itself: keeps what it drew, and hands on what the user
+/// does.
+class OwnerDrawnPeer final : public Peer {
+ public:
+  OwnerDrawnPeer(PeerContext& context, OwnerDrawn& drawn, QWidget& parent);
+
+  QString OwnName() const override;
+  void OnFrame() override;
+
+  // For the widget.
+  OwnerDrawn& Drawn() { return drawn_; }
+  /// What the control looks like at a number of device pixels to the logical
+  /// pixel, which may be a fraction.
+  const QImage& Picture(qreal pixel_ratio);
+  void Resize(QSize size);
+  void Tell(const std::function<void()>& deed) { Report(deed); }
+
+ protected:
+  void OnFocus(bool has_focus) override;
+
+ private:
+  void FollowAccessKey();
+
+  OwnerDrawn& drawn_;
+  DrawnWidget* widget_ = nullptr;
+  QImage picture_;
+  bool is_stale_ = true;
+  char32_t access_key_ = 0;
+  int shortcut_ = 0;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,150 @@
+#include "platform/qt/peers/peer.h"
+
+#include <QFocusEvent>
+
+#include "platform/qt/qt_text.h"
+#include "platform/window.h"
+
+namespace tarnvale {
+namespace {
+
+Key ToKey(int key) {
+  switch (key) {
+    case Qt::Key_Space:
+      return Key::kSpace;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return Key::kEnter;
+    case Qt::Key_Escape:
+      return Key::kEscape;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+      return Key::kTab;
+    case Qt::Key_Delete:
+      return Key::kDelete;
+    case Qt::Key_Left:
+      return Key::kLeft;
+    case Qt::Key_Right:
+      return Key::kRight;
+    case Qt::Key_Up:
+      return Key::kUp;
+    case Qt::Key_Down:
+      return Key::kDown;
+    default:
+      return Key::kOther;
+  }
+}
+
+}  // namespace
+
+KeyPress ToKeyPress(const QKeyEvent& event) {
+  const Qt::KeyboardModifiers held = event.modifiers();
+  return {.key = ToKey(event.key()),
+          .shift = held.testFlag(Qt::ShiftModifier),
+          .control = held.testFlag(Qt::ControlModifier),
+          .alt = held.testFlag(Qt::AltModifier)};
+}
+
+MouseButton ToMouseButton(Qt::MouseButton button) {
+  switch (button) {
+    case Qt::LeftButton:
+      return MouseButton::kLeft;
+    case Qt::RightButton:
+      return MouseButton::kRight;
+    case Qt::MiddleButton:
+      return MouseButton::kMiddle;
+    default:
+      return MouseButton::kNone;
+  }
+}
+
+MouseButton HeldButton(Qt::MouseButtons buttons) {
+  for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+    if (buttons.testFlag(button)) return ToMouseButton(button);
+  }
+  return MouseButton::kNone;
+}
+
+Peer::Peer(PeerContext& context, Control& record) : context_(context), record_(record) {}
+
+Peer::~Peer() {
+  context_.frames.Forget(*this);
+}
+
+void Peer::Adopt(QWidget* widget) {
+  widget_ = widget;
+  widget_->setAttribute(Qt::WA_NoMousePropagation);
+  widget_->setVisible(record_.Visible);
+  widget_->setEnabled(record_.Enabled);
+  widget_->setToolTip(ToQt(record_.ToolTip.Get()));
+  UpdatePointer();
+  UpdateName();
+  FocusWidget().installEventFilter(this);
+  Follow(record_.Visible.Changed, [this] { widget_->setVisible(record_.Visible); });
+  Follow(record_.Enabled.Changed, [this] { widget_->setEnabled(record_.Enabled); });
+  Follow(record_.Pointer.Changed, [this] { UpdatePointer(); });
+  Follow(record_.AccessibleName.Changed, [this] { UpdateName(); });
+  Follow(record_.ToolTip.Changed, [this] {
+    widget_->setToolTip(ToQt(record_.ToolTip.Get()));
+    UpdateName();
+  });
+}
+
+void Peer::UpdateName() {
+  QString name = ToQt(record_.AccessibleName.Get());
+  if (name.isEmpty()) name = OwnName();
+  if (name.isEmpty()) name = ToQt(record_.ToolTip.Get());
+  if (name.isEmpty() && label_ != nullptr) name = ToQt(label_->Caption.Get()).trimmed();
+  if (name.isEmpty()) name = KindName();
+  FocusWidget().setAccessibleName(name);
+}
+
+void Peer::UpdatePointer() {
+  switch (record_.Pointer.Get()) {
+    case PointerShape::kDefault:
+      widget_->unsetCursor();
+      break;
+    case PointerShape::kHourglass:
+      widget_->setCursor(Qt::WaitCursor);
+      break;
+    case PointerShape::kHand:
+      widget_->setCursor(Qt::PointingHandCursor);
+      break;
+  }
+}
+
+void Peer::Report(const std::function<void()>& deed) {
+  if (!context_.ending) context_.loop.Deliver(deed);
+}
+
+bool Peer::eventFilter(QObject* watched, QEvent* event) {
+  if (context_.ending || watched != &FocusWidget()) return false;
+  switch (event->type()) {
+    case QEvent::FocusIn:
+      ReportFocus(static_cast<QFocusEvent&>(*event), true);
+      return false;
+    case QEvent::FocusOut:
+      ReportFocus(static_cast<QFocusEvent&>(*event), false);
+      return false;
+    case QEvent::KeyPress:
+      return ReportKey(static_cast<QKeyEvent&>(*event));
+    default:
+      return false;
+  }
+}
+
+void Peer::ReportFocus(QFocusEvent& event, bool has_focus) {
+  // A menu borrows the focus; the control keeps it as far as anybody can see.
+  if (event.reason() == Qt::PopupFocusReason) return;
+  if (has_focus) Report([this] { record_.Owner()->Focus(record_); });
+  OnFocus(has_focus);
+}
+
+bool Peer::ReportKey(QKeyEvent& event) {
+  KeyEvent key{.press = ToKeyPress(event)};
+  Report([&] { record_.Owner()->KeyDown.Emit(key); });
+  if (key.handled) event.accept();
+  return key.handled;
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,64 @@
+// Rows of a TextList for Qt's views.
+#pragma once
+
+#include <QAbstractListModel>
+
+#include <functional>
+#include <vector>
+
+#include "base/signal.h"
+#include "platform/qt/qt_text.h"
+#include "platform/text_list.h"
+
+namespace tarnvale {
+
+/// Follows a list row by row, so that a view needn't look at all of them again.
+class RowsModel final : public QAbstractListModel {
+ public:
+  explicit RowsModel(TextList& rows) : rows_(rows), count_(static_cast<int>(rows.Count())) {
+    subscriptions_.push_back(rows.Appended.Subscribe([this] { Append(); }));
+    subscriptions_.push_back(rows.Removed.Subscribe([this](std::size_t at) { Remove(at); }));
+    subscriptions_.push_back(rows.Reset.Subscribe([this] { Reset(); }));
+  }
+
+  /// Called before and after each change of the rows.
+  std::function<void()> before_change = [] {};
+  std::function<void()> after_change = [] {};
+
+  int rowCount(const QModelIndex& parent = {}) const override {
+    return parent.isValid() ? 0 : count_;
+  }
+  QVariant data(const QModelIndex& index, int role) const override {
+    if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
+    return ToQt(rows_.At(static_cast<std::size_t>(index.row())));
+  }
+
+ private:
+  void Append() {
+    before_change();
+    beginInsertRows({}, count_, count_);
+    ++count_;
+    endInsertRows();
+    after_change();
+  }
+  void Remove(std::size_t at) {
+    before_change();
+    beginRemoveRows({}, static_cast<int>(at), static_cast<int>(at));
+    --count_;
+    endRemoveRows();
+    after_change();
+  }
+  void Reset() {
+    before_change();
+    beginResetModel();
+    count_ = static_cast<int>(rows_.Count());
+    endResetModel();
+    after_change();
+  }
+
+  TextList& rows_;
+  int count_;
+  std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace tarnvale

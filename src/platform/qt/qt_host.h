@@ -1,0 +1,46 @@
+// The desktop host in one piece, for the composition root.
+#pragma once
+
+#include <QApplication>
+
+#include <functional>
+#include <string>
+
+#include "platform/files.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_window_host.h"
+
+namespace tarnvale {
+
+/// Translates a native path into the program's path language.
+using ProgramPath = std::function<Path(const std::string& native)>;
+
+/// Owns Qt's application and everything that the program needs of it. One to a
+/// process; must be destroyed last, or before the windows that it adopted.
+class QtHost {
+ public:
+  /// `argc` and `argv` are main's. `files` is what folder trees show;
+  /// `program_path` names dropped files. Both must outlive the host.
+  QtHost(int& argc, char** argv, FileSystem& files, ProgramPath program_path);
+
+  EventLoop& Loop() { return loop_; }
+  WindowHost& Windows() { return windows_; }
+  TextPainter& Text() { return windows_.Text(); }
+  MessageBoxes& Boxes() { return boxes_; }
+  Desktop& Surroundings() { return windows_.Surroundings(); }
+
+ private:
+  /// Sets what has to stand before the application is made.
+  struct Preparation {
+    Preparation();
+  };
+
+  Preparation preparation_;
+  QApplication application_;
+  QtEventLoop loop_;
+  QtWindowHost windows_;
+  QtMessageBoxes boxes_;
+};
+
+}  // namespace tarnvale

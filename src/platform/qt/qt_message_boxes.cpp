@@ -1,0 +1,80 @@
+#include "platform/qt/qt_message_boxes.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+#include "platform/qt/qt_style.h"
+#include "platform/qt/qt_text.h"
+
+namespace tarnvale {
+namespace {
+
+QMessageBox::StandardButtons ButtonsOf(BoxButtons buttons) {
+  switch (buttons) {
+    case BoxButtons::kOk:
+      return QMessageBox::Ok;
+    case BoxButtons::kOkCancel:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case BoxButtons::kYesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+  }
+  return QMessageBox::Ok;
+}
+
+/// The button that closing the box by other means counts as.
+QMessageBox::StandardButton EscapeOf(BoxButtons buttons) {
+  switch (buttons) {
+    case BoxButtons::kOk:
+      return QMessageBox::Ok;
+    case BoxButtons::kOkCancel:
+      return QMessageBox::Cancel;
+    case BoxButtons::kYesNo:
+      return QMessageBox::No;
+  }
+  return QMessageBox::Ok;
+}
+
+BoxAnswer AnswerOf(QMessageBox::StandardButton button) {
+  switch (button) {
+    case QMessageBox::Yes:
+      return BoxAnswer::kYes;
+    case QMessageBox::No:
+      return BoxAnswer::kNo;
+    case QMessageBox::Cancel:
+      return BoxAnswer::kCancel;
+    default:
+      return BoxAnswer::kOk;
+  }
+}
+
+/// The plain arrow while a box asks, whatever the pointer was.
+class PlainPointer {
+ public:
+  PlainPointer() { QGuiApplication::setOverrideCursor(Qt::ArrowCursor); }
+  ~PlainPointer() { QGuiApplication::restoreOverrideCursor(); }
+  PlainPointer(const PlainPointer&) = delete;
+  PlainPointer& operator=(const PlainPointer&) = delete;
+};
+
+}  // namespace
+
+BoxAnswer QtMessageBoxes::Show(const BoxRequest& request) {
+  QWidget* owner = QApplication::activeWindow();
+  QMessageBox box(owner);
+  box.setWindowTitle(ToQt(request.title));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(WithPlainLineEnds(ToQt(request.text)));
+  box.setStandardButtons(ButtonsOf(request.buttons));
+  box.setEscapeButton(EscapeOf(request.buttons));
+  box.setWindowModality(Qt::ApplicationModal);
+  if (request.icon != BoxIcon::kNone) {
+    box.setIconPixmap(BoxPicture(request.icon, box.devicePixelRatioF()));
+  }
+  const PlainPointer pointer;
+  box.exec();
+  QAbstractButton* clicked = box.clickedButton();
+  if (clicked == nullptr) return AnswerOf(EscapeOf(request.buttons));
+  return AnswerOf(box.standardButton(clicked));
+}
+
+}  // namespace tarnvale

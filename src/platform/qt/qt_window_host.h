@@ -1,0 +1,47 @@
+// Native windows for window records.
+#pragma once
+
+#include <QCursor>
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+#include "platform/qt/peers/peer.h"
+#include "platform/qt/qt_window.h"
+#include "platform/window.h"
+
+namespace tarnvale {
+
+class QtWindowHost final : public WindowHost {
+ public:
+  /// All three must outlive it.
+  QtWindowHost(QtEventLoop& loop, FileSystem& files,
+               std::function<Path(const std::string& native)> program_path);
+  ~QtWindowHost() override;
+
+  void Adopt(Window& window) override;
+  void PopUp(MenuItem& menu) override;
+  int ScreenWidthTwips() override;
+  int ScreenHeightTwips() override;
+  Desktop& Surroundings() override { return desktop_; }
+
+  TextPainter& Text() { return text_; }
+  /// The native window of an adopted record; none for any other.
+  QtWindow* NativeOf(const Window& window) const;
+
+ private:
+  void ShowPointer();
+  void ForgetActiveWindow();
+
+  QtTextPainter text_;
+  FrameClock frames_;
+  PeerContext context_;
+  Desktop desktop_;
+  std::vector<std::unique_ptr<QtWindow>> windows_;
+  std::vector<Subscription> subscriptions_;
+  QObject receiver_;
+  bool shows_hourglass_ = false;
+};
+
+}  // namespace tarnvale
