@@ -62,6 +62,10 @@ int FakeNode::Attributes() const {
   return flags | (archive ? attribute::kArchive : 0);
 }
 
+std::int64_t FakeNode::Length() const {
+  return told_length.value_or(static_cast<std::int64_t>(content.size()));
+}
+
 FakeFiles::FakeFiles(FakeClock& clock) : clock_(clock) {
   AddDrive("C");
   MakeFolder("C:\\Program");
@@ -134,6 +138,7 @@ FakeFiles::NodePtr FakeFiles::FileForWriting(const Path& file) {
 
 void FakeFiles::SetContent(FakeNode& file, std::string content) {
   file.content = std::move(content);
+  file.told_length.reset();
   file.modified_s = clock_.UnixSeconds();
   file.archive = true;
   ++file.revision;
@@ -190,6 +195,10 @@ std::int64_t FakeFiles::Modified(const Path& path) const {
   return Require(path)->modified_s;
 }
 
+void FakeFiles::TellLength(const Path& file, std::int64_t length_bytes) {
+  RequireFile(file)->told_length = length_bytes;
+}
+
 std::vector<std::string> FakeFiles::Names(const Path& folder) const {
   std::vector<std::string> names;
   for (const auto& [key, node] : RequireFolder(folder)->entries) names.push_back(node->name);
@@ -221,7 +230,7 @@ Path FakeFiles::ProgramFolder() {
 
 std::int64_t FakeFiles::Length(const Path& file) {
   Enter("Length", file);
-  return static_cast<std::int64_t>(RequireFile(file)->content.size());
+  return RequireFile(file)->Length();
 }
 
 int FakeFiles::Attributes(const Path& path) {

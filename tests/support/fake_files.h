@@ -22,12 +22,14 @@ struct FakeNode {
   std::string content;
   int flags = 0;  ///< read-only, hidden, system
   bool archive = true;
+  std::optional<std::int64_t> told_length;  ///< in place of the content's
   std::int64_t modified_s = 0;
   std::uint64_t revision = 0;  ///< grows with each change of the content
   bool on_medium = true;       ///< false once its drive was removed
   std::map<std::string, std::shared_ptr<FakeNode>> entries;  ///< by folded name
 
   int Attributes() const;
+  std::int64_t Length() const;
 };
 
 /// Drives with folders and files. Names are kept as first written and found
@@ -55,6 +57,9 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   /// Seconds since 1970-01-01 UTC. Sets the archive bit when it changes.
   void SetModified(const Path& path, std::int64_t seconds);
   std::int64_t Modified(const Path& path) const;
+  /// Lets a file tell another length than its content has, until its content
+  /// changes: for lengths that no test could write.
+  void TellLength(const Path& file, std::int64_t length_bytes);
   /// Names of all that a folder holds, in the order of listings.
   std::vector<std::string> Names(const Path& folder) const;
   void AddDrive(const std::string& letter);

@@ -61,8 +61,7 @@ FolderContents FakeFiles::OpenFolder(const Path& folder) {
     if (node->is_folder) {
       contents.folders.push_back(node->name);
     } else {
-      contents.files.push_back(
-          {node->name, static_cast<std::int64_t>(node->content.size()), node->modified_s});
+      contents.files.push_back({node->name, node->Length(), node->modified_s});
     }
   }
   return contents;
