@@ -11,8 +11,9 @@ target_compile_options(tarnvale_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
   -Wold-style-cast -Wcast-qual -Wformat=2 -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  # GCC 12 sees overlapping copies in sound std::string code when it optimises.
-  target_compile_options(tarnvale_flags INTERFACE -Wno-restrict)
+  # When it optimises, GCC 12 sees overlapping copies and uninitialised bytes in
+  # sound std::string code. Clang checks the same code without them.
+  target_compile_options(tarnvale_flags INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
 endif()
 if(TARNVALE_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
