@@ -100,7 +100,10 @@ void FileSync::SyncFiles(const Path& first, const Path& second, bool two_way) {
 
 void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
   // Attributes cost two look-ups a file and decide no direction.
-  for (const FileDifference& row : Compare(pair, Attributes::kIgnore)) {
+  const std::vector<FileDifference> table = Compare(pair, Attributes::kIgnore);
+  // Required: an empty table fails the pass. SyncFolders goes on all the same.
+  if (table.empty()) throw ProgramError(kSubscriptOutOfRange);
+  for (const FileDifference& row : table) {
     const Direction direction = DirectionOf(row.status);
     if (direction == Direction::kFirstToSecond) {
       machine_.files.CopyEntry(pair.first + row.name, pair.second + row.name);

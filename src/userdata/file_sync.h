@@ -41,7 +41,7 @@ class FileSync {
   /// Copies the files that differ: the newer over the older, and at equal times
   /// the first folder's. What would go to the first folder is left alone unless
   /// `two_way`. A copy that fails ends the pass over these folders and is
-  /// raised. Yields after each row.
+  /// raised; so is 9 when there is no row. Yields after each row.
   void SyncFiles(const Path& first, const Path& second, bool two_way);
 
   /// SyncFiles for two folders and all folders in them. A second folder that is

@@ -1,0 +1,41 @@
+// Two folders to compare and to keep in step.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "tests/support/fake_machine.h"
+#include "userdata/file_sync.h"
+
+namespace tarnvale::testing {
+
+class SyncFixture : public ::testing::Test {
+ protected:
+  SyncFixture() {
+    machine.files.MakeFolder("C:\\1");
+    machine.files.MakeFolder("C:\\2");
+  }
+
+  static constexpr std::int64_t kNoon = 1205496000;
+
+  void Put(const Path& file, const std::string& content, std::int64_t modified_s = kNoon) {
+    machine.files.Write(file, content);
+    machine.files.SetModified(file, modified_s);
+  }
+
+  static int NumberRaisedBy(const std::function<void()>& statement) {
+    try {
+      statement();
+    } catch (const ProgramError& error) {
+      return error.Number();
+    }
+    return 0;
+  }
+
+  FakeMachine machine;
+  FileSync sync{machine.Interfaces()};
+};
+
+}  // namespace tarnvale::testing
