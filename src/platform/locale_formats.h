@@ -12,7 +12,7 @@ class LocaleFormats {
   virtual ~LocaleFormats() = default;
 
   /// Date and time, shortest form: the date alone when the time of day is 0,
-  /// the time alone when the date is 1899-12-30.
+  /// the time alone when the date is 1899-12-30, so that 0 is a time.
   virtual std::string GeneralDate(DateTime value) = 0;
   /// Hour and minute on a 24-hour clock, two digits each: "17:45".
   virtual std::string ShortTime(DateTime value) = 0;

@@ -23,21 +23,24 @@ class OpenFiles {
   /// Creates a text anew, emptying an old one.
   virtual void OpenOutput(int number, const Path& file) = 0;
   /// Opens for reading and writing at any position, creating the file if it is
-  /// missing and keeping what it holds.
+  /// missing and keeping what it holds. One that refuses writing is opened for
+  /// reading alone.
   virtual void OpenBinary(int number, const Path& file) = 0;
 
   /// Writes bytes at the end of what was written (texts) or at the position
-  /// (binary), which moves on. Raises 52 when the number isn't open, 54 when it
-  /// is open for reading, 61 (medium full), 57.
+  /// (binary), which moves on. Behind the end of a file the gap is filled with
+  /// zeros. Raises 52 when the number isn't open, 54 when it is open for input,
+  /// 75 when the file refuses writing, 61 (medium full), 57.
   virtual void Write(int number, std::string_view bytes) = 0;
 
   /// Reads one delimited item: leading blanks skipped; up to the first comma
   /// or line end, or, when it starts with a double quote, up to the closing
-  /// one, which is dropped. Raises 52, 54, 62 at the end of the file.
+  /// one, which is dropped. For numbers that OpenInput opened. Raises 52, 54, 62
+  /// at the end of the file.
   virtual std::string InputItem(int number) = 0;
 
   /// Reads up to `count` bytes at the position, which moves on; fewer only at
-  /// the end of the file. Raises 52, 54, 57.
+  /// the end of the file. Raises 52, 54 for an output, 57.
   virtual std::string Read(int number, std::size_t count) = 0;
 
   /// Length of an open file in bytes, with all that was written. Raises 52.
