@@ -4,23 +4,15 @@
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
+
+#include "tests/support/raised.h"
 
 namespace tarnvale::testing {
 namespace {
 
 using ::testing::ElementsAre;
-
-int NumberRaisedBy(const std::function<void()>& statement) {
-  try {
-    statement();
-  } catch (const ProgramError& error) {
-    return error.Number();
-  }
-  return 0;
-}
 
 class FakeMachineTest : public ::testing::Test {
  protected:
@@ -122,29 +114,29 @@ TEST_F(FakeMachineTest, TheArchiveBitComesBackWhenContentOrTimeChanges) {
 }
 
 TEST_F(FakeMachineTest, DrivesComeAndGo) {
-  EXPECT_EQ(NumberRaisedBy([&] { machine.files.Length("D:\\a.txt"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { machine.files.Length("D:\\a.txt"); }), 76);
   machine.files.AddDrive("D");
   machine.files.Write("D:\\a.txt", "hello");
   machine.open_files.OpenInput(1, "D:\\a.txt");
   machine.files.RemoveDrive("D");
   EXPECT_FALSE(machine.files.FolderExists("D:\\"));
-  EXPECT_EQ(NumberRaisedBy([&] { machine.open_files.Read(1, 5); }), 57);
+  EXPECT_EQ(RaisedBy([&] { machine.open_files.Read(1, 5); }), 57);
 }
 
 TEST_F(FakeMachineTest, FailuresComeByScript) {
   machine.files.Write("C:\\a.txt", "hello");
   const auto copy = [&] { machine.files.CopyWhole("C:\\a.txt", "C:\\b.txt"); };
   machine.files.FailNext("CopyWhole", 61);
-  EXPECT_EQ(NumberRaisedBy(copy), 61);
-  EXPECT_EQ(NumberRaisedBy(copy), 0);
+  EXPECT_EQ(RaisedBy(copy), 61);
+  EXPECT_EQ(RaisedBy(copy), 0);
   machine.files.FailOn("CopyWhole", "C:\\B.txt", 70);
-  EXPECT_EQ(NumberRaisedBy(copy), 70);
-  EXPECT_EQ(NumberRaisedBy(copy), 70);
-  EXPECT_EQ(NumberRaisedBy([&] { machine.files.CopyWhole("C:\\a.txt", "C:\\c.txt"); }), 0);
+  EXPECT_EQ(RaisedBy(copy), 70);
+  EXPECT_EQ(RaisedBy(copy), 70);
+  EXPECT_EQ(RaisedBy([&] { machine.files.CopyWhole("C:\\a.txt", "C:\\c.txt"); }), 0);
   machine.files.ClearFailures();
   machine.files.FailAlways("Length", 57);
-  EXPECT_EQ(NumberRaisedBy(copy), 0);
-  EXPECT_EQ(NumberRaisedBy([&] { machine.files.Length("C:\\a.txt"); }), 57);
+  EXPECT_EQ(RaisedBy(copy), 0);
+  EXPECT_EQ(RaisedBy([&] { machine.files.Length("C:\\a.txt"); }), 57);
 }
 
 TEST_F(FakeMachineTest, CallsAreRecorded) {
@@ -160,7 +152,7 @@ TEST_F(FakeMachineTest, ACopiedTreePassesOverAScriptedFailureInside) {
   machine.files.Write("C:\\a\\1.txt", "one");
   machine.files.Write("C:\\a\\2.txt", "two");
   machine.files.FailOn("CopyEntry", "C:\\a\\1.txt", 70);
-  EXPECT_EQ(NumberRaisedBy([&] { machine.files.CopyTree("C:\\a", "C:\\b", {}); }), 70);
+  EXPECT_EQ(RaisedBy([&] { machine.files.CopyTree("C:\\a", "C:\\b", {}); }), 70);
   EXPECT_THAT(machine.files.Names("C:\\b"), ElementsAre("2.txt"));
 }
 

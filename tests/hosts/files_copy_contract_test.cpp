@@ -1,0 +1,221 @@
+// Copying files and folders: what every file system must do.
+#include <gmock/gmock.h>
+
+#include "tests/hosts/host_under_test.h"
+#include "tests/support/raised.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using ::testing::ElementsAre;
+
+class CopyContract : public HostTest {
+ protected:
+  CopyContract() {
+    host.MakeFolder("C:\\From");
+    host.MakeFolder("C:\\To");
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Hosts, CopyContract, ::testing::ValuesIn(AllHosts()), NameOfHost);
+
+TEST_P(CopyContract, TheCopyHasContentAndTimeOfItsSource) {
+  host.Write("C:\\From\\a.txt", "hello");
+  host.SetModified("C:\\From\\a.txt", 1205492401);
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\b.txt");
+  EXPECT_EQ(host.Content("C:\\To\\b.txt"), "hello");
+  EXPECT_EQ(host.Modified("C:\\To\\b.txt"), 1205492401);
+  EXPECT_EQ(host.Content("C:\\From\\a.txt"), "hello");
+}
+
+TEST_P(CopyContract, TheCopyReplacesItsTarget) {
+  host.Write("C:\\From\\a.txt", "new");
+  host.Write("C:\\To\\a.txt", "old and longer");
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "new");
+  EXPECT_THAT(host.Names("C:\\To"), ElementsAre("a.txt"));
+}
+
+TEST_P(CopyContract, ATargetThatDiffersInCaseIsTheSameFile) {
+  host.Write("C:\\From\\A.TXT", "new");
+  host.Write("C:\\To\\a.txt", "old");
+  files.CopyWhole("C:\\From\\A.TXT", "C:\\To\\A.TXT");
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "new");
+  EXPECT_EQ(host.Names("C:\\To").size(), 1U);
+}
+
+TEST_P(CopyContract, ReadOnlyGoesWithTheCopy) {
+  host.Write("C:\\From\\a.txt", "hello");
+  files.SetAttributes("C:\\From\\a.txt", attribute::kReadOnly);
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_NE(files.Attributes("C:\\To\\a.txt") & attribute::kReadOnly, 0);
+}
+
+TEST_P(CopyContract, ACopyCountsAsChangedEvenIfItsSourceDoesNot) {
+  host.Write("C:\\From\\a.txt", "hello");
+  files.SetAttributes("C:\\From\\a.txt", 0);
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_EQ(files.Attributes("C:\\To\\a.txt"), attribute::kArchive);
+  EXPECT_EQ(files.Attributes("C:\\From\\a.txt"), 0);
+}
+
+TEST_P(CopyContract, ACopyOverAClearedFileSetsItsArchiveAttribute) {
+  host.Write("C:\\From\\a.txt", "new content");
+  host.Write("C:\\To\\a.txt", "old");
+  files.SetAttributes("C:\\To\\a.txt", 0);
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_EQ(files.Attributes("C:\\To\\a.txt"), attribute::kArchive);
+}
+
+TEST_P(CopyContract, WithoutASourceItRaises53) {
+  host.Write("C:\\To\\a.txt", "old");
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\missing", "C:\\To\\a.txt"); }), 53);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\Missing\\a.txt", "C:\\To\\a.txt"); }), 53);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From", "C:\\To\\a.txt"); }), 53);
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "old");
+}
+
+TEST_P(CopyContract, WithoutAFolderForTheTargetItRaises76) {
+  host.Write("C:\\From\\a.txt", "hello");
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "C:\\Missing\\a.txt"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "D:\\a.txt"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "None\\a.txt"); }), 76);
+}
+
+TEST_P(CopyContract, AReadOnlyTargetRaises75AndStays) {
+  host.Write("C:\\From\\a.txt", "new");
+  host.Write("C:\\To\\a.txt", "old");
+  files.SetAttributes("C:\\To\\a.txt", attribute::kReadOnly);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt"); }), 75);
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "old");
+  EXPECT_THAT(host.Names("C:\\To"), ElementsAre("a.txt"));
+}
+
+TEST_P(CopyContract, ATargetThatIsAFolderRaises75) {
+  host.Write("C:\\From\\a.txt", "new");
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "C:\\To"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "C:\\"); }), 75);
+}
+
+TEST_P(CopyContract, ACopyOntoItselfChangesNothing) {
+  host.Write("C:\\From\\a.txt", "hello");
+  files.CopyWhole("C:\\From\\a.txt", "C:\\FROM\\A.TXT");
+  EXPECT_EQ(host.Content("C:\\From\\a.txt"), "hello");
+  EXPECT_EQ(host.Names("C:\\From").size(), 1U);
+}
+
+TEST_P(CopyContract, CopyEntryCopiesAPlainFileWhole) {
+  host.Write("C:\\From\\a.txt", "hello");
+  host.SetModified("C:\\From\\a.txt", 1205492401);
+  files.CopyEntry("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "hello");
+  EXPECT_EQ(host.Modified("C:\\To\\a.txt"), 1205492401);
+  EXPECT_EQ(RaisedBy([&] { files.CopyEntry("C:\\From\\missing", "C:\\To\\a.txt"); }), 53);
+}
+
+TEST_P(CopyContract, CopyTreeCopiesAllThatIsInAFolder) {
+  host.MakeFolder("C:\\From\\Sub\\Empty");
+  host.Write("C:\\From\\a.txt", "one");
+  host.Write("C:\\From\\Sub\\b.txt", "two");
+  files.CopyTree("C:\\From", "C:\\New", [] {});
+  EXPECT_EQ(host.Content("C:\\New\\a.txt"), "one");
+  EXPECT_EQ(host.Content("C:\\New\\Sub\\b.txt"), "two");
+  EXPECT_TRUE(files.FolderExists("C:\\New\\Sub\\Empty"));
+}
+
+TEST_P(CopyContract, CopyTreeReplacesFilesAndDeletesNothing) {
+  host.Write("C:\\From\\a.txt", "new");
+  host.MakeFolder("C:\\To\\kept");
+  host.Write("C:\\To\\a.txt", "old");
+  host.Write("C:\\To\\z.txt", "mine");
+  files.CopyTree("C:\\From", "C:\\To", [] {});
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "new");
+  EXPECT_THAT(host.Names("C:\\To"), ElementsAre("a.txt", "kept", "z.txt"));
+}
+
+TEST_P(CopyContract, CopyTreeMergesIntoFoldersThatDifferInCase) {
+  host.MakeFolder("C:\\From\\SUB");
+  host.Write("C:\\From\\SUB\\A.TXT", "new");
+  host.MakeFolder("C:\\To\\Sub");
+  host.Write("C:\\To\\Sub\\a.txt", "old");
+  files.CopyTree("C:\\From", "C:\\To", [] {});
+  EXPECT_EQ(host.Content("C:\\To\\Sub\\a.txt"), "new");
+  EXPECT_EQ(host.Names("C:\\To").size(), 1U);
+  EXPECT_EQ(host.Names("C:\\To\\Sub").size(), 1U);
+}
+
+TEST_P(CopyContract, CopyTreeCallsBetweenAfterEachFile) {
+  host.MakeFolder("C:\\From\\Sub");
+  host.Write("C:\\From\\a.txt", "one");
+  host.Write("C:\\From\\b.txt", "two");
+  host.Write("C:\\From\\Sub\\c.txt", "three");
+  int calls = 0;
+  files.CopyTree("C:\\From", "C:\\New", [&] { ++calls; });
+  EXPECT_EQ(calls, 3);
+}
+
+TEST_P(CopyContract, CopyTreeGoesOnAfterAFailureAndRaisesTheFirst) {
+  host.MakeFolder("C:\\From\\Sub");
+  host.Write("C:\\From\\a.txt", "new a");
+  host.Write("C:\\From\\b.txt", "new b");
+  host.Write("C:\\From\\Sub\\c.txt", "new c");
+  host.Write("C:\\To\\a.txt", "old a");
+  files.SetAttributes("C:\\To\\a.txt", attribute::kReadOnly);
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\From", "C:\\To", [] {}); }), 75);
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "old a");
+  EXPECT_EQ(host.Content("C:\\To\\b.txt"), "new b");
+  EXPECT_EQ(host.Content("C:\\To\\Sub\\c.txt"), "new c");
+}
+
+TEST_P(CopyContract, CopyTreeRaises76WithoutSourceOrParent) {
+  host.Write("C:\\From\\a.txt", "one");
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\Missing", "C:\\New", [] {}); }), 76);
+  EXPECT_FALSE(files.FolderExists("C:\\New"));
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\From\\a.txt", "C:\\New", [] {}); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\From", "C:\\Missing\\New", [] {}); }), 76);
+}
+
+TEST_P(CopyContract, CopyTreeOntoAFileRaises75) {
+  host.Write("C:\\To\\a.txt", "old");
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\From", "C:\\To\\a.txt", [] {}); }), 75);
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "old");
+}
+
+TEST_P(CopyContract, CopyTreeIntoItselfEnds) {
+  host.Write("C:\\From\\a.txt", "one");
+  files.CopyTree("C:\\From", "C:\\From\\Inside", [] {});
+  EXPECT_EQ(host.Content("C:\\From\\Inside\\a.txt"), "one");
+  EXPECT_FALSE(files.FolderExists("C:\\From\\Inside\\Inside"));
+}
+
+TEST_P(CopyContract, MoveTreeTakesAFolderAway) {
+  host.MakeFolder("C:\\From\\Sub");
+  host.Write("C:\\From\\Sub\\a.txt", "one");
+  files.MoveTree("C:\\From", "C:\\To\\New");
+  EXPECT_EQ(host.Content("C:\\To\\New\\Sub\\a.txt"), "one");
+  EXPECT_FALSE(files.FolderExists("C:\\From"));
+}
+
+TEST_P(CopyContract, MoveTreeRaises58WhenTheTargetIsThere) {
+  host.Write("C:\\From\\a.txt", "one");
+  host.Write("C:\\To\\b.txt", "two");
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From", "C:\\To"); }), 58);
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From", "C:\\To\\b.txt"); }), 58);
+  EXPECT_EQ(host.Content("C:\\From\\a.txt"), "one");
+}
+
+TEST_P(CopyContract, MoveTreeRaises76WithoutSourceOrParent) {
+  host.Write("C:\\From\\a.txt", "one");
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\Missing", "C:\\New"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From\\a.txt", "C:\\New"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From", "C:\\Missing\\New"); }), 76);
+  EXPECT_EQ(host.Content("C:\\From\\a.txt"), "one");
+}
+
+TEST_P(CopyContract, AFolderCannotBeMovedIntoItself) {
+  host.Write("C:\\From\\a.txt", "one");
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From", "C:\\From\\Inside"); }), 75);
+  EXPECT_EQ(host.Content("C:\\From\\a.txt"), "one");
+}
+
+}  // namespace
+}  // namespace tarnvale::testing

@@ -1,0 +1,76 @@
+// A host for the contract tests: its interfaces, and what a test needs to set
+// the stage without going through them.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/locale_formats.h"
+#include "platform/open_files.h"
+#include "platform/processes.h"
+#include "platform/profile_files.h"
+#include "platform/random_source.h"
+
+namespace tarnvale::testing {
+
+/// Its drive C: holds nothing but a folder C:\Data.
+class HostUnderTest {
+ public:
+  virtual ~HostUnderTest() = default;
+
+  virtual FileSystem& Files() = 0;
+  virtual OpenFiles& Open() = 0;
+  virtual ProfileFiles& Profiles() = 0;
+  virtual Processes& Programs() = 0;
+  virtual Clock& Clocks() = 0;
+  virtual RandomSource& Random() = 0;
+  virtual LocaleFormats& Formats() = 0;
+
+  /// Writes as another program would; the folder must be there.
+  virtual void Write(const Path& file, const std::string& content) = 0;
+  virtual std::string Content(const Path& file) = 0;
+  virtual void MakeFolder(const Path& folder) = 0;
+  /// As another program would, read-only or not.
+  virtual void Remove(const Path& file) = 0;
+  virtual void SetModified(const Path& file, std::int64_t seconds) = 0;
+  virtual std::int64_t Modified(const Path& file) = 0;
+  /// Names that are hidden begin with a point, so that every host can hide them.
+  virtual void HideFile(const Path& file) = 0;
+  virtual void HideFolder(const Path& folder) = 0;
+  /// All that a folder holds, by name.
+  virtual std::vector<std::string> Names(const Path& folder) = 0;
+  virtual void SetVariable(const std::string& name, const std::string& value) = 0;
+};
+
+struct HostKind {
+  const char* name;
+  std::unique_ptr<HostUnderTest> (*make)();
+};
+
+std::unique_ptr<HostUnderTest> MakeFakeHost();
+std::unique_ptr<HostUnderTest> MakeLinuxHost();
+
+std::vector<HostKind> AllHosts();
+inline void PrintTo(const HostKind& kind, std::ostream* out) {
+  *out << kind.name;
+}
+std::string NameOfHost(const ::testing::TestParamInfo<HostKind>& info);
+
+class HostTest : public ::testing::TestWithParam<HostKind> {
+ protected:
+  std::unique_ptr<HostUnderTest> host_ = GetParam().make();
+  FileSystem& files = host_->Files();
+  OpenFiles& open = host_->Open();
+  ProfileFiles& profiles = host_->Profiles();
+  Processes& programs = host_->Programs();
+  HostUnderTest& host = *host_;
+};
+
+}  // namespace tarnvale::testing

@@ -1,0 +1,74 @@
+#include <cstdlib>
+#include <string>
+
+#include "platform/linux/linux_host.h"
+#include "tests/hosts/host_under_test.h"
+#include "tests/hosts/native_files.h"
+#include "tests/hosts/temporary_folder.h"
+
+namespace tarnvale::testing {
+namespace {
+
+LinuxSurroundings SurroundingsIn(const TemporaryFolder& folder) {
+  LinuxSurroundings surroundings;
+  surroundings.root = folder / "drive";
+  surroundings.state_folder = folder / "state";
+  surroundings.locale_name = "C";
+  surroundings.processes.program_file = folder / "program";
+  surroundings.processes.lock_folder = folder / "locks";
+  std::filesystem::create_directories(folder / "drive/Data");
+  return surroundings;
+}
+
+class LinuxHostUnderTest : public HostUnderTest {
+ public:
+  LinuxHostUnderTest() : host_(SurroundingsIn(folder_)), drive_(folder_ / "drive") {}
+
+  FileSystem& Files() override { return host_.files; }
+  OpenFiles& Open() override { return host_.open_files; }
+  ProfileFiles& Profiles() override { return host_.profiles; }
+  Processes& Programs() override { return host_.processes; }
+  Clock& Clocks() override { return host_.clock; }
+  RandomSource& Random() override { return host_.random; }
+  LocaleFormats& Formats() override { return host_.formats; }
+
+  void Write(const Path& file, const std::string& content) override {
+    WriteNative(Native(file), content);
+  }
+  std::string Content(const Path& file) override {
+    EXPECT_TRUE(std::filesystem::exists(Native(file))) << file;
+    return ReadNative(Native(file));
+  }
+  void MakeFolder(const Path& folder) override {
+    std::filesystem::create_directories(Native(folder));
+  }
+  void Remove(const Path& file) override { std::filesystem::remove(Native(file)); }
+  void SetModified(const Path& file, std::int64_t seconds) override {
+    SetModifiedNative(Native(file), seconds);
+  }
+  std::int64_t Modified(const Path& file) override { return StateOf(Native(file)).st_mtim.tv_sec; }
+  // The leading point hides them already.
+  void HideFile(const Path&) override {}
+  void HideFolder(const Path&) override {}
+  std::vector<std::string> Names(const Path& folder) override {
+    return NativeNames(Native(folder));
+  }
+  void SetVariable(const std::string& name, const std::string& value) override {
+    ::setenv(name.c_str(), value.c_str(), 1);
+  }
+
+ private:
+  std::string Native(const Path& path) const { return *drive_.ToNative(path); }
+
+  TemporaryFolder folder_;
+  LinuxHost host_;
+  DrivePaths drive_;
+};
+
+}  // namespace
+
+std::unique_ptr<HostUnderTest> MakeLinuxHost() {
+  return std::make_unique<LinuxHostUnderTest>();
+}
+
+}  // namespace tarnvale::testing

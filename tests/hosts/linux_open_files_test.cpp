@@ -1,0 +1,91 @@
+#include "platform/linux/linux_open_files.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "tests/hosts/linux_stage.h"
+#include "tests/support/raised.h"
+
+namespace tarnvale::testing {
+namespace {
+
+class LinuxOpenFilesTest : public LinuxStage {
+ protected:
+  LinuxHost host{surroundings};
+  LinuxOpenFiles& open = host.open_files;
+};
+
+// A medium that is full, for as long as this lives: no file may grow.
+class FullMedium {
+ public:
+  FullMedium() {
+    old_handler_ = ::signal(SIGXFSZ, SIG_IGN);
+    ::getrlimit(RLIMIT_FSIZE, &old_);
+    rlimit none = old_;
+    none.rlim_cur = 4;
+    ::setrlimit(RLIMIT_FSIZE, &none);
+  }
+  FullMedium(const FullMedium&) = delete;
+  FullMedium& operator=(const FullMedium&) = delete;
+  ~FullMedium() {
+    ::setrlimit(RLIMIT_FSIZE, &old_);
+    ::signal(SIGXFSZ, old_handler_);
+  }
+
+ private:
+  rlimit old_{};
+  void (*old_handler_)(int) = nullptr;
+};
+
+TEST_F(LinuxOpenFilesTest, WhatWasWrittenIsInTheFileAtOnce) {
+  open.OpenOutput(1, "C:\\Data\\log.txt");
+  open.Write(1, "line\r\n");
+  EXPECT_EQ(ReadNative(OnDrive("Data/log.txt")), "line\r\n");
+}
+
+TEST_F(LinuxOpenFilesTest, AWriteThatDoesNotFitRaises61) {
+  open.OpenOutput(1, "C:\\Data\\log.txt");
+  int number = 0;
+  {
+    const FullMedium full;
+    number = RaisedBy([&] { open.Write(1, "hello"); });
+  }
+  EXPECT_EQ(number, 61);
+  EXPECT_TRUE(open.IsOpen(1));
+}
+
+TEST_F(LinuxOpenFilesTest, APipeIsNoTextAndDoesNotHoldAnybodyUp) {
+  ASSERT_EQ(::mkfifo(OnDrive("Data/pipe").c_str(), 0600), 0);
+  EXPECT_EQ(RaisedBy([&] { open.OpenInput(1, "C:\\Data\\pipe"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { open.OpenOutput(1, "C:\\Data\\pipe"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { open.OpenBinary(1, "C:\\Data\\pipe"); }), 75);
+}
+
+TEST_F(LinuxOpenFilesTest, ALinkLeadsToItsFile) {
+  WriteNative(OnDrive("Data/real.txt"), "hello");
+  ASSERT_EQ(::symlink("real.txt", OnDrive("Data/link.txt").c_str()), 0);
+  open.OpenOutput(1, "C:\\Data\\link.txt");
+  open.Write(1, "new");
+  open.Close(1);
+  EXPECT_EQ(ReadNative(OnDrive("Data/real.txt")), "new");
+  EXPECT_TRUE(S_ISLNK(StateOf(OnDrive("Data/link.txt")).st_mode));
+}
+
+TEST_F(LinuxOpenFilesTest, NoChildInheritsAnOpenFile) {
+  open.OpenOutput(1, "C:\\Data\\a.txt");
+  bool found = false;
+  for (const std::string& name : NativeNames("/proc/self/fd")) {
+    std::error_code gone;
+    const auto target = std::filesystem::read_symlink("/proc/self/fd/" + name, gone);
+    if (target != OnDrive("Data/a.txt")) continue;
+    found = true;
+    EXPECT_NE(::fcntl(std::stoi(name), F_GETFD) & FD_CLOEXEC, 0);
+  }
+  EXPECT_TRUE(found);
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
