@@ -6,10 +6,10 @@
 namespace tarnvale {
 namespace {
 
-constexpr Size kClient{880, 568};
-constexpr Rect kPanel{0, 0, 208, 568};
+constexpr Size kClient{896, 568};
+constexpr Rect kPanel{0, 0, 224, 568};
 // All screens have the same size and the same place.
-constexpr Rect kScreen{220, 10, 648, 546};
+constexpr Rect kScreen{236, 10, 648, 546};
 
 void LayOutTaskPanel(Form1& f) {
   f.TasksHeading.Caption = "Tarnvale Tasks";
@@ -26,15 +26,15 @@ void LayOutTaskPanel(Form1& f) {
   Control* panel = &f.TaskPanel;
   f.Place({
       {&f.TaskPanel, nullptr, kPanel},
-      {&f.TasksHeading, panel, {16, 16, 176, 24}},
-      {&f.Label49, panel, {24, 46, 168, 20}},
-      {&f.WizardHeading, panel, {16, 86, 176, 24}},
-      {&f.Label44, panel, {24, 116, 168, 20}},
-      {&f.Label37, panel, {24, 142, 168, 20}},
-      {&f.Label36, panel, {24, 168, 168, 20}},
-      {&f.Label45, panel, {24, 194, 168, 20}},
-      {&f.FeaturesHeading, panel, {16, 234, 176, 24}},
-      {&f.Label38, panel, {24, 264, 168, 20}},
+      {&f.TasksHeading, panel, {16, 16, 192, 24}},
+      {&f.Label49, panel, {24, 46, 184, 20}},
+      {&f.WizardHeading, panel, {16, 86, 192, 24}},
+      {&f.Label44, panel, {24, 116, 184, 20}},
+      {&f.Label37, panel, {24, 142, 184, 20}},
+      {&f.Label36, panel, {24, 168, 184, 20}},
+      {&f.Label45, panel, {24, 194, 184, 20}},
+      {&f.FeaturesHeading, panel, {16, 234, 192, 24}},
+      {&f.Label38, panel, {24, 264, 184, 20}},
   });
 }
 
@@ -129,7 +129,7 @@ void LayOutListScreen(Form1& f) {
       {&f.ListTree, &f.Picture1, {0, 0, 250, 232}},
       {&f.File1, screen, {278, 28, 354, 172}},
       {&f.Check2, screen, {278, 208, 170, 24}},
-      {&f.Text2, screen, {456, 208, 176, 24}},
+      {&f.Text2, screen, {456, 208, 192, 24}},
       {&f.Check1, screen, {278, 238, 110, 22}},
       {&f.Check3, screen, {394, 238, 110, 22}},
       {&f.Check4, screen, {506, 238, 126, 22}},
