@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QMessageBox>
 
-#include "platform/qt/qt_style.h"
+#include "platform/qt/qt_pictures.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-#include "platform/qt/qt_style.h"
+#include "platform/qt/qt_look.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {

@@ -11,8 +11,8 @@
 
 #include "platform/qt/peers/peer_factory.h"
 #include "platform/qt/peers/picture_box_peer.h"
+#include "platform/qt/qt_look.h"
 #include "platform/qt/qt_menus.h"
-#include "platform/qt/qt_style.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {

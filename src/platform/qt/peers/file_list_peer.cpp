@@ -3,7 +3,7 @@
 #include <QScopedValueRollback>
 
 #include "platform/qt/peers/list_selection.h"
-#include "platform/qt/qt_style.h"
+#include "platform/qt/qt_pictures.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {

@@ -5,7 +5,7 @@
 
 #include "base/failure.h"
 #include "base/text.h"
-#include "platform/qt/qt_style.h"
+#include "platform/qt/qt_pictures.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {

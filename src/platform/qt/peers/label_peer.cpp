@@ -7,7 +7,7 @@
 
 #include "platform/qt/peers/accessible.h"
 #include "platform/qt/peers/picture_box_peer.h"
-#include "platform/qt/qt_style.h"
+#include "platform/qt/qt_look.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {
@@ -79,8 +79,8 @@ int LabelWidget::Alignment() const {
 
 void LabelWidget::PaintPanelHeading(QPainter& painter) const {
   QLinearGradient bar(0, 0, width(), 0);
-  bar.setColorAt(0, QColor(0xFF, 0xFF, 0xFF));
-  bar.setColorAt(1, QColor(0xC9, 0xD7, 0xF3));
+  bar.setColorAt(0, Qt::white);
+  bar.setColorAt(1, QColor(look::kPanelBar));
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(bar);

@@ -8,7 +8,7 @@
 #include <functional>
 
 #include "platform/qt/peers/dropped_files.h"
-#include "platform/qt/qt_style.h"
+#include "platform/qt/qt_look.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {

@@ -4,7 +4,7 @@
 #include <QPainter>
 
 #include "platform/qt/peers/accessible.h"
-#include "platform/qt/qt_style.h"
+#include "platform/qt/qt_look.h"
 
 namespace tarnvale {
 

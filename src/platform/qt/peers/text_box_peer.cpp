@@ -4,7 +4,7 @@
 #include <QScopedValueRollback>
 
 #include "platform/qt/peers/mask.h"
-#include "platform/qt/qt_style.h"
+#include "platform/qt/qt_look.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {
