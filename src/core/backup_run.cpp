@@ -66,14 +66,14 @@ void BackupRun::RunBackup() {
 }
 
 void BackupRun::Prepare() {
-  CallHook(stages_.ResetProgressWindow);
+  Step([&] { CallHook(stages_.ResetProgressWindow); });
   machine_.desktop.Pointer = PointerShape::kHourglass;
-  CallHook(screens_.Show, Screen::kProgress);
+  Step([&] { CallHook(screens_.Show, Screen::kProgress); });
   for (const Screen other :
        {Screen::kStorage, Screen::kList, Screen::kSchedule, Screen::kGeneral, Screen::kAdvanced}) {
-    CallHook(screens_.Hide, other);
+    Step([&] { CallHook(screens_.Hide, other); });
   }
-  CallHook(stages_.FollowCopy);
+  Step([&] { CallHook(stages_.FollowCopy); });
   run_.start = machine_.clock.Now();
   run_.date = DatePart(run_.start);
   state_.RunDestination = WithBackslash(state_.RunDestination.Get());

@@ -75,9 +75,14 @@ void Engine::StartRun() {
 }
 
 void Engine::ComputeEngineFree() {
-  const int progress = stages.CompressionProgress ? stages.CompressionProgress() : 0;
-  const std::string status = stages.ConnectionStatus ? stages.ConnectionStatus() : std::string();
-  run.EngineFree = EngineFreeAfterTick(run.EngineFree, progress, status);
+  int progress = 0;
+  std::string status;
+  PassedOver pass;
+  pass.Step([&] { progress = stages.CompressionProgress ? stages.CompressionProgress() : 0; });
+  pass.Step([&] { status = stages.ConnectionStatus ? stages.ConnectionStatus() : std::string(); });
+  // A test that fails counts as true, and the last test of either value frees.
+  run.EngineFree =
+      pass.StandingError() ? "1" : EngineFreeAfterTick(run.EngineFree, progress, status);
 }
 
 void Engine::ShowNextRun() {
