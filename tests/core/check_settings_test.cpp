@@ -1,0 +1,121 @@
+#include "core/check_settings.h"
+
+#include "tests/core/engine_fixture.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr const char* kNoTime = "You Must Specify A Valid Time For The Backup Schedule!";
+constexpr const char* kRootQuestion = "The Destiny Directroy Was Left C:\\.\n\nConfirm?";
+
+class CheckSettingsTest : public EngineFixture {
+ protected:
+  CheckSettingsTest() {
+    WatchScreens();
+    Add("C:\\a.txt");
+    engine.settings.DestinationDir = "D:\\Backup";
+    engine.settings.AlwaysAtText = "12:00";
+    engine.settings.EachText = "01:00";
+  }
+
+  bool Objects() {
+    // Whatever it held before.
+    bool objection = !last_objection_;
+    CheckSettings(machine.Interfaces(), engine.settings, engine.screens, objection);
+    last_objection_ = objection;
+    return objection;
+  }
+  void ExpectStop(const char* text) { machine.boxes.Expect(text, BoxIcon::kStop, BoxAnswer::kOk); }
+
+ private:
+  bool last_objection_ = false;
+};
+
+TEST_F(CheckSettingsTest, ObjectsToNothingWhenAllIsThere) {
+  EXPECT_FALSE(Objects());
+  engine.settings.ScheduleAt = true;
+  EXPECT_FALSE(Objects());
+  EXPECT_THAT(deeds, IsEmpty());
+}
+
+TEST_F(CheckSettingsTest, AnEmptyListIsTheFirstObjection) {
+  engine.settings.Entries.Clear();
+  engine.settings.DestinationDir = "";
+  ExpectStop("You Must At Least Have An Item For Backup");
+  EXPECT_TRUE(Objects());
+  EXPECT_THAT(deeds, ElementsAre("show list", "hide storage", "hide progress", "hide schedule",
+                                 "hide general", "hide advanced", "hide restore"));
+}
+
+TEST_F(CheckSettingsTest, AnEmptyLocationIsTheSecondObjection) {
+  engine.settings.DestinationDir = "";
+  engine.settings.EachText = "00:00";
+  ExpectStop("You Must Specify The Backup Location");
+  EXPECT_TRUE(Objects());
+  EXPECT_EQ(deeds.front(), "show storage");
+  EXPECT_EQ(deeds.back(), "focus storage");
+  EXPECT_EQ(deeds.size(), 8U);
+}
+
+TEST_F(CheckSettingsTest, ARefusedRootIsAnObjectionWithTheFocusOnTheField) {
+  for (const char* root : {"C:\\", "c:\\"}) {
+    deeds.clear();
+    engine.settings.DestinationDir = root;
+    machine.boxes.Expect(kRootQuestion, BoxIcon::kExclamation, BoxAnswer::kNo);
+    EXPECT_TRUE(Objects());
+    EXPECT_EQ(machine.boxes.Shown().back().buttons, BoxButtons::kYesNo);
+    EXPECT_EQ(deeds.back(), "focus storage");
+  }
+}
+
+TEST_F(CheckSettingsTest, AConfirmedRootPassesOverTheTimes) {
+  engine.settings.DestinationDir = "C:\\";
+  engine.settings.EachText = "00:00";
+  machine.boxes.Expect(kRootQuestion, BoxIcon::kExclamation, BoxAnswer::kYes);
+  EXPECT_FALSE(Objects());
+  EXPECT_THAT(deeds, IsEmpty());
+}
+
+TEST_F(CheckSettingsTest, TheRootOfAnotherDriveIsNotAskedAbout) {
+  engine.settings.DestinationDir = "D:\\";
+  EXPECT_FALSE(Objects());
+}
+
+TEST_F(CheckSettingsTest, AFixedTimeThatIsNotSetIsAnObjection) {
+  engine.settings.ScheduleAt = true;
+  engine.settings.AlwaysAtText = "00:00";
+  ExpectStop(kNoTime);
+  EXPECT_TRUE(Objects());
+  EXPECT_THAT(deeds, ElementsAre("show schedule", "hide list", "hide storage", "hide progress",
+                                 "hide general", "hide advanced", "hide restore"));
+}
+
+TEST_F(CheckSettingsTest, AnIntervalThatIsNotSetIsAnObjectionWithTheFocusOnItsField) {
+  engine.settings.EachText = "00:00";
+  ExpectStop(kNoTime);
+  EXPECT_TRUE(Objects());
+  EXPECT_EQ(deeds.front(), "show schedule");
+  EXPECT_EQ(deeds.back(), "focus interval");
+}
+
+TEST_F(CheckSettingsTest, OnlyTheChosenScheduleIsTested) {
+  engine.settings.AlwaysAtText = "00:00";
+  EXPECT_FALSE(Objects());
+  engine.settings.AlwaysAtText = "12:00";
+  engine.settings.EachText = "00:00";
+  engine.settings.ScheduleAt = true;
+  EXPECT_FALSE(Objects());
+}
+
+TEST_F(CheckSettingsTest, TheMessageComesBeforeTheScreen) {
+  engine.settings.Entries.Clear();
+  ExpectStop("You Must At Least Have An Item For Backup");
+  machine.boxes.WhileOpen([&] { EXPECT_THAT(deeds, IsEmpty()); });
+  EXPECT_TRUE(Objects());
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
