@@ -1,5 +1,6 @@
 #include "base/numbers.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -27,6 +28,27 @@ bool StartsLikeNumber(std::string_view digits) {
   return !digits.empty() && digits.front() >= '0' && digits.front() <= '9';
 }
 
+// Whether a number beyond a double's range is a tiny one: its first digit that
+// isn't 0 stands behind the decimal point.
+bool IsTiny(std::string_view number) {
+  const auto e = std::min(number.find_first_of("eE"), number.size());
+  const std::string_view digits = number.substr(0, e);
+  const auto point = std::min(digits.find('.'), digits.size());
+  const auto first = digits.find_first_of("123456789");
+  // An exponent of more digits than this settles it alone.
+  std::int64_t exponent = 0;
+  if (e < number.size()) {
+    std::string_view power = number.substr(e + 1);
+    const bool negative = power.front() == '-';
+    if (power.front() == '-' || power.front() == '+') power.remove_prefix(1);
+    const auto result = std::from_chars(power.data(), power.data() + power.size(), exponent);
+    if (result.ec != std::errc{}) return negative;
+    if (negative) exponent = -exponent;
+  }
+  const auto place = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);
+  return place + exponent < 0;
+}
+
 // `from_chars` takes no leading plus, and takes "inf" and "nan", which are no
 // numbers here: both are settled before it is asked.
 Parsed ParseStart(std::string_view text) {
@@ -36,8 +58,11 @@ Parsed ParseStart(std::string_view text) {
   if (!StartsLikeNumber(digits)) return {};
   double value = 0;
   const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-  if (result.ec == std::errc::result_out_of_range) throw ProgramError(kOverflow);
-  if (result.ec != std::errc{}) return {};
+  const auto length = static_cast<std::size_t>(result.ptr - digits.data());
+  if (result.ec == std::errc::result_out_of_range && !IsTiny(digits.substr(0, length))) {
+    throw ProgramError(kOverflow);
+  }
+  if (result.ec == std::errc::invalid_argument) return {};
   return {negative ? -value : value, static_cast<std::size_t>(result.ptr - text.data())};
 }
 

@@ -35,6 +35,9 @@ inline std::uint8_t ToByte(std::int64_t value) {
 /// Sum, difference and product of signed 32-bit numbers. Raise 6 when the
 /// result doesn't fit.
 inline std::int32_t Add32(std::int32_t a, std::int64_t b) {
+  // No sum beyond this fits, and up to it the sum fits 64 bits.
+  constexpr std::int64_t kLimit = std::int64_t{1} << 33;
+  if (b > kLimit || b < -kLimit) throw ProgramError(kOverflow);
   return ToInt32(std::int64_t{a} + b);
 }
 inline std::int32_t Subtract32(std::int32_t a, std::int32_t b) {
@@ -56,7 +59,8 @@ std::int32_t RoundToInt32(double value);
 
 /// The number that a whole text denotes: blanks around it, a sign, digits, one
 /// decimal point and an exponent are allowed. Raises 13 for an empty text or
-/// anything else, and 6 for a number beyond the range of a double.
+/// anything else, and 6 for a number beyond the range of a double; one too small
+/// for a double is 0.
 double ToNumber(std::string_view text);
 
 /// The number at the start of a text, as far as it is one; 0 when there is

@@ -1,0 +1,40 @@
+#include "base/text.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnvale {
+namespace {
+
+TEST(TextTest, OnlyAsciiLettersAreLowered) {
+  EXPECT_EQ(ToLower("ABZ[az09"), "abz[az09");
+  EXPECT_EQ(ToLower("\xC3\x84@"), "\xC3\x84@");
+}
+
+TEST(TextTest, EqualityIgnoresTheCaseOfAsciiLetters) {
+  EXPECT_TRUE(EqualIgnoringCase("Tarnvale.INI", "tarnvale.ini"));
+  EXPECT_TRUE(EqualIgnoringCase("", ""));
+  EXPECT_FALSE(EqualIgnoringCase("a", "ab"));
+  EXPECT_FALSE(EqualIgnoringCase("[", "{"));
+}
+
+TEST(TextTest, ABackslashIsAddedWhereThereIsNone) {
+  EXPECT_EQ(WithBackslash("C:\\Data"), "C:\\Data\\");
+  EXPECT_EQ(WithBackslash("C:\\"), "C:\\");
+  EXPECT_EQ(WithBackslash(""), "\\");
+}
+
+TEST(TextTest, TheFileNameStandsBehindTheLastBackslash) {
+  EXPECT_EQ(FileNameOf("C:\\Data\\a.txt"), "a.txt");
+  EXPECT_EQ(FileNameOf("C:\\Data\\"), "");
+  EXPECT_EQ(FileNameOf("a.txt"), "");
+}
+
+TEST(TextTest, OneCharacterIsCounted) {
+  EXPECT_EQ(CountChar("C:\\a\\b", "\\"), 2);
+  EXPECT_EQ(CountChar("abc", "x"), 0);
+  EXPECT_EQ(CountChar("abab", "ab"), 0);
+  EXPECT_EQ(CountChar("abab", ""), 0);
+}
+
+}  // namespace
+}  // namespace tarnvale
