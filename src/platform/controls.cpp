@@ -9,18 +9,20 @@ namespace tarnvale {
 
 void TextBox::Append(const std::string& text) {
   Text.Target().ModifyQuietly([&](std::string& whole) { whole += text; });
+  const TextSelection caret{Text.Get().size(), 0};
+  Selection.ModifyQuietly([&](TextSelection& selection) { selection = caret; });
   Appended.Emit(text);
 }
 
 void ListBox::FollowRows() {
   selected_.assign(Rows.Count(), false);
-  Rows.Appended.Listen([this] { selected_.resize(Rows.Count(), false); });
-  Rows.Removed.Listen([this](std::size_t index) {
+  follows_.push_back(Rows.Appended.Subscribe([this] { selected_.resize(Rows.Count(), false); }));
+  follows_.push_back(Rows.Removed.Subscribe([this](std::size_t index) {
     if (index < selected_.size()) {
       selected_.erase(selected_.begin() + static_cast<std::ptrdiff_t>(index));
     }
-  });
-  Rows.Reset.Listen([this] { selected_.assign(Rows.Count(), false); });
+  }));
+  follows_.push_back(Rows.Reset.Subscribe([this] { selected_.assign(Rows.Count(), false); }));
 }
 
 void ListBox::Select(std::size_t index, bool selected) {
@@ -44,12 +46,12 @@ std::optional<std::size_t> ListBox::FirstSelected() const {
 
 OptionGroup::OptionGroup(std::vector<Property<bool>*> members) : members_(std::move(members)) {
   for (Property<bool>* member : members_) {
-    member->Changed.Listen([this, member] {
+    follows_.push_back(member->Changed.Subscribe([this, member] {
       if (!member->Get()) return;
       for (Property<bool>* other : members_) {
         if (other != member) *other = false;
       }
-    });
+    }));
   }
 }
 

@@ -136,6 +136,8 @@ class ListBox : public Control {
  private:
   void FollowRows();
   std::vector<bool> selected_;
+  // The rows may live longer than the list.
+  std::vector<Subscription> follows_;
 };
 
 /// A field with a list below it.
@@ -176,6 +178,7 @@ class OptionGroup {
 
  private:
   std::vector<Property<bool>*> members_;
+  std::vector<Subscription> follows_;
 };
 
 /// A check box of the plain kind.

@@ -1,6 +1,7 @@
 #include "platform/window.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarnvale {
 
@@ -37,12 +38,14 @@ bool Window::IsReachable(const Control& control) {
 
 void Window::Focus(Control& control) {
   if (focused_ == &control || !IsReachable(control)) return;
-  Control* old = focused_;
   focused_ = &control;
   FocusMoved.Emit();
-  if (old != nullptr) old->LostFocus.Emit();
-  // A handler of the loss may have moved the focus on already.
-  if (focused_ == &control) control.GotFocus.Emit();
+  // Each handler may have moved the focus on already.
+  if (focused_ != &control) return;
+  if (Control* old = std::exchange(told_, nullptr)) old->LostFocus.Emit();
+  if (focused_ != &control) return;
+  told_ = &control;
+  control.GotFocus.Emit();
 }
 
 void Window::FocusNext(bool forward) {

@@ -109,6 +109,8 @@ class Window {
  private:
   std::vector<Placement> placements_;
   Control* focused_ = nullptr;
+  // The control that was told last that it got the focus.
+  Control* told_ = nullptr;
 };
 
 /// What is common to all windows of the program.
