@@ -90,8 +90,9 @@ void LinuxLocaleFormats::ReadNumbers() {
 std::string LinuxLocaleFormats::Format(const std::string& pattern, DateTime value) const {
   const tm parts = PartsOf(value);
   std::array<char, 512> text{};
-  const std::size_t length =
-      ::strftime_l(text.data(), text.size(), pattern.c_str(), &parts, locale_);
+  std::size_t length = ::strftime_l(text.data(), text.size(), pattern.c_str(), &parts, locale_);
+  // Some locales end their patterns in a blank.
+  while (length > 0 && text.at(length - 1) == ' ') --length;
   return {text.data(), length};
 }
 
