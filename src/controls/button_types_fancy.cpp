@@ -70,6 +70,16 @@ void DrawMetalFocus(ButtonDrawing& d) {
                      kFocusFrame);
 }
 
+// --- 13: an ellipse ---
+
+// The focus rectangle stands in the ellipse, which cuts the corners off the
+// usual one.
+void DrawOvalFocus(ButtonDrawing& d) {
+  if (!d.look.HasFocusMark()) return;
+  DrawFocusRect(d.canvas,
+                {d.w * 3 / 20, d.h * 3 / 20, d.w - 2 * (d.w * 3 / 20), d.h - 2 * (d.h * 3 / 20)});
+}
+
 // --- 14: gradient with a strip at the left edge ---
 
 constexpr double kStripFall = 58.0;
@@ -106,7 +116,6 @@ void DrawRoundedPressed(ButtonDrawing& d) {
   d.Line(d.w - 2, 2, d.w - 2, d.h - 2, c.shadow);
   d.canvas.SetPixel(d.w - 3, d.h - 3, c.shadow);
   DrawCaption(d, CaptionLook::kPressed);
-  DrawFocusMark(d);
 }
 
 void DrawRoundedDisabled(ButtonDrawing& d) {
@@ -174,18 +183,19 @@ void DrawOvalNormal(ButtonDrawing& d) {
   d.canvas.FillEllipse(d.client, d.look.over ? d.colors.shadow : d.colors.face);
   d.canvas.FrameEllipse(d.client, d.colors.face);
   DrawLiveCaption(d);
-  DrawFocusMark(d);
+  DrawOvalFocus(d);
 }
 
 void DrawOvalPressed(ButtonDrawing& d) {
   d.canvas.FillEllipse(d.client, d.colors.face);
   d.canvas.FrameEllipse(d.client, d.colors.shadow);
   DrawCaption(d, CaptionLook::kPressed);
-  DrawFocusMark(d);
+  DrawOvalFocus(d);
 }
 
 void DrawOvalDisabled(ButtonDrawing& d) {
-  d.canvas.FrameEllipse(d.client, d.colors.face);
+  // Chosen: in the shadow colour; in that of the face nothing would be seen.
+  d.canvas.FrameEllipse(d.client, d.colors.shadow);
   DrawCaption(d, CaptionLook::kDisabled);
 }
 

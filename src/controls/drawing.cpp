@@ -55,7 +55,8 @@ void DrawSunkenEdge(Canvas& canvas, Rect rect) {
 void DrawFocusRect(Canvas& canvas, Rect rect) {
   const auto invert = [&](int x, int y) {
     if ((x + y) % 2 != 0) return;
-    if (const auto color = canvas.PixelAt(x, y)) canvas.SetPixel(x, y, *color ^ kWhite);
+    const auto color = canvas.PixelAt(x, y);
+    canvas.SetPixel(x, y, color ? *color ^ kWhite : kBlack);
   };
   if (rect.width_px < 2 || rect.height_px < 2) return;
   for (int x = rect.left_px; x < rect.RightPx(); ++x) {

@@ -36,7 +36,7 @@ void DrawBumpEdge(Canvas& canvas, Rect rect);
 void DrawSunkenEdge(Canvas& canvas, Rect rect);
 
 /// A dotted frame that inverts every second pixel, so that it shows on any
-/// ground. Transparent pixels stay.
+/// ground. On a transparent pixel the dot is black.
 void DrawFocusRect(Canvas& canvas, Rect rect);
 
 /// Engraved text of something that is out of use: `light` moved by (1, 1), then

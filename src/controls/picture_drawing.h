@@ -11,9 +11,9 @@ namespace tarnvale {
 
 struct PictureTreatment {
   /// Pixels of this colour are left out.
-  std::optional<Color> mask;
+  std::optional<Color> mask{};
   /// All pixels take this colour.
-  std::optional<Color> silhouette;
+  std::optional<Color> silhouette{};
   /// With a silhouette: pixels whose channels add up to more than 384 are left
   /// out. This is how a disabled picture is drawn.
   bool threshold = false;

@@ -13,7 +13,7 @@ struct ProgressLook {
   int brush_style = 4;
   bool upright = false;  ///< modes 0 to 2 run from the bottom up
   bool show_text = false;
-  Font font;
+  Font font{};
   const Picture* image = nullptr;  ///< pattern of mode 8
 };
 

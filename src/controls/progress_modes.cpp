@@ -114,7 +114,7 @@ void DrawPlain(ProgressDrawing& d) {
 
 void DrawEtchedFade(ProgressDrawing& d) {
   DrawGradient(d.canvas, BlendToColor(d.color, 140), BlendToColor(d.color, 200),
-               {2, 2, d.Share(d.w - 4, 100.0), d.h - 3}, GradientLines::kColumns);
+               {2, 2, d.Share(d.w - 4, 100.0), d.h - 3}, GradientLines::kRows);
   // Chosen: the edge comes last, so that no gradient lies on it.
   DrawEtchedEdge(d.canvas, ClientRect(d.canvas));
 }
