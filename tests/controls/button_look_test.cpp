@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "controls/button_drawing.h"
-#include "tests/controls/canvas_rows.h"
+#include "tests/support/canvas_rows.h"
 #include "tests/controls/recording_painter.h"
 
 namespace tarnvale::testing {

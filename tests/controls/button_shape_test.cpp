@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/controls/canvas_rows.h"
+#include "tests/support/canvas_rows.h"
 
 namespace tarnvale::testing {
 namespace {

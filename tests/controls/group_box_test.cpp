@@ -8,7 +8,7 @@
 #include "controls/check_box.h"
 #include "controls/group_drawing.h"
 #include "platform/window.h"
-#include "tests/controls/canvas_rows.h"
+#include "tests/support/canvas_rows.h"
 #include "tests/controls/recording_painter.h"
 
 namespace tarnvale::testing {

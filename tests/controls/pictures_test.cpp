@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "tests/controls/canvas_rows.h"
+#include "tests/support/canvas_rows.h"
 #include "tools/pictures/bitmap_font.h"
 #include "tools/pictures/deflate.h"
 #include "tools/pictures/png.h"

@@ -4,7 +4,7 @@
 
 #include "controls/color_math.h"
 #include "controls/system_colors.h"
-#include "tests/controls/canvas_rows.h"
+#include "tests/support/canvas_rows.h"
 #include "tests/controls/recording_painter.h"
 
 namespace tarnvale::testing {
