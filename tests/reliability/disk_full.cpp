@@ -1,0 +1,141 @@
+// A medium that fills up in the middle of a pass.
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+
+#include "tests/platform/linux/host_machine.h"
+#include "tests/reliability/checks.h"
+#include "tests/reliability/workbench.h"
+#include "userdata/file_sync.h"
+
+namespace tarnvale::reliability {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kFiles = 40;
+constexpr std::size_t kOldBytes = 50'000;
+constexpr std::size_t kNewBytes = 150'000;
+// All of the old files fit, not half of the new ones.
+constexpr char kMediumSize[] = "size=3m,mode=700";
+
+void WriteProc(const char* file, const std::string& text) {
+  const int fd = ::open(file, O_WRONLY | O_CLOEXEC);
+  if (fd >= 0) {
+    if (::write(fd, text.data(), text.size()) < 0) std::perror(file);
+    ::close(fd);
+  }
+}
+
+// Mounts that only this process and its children see; ordinary users become
+// their own root for it.
+bool EnterMountNamespace() {
+  if (::unshare(CLONE_NEWNS) == 0) {
+    return ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+  }
+  const uid_t user = ::getuid();
+  const gid_t group = ::getgid();
+  if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
+  WriteProc("/proc/self/setgroups", "deny");
+  WriteProc("/proc/self/uid_map", "0 " + std::to_string(user) + " 1");
+  WriteProc("/proc/self/gid_map", "0 " + std::to_string(group) + " 1");
+  return true;
+}
+
+std::string NameOf(int file) {
+  return "file" + std::to_string(file) + ".dat";
+}
+
+void WriteTree(const fs::path& folder, int generation, std::size_t size_bytes) {
+  fs::create_directories(folder);
+  for (int file = 0; file < kFiles; ++file) {
+    WriteFile(folder / NameOf(file), ContentOf(NameOf(file), generation, size_bytes));
+    fs::last_write_time(folder / NameOf(file),
+                        fs::file_time_type::clock::now() - std::chrono::hours(10 - generation));
+  }
+}
+
+int ErrorOfCopy(const std::function<void()>& copy) {
+  try {
+    copy();
+  } catch (const ProgramError& error) {
+    return error.Number();
+  }
+  return 0;
+}
+
+void CheckTargets(const fs::path& target, Findings& findings) {
+  int old_files = 0;
+  int new_files = 0;
+  for (int file = 0; file < kFiles; ++file) {
+    const auto content = ReadFile(target / NameOf(file));
+    if (content == ContentOf(NameOf(file), 1, kOldBytes)) {
+      ++old_files;
+    } else if (content == ContentOf(NameOf(file), 2, kNewBytes)) {
+      ++new_files;
+    } else {
+      findings.Add(NameOf(file) + " is neither old nor new on the full medium");
+    }
+  }
+  if (old_files == 0 || new_files == 0) findings.Add("the medium wasn't filled in the middle");
+  if (CountTemporaries(target) > 0) findings.Add("a temporary is left on the full medium");
+  std::printf("disk full: %d targets old, %d new, %d temporaries left\n", old_files, new_files,
+              CountTemporaries(target));
+}
+
+// Fills the mounted target by a sync, then by a copy of the tree.
+void FillMedium(const fs::path& work) {
+  Findings findings;
+  const fs::path drive = work / "drive";
+  for (const std::string how : {"sync", "tree copy"}) {
+    WriteTree(drive / "source", 1, kOldBytes);
+    fs::remove_all(drive / "target" / "copy");
+    HostMachine machine(SurroundingsIn(work));
+    FileSystem& files = machine.Parts().files;
+    files.CopyTree("C:\\source", "C:\\target\\copy", {});
+    WriteTree(drive / "source", 2, kNewBytes);
+    const int error = ErrorOfCopy([&] {
+      if (how == "sync") {
+        FileSync(machine.Parts()).SyncFiles("C:\\source", "C:\\target\\copy", false);
+      } else {
+        files.CopyTree("C:\\source", "C:\\target\\copy", {});
+      }
+    });
+    std::printf("disk full: the %s raised %d\n", how.c_str(), error);
+    if (error != kDiskFull) findings.Add("the " + how + " didn't raise 61");
+    CheckTargets(drive / "target" / "copy", findings);
+  }
+  if (findings.Count() > 0) throw std::runtime_error("the medium that is full was handled badly");
+}
+
+}  // namespace
+
+int CheckDiskFull() {
+  const WorkFolder work;
+  fs::create_directory(work.Path() / "drive" / "target");
+  try {
+    RunWhole([&] {
+      const fs::path target = work.Path() / "drive" / "target";
+      if (!EnterMountNamespace() ||
+          ::mount("none", target.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, kMediumSize) != 0) {
+        throw std::runtime_error(std::string("COULD NOT BE CHECKED: no small medium can be "
+                                             "mounted here: ") +
+                                 std::strerror(errno));
+      }
+      FillMedium(work.Path());
+    });
+  } catch (const std::runtime_error& error) {
+    std::printf("disk full: FAILED: %s\n", error.what());
+    return 1;
+  }
+  return 0;
+}
+
+}  // namespace tarnvale::reliability
