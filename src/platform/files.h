@@ -105,7 +105,8 @@ class FileSystem {
   /// Creates all folders of a path up to its last backslash. Raises 76, 75, 70.
   virtual void CreateFoldersOf(const Path& path) = 0;
 
-  /// Deletes one file. Raises 53, 70, 75.
+  /// Deletes one file. Raises 53, 75, and 70, also for one that is open in the
+  /// machine's table of open files, which stays.
   virtual void Delete(const Path& file) = 0;
 
   /// Names of the plain files that match the pattern in the last component of

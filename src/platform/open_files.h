@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -42,6 +43,9 @@ class OpenFiles {
   /// Reads up to `count` bytes at the position, which moves on; fewer only at
   /// the end of the file. Raises 52, 54 for an output, 57.
   virtual std::string Read(int number, std::size_t count) = 0;
+  /// As Read, into the caller's memory; returns how many bytes were read. Takes
+  /// no memory of its own, so that a large file is never held twice.
+  virtual std::size_t ReadInto(int number, std::span<std::uint8_t> bytes) = 0;
 
   /// Length of an open file in bytes, with all that was written. Raises 52.
   virtual std::int64_t Length(int number) = 0;

@@ -1,6 +1,9 @@
 // The table of open files: what every host must do.
 #include <gmock/gmock.h>
 
+#include <array>
+#include <cstdint>
+
 #include "tests/hosts/host_under_test.h"
 #include "tests/support/raised.h"
 
@@ -124,6 +127,38 @@ TEST_P(OpenFilesContract, ReadMovesOnAndIsShortOnlyAtTheEnd) {
   EXPECT_EQ(open.Read(1, 4), "4567");
   EXPECT_EQ(open.Read(1, 4), "89");
   EXPECT_EQ(open.Read(1, 4), "");
+}
+
+TEST_P(OpenFilesContract, ReadingIntoMemoryMovesOnAndIsShortOnlyAtTheEnd) {
+  host.Write("C:\\Data\\a.bin", "0123456789");
+  open.OpenBinary(1, "C:\\Data\\a.bin");
+  std::array<std::uint8_t, 6> bytes{};
+  EXPECT_EQ(open.ReadInto(1, bytes), 6U);
+  EXPECT_THAT(bytes, ElementsAre('0', '1', '2', '3', '4', '5'));
+  EXPECT_EQ(open.ReadInto(1, {}), 0U);
+  EXPECT_EQ(open.ReadInto(1, bytes), 4U);
+  EXPECT_THAT(bytes, ElementsAre('6', '7', '8', '9', '4', '5'));
+  EXPECT_EQ(open.ReadInto(1, bytes), 0U);
+}
+
+TEST_P(OpenFilesContract, ReadingIntoMemoryRaises52And54) {
+  std::array<std::uint8_t, 6> bytes{};
+  EXPECT_EQ(RaisedBy([&] { open.ReadInto(7, bytes); }), 52);
+  open.OpenOutput(2, "C:\\Data\\b.txt");
+  EXPECT_EQ(RaisedBy([&] { open.ReadInto(2, bytes); }), 54);
+}
+
+TEST_P(OpenFilesContract, AFileThatIsOpenIsNotDeleted) {
+  host.Write("C:\\Data\\a.bin", "hello");
+  open.OpenBinary(1, "C:\\Data\\a.bin");
+  open.OpenInput(2, "C:\\Data\\a.bin");
+  EXPECT_EQ(RaisedBy([&] { files.Delete("C:\\DATA\\A.BIN"); }), 70);
+  open.Close(1);
+  EXPECT_EQ(RaisedBy([&] { files.Delete("C:\\Data\\a.bin"); }), 70);
+  EXPECT_EQ(host.Content("C:\\Data\\a.bin"), "hello");
+  open.Close(2);
+  files.Delete("C:\\Data\\a.bin");
+  EXPECT_TRUE(host.Names("C:\\Data").empty());
 }
 
 TEST_P(OpenFilesContract, AnInputFileCanBeReadByBytes) {

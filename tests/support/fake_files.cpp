@@ -298,6 +298,7 @@ void FakeFiles::Delete(const Path& file) {
   Enter("Delete", file);
   const NodePtr node = RequireFile(file);
   if (IsReadOnly(*node)) throw ProgramError(kPathFileAccess);
+  if (is_open_ && is_open_(*node)) throw ProgramError(kPermissionDenied);
   Remove(file);
 }
 

@@ -95,6 +95,10 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   /// The file to write to, made when missing. Raises 76, 75 for a folder.
   NodePtr FileForWriting(const Path& file);
   void SetContent(FakeNode& file, std::string content);
+  /// Delete raises 70 for files of which this is true.
+  void RefuseToDelete(std::function<bool(const FakeNode&)> is_open) {
+    is_open_ = std::move(is_open);
+  }
 
  private:
   struct Located {
@@ -114,6 +118,7 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
 
   FakeClock& clock_;
   std::map<char, NodePtr> drives_;
+  std::function<bool(const FakeNode&)> is_open_;
 };
 
 }  // namespace tarnvale::testing

@@ -16,6 +16,13 @@ bool IsReadOnly(const FakeNode& node) {
 
 }  // namespace
 
+FakeOpenFiles::FakeOpenFiles(FakeFiles& files) : files_(files) {
+  files_.RefuseToDelete([this](const FakeNode& node) {
+    return std::any_of(open_.begin(), open_.end(),
+                       [&](const auto& open) { return open.second.node.get() == &node; });
+  });
+}
+
 void FakeOpenFiles::CheckFree(int number) const {
   if (number < 1 || number > kHighestNumber) throw ProgramError(kBadFileNumber);
   if (open_.count(number) != 0) throw ProgramError(kFileAlreadyOpen);
@@ -96,6 +103,12 @@ std::string FakeOpenFiles::Read(int number, std::size_t count) {
   std::string bytes = content.substr(open.position, count);
   open.position += bytes.size();
   return bytes;
+}
+
+std::size_t FakeOpenFiles::ReadInto(int number, std::span<std::uint8_t> bytes) {
+  const std::string read = Read(number, bytes.size());
+  std::copy(read.begin(), read.end(), bytes.begin());
+  return read.size();
 }
 
 std::int64_t FakeOpenFiles::Length(int number) {

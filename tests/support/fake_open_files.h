@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -13,11 +14,11 @@
 
 namespace tarnvale::testing {
 
-/// Writes reach the files at once. A file that was deleted stays open; one on a
-/// removed drive fails with 57.
+/// Writes reach the files at once. A file that a test removed stays open; one on
+/// a removed drive fails with 57.
 class FakeOpenFiles : public OpenFiles, public ScriptedFailures {
  public:
-  explicit FakeOpenFiles(FakeFiles& files) : files_(files) {}
+  explicit FakeOpenFiles(FakeFiles& files);
 
   void OpenInput(int number, const Path& file) override;
   void OpenOutput(int number, const Path& file) override;
@@ -25,6 +26,7 @@ class FakeOpenFiles : public OpenFiles, public ScriptedFailures {
   void Write(int number, std::string_view bytes) override;
   std::string InputItem(int number) override;
   std::string Read(int number, std::size_t count) override;
+  std::size_t ReadInto(int number, std::span<std::uint8_t> bytes) override;
   std::int64_t Length(int number) override;
   void Seek(int number, std::int64_t position) override;
   bool IsOpen(int number) override { return open_.count(number) != 0; }

@@ -261,6 +261,9 @@ void LinuxFiles::Delete(const Path& file) {
   if (!S_ISLNK(located.info.st_mode) && IsReadOnly(located.info)) {
     throw ProgramError(kPathFileAccess);
   }
+  if (open_files_ != nullptr && open_files_->HoldsOpen(located.info)) {
+    throw ProgramError(kPermissionDenied);
+  }
   if (::unlink(located.Native().c_str()) != 0) RaiseNative(errno, Attempt::kChange);
 }
 

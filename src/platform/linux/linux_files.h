@@ -9,6 +9,7 @@
 #include "platform/files.h"
 #include "platform/linux/archive_bit.h"
 #include "platform/linux/atomic_copy.h"
+#include "platform/linux/linux_open_files.h"
 #include "platform/linux/locator.h"
 #include "platform/linux/state_folder.h"
 #include "platform/linux/temporaries.h"
@@ -47,6 +48,10 @@ class LinuxFiles : public FileSystem {
   FolderContents OpenFolder(const Path& folder) override;
   void Flush(const Path& folder) override;
 
+  /// From now on Delete raises 70 for what is open in this table, which must
+  /// live as long. The system itself would let such a file go.
+  void RefuseToDeleteOpen(const LinuxOpenFiles& open_files) { open_files_ = &open_files; }
+
  private:
   enum class Links { kFollow, kKeep };
 
@@ -62,6 +67,7 @@ class LinuxFiles : public FileSystem {
   AtomicCopy copy_;
   ArchiveBit archive_;
   std::unordered_set<std::string> swept_;
+  const LinuxOpenFiles* open_files_ = nullptr;
 };
 
 }  // namespace tarnvale

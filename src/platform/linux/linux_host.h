@@ -36,7 +36,9 @@ class LinuxHost {
         open_files(locator_),
         profiles(locator_, surroundings.state_folder),
         processes(locator_, surroundings.processes),
-        formats(surroundings.locale_name) {}
+        formats(surroundings.locale_name) {
+    files.RefuseToDeleteOpen(open_files);
+  }
   LinuxHost(const LinuxHost&) = delete;
   LinuxHost& operator=(const LinuxHost&) = delete;
 

@@ -78,6 +78,18 @@ LinuxOpenFiles::OpenFile& LinuxOpenFiles::Require(int number) {
   return open->second;
 }
 
+void LinuxOpenFiles::Hold(int number, Descriptor file, Mode mode, bool writable) {
+  struct stat info {};
+  if (::fstat(file.Get(), &info) != 0) throw ProgramError(kDeviceIoError);
+  open_[number] = {std::move(file), mode, writable, 0, info.st_dev, info.st_ino};
+}
+
+bool LinuxOpenFiles::HoldsOpen(const struct stat& info) const {
+  return std::any_of(open_.begin(), open_.end(), [&](const auto& open) {
+    return open.second.inode == info.st_ino && open.second.device == info.st_dev;
+  });
+}
+
 void LinuxOpenFiles::OpenInput(int number, const Path& file) {
   CheckFree(number);
   const Located located = locator_.Find(file);
@@ -86,7 +98,7 @@ void LinuxOpenFiles::OpenInput(int number, const Path& file) {
   struct stat info {};
   if (::fstat(opened.Get(), &info) != 0) RaiseForOpening(errno);
   RequirePlain(info);
-  open_[number] = {std::move(opened), Mode::kInput, false, 0};
+  Hold(number, std::move(opened), Mode::kInput, false);
 }
 
 Located LinuxOpenFiles::LocateForWriting(const Path& file) {
@@ -110,7 +122,7 @@ void LinuxOpenFiles::OpenOutput(int number, const Path& file) {
   Descriptor opened(::open(native.c_str(), O_RDWR | O_CREAT | O_TRUNC | kOpenFlags, 0666));
   if (!opened) RaiseForOpening(errno);
   locator_.NoteFile(located.folder, located.name);
-  open_[number] = {std::move(opened), Mode::kOutput, true, 0};
+  Hold(number, std::move(opened), Mode::kOutput, true);
 }
 
 void LinuxOpenFiles::OpenBinary(int number, const Path& file) {
@@ -127,7 +139,7 @@ void LinuxOpenFiles::OpenBinary(int number, const Path& file) {
   Descriptor opened(::open(native.c_str(), access | kOpenFlags, 0666));
   if (!opened) RaiseForOpening(errno);
   locator_.NoteFile(located.folder, located.name);
-  open_[number] = {std::move(opened), Mode::kBinary, writable, 0};
+  Hold(number, std::move(opened), Mode::kBinary, writable);
 }
 
 void LinuxOpenFiles::Write(int number, std::string_view bytes) {
@@ -163,6 +175,22 @@ std::string LinuxOpenFiles::Read(int number, std::size_t count) {
   std::string bytes = ReadAt(open.file.Get(), open.position, count);
   open.position += static_cast<std::int64_t>(bytes.size());
   return bytes;
+}
+
+std::size_t LinuxOpenFiles::ReadInto(int number, std::span<std::uint8_t> bytes) {
+  OpenFile& open = Require(number);
+  if (open.mode == Mode::kOutput) throw ProgramError(kBadFileMode);
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t got =
+        ::pread(open.file.Get(), bytes.data() + done, bytes.size() - done, open.position);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) throw ProgramError(kDeviceIoError);
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+    open.position += got;
+  }
+  return done;
 }
 
 std::int64_t LinuxOpenFiles::Length(int number) {
