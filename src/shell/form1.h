@@ -54,26 +54,26 @@ class Form1 : public Window {
 
   // The list screen.
   GroupBox GroupBox1;
-  PictureBox Picture1;
-  FolderTree ListTree;  ///< In Picture1.
-  FileList File1;
-  CheckButton Check2;  ///< Filters by Text2.
-  TextBox Text2;
+  PictureBox Picture1;       ///< Holds the tree.
+  FolderTree ListTree;       ///< In Picture1.
+  FileList File1;            ///< The files of the folder.
+  CheckButton Check2;        ///< Filters by Text2.
+  TextBox Text2;             ///< What a shown name must contain.
   CheckButton Check1;        ///< Shows hidden files.
   CheckButton Check3;        ///< Shows system files.
-  CheckButton Check4;        ///< Required: nothing reads it.
+  CheckButton Check4;        ///< "Show Read-Only". Required: nothing reads it.
   CheckButton CheckBox3;     ///< A folder is added with its sub-folders.
   chameleonButton Command4;  ///< Adds the folder of the tree.
   chameleonButton Command5;  ///< Adds the selected files.
   Label ListHeading{TextRole::kStrong};
-  ListBox List1;
+  ListBox List1;             ///< Entries.
   chameleonButton Command1;  ///< Removes the selected items.
   TextBox Text3;             ///< Hidden: the folder chosen in the tree.
 
   // The storage screen.
   GroupBox GroupBox2;
   Label StorageHeading{TextRole::kStrong};
-  PictureBox picBrowse;
+  PictureBox picBrowse;    ///< Holds the tree.
   FolderTree StorageTree;  ///< In picBrowse.
   Label PathLabel;
   TextBox Text1;                     ///< DestinationDir.
@@ -96,7 +96,7 @@ class Form1 : public Window {
 
   // The schedule screen.
   GroupBox GroupBox4;
-  GroupBox GroupBox10;
+  GroupBox GroupBox10;         ///< Frame of the times and days.
   OptionButton Optionbutton1;  ///< ScheduleAt.
   TextBox MaskEdBox1;          ///< AlwaysAtText.
   OptionButton Optionbutton2;  ///< ScheduleEach.
@@ -104,16 +104,16 @@ class Form1 : public Window {
   Label DaysLabel{TextRole::kStrong};
   OptionButton Optionbutton3;            ///< EveryDay.
   std::array<CheckButton, 7> Checkbox2;  ///< WeekDays, Sunday to Saturday.
-  GroupBox GroupBox9;
+  GroupBox GroupBox9;                    ///< Frame of date, time and next run.
   Label DateLabel;
   Label Label58;  ///< The date.
   Label TimeLabel;
   Label Label29;  ///< The time.
   Label NextLabel;
-  Label Label60;  ///< The next run.
-  GroupBox GroupBox8;
+  Label Label60;       ///< The next run.
+  GroupBox GroupBox8;  ///< Frame of the summary.
   Label ItemsLabel;
-  Label ItemCount{TextRole::kValue};
+  Label ItemCount{TextRole::kValue};  ///< How long the list is.
   Label ReportsLabel;
   CheckBox CheckBox11;  ///< AutoReport.
   Label CompressionLabel;
@@ -136,16 +136,16 @@ class Form1 : public Window {
   CheckButton Checkbox1;  ///< SaveLog.
 
   // Controls that timers look after; their screens aren't laid out.
-  PictureBox Picture2;
-  FolderTree RestoreSourceTree;  ///< In Picture2.
-  TextBox Text27;                ///< The backup to restore.
-  PictureBox Picture3;
-  FolderTree RestoreTargetTree;  ///< In Picture3.
-  TextBox Text28;                ///< Where to restore it.
-  XP_ProgressBar XP_ProgressBar3;
-  CheckButton Check6;   ///< AutoCompress.
-  CheckButton Check7;   ///< AutoUpload.
-  CheckButton Check12;  ///< AutoReport.
+  PictureBox Picture2;             ///< Holds the tree.
+  FolderTree RestoreSourceTree;    ///< In Picture2.
+  TextBox Text27;                  ///< The backup to restore.
+  PictureBox Picture3;             ///< Holds the tree.
+  FolderTree RestoreTargetTree;    ///< In Picture3.
+  TextBox Text28;                  ///< Where to restore it.
+  XP_ProgressBar XP_ProgressBar3;  ///< Moves while a backup is restored.
+  CheckButton Check6;              ///< AutoCompress.
+  CheckButton Check7;              ///< AutoUpload.
+  CheckButton Check12;             ///< AutoReport.
 
   // The menu.
   MenuItem mnuMenu{"File"};
