@@ -129,7 +129,7 @@ void LayOutListScreen(Form1& f) {
       {&f.ListTree, &f.Picture1, {0, 0, 250, 232}},
       {&f.File1, screen, {278, 28, 354, 172}},
       {&f.Check2, screen, {278, 208, 170, 24}},
-      {&f.Text2, screen, {456, 208, 192, 24}},
+      {&f.Text2, screen, {456, 208, 176, 24}},
       {&f.Check1, screen, {278, 238, 110, 22}},
       {&f.Check3, screen, {394, 238, 110, 22}},
       {&f.Check4, screen, {506, 238, 126, 22}},
