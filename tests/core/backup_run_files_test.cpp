@@ -212,6 +212,14 @@ INSTANTIATE_TEST_SUITE_P(
                       AttributeCase{"ReadOnly", 1, true, 1}, AttributeCase{"Hidden", 2, true, 2}),
     [](const auto& test) { return std::string(test.param.fact); });
 
+TEST_F(RunFilesLoopTest, ThirtyTwoIsTakenAwayThoughTheArchiveBitIsNotThere) {
+  engine.settings.BackupMode.Incremental = true;
+  AddFile("C:\\Src\\a.txt", "a");
+  machine.files.SetAttributes("C:\\Src\\a.txt", 1);
+  Run();
+  EXPECT_THAT(machine.files.Calls(), ::testing::Contains("SetAttributes C:\\Src\\a.txt -> -31"));
+}
+
 TEST_F(RunFilesLoopTest, TheNextIncrementalRunPassesOverWhatTheLastOneCopied) {
   engine.settings.BackupMode.Incremental = true;
   AddFile("C:\\Src\\a.txt", "a");
