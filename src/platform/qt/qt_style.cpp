@@ -192,6 +192,18 @@ void DrawButton(const QStyleOption& option, QPainter& painter) {
   painter.drawRoundedRect(outline.adjusted(1.5, 1.5, -1.5, -1.5), 1.5, 1.5);
 }
 
+void DrawMenuTitle(const QStyleOption& option, QPainter& painter) {
+  const auto* title = qstyleoption_cast<const QStyleOptionMenuItem*>(&option);
+  if (title == nullptr) return;
+  const bool is_open = Has(option, QStyle::State_Selected);
+  painter.fillRect(option.rect, QColor(is_open ? look::kSelection : look::kGround));
+  const Saved saved(painter);
+  const QRgb usual = Has(option, QStyle::State_Enabled) ? look::kText : look::kTextOff;
+  painter.setPen(QColor(is_open ? look::kField : usual));
+  painter.drawText(option.rect, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine,
+                   title->text);
+}
+
 void DrawTip(const QStyleOption& option, QPainter& painter) {
   painter.fillRect(option.rect, QColor(look::kTip));
   Frame(painter, option.rect, 0xFF6B6B5A);
@@ -267,9 +279,12 @@ void QtStyle::Install() {
 void QtStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                             const QWidget* widget) const {
   switch (element) {
-    case PE_PanelLineEdit:
-      DrawField(*option, *painter);
+    case PE_PanelLineEdit: {
+      // The one inside a combo box stands on the combo box's own field.
+      const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+      if (frame == nullptr || frame->lineWidth > 0) DrawField(*option, *painter);
       return;
+    }
     case PE_FrameLineEdit:
       Frame(*painter, option->rect, FieldFrame(*option));
       return;
@@ -307,6 +322,9 @@ void QtStyle::drawControl(ControlElement element, const QStyleOption* option, QP
   switch (element) {
     case CE_PushButtonBevel:
       DrawButton(*option, *painter);
+      return;
+    case CE_MenuBarItem:
+      DrawMenuTitle(*option, *painter);
       return;
     case CE_MenuBarEmptyArea:
       painter->fillRect(option->rect, QColor(look::kGround));
@@ -394,6 +412,13 @@ QSize QtStyle::sizeFromContents(ContentsType type, const QStyleOption* option, c
     default:
       return wanted;
   }
+}
+
+QPixmap QtStyle::generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
+                                     const QStyleOption* option) const {
+  // A selected row shows by its text.
+  if (mode == QIcon::Selected) return pixmap;
+  return QProxyStyle::generatedIconPixmap(mode, pixmap, option);
 }
 
 int QtStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,

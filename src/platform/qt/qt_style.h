@@ -26,6 +26,8 @@ class QtStyle final : public QProxyStyle {
                        const QWidget* widget) const override;
   QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                          const QWidget* widget) const override;
+  QPixmap generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
+                              const QStyleOption* option) const override;
   int pixelMetric(PixelMetric metric, const QStyleOption* option,
                   const QWidget* widget) const override;
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

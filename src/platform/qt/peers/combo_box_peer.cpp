@@ -9,7 +9,10 @@
 namespace tarnvale {
 
 ComboBoxPeer::ComboBoxPeer(PeerContext& context, ComboBox& combo, QWidget& parent)
-    : Peer(context, combo), combo_(combo), model_(combo.Rows), box_(new QComboBox(&parent)) {
+    : Peer(context, combo),
+      combo_(combo),
+      model_(combo.Rows, context.ending),
+      box_(new QComboBox(&parent)) {
   box_->setEditable(combo_.Editable);
   box_->setInsertPolicy(QComboBox::NoInsert);
   box_->setModel(&model_);

@@ -8,14 +8,18 @@
 
 namespace tarnvale {
 
-FilesModel::FilesModel(const FileList& files)
-    : files_(files), count_(static_cast<int>(files.Rows().size())), icon_(FileIcon()) {}
+FilesModel::FilesModel(const FileList& files, const bool& ending)
+    : files_(files),
+      ending_(ending),
+      count_(static_cast<int>(files.Rows().size())),
+      icon_(FileIcon()) {}
 
 int FilesModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : count_;
 }
 
 QVariant FilesModel::data(const QModelIndex& index, int role) const {
+  if (ending_) return {};
   const auto row = static_cast<std::size_t>(index.row());
   if (row >= files_.Rows().size()) return {};
   if (role == Qt::DisplayRole) return ToQt(files_.Rows()[row]);
@@ -30,7 +34,10 @@ void FilesModel::Reset() {
 }
 
 FileListPeer::FileListPeer(PeerContext& context, FileList& files, QWidget& parent)
-    : Peer(context, files), files_(files), model_(files), view_(MakeRowsView(parent, true)) {
+    : Peer(context, files),
+      files_(files),
+      model_(files, context.ending),
+      view_(MakeRowsView(parent, true)) {
   view_->setModel(&model_);
   Follow(files_.RowsChanged, [this] {
     const QScopedValueRollback showing(is_showing_, true);

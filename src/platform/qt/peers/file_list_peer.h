@@ -11,7 +11,8 @@ namespace tarnvale {
 /// The rows of a FileList for Qt's views.
 class FilesModel final : public QAbstractListModel {
  public:
-  explicit FilesModel(const FileList& files);
+  /// `ending` becomes true when the record may be gone.
+  FilesModel(const FileList& files, const bool& ending);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
@@ -19,6 +20,7 @@ class FilesModel final : public QAbstractListModel {
 
  private:
   const FileList& files_;
+  const bool& ending_;
   int count_;
   QIcon icon_;
 };

@@ -43,7 +43,7 @@ FolderTreePeer::FolderTreePeer(PeerContext& context, FolderTree& tree, QWidget& 
     RequestFrame();
   });
   Follow(tree_.SelectedPath.Changed, [this] { RequestFrame(); });
-  connect(view_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+  connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this] { ReportSelection(); });
   connect(view_, &QTreeView::expanded, this, [this](const QModelIndex& index) {
     // Not in the midst of the view's own work on the rows.
@@ -56,12 +56,20 @@ FolderTreePeer::FolderTreePeer(PeerContext& context, FolderTree& tree, QWidget& 
   connect(view_->verticalScrollBar(), &QScrollBar::valueChanged, this,
           [this] { peek_.start(kPeekDelay); });
   Adopt(view_);
-  if (!tree_.SelectedPath.Get().empty()) RequestFrame();
+  if (tree_.SelectedPath.Get().empty()) return;
+  starts_anew_ = true;
+  OnFrame();
+}
+
+QModelIndex FolderTreePeer::Selected() const {
+  // The current row isn't it: a tree that gets the focus goes to its first row.
+  const QModelIndexList rows = view_->selectionModel()->selectedRows();
+  return rows.isEmpty() ? QModelIndex() : rows.first();
 }
 
 void FolderTreePeer::OnFrame() {
   const Path& path = tree_.SelectedPath.Get();
-  if (!starts_anew_ && model_.PathOf(view_->currentIndex()) == path) return;
+  if (!starts_anew_ && model_.PathOf(Selected()) == path) return;
   starts_anew_ = false;
   const QScopedValueRollback showing(is_showing_, true);
   const QModelIndex index = model_.Find(path);
@@ -80,9 +88,9 @@ void FolderTreePeer::OnFrame() {
 
 void FolderTreePeer::ReportSelection() {
   if (is_showing_) return;
-  const QModelIndex current = view_->currentIndex();
-  if (!current.isValid()) return;
-  Report([&] { tree_.SelectedPath = model_.PathOf(current); });
+  const QModelIndex selected = Selected();
+  if (!selected.isValid()) return;
+  Report([&] { tree_.SelectedPath = model_.PathOf(selected); });
 }
 
 void FolderTreePeer::PeekAtVisible() {

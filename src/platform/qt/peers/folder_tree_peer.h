@@ -17,6 +17,7 @@ class FolderTreePeer final : public Peer {
   void OnFrame() override;
 
  private:
+  QModelIndex Selected() const;
   void ReportSelection();
   void PeekAtVisible();
 

@@ -9,7 +9,7 @@ namespace tarnvale {
 ListBoxPeer::ListBoxPeer(PeerContext& context, ListBox& list, QWidget& parent)
     : Peer(context, list),
       list_(list),
-      model_(list.Rows),
+      model_(list.Rows, context.ending),
       view_(MakeRowsView(parent, list.MultiSelect)) {
   view_->setModel(&model_);
   // While rows come and go the view moves its selection by itself; the record

@@ -96,7 +96,7 @@ void Peer::UpdateName() {
   if (name.isEmpty()) name = ToQt(record_.ToolTip.Get());
   if (name.isEmpty() && label_ != nullptr) name = ToQt(label_->Caption.Get()).trimmed();
   if (name.isEmpty()) name = KindName();
-  FocusWidget().setAccessibleName(name);
+  if (FocusWidget().accessibleName() != name) FocusWidget().setAccessibleName(name);
 }
 
 void Peer::UpdatePointer() {

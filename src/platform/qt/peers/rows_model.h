@@ -15,7 +15,9 @@ namespace tarnvale {
 /// Follows a list row by row, so that a view needn't look at all of them again.
 class RowsModel final : public QAbstractListModel {
  public:
-  explicit RowsModel(TextList& rows) : rows_(rows), count_(static_cast<int>(rows.Count())) {
+  /// `ending` becomes true when the list may be gone.
+  RowsModel(TextList& rows, const bool& ending)
+      : rows_(rows), ending_(ending), count_(static_cast<int>(rows.Count())) {
     subscriptions_.push_back(rows.Appended.Subscribe([this] { Append(); }));
     subscriptions_.push_back(rows.Removed.Subscribe([this](std::size_t at) { Remove(at); }));
     subscriptions_.push_back(rows.Reset.Subscribe([this] { Reset(); }));
@@ -29,7 +31,7 @@ class RowsModel final : public QAbstractListModel {
     return parent.isValid() ? 0 : count_;
   }
   QVariant data(const QModelIndex& index, int role) const override {
-    if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
+    if (ending_ || (role != Qt::DisplayRole && role != Qt::EditRole)) return {};
     return ToQt(rows_.At(static_cast<std::size_t>(index.row())));
   }
 
@@ -57,6 +59,7 @@ class RowsModel final : public QAbstractListModel {
   }
 
   TextList& rows_;
+  const bool& ending_;
   int count_;
   std::vector<Subscription> subscriptions_;
 };

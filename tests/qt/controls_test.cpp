@@ -1,0 +1,212 @@
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCursor>
+#include <QRadioButton>
+
+#include "tests/qt/qt_fixture.h"
+
+namespace tarnvale {
+namespace {
+
+class QtControls : public QtFixture {};
+
+TEST_F(QtControls, ClickingAnOptionPutsTheOthersOfItsGroupOut) {
+  OptionButton first;
+  OptionButton second;
+  OptionGroup group({&first.Value.Target(), &second.Value.Target()});
+  first.Value = true;
+  int clicks = 0;
+  second.Clicked.Listen([&] { ++clicks; });
+  Place(first);
+  Place(second);
+  Show();
+  QTest::mouseClick(&WidgetOf(second), Qt::LeftButton, {}, QPoint(6, 50));
+  EXPECT_TRUE(second.Value);
+  EXPECT_FALSE(first.Value);
+  EXPECT_FALSE(WidgetOf<QRadioButton>(first).isChecked());
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(QtControls, ClickingAnOptionThatIsOnLeavesItOnAndTells) {
+  OptionButton option;
+  option.Value = true;
+  int clicks = 0;
+  option.Clicked.Listen([&] { ++clicks; });
+  Place(option);
+  Show();
+  QTest::mouseClick(&WidgetOf(option), Qt::LeftButton, {}, QPoint(6, 50));
+  EXPECT_TRUE(option.Value);
+  EXPECT_TRUE(WidgetOf<QRadioButton>(option).isChecked());
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(QtControls, AnOptionCanBePutOutByTheProgram) {
+  OptionButton option;
+  option.Value = true;
+  Place(option);
+  Show();
+  option.Value = false;
+  EXPECT_FALSE(WidgetOf<QRadioButton>(option).isChecked());
+}
+
+TEST_F(QtControls, ACheckButtonFollowsBothWays) {
+  CheckButton check;
+  check.Caption = "Show &Hidden";
+  Place(check);
+  Show();
+  auto& widget = WidgetOf<QCheckBox>(check);
+  QTest::keyClick(&widget, Qt::Key_Space);
+  EXPECT_TRUE(check.Value);
+  check.Value = false;
+  EXPECT_FALSE(widget.isChecked());
+}
+
+TEST_F(QtControls, AnAccessKeyTogglesItsCheckButton) {
+  TextBox box;
+  CheckButton check;
+  check.Caption = "Show &Hidden";
+  Place(box);
+  Place(check);
+  Show();
+  QTest::keyClick(&Native(), Qt::Key_H, Qt::AltModifier);
+  EXPECT_TRUE(WaitFor([&] { return check.Value.Get(); }));
+}
+
+TEST_F(QtControls, AComboBoxFollowsBothWays) {
+  ComboBox combo;
+  combo.Rows.Assign({"one", "two", "three"});
+  combo.Text = std::string("two");
+  Place(combo);
+  Show();
+  auto& widget = WidgetOf<QComboBox>(combo);
+  EXPECT_EQ(widget.currentText(), "two");
+  combo.Text = std::string("no row");
+  EXPECT_EQ(widget.currentText(), "no row");
+  widget.setCurrentIndex(2);
+  EXPECT_EQ(combo.Text.Get(), "three");
+}
+
+TEST_F(QtControls, RowsThatComeAndGoLeaveAComboBoxItsText) {
+  ComboBox combo;
+  combo.Editable = false;
+  combo.Text = std::string("two");
+  Place(combo);
+  Show();
+  combo.Rows.Append("one");
+  combo.Rows.Append("two");
+  combo.Rows.RemoveAt(0);
+  EXPECT_EQ(combo.Text.Get(), "two");
+  EXPECT_EQ(WidgetOf<QComboBox>(combo).currentText(), "two");
+}
+
+TEST_F(QtControls, ALinkIsClickedByMouseSpaceAndEnter) {
+  Label link{TextRole::kLink};
+  link.Caption = std::string("Perform A Quick Backup");
+  int clicks = 0;
+  link.Clicked.Listen([&] { ++clicks; });
+  Place(link);
+  Show();
+  QTest::mouseClick(&WidgetOf(link), Qt::LeftButton);
+  QTest::keyClick(&WidgetOf(link), Qt::Key_Space);
+  QTest::keyClick(&WidgetOf(link), Qt::Key_Return);
+  EXPECT_EQ(clicks, 3);
+  EXPECT_EQ(WidgetOf(link).cursor().shape(), Qt::PointingHandCursor);
+  EXPECT_EQ(Accessible(link)->role(), QAccessible::Link);
+}
+
+TEST_F(QtControls, APressThatIsLetGoOutsideIsNoClick) {
+  Label link{TextRole::kLink};
+  int clicks = 0;
+  link.Clicked.Listen([&] { ++clicks; });
+  Place(link);
+  Show();
+  QTest::mousePress(&WidgetOf(link), Qt::LeftButton, {}, QPoint(5, 5));
+  QTest::mouseRelease(&WidgetOf(link), Qt::LeftButton, {}, QPoint(5, 500));
+  EXPECT_EQ(clicks, 0);
+}
+
+TEST_F(QtControls, TheCaptionOfALabelComesToTheScreenWithItsName) {
+  Label label;
+  label.Caption = std::string("before");
+  Place(label);
+  Show();
+  EXPECT_EQ(NameOf(label), "before");
+  label.Caption = std::string("after");
+  EXPECT_TRUE(WaitFor([&] { return NameOf(label) == "after"; }));
+}
+
+TEST_F(QtControls, AFieldIsNamedByTheLabelBeforeIt) {
+  Label label;
+  label.Caption = std::string("Send To: ");
+  TextBox named;
+  TextBox own;
+  own.AccessibleName = "Server";
+  Place(label);
+  Place(named);
+  Place(own);
+  Show();
+  EXPECT_EQ(NameOf(named), "Send To:");
+  EXPECT_EQ(NameOf(own), "Server");
+}
+
+TEST_F(QtControls, EveryControlHasAName) {
+  TextBox box;
+  TextBox memo{TextKind::kMemo};
+  ListBox list;
+  ComboBox combo;
+  FileList file_list{files};
+  FolderTree tree;
+  OptionButton option;
+  option.Caption = "&One";
+  CheckButton check;
+  check.Caption = "Two && Three";
+  const std::vector<Control*> controls{&box,       &memo, &list,   &combo,
+                                       &file_list, &tree, &option, &check};
+  for (Control* control : controls) Place(*control);
+  Show();
+  for (Control* control : controls) EXPECT_NE(NameOf(*control), "");
+  EXPECT_EQ(NameOf(option), "One");
+  EXPECT_EQ(NameOf(check), "Two & Three");
+}
+
+TEST_F(QtControls, VisibleAndEnabledAndToolTipFollowTheRecord) {
+  TextBox box;
+  Place(box);
+  Show();
+  box.Visible = false;
+  EXPECT_TRUE(WidgetOf(box).isHidden());
+  box.Visible = true;
+  box.Enabled = false;
+  EXPECT_TRUE(WidgetOf(box).isVisible());
+  EXPECT_FALSE(WidgetOf(box).isEnabled());
+  box.ToolTip = "Text field for file name";
+  EXPECT_EQ(WidgetOf(box).toolTip(), "Text field for file name");
+}
+
+TEST_F(QtControls, AControlInAHiddenContainerIsUnseen) {
+  PictureBox panel;
+  Label label;
+  window.Place({{&panel, nullptr, {0, 0, 100, 100}}, {&label, &panel, {10, 10, 50, 20}}});
+  Show();
+  EXPECT_EQ(WidgetOf(label).parentWidget(), &WidgetOf(panel));
+  panel.Visible = false;
+  EXPECT_FALSE(WidgetOf(label).isVisible());
+  EXPECT_TRUE(label.Visible);
+}
+
+TEST_F(QtControls, APictureIsShownPixelByPixel) {
+  PictureBox picture;
+  picture.Picture = Raster{2, 1, {0xFF0000FFU, 0xFF00FF00U}};
+  int clicks = 0;
+  picture.Clicked.Listen([&] { ++clicks; });
+  Place(picture);
+  Show();
+  const QImage shown = WidgetOf(picture).grab().toImage();
+  EXPECT_EQ(shown.pixel(0, 0), qRgb(255, 0, 0));
+  EXPECT_EQ(shown.pixel(1, 0), qRgb(0, 255, 0));
+  QTest::mouseClick(&WidgetOf(picture), Qt::LeftButton);
+  EXPECT_EQ(clicks, 1);
+}
+
+}  // namespace
+}  // namespace tarnvale
