@@ -32,7 +32,7 @@ constexpr std::array<Blocks, 14> kBlocks = {{
 }};
 
 void DrawBackground(ButtonDrawing& d) {
-  if (d.look.type == 11) {
+  if (d.look.type == kTransparentButton) {
     d.canvas.BlitDevice(d.look.ground, 0, 0);
   } else {
     d.Fill(d.colors.face);

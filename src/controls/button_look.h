@@ -11,6 +11,9 @@
 
 namespace tarnvale {
 
+/// The type whose ground is what the container shows under the button.
+inline constexpr int kTransparentButton = 11;
+
 enum class ButtonState : int { kNormal = 0, kPressed = 2 };
 
 struct ButtonLook {

@@ -4,7 +4,7 @@
 namespace tarnvale {
 namespace {
 
-constexpr int kEffectiveLight = 8;
+constexpr int kThinLightStep = 8;
 
 EdgeColors ClassicEdges(const ButtonColors& colors) {
   return {colors.highlight, colors.dark, colors.light, colors.shadow};
@@ -21,7 +21,7 @@ void DrawOldFrame(ButtonDrawing& d, const EdgeColors& edges) {
 
 // One line each, one pixel inside the border: a rim of the face stays around it.
 void DrawThinFrame(ButtonDrawing& d, bool pressed) {
-  const Color light = d.Shifted(d.colors.light, kEffectiveLight);
+  const Color light = d.Shifted(d.colors.light, kThinLightStep);
   const Rect frame = Inset(d.client, 1);
   d.canvas.Edge(frame, pressed ? d.colors.shadow : light, pressed ? light : d.colors.shadow);
 }

@@ -7,7 +7,6 @@
 namespace tarnvale {
 namespace {
 
-constexpr int kTransparentType = 11;
 constexpr int kHourglassPointer = 11;
 constexpr int kCustomPointer = 99;
 
@@ -47,7 +46,7 @@ void chameleonButton::TakeGround() {
 }
 
 void chameleonButton::Refresh() {
-  if (ButtonType == kTransparentType) TakeGround();
+  if (ButtonType == kTransparentButton) TakeGround();
   refreshing_ = true;
   RedrawButton(last_state_, Redraw::kForced);
 }
@@ -79,7 +78,7 @@ ButtonLook chameleonButton::TakeLook(ButtonState state) const {
   look.mask_color = TranslateColor(MaskColor);
   look.use_mask_color = UseMaskColor;
   look.use_greyscale = UseGreyscale;
-  if (ButtonType == kTransparentType) look.ground = ground_;
+  if (ButtonType == kTransparentButton) look.ground = ground_;
   return look;
 }
 

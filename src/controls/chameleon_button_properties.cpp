@@ -4,7 +4,6 @@
 namespace tarnvale {
 namespace {
 
-constexpr int kTransparentType = 11;
 constexpr int kCustomPointer = 99;
 
 // Properties that are set together neither tell nor draw one by one. Ends with
@@ -25,7 +24,7 @@ class Quietly {
 void chameleonButton::FollowProperties() {
   // The ground is copied before the drawing that follows the new type.
   ButtonType.Changed.Listen([this] {
-    if (ButtonType == kTransparentType && Visible && refreshing_) TakeGround();
+    if (ButtonType == kTransparentButton && Visible && refreshing_) TakeGround();
     PropertySet("BTYPE");
   });
   Follow(Caption, "TX");
@@ -57,7 +56,11 @@ void chameleonButton::FollowProperties() {
   Follow(HandPointer, "HAND");
   Follow(CheckBoxBehaviour, "CHECK");
   Follow(Value, "VALUE");
-  Visible.Changed.Listen([this] { RedrawButton(last_state_, Redraw::kForced); });
+  Visible.Changed.Listen([this] {
+    // What is hidden lies under no pointer, and hears of no leaving.
+    if (!Visible) OnMouseLeave();
+    RedrawButton(last_state_, Redraw::kForced);
+  });
   DisplayAsDefault.Changed.Listen([this] { RedrawButton(last_state_, Redraw::kForced); });
   Ambient.Changed.Listen([this] {
     if (ColorScheme != 2) RedrawButton(last_state_, Redraw::kForced);

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "controls/button_drawing.h"
-#include "tests/support/canvas_rows.h"
 #include "tests/controls/recording_painter.h"
+#include "tests/support/canvas_rows.h"
 
 namespace tarnvale::testing {
 namespace {

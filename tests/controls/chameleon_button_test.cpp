@@ -348,6 +348,14 @@ TEST_F(ChameleonButtonTest, DrawsNothingWhileHidden) {
   EXPECT_EQ(button.Drawn()->caption, "Export");
 }
 
+TEST_F(ChameleonButtonTest, IsNotHoveredAnymoreWhenItIsHidden) {
+  MoveTo(kInside);
+  button.Visible = false;
+  EXPECT_EQ(events.back(), "MouseOut");
+  button.Visible = true;
+  EXPECT_FALSE(ShowsOver());
+}
+
 TEST(ChameleonButton, DrawsNothingWithoutHeight) {
   chameleonButton button;
   button.OnResize({100, 0});

@@ -8,8 +8,8 @@
 #include "controls/check_box.h"
 #include "controls/group_drawing.h"
 #include "platform/window.h"
-#include "tests/support/canvas_rows.h"
 #include "tests/controls/recording_painter.h"
+#include "tests/support/canvas_rows.h"
 
 namespace tarnvale::testing {
 namespace {

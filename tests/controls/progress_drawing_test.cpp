@@ -4,8 +4,8 @@
 
 #include "controls/color_math.h"
 #include "controls/system_colors.h"
-#include "tests/support/canvas_rows.h"
 #include "tests/controls/recording_painter.h"
+#include "tests/support/canvas_rows.h"
 
 namespace tarnvale::testing {
 namespace {
