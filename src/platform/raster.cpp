@@ -8,7 +8,9 @@ namespace {
 
 constexpr std::uint32_t kOpaque = 0xFF000000U;
 
-bool IsSeen(std::uint32_t pixel) { return pixel >> 24U >= 128; }
+bool IsSeen(std::uint32_t pixel) {
+  return pixel >> 24U >= 128;
+}
 
 // The pixels of one row that lie in an ellipse: from `first` up to and without
 // `end`; empty when both are equal.
@@ -42,12 +44,18 @@ bool HatchHits(int pattern, int x, int y) {
   const bool down = (x - y) % kPeriod == 0;
   const bool up = (x + y) % kPeriod == kPeriod - 1;
   switch (pattern) {
-    case 0: return horizontal;
-    case 1: return vertical;
-    case 2: return down;
-    case 3: return up;
-    case 4: return horizontal || vertical;
-    default: return down || up;
+    case 0:
+      return horizontal;
+    case 1:
+      return vertical;
+    case 2:
+      return down;
+    case 3:
+      return up;
+    case 4:
+      return horizontal || vertical;
+    default:
+      return down || up;
   }
 }
 
