@@ -202,8 +202,9 @@ TEST_F(QtControls, APictureIsShownPixelByPixel) {
   Place(picture);
   Show();
   const QImage shown = WidgetOf(picture).grab().toImage();
-  EXPECT_EQ(shown.pixel(0, 0), qRgb(255, 0, 0));
-  EXPECT_EQ(shown.pixel(1, 0), qRgb(0, 255, 0));
+  const int scale = static_cast<int>(shown.devicePixelRatio());
+  EXPECT_EQ(shown.pixel(scale - 1, scale - 1), qRgb(255, 0, 0));
+  EXPECT_EQ(shown.pixel(scale, 0), qRgb(0, 255, 0));
   QTest::mouseClick(&WidgetOf(picture), Qt::LeftButton);
   EXPECT_EQ(clicks, 1);
 }

@@ -155,8 +155,9 @@ TEST_F(QtDrawn, ShowsItsDrawingAndItsParentWhereItIsClear) {
   EXPECT_EQ(drawn.size, (Size{200, 100}));
   const QImage shown = Native().grab().toImage();
   const QPoint corner = WidgetOf(drawn).mapTo(&Native(), QPoint(0, 0));
-  EXPECT_EQ(shown.pixel(corner + QPoint(5, 5)), qRgb(255, 0, 0));
-  EXPECT_EQ(shown.pixel(corner + QPoint(50, 50)), shown.pixel(2, 2));
+  const int scale = static_cast<int>(shown.devicePixelRatio());
+  EXPECT_EQ(shown.pixel((corner + QPoint(5, 5)) * scale), qRgb(255, 0, 0));
+  EXPECT_EQ(shown.pixel((corner + QPoint(50, 50)) * scale), shown.pixel(2, 2));
 }
 
 TEST_F(QtDrawn, DrawsAtTheDisplaysScale) {

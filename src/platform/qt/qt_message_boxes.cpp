@@ -1,6 +1,7 @@
 #include "platform/qt/qt_message_boxes.h"
 
 #include <QApplication>
+#include <QLayout>
 #include <QMessageBox>
 
 #include "platform/qt/qt_pictures.h"
@@ -67,6 +68,9 @@ BoxAnswer QtMessageBoxes::Show(const BoxRequest& request) {
   box.setStandardButtons(ButtonsOf(request.buttons));
   box.setEscapeButton(EscapeOf(request.buttons));
   box.setWindowModality(Qt::ApplicationModal);
+  box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                     Qt::WindowCloseButtonHint);
+  box.layout()->setContentsMargins(18, 16, 18, 14);
   if (request.icon != BoxIcon::kNone) {
     box.setIconPixmap(BoxPicture(request.icon, box.devicePixelRatioF()));
   }
