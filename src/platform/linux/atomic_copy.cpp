@@ -77,6 +77,20 @@ bool GoesWithCopy(std::string_view name) {
   return name.substr(0, 5) == "user." || name.substr(0, 17) == "system.posix_acl_";
 }
 
+// Both extended attributes and content can be written, whatever comes later.
+mode_t CreationMode(const struct stat& source) {
+  return (source.st_mode & 0777) | S_IRUSR | S_IWUSR;
+}
+
+bool LinkNameless(int file, NativeSpot target) {
+  if (::linkat(file, "", target.folder_fd, target.path, AT_EMPTY_PATH) == 0) return true;
+  if (errno == EEXIST) return false;
+  // Older kernels allow that to the superuser only.
+  const std::string file_link = "/proc/self/fd/" + std::to_string(file);
+  return ::linkat(AT_FDCWD, file_link.c_str(), target.folder_fd, target.path, AT_SYMLINK_FOLLOW) ==
+         0;
+}
+
 mode_t PermissionsFor(const struct stat& source, const struct stat& copy) {
   // The marks that lend the owner's rights hold for the same owner only.
   const bool same_owner = source.st_uid == copy.st_uid && source.st_gid == copy.st_gid;
@@ -138,13 +152,36 @@ NativeSpot AtomicCopy::TemporaryFor(const CopyTarget& target) {
 }
 
 void AtomicCopy::CopyFile(NativeSpot source, const CopyTarget& target) {
-  struct stat info {};
-  Descriptor from = OpenSource(source, info);
+  Source from;
+  from.file = OpenSource(source, from.info);
+  if (target.is_new && CopyNameless(from, target)) return;
+  CopyNamed(from, target);
+}
+
+// Writes a file that has no name until it is whole: nothing is left of it
+// wherever the process ends, and it is faster than a temporary name. False when
+// the medium knows no such files, or when something has the name by now.
+bool AtomicCopy::CopyNameless(const Source& source, const CopyTarget& target) {
+  const bool absolute = target.spot.folder_fd == AT_FDCWD;
+  const std::string folder = absolute ? target.folder + "/." : ".";
+  const int flags = O_WRONLY | O_TMPFILE | O_CLOEXEC;
+  Descriptor to(::openat(target.spot.folder_fd, folder.c_str(), flags, CreationMode(source.info)));
+  if (!to) return false;
+  CopyData(source.file.Get(), to.Get(), source.info);
+  CopyProperties(source.file.Get(), to.Get(), source.info);
+  if (!LinkNameless(to.Get(), target.spot)) return false;
+  if (!to.Close()) RaiseNative(errno, Attempt::kChange);
+  return true;
+}
+
+void AtomicCopy::CopyNamed(const Source& source, const CopyTarget& target) {
   const NativeSpot spot = TemporaryFor(target);
-  Descriptor to = CreateTemporary(spot, (info.st_mode & 0777) | S_IRUSR | S_IWUSR);
+  Descriptor to = CreateTemporary(spot, CreationMode(source.info));
   Provisional provisional(spot);
-  CopyData(from.Get(), to.Get(), info);
-  CopyProperties(from.Get(), to.Get(), info);
+  // It may have been read before.
+  if (target.is_new) ::lseek(source.file.Get(), 0, SEEK_SET);
+  CopyData(source.file.Get(), to.Get(), source.info);
+  CopyProperties(source.file.Get(), to.Get(), source.info);
   if (!to.Close()) RaiseNative(errno, Attempt::kChange);
   provisional.RenameTo(target.spot);
 }

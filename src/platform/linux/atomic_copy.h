@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "platform/linux/descriptor.h"
 #include "platform/linux/temporaries.h"
 
 namespace tarnvale {
@@ -21,6 +22,8 @@ struct CopyTarget {
   NativeSpot spot;
   /// The native folder that it lies in, absolute.
   const std::string& folder;
+  /// Nothing has this name yet, as far as is known.
+  bool is_new = false;
 };
 
 /// Whether a copy from something with the properties `source` may replace what
@@ -47,6 +50,13 @@ class AtomicCopy {
   void CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target);
 
  private:
+  struct Source {
+    Descriptor file;
+    struct stat info {};
+  };
+
+  static bool CopyNameless(const Source& source, const CopyTarget& target);
+  void CopyNamed(const Source& source, const CopyTarget& target);
   NativeSpot TemporaryFor(const CopyTarget& target);
 
   Temporaries& temporaries_;

@@ -171,7 +171,7 @@ void LinuxFiles::Copy(const Path& source, const Path& target, Links links) {
   if (to.found && !MayReplace(from.info, to.info)) return;
   SweepOnce(to.folder);
   const std::string target_native = to.Native();
-  const CopyTarget spot{{AT_FDCWD, target_native.c_str()}, to.folder};
+  const CopyTarget spot{{AT_FDCWD, target_native.c_str()}, to.folder, !to.found};
   if (as_link) {
     copy_.CopyLink({AT_FDCWD, source_native.c_str()}, from.info, spot);
   } else {

@@ -165,8 +165,8 @@ void TreeCopy::CopyFiles(int source_fd, const SourceNames& source, const TargetF
 void TreeCopy::CopyOne(int source_fd, const SourceFile& file, const TargetFolder& target,
                        const std::string& target_name) {
   const NativeSpot from{source_fd, file.name.c_str()};
-  const CopyTarget to{{target.fd.Get(), target_name.c_str()}, target.path};
   const bool exists = target.names.all.contains(target_name);
+  const CopyTarget to{{target.fd.Get(), target_name.c_str()}, target.path, !exists};
   struct stat info {};
   if ((exists || file.is_link) &&
       ::fstatat(source_fd, from.path, &info, AT_SYMLINK_NOFOLLOW) != 0) {

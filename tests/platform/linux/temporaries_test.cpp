@@ -114,12 +114,14 @@ TEST_F(TemporariesTest, CopiesWorkWithoutAStateFolder) {
   Write("state_is_a_file", "");
   LinuxFiles stateless(root_, Native("state_is_a_file"));
   Write("source", "content");
+  Write("target", "old");
   stateless.CopyWhole("C:\\source", "C:\\target");
   EXPECT_EQ(Read("target"), "content");
 }
 
 TEST_F(TemporariesTest, NothingIsLeftInTheStateFolderAfterAnOrderlyEnd) {
   Write("source", "content");
+  Write("target", "old");
   {
     LinuxFiles run(root_, state_);
     run.CopyWhole("C:\\source", "C:\\target");
