@@ -36,6 +36,17 @@ std::string Without(std::string_view text, std::string_view part) {
   return rest;
 }
 
+// Whether a drive stands in a name: a part of it that is a letter and a colon.
+bool HoldsDrive(std::string_view name) {
+  for (auto colon = name.find(':'); colon != std::string_view::npos;
+       colon = name.find(':', colon + 1)) {
+    const bool starts = colon == 1 || (colon > 1 && name[colon - 2] == '\\');
+    const bool ends = colon + 1 == name.size() || name[colon + 1] == '\\';
+    if (starts && ends && name[colon - 1] != '\\') return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 usercontrol11::usercontrol11(Machine& machine, std::function<void(ArchiveStatus)> on_status)
@@ -141,7 +152,15 @@ void usercontrol11::CompressStage(const Path& stage, const Path& archive) {
   machine_.files.Delete(stage);
 }
 
-// Required: names are taken as they stand; nothing keeps them in the folder.
+// Required: names are taken as they stand; nothing keeps them in the folder. One
+// with a drive in it makes no path, also where the system would take it for one.
+Path usercontrol11::PathOfEntry(const Path& target_folder, const ContainerRecord& record) {
+  if (HoldsDrive(record.name)) throw ProgramError(kPathNotFound);
+  const Path file = target_folder + record.name;
+  machine_.files.CreateFoldersOf(file);
+  return file;
+}
+
 void usercontrol11::WriteEntry(const Path& file, const ContainerRecord& record) {
   const int number = FreeFileNumber(machine_.open_files);
   machine_.open_files.OpenOutput(number, file);
@@ -169,9 +188,8 @@ std::int32_t usercontrol11::ExtractFilesFromArchiv(const Path& archive, const Pa
   ContainerRecord record;
   for (std::int32_t done = 0; done < count;) {
     reader.ReadRecord(record);
-    const Path file = target + record.name;
+    const Path file = PathOfEntry(target, record);
     const SplitName split = SplitAtLastBackslash(file);
-    machine_.files.CreateFoldersOf(file);
     ExtractingFileFromArchive.Emit(split.file, split.folder,
                                    ToInt32(static_cast<std::int64_t>(record.content.Size())));
     WriteEntry(file, record);
@@ -215,9 +233,7 @@ bool usercontrol11::ExtractNamed(ContainerReader& reader, const std::string& ent
   for (std::int32_t i = 0; i < count; ++i) {
     reader.ReadRecord(record);
     if (EqualIgnoringCase(entry_name, record.name)) {
-      const Path file = target_folder + record.name;
-      machine_.files.CreateFoldersOf(SplitAtLastBackslash(file).folder);
-      WriteEntry(file, record);
+      WriteEntry(PathOfEntry(target_folder, record), record);
       return true;
     }
     machine_.loop.Yield();

@@ -1,0 +1,94 @@
+// Archives on real files.
+#include <gmock/gmock.h>
+
+#include "compression/archive.h"
+#include "tests/hosts/linux_stage.h"
+#include "tests/support/fake_machine.h"
+#include "tests/support/raised.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using ::testing::ElementsAre;
+
+class ArchiveOnLinuxTest : public LinuxStage {
+ protected:
+  ArchiveOnLinuxTest() {
+    std::filesystem::create_directories(OnDrive("Data/sub"));
+    std::filesystem::create_directories(OnDrive("Data/.private"));
+    std::filesystem::create_directories(OnDrive("Store"));
+    WriteNative(OnDrive("Data/a.txt"), "hi");
+    WriteNative(OnDrive("Data/sub/b.txt"), std::string(300000, 'b') + "end");
+    WriteNative(OnDrive("Data/.hidden"), "secret");
+    WriteNative(OnDrive("Data/.private/c.txt"), "secret");
+  }
+
+  FakeMachine fake;
+  LinuxHost host{surroundings};
+  Machine machine{host.files,  host.open_files, host.profiles, host.processes, host.clock,
+                  host.random, host.formats,    fake.loop,     fake.boxes,     fake.desktop};
+  usercontrol11 archiver{machine};
+  const Path archive = "C:\\Store\\a.tvz";
+};
+
+TEST_F(ArchiveOnLinuxTest, ATreeComesBackWithoutWhatIsHidden) {
+  EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data", archive, true), 2);
+  EXPECT_THAT(NativeNames(OnDrive("Store")), ElementsAre("a.tvz"));
+  EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Out", true), 2);
+  EXPECT_THAT(NativeNames(OnDrive("Out")), ElementsAre("a.txt", "sub"));
+  EXPECT_EQ(ReadNative(OnDrive("Out/a.txt")), "hi");
+  EXPECT_TRUE(ReadNative(OnDrive("Out/sub/b.txt")) == std::string(300000, 'b') + "end");
+  EXPECT_THAT(NativeNames(OnDrive("Store")), ElementsAre("a.tvz"));
+}
+
+TEST_F(ArchiveOnLinuxTest, AfterAnEntryWasFoundTheNextOperationFailsThoughTheSystemWouldNot) {
+  archiver.SaveFilesToArchiv("C:\\Data", archive, true);
+  Path out = "C:\\Out";
+  archiver.ExtractFile(archive, "A.TXT", out, true);
+  EXPECT_EQ(ReadNative(OnDrive("Out/a.txt")), "hi");
+  EXPECT_THAT(NativeNames(OnDrive("Store")), ElementsAre("a.tvz", "a.tvz.tmp"));
+  EXPECT_EQ(RaisedBy([&] { archiver.ReadFiles(archive, true); }), 70);
+  EXPECT_EQ(RaisedBy([&] { archiver.ExtractFilesFromArchiv(archive, "C:\\Out", true); }), 70);
+  EXPECT_EQ(RaisedBy([&] { archiver.ExtractFile(archive, "a.txt", out, true); }), 70);
+  EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Data", archive, true); }), 70);
+  EXPECT_THAT(NativeNames(OnDrive("Store")), ElementsAre("a.tvz", "a.tvz.tmp"));
+}
+
+TEST_F(ArchiveOnLinuxTest, ANewProcessFindsTheLeftStageFileInNobodysWay) {
+  archiver.SaveFilesToArchiv("C:\\Data", archive, true);
+  Path out = "C:\\Out";
+  archiver.ExtractFile(archive, "a.txt", out, true);
+  host.open_files.CloseAll();
+  EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Again", true), 2);
+  EXPECT_THAT(NativeNames(OnDrive("Store")), ElementsAre("a.tvz"));
+}
+
+TEST_F(ArchiveOnLinuxTest, AnEmptyTreeFailsToOpenTheRootAsAFile) {
+  std::filesystem::create_directories(OnDrive("Empty/sub"));
+  EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Empty", archive, true); }), 75);
+  EXPECT_THAT(NativeNames(OnDrive("Store")), ElementsAre("a.tvz.tmp"));
+}
+
+TEST_F(ArchiveOnLinuxTest, NamesThatPointOutsideTheTargetAreFollowed) {
+  WriteNative(OnDrive("Store/bare"), std::string("\1\0\0\0\7\0..\\evil\2\0\0\0hi", 19));
+  EXPECT_EQ(archiver.ExtractFilesFromArchiv("C:\\Store\\bare", "C:\\Out\\deep", false), 1);
+  EXPECT_EQ(ReadNative(OnDrive("Out/evil")), "hi");
+}
+
+TEST_F(ArchiveOnLinuxTest, ANameWithADriveFails) {
+  WriteNative(OnDrive("Store/bare"), std::string("\1\0\0\0\4\0D:\\a\2\0\0\0hi", 16));
+  const auto extract = [&] {
+    archiver.ExtractFilesFromArchiv("C:\\Store\\bare", "C:\\Out", false);
+  };
+  EXPECT_EQ(RaisedBy(extract), 76);
+}
+
+TEST_F(ArchiveOnLinuxTest, AColonInANameIsNoDrive) {
+  WriteNative(OnDrive("Data/a: b.txt"), "colon");
+  EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data", archive, true), 3);
+  EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Out", true), 3);
+  EXPECT_EQ(ReadNative(OnDrive("Out/a: b.txt")), "colon");
+}
+
+}  // namespace
+}  // namespace tarnvale::testing

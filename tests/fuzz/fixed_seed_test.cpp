@@ -1,0 +1,67 @@
+// A short pass of what the fuzzers do, the same at every run.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <vector>
+
+#include "tests/compression/generated_inputs.h"
+#include "tests/fuzz/fuzz_targets.h"
+
+namespace tarnvale::testing {
+namespace {
+
+// Changes some bytes, cuts some off, repeats some.
+Bytes Damage(Bytes bytes, Numbers& numbers) {
+  for (std::size_t hits = 1 + numbers.Below(6); hits > 0 && !bytes.empty(); --hits) {
+    const std::size_t at = numbers.Below(bytes.size());
+    switch (numbers.Below(4)) {
+      case 0:
+        bytes[at] = static_cast<std::uint8_t>(numbers.Below(256));
+        break;
+      case 1:
+        bytes[at] ^= static_cast<std::uint8_t>(1U << numbers.Below(8));
+        break;
+      case 2:
+        bytes.resize(at + 1);
+        break;
+      default:
+        bytes.insert(bytes.end(), bytes[at]);
+        bytes[at] = static_cast<std::uint8_t>(numbers.Below(3) == 0 ? 0xFF : numbers.Below(4));
+    }
+  }
+  return bytes;
+}
+
+void RunSeeds(const std::vector<Bytes>& seeds, int times,
+              const std::function<void(std::span<const std::uint8_t>)>& target) {
+  Numbers numbers(2008);
+  for (const Bytes& seed : seeds) target(seed);
+  for (int i = 0; i < times; ++i) target(Damage(seeds[numbers.Below(seeds.size())], numbers));
+}
+
+TEST(FixedSeedTest, AnyStreamDecodesAsPlainly) {
+  std::vector<Bytes> seeds;
+  for (std::size_t length : {2U, 11U, 100U, 1500U, 4000U}) {
+    seeds.push_back(EncodePlainly(ProseInput(length, length)).bytes);
+    seeds.push_back(EncodePlainly(GenerateInput(length, length, 256)).bytes);
+  }
+  seeds.push_back(EncodePlainly(FibonacciInput(18)).bytes);
+  RunSeeds(seeds, 20000, FuzzDecoding);
+}
+
+TEST(FixedSeedTest, AnyInputEncodesAsPlainlyAndComesBack) {
+  RunSeeds({ProseInput(1, 50), ProseInput(2, 3000), FibonacciInput(14), TiedInput(3, 256, 2)}, 3000,
+           FuzzRoundTrip);
+}
+
+TEST(FixedSeedTest, AnyContainerIsReadOrRefused) {
+  const Bytes two{2,   0,   0,    0,   1,   0,   'a', 2, 0, 0, 0,   'h', 'i', 7,   0,  's',
+                  'u', 'b', '\\', 'b', '.', 'c', 5,   0, 0, 0, 'h', 'e', 'l', 'l', 'o'};
+  const Bytes outside{1, 0, 0, 0, 4, 0, '.', '.', '\\', 'x', 1, 0, 0, 0, 'y'};
+  const Bytes none{0, 0, 0, 0};
+  RunSeeds({two, outside, none}, 3000, FuzzContainer);
+}
+
+}  // namespace
+}  // namespace tarnvale::testing

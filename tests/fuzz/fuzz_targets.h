@@ -1,0 +1,18 @@
+// What is done with any bytes whatever. Each aborts when something is wrong.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace tarnvale::testing {
+
+/// Decodes the bytes as a stream: the outcome is the plain coder's.
+void FuzzDecoding(std::span<const std::uint8_t> bytes);
+
+/// Encodes the bytes: the stream is the plain coder's and decodes to the bytes.
+void FuzzRoundTrip(std::span<const std::uint8_t> bytes);
+
+/// Lists and unpacks the bytes as a bare container.
+void FuzzContainer(std::span<const std::uint8_t> bytes);
+
+}  // namespace tarnvale::testing
