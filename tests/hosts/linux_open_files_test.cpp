@@ -74,6 +74,16 @@ TEST_F(LinuxOpenFilesTest, ALinkLeadsToItsFile) {
   EXPECT_TRUE(S_ISLNK(StateOf(OnDrive("Data/link.txt")).st_mode));
 }
 
+TEST_F(LinuxOpenFilesTest, AProgramThatRunsOpensInBinaryForReadingAlone) {
+  const auto program = std::filesystem::read_symlink("/proc/self/exe");
+  ASSERT_EQ(::symlink(program.c_str(), OnDrive("Data/program").c_str()), 0);
+  open.OpenBinary(1, "C:\\Data\\program");
+  EXPECT_EQ(open.Read(1, 4),
+            "\x7F"
+            "ELF");
+  EXPECT_EQ(RaisedBy([&] { open.Write(1, "x"); }), 75);
+}
+
 TEST_F(LinuxOpenFilesTest, NoChildInheritsAnOpenFile) {
   open.OpenOutput(1, "C:\\Data\\a.txt");
   bool found = false;

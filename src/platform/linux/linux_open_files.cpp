@@ -35,6 +35,12 @@ bool IsReadOnly(const struct stat& info) {
   return (info.st_mode & S_IWUSR) == 0;
 }
 
+// Whether a file that can't be opened for writing may still be read: no right, a
+// medium that can't be written to, a program that is running.
+bool RefusesWriting(int error) {
+  return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
+}
+
 // Up to `count` bytes from a position; fewer only at the end of the file.
 std::string ReadAt(int file, std::int64_t position, std::size_t count) {
   constexpr std::size_t kStep = std::size_t{1} << 20U;
@@ -130,13 +136,17 @@ void LinuxOpenFiles::OpenBinary(int number, const Path& file) {
   const Located located = LocateForWriting(file);
   const std::string native = located.Native();
   bool writable = true;
-  struct stat info {};
-  if (located.found && ::stat(native.c_str(), &info) == 0) {
+  struct stat info = located.info;
+  if (located.found && (!S_ISLNK(info.st_mode) || ::stat(native.c_str(), &info) == 0)) {
     RequirePlain(info);
-    writable = !IsReadOnly(info) && ::faccessat(AT_FDCWD, native.c_str(), W_OK, AT_EACCESS) == 0;
+    writable = !IsReadOnly(info);
   }
-  const int access = writable ? O_RDWR | O_CREAT : O_RDONLY;
-  Descriptor opened(::open(native.c_str(), access | kOpenFlags, 0666));
+  Descriptor opened;
+  if (writable) {
+    opened = Descriptor(::open(native.c_str(), O_RDWR | O_CREAT | kOpenFlags, 0666));
+    writable = opened || !located.found || !RefusesWriting(errno);
+  }
+  if (!writable) opened = Descriptor(::open(native.c_str(), O_RDONLY | kOpenFlags));
   if (!opened) RaiseForOpening(errno);
   locator_.NoteFile(located.folder, located.name);
   Hold(number, std::move(opened), Mode::kBinary, writable);
