@@ -258,7 +258,9 @@ Bytes DecodeBits(const PlainStream& stream, std::size_t from, const PlainTable& 
 
 Bytes Decode(const Bytes& bytes, Reporter& report) {
   const PlainStream stream(bytes);
-  const bool marked = (stream.At(0) == 0x48) & (stream.At(1) == 0x45) & (stream.At(3) == 0x0D);
+  const int first = stream.At(0);
+  const int second = stream.At(1);
+  const bool marked = stream.At(3) == 0x0D && first == 0x48 && second == 0x45;
   if (marked && stream.At(2) == 0x30) {
     if (bytes.size() == 4) FailSubscript();
     return {bytes.begin() + 4, bytes.end()};
