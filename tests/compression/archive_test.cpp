@@ -37,6 +37,26 @@ TEST_F(ArchiveTest, ASingleFileGivesTheContainersFieldsInOrder) {
                                                 17));
 }
 
+TEST_F(ArchiveTest, ASingleFileGivesTheDocumentedArchive) {
+  files.Write("C:\\Data\\a.txt", "hi");
+  archiver.SaveFilesToArchiv("C:\\Data", archive, true);
+  EXPECT_EQ(files.Content(archive),
+            std::string("HE3\r"
+                        "\x30"              // checksum
+                        "\x11\x00\x00\x00"  // 17 bytes of container
+                        "\x0A\x00"          // 10 symbols
+                        "\x00\x01\x01\x05\x02\x05\x05\x04"
+                        ".\x04"
+                        "a\x04"
+                        "h\x04"
+                        "i\x04"
+                        "t\x04"
+                        "x\x04"
+                        "\x62\xF8\xDB\xE9\x2C"           // codes
+                        "\x11\x6F\x2F\x2B\x03\xA6\x01",  // payload
+                        43));
+}
+
 TEST_F(ArchiveTest, SavingWithoutCompressionRaisesStatus14TwiceAndNoCompressionDone) {
   MakeTree();
   told.clear();
