@@ -40,11 +40,11 @@ Candidates FindCandidates(const OpenNodes& open, const NodeTable& nodes) {
   std::int32_t w2 = weight(1);
   for (std::size_t i = 2; i < open.count; ++i) {
     const std::int32_t w = weight(i);
-    const bool below_first = w < w1;
-    if (below_first && (w >= w2 || w1 >= w2)) {
+    if (w >= w1 && w >= w2) continue;
+    if (w1 >= w2) {
       found.first = i;
       w1 = w;
-    } else if (below_first || w < w2) {
+    } else {
       found.second = i;
       w2 = w;
     }

@@ -79,15 +79,15 @@ std::uint8_t* WriteHead(std::size_t input_bytes, std::uint8_t checksum, const Co
   return at + (position + 7) / 8;
 }
 
-void WritePayload(std::span<const std::uint8_t> input, const CodeTable& codes, std::uint8_t* to,
-                  PercentReport& report) {
+void WritePayload(std::span<const std::uint8_t> input, const CodeTable& codes,
+                  std::size_t payload_bits, std::uint8_t* to, PercentReport& report) {
   PhaseReports reports(report, {.total = static_cast<double>(input.size()),
                                 .step = 10000,
                                 .scale = 88,
                                 .offset = 5,
                                 .second_offset = 7});
   const PackedCodes packed = PackCodes(codes);
-  PayloadPacker packer(packed, input.size(), to);
+  PayloadPacker packer(packed, {input.size(), payload_bits}, to);
   RunWithReports(reports, input.size(), [&](std::size_t begin, std::size_t end) {
     packer.Add(input.subspan(begin, end - begin));
   });
@@ -118,7 +118,7 @@ void EncodeStream(std::span<const std::uint8_t> input, ByteBuffer& stream, Perce
   const std::size_t size = TableSize(*codes).HeadBytes() + payload_bytes;
   stream.Renew(size, size + kSlackBytes);
   std::uint8_t* const payload = WriteHead(input.size(), ChecksumOf(counts), *codes, stream.Data());
-  WritePayload(input, *codes, payload, report);
+  WritePayload(input, *codes, payload_bits, payload, report);
   if (report.Last() != 100) report.Report(100);
 }
 

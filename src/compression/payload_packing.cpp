@@ -13,9 +13,11 @@ constexpr unsigned kLongestInGroups = 42;
 
 }  // namespace
 
-PayloadPacker::PayloadPacker(const PackedCodes& codes, std::size_t input_bytes, std::uint8_t* to)
+PayloadPacker::PayloadPacker(const PackedCodes& codes, const Size& size, std::uint8_t* to)
     : codes_(codes), cursor_{.to = to} {
-  if (input_bytes >= kWorthPairs && !codes.all_bytes) pairs_.emplace(codes);
+  if (size.input_bytes >= kWorthPairs && !codes.all_bytes) pairs_.emplace(codes);
+  // Eight symbols of 5 bits on the average seldom have more than 56.
+  four_pairs_fit_ = size.payload_bits <= 5 * size.input_bytes;
 }
 
 // At most 57 bits.
@@ -34,7 +36,7 @@ void PayloadPacker::Add(std::span<const std::uint8_t> bytes) {
   } else if (codes_.longest > kLongestInGroups) {
     AddSingly(cursor_, bytes.data(), bytes.data() + bytes.size());
   } else if (pairs_) {
-    AddPairs(bytes);
+    four_pairs_fit_ ? AddPairs<4>(bytes) : AddPairs<3>(bytes);
   } else {
     AddSixes(bytes);
   }
@@ -66,25 +68,29 @@ void PayloadPacker::AddSingly(Cursor& cursor, const std::uint8_t* from,
   }
 }
 
+// Three or four pairs at a time.
+template <unsigned kPairs>
 void PayloadPacker::AddPairs(std::span<const std::uint8_t> bytes) {
   const std::uint8_t* at = bytes.data();
   const std::uint8_t* const end = at + bytes.size();
   const CodeWord* const pairs = pairs_->Words();
   Cursor cursor = cursor_;
   while (end - at >= 8) {
-    const std::uint64_t six = LoadLittle64(at);
-    const CodeWord a = pairs[six & 0xFFFFU];
-    const CodeWord b = pairs[(six >> 16U) & 0xFFFFU];
-    const CodeWord c = pairs[(six >> 32U) & 0xFFFFU];
-    const unsigned length = LengthOf(a + b + c);
+    const std::uint64_t symbols = LoadLittle64(at);
+    const CodeWord a = pairs[symbols & 0xFFFFU];
+    const CodeWord b = pairs[(symbols >> 16U) & 0xFFFFU];
+    const CodeWord c = pairs[(symbols >> 32U) & 0xFFFFU];
+    const CodeWord d = kPairs == 4 ? pairs[symbols >> 48U] : 0;
+    const unsigned length = LengthOf(a + b + c + d);
     if (length <= kMostWordBits) [[likely]] {
-      const unsigned length_a = LengthOf(a);
-      const std::uint64_t tail = BitsOf(b) | (BitsOf(c) << LengthOf(b));
-      cursor.Append(BitsOf(a) | (tail << length_a), length);
+      // Merged as a tree, so that the halves don't wait for one another.
+      const std::uint64_t low = BitsOf(a) | (BitsOf(b) << LengthOf(a));
+      const std::uint64_t high = BitsOf(c) | (BitsOf(d) << LengthOf(c));
+      cursor.Append(low | (high << LengthOf(a + b)), length);
     } else {
-      AddSingly(cursor, at, at + 6);
+      AddSingly(cursor, at, at + 2 * kPairs);
     }
-    at += 6;
+    at += 2 * kPairs;
   }
   AddSingly(cursor, at, end);
   cursor_ = cursor;
@@ -106,7 +112,6 @@ void PayloadPacker::AddSixes(std::span<const std::uint8_t> bytes) {
     const CodeWord second = w2 + w3;
     const unsigned length = LengthOf(first + second + w4 + w5);
     if (length <= kMostWordBits) [[likely]] {
-      // Merged as a tree, so that the halves don't wait for one another.
       const std::uint64_t low = BitsOf(w0) | (BitsOf(w1) << LengthOf(w0));
       const std::uint64_t middle = BitsOf(w2) | (BitsOf(w3) << LengthOf(w2));
       const std::uint64_t high = BitsOf(w4) | (BitsOf(w5) << LengthOf(w4));

@@ -14,9 +14,14 @@ namespace tarnvale {
 /// up to 8 bytes behind the field's end are overwritten with anything.
 class PayloadPacker {
  public:
-  /// `codes` must outlive it; `input_bytes` of the whole input decides which
-  /// tables are worth their making.
-  PayloadPacker(const PackedCodes& codes, std::size_t input_bytes, std::uint8_t* to);
+  /// The whole input's figures decide which way is the fastest.
+  struct Size {
+    std::size_t input_bytes = 0;
+    std::size_t payload_bits = 0;
+  };
+
+  /// `codes` must outlive it.
+  PayloadPacker(const PackedCodes& codes, const Size& size, std::uint8_t* to);
 
   void Add(std::span<const std::uint8_t> bytes);
   /// Writes a last partial byte; returns the end of the field.
@@ -33,12 +38,14 @@ class PayloadPacker {
   };
 
   void AddBytes(std::span<const std::uint8_t> bytes);
+  template <unsigned kPairs>
   void AddPairs(std::span<const std::uint8_t> bytes);
   void AddSixes(std::span<const std::uint8_t> bytes);
   void AddSingly(Cursor& cursor, const std::uint8_t* from, const std::uint8_t* end) const;
 
   const PackedCodes& codes_;
   std::optional<PairTable> pairs_;
+  bool four_pairs_fit_ = false;
   Cursor cursor_;
 };
 

@@ -35,11 +35,11 @@ class PayloadPackingTest : public ::testing::Test {
     return field;
   }
 
-  // In pieces of `piece` bytes, as if the input had `input_bytes` in all.
-  Bytes Packed(const Bytes& input, std::size_t input_bytes, std::size_t piece) const {
+  // In pieces of `piece` bytes, as if the whole input had this size.
+  Bytes Packed(const Bytes& input, const PayloadPacker::Size& size, std::size_t piece) const {
     const PackedCodes packed = PackCodes(*codes);
     Bytes field(input.size() * 7 + 16);
-    PayloadPacker packer(packed, input_bytes, field.data());
+    PayloadPacker packer(packed, size, field.data());
     for (std::size_t at = 0; at < input.size(); at += piece) {
       packer.Add(std::span(input).subspan(at, std::min(piece, input.size() - at)));
     }
@@ -55,10 +55,14 @@ class PayloadPackingTest : public ::testing::Test {
       return bytes;
     }();
     const Bytes expected = PackedPlainly(input);
-    for (const std::size_t input_bytes : {std::size_t{3001}, std::size_t{1} << 20U}) {
+    // Symbols one by one, three pairs at a time, four.
+    const PayloadPacker::Size few{3001, 3001 * 6};
+    const PayloadPacker::Size many{1U << 20U, (1U << 20U) * 6};
+    const PayloadPacker::Size many_short{1U << 20U, (1U << 20U) * 2};
+    for (const auto& size : {few, many, many_short}) {
       for (const std::size_t piece : {1U, 5U, 6U, 7U, 8U, 100U, 3001U}) {
-        EXPECT_TRUE(Packed(input, input_bytes, piece) == expected)
-            << input_bytes << " in pieces of " << piece;
+        EXPECT_TRUE(Packed(input, size, piece) == expected)
+            << size.payload_bits << " bits in pieces of " << piece;
       }
     }
   }
