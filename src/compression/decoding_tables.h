@@ -15,7 +15,7 @@ namespace tarnvale {
 class DecodingTables {
  public:
   /// Bits that one look-up sees.
-  static constexpr unsigned kIndexBits = 11;
+  static constexpr unsigned kIndexBits = 12;
   static constexpr std::size_t kEntries = std::size_t{1} << kIndexBits;
   /// Symbols that one entry can hold.
   static constexpr unsigned kMostSymbols = 6;
@@ -32,7 +32,7 @@ class DecodingTables {
   /// Whether these tables can serve such codes at all.
   static bool CanServe(const CodeTable& codes);
 
-  /// By the next 11 bits: bits used (bits 0 to 7), number of symbols (8 to 15),
+  /// By the next 12 bits: bits used (bits 0 to 7), number of symbols (8 to 15),
   /// and the symbols from bit 16 up. 0 where the first code is longer.
   const std::uint64_t* Entries() const { return entries_.data(); }
 
@@ -42,7 +42,7 @@ class DecodingTables {
     return symbol.length != 0 ? symbol : Long(window);
   }
 
-  /// As First, for a window that begins with a code of more than 11 bits.
+  /// As First, for a window that begins with a code of more than 12 bits.
   Symbol Long(std::uint64_t window) const;
 
   unsigned ShortestCode() const { return shortest_; }

@@ -8,7 +8,7 @@
 namespace tarnvale {
 namespace {
 
-constexpr unsigned kLookUps = 5;  // from one window of 57 bits
+constexpr unsigned kLookUps = 4;  // from one window of 57 bits
 constexpr std::uint64_t kIndexMask = DecodingTables::kEntries - 1;
 
 // Bytes that a step may write behind what it decodes, and bytes of the stream
