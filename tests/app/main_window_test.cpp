@@ -89,7 +89,11 @@ class MainWindowTest : public ::testing::Test {
       if (box == nullptr) return;
       box_text = FromQt(box->text());
       poll->deleteLater();
-      ASSERT_NE(box->button(answer), nullptr) << box_text;
+      if (box->button(answer) == nullptr) {
+        ADD_FAILURE() << "another box: " << box_text;
+        box->reject();
+        return;
+      }
       QTest::mouseClick(box->button(answer), Qt::LeftButton);
     });
     poll->start(5);
@@ -217,6 +221,16 @@ TEST_F(MainWindowTest, ABadIntervalBringsItsBoxAndTheFocusBack) {
   Click(form.Label37);
   EXPECT_EQ(box_text, "An Invalid Interval Has Been Entered.");
   EXPECT_EQ(engine.settings.EachTime, 0);
+}
+
+TEST_F(MainWindowTest, AWindowBroughtUpRightAfterTheStartStaysUp) {
+  ASSERT_TRUE(WaitFor([&] { return NativeWindow().isVisible(); }));
+  // As the task bar does it: without the record.
+  NativeWindow().setWindowState(Qt::WindowActive);
+  // The timers of the first second show the window again.
+  ASSERT_TRUE(WaitFor([&] { return !engine.timers.Number(3).Enabled; }));
+  ASSERT_TRUE(WaitFor([&] { return form.State.Get() == WindowState::kNormal; }));
+  EXPECT_FALSE(NativeWindow().isMinimized());
 }
 
 class PaintCounter : public QObject {

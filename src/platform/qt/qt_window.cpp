@@ -203,11 +203,16 @@ void QtWindow::ApplyFlags() {
 }
 
 void QtWindow::ApplyState() {
-  const bool wants_minimized = record_.State.Get() == WindowState::kMinimized;
-  if (wants_minimized != isMinimized()) {
-    since_state_was_applied_.start();
-    const Qt::WindowStates others = windowState() & ~Qt::WindowMinimized;
-    setWindowState(wants_minimized ? others | Qt::WindowMinimized : others);
+  // Only what the record newly asks for: a window that the user brought up in
+  // the meantime, and whose report is still settling, stays up.
+  if (ordered_state_ != record_.State.Get()) {
+    ordered_state_ = record_.State.Get();
+    const bool wants_minimized = ordered_state_ == WindowState::kMinimized;
+    if (wants_minimized != isMinimized()) {
+      since_state_was_applied_.start();
+      const Qt::WindowStates others = windowState() & ~Qt::WindowMinimized;
+      setWindowState(wants_minimized ? others | Qt::WindowMinimized : others);
+    }
   }
   if (!isVisible()) show();
 }
@@ -277,6 +282,7 @@ void QtWindow::ReportState() {
     settle_.start(kSettleMs);
     return;
   }
+  ordered_state_ = state;
   Report([&] { record_.State = state; });
   TellState();
 }

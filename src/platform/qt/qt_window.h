@@ -8,6 +8,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/qt/peers/peer.h"
@@ -72,6 +73,8 @@ class QtWindow final : public QWidget {
   std::vector<std::unique_ptr<Peer>> peers_;
   std::map<const Control*, Peer*> peer_of_;
   std::vector<Subscription> subscriptions_;
+  /// What the native window was last told to be, or told of itself.
+  std::optional<WindowState> ordered_state_;
   WindowState told_state_ = WindowState::kNormal;
   bool sync_is_requested_ = false;
   bool raise_is_requested_ = false;

@@ -22,7 +22,7 @@ void SelectRows(QItemSelectionModel& selection,
   for (int row = 0; row < count; ++row) {
     if (!is_selected(static_cast<std::size_t>(row))) continue;
     const int first = row;
-    while (row + 1 < count && is_selected(static_cast<std::size_t>(row + 1))) ++row;
+    while (row + 1 < count && is_selected(static_cast<std::size_t>(row) + 1)) ++row;
     wanted.append(QItemSelectionRange(model.index(first, 0), model.index(row, 0)));
   }
   selection.select(wanted, QItemSelectionModel::ClearAndSelect);
