@@ -112,7 +112,7 @@ std::string ProgramOnSearchPath(const std::string& name) {
     const auto end = std::min(rest.find(':'), rest.size());
     const std::string folder(rest.substr(0, end));
     // A relative folder would depend on where the program was started.
-    const std::string candidate = folder + "/" + name;
+    std::string candidate = folder + "/" + name;
     if (candidate.front() == '/' && !folder.empty() && IsProgram(candidate)) return candidate;
     if (end == rest.size()) return {};
     rest.remove_prefix(end + 1);

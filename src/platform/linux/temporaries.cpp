@@ -87,7 +87,7 @@ bool IsTemporaryName(std::string_view name) {
          AreDigits(SlotOf(name));
 }
 
-Temporaries::Temporaries(std::string state_folder)
+Temporaries::Temporaries(const std::string& state_folder)
     : slots_folder_(state_folder + "/copies"),
       mark_(MarkOf(state_folder)),
       slot_(RandomDigits()),

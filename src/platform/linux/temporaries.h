@@ -24,7 +24,7 @@ class Temporaries {
  public:
   /// Deletes what processes that have gone left in work. `state_folder` is a
   /// native folder, made when it is first needed. Raises nothing.
-  explicit Temporaries(std::string state_folder);
+  explicit Temporaries(const std::string& state_folder);
   Temporaries(const Temporaries&) = delete;
   Temporaries& operator=(const Temporaries&) = delete;
   ~Temporaries();
