@@ -156,7 +156,7 @@ void usercontrol11::CompressStage(const Path& stage, const Path& archive) {
 // with a drive in it makes no path, also where the system would take it for one.
 Path usercontrol11::PathOfEntry(const Path& target_folder, const ContainerRecord& record) {
   if (HoldsDrive(record.name)) throw ProgramError(kPathNotFound);
-  const Path file = target_folder + record.name;
+  Path file = target_folder + record.name;
   machine_.files.CreateFoldersOf(file);
   return file;
 }
