@@ -128,6 +128,9 @@ bool Peer::eventFilter(QObject* watched, QEvent* event) {
       return false;
     case QEvent::KeyPress:
       return ReportKey(static_cast<QKeyEvent&>(*event));
+    case QEvent::MouseButtonPress:
+      // The focus came first, and who lost it may have called it back.
+      return record_.TakesFocus() && record_.Owner()->Focused() != &record_;
     default:
       return false;
   }
