@@ -260,5 +260,26 @@ TEST_F(MainWindowTest, AnIdleScreenIsNotDrawnAgain) {
   EXPECT_EQ(paints.count, 0) << "in two seconds of all timers ticking";
 }
 
+TEST_F(MainWindowTest, ARunningBarIsDrawnSixtyTimesASecondAtMost) {
+  BringUp();
+  form.GroupBox4.Visible = false;
+  form.GroupBox3.Visible = true;
+  ASSERT_TRUE(WaitFor([&] { return WidgetOf(form.XP_ProgressBar1).isVisible(); }));
+  PaintCounter paints;
+  WidgetOf(form.XP_ProgressBar1).installEventFilter(&paints);
+  QElapsedTimer since;
+  since.start();
+  int changes = 0;
+  while (since.elapsed() < 1000) {
+    engine.run.CopyBar = ++changes % 100;
+    loop.Yield();
+  }
+  const double seconds = static_cast<double>(since.elapsed()) / 1000;
+  std::printf("a running bar: %.0f changes and %.1f draws a second\n", changes / seconds,
+              paints.count / seconds);
+  EXPECT_GT(paints.count, 0);
+  EXPECT_LE(paints.count / seconds, 61.0);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

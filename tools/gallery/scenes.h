@@ -24,5 +24,7 @@ GallerySheet ButtonPictureSheet();
 GallerySheet ProgressSheet();
 GallerySheet GroupSheet();
 GallerySheet CheckBoxSheet();
+/// The icon in all sizes, on a window, on the task panel and on a dark bar.
+GallerySheet IconSheet();
 
 }  // namespace tarnvale
