@@ -5,7 +5,6 @@
 #include "platform/linux/paths.h"
 #include "platform/qt/qt_host.h"
 #include "shell/form1.h"
-#include "shell/program_icon.h"
 
 namespace tarnvale {
 namespace {
@@ -30,7 +29,6 @@ int RunProgram(int argc, char** argv) {
 
   Engine engine(machine);
   Form1 form(engine);
-  form.Icon = ProgramIcons();
   form.Closed.Listen([&] { desktop.Loop().Quit(0); });
   desktop.Windows().Adopt(form);
 

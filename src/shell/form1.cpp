@@ -1,6 +1,7 @@
 #include "shell/form1.h"
 
 #include "base/numbers.h"
+#include "shell/program_icon.h"
 
 namespace tarnvale {
 
@@ -49,6 +50,7 @@ Form1::Form1(Engine& engine)
 
 void Form1::Load() {
   Machine& machine = engine_.machine();
+  Icon = IconResource("AAA");
   if (engine_.Program_Running()) {
     machine.boxes.Show({.text = "Another Instance Of Tarnvale Is Already Running On This System.",
                         .icon = BoxIcon::kExclamation});

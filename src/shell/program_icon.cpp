@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "base/failure.h"
+
 namespace tarnvale {
 namespace {
 
@@ -89,6 +91,11 @@ std::vector<Raster> ProgramIcons() {
   icons.reserve(kSizes.size());
   for (const int size : kSizes) icons.push_back(DrawProgramIcon(size));
   return icons;
+}
+
+std::vector<Raster> IconResource(std::string_view name) {
+  if (name != "AAA") throw ProgramError(kResourceNotFound);
+  return ProgramIcons();
 }
 
 }  // namespace tarnvale

@@ -1,6 +1,7 @@
 // The program's icon.
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "platform/raster.h"
@@ -12,5 +13,9 @@ Raster DrawProgramIcon(int size_px);
 
 /// The icon in all sizes that a desktop asks for, largest first.
 std::vector<Raster> ProgramIcons();
+
+/// The icon resource of a name, largest size first. "AAA" is the program's own
+/// and the only one; any other name raises 326.
+std::vector<Raster> IconResource(std::string_view name);
 
 }  // namespace tarnvale

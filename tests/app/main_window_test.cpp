@@ -23,7 +23,6 @@
 #include "platform/qt/qt_text.h"
 #include "platform/qt/qt_window_host.h"
 #include "shell/form1.h"
-#include "shell/program_icon.h"
 #include "tests/hosts/temporary_folder.h"
 
 namespace tarnvale::testing {
@@ -40,7 +39,6 @@ class MainWindowTest : public ::testing::Test {
     Write("Work/b.txt", "two");
     std::filesystem::create_directories(Native("Store"));
     loop.Fault.Listen([](const ProgramError& error) { ADD_FAILURE() << error.what(); });
-    form.Icon = ProgramIcons();
     host.Adopt(form);
     form.Load();
   }

@@ -1,3 +1,4 @@
+#include "shell/program_icon.h"
 #include "tests/shell/form1_fixture.h"
 
 namespace tarnvale::testing {
@@ -12,6 +13,11 @@ TEST_F(Form1StartTest, LoadsTheSettingsAndStandsMinimizedButShown) {
   EXPECT_EQ(form.List1.Rows.At(0), "C:\\a.txt");
   EXPECT_EQ(form.State.Get(), WindowState::kMinimized);
   EXPECT_TRUE(form.Visible);
+}
+
+TEST_F(Form1StartTest, TheWindowHasTheProgramsIcon) {
+  form.Load();
+  EXPECT_EQ(form.Icon.Get(), ProgramIcons());
 }
 
 TEST_F(Form1StartTest, TheRunsDestinationIsTheLoadedOne) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/failure.h"
+
 namespace tarnvale {
 namespace {
 
@@ -24,6 +26,16 @@ TEST(ProgramIconTest, IsAMirrorImageLeftToRight) {
     for (int x = 0; x < icon.width / 2; ++x) {
       ASSERT_EQ(icon.At(x, y), icon.At(icon.width - 1 - x, y)) << x << "," << y;
     }
+  }
+}
+
+TEST(ProgramIconTest, IsTheResourceOfItsNameAndTheOnlyOne) {
+  EXPECT_EQ(IconResource("AAA").size(), ProgramIcons().size());
+  try {
+    IconResource("BBB");
+    FAIL() << "a resource that isn't there was found";
+  } catch (const ProgramError& error) {
+    EXPECT_EQ(error.Number(), kResourceNotFound);
   }
 }
 
