@@ -38,10 +38,7 @@ void LayOutTaskPanel(Form1& f) {
   });
 }
 
-void LayOutScheduleScreen(Form1& f) {
-  static constexpr std::array<const char*, 7> kDays = {
-      "Every Sunday",   "Every Monday", "Every Tuesday", "Every Wednesday",
-      "Every Thursday", "Every Friday", "Every Saturday"};
+void CaptionScheduleScreen(Form1& f) {
   f.GroupBox4.Caption = "";
   f.GroupBox10.Caption = "Schedule For A Backup";
   f.Optionbutton1.Caption = "Always At This Time:";
@@ -63,7 +60,13 @@ void LayOutScheduleScreen(Form1& f) {
   f.CheckBox11.AccessibleName = "E-Mail Reports";
   f.CheckBox9.AccessibleName = "Compression Occurs";
   f.CheckBox10.AccessibleName = "FTP Server Upload Occurs";
+}
 
+void LayOutScheduleScreen(Form1& f) {
+  static constexpr std::array<const char*, 7> kDays = {
+      "Every Sunday",   "Every Monday", "Every Tuesday", "Every Wednesday",
+      "Every Thursday", "Every Friday", "Every Saturday"};
+  CaptionScheduleScreen(f);
   Control* screen = &f.GroupBox4;
   Control* schedule = &f.GroupBox10;
   f.Place({
