@@ -14,7 +14,7 @@
 #include <random>
 #include <string>
 
-#include "tests/platform/linux/host_machine.h"
+#include "platform/linux/headless_machine.h"
 #include "userdata/file_sync.h"
 
 namespace {
@@ -80,12 +80,12 @@ tarnvale::LinuxSurroundings Surroundings() {
 }
 
 void Sync(const std::string& first, const std::string& second) {
-  tarnvale::HostMachine machine(Surroundings());
+  tarnvale::HeadlessMachine machine(Surroundings(), tarnvale::kTimersOfProgram);
   tarnvale::FileSync(machine.Parts()).SyncFolders(PathOf(first), PathOf(second), false);
 }
 
 void Flush(const std::string& folder) {
-  tarnvale::HostMachine machine(Surroundings());
+  tarnvale::HeadlessMachine machine(Surroundings(), tarnvale::kTimersOfProgram);
   const auto start = std::chrono::steady_clock::now();
   machine.Parts().files.Flush(PathOf(folder));
   const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;

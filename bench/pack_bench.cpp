@@ -21,29 +21,15 @@
 #include <unistd.h>
 
 #include "compression/archive.h"
-#include "platform/linux/linux_host.h"
+#include "platform/linux/headless_machine.h"
 
 namespace tarnvale {
 namespace {
 
 namespace fs = std::filesystem;
 
-// Nothing ever happens.
-class IdleLoop : public EventLoop {
- public:
-  void Yield() override {}
-  void WaitPass() override {}
-  int Run() override { return 0; }
-  void Quit(int) override {}
-  void Post(std::function<void()>) override {}
-  TimerQueue& Timers() override { return timers_; }
-
- private:
-  TimerQueue timers_{[] { return TimerQueue::Nanoseconds{0}; },
-                     [](const auto& handler) { handler(); }};
-};
-
-class NoBoxes : public MessageBoxes {
+/// A box ends the bench.
+class LoudBoxes : public MessageBoxes {
  public:
   BoxAnswer Show(const BoxRequest& request) override {
     std::fprintf(stderr, "pack_bench: %s\n", request.text.c_str());
@@ -135,13 +121,9 @@ class Contest {
     LinuxSurroundings surroundings;
     surroundings.root = folder_.string();
     surroundings.state_folder = (folder_ / "state").string();
-    LinuxHost host(surroundings);
-    IdleLoop loop;
-    NoBoxes boxes;
-    Desktop desktop;
-    Machine machine{host.files,  host.open_files, host.profiles, host.processes, host.clock,
-                    host.random, host.formats,    loop,          boxes,          desktop};
-    usercontrol11 archiver(machine);
+    LoudBoxes boxes;
+    HeadlessMachine machine(surroundings, boxes);
+    usercontrol11 archiver(machine.Parts());
     if (archiver.SaveFilesToArchiv("C:\\" + tree, "C:\\" + archive + ".tvz", true) != files) {
       std::fprintf(stderr, "pack_bench: not all files were packed\n");
       std::exit(2);

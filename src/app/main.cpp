@@ -20,11 +20,14 @@ void ShowFaults(EventLoop& loop, MessageBoxes& boxes) {
 int RunProgram(int argc, char** argv) {
   LinuxHost system;
   const DrivePaths drive("/");
-  QtHost desktop(argc, argv, system.files,
-                 [&](const std::string& native) { return drive.FromNative(native); });
-  Machine machine{system.files,    system.open_files,     system.profiles, system.processes,
-                  system.clock,    system.random,         system.formats,  desktop.Loop(),
-                  desktop.Boxes(), desktop.Surroundings()};
+  const PathTranslation paths{
+      .to_program = [&](const std::string& native) { return drive.FromNative(native); },
+      .to_native = [&](const Path& path) { return drive.ToNative(path).value_or(std::string()); }};
+  QtHost desktop(argc, argv, system.files, paths);
+  Machine machine{system.files,    system.open_files,      system.profiles,   system.processes,
+                  system.clock,    system.random,          system.formats,    desktop.Loop(),
+                  desktop.Boxes(), desktop.Surroundings(), desktop.Windows(), desktop.Dialogs(),
+                  desktop.Tray()};
   ShowFaults(desktop.Loop(), desktop.Boxes());
 
   Engine engine(machine);

@@ -11,7 +11,7 @@
 #include "platform/files.h"
 #include "platform/geometry.h"
 #include "platform/raster.h"
-#include "platform/text_list.h"
+#include "platform/row_list.h"
 
 namespace tarnvale {
 
@@ -111,16 +111,16 @@ class TextBox : public Control {
 /// A list of rows, of which any number can be selected.
 class ListBox : public Control {
  public:
-  explicit ListBox(TextList& rows) : Rows(rows) { FollowRows(); }
-  ListBox() : own_rows_(std::make_unique<TextList>()), Rows(*own_rows_) { FollowRows(); }
+  explicit ListBox(RowList& rows) : Rows(rows) { FollowRows(); }
+  ListBox() : own_rows_(std::make_unique<RowList>()), Rows(*own_rows_) { FollowRows(); }
   void Accept(ControlVisitor& visitor) override { visitor.Visit(*this); }
   bool TakesFocus() const override { return true; }
 
  private:
-  std::unique_ptr<TextList> own_rows_;
+  std::unique_ptr<RowList> own_rows_;
 
  public:
-  TextList& Rows;
+  RowList& Rows;
   bool MultiSelect = false;
 
   bool IsSelected(std::size_t index) const { return index < selected_.size() && selected_[index]; }
@@ -147,7 +147,7 @@ class ComboBox : public Control {
   bool TakesFocus() const override { return true; }
 
   Bound<std::string> Text;
-  TextList Rows;
+  RowList Rows;
   /// The user can type a text that is no row.
   bool Editable = true;
 };
@@ -270,6 +270,8 @@ class PictureBox : public Control {
   enum class Ground { kWindow, kTaskPanel, kField } Background = Ground::kWindow;
 
   Signal<> Clicked;
+  /// The mouse moved over it; in twips from its upper left corner.
+  Signal<double, double> MouseMove;
 };
 
 }  // namespace tarnvale

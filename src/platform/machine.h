@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/clock.h"
+#include "platform/dialogs.h"
 #include "platform/event_loop.h"
 #include "platform/files.h"
 #include "platform/locale_formats.h"
@@ -10,6 +11,7 @@
 #include "platform/processes.h"
 #include "platform/profile_files.h"
 #include "platform/random_source.h"
+#include "platform/tray.h"
 #include "platform/window.h"
 
 namespace tarnvale {
@@ -26,6 +28,9 @@ struct Machine {
   EventLoop& loop;
   MessageBoxes& boxes;
   Desktop& desktop;
+  WindowHost& windows;
+  FileDialogs& dialogs;
+  NotificationArea& tray;
 };
 
 }  // namespace tarnvale

@@ -129,6 +129,10 @@ class WindowHost {
   /// placements, frame and menus must be complete.
   virtual void Adopt(Window& window) = 0;
 
+  /// Takes the native window of an adopted one away, after the present event.
+  /// The record must live until the host ends.
+  virtual void Drop(Window& window) = 0;
+
   /// Opens a menu at the pointer and returns when it has closed, the chosen
   /// row's Clicked emitted. Yields.
   virtual void PopUp(MenuItem& menu) = 0;

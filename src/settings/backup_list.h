@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/text_list.h"
+#include "platform/row_list.h"
 
 namespace tarnvale {
 
@@ -17,7 +17,7 @@ inline constexpr std::string_view kFolderMarker = "*+++++*";
 ///   C:\Data\a.txt        one file
 ///   C:\Data\*.*          the files of a folder
 ///   C:\Data\*+++++*      a folder with all that is in it
-class BackupList : public TextList {
+class BackupList : public RowList {
  public:
   /// True when an entry equals the text exactly (case counts).
   bool IsInBackupList(std::string_view text) const {

@@ -19,8 +19,10 @@
 
 #include "core/engine.h"
 #include "platform/linux/linux_host.h"
+#include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_window_host.h"
 #include "shell/form1.h"
 #include "tests/hosts/temporary_folder.h"
@@ -117,9 +119,23 @@ class MainWindowTest : public ::testing::Test {
   QtEventLoop loop;
   QtWindowHost host{loop, system.files, [](const std::string& native) { return "C:" + native; }};
   QtMessageBoxes boxes;
-  Machine machine{system.files, system.open_files,  system.profiles, system.processes,
-                  system.clock, system.random,      system.formats,  loop,
-                  boxes,        host.Surroundings()};
+  QtFileDialogs dialogs{host,
+                        {.to_program = [](const std::string& native) { return "C:" + native; },
+                         .to_native = [](const Path&) { return std::string(); }}};
+  QtTray tray{loop};
+  Machine machine{system.files,
+                  system.open_files,
+                  system.profiles,
+                  system.processes,
+                  system.clock,
+                  system.random,
+                  system.formats,
+                  loop,
+                  boxes,
+                  host.Surroundings(),
+                  host,
+                  dialogs,
+                  tray};
   Engine engine{machine};
   Form1 form{engine};
   std::string box_text;

@@ -25,8 +25,9 @@ class ArchiveOnLinuxTest : public LinuxStage {
 
   FakeMachine fake;
   LinuxHost host{surroundings};
-  Machine machine{host.files,  host.open_files, host.profiles, host.processes, host.clock,
-                  host.random, host.formats,    fake.loop,     fake.boxes,     fake.desktop};
+  Machine machine{host.files,   host.open_files, host.profiles, host.processes, host.clock,
+                  host.random,  host.formats,    fake.loop,     fake.boxes,     fake.desktop,
+                  fake.windows, fake.dialogs,    fake.tray};
   usercontrol11 archiver{machine};
   const Path archive = "C:\\Store\\a.tvz";
 };

@@ -64,7 +64,7 @@ class ListBoxTest : public ::testing::Test {
     return selected;
   }
 
-  TextList rows;
+  RowList rows;
   ListBox list{rows};
   int changes = 0;
 };
@@ -140,7 +140,7 @@ TEST_F(ListBoxTest, TheRowsMayOutliveTheList) {
 }
 
 TEST(TextListTest, BeyondTheEndThereIsNothing) {
-  TextList rows;
+  RowList rows;
   rows.Append("a");
   EXPECT_EQ(rows.At(1), "");
   rows.RemoveAt(1);
@@ -148,7 +148,7 @@ TEST(TextListTest, BeyondTheEndThereIsNothing) {
 }
 
 TEST(TextListTest, ChangesAreTold) {
-  TextList rows;
+  RowList rows;
   std::vector<std::string> told;
   rows.Appended.Listen([&] { told.push_back("appended"); });
   rows.Removed.Listen(

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/platform/linux/host_machine.h"
+#include "platform/linux/headless_machine.h"
 #include "tests/reliability/checks.h"
 #include "tests/reliability/workbench.h"
 #include "userdata/file_sync.h"
@@ -134,7 +134,7 @@ class CopyKills {
 }  // namespace
 
 void SyncPass(const LinuxSurroundings& surroundings) {
-  HostMachine machine(surroundings);
+  HeadlessMachine machine(surroundings, kTimersOfProgram);
   FileSync(machine.Parts()).SyncFolders("C:\\source", "C:\\target", false);
 }
 

@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "tests/platform/linux/host_machine.h"
+#include "platform/linux/headless_machine.h"
 #include "tests/reliability/checks.h"
 #include "tests/reliability/workbench.h"
 #include "userdata/file_sync.h"
@@ -97,7 +97,7 @@ void FillMedium(const fs::path& work) {
   for (const std::string how : {"sync", "tree copy"}) {
     WriteTree(drive / "source", 1, kOldBytes);
     fs::remove_all(drive / "target" / "copy");
-    HostMachine machine(SurroundingsIn(work));
+    HeadlessMachine machine(SurroundingsIn(work), kTimersOfProgram);
     FileSystem& files = machine.Parts().files;
     files.CopyTree("C:\\source", "C:\\target\\copy", {});
     WriteTree(drive / "source", 2, kNewBytes);

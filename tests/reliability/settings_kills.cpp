@@ -4,7 +4,7 @@
 #include <random>
 #include <string>
 
-#include "tests/platform/linux/host_machine.h"
+#include "platform/linux/headless_machine.h"
 #include "tests/reliability/checks.h"
 #include "tests/reliability/workbench.h"
 
@@ -24,7 +24,7 @@ std::string ValueOf(int generation, int key) {
 }
 
 void Save(const LinuxSurroundings& surroundings, int generation) {
-  HostMachine machine(surroundings);
+  HeadlessMachine machine(surroundings, kTimersOfProgram);
   ProfileFiles& profiles = machine.Parts().profiles;
   for (int section = 0; section < kSections; ++section) {
     for (int key = 0; key < kKeys; ++key) {

@@ -67,7 +67,8 @@ class RealRun : public ::testing::Test {
                     .locale_name = {}}};
   Machine interfaces{system.files,  system.open_files, system.profiles, machine.processes,
                      machine.clock, machine.random,    machine.formats, machine.loop,
-                     machine.boxes, machine.desktop};
+                     machine.boxes, machine.desktop,   machine.windows, machine.dialogs,
+                     machine.tray};
   Engine engine{interfaces};
 };
 

@@ -64,7 +64,8 @@ class SettingsFixture : public ::testing::Test {
   RecordingProfiles profiles{machine.profiles};
   Machine interfaces{machine.files, machine.open_files, profiles,        machine.processes,
                      machine.clock, machine.random,     machine.formats, machine.loop,
-                     machine.boxes, machine.desktop};
+                     machine.boxes, machine.desktop,    machine.windows, machine.dialogs,
+                     machine.tray};
   BackupSettings settings;
   SettingsStore store{interfaces, settings};
 };

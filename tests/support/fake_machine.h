@@ -8,12 +8,14 @@
 #include "platform/machine.h"
 #include "tests/support/fake_boxes.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/fake_dialogs.h"
 #include "tests/support/fake_files.h"
 #include "tests/support/fake_formats.h"
 #include "tests/support/fake_open_files.h"
 #include "tests/support/fake_processes.h"
 #include "tests/support/fake_profiles.h"
 #include "tests/support/fake_random.h"
+#include "tests/support/fake_windows.h"
 #include "tests/support/manual_loop.h"
 
 namespace tarnvale::testing {
@@ -52,10 +54,13 @@ class FakeMachine {
   FakeFormats formats;
   FakeBoxes boxes{loop};
   Desktop desktop;
+  FakeWindows windows{desktop};
+  FakeDialogs dialogs{loop};
+  FakeTray tray;
 
  private:
-  Machine interfaces_{files,  open_files, profiles, processes, clock,
-                      random, formats,    loop,     boxes,     desktop};
+  Machine interfaces_{files, open_files, profiles, processes, clock,   random, formats,
+                      loop,  boxes,      desktop,  windows,   dialogs, tray};
   std::deque<int> expected_faults_;
 };
 

@@ -11,8 +11,11 @@ QtHost::Preparation::Preparation() {
   QApplication::setQuitOnLastWindowClosed(false);
 }
 
-QtHost::QtHost(int& argc, char** argv, FileSystem& files, ProgramPath program_path)
-    : application_(argc, argv), windows_(loop_, files, std::move(program_path)) {
+QtHost::QtHost(int& argc, char** argv, FileSystem& files, const PathTranslation& paths)
+    : application_(argc, argv),
+      windows_(loop_, files, paths.to_program),
+      dialogs_(windows_, paths),
+      tray_(loop_) {
   QtStyle::Install();
   InstallAccessibility();
 }

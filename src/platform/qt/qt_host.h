@@ -8,26 +8,27 @@
 
 #include "platform/files.h"
 #include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_window_host.h"
 
 namespace tarnvale {
-
-/// Translates a native path into the program's path language.
-using ProgramPath = std::function<Path(const std::string& native)>;
 
 /// Owns Qt's application and everything that the program needs of it. One to a
 /// process; must be destroyed last, or before the windows that it adopted.
 class QtHost {
  public:
-  /// `argc` and `argv` are main's. `files` is what folder trees show;
-  /// `program_path` names dropped files. Both must outlive the host.
-  QtHost(int& argc, char** argv, FileSystem& files, ProgramPath program_path);
+  /// `argc` and `argv` are main's. `files` is what folder trees show
+  /// and must outlive the host.
+  QtHost(int& argc, char** argv, FileSystem& files, const PathTranslation& paths);
 
   EventLoop& Loop() { return loop_; }
   WindowHost& Windows() { return windows_; }
   TextPainter& Text() { return windows_.Text(); }
   MessageBoxes& Boxes() { return boxes_; }
+  FileDialogs& Dialogs() { return dialogs_; }
+  NotificationArea& Tray() { return tray_; }
   Desktop& Surroundings() { return windows_.Surroundings(); }
 
  private:
@@ -41,6 +42,8 @@ class QtHost {
   QtEventLoop loop_;
   QtWindowHost windows_;
   QtMessageBoxes boxes_;
+  QtFileDialogs dialogs_;
+  QtTray tray_;
 };
 
 }  // namespace tarnvale

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QScreen>
 
+#include <algorithm>
+
 #include "platform/qt/qt_menus.h"
 
 namespace tarnvale {
@@ -27,6 +29,17 @@ QtWindowHost::~QtWindowHost() {
 
 void QtWindowHost::Adopt(Window& window) {
   windows_.push_back(std::make_unique<QtWindow>(context_, window, desktop_));
+}
+
+void QtWindowHost::Drop(Window& window) {
+  const auto found = std::find_if(windows_.begin(), windows_.end(),
+                                  [&](const auto& native) { return &native->Record() == &window; });
+  if (found == windows_.end()) return;
+  (*found)->hide();
+  // One of its own events may be under way.
+  found->release()->deleteLater();
+  windows_.erase(found);
+  if (desktop_.ActiveWindow.Get() == &window) desktop_.ActiveWindow = nullptr;
 }
 
 QtWindow* QtWindowHost::NativeOf(const Window& window) const {

@@ -21,6 +21,7 @@ class QtWindowHost final : public WindowHost {
   ~QtWindowHost() override;
 
   void Adopt(Window& window) override;
+  void Drop(Window& window) override;
   void PopUp(MenuItem& menu) override;
   int ScreenWidthTwips() override;
   int ScreenHeightTwips() override;

@@ -1,4 +1,4 @@
-// Rows of a TextList for Qt's views.
+// Rows of a RowList for Qt's views.
 #pragma once
 
 #include <QAbstractListModel>
@@ -8,7 +8,7 @@
 
 #include "base/signal.h"
 #include "platform/qt/qt_text.h"
-#include "platform/text_list.h"
+#include "platform/row_list.h"
 
 namespace tarnvale {
 
@@ -16,7 +16,7 @@ namespace tarnvale {
 class RowsModel final : public QAbstractListModel {
  public:
   /// `ending` becomes true when the list may be gone.
-  RowsModel(TextList& rows, const bool& ending)
+  RowsModel(RowList& rows, const bool& ending)
       : rows_(rows), ending_(ending), count_(static_cast<int>(rows.Count())) {
     subscriptions_.push_back(rows.Appended.Subscribe([this] { Append(); }));
     subscriptions_.push_back(rows.Removed.Subscribe([this](std::size_t at) { Remove(at); }));
@@ -58,7 +58,7 @@ class RowsModel final : public QAbstractListModel {
     after_change();
   }
 
-  TextList& rows_;
+  RowList& rows_;
   const bool& ending_;
   int count_;
   std::vector<Subscription> subscriptions_;

@@ -9,7 +9,7 @@
 
 namespace tarnvale {
 
-class TextList {
+class RowList {
  public:
   std::size_t Count() const { return rows_.size(); }
   /// The row at `index`; an empty text beyond the end.

@@ -1,0 +1,106 @@
+// The real machine without a desktop, for commands and for programs that
+// measure.
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "base/failure.h"
+#include "platform/linux/linux_host.h"
+#include "platform/machine.h"
+
+namespace tarnvale {
+
+/// As many timers as the program has.
+inline constexpr int kTimersOfProgram = 21;
+
+/// A loop whose yields cost what the program's do while nobody touches its
+/// windows.
+class IdleLoop : public EventLoop {
+ public:
+  /// `timers` tick and do nothing.
+  explicit IdleLoop(int timers)
+      : timers_([] { return Now(); }, [this](const auto& handler) { Deliver(handler); }) {
+    for (int i = 0; i < timers; ++i) {
+      ticking_.push_back(std::make_unique<Timer>(timers_, 100 + 50 * i, true));
+    }
+  }
+
+  void Yield() override {
+    constexpr std::chrono::milliseconds kPassInterval{2};
+    const std::chrono::nanoseconds now = Now();
+    if (now - last_pass_ < kPassInterval) return;
+    last_pass_ = now;
+    for (std::deque<std::function<void()>> jobs = std::exchange(jobs_, {}); auto& job : jobs) {
+      Deliver(job);
+    }
+    timers_.RunDue();
+  }
+  void WaitPass() override { Yield(); }
+  int Run() override { return 0; }
+  void Quit(int) override {}
+  void Post(std::function<void()> job) override { jobs_.push_back(std::move(job)); }
+  TimerQueue& Timers() override { return timers_; }
+
+ private:
+  static std::chrono::nanoseconds Now() {
+    return std::chrono::steady_clock::now().time_since_epoch();
+  }
+
+  TimerQueue timers_;
+  std::vector<std::unique_ptr<Timer>> ticking_;
+  std::deque<std::function<void()>> jobs_;
+  std::chrono::nanoseconds last_pass_{};
+};
+
+/// Nobody is there to answer, to look, or to choose: everything raises 5.
+class NoDesktop final : public MessageBoxes,
+                        public WindowHost,
+                        public FileDialogs,
+                        public NotificationArea {
+ public:
+  BoxAnswer Show(const BoxRequest&) override { Refuse(); }
+  void Adopt(Window&) override { Refuse(); }
+  void Drop(Window&) override { Refuse(); }
+  void PopUp(MenuItem&) override { Refuse(); }
+  int ScreenWidthTwips() override { Refuse(); }
+  int ScreenHeightTwips() override { Refuse(); }
+  Desktop& Surroundings() override { return desktop_; }
+  bool ShowOpen(FileDialogRecord&) override { Refuse(); }
+  bool ShowSave(FileDialogRecord&) override { Refuse(); }
+  std::optional<Path> BrowseForFolder(const FolderDialogRecord&) override { Refuse(); }
+  bool Notify(TrayCommand, const TrayRecord&) override { return false; }
+
+ private:
+  [[noreturn]] static void Refuse() { throw ProgramError(kInvalidCall); }
+
+  Desktop desktop_;
+};
+
+/// The machine's own files, processes and clock, and no desktop, but who answers
+/// boxes can be given.
+class HeadlessMachine {
+ public:
+  explicit HeadlessMachine(const LinuxSurroundings& surroundings, int timers = 0)
+      : host_(surroundings), loop_(timers) {}
+  HeadlessMachine(const LinuxSurroundings& surroundings, MessageBoxes& boxes)
+      : host_(surroundings), loop_(0), boxes_(boxes) {}
+
+  Machine& Parts() { return machine_; }
+
+ private:
+  LinuxHost host_;
+  IdleLoop loop_;
+  NoDesktop desktop_;
+  MessageBoxes& boxes_ = desktop_;
+  Machine machine_{
+      host_.files,  host_.open_files, host_.profiles, host_.processes, host_.clock,
+      host_.random, host_.formats,    loop_,          boxes_,          desktop_.Surroundings(),
+      desktop_,     desktop_,         desktop_};
+};
+
+}  // namespace tarnvale

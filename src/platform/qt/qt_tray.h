@@ -1,0 +1,37 @@
+// The notification area of a Linux desktop.
+#pragma once
+
+#include <QSystemTrayIcon>
+#include <QTimer>
+
+#include <memory>
+
+#include "platform/qt/qt_event_loop.h"
+#include "platform/tray.h"
+
+namespace tarnvale {
+
+/// One icon at most, by the desktop's status notifier or, where it has none, by
+/// the X system tray.
+class QtTray final : public NotificationArea {
+ public:
+  /// `loop` must outlive it.
+  explicit QtTray(QtEventLoop& loop);
+  ~QtTray() override;
+
+  bool Notify(TrayCommand command, const TrayRecord& record) override;
+
+ private:
+  void ShowRecord(const TrayRecord& record);
+  void Click(QSystemTrayIcon::ActivationReason reason);
+  void Tell(TrayMessage message);
+  void LearnPresence();
+
+  QtEventLoop& loop_;
+  std::unique_ptr<QSystemTrayIcon> icon_;
+  PictureBox* hook_ = nullptr;
+  /// Areas come and go without a word to those who have no icon in them.
+  QTimer presence_;
+};
+
+}  // namespace tarnvale

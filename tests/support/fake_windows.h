@@ -1,0 +1,67 @@
+// A window host without a display, and a notification area of its own.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <vector>
+
+#include "platform/controls.h"
+#include "platform/tray.h"
+#include "platform/window.h"
+
+namespace tarnvale::testing {
+
+/// Knows which windows there are. A screen of 1024 by 768 pixels.
+class FakeWindows : public WindowHost {
+ public:
+  explicit FakeWindows(Desktop& desktop) : desktop_(desktop) {}
+
+  /// Clicks `row` in the next menu that pops up; null: the menu is left.
+  void ChooseInMenu(MenuItem* row) { choices_.push_back(row); }
+  /// Runs `action` while the next menu is open.
+  void WhileMenuIsOpen(std::function<void()> action) { actions_.push_back(std::move(action)); }
+
+  const std::vector<Window*>& Adopted() const { return adopted_; }
+  /// The menus that popped up, in order.
+  const std::vector<MenuItem*>& PoppedUp() const { return popped_up_; }
+
+  void Adopt(Window& window) override { adopted_.push_back(&window); }
+  void Drop(Window& window) override;
+  void PopUp(MenuItem& menu) override;
+  int ScreenWidthTwips() override { return 1024 * kTwipsPerPixel; }
+  int ScreenHeightTwips() override { return 768 * kTwipsPerPixel; }
+  Desktop& Surroundings() override { return desktop_; }
+
+ private:
+  Desktop& desktop_;
+  std::vector<Window*> adopted_;
+  std::vector<MenuItem*> popped_up_;
+  std::deque<MenuItem*> choices_;
+  std::deque<std::function<void()>> actions_;
+};
+
+/// Keeps at most one icon, and every command that it was sent.
+class FakeTray : public NotificationArea {
+ public:
+  FakeTray() { IsPresent = true; }
+
+  struct Sent {
+    TrayCommand command;
+    TrayRecord record;
+    bool taken;  ///< what Notify answered
+  };
+
+  bool Notify(TrayCommand command, const TrayRecord& record) override;
+
+  bool HasIcon() const { return has_icon_; }
+  const std::vector<Sent>& Log() const { return log_; }
+  /// The mouse does something on the icon.
+  void Mouse(TrayMessage message);
+
+ private:
+  bool has_icon_ = false;
+  TrayRecord shown_;
+  std::vector<Sent> log_;
+};
+
+}  // namespace tarnvale::testing
