@@ -31,6 +31,7 @@ constexpr std::array kKnownErrors = {
     KnownError{kDiskNotReady, "Disk not ready"},
     KnownError{kPathFileAccess, "Path/File access error"},
     KnownError{kPathNotFound, "Path not found"},
+    KnownError{kObjectNotSet, "Object variable or With block variable not set"},
     KnownError{kResourceNotFound, "Resource with identifier not found"},
     KnownError{kInvalidPropertyValue, "Invalid property value"},
 };

@@ -29,6 +29,7 @@ enum RunTimeError : int {
   kDiskNotReady = 71,
   kPathFileAccess = 75,
   kPathNotFound = 76,
+  kObjectNotSet = 91,
   kResourceNotFound = 326,
   kInvalidPropertyValue = 380,
 };

@@ -36,7 +36,12 @@ Form1::Form1(Engine& engine)
       Checkbox1(engine.settings.SaveLog),
       Check6(engine.settings.AutoCompress),
       Check7(engine.settings.AutoUpload),
-      Check12(engine.settings.AutoReport) {
+      Check12(engine.settings.AutoReport),
+      Text5(engine.settings.CompressDir),
+      txtServer(engine.settings.SmtpServer),
+      txtTo(engine.settings.ReportTo),
+      gSysTray(engine.machine(), *this),
+      CommonDialog1(engine.machine()) {
   LayOut(*this);
   WireTicks();
   WireScreens();
@@ -45,6 +50,10 @@ Form1::Form1(Engine& engine)
   WireStorage();
   WireSchedule();
   WireGeneral();
+  WireExchange();
+  WireAdvanced();
+  WireTools();
+  WireTray();
   WireKeys();
 }
 
@@ -57,6 +66,8 @@ void Form1::Load() {
     // Required: no early return; the steps below run to their end.
     dying_ = true;
   }
+  gSysTray.SourceWindow(this);
+  gSysTray.ChangeIcon(Icon);
   focus_done_ = "0";
   File1.Folder = "C:\\";
   engine_.LoadSettings();
@@ -103,13 +114,6 @@ void Form1::SaveSettings(const char* announcement) {
   if (!engine_.SaveUnlessObjected()) return;
   engine_.machine().boxes.Show(
       {.text = announcement, .icon = BoxIcon::kInformation, .title = "Settings Saved"});
-}
-
-// The program doesn't end by its own hand: the companion program ends it.
-void Form1::Exit() {
-  CallHook(engine_.stages.RemoveTrayIcon);
-  Machine& machine = engine_.machine();
-  machine.processes.StartProgram(machine.files.ProgramFolder() + "\\Quit.exe");
 }
 
 }  // namespace tarnvale

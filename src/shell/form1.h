@@ -12,8 +12,11 @@
 #include "controls/group_box.h"
 #include "controls/progress_bar.h"
 #include "core/engine.h"
+#include "dialogs/file_dialog.h"
 #include "platform/controls.h"
 #include "platform/window.h"
+#include "shell/sys_tray.h"
+#include "shell/tool_hooks.h"
 
 namespace tarnvale {
 
@@ -31,6 +34,15 @@ class Form1 : public Window {
   /// for a control without a text.
   void FieldFocus();
 
+  /// The right button on the tray icon: the menu pops up at the pointer.
+  void gSysTray_RButtonUP();
+
+  /// Leaves the program without a question.
+  void Decline();
+
+  /// The windows that its links open.
+  ToolHooks Tools;
+
   /// Shows the window on its schedule screen a second later. Nothing calls it.
   void WizardClose() { engine_.timers.WizardPage().Enabled = true; }
 
@@ -44,6 +56,7 @@ class Form1 : public Window {
   PictureBox TaskPanel;
   Label TasksHeading{TextRole::kHeading};
   Label Label49{TextRole::kLink};  ///< Backs up now.
+  Label Label51{TextRole::kLink};  ///< Restore screen.
   Label WizardHeading{TextRole::kHeading};
   Label Label44{TextRole::kLink};  ///< Schedule screen.
   Label Label37{TextRole::kLink};  ///< List screen.
@@ -51,6 +64,13 @@ class Form1 : public Window {
   Label Label45{TextRole::kLink};  ///< Saves the settings.
   Label FeaturesHeading{TextRole::kHeading};
   Label Label38{TextRole::kLink};  ///< General screen.
+  Label Label39{TextRole::kLink};  ///< Advanced screen.
+  Label ToolsHeading{TextRole::kHeading};
+  Label Label34{TextRole::kLink};  ///< Opens the user data window.
+  Label Label42{TextRole::kLink};  ///< Opens the splitter.
+  Label Label56{TextRole::kLink};  ///< Opens the registry window.
+  Label Label46{TextRole::kLink};  ///< Opens the transfer window.
+  Label Label41{TextRole::kLink};  ///< Opens the compressor on its panel for packing.
 
   // The list screen.
   GroupBox GroupBox1;
@@ -93,6 +113,7 @@ class Form1 : public Window {
   XP_ProgressBar XP_ProgressBar2;  ///< FileBar.
   Label OptionsLabel{TextRole::kStrong};
   Label Label50{TextRole::kLink};  ///< Opens the log.
+  Label Label47{TextRole::kLink};  ///< Opens the compressor.
 
   // The schedule screen.
   GroupBox GroupBox4;
@@ -135,17 +156,56 @@ class Form1 : public Window {
   CheckButton Check5;     ///< ShowAlert.
   CheckButton Checkbox1;  ///< SaveLog.
 
-  // Controls that timers look after; their screens aren't laid out.
-  PictureBox Picture2;             ///< Holds the tree.
-  FolderTree RestoreSourceTree;    ///< In Picture2.
-  TextBox Text27;                  ///< The backup to restore.
-  PictureBox Picture3;             ///< Holds the tree.
-  FolderTree RestoreTargetTree;    ///< In Picture3.
-  TextBox Text28;                  ///< Where to restore it.
-  XP_ProgressBar XP_ProgressBar3;  ///< Moves while a backup is restored.
-  CheckButton Check6;              ///< AutoCompress.
-  CheckButton Check7;              ///< AutoUpload.
-  CheckButton Check12;             ///< AutoReport.
+  Label ExchangeHeading{TextRole::kStrong};
+  chameleonButton chameleonButton2;  ///< Exports the settings.
+  CheckBox CheckBox5;                ///< A file was chosen.
+  Label Label30;
+  CheckBox CheckBox6;  ///< The export went through.
+  Label Label61;
+  chameleonButton chameleonButton3;  ///< Imports settings.
+  CheckBox CheckBox7;                ///< A file was chosen.
+  Label Label63;
+  CheckBox CheckBox8;  ///< The import went through.
+  Label Label62;
+  TextBox Text8;  ///< Hidden: the file exported to.
+  TextBox Text9;  ///< Hidden: the file imported from.
+
+  // The advanced screen.
+  GroupBox GroupBox6;
+  GroupBox GroupBox14;  ///< Frame of what follows a run.
+  CheckButton Check6;   ///< AutoCompress.
+  CheckButton Check7;   ///< AutoUpload.
+  CheckButton Check12;  ///< AutoReport.
+  GroupBox GroupBox11;  ///< Frame of the compression.
+  Label CompressDirLabel;
+  TextBox Text5;                     ///< CompressDir.
+  chameleonButton chameleonButton4;  ///< Browses for Text5.
+  chameleonButton chameleonButton5;  ///< Saves the settings.
+  GroupBox GroupBox13;               ///< Frame of the upload.
+  Label ServerNote{TextRole::kNote};
+  chameleonButton chameleonButton7;  ///< Opens the transfer window.
+  GroupBox GroupBox12;               ///< Frame of the reports.
+  Label ServerLabel;
+  TextBox txtServer;  ///< SmtpServer.
+  Label ToAddressLabel;
+  TextBox txtTo;  ///< ReportTo.
+  Label AddressesNote{TextRole::kNote};
+  chameleonButton chameleonButton6;  ///< Sends a test report.
+
+  // The restore screen.
+  GroupBox GroupBox15;
+  Label RestoreSourceLabel{TextRole::kStrong};
+  PictureBox Picture2;           ///< Holds the tree.
+  FolderTree RestoreSourceTree;  ///< In Picture2.
+  TextBox Text27;                ///< The backup to restore.
+  Label RestoreTargetLabel{TextRole::kStrong};
+  PictureBox Picture3;           ///< Holds the tree.
+  FolderTree RestoreTargetTree;  ///< In Picture3.
+  TextBox Text28;                ///< Where to restore it.
+  Label DeviceNote;
+  Label RestoreStatusLabel{TextRole::kStrong};
+  XP_ProgressBar XP_ProgressBar3;    ///< Moves while a backup is restored.
+  chameleonButton chameleonButton8;  ///< Restores.
 
   // The menu.
   MenuItem mnuMenu{"File"};
@@ -157,7 +217,17 @@ class Form1 : public Window {
   MenuItem mnusave{"Save Settings"};
   MenuItem mnuOptions{"Additional &Features"};
   MenuItem mnusettings{"General && Backup Settings"};
+  MenuItem mnucompauto{"Advanced Auto Settings"};
+  MenuItem mnutools{"Tarnvale &Tools"};
+  MenuItem mnudata{"User Data Applications"};
+  MenuItem mnusplitter{"Tarnvale Splitter"};
+  MenuItem mnuregistry{"Registry Backup Maker"};
+  MenuItem mnuFTP{"Server Upload && Download"};
+  MenuItem mnuCompressor{"Tarnvale Compressor"};
   MenuItem mnuQuit{"&Exit"};
+
+  /// The icon in the notification area.
+  clsSysTray gSysTray;
 
  private:
   friend void LayOut(Form1& form);
@@ -170,14 +240,17 @@ class Form1 : public Window {
   void WireStorage();
   void WireSchedule();
   void WireGeneral();
+  void WireExchange();
+  void WireAdvanced();
+  void WireTools();
+  void WireTray();
   void WireKeys();
 
   void PlaceFirstFocus();
   void OnKey(KeyEvent& event);
 
   // Screens.
-  /// None for a screen that isn't laid out.
-  GroupBox* FrameOf(Screen screen);
+  GroupBox& FrameOf(Screen screen);
   void SwitchTo(Screen shown, const std::vector<Screen>& hidden);
   void SwitchFromMenu(Screen shown, const std::vector<Screen>& hidden);
 
@@ -187,6 +260,12 @@ class Form1 : public Window {
   void RemoveSelectedItems();
   void SelectLocation();
   void SaveSettings(const char* announcement);
+  void PrepareSettingsDialog();
+  void ExportSettings();
+  void ImportSettings();
+  Path SettingsFile() const;
+  void Restore();
+  void AskBeforeClosing(CloseRequest& request);
   void Exit();
   ListScreen ListParts() { return {Text3.Text.Target(), File1, List1}; }
 
@@ -201,6 +280,7 @@ class Form1 : public Window {
   void AllowReport();
   void AllowSyncMode();
 
+  CommonDialog CommonDialog1;
   std::string focus_done_ = "0";
   bool list_has_focus_ = false;
   bool dying_ = false;

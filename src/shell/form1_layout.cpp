@@ -1,6 +1,8 @@
 // Where the controls of the main window stand, and what they say. Places are
 // pixels at 96 dpi from the container's upper left corner; the order of the
 // rows is the tab order.
+#include "shell/form1_layout.h"
+
 #include "shell/form1.h"
 
 namespace tarnvale {
@@ -8,12 +10,11 @@ namespace {
 
 constexpr Size kClient{896, 568};
 constexpr Rect kPanel{0, 0, 224, 568};
-// All screens have the same size and the same place.
-constexpr Rect kScreen{236, 10, 648, 546};
 
 void LayOutTaskPanel(Form1& f) {
   f.TasksHeading.Caption = "Tarnvale Tasks";
   f.Label49.Caption = "Perform A Quick Backup";
+  f.Label51.Caption = "Restore A Selected Backup";
   f.WizardHeading.Caption = "Backup Wizard";
   f.Label44.Caption = "Schedule My Backup Process";
   f.Label37.Caption = "Include Files In My Backup List";
@@ -21,6 +22,13 @@ void LayOutTaskPanel(Form1& f) {
   f.Label45.Caption = "Save My Backup Settings";
   f.FeaturesHeading.Caption = "Additional Features";
   f.Label38.Caption = "General & Backup Settings";
+  f.Label39.Caption = "Advanced Auto Settings";
+  f.ToolsHeading.Caption = "Tarnvale Tools";
+  f.Label34.Caption = "User Data Applications";
+  f.Label42.Caption = "Tarnvale Splitter";
+  f.Label56.Caption = "Registry Backup Maker";
+  f.Label46.Caption = "Server Upload & Download";
+  f.Label41.Caption = "Tarnvale Compressor";
   f.TaskPanel.Background = PictureBox::Ground::kTaskPanel;
 
   Control* panel = &f.TaskPanel;
@@ -28,13 +36,21 @@ void LayOutTaskPanel(Form1& f) {
       {&f.TaskPanel, nullptr, kPanel},
       {&f.TasksHeading, panel, {16, 16, 192, 24}},
       {&f.Label49, panel, {24, 46, 184, 20}},
-      {&f.WizardHeading, panel, {16, 86, 192, 24}},
-      {&f.Label44, panel, {24, 116, 184, 20}},
-      {&f.Label37, panel, {24, 142, 184, 20}},
-      {&f.Label36, panel, {24, 168, 184, 20}},
-      {&f.Label45, panel, {24, 194, 184, 20}},
-      {&f.FeaturesHeading, panel, {16, 234, 192, 24}},
-      {&f.Label38, panel, {24, 264, 184, 20}},
+      {&f.Label51, panel, {24, 72, 184, 20}},
+      {&f.WizardHeading, panel, {16, 112, 192, 24}},
+      {&f.Label44, panel, {24, 142, 184, 20}},
+      {&f.Label37, panel, {24, 168, 184, 20}},
+      {&f.Label36, panel, {24, 194, 184, 20}},
+      {&f.Label45, panel, {24, 220, 184, 20}},
+      {&f.FeaturesHeading, panel, {16, 260, 192, 24}},
+      {&f.Label38, panel, {24, 290, 184, 20}},
+      {&f.Label39, panel, {24, 316, 184, 20}},
+      {&f.ToolsHeading, panel, {16, 356, 192, 24}},
+      {&f.Label34, panel, {24, 386, 184, 20}},
+      {&f.Label42, panel, {24, 412, 184, 20}},
+      {&f.Label56, panel, {24, 438, 184, 20}},
+      {&f.Label46, panel, {24, 464, 184, 20}},
+      {&f.Label41, panel, {24, 490, 184, 20}},
   });
 }
 
@@ -176,6 +192,7 @@ void LayOutProgressScreen(Form1& f) {
   f.XP_ProgressBar2.AccessibleName = "Total Backup Progress";
   f.OptionsLabel.Caption = "More Options:";
   f.Label50.Caption = "Read Log File To Check For Backup Errors And Success";
+  f.Label47.Caption = "Tarnvale Compressor";
   f.XP_ProgressBar1.Scrolling = 9;
   f.XP_ProgressBar2.Scrolling = 9;
 
@@ -194,37 +211,7 @@ void LayOutProgressScreen(Form1& f) {
       {&f.XP_ProgressBar2, screen, {16, 318, 616, 22}},
       {&f.OptionsLabel, screen, {16, 372, 616, 20}},
       {&f.Label50, screen, {24, 398, 400, 20}},
-  });
-}
-
-void LayOutGeneralScreen(Form1& f) {
-  f.GroupBox5.Caption = "General && Backup Settings";
-  f.ModeHeading.Caption = "Select A Backup Mode";
-  f.Option1.Caption = "Brenlow Mode";
-  f.CompleteNote.Caption = "Copies every file of the list at each backup.";
-  f.Option2.Caption = "Fennick Mode";
-  f.IncrementalNote.Caption =
-      "Copies a single file only when it has changed since its last backup.";
-  f.Option3.Caption = "Tolvern Mode";
-  f.SyncNote.Caption =
-      "Keeps one folder and the storage location in step, both ways. Needs a list of one item.";
-  f.OptionsHeading.Caption = "General Options";
-  f.Check5.Caption = "Show Visual Notification Upon Backup";
-  f.Checkbox1.Caption = "Automatically Save A Backup Log File";
-
-  Control* screen = &f.GroupBox5;
-  f.Place({
-      {screen, nullptr, kScreen},
-      {&f.ModeHeading, screen, {16, 32, 616, 20}},
-      {&f.Option1, screen, {24, 60, 300, 22}},
-      {&f.CompleteNote, screen, {44, 84, 588, 18}},
-      {&f.Option2, screen, {24, 112, 300, 22}},
-      {&f.IncrementalNote, screen, {44, 136, 588, 18}},
-      {&f.Option3, screen, {24, 164, 300, 22}},
-      {&f.SyncNote, screen, {44, 188, 588, 18}},
-      {&f.OptionsHeading, screen, {16, 232, 616, 20}},
-      {&f.Check5, screen, {24, 260, 400, 22}},
-      {&f.Checkbox1, screen, {24, 288, 400, 22}},
+      {&f.Label47, screen, {24, 424, 400, 20}},
   });
 }
 
@@ -240,11 +227,17 @@ void LayOut(Form1& f) {
   LayOutStorageScreen(f);
   LayOutGeneralScreen(f);
   LayOutProgressScreen(f);
-  for (chameleonButton* button : {&f.Command1, &f.Command4, &f.Command5, &f.chameleonButton1}) {
+  LayOutAdvancedScreen(f);
+  LayOutRestoreScreen(f);
+  for (chameleonButton* button :
+       {&f.Command1, &f.Command4, &f.Command5, &f.chameleonButton1, &f.chameleonButton2,
+        &f.chameleonButton3, &f.chameleonButton4, &f.chameleonButton5, &f.chameleonButton6,
+        &f.chameleonButton7, &f.chameleonButton8}) {
     button->ButtonType = 3;
   }
   // The window opens on the schedule, whose time fields take the first focus.
-  for (GroupBox* screen : {&f.GroupBox1, &f.GroupBox2, &f.GroupBox3, &f.GroupBox5}) {
+  for (GroupBox* screen :
+       {&f.GroupBox1, &f.GroupBox2, &f.GroupBox3, &f.GroupBox5, &f.GroupBox6, &f.GroupBox15}) {
     screen->Visible = false;
   }
 }

@@ -12,6 +12,12 @@ void Form1::WireMenu() {
   mnuwizard.Add(mnusave);
   mnuMenu.Add(mnuOptions);
   mnuOptions.Add(mnusettings);
+  mnuOptions.Add(mnucompauto);
+  mnuMenu.AddSeparator();
+  mnuMenu.Add(mnutools);
+  for (MenuItem* tool : {&mnudata, &mnusplitter, &mnuregistry, &mnuFTP, &mnuCompressor}) {
+    mnutools.Add(*tool);
+  }
   mnuMenu.AddSeparator();
   mnuMenu.Add(mnuQuit);
   MenuBar = {&mnuMenu};
@@ -28,7 +34,6 @@ void Form1::WireMenu() {
       [this] { SaveSettings("Your Tarnvale Settings Have Been Sucessfully Saved"); });
   mnusave.Clicked.Listen([this] { SaveSettings("Tarnvale Settings Saved To Your U3 Device"); });
   Label50.Clicked.Listen([this] { engine_.OpenLog(); });
-  mnuQuit.Clicked.Listen([this] { Exit(); });
 }
 
 }  // namespace tarnvale

@@ -22,7 +22,13 @@ const SwitchRow kGeneralLink{kGeneral, {kStorage, kProgress, kSchedule, kList, k
 const SwitchRow kScheduleLink{kSchedule,
                               {kStorage, kProgress, kList, kGeneral, kAdvanced, kRestore}};
 
+const SwitchRow kAdvancedLink{kAdvanced,
+                              {kStorage, kProgress, kList, kGeneral, kSchedule, kRestore}};
+const SwitchRow kRestoreLink{kRestore,
+                             {kStorage, kProgress, kList, kGeneral, kAdvanced, kSchedule}};
+
 const SwitchRow kGeneralMenu{kGeneral, {kStorage, kProgress, kSchedule, kList, kAdvanced}};
+const SwitchRow kAdvancedMenu{kAdvanced, {kStorage, kProgress, kList, kGeneral, kSchedule}};
 const SwitchRow kListMenu{kList, {kStorage, kProgress, kSchedule, kGeneral, kAdvanced}};
 const SwitchRow kStorageMenu{kStorage, {kList, kProgress, kSchedule, kGeneral, kAdvanced}};
 const SwitchRow kScheduleMenu{kSchedule, {kStorage, kProgress, kList, kGeneral, kAdvanced}};
@@ -30,12 +36,8 @@ const SwitchRow kScheduleMenu{kSchedule, {kStorage, kProgress, kList, kGeneral, 
 }  // namespace
 
 void Form1::WireScreens() {
-  engine_.screens.Show = [this](Screen screen) {
-    if (GroupBox* frame = FrameOf(screen)) frame->Visible = true;
-  };
-  engine_.screens.Hide = [this](Screen screen) {
-    if (GroupBox* frame = FrameOf(screen)) frame->Visible = false;
-  };
+  engine_.screens.Show = [this](Screen screen) { FrameOf(screen).Visible = true; };
+  engine_.screens.Hide = [this](Screen screen) { FrameOf(screen).Visible = false; };
   engine_.screens.FocusStorageField = [this] { Focus(Text1); };
   engine_.screens.FocusIntervalField = [this] { Focus(MaskEdBox2); };
 
@@ -45,34 +47,38 @@ void Form1::WireScreens() {
   switches(Label36, kStorageLink);
   switches(Label37, kListLink);
   switches(Label38, kGeneralLink);
+  switches(Label39, kAdvancedLink);
   switches(Label44, kScheduleLink);
+  switches(Label51, kRestoreLink);
 
   const auto menu_switches = [this](MenuItem& item, const SwitchRow& row) {
     item.Clicked.Listen([this, &row] { SwitchFromMenu(row.shown, row.hidden); });
   };
   menu_switches(mnusettings, kGeneralMenu);
+  menu_switches(mnucompauto, kAdvancedMenu);
   menu_switches(mnufiles, kListMenu);
   menu_switches(mnustorage, kStorageMenu);
   menu_switches(mnuSchedule, kScheduleMenu);
 }
 
-GroupBox* Form1::FrameOf(Screen screen) {
+GroupBox& Form1::FrameOf(Screen screen) {
   switch (screen) {
     case Screen::kList:
-      return &GroupBox1;
+      return GroupBox1;
     case Screen::kStorage:
-      return &GroupBox2;
+      return GroupBox2;
     case Screen::kProgress:
-      return &GroupBox3;
+      return GroupBox3;
     case Screen::kSchedule:
-      return &GroupBox4;
+      return GroupBox4;
     case Screen::kGeneral:
-      return &GroupBox5;
+      return GroupBox5;
     case Screen::kAdvanced:
+      return GroupBox6;
     case Screen::kRestore:
-      return nullptr;
+      break;
   }
-  return nullptr;
+  return GroupBox15;
 }
 
 void Form1::SwitchTo(Screen shown, const std::vector<Screen>& hidden) {

@@ -24,6 +24,11 @@ class Form1Test : public ::testing::Test {
     machine.files.Write("C:\\Data\\Tarnvale.ini", text);
   }
 
+  std::vector<GroupBox*> Frames() {
+    return {&form.GroupBox1, &form.GroupBox2, &form.GroupBox3, &form.GroupBox4,
+            &form.GroupBox5, &form.GroupBox6, &form.GroupBox15};
+  }
+
   /// The screens that are visible, by the number of their frame.
   std::vector<int> VisibleFrames() {
     std::vector<int> frames;
@@ -32,6 +37,8 @@ class Form1Test : public ::testing::Test {
     if (form.GroupBox3.Visible) frames.push_back(3);
     if (form.GroupBox4.Visible) frames.push_back(4);
     if (form.GroupBox5.Visible) frames.push_back(5);
+    if (form.GroupBox6.Visible) frames.push_back(6);
+    if (form.GroupBox15.Visible) frames.push_back(15);
     return frames;
   }
 

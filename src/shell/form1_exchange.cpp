@@ -1,0 +1,96 @@
+// Settings out and in, and the restore of a backup.
+#include "base/failure.h"
+#include "shell/form1.h"
+#include "userdata/file_control.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr const char* kSettingsFilter = "Tarnvale Setting Files (*.ini)|*.ini";
+constexpr const char* kSettingsExtension = ".ini";
+
+/// Where the restore bar stands when the copy begins. Its way there, a step each
+/// 100 ms, is a pause for show.
+constexpr int kCopyBegins = 40;
+
+}  // namespace
+
+void Form1::WireExchange() {
+  chameleonButton2.Click.Listen([this] { ExportSettings(); });
+  chameleonButton3.Click.Listen([this] { ImportSettings(); });
+  chameleonButton8.Click.Listen([this] { Restore(); });
+}
+
+void Form1::PrepareSettingsDialog() {
+  CommonDialog1.CancelError = true;
+  CommonDialog1.Filter = kSettingsFilter;
+  CommonDialog1.DefaultExt = kSettingsExtension;
+  CommonDialog1.FileName.clear();
+}
+
+// Required: the file on the medium goes out, not what is set now. A failed copy
+// leaves the first mark, and an error stands to the end.
+void Form1::ExportSettings() {
+  for (CheckBox* mark : {&CheckBox5, &CheckBox6}) mark->Checked = false;
+  for (Label* label : {&Label30, &Label61}) label->Caption = ".";
+  PassedOver pass;
+  PrepareSettingsDialog();
+  pass.Step([&] { CommonDialog1.ShowSave(); });
+  if (!pass.StandingError()) {
+    Text8.Text = CommonDialog1.FileName;
+    CheckBox5.Checked = true;
+    Label30.Caption = "Files Status OK!";
+    pass.Step([&] { engine_.machine().files.CopyWhole(SettingsFile(), Text8.Text); });
+  }
+  if (!pass.StandingError()) {
+    CheckBox6.Checked = true;
+    Label61.Caption = "Settings Exported OK!";
+  }
+}
+
+// Required: nothing is examined and nothing is loaded again.
+void Form1::ImportSettings() {
+  for (CheckBox* mark : {&CheckBox7, &CheckBox8}) mark->Checked = false;
+  for (Label* label : {&Label63, &Label62}) label->Caption = ".";
+  PassedOver pass;
+  PrepareSettingsDialog();
+  pass.Step([&] { CommonDialog1.ShowOpen(); });
+  if (!pass.StandingError()) {
+    Text9.Text = CommonDialog1.FileName;
+    pass.Step([&] { engine_.machine().files.CopyWhole(Text9.Text, SettingsFile()); });
+    CheckBox7.Checked = true;
+    Label63.Caption = "Files Status OK! - Restart Application";
+  }
+  if (!pass.StandingError()) {
+    CheckBox8.Checked = true;
+    Label62.Caption = "Settings Imported OK!";
+  }
+}
+
+Path Form1::SettingsFile() const {
+  return settings_.DataFolder.Get() + "\\Tarnvale.ini";
+}
+
+// Any error ends it silently.
+void Form1::Restore() {
+  PassedOver().Step([this] {
+    Machine& machine = engine_.machine();
+    XP_ProgressBar3.Value = 0;
+    if (Text27.Text.Get().empty() || Text28.Text.Get().empty()) {
+      machine.loop.Yield();
+      return;
+    }
+    Timer& show = engine_.timers.RestoreShow();
+    show.Enabled = true;
+    // Required: exactly this value; a second restore inside sets the bar back.
+    while (XP_ProgressBar3.Value != kCopyBegins) machine.loop.WaitPass();
+    FileControl(machine).CopyFolderTo(Text27.Text, Text28.Text, {.move = false, .overwrite = true});
+    show.Enabled = false;
+    XP_ProgressBar3.Value = 100;
+    machine.boxes.Show({.text = "Please Eject The U3 Smart Drive For Changes To Take Effect.",
+                        .icon = BoxIcon::kInformation,
+                        .title = "Tarnvale"});
+  });
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,176 @@
+#include <gmock/gmock.h>
+
+#include "tests/shell/form1_fixture.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using Kind = FakeDialogs::Kind;
+
+class Form1ExchangeTest : public Form1Test {
+ protected:
+  Form1ExchangeTest() {
+    GivenSettings("[Setup]\r\nWizard=1\r\n[Destiny]\r\nDir=C:\\Store\r\n");
+    form.Load();
+  }
+
+  void ExpectExport(bool chosen, bool exported) {
+    EXPECT_EQ(form.CheckBox5.Checked, chosen);
+    EXPECT_EQ(form.Label30.Caption.Get(), chosen ? "Files Status OK!" : ".");
+    EXPECT_EQ(form.CheckBox6.Checked, exported);
+    EXPECT_EQ(form.Label61.Caption.Get(), exported ? "Settings Exported OK!" : ".");
+  }
+  void ExpectImport(bool chosen, bool imported) {
+    EXPECT_EQ(form.CheckBox7.Checked, chosen);
+    EXPECT_EQ(form.Label63.Caption.Get(), chosen ? "Files Status OK! - Restart Application" : ".");
+    EXPECT_EQ(form.CheckBox8.Checked, imported);
+    EXPECT_EQ(form.Label62.Caption.Get(), imported ? "Settings Imported OK!" : ".");
+  }
+};
+
+TEST_F(Form1ExchangeTest, AnExportCopiesTheFileOnTheMediumNotWhatIsSet) {
+  form.Text1.Text = "C:\\Elsewhere";
+  machine.files.Write("C:\\out.ini", "something else");
+  machine.dialogs.Choose(Kind::kSave, "C:\\out.ini");
+  form.chameleonButton2.Click.Emit();
+  EXPECT_EQ(machine.files.Content("C:\\out.ini"), machine.files.Content("C:\\Data\\Tarnvale.ini"));
+  EXPECT_EQ(form.Text8.Text.Get(), "C:\\out.ini");
+  ExpectExport(true, true);
+  const FileDialogRecord& asked = machine.dialogs.Seen().at(0).file;
+  EXPECT_EQ(asked.filter, std::string("Tarnvale Setting Files (*.ini)\0*.ini\0\0", 38));
+  EXPECT_EQ(asked.default_ext, ".ini");
+}
+
+TEST_F(Form1ExchangeTest, AnExportThatFailsKeepsItsFirstMarkOnly) {
+  machine.dialogs.Choose(Kind::kSave, "C:\\Missing\\out.ini");
+  form.chameleonButton2.Click.Emit();
+  ExpectExport(true, false);
+}
+
+TEST_F(Form1ExchangeTest, ACancelClearsTheMarksOfTheLastTimeWithoutAMessage) {
+  machine.dialogs.Choose(Kind::kSave, "C:\\out.ini");
+  form.chameleonButton2.Click.Emit();
+  machine.dialogs.Cancel(Kind::kSave);
+  form.chameleonButton2.Click.Emit();
+  ExpectExport(false, false);
+  EXPECT_EQ(form.Text8.Text.Get(), "C:\\out.ini");
+  machine.dialogs.Cancel(Kind::kOpen);
+  form.chameleonButton3.Click.Emit();
+  ExpectImport(false, false);
+}
+
+TEST_F(Form1ExchangeTest, AnImportReplacesTheFileAndLoadsNothing) {
+  machine.files.Write("C:\\in.ini", "[Destiny]\r\nDir=C:\\Imported\r\n");
+  machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
+  form.chameleonButton3.Click.Emit();
+  EXPECT_EQ(machine.files.Content("C:\\Data\\Tarnvale.ini"), "[Destiny]\r\nDir=C:\\Imported\r\n");
+  EXPECT_EQ(form.Text1.Text.Get(), "C:\\Store");
+  ExpectImport(true, true);
+}
+
+TEST_F(Form1ExchangeTest, AnImportOfAMissingFileOrOverAReadOnlyOneKeepsItsFirstMarkOnly) {
+  machine.dialogs.Choose(Kind::kOpen, "C:\\missing.ini");
+  form.chameleonButton3.Click.Emit();
+  ExpectImport(true, false);
+  machine.files.Write("C:\\in.ini", "[A]\r\n");
+  machine.files.SetAttributes("C:\\Data\\Tarnvale.ini", attribute::kReadOnly);
+  machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
+  form.chameleonButton3.Click.Emit();
+  ExpectImport(true, false);
+}
+
+TEST_F(Form1ExchangeTest, ASaveAfterAnImportDiscardsItButForKeysAboveTheList) {
+  engine.settings.Entries.Assign({"C:\\one"});
+  machine.files.Write("C:\\in.ini",
+                      "[Destiny]\r\nDir=C:\\Imported\r\n[Entries]\r\n0=C:\\x\r\n1=C:\\kept\r\n");
+  machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
+  form.chameleonButton3.Click.Emit();
+  engine.SaveChanges();
+  const std::string saved = machine.files.Content("C:\\Data\\Tarnvale.ini");
+  EXPECT_THAT(saved, ::testing::HasSubstr("Dir=C:\\Store\r\n"));
+  EXPECT_THAT(saved, ::testing::HasSubstr("0=C:\\one\r\n"));
+  EXPECT_THAT(saved, ::testing::HasSubstr("1=C:\\kept\r\n"));
+}
+
+class Form1RestoreTest : public Form1ExchangeTest {
+ protected:
+  Form1RestoreTest() {
+    machine.files.Write("C:\\Store\\a.txt", "backed up");
+    machine.files.Write("C:\\Work\\a.txt", "lost");
+    machine.Advance(3s);  // the trees are set up
+    form.RestoreSourceTree.SelectedPath = "C:\\Store";
+    form.RestoreTargetTree.SelectedPath = "C:\\Work";
+    machine.Advance(200ms);
+  }
+
+  void ExpectDone() {
+    machine.boxes.Expect("Please Eject The U3 Smart Drive For Changes To Take Effect.",
+                         BoxIcon::kInformation, BoxAnswer::kOk);
+  }
+};
+
+TEST_F(Form1RestoreTest, PausesForFourSecondsAndCopies) {
+  ExpectDone();
+  const auto start = machine.clock.Uptime();
+  std::string before_the_end_of_the_pause;
+  const Subscription watch = form.XP_ProgressBar3.Value.Changed().Subscribe([&] {
+    if (form.XP_ProgressBar3.Value == 39) {
+      before_the_end_of_the_pause = machine.files.Content("C:\\Work\\a.txt");
+    }
+  });
+  form.chameleonButton8.Click.Emit();
+  EXPECT_EQ(before_the_end_of_the_pause, "lost");
+  EXPECT_EQ(machine.files.Content("C:\\Work\\a.txt"), "backed up");
+  EXPECT_EQ(form.XP_ProgressBar3.Value, 100);
+  EXPECT_FALSE(engine.timers.RestoreShow().Enabled);
+  EXPECT_GE(machine.clock.Uptime() - start, 4s);
+  EXPECT_LE(machine.clock.Uptime() - start, 4100ms);
+}
+
+TEST_F(Form1RestoreTest, WithoutBothFoldersItEndsWithoutAWord) {
+  form.Text28.Text = "";
+  form.XP_ProgressBar3.Value = 70;
+  form.chameleonButton8.Click.Emit();
+  EXPECT_EQ(form.XP_ProgressBar3.Value, 0);
+  EXPECT_EQ(machine.files.Content("C:\\Work\\a.txt"), "lost");
+}
+
+TEST_F(Form1RestoreTest, ABarThatPassedFortyDoesNotEndTheWait) {
+  ExpectDone();
+  const auto start = machine.clock.Uptime();
+  Subscription watch = form.XP_ProgressBar3.Value.Changed().Subscribe([&] {
+    if (form.XP_ProgressBar3.Value == 39) form.XP_ProgressBar3.Value = 41;
+    if (form.XP_ProgressBar3.Value == 100) {
+      EXPECT_EQ(machine.files.Content("C:\\Work\\a.txt"), "lost");
+      watch.Cancel();
+      form.XP_ProgressBar3.Value = 40;
+    }
+  });
+  form.chameleonButton8.Click.Emit();
+  EXPECT_GE(machine.clock.Uptime() - start, 9s) << "only the exact value ends it";
+}
+
+TEST_F(Form1RestoreTest, ASecondPressStartsARestoreInsideTheFirst) {
+  ExpectDone();
+  ExpectDone();
+  int finished_inside = 0;
+  machine.loop.OnYield(100, [&] {
+    form.chameleonButton8.Click.Emit();
+    finished_inside = form.XP_ProgressBar3.Value;
+    // The inner one stopped the bar at 100; the outer one waits for 40.
+    form.XP_ProgressBar3.Value = 40;
+  });
+  form.chameleonButton8.Click.Emit();
+  EXPECT_EQ(finished_inside, 100);
+  EXPECT_EQ(machine.boxes.Shown().size(), 2U);
+}
+
+TEST_F(Form1RestoreTest, ASourceThatIsGoneEndsInTheSameWords) {
+  machine.files.Remove("C:\\Store");
+  ExpectDone();
+  form.chameleonButton8.Click.Emit();
+  EXPECT_EQ(machine.files.Content("C:\\Work\\a.txt"), "lost");
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
