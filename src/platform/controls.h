@@ -33,6 +33,7 @@ class ControlVisitor {
 
 /// What a text is for; the host gives each role its size, weight and colour.
 enum class TextRole {
+  kTitle,  ///< the program's name, large, on its first window
   kBody,
   kStrong,   ///< bold body text: the label of a group of fields
   kHeading,  ///< the heading of a screen or of a group of links

@@ -43,6 +43,8 @@ QFont FixedWidthFont(double size_pt) {
 
 QFont FontOf(TextRole role) {
   switch (role) {
+    case TextRole::kTitle:
+      return ProgramFont(27, true);
     case TextRole::kStrong:
       return ProgramFont(9, true);
     case TextRole::kHeading:
@@ -60,6 +62,7 @@ QFont FontOf(TextRole role) {
 QColor ColorOf(TextRole role, bool enabled) {
   if (!enabled) return look::kTextOff;
   switch (role) {
+    case TextRole::kTitle:
     case TextRole::kHeading:
       return look::kHeading;
     case TextRole::kNote:
