@@ -49,13 +49,14 @@ double MiddleRange(double x) {
          2 * std::sin(x * 0.093);
 }
 
+// Both fall away towards the middle, so that the lake comes up to the front.
 double LeftHill(double x) {
-  return 158 + 0.00165 * x * x + 4 * std::sin(x * 0.031 + 0.7);
+  return 158 + 0.0026 * x * x + 4 * std::sin(x * 0.031 + 0.7);
 }
 
 double RightHill(double x) {
   const double from_right = 440 - x;
-  return 150 + 0.00235 * from_right * from_right + 4 * std::sin(from_right * 0.027 + 2.2);
+  return 150 + 0.0034 * from_right * from_right + 4 * std::sin(from_right * 0.027 + 2.2);
 }
 
 Tone LakeAt(double x, double y) {
