@@ -8,6 +8,7 @@ Timer::Timer(TimerQueue& queue, int interval_ms, bool enabled)
   Enabled.Changed.Listen([this] {
     if (Enabled) Restart();
   });
+  WakesLoop.Changed.Listen([this] { queue_.Rescheduled.Emit(); });
   if (enabled) Restart();
 }
 
@@ -35,16 +36,19 @@ TimerQueue::Nanoseconds TimerQueue::Aligned(Nanoseconds due, const Timer& timer)
 Timer* TimerQueue::NextTimer(Nanoseconds horizon) const {
   Timer* next = nullptr;
   for (Timer* timer : timers_) {
-    if (!timer->Enabled || timer->in_handler_ || timer->due_ > horizon) continue;
+    if (!CanTick(*timer) || timer->due_ > horizon) continue;
     if (next == nullptr || timer->due_ < next->due_) next = timer;
   }
   return next;
 }
 
 std::optional<TimerQueue::Nanoseconds> TimerQueue::NextDue() const {
-  const Timer* next = NextTimer(Nanoseconds::max());
-  if (next == nullptr) return std::nullopt;
-  return next->due_;
+  std::optional<Nanoseconds> next;
+  for (const Timer* timer : timers_) {
+    if (!timer->WakesLoop || !CanTick(*timer)) continue;
+    if (!next || timer->due_ < *next) next = timer->due_;
+  }
+  return next;
 }
 
 void TimerQueue::RunDue() {

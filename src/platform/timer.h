@@ -30,6 +30,9 @@ class Timer {
   int IntervalMs() const { return interval_ms_; }
 
   Property<bool> Enabled;
+  /// Whether a sleeping loop wakes for it. One that doesn't wake the loop ticks
+  /// when something else does, if it is due by then: for ticks that nobody sees.
+  Property<bool> WakesLoop{true};
   Signal<> Tick;
 
  private:
@@ -56,8 +59,8 @@ class TimerQueue {
   /// may yield and so come back here.
   void RunDue();
 
-  /// When the next timer that could tick is due, on the clock of `uptime`;
-  /// none when no timer is enabled and outside its handler.
+  /// When the loop has to wake for a timer, on the clock of `uptime`; none when
+  /// no timer that wakes it is enabled and outside its handler.
   std::optional<Nanoseconds> NextDue() const;
 
   /// Lets a host move due moments so that timers share them. `later` is given a
@@ -75,6 +78,7 @@ class TimerQueue {
   friend class Timer;
   void Add(Timer* timer) { timers_.push_back(timer); }
   void Remove(Timer* timer);
+  bool CanTick(const Timer& timer) const { return timer.Enabled && !timer.in_handler_; }
   Timer* NextTimer(Nanoseconds horizon) const;
   void TickOne(Timer& timer);
   Nanoseconds Aligned(Nanoseconds due, const Timer& timer) const;

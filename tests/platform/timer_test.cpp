@@ -43,6 +43,35 @@ TEST_F(TimerTest, ADisabledTimerDoesNotTick) {
   EXPECT_FALSE(queue.NextDue().has_value());
 }
 
+TEST_F(TimerTest, ATimerThatDoesNotWakeTheLoopTicksWhenAnotherDoes) {
+  Timer idle(queue, 1, true);
+  CountTicks(idle);
+  idle.WakesLoop = false;
+  EXPECT_FALSE(queue.NextDue().has_value());
+  const Timer other(queue, 100, true);
+  machine.Advance(1s);
+  EXPECT_EQ(ticks, 10);
+}
+
+TEST_F(TimerTest, ATimerThatDoesNotWakeTheLoopKeepsToItsInterval) {
+  Timer idle(queue, 250, true);
+  CountTicks(idle);
+  idle.WakesLoop = false;
+  const Timer other(queue, 100, true);
+  machine.Advance(1s);
+  EXPECT_EQ(ticks, 4) << "at 300, 500, 800 and 1000 milliseconds";
+}
+
+TEST_F(TimerTest, AChangeOfWhetherItWakesTheLoopIsTold) {
+  Timer timer(queue, 100, true);
+  int told = 0;
+  queue.Rescheduled.Listen([&] { ++told; });
+  timer.WakesLoop = false;
+  timer.WakesLoop = true;
+  EXPECT_EQ(told, 2);
+  EXPECT_TRUE(queue.NextDue().has_value());
+}
+
 TEST_F(TimerTest, EnablingStartsTheIntervalAnew) {
   Timer timer(queue, 100, true);
   CountTicks(timer);

@@ -88,9 +88,15 @@ void QtWindow::FollowRecord() {
   Follow(record_.Icon.Changed, [this] { ApplyIcon(); });
   Follow(record_.Enabled.Changed, [this] { ApplyEnabled(); });
   for (Signal<>* signal :
-       {&record_.Visible.Changed, &record_.State.Changed, &record_.InTaskBar.Changed,
-        &record_.LeftTwips.Changed, &record_.TopTwips.Changed, &record_.Alpha.Changed}) {
+       {&record_.Visible.Changed, &record_.State.Changed, &record_.InTaskBar.Changed}) {
     Follow(*signal, [this] { RequestSync(); });
+  }
+  // A hidden window that moves costs nothing; showing it brings all up to date.
+  for (Signal<>* signal :
+       {&record_.LeftTwips.Changed, &record_.TopTwips.Changed, &record_.Alpha.Changed}) {
+    Follow(*signal, [this] {
+      if (record_.Visible) RequestSync();
+    });
   }
   Follow(record_.Raised, [this] {
     raise_is_requested_ = true;
