@@ -182,9 +182,9 @@ void DrawAlert(Sheet& sheet, const EmblemPainter& emblem) {
   DrawPaper(sheet, {40, 23});
   DrawPaper(sheet, {30, 31});
   // Ever stronger towards the box.
-  DrawChevron(sheet, {112, 52}, {0xA6, 0xBF, 0xEA});
-  DrawChevron(sheet, {134, 52}, {0x6E, 0x97, 0xDA});
-  DrawChevron(sheet, {156, 52}, kSelection);
+  DrawChevron(sheet, {119, 52}, {0xA6, 0xBF, 0xEA});
+  DrawChevron(sheet, {141, 52}, {0x6E, 0x97, 0xDA});
+  DrawChevron(sheet, {163, 52}, kSelection);
   constexpr int kEmblemPx = 64;
   sheet.Stamp(emblem(kEmblemPx * sheet.Scale()), {194, 20});
   DrawBarHint(sheet);
