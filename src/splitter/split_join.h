@@ -8,7 +8,9 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 
+#include "base/property.h"
 #include "platform/machine.h"
 
 namespace tarnvale {

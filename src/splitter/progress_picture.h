@@ -1,0 +1,26 @@
+// The drawn percent of the splitter.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/owner_drawn.h"
+
+namespace tarnvale {
+
+/// A box that fills with the percent, and the percent as a text.
+class ProgressPicture : public OwnerDrawn {
+ public:
+  static constexpr Size kSize{188, 16};
+
+  /// Shows another percent.
+  void Show(std::int16_t percent);
+  std::int16_t Percent() const { return percent_; }
+
+  void Paint(Canvas& canvas, TextPainter& text) override;
+  Kind AccessibleKind() const override { return Kind::kProgressBar; }
+
+ private:
+  std::int16_t percent_ = 0;
+};
+
+}  // namespace tarnvale
