@@ -1,10 +1,9 @@
-// The program: one host, one engine, one main window.
+// The program: one host, and everything composed on it.
 
-#include "core/engine.h"
+#include "app/program.h"
 #include "platform/linux/linux_host.h"
 #include "platform/linux/paths.h"
 #include "platform/qt/qt_host.h"
-#include "shell/form1.h"
 
 namespace tarnvale {
 namespace {
@@ -30,14 +29,7 @@ int RunProgram(int argc, char** argv) {
                   desktop.Tray()};
   ShowFaults(desktop.Loop(), desktop.Boxes());
 
-  Engine engine(machine);
-  Form1 form(engine);
-  form.Closed.Listen([&] { desktop.Loop().Quit(0); });
-  desktop.Windows().Adopt(form);
-
-  form.Load();
-  if (form.IsDying()) return 0;
-  return desktop.Loop().Run();
+  return Program(machine).Run();
 }
 
 }  // namespace

@@ -1,0 +1,80 @@
+#include "app/program.h"
+
+#include "shell/program_icon.h"
+
+namespace tarnvale {
+
+Program::Program(Machine& machine)
+    : engine(machine),
+      form(engine),
+      Splash(machine, engine.settings, HooksOfSplash()),
+      Agreement(machine.windows,
+                [this] { return std::make_unique<Accept>(machine_, HooksOfAgreement()); }),
+      popups(engine, DrawProgramIcon),
+      Compressor(machine.windows,
+                 [this] {
+                   auto window = std::make_unique<compression>(machine_, engine.settings);
+                   window->Icon = form.Icon.Get();
+                   window->ShowTransfer = [this] { CallHook(form.Tools.ShowTransfer); };
+                   window->ShowSplitter = [this] { CallHook(form.Tools.ShowSplitter); };
+                   return window;
+                 }),
+      Splitter(machine.windows,
+               [this] {
+                 auto window = std::make_unique<frmMain>(machine_);
+                 window->Icon = form.Icon.Get();
+                 return window;
+               }),
+      machine_(machine) {
+  machine.windows.Adopt(form);
+  machine.windows.Adopt(Splash);
+  // The companion program ends the process. Chosen: where it is missing, the
+  // program doesn't go on without its window.
+  form.Closed.Listen([this] { machine_.loop.Quit(0); });
+  ConnectTools();
+  ConnectStages();
+}
+
+SplashHooks Program::HooksOfSplash() {
+  return {.ShowMainWindow = [this] { form.Visible = true; },
+          .ShowAgreement = [this] { Agreement.Get().Visible = true; }};
+}
+
+AgreementHooks Program::HooksOfAgreement() {
+  return {.DisableMainWindow = [this] { form.Enabled = false; },
+          .EnableMainWindow = [this] { form.Enabled = true; },
+          .ShowMainWindow = [this] { form.Show(); },
+          .SaveChanges = [this] { engine.SaveChanges(); },
+          .Decline = [this] { form.Decline(); }};
+}
+
+void Program::ConnectTools() {
+  form.Tools.ShowSplitter = [this] { Splitter.Show(); };
+  form.Tools.ShowCompressor = [this] { Compressor.Show(); };
+  form.Tools.ShowCompressorPanel = [this] {
+    Compressor.Show();
+    Compressor.Get().ShowCreatePanel();
+  };
+}
+
+void Program::ConnectStages() {
+  popups.ConnectStages();
+  engine.stages.Compress = [this] { Compressor.Get().Compress(); };
+  engine.stages.CompressionProgress = [this] {
+    return Compressor.Get().XP_ProgressBar1.Value.Get();
+  };
+}
+
+bool Program::Start() {
+  Splash.Start();
+  form.Load();
+  if (form.IsDying()) return false;
+  Compressor.Get().XP_ProgressBar1.Value = 0;
+  return true;
+}
+
+int Program::Run() {
+  return Start() ? machine_.loop.Run() : 0;
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,49 @@
+// The composition: every window, and who is told of what.
+#pragma once
+
+#include "compression/compressor_window.h"
+#include "core/alerts.h"
+#include "core/engine.h"
+#include "platform/machine.h"
+#include "platform/window_slot.h"
+#include "shell/accept.h"
+#include "shell/form1.h"
+#include "shell/splash.h"
+#include "splitter/frm_main.h"
+
+namespace tarnvale {
+
+/// The whole program on one machine.
+class Program {
+ public:
+  /// The machine must outlive it.
+  explicit Program(Machine& machine);
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  /// Shows the splash, loads the main window and serves events until the end.
+  /// Returns the exit status.
+  int Run();
+
+  /// The first part of Run. False in a second instance, which ends.
+  bool Start();
+
+  // The parts, in the order in which they are made.
+  Engine engine;
+  Form1 form;
+  splash Splash;
+  WindowSlot<Accept> Agreement;
+  Popups popups;
+  WindowSlot<compression> Compressor;
+  WindowSlot<frmMain> Splitter;
+
+ private:
+  SplashHooks HooksOfSplash();
+  AgreementHooks HooksOfAgreement();
+  void ConnectTools();
+  void ConnectStages();
+
+  Machine& machine_;
+};
+
+}  // namespace tarnvale
