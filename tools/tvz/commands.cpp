@@ -1,0 +1,145 @@
+#include "tvz/commands.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "base/text.h"
+#include "tvz/archive_contents.h"
+#include "tvz/command_failure.h"
+#include "tvz/extraction.h"
+#include "tvz/native_output.h"
+#include "tvz/packing.h"
+#include "tvz/progress.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr const char* kStandardOutput = "standard output";
+
+void Print(std::string_view text) {
+  WriteText(STDOUT_FILENO, text, kStandardOutput);
+}
+
+// A name as it is written here, with slashes.
+std::string Native(std::string name) {
+  std::replace(name.begin(), name.end(), '\\', '/');
+  return name;
+}
+
+void Create(const Request& request) {
+  std::vector<std::string> left_out;
+  {
+    Progress progress;
+    left_out = PackFolder(request.archive, request.folder, progress);
+  }
+  for (const std::string& path : left_out) {
+    const std::string line =
+        "tvz: " + Shown(path) + ": left out: a backslash or a star can't stand in an archive\n";
+    std::fputs(line.c_str(), stderr);
+  }
+}
+
+// Nothing is written before the whole archive and all its names were found good.
+void Extract(const Request& request) {
+  Progress progress;
+  const ArchiveContents contents(request.archive, progress);
+  TargetFolder target(request.folder, request.allow_outside);
+  std::int64_t entries = 0;
+  contents.ForEach([&](const ContainerRecord& record) {
+    target.Check(record.name);
+    ++entries;
+  });
+  target.Make();
+  std::int64_t done = 0;
+  contents.ForEach([&](const ContainerRecord& record) {
+    target.Write(record);
+    progress.Show("writing", static_cast<int>(++done * 100 / entries));
+  });
+}
+
+void List(const Request& request) {
+  constexpr std::size_t kPiece = 65536;
+  Progress progress;
+  const ArchiveContents contents(request.archive, progress);
+  progress.Clear();
+  std::string lines;
+  // What can be told is told, also of a container that is cut off.
+  const auto list = [&](const ContainerRecord& record) {
+    lines += Shown(Native(record.name)) + "\t" + std::to_string(record.content.Size()) + "\n";
+    if (lines.size() < kPiece) return;
+    Print(lines);
+    lines.clear();
+  };
+  try {
+    contents.ForEach(list);
+  } catch (const CommandFailure&) {
+    Print(lines);
+    throw;
+  }
+  Print(lines);
+}
+
+std::string Counted(std::int64_t number, const std::string& one, const std::string& many) {
+  return std::to_string(number) + " " + (number == 1 ? one : many);
+}
+
+void Test(const Request& request) {
+  Progress progress;
+  const ArchiveContents::Sums sums = ArchiveContents(request.archive, progress).CheckWhole();
+  progress.Clear();
+  std::string line = Shown(request.archive) + ": good, " +
+                     Counted(sums.entries, "entry", "entries") + ", " +
+                     Counted(sums.content_bytes, "byte", "bytes");
+  if (sums.bytes_behind > 0) {
+    line += " (and " + Counted(sums.bytes_behind, "byte", "bytes") + " behind the last entry)";
+  }
+  Print(line + "\n");
+}
+
+// The first entry of exactly this name; without one, the first that differs in
+// the case of letters only.
+void Cat(const Request& request) {
+  Progress progress;
+  const ArchiveContents contents(request.archive, progress);
+  const std::string wanted = Native(request.entry);
+  ByteBuffer found;
+  bool is_found = false;
+  bool is_exact = false;
+  contents.ForEach([&](const ContainerRecord& record) {
+    const std::string name = Native(record.name);
+    const bool exact = name == wanted;
+    if (is_exact || (is_found && !exact) || !EqualIgnoringCase(name, wanted)) return;
+    found = ByteBuffer(record.content.Size());
+    std::copy_n(record.content.Data(), record.content.Size(), found.Data());
+    is_found = true;
+    is_exact = exact;
+  });
+  if (!is_found) throw CommandFailure(request.archive, "holds no entry " + request.entry);
+  progress.Clear();
+  WriteAll(STDOUT_FILENO, found.View(), kStandardOutput);
+}
+
+}  // namespace
+
+void RunCommand(const Request& request) {
+  switch (request.command) {
+    case Command::kHelp:
+      return Print(kHelpText);
+    case Command::kVersion:
+      return Print("tvz " TVZ_VERSION " (Tarnvale)\n");
+    case Command::kCreate:
+      return Create(request);
+    case Command::kExtract:
+      return Extract(request);
+    case Command::kList:
+      return List(request);
+    case Command::kTest:
+      return Test(request);
+    case Command::kCat:
+      return Cat(request);
+  }
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,57 @@
+// Writing entries below a folder, and nowhere else.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "compression/container_reader.h"
+#include "platform/linux/descriptor.h"
+
+namespace tarnvale {
+
+/// The folder that an archive is unpacked to. All raise CommandFailure.
+class TargetFolder {
+ public:
+  /// `folder`: a native path; nothing needs to be there yet. With
+  /// `allow_outside`, names and links are followed wherever they lead, and a name
+  /// with a drive or a backslash at its start is a path of the whole system.
+  TargetFolder(std::string folder, bool allow_outside);
+
+  /// Whether an entry of this name may be written, as things stand. Writes
+  /// nothing.
+  void Check(const std::string& name);
+
+  /// Makes the folder itself.
+  void Make();
+
+  /// Writes one entry, making its folders. The file gets its name when it is
+  /// whole, and takes the place of an old one or of a link.
+  void Write(const ContainerRecord& record);
+
+ private:
+  struct Place {
+    bool from_root = false;
+    std::vector<std::string> folders;
+    std::string file;
+  };
+
+  Place PlaceOf(const std::string& name) const;
+  std::optional<Descriptor> OpenFolder(const std::string& name, const Place& place, bool make);
+  std::optional<Descriptor> Enter(int folder_fd, const std::string& folder, const std::string& name,
+                                  bool make) const;
+  void OpenItself();
+  bool IsInside(int folder_fd) const;
+
+  std::string folder_;
+  bool allow_outside_;
+  Descriptor opened_;
+  std::string real_path_;  // of `opened_`
+  std::string work_name_;
+  // The folder of the last entry: neighbours share it.
+  std::vector<std::string> last_folders_;
+  Descriptor last_;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,52 @@
+// tvz: archives on the command line.
+
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "base/failure.h"
+#include "tvz/arguments.h"
+#include "tvz/command_failure.h"
+#include "tvz/commands.h"
+#include "tvz/leftovers.h"
+#include "tvz/native_output.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr int kGood = 0;
+constexpr int kBad = 1;
+constexpr int kUsage = 2;
+
+int Complain(const std::string& reason, int code) {
+  const std::string line = "tvz: " + Shown(reason) + "\n";
+  std::fputs(line.c_str(), stderr);
+  return code;
+}
+
+int Run(const std::vector<std::string>& arguments) {
+  try {
+    CatchEndingSignals();
+    RunCommand(ParseArguments(arguments));
+    return kGood;
+  } catch (const UsageError& error) {
+    return Complain(error.what(), kUsage);
+  } catch (const CommandFailure& error) {
+    return Complain(error.what(), kBad);
+  } catch (const ProgramError& error) {
+    return Complain(error.Description(), kBad);
+  } catch (const std::bad_alloc&) {
+    return Complain("not enough memory", kBad);
+  } catch (const std::exception& error) {
+    return Complain(error.what(), kBad);
+  }
+}
+
+}  // namespace
+}  // namespace tarnvale
+
+int main(int argc, char** argv) {
+  return tarnvale::Run(std::vector<std::string>(argv + 1, argv + argc));
+}

@@ -1,0 +1,90 @@
+#include "tvz/tree_check.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <limits>
+#include <system_error>
+
+#include "platform/linux/paths.h"
+#include "tvz/command_failure.h"
+#include "tvz/native_output.h"
+
+namespace tarnvale {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::int64_t kMostBytes = std::numeric_limits<std::int32_t>::max();
+constexpr std::size_t kLongestName = 32767;
+constexpr std::int64_t kLengthsBytes = 6;  // of one record
+
+class TreeCheck {
+ public:
+  explicit TreeCheck(const std::string& root)
+      : name_offset_(root.size() + (root.ends_with('/') ? 0 : 1)) {}
+
+  // Folders behind links aren't entered, files behind links are taken.
+  void Walk(const fs::path& folder) {
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    if (error) throw CommandFailure(folder.string(), error.message());
+    for (; entry != fs::directory_iterator(); entry.increment(error)) {
+      if (error) throw CommandFailure(folder.string(), error.message());
+      LookAt(*entry);
+    }
+    if (error) throw CommandFailure(folder.string(), error.message());
+  }
+
+  const TreeSums& Sums() const { return sums_; }
+
+ private:
+  void LookAt(const fs::directory_entry& entry) {
+    const std::string name = entry.path().filename().string();
+    if (name.starts_with('.')) return;
+    std::error_code error;
+    const bool is_folder = fs::is_directory(entry.symlink_status(error));
+    // One that is neither has gone meanwhile, or is a link that leads nowhere.
+    if (!is_folder && !fs::is_regular_file(entry.status(error))) return;
+    if (!CanBeNamed(name)) {
+      sums_.left_out.push_back(entry.path().string());
+    } else if (is_folder) {
+      Walk(entry.path());
+    } else {
+      CountFile(entry.path().string());
+    }
+  }
+
+  void CountFile(const std::string& file) {
+    if (::access(file.c_str(), R_OK) != 0) throw CommandFailure(file, ReasonOf(errno));
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(file, error);
+    if (error) throw CommandFailure(file, error.message());
+    if (size > static_cast<std::uintmax_t>(kMostBytes)) {
+      throw CommandFailure(file, "is too large for an archive (2 GiB)");
+    }
+    const std::size_t name_bytes = file.size() - name_offset_;
+    if (name_bytes > kLongestName) throw CommandFailure(file, "has too long a name for an archive");
+    ++sums_.files;
+    sums_.container_bytes +=
+        kLengthsBytes + static_cast<std::int64_t>(name_bytes) + static_cast<std::int64_t>(size);
+  }
+
+  std::size_t name_offset_;
+  TreeSums sums_;
+};
+
+}  // namespace
+
+TreeSums CheckTree(const std::string& folder) {
+  TreeCheck check(folder);
+  check.Walk(folder);
+  if (check.Sums().files == 0) throw CommandFailure(folder, "holds no files that can be packed");
+  if (check.Sums().container_bytes > kMostBytes) {
+    throw CommandFailure(folder, "is too large for one archive (2 GiB)");
+  }
+  return check.Sums();
+}
+
+}  // namespace tarnvale
