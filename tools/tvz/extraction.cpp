@@ -97,6 +97,7 @@ TargetFolder::Place TargetFolder::PlaceOf(const std::string& name) const {
   } else {
     place.folders = PartsOf(name);
   }
+  if (place.folders.empty()) throw CommandFailure("\"" + name + "\"", "is no name of a file");
   place.folders.pop_back();
   place.file = std::move(last);
   for (const std::string& folder : place.folders) {

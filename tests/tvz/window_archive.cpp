@@ -1,0 +1,39 @@
+// Packs or unpacks with the program's own component, by paths of the program.
+//   window_archive pack FOLDER ARCHIVE
+//   window_archive unpack ARCHIVE FOLDER
+
+#include <cstdio>
+#include <string>
+
+#include "base/failure.h"
+#include "compression/archive.h"
+#include "platform/linux/headless_machine.h"
+#include "platform/linux/paths.h"
+
+namespace tarnvale {
+namespace {
+
+int Run(const std::string& what, const std::string& from, const std::string& to) {
+  const DrivePaths drive("/");
+  HeadlessMachine machine({});
+  usercontrol11 component(machine.Parts());
+  if (what == "pack") {
+    component.SaveFilesToArchiv(drive.FromNative(from), drive.FromNative(to), true);
+  } else {
+    component.ExtractFilesFromArchiv(drive.FromNative(from), drive.FromNative(to), true);
+  }
+  return 0;
+}
+
+}  // namespace
+}  // namespace tarnvale
+
+int main(int argc, char** argv) {
+  if (argc != 4) return 2;
+  try {
+    return tarnvale::Run(argv[1], argv[2], argv[3]);
+  } catch (const tarnvale::ProgramError& error) {
+    std::fprintf(stderr, "window_archive: %s\n", error.Description().c_str());
+    return 1;
+  }
+}
