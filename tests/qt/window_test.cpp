@@ -252,6 +252,22 @@ TEST_F(QtWindows, APopupStandsWhereTheRecordSaysAndTakesNoFocus) {
   EXPECT_EQ(host.Surroundings().ActiveWindow.Get(), &window);
 }
 
+TEST_F(QtWindows, ALinkOfAPopupIsClickedWithoutTheFocus) {
+  Window popup;
+  popup.Frame = WindowFrame::kPopup;
+  popup.ClientSize = {100, 60};
+  Label link{TextRole::kLink};
+  popup.Place({{&link, nullptr, {0, 0, 100, 60}}});
+  host.Adopt(popup);
+  popup.Show();
+  QtWindow& native = *host.NativeOf(popup);
+  ASSERT_TRUE(WaitFor([&] { return native.isVisible(); }));
+  int clicks = 0;
+  link.Clicked.Listen([&] { ++clicks; });
+  QTest::mouseClick(&native.PeerOf(link)->Widget(), Qt::LeftButton);
+  EXPECT_EQ(clicks, 1);
+}
+
 TEST_F(QtWindows, TheHourglassIsThePointerEverywhere) {
   host.Surroundings().Pointer = PointerShape::kHourglass;
   ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);

@@ -129,8 +129,10 @@ bool Peer::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyPress:
       return ReportKey(static_cast<QKeyEvent&>(*event));
     case QEvent::MouseButtonPress:
-      // The focus came first, and who lost it may have called it back.
-      return record_.TakesFocus() && record_.Owner()->Focused() != &record_;
+      // The focus came first, and who lost it may have called it back. A popup
+      // doesn't take the focus, and its links are clicked without it.
+      return record_.Owner()->Frame != WindowFrame::kPopup && record_.TakesFocus() &&
+             record_.Owner()->Focused() != &record_;
     default:
       return false;
   }
