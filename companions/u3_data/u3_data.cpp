@@ -75,7 +75,7 @@ class DataPointer {
   }
 
   void Leave() {
-    const Path named = Named();
+    Path named = Named();
     if (!named.empty() && files_.FolderExists(named)) return;
     const Path beside = program_folder_ + "\\Data";
     MakeFolder(beside);
@@ -89,7 +89,7 @@ class DataPointer {
   Path Named() {
     try {
       open_files_.OpenInput(kPointerFileNumber, PointerFile());
-      const Path named = open_files_.InputItem(kPointerFileNumber);
+      Path named = open_files_.InputItem(kPointerFileNumber);
       open_files_.Close(kPointerFileNumber);
       return named;
     } catch (const ProgramError& error) {
