@@ -9,7 +9,11 @@ Program::Program(Machine& machine)
       form(engine),
       Splash(machine, engine.settings, HooksOfSplash()),
       Agreement(machine.windows,
-                [this] { return std::make_unique<Accept>(machine_, HooksOfAgreement()); }),
+                [this] {
+                  auto window = std::make_unique<Accept>(machine_, HooksOfAgreement());
+                  window->Icon = form.Icon.Get();
+                  return window;
+                }),
       popups(engine, DrawProgramIcon),
       Compressor(machine.windows,
                  [this] {
@@ -27,6 +31,7 @@ Program::Program(Machine& machine)
                }),
       machine_(machine) {
   machine.windows.Adopt(form);
+  Splash.Icon = IconResource("AAA");
   machine.windows.Adopt(Splash);
   // The companion program ends the process. Chosen: where it is missing, the
   // program doesn't go on without its window.

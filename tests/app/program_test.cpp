@@ -1,0 +1,152 @@
+// The whole program on the test machine: its start, and what opens what.
+#include "app/program.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/support/fake_machine.h"
+
+namespace tarnvale::testing {
+namespace {
+
+class ProgramTest : public ::testing::Test {
+ protected:
+  ProgramTest() {
+    machine.files.Write("C:\\Program\\Data.txt", "C:\\Data\r\n");
+    machine.files.Write("C:\\Program\\U3-Data.exe", "");
+    machine.files.MakeFolder("C:\\Data");
+  }
+
+  void GivenWizard(const std::string& mark) {
+    machine.files.Write("C:\\Data\\Tarnvale.ini", "[Setup]\r\nWizard=" + mark + "\r\n");
+  }
+
+  /// Starts the program; hosts tell the window that it was minimised.
+  Program& Start() {
+    program = std::make_unique<Program>(machine.Interfaces());
+    EXPECT_TRUE(program->Start());
+    machine.Advance(1s);
+    program->form.Resized.Emit();
+    return *program;
+  }
+
+  FakeMachine machine;
+  std::unique_ptr<Program> program;
+};
+
+TEST_F(ProgramTest, ANormalStartShowsTheSplashForSevenSecondsAndThenTheWindowInTheTray) {
+  GivenWizard("1");
+  Program& p = Start();
+  EXPECT_TRUE(p.Splash.Visible);
+  EXPECT_EQ(machine.processes.Started().at(0).text, "C:\\Program\\U3-Data.exe");
+  machine.Advance(5900ms);
+  EXPECT_TRUE(p.Splash.Visible);
+  machine.Advance(200ms);
+  EXPECT_FALSE(p.Splash.Visible);
+  EXPECT_FALSE(p.Agreement.IsLoaded());
+  EXPECT_EQ(p.form.State.Get(), WindowState::kMinimized);
+  EXPECT_TRUE(p.form.Enabled);
+  machine.tray.Mouse(kTrayLeftDouble);
+  EXPECT_EQ(p.form.State.Get(), WindowState::kNormal);
+}
+
+TEST_F(ProgramTest, TheFirstStartShowsTheAgreementBeforeADisabledWindow) {
+  Program& p = Start();
+  machine.Advance(6200ms);
+  EXPECT_TRUE(p.form.Visible);
+  ASSERT_TRUE(p.Agreement.IsLoaded());
+  EXPECT_TRUE(p.Agreement.Get().Visible);
+  EXPECT_FALSE(p.form.Enabled);
+
+  p.Agreement.Get().chameleonButton1.Click.Emit();
+  EXPECT_TRUE(p.form.Enabled);
+  EXPECT_FALSE(p.Agreement.IsLoaded());
+  EXPECT_THAT(machine.files.Content("C:\\Data\\Tarnvale.ini"), ::testing::HasSubstr("Wizard=1"));
+  machine.Advance(1s);
+  EXPECT_TRUE(p.form.Enabled) << "nothing disables the window any more";
+}
+
+TEST_F(ProgramTest, DeclinedWithNoTheAgreementStaysAndWithYesTheProgramLeaves) {
+  machine.files.Write("C:\\Program\\Quit.exe", "");
+  Program& p = Start();
+  machine.Advance(6200ms);
+  machine.boxes.Expect("Selecting Decline Will Close Tarnvale. Continue ?", BoxIcon::kQuestion,
+                       BoxAnswer::kNo);
+  p.Agreement.Get().chameleonButton2.Click.Emit();
+  EXPECT_TRUE(p.Agreement.Get().Visible);
+  p.form.Enabled = true;
+  machine.Advance(200ms);
+  EXPECT_FALSE(p.form.Enabled);
+  machine.boxes.Answer(BoxAnswer::kYes);
+  p.Agreement.Get().chameleonButton2.Click.Emit();
+  EXPECT_FALSE(machine.tray.HasIcon());
+  EXPECT_EQ(machine.processes.Started().back().text, "C:\\Program\\Quit.exe");
+}
+
+TEST_F(ProgramTest, ASettingsFileWithMarkZeroShowsTheAgreementAlone) {
+  GivenWizard("0");
+  Program& p = Start();
+  machine.Advance(6200ms);
+  EXPECT_TRUE(p.Agreement.IsLoaded());
+  EXPECT_FALSE(p.form.Visible);
+  EXPECT_FALSE(p.form.Enabled);
+}
+
+TEST_F(ProgramTest, ASettingsFileWithMarkTwoKeepsTheSplashUpForGood) {
+  GivenWizard("2");
+  Program& p = Start();
+  machine.Advance(60s);
+  EXPECT_TRUE(p.Splash.Visible);
+  EXPECT_FALSE(p.Agreement.IsLoaded());
+}
+
+TEST_F(ProgramTest, ASecondInstanceStartsTheCompanionTellsItsMessageAndEnds) {
+  GivenWizard("1");
+  machine.processes.previous_instance = true;
+  machine.boxes.Expect("Another Instance Of Tarnvale Is Already Running On This System.",
+                       BoxIcon::kExclamation, BoxAnswer::kOk);
+  Program second(machine.Interfaces());
+  EXPECT_EQ(second.Run(), 0);
+  EXPECT_EQ(machine.processes.Started().size(), 1U);
+  EXPECT_EQ(machine.processes.Started().at(0).text, "C:\\Program\\U3-Data.exe");
+  EXPECT_FALSE(machine.tray.HasIcon());
+}
+
+TEST_F(ProgramTest, ARunPacksItsResultAndThePopupsFollow) {
+  machine.files.Write("C:\\Work\\a.txt", "aaaaabbb");
+  machine.files.MakeFolder("C:\\Store");
+  machine.files.MakeFolder("C:\\Archives");
+  machine.files.Write(
+      "C:\\Data\\Tarnvale.ini",
+      "[Setup]\r\nWizard=1\r\n[Compress]\r\nAuto=True\r\n[Destiny]\r\nDir=C:\\Store\r\n"
+      "Backup=C:\\Archives\r\n[Entries]\r\n0=C:\\Work\\a.txt\r\n");
+  Program& p = Start();
+  machine.Advance(10s);
+  machine.boxes.Expect(
+      "Tarnvale Will Now Perform A Backup For Your Files - Compression & FTP Upload Will Occur If "
+      "Selected. Proceed?",
+      BoxIcon::kQuestion, BoxAnswer::kYes);
+  p.form.mnuBackup.Clicked.Emit();
+  EXPECT_TRUE(p.popups.IsAlertLoaded());
+  machine.Advance(20s);
+  EXPECT_TRUE(machine.files.FileExists("C:\\Archives\\Auto Compressed.tvz"));
+  EXPECT_EQ(p.popups.ProgressPopup().Label1.Caption.Get(), "Tarnvale Has Completed");
+  EXPECT_FALSE(p.Compressor.Get().Visible) << "a run doesn't show the window";
+}
+
+TEST_F(ProgramTest, AClosedToolIsMadeAnewByItsNextUse) {
+  GivenWizard("1");
+  Program& p = Start();
+  p.form.Label41.Clicked.Emit();
+  compression& first = p.Compressor.Get();
+  EXPECT_TRUE(first.Visible);
+  EXPECT_TRUE(first.GroupBox1.Visible);
+  first.Label2.Clicked.Emit();
+  EXPECT_FALSE(first.Visible);
+  p.form.mnuCompressor.Clicked.Emit();
+  EXPECT_NE(&p.Compressor.Get(), &first);
+  p.form.Label42.Clicked.Emit();
+  EXPECT_TRUE(p.Splitter.Get().Visible);
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
