@@ -58,6 +58,8 @@ void Form1::WireScreens() {
   menu_switches(mnucompauto, kAdvancedMenu);
   menu_switches(mnufiles, kListMenu);
   menu_switches(mnustorage, kStorageMenu);
+  // Required: the whole sequence twice, first for the storage screen.
+  menu_switches(mnuSchedule, kStorageMenu);
   menu_switches(mnuSchedule, kScheduleMenu);
 }
 

@@ -45,6 +45,17 @@ TEST_F(Form1CommandsTest, TheGeneralLinkLeavesTheRestoreScreenStanding) {
   EXPECT_EQ(VisibleFrames(), (std::vector<int>{5, 15}));
 }
 
+TEST_F(Form1CommandsTest, TheScheduleCommandGoesThroughTheStorageScreen) {
+  std::vector<std::vector<int>> seen;
+  for (GroupBox* frame : {&form.GroupBox2, &form.GroupBox4}) {
+    frame->Visible.Changed.Listen([&] { seen.push_back(VisibleFrames()); });
+  }
+  for (GroupBox* frame : Frames()) frame->Visible = false;
+  seen.clear();
+  form.mnuSchedule.Clicked.Emit();
+  EXPECT_EQ(seen, (std::vector<std::vector<int>>{{2}, {2, 4}, {4}}));
+}
+
 TEST_F(Form1CommandsTest, AMenuCommandBringsTheWindowUp) {
   form.Load();
   form.mnufiles.Clicked.Emit();
