@@ -4,18 +4,10 @@
 #include <charconv>
 #include <cmath>
 
+#include "base/text.h"
+
 namespace tarnvale {
 namespace {
-
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
-}
-
-std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 struct Parsed {
   double value = 0;

@@ -22,6 +22,16 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
                     [](char x, char y) { return LowerChar(x) == LowerChar(y); });
 }
 
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t';
+}
+
+std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
 std::string WithBackslash(std::string_view path) {
   std::string result(path);
   if (result.empty() || result.back() != '\\') result += '\\';

@@ -12,6 +12,12 @@ std::string ToLower(std::string_view text);
 /// Equal without regard to the case of ASCII letters.
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
 
+/// A space or a tab.
+bool IsBlank(char c);
+
+/// `text` without the blanks at its two ends.
+std::string_view Trimmed(std::string_view text);
+
 /// `path` with a backslash at its end, unless one is there already. An empty
 /// path becomes "\".
 std::string WithBackslash(std::string_view path);

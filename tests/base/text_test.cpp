@@ -36,5 +36,11 @@ TEST(TextTest, OneCharacterIsCounted) {
   EXPECT_EQ(CountChar("abab", ""), 0);
 }
 
+TEST(TextTest, TrimmingTakesSpacesAndTabsFromBothEndsOnly) {
+  EXPECT_EQ(Trimmed(" \t a b\t "), "a b");
+  EXPECT_EQ(Trimmed("\r\n"), "\r\n");
+  EXPECT_EQ(Trimmed(" \t"), "");
+}
+
 }  // namespace
 }  // namespace tarnvale

@@ -26,32 +26,22 @@ BoxAnswer AnswerOfClosing(BoxButtons buttons) {
 }  // namespace
 
 FakeBoxes::~FakeBoxes() {
-  for (const Script& script : scripts_) {
+  for (const Script& script : scripts_.Left()) {
     ADD_FAILURE() << "a box that was expected never came: " << script.text.value_or("(any text)");
   }
 }
 
 void FakeBoxes::Answer(BoxAnswer answer) {
-  scripts_.push_back({std::nullopt, BoxIcon::kNone, answer});
+  scripts_.Add({std::nullopt, BoxIcon::kNone, answer});
 }
 
 void FakeBoxes::Expect(std::string text, BoxIcon icon, BoxAnswer answer) {
-  scripts_.push_back({std::move(text), icon, answer});
+  scripts_.Add({std::move(text), icon, answer});
 }
 
 BoxAnswer FakeBoxes::Show(const BoxRequest& request) {
   shown_.push_back(request);
-  std::optional<Script> script;
-  if (!scripts_.empty()) {
-    script = scripts_.front();
-    scripts_.pop_front();
-  }
-  loop_.Yield();
-  if (!actions_.empty()) {
-    const auto action = std::move(actions_.front());
-    actions_.pop_front();
-    action();
-  }
+  const std::optional<Script> script = scripts_.Next();
   if (!script) {
     ADD_FAILURE() << "unexpected box: " << request.text;
     return AnswerOfClosing(request.buttons);

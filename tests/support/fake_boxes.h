@@ -1,7 +1,6 @@
 // Message boxes that are answered by script.
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <optional>
 #include <string>
@@ -9,6 +8,7 @@
 
 #include "platform/message_boxes.h"
 #include "tests/support/manual_loop.h"
+#include "tests/support/scripted_answers.h"
 
 namespace tarnvale::testing {
 
@@ -16,7 +16,7 @@ namespace tarnvale::testing {
 /// for. Each box yields once before it is answered.
 class FakeBoxes : public MessageBoxes {
  public:
-  explicit FakeBoxes(ManualLoop& loop) : loop_(loop) {}
+  explicit FakeBoxes(ManualLoop& loop) : scripts_(loop) {}
   ~FakeBoxes() override;
 
   /// Answers the next box that has no answer yet, whatever it says.
@@ -24,7 +24,7 @@ class FakeBoxes : public MessageBoxes {
   /// The same, and checks what the box says.
   void Expect(std::string text, BoxIcon icon, BoxAnswer answer);
   /// Runs `action` while the next box that has none yet is open.
-  void WhileOpen(std::function<void()> action) { actions_.push_back(std::move(action)); }
+  void WhileOpen(std::function<void()> action) { scripts_.WhileOpen(std::move(action)); }
 
   /// All boxes so far, the unexpected ones included.
   const std::vector<BoxRequest>& Shown() const { return shown_; }
@@ -38,9 +38,7 @@ class FakeBoxes : public MessageBoxes {
     BoxAnswer answer = BoxAnswer::kOk;
   };
 
-  ManualLoop& loop_;
-  std::deque<Script> scripts_;
-  std::deque<std::function<void()>> actions_;
+  ScriptedAnswers<Script> scripts_;
   std::vector<BoxRequest> shown_;
 };
 

@@ -32,7 +32,7 @@ bool Fill(std::string& buffer, const std::string& text) {
 }  // namespace
 
 FakeDialogs::~FakeDialogs() {
-  for (const Script& script : scripts_) {
+  for (const Script& script : scripts_.Left()) {
     ADD_FAILURE() << "a dialog that was expected never came: " << NameOf(script.kind);
   }
 }
@@ -57,17 +57,7 @@ bool FakeDialogs::ChooseFile(Kind kind, FileDialogRecord& record) {
 }
 
 std::optional<Path> FakeDialogs::AnswerOf(Kind kind) {
-  std::optional<Script> script;
-  if (!scripts_.empty()) {
-    script = scripts_.front();
-    scripts_.pop_front();
-  }
-  loop_.Yield();
-  if (!actions_.empty()) {
-    const auto action = std::move(actions_.front());
-    actions_.pop_front();
-    action();
-  }
+  const std::optional<Script> script = scripts_.Next();
   if (!script || script->kind != kind) {
     ADD_FAILURE() << "unexpected " << NameOf(kind);
     return std::nullopt;

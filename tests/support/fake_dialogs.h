@@ -1,13 +1,13 @@
 // File and folder dialogs that are answered by script.
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <optional>
 #include <vector>
 
 #include "platform/dialogs.h"
 #include "tests/support/manual_loop.h"
+#include "tests/support/scripted_answers.h"
 
 namespace tarnvale::testing {
 
@@ -22,15 +22,15 @@ class FakeDialogs : public FileDialogs {
     FolderDialogRecord folder;  ///< as it was given, of the last
   };
 
-  explicit FakeDialogs(ManualLoop& loop) : loop_(loop) {}
+  explicit FakeDialogs(ManualLoop& loop) : scripts_(loop) {}
   ~FakeDialogs() override;
 
   /// The next dialog, of this kind, is confirmed with the path.
-  void Choose(Kind kind, Path path) { scripts_.push_back({kind, std::move(path)}); }
+  void Choose(Kind kind, Path path) { scripts_.Add({kind, std::move(path)}); }
   /// The next dialog, of this kind, is cancelled.
-  void Cancel(Kind kind) { scripts_.push_back({kind, std::nullopt}); }
+  void Cancel(Kind kind) { scripts_.Add({kind, std::nullopt}); }
   /// Runs `action` while the next dialog is open.
-  void WhileOpen(std::function<void()> action) { actions_.push_back(std::move(action)); }
+  void WhileOpen(std::function<void()> action) { scripts_.WhileOpen(std::move(action)); }
 
   /// All dialogs so far, the unexpected ones included.
   const std::vector<Shown>& Seen() const { return shown_; }
@@ -48,9 +48,7 @@ class FakeDialogs : public FileDialogs {
   bool ChooseFile(Kind kind, FileDialogRecord& record);
   std::optional<Path> AnswerOf(Kind kind);
 
-  ManualLoop& loop_;
-  std::deque<Script> scripts_;
-  std::deque<std::function<void()>> actions_;
+  ScriptedAnswers<Script> scripts_;
   std::vector<Shown> shown_;
 };
 
