@@ -53,6 +53,18 @@ TEST_F(QtMessages, EscapeAndTheCloseBoxAnswerNoOrCancel) {
   EXPECT_EQ(Answer(ok_cancel, Close), BoxAnswer::kCancel);
 }
 
+TEST_F(QtMessages, ABoxBearsTheIconOfTheFirstWindow) {
+  Raster green{.width = 16, .height = 16, .pixels = std::vector<std::uint32_t>(256, 0xFF00FF00)};
+  window.Icon = {green};
+  Show();
+  QRgb seen = 0;
+  Answer({.text = "Done"}, [&](QMessageBox& box) {
+    seen = box.windowIcon().pixmap(16, 16).toImage().pixel(8, 8);
+    Escape(box);
+  });
+  EXPECT_EQ(seen, 0xFF00FF00U);
+}
+
 TEST_F(QtMessages, ABoxWithNothingButOkAnswersOk) {
   EXPECT_EQ(Answer({.text = "Done"}, Escape), BoxAnswer::kOk);
   EXPECT_EQ(Answer({.text = "Done"},

@@ -249,6 +249,8 @@ void QtWindow::ApplyIcon() {
   QIcon icon;
   for (const Raster& size : record_.Icon.Get()) icon.addPixmap(ToPixmap(size, 1));
   setWindowIcon(icon);
+  // Boxes and dialogs have none of their own.
+  if (QApplication::windowIcon().isNull()) QApplication::setWindowIcon(icon);
 }
 
 void QtWindow::ApplyEnabled() {
