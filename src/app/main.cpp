@@ -23,10 +23,10 @@ int RunProgram(int argc, char** argv) {
       .to_program = [&](const std::string& native) { return drive.FromNative(native); },
       .to_native = [&](const Path& path) { return drive.ToNative(path).value_or(std::string()); }};
   QtHost desktop(argc, argv, system.files, paths);
-  Machine machine{system.files,    system.open_files,      system.profiles,   system.processes,
-                  system.clock,    system.random,          system.formats,    desktop.Loop(),
-                  desktop.Boxes(), desktop.Surroundings(), desktop.Windows(), desktop.Dialogs(),
-                  desktop.Tray()};
+  Machine machine{system.files,    system.open_files,      system.profiles,    system.processes,
+                  system.clock,    system.random,          system.formats,     desktop.Loop(),
+                  desktop.Boxes(), desktop.Surroundings(), desktop.Windows(),  desktop.Dialogs(),
+                  desktop.Tray(),  system.registry,        system.applications};
   ShowFaults(desktop.Loop(), desktop.Boxes());
 
   return Program(machine).Run();

@@ -1,6 +1,7 @@
 // Everything that the logic asks of a machine, in one bundle.
 #pragma once
 
+#include "platform/application_folders.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
@@ -11,6 +12,7 @@
 #include "platform/processes.h"
 #include "platform/profile_files.h"
 #include "platform/random_source.h"
+#include "platform/registry.h"
 #include "platform/tray.h"
 #include "platform/window.h"
 
@@ -31,6 +33,8 @@ struct Machine {
   WindowHost& windows;
   FileDialogs& dialogs;
   NotificationArea& tray;
+  Registry& registry;
+  ApplicationFolders& applications;
 };
 
 }  // namespace tarnvale

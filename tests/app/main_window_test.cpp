@@ -135,7 +135,9 @@ class MainWindowTest : public ::testing::Test {
                   host.Surroundings(),
                   host,
                   dialogs,
-                  tray};
+                  tray,
+                  system.registry,
+                  system.applications};
   Engine engine{machine};
   Form1 form{engine};
   std::string box_text;

@@ -27,7 +27,7 @@ class ArchiveOnLinuxTest : public LinuxStage {
   LinuxHost host{surroundings};
   Machine machine{host.files,   host.open_files, host.profiles, host.processes, host.clock,
                   host.random,  host.formats,    fake.loop,     fake.boxes,     fake.desktop,
-                  fake.windows, fake.dialogs,    fake.tray};
+                  fake.windows, fake.dialogs,    fake.tray,     host.registry,  host.applications};
   usercontrol11 archiver{machine};
   const Path archive = "C:\\Store\\a.tvz";
 };

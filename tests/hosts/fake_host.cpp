@@ -18,6 +18,7 @@ class FakeHost : public HostUnderTest {
   Clock& Clocks() override { return machine_.clock; }
   RandomSource& Random() override { return machine_.random; }
   LocaleFormats& Formats() override { return machine_.formats; }
+  Registry& Values() override { return machine_.registry; }
 
   void Write(const Path& file, const std::string& content) override {
     machine_.files.Write(file, content);

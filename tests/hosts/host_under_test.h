@@ -17,6 +17,7 @@
 #include "platform/processes.h"
 #include "platform/profile_files.h"
 #include "platform/random_source.h"
+#include "platform/registry.h"
 
 namespace tarnvale::testing {
 
@@ -32,6 +33,7 @@ class HostUnderTest {
   virtual Clock& Clocks() = 0;
   virtual RandomSource& Random() = 0;
   virtual LocaleFormats& Formats() = 0;
+  virtual Registry& Values() = 0;
 
   /// Writes as another program would; the folder must be there.
   virtual void Write(const Path& file, const std::string& content) = 0;

@@ -31,6 +31,7 @@ class LinuxHostUnderTest : public HostUnderTest {
   Clock& Clocks() override { return host_.clock; }
   RandomSource& Random() override { return host_.random; }
   LocaleFormats& Formats() override { return host_.formats; }
+  Registry& Values() override { return host_.registry; }
 
   void Write(const Path& file, const std::string& content) override {
     WriteNative(Native(file), content);

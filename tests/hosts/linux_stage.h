@@ -20,6 +20,7 @@ class LinuxStage : public ::testing::Test {
     surroundings.locale_name = "C";
     surroundings.processes.program_file = folder / "program";
     surroundings.processes.lock_folder = folder / "locks";
+    surroundings.user = {.home = OnDrive("home/ann"), .config = OnDrive("home/ann/.config")};
   }
 
   /// The native path of something on the drive: "Data/a.txt".

@@ -20,7 +20,7 @@ class SplitJoinOnLinuxTest : public LinuxStage {
   LinuxHost host{surroundings};
   Machine machine{host.files,   host.open_files, host.profiles, host.processes, host.clock,
                   host.random,  host.formats,    fake.loop,     fake.boxes,     fake.desktop,
-                  fake.windows, fake.dialogs,    fake.tray};
+                  fake.windows, fake.dialogs,    fake.tray,     host.registry,  host.applications};
   const std::string bytes = GeneratedBytes(50000);
   const Path source = "C:\\Data\\backup.tvz";
   Property<std::string> target{"C:\\Out"};

@@ -15,6 +15,7 @@
 #include "tests/support/fake_processes.h"
 #include "tests/support/fake_profiles.h"
 #include "tests/support/fake_random.h"
+#include "tests/support/fake_registry.h"
 #include "tests/support/fake_windows.h"
 #include "tests/support/manual_loop.h"
 
@@ -57,10 +58,12 @@ class FakeMachine {
   FakeWindows windows{desktop};
   FakeDialogs dialogs{loop};
   FakeTray tray;
+  FakeRegistry registry;
+  FakeApplicationFolders applications;
 
  private:
-  Machine interfaces_{files, open_files, profiles, processes, clock,   random, formats,
-                      loop,  boxes,      desktop,  windows,   dialogs, tray};
+  Machine interfaces_{files, open_files, profiles, processes, clock, random,   formats,     loop,
+                      boxes, desktop,    windows,  dialogs,   tray,  registry, applications};
   std::deque<int> expected_faults_;
 };
 

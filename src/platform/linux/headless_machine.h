@@ -100,7 +100,7 @@ class HeadlessMachine {
   Machine machine_{
       host_.files,  host_.open_files, host_.profiles, host_.processes, host_.clock,
       host_.random, host_.formats,    loop_,          boxes_,          desktop_.Surroundings(),
-      desktop_,     desktop_,         desktop_};
+      desktop_,     desktop_,         desktop_,       host_.registry,  host_.applications};
 };
 
 }  // namespace tarnvale

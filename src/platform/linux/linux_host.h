@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "platform/linux/linux_application_folders.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_locale_formats.h"
@@ -10,6 +11,7 @@
 #include "platform/linux/linux_processes.h"
 #include "platform/linux/linux_profile_files.h"
 #include "platform/linux/linux_random.h"
+#include "platform/linux/linux_registry.h"
 #include "platform/linux/locator.h"
 #include "platform/linux/paths.h"
 #include "platform/linux/state_folder.h"
@@ -25,6 +27,7 @@ struct LinuxSurroundings {
   /// Empty: the environment's.
   std::string locale_name;
   ProcessSurroundings processes = ProcessSurroundings::Present();
+  UserFolders user = UserFolders::Present();
 };
 
 class LinuxHost {
@@ -36,7 +39,8 @@ class LinuxHost {
         open_files(locator_),
         profiles(locator_, surroundings.state_folder),
         processes(locator_, surroundings.processes),
-        formats(surroundings.locale_name) {
+        formats(surroundings.locale_name),
+        applications(DrivePaths(surroundings.root), surroundings.user) {
     files.RefuseToDeleteOpen(open_files);
   }
   LinuxHost(const LinuxHost&) = delete;
@@ -55,6 +59,8 @@ class LinuxHost {
   LinuxClock clock;
   LinuxRandom random;
   LinuxLocaleFormats formats;
+  LinuxRegistry registry;
+  LinuxApplicationFolders applications;
 };
 
 }  // namespace tarnvale

@@ -9,16 +9,20 @@
 
 namespace tarnvale {
 
-std::string DefaultStateFolder() {
-  // A relative value is to be ignored, says the directory standard.
-  const char* state = std::getenv("XDG_STATE_HOME");
-  if (state != nullptr && state[0] == '/') return std::string(state) + "/tarnvale";
+std::string HomeFolder() {
   const char* home = std::getenv("HOME");
   if (home == nullptr || home[0] != '/') {
     const passwd* user = ::getpwuid(::getuid());
     home = user != nullptr ? user->pw_dir : "/";
   }
-  return std::string(home) + "/.local/state/tarnvale";
+  return home;
+}
+
+std::string DefaultStateFolder() {
+  // A relative value is to be ignored, says the directory standard.
+  const char* state = std::getenv("XDG_STATE_HOME");
+  if (state != nullptr && state[0] == '/') return std::string(state) + "/tarnvale";
+  return HomeFolder() + "/.local/state/tarnvale";
 }
 
 bool MakeStateFolder(const std::string& folder) {

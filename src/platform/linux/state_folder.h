@@ -5,6 +5,9 @@
 
 namespace tarnvale {
 
+/// Native path of this user's home: $HOME, or what the user's entry says.
+std::string HomeFolder();
+
 /// Native path of the state folder of this user: "tarnvale" in
 /// $XDG_STATE_HOME, or in ~/.local/state. It needn't exist yet.
 std::string DefaultStateFolder();

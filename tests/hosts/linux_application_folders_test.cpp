@@ -1,0 +1,96 @@
+#include "platform/linux/linux_application_folders.h"
+
+#include <cstdlib>
+
+#include "tests/hosts/linux_stage.h"
+
+namespace tarnvale::testing {
+namespace {
+
+class LinuxApplicationFoldersTest : public LinuxStage {
+ protected:
+  void MakeHomeFolder(const std::string& name) {
+    std::filesystem::create_directories(OnDrive("home/ann/" + name));
+  }
+  std::optional<Path> Of(Application application) {
+    return host.applications.DataFolder(application);
+  }
+
+  LinuxHost host{surroundings};
+};
+
+TEST_F(LinuxApplicationFoldersTest, WithoutAnyFolderThePackagesPlacesAreTold) {
+  EXPECT_EQ(Of(Application::kFirefox), "C:\\home\\ann\\.mozilla\\firefox");
+  EXPECT_EQ(Of(Application::kThunderbird), "C:\\home\\ann\\.thunderbird");
+  EXPECT_EQ(Of(Application::kOpera), "C:\\home\\ann\\.config\\opera");
+}
+
+TEST_F(LinuxApplicationFoldersTest, AnApplicationInASandboxIsFoundThere) {
+  MakeHomeFolder("snap/firefox/common/.mozilla/firefox");
+  MakeHomeFolder(".var/app/org.mozilla.Thunderbird/.thunderbird");
+  MakeHomeFolder("snap/opera/current/.config/opera");
+  EXPECT_EQ(Of(Application::kFirefox), "C:\\home\\ann\\snap\\firefox\\common\\.mozilla\\firefox");
+  EXPECT_EQ(Of(Application::kThunderbird),
+            "C:\\home\\ann\\.var\\app\\org.mozilla.Thunderbird\\.thunderbird");
+  EXPECT_EQ(Of(Application::kOpera), "C:\\home\\ann\\snap\\opera\\current\\.config\\opera");
+}
+
+TEST_F(LinuxApplicationFoldersTest, ThePackagesOwnPlaceComesFirstAndIsLookedForAnew) {
+  MakeHomeFolder("snap/firefox/common/.mozilla/firefox");
+  MakeHomeFolder(".config/mozilla/firefox");
+  EXPECT_EQ(Of(Application::kFirefox), "C:\\home\\ann\\.config\\mozilla\\firefox");
+  MakeHomeFolder(".mozilla/firefox");
+  EXPECT_EQ(Of(Application::kFirefox), "C:\\home\\ann\\.mozilla\\firefox");
+}
+
+TEST_F(LinuxApplicationFoldersTest, AFileInThePlaceOfTheFolderIsPassedBy) {
+  MakeHomeFolder("snap/thunderbird/common/.thunderbird");
+  WriteNative(OnDrive("home/ann/.thunderbird"), "no folder");
+  EXPECT_EQ(Of(Application::kThunderbird),
+            "C:\\home\\ann\\snap\\thunderbird\\common\\.thunderbird");
+}
+
+// Gives a variable a value, or none, for as long as it lives.
+class VariableFor {
+ public:
+  VariableFor(const char* name, const char* value) : name_(name) {
+    if (const char* old = std::getenv(name)) old_ = old;
+    Set(value);
+  }
+  ~VariableFor() { Set(old_ ? old_->c_str() : nullptr); }
+  VariableFor(const VariableFor&) = delete;
+  VariableFor& operator=(const VariableFor&) = delete;
+
+ private:
+  void Set(const char* value) {
+    if (value != nullptr) {
+      ::setenv(name_, value, 1);
+    } else {
+      ::unsetenv(name_);
+    }
+  }
+
+  const char* name_;
+  std::optional<std::string> old_;
+};
+
+TEST(UserFoldersTest, TheEnvironmentTellsThem) {
+  const VariableFor home("HOME", "/home/ann");
+  {
+    const VariableFor config("XDG_CONFIG_HOME", "/settings/ann");
+    EXPECT_EQ(UserFolders::Present().home, "/home/ann");
+    EXPECT_EQ(UserFolders::Present().config, "/settings/ann");
+  }
+  for (const char* no_folder : {"relative", ""}) {
+    const VariableFor config("XDG_CONFIG_HOME", no_folder);
+    EXPECT_EQ(UserFolders::Present().config, "/home/ann/.config");
+  }
+}
+
+TEST(UserFoldersTest, WithoutTheVariableTheUsersEntryTellsTheHome) {
+  const VariableFor home("HOME", nullptr);
+  EXPECT_EQ(UserFolders::Present().home.front(), '/');
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
