@@ -3,23 +3,24 @@
 namespace tarnvale {
 namespace {
 
-// Required: a constant, wherever the system's folder is.
-constexpr const char* kEditor = "C:\\Windows\\Regedit.exe";
+// Required: constants, wherever the system's folder is.
+constexpr const char* kExport = "C:\\Windows\\Regedit.exe /e ";
+constexpr const char* kImport = "C:\\Windows\\Regedit.exe /s ";
 constexpr const char* kQuote = "\"";
 
 }  // namespace
 
 std::string ExportLine(const Path& file, const std::string& branch, const std::string& sub_branch) {
-  const std::string whole = std::string(kEditor) + " /e " + kQuote + file + kQuote;
-  if (branch.empty()) return whole;
+  std::string line = std::string(kExport) + kQuote + file + kQuote;
+  if (!branch.empty()) line += std::string(" ") + kQuote + branch;
   // Required: no quote closes the line behind a branch that stands alone.
-  if (sub_branch.empty()) return whole + " " + kQuote + branch;
-  return whole + " " + kQuote + branch + "\\" + sub_branch + kQuote;
+  if (!branch.empty() && !sub_branch.empty()) line += "\\" + sub_branch + kQuote;
+  return line;
 }
 
 // Required: no closing quote.
 std::string ImportLine(const Path& file) {
-  return std::string(kEditor) + " /s " + kQuote + file;
+  return std::string(kImport) + kQuote + file;
 }
 
 }  // namespace tarnvale
