@@ -1,0 +1,69 @@
+#include "userdata/user_data_window.h"
+
+#include <utility>
+
+#include "base/failure.h"
+#include "userdata/profile_paths.h"
+
+namespace tarnvale {
+
+userdata::userdata(Machine& machine)
+    : machine_(machine), control_(machine), Timer1(machine.loop.Timers(), 500, true) {
+  LayOut(*this);
+  WirePanels();
+  WireOperations();
+  Timer1.Tick.Listen([this] { FollowProfile(); });
+  // The record outlives its window: nothing may go on ticking in it.
+  Closed.Listen([this] { Timer1.Enabled = false; });
+}
+
+std::string userdata::Reg_Read(const std::string& path) {
+  return machine_.registry.Read(path);
+}
+
+void userdata::WirePanels() {
+  const auto shows = [this](Label& link, const GroupBox& panel) {
+    link.Clicked.Listen([this, &panel] { ShowPanel(panel); });
+  };
+  shows(Label41, GroupBox1);
+  shows(Label42, GroupBox3);
+  shows(Label30, GroupBox7);
+  shows(Label14, GroupBox4);
+  shows(Label15, GroupBox5);
+  shows(Label49, GroupBox2);
+  shows(Label19, GroupBox6);
+}
+
+void userdata::ShowPanel(const GroupBox& panel) {
+  for (GroupBox* each :
+       {&GroupBox1, &GroupBox2, &GroupBox3, &GroupBox4, &GroupBox5, &GroupBox6, &GroupBox7}) {
+    each->Visible = each == &panel;
+  }
+}
+
+// Required: written at each tick, whether it changed or not; nothing is looked
+// for on the medium.
+void userdata::FollowProfile() {
+  PassedOver pass;
+  // Chosen: without the value the identity is empty, and the window lives on.
+  std::string identity;
+  pass.Step([&] { identity = Reg_Read("HKEY_CURRENT_USER\\Identities\\Default User ID"); });
+  Text10.Text = std::move(identity);
+
+  const std::string user = machine_.processes.Variable("username").value_or(std::string());
+  const ProfilePaths paths = ProfilePathsOf(user, Text10.Text);
+  const auto place_of = [this](Application application, const Path& classic) {
+    return machine_.applications.DataFolder(application).value_or(classic);
+  };
+  Text11.Text = paths.outlook_express;
+  Text1.Text = place_of(Application::kFirefox, paths.firefox);
+  Text20.Text = place_of(Application::kOpera, paths.opera);
+  Text3.Text = place_of(Application::kThunderbird, paths.thunderbird);
+  Text5.Text = paths.favorites;
+  Text7.Text = paths.outlook;
+  Text16.Text = paths.cookies;
+  Text17.Text = paths.history;
+  Text18.Text = paths.temporary_files;
+}
+
+}  // namespace tarnvale
