@@ -29,6 +29,18 @@ Program::Program(Machine& machine)
                  window->Icon = form.Icon.Get();
                  return window;
                }),
+      RegistryBackup(machine.windows,
+                     [this] {
+                       auto window = std::make_unique<registry>(machine_);
+                       window->Icon = form.Icon.Get();
+                       return window;
+                     }),
+      UserData(machine.windows,
+               [this] {
+                 auto window = std::make_unique<userdata>(machine_);
+                 window->Icon = form.Icon.Get();
+                 return window;
+               }),
       machine_(machine) {
   machine.windows.Adopt(form);
   Splash.Icon = IconResource("AAA");
@@ -54,7 +66,9 @@ AgreementHooks Program::HooksOfAgreement() {
 }
 
 void Program::ConnectTools() {
+  form.Tools.ShowUserData = [this] { UserData.Show(); };
   form.Tools.ShowSplitter = [this] { Splitter.Show(); };
+  form.Tools.ShowRegistry = [this] { RegistryBackup.Show(); };
   form.Tools.ShowCompressor = [this] { Compressor.Show(); };
   form.Tools.ShowCompressorPanel = [this] {
     Compressor.Show();

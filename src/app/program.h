@@ -6,10 +6,12 @@
 #include "core/engine.h"
 #include "platform/machine.h"
 #include "platform/window_slot.h"
+#include "registry/registry.h"
 #include "shell/accept.h"
 #include "shell/form1.h"
 #include "shell/splash.h"
 #include "splitter/frm_main.h"
+#include "userdata/user_data_window.h"
 
 namespace tarnvale {
 
@@ -36,6 +38,8 @@ class Program {
   Popups popups;
   WindowSlot<compression> Compressor;
   WindowSlot<frmMain> Splitter;
+  WindowSlot<registry> RegistryBackup;
+  WindowSlot<userdata> UserData;
 
  private:
   SplashHooks HooksOfSplash();

@@ -148,5 +148,36 @@ TEST_F(ProgramTest, AClosedToolIsMadeAnewByItsNextUse) {
   EXPECT_TRUE(p.Splitter.Get().Visible);
 }
 
+TEST_F(ProgramTest, TheRegistryWindowOpensFromTheTaskPanelAndTheMenu) {
+  GivenWizard("1");
+  Program& p = Start();
+  EXPECT_FALSE(p.RegistryBackup.IsLoaded());
+  p.form.Label56.Clicked.Emit();
+  registry& first = p.RegistryBackup.Get();
+  EXPECT_TRUE(first.Visible);
+  EXPECT_FALSE(first.Icon.Get().empty());
+  first.Close();
+  EXPECT_FALSE(p.RegistryBackup.IsLoaded());
+  p.form.mnuregistry.Clicked.Emit();
+  EXPECT_TRUE(p.RegistryBackup.Get().Visible);
+}
+
+TEST_F(ProgramTest, TheUserDataWindowOpensFromTheTaskPanelAndTheMenuAndKnowsItsPaths) {
+  GivenWizard("1");
+  machine.processes.variables["username"] = "ann";
+  Program& p = Start();
+  EXPECT_FALSE(p.UserData.IsLoaded());
+  p.form.Label34.Clicked.Emit();
+  userdata& first = p.UserData.Get();
+  EXPECT_TRUE(first.Visible);
+  EXPECT_FALSE(first.Icon.Get().empty());
+  machine.Advance(500ms);
+  EXPECT_EQ(first.Text5.Text.Get(), "C:\\Documents and Settings\\ann\\Favorites");
+  first.Close();
+  EXPECT_FALSE(p.UserData.IsLoaded());
+  p.form.mnudata.Clicked.Emit();
+  EXPECT_TRUE(p.UserData.Get().Visible);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing
