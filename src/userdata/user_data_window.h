@@ -40,8 +40,9 @@ class userdata : public Window {
   Label SystemHeading{TextRole::kHeading};
   Label Label19{TextRole::kLink};  ///< Shows the system's files.
 
-  /// What each panel says.
+  /// What each panel shows and says.
   struct PanelTexts {
+    PictureBox Picture;
     Label WhatItDoes{TextRole::kStrong};
     Label Description;
     Label BackupLocation{TextRole::kStrong};
@@ -49,49 +50,49 @@ class userdata : public Window {
 
   // The panel of Firefox.
   GroupBox GroupBox1;
-  PanelTexts FirefoxTexts;           ///< Heading, description, heading.
+  PanelTexts FirefoxTexts;           ///< Its picture, headings and description.
   TextBox Text2;                     ///< The chosen folder.
   chameleonButton chameleonButton1;  ///< Backs up.
   chameleonButton chameleonButton2;  ///< Restores.
 
   // The panel of Thunderbird.
   GroupBox GroupBox2;
-  PanelTexts ThunderbirdTexts;       ///< Heading, description, heading.
+  PanelTexts ThunderbirdTexts;       ///< Its picture, headings and description.
   TextBox Text4;                     ///< The chosen folder.
   chameleonButton chameleonButton4;  ///< Backs up.
   chameleonButton chameleonButton3;  ///< Restores.
 
   // The panel of Internet Explorer.
   GroupBox GroupBox3;
-  PanelTexts ExplorerTexts;          ///< Heading, description, heading.
+  PanelTexts ExplorerTexts;          ///< Its picture, headings and description.
   TextBox Text6;                     ///< The chosen folder; after a backup the one made in it.
   chameleonButton chameleonButton5;  ///< Backs up.
   chameleonButton chameleonButton6;  ///< Restores.
 
   // The panel of Outlook.
   GroupBox GroupBox4;
-  PanelTexts OutlookTexts;           ///< Heading, description, heading.
+  PanelTexts OutlookTexts;           ///< Its picture, headings and description.
   TextBox Text8;                     ///< The chosen folder.
   chameleonButton chameleonButton7;  ///< Backs up.
   chameleonButton chameleonButton8;  ///< Restores.
 
   // The panel of Outlook Express.
   GroupBox GroupBox5;
-  PanelTexts ExpressTexts;            ///< Heading, description, heading.
+  PanelTexts ExpressTexts;            ///< Its picture, headings and description.
   TextBox Text9;                      ///< The chosen folder; after a backup the one made in it.
   chameleonButton chameleonButton9;   ///< Backs up.
   chameleonButton chameleonButton10;  ///< Restores.
 
   // The panel of the system's files.
   GroupBox GroupBox6;
-  PanelTexts SystemTexts;             ///< Heading, description, heading.
+  PanelTexts SystemTexts;             ///< Its picture, headings and description.
   TextBox Text14;                     ///< The chosen folder; after a backup the one made in it.
   chameleonButton chameleonButton11;  ///< Backs up.
   XP_ProgressBar XP_ProgressBar1;     ///< Files copied.
 
   // The panel of Opera.
   GroupBox GroupBox7;
-  PanelTexts OperaTexts;              ///< Heading, description, heading.
+  PanelTexts OperaTexts;              ///< Its picture, headings and description.
   TextBox Text19;                     ///< Stays empty; the chosen folder is in Text21.
   chameleonButton chameleonButton12;  ///< Backs up.
   chameleonButton chameleonButton13;  ///< Restores.
