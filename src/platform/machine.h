@@ -13,6 +13,7 @@
 #include "platform/profile_files.h"
 #include "platform/random_source.h"
 #include "platform/registry.h"
+#include "platform/socket.h"
 #include "platform/tray.h"
 #include "platform/window.h"
 
@@ -35,6 +36,7 @@ struct Machine {
   NotificationArea& tray;
   Registry& registry;
   ApplicationFolders& applications;
+  Sockets& sockets;
 };
 
 }  // namespace tarnvale

@@ -19,6 +19,8 @@
 
 #include "core/engine.h"
 #include "platform/linux/linux_host.h"
+#include "platform/linux/linux_sockets.h"
+#include "platform/qt/qt_descriptor_watches.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_text.h"
@@ -123,6 +125,8 @@ class MainWindowTest : public ::testing::Test {
                         {.to_program = [](const std::string& native) { return "C:" + native; },
                          .to_native = [](const Path&) { return std::string(); }}};
   QtTray tray{loop};
+  QtDescriptorWatches watches;
+  LinuxSockets sockets{loop, watches};
   Machine machine{system.files,
                   system.open_files,
                   system.profiles,
@@ -137,7 +141,8 @@ class MainWindowTest : public ::testing::Test {
                   dialogs,
                   tray,
                   system.registry,
-                  system.applications};
+                  system.applications,
+                  sockets};
   Engine engine{machine};
   Form1 form{engine};
   std::string box_text;

@@ -68,7 +68,7 @@ class RealRun : public ::testing::Test {
   Machine interfaces{system.files,  system.open_files, system.profiles, machine.processes,
                      machine.clock, machine.random,    machine.formats, machine.loop,
                      machine.boxes, machine.desktop,   machine.windows, machine.dialogs,
-                     machine.tray};
+                     machine.tray,  machine.network};
   Engine engine{interfaces};
 };
 

@@ -11,6 +11,7 @@
 #include "tests/support/fake_dialogs.h"
 #include "tests/support/fake_files.h"
 #include "tests/support/fake_formats.h"
+#include "tests/support/fake_network.h"
 #include "tests/support/fake_open_files.h"
 #include "tests/support/fake_processes.h"
 #include "tests/support/fake_profiles.h"
@@ -60,10 +61,12 @@ class FakeMachine {
   FakeTray tray;
   FakeRegistry registry;
   FakeApplicationFolders applications;
+  FakeNetwork network{loop, clock};
 
  private:
-  Machine interfaces_{files, open_files, profiles, processes, clock, random,   formats,     loop,
-                      boxes, desktop,    windows,  dialogs,   tray,  registry, applications};
+  Machine interfaces_{files,   open_files, profiles,     processes, clock,   random,
+                      formats, loop,       boxes,        desktop,   windows, dialogs,
+                      tray,    registry,   applications, network};
   std::deque<int> expected_faults_;
 };
 

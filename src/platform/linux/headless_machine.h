@@ -61,7 +61,8 @@ class IdleLoop : public EventLoop {
 class NoDesktop final : public MessageBoxes,
                         public WindowHost,
                         public FileDialogs,
-                        public NotificationArea {
+                        public NotificationArea,
+                        public Sockets {
  public:
   BoxAnswer Show(const BoxRequest&) override { Refuse(); }
   void Adopt(Window&) override { Refuse(); }
@@ -74,6 +75,7 @@ class NoDesktop final : public MessageBoxes,
   bool ShowSave(FileDialogRecord&) override { Refuse(); }
   std::optional<Path> BrowseForFolder(const FolderDialogRecord&) override { Refuse(); }
   bool Notify(TrayCommand, const TrayRecord&) override { return false; }
+  std::unique_ptr<Socket> MakeSocket() override { Refuse(); }
 
  private:
   [[noreturn]] static void Refuse() { throw ProgramError(kInvalidCall); }
@@ -100,7 +102,8 @@ class HeadlessMachine {
   Machine machine_{
       host_.files,  host_.open_files, host_.profiles, host_.processes, host_.clock,
       host_.random, host_.formats,    loop_,          boxes_,          desktop_.Surroundings(),
-      desktop_,     desktop_,         desktop_,       host_.registry,  host_.applications};
+      desktop_,     desktop_,         desktop_,       host_.registry,  host_.applications,
+      desktop_};
 };
 
 }  // namespace tarnvale

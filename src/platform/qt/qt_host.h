@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/files.h"
+#include "platform/qt/qt_descriptor_watches.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
@@ -29,6 +30,7 @@ class QtHost {
   MessageBoxes& Boxes() { return boxes_; }
   FileDialogs& Dialogs() { return dialogs_; }
   NotificationArea& Tray() { return tray_; }
+  DescriptorWatches& Watches() { return watches_; }
   Desktop& Surroundings() { return windows_.Surroundings(); }
 
  private:
@@ -44,6 +46,7 @@ class QtHost {
   QtMessageBoxes boxes_;
   QtFileDialogs dialogs_;
   QtTray tray_;
+  QtDescriptorWatches watches_;
 };
 
 }  // namespace tarnvale
