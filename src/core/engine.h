@@ -12,6 +12,7 @@
 #include "platform/machine.h"
 #include "settings/backup_settings.h"
 #include "settings/settings_store.h"
+#include "transfer/report_mail.h"
 
 namespace tarnvale {
 
@@ -53,6 +54,7 @@ class Engine {
 
   BackupSettings settings;
   RunState run;
+  ReportMail mail;
   ScreenHooks screens;
   StageHooks stages;
   EngineTimers timers;

@@ -1,0 +1,17 @@
+// The text of the report.
+#pragma once
+
+#include <string>
+
+#include "core/hooks.h"
+#include "platform/machine.h"
+#include "settings/backup_settings.h"
+
+namespace tarnvale {
+
+/// What the report of a run says; lines end in carriage return and line feed.
+/// Required: it is written from the plan. It tells of success, compression and
+/// upload whatever became of them, and its total counts single files only.
+std::string ReportText(Machine& machine, const BackupSettings& settings, const RunFacts& facts);
+
+}  // namespace tarnvale
