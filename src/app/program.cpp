@@ -1,5 +1,6 @@
 #include "app/program.h"
 
+#include "core/report.h"
 #include "shell/program_icon.h"
 
 namespace tarnvale {
@@ -41,6 +42,13 @@ Program::Program(Machine& machine)
                  window->Icon = form.Icon.Get();
                  return window;
                }),
+      Mailer(machine.windows,
+             [this] {
+               auto window = std::make_unique<frmWinsock>(machine_, engine.settings, engine.mail,
+                                                          last_reply_);
+               window->Icon = form.Icon.Get();
+               return window;
+             }),
       machine_(machine) {
   machine.windows.Adopt(form);
   Splash.Icon = IconResource("AAA");
@@ -74,6 +82,11 @@ void Program::ConnectTools() {
     Compressor.Show();
     Compressor.Get().ShowCreatePanel();
   };
+  form.Tools.SendTestReport = [this](const std::string& body) {
+    Mailer.Show();
+    engine.mail.Body = body;
+    Mailer.Get().StartSend();
+  };
 }
 
 void Program::ConnectStages() {
@@ -81,6 +94,10 @@ void Program::ConnectStages() {
   engine.stages.Compress = [this] { Compressor.Get().Compress(); };
   engine.stages.CompressionProgress = [this] {
     return Compressor.Get().XP_ProgressBar1.Value.Get();
+  };
+  engine.stages.SendReport = [this](const RunFacts& facts) {
+    engine.mail.Body = ReportText(machine_, engine.settings, facts);
+    Mailer.Get().StartSend();
   };
 }
 

@@ -1,6 +1,8 @@
 // The composition: every window, and who is told of what.
 #pragma once
 
+#include <string>
+
 #include "compression/compressor_window.h"
 #include "core/alerts.h"
 #include "core/engine.h"
@@ -11,6 +13,7 @@
 #include "shell/form1.h"
 #include "shell/splash.h"
 #include "splitter/frm_main.h"
+#include "transfer/frm_winsock.h"
 #include "userdata/user_data_window.h"
 
 namespace tarnvale {
@@ -40,6 +43,7 @@ class Program {
   WindowSlot<frmMain> Splitter;
   WindowSlot<registry> RegistryBackup;
   WindowSlot<userdata> UserData;
+  WindowSlot<frmWinsock> Mailer;
 
  private:
   SplashHooks HooksOfSplash();
@@ -48,6 +52,8 @@ class Program {
   void ConnectStages();
 
   Machine& machine_;
+  /// Stays when the window of the conversation is unloaded.
+  std::string last_reply_;
 };
 
 }  // namespace tarnvale

@@ -190,7 +190,10 @@ class Form1 : public Window {
   Label ToAddressLabel;
   TextBox txtTo;  ///< ReportTo.
   Label AddressesNote{TextRole::kNote};
-  chameleonButton chameleonButton6;  ///< Sends a test report.
+  chameleonButton chameleonButton6;          ///< Sends a test report.
+  TextBox Text15{engine_.mail.Sender};       ///< Hidden: the sender of reports.
+  TextBox txtSubject{engine_.mail.Subject};  ///< Hidden: the subject of reports.
+  TextBox txtBody{engine_.mail.Body};        ///< Hidden: the text of the present report.
 
   // The restore screen.
   GroupBox GroupBox15;

@@ -133,6 +133,119 @@ TEST_F(ProgramTest, ARunPacksItsResultAndThePopupsFollow) {
   EXPECT_FALSE(p.Compressor.Get().Visible) << "a run doesn't show the window";
 }
 
+class MailTest : public ProgramTest {
+ protected:
+  MailTest() {
+    machine.files.Write("C:\\Work\\a.txt", "aaaaabbb");
+    machine.files.MakeFolder("C:\\Store");
+    machine.files.MakeFolder("C:\\Archives");
+    server.on_connect = [](FakeConnection& c) { c.Say("220 ready\r\n", 20ms); };
+  }
+
+  void GivenSettings(const std::string& compression) {
+    machine.files.Write(
+        "C:\\Data\\Tarnvale.ini",
+        "[Setup]\r\nWizard=1\r\n[Compress]\r\nAuto=" + compression +
+            "\r\n[Destiny]\r\nDir=C:\\Store\r\nBackup=C:\\Archives\r\n"
+            "[Server]\r\nSTMP=mail.example\r\n"
+            "[Reports]\r\nSend=True\r\n[Send]\r\nTo=ann@home.example, bob@home.example\r\n"
+            "[Entries]\r\n0=C:\\Work\\a.txt\r\n");
+  }
+
+  void BackUp(Program& p) {
+    machine.boxes.Answer(BoxAnswer::kYes);
+    p.form.mnuBackup.Clicked.Emit();
+    machine.Advance(20s);
+  }
+
+  FakeServer& server = machine.network.AddServer("mail.example", 25);
+};
+
+TEST_F(MailTest, ARunSendsItsReportWhenTheStagesBeforeItHaveReturned) {
+  GivenSettings("True");
+  Program& p = Start();
+  machine.Advance(10s);
+  bool packed_before = false;
+  server.on_connect = [&](FakeConnection& c) {
+    packed_before = machine.files.FileExists("C:\\Archives\\Auto Compressed.tvz");
+    c.Say("220 ready\r\n", 20ms);
+  };
+  BackUp(p);
+  EXPECT_TRUE(packed_before);
+  ASSERT_EQ(server.ConnectionCount(), 1U);
+  EXPECT_THAT(server.Connection().Text(),
+              ::testing::StartsWith("HELO x.x\r\nMAIL FROM: report@tarnvale.example\r\n"
+                                    "RCPT TO: ann@home.example\r\nRCPT TO:  bob@home.example\r\n"
+                                    "DATA\r\nSUBJECT: 0\r\n"
+                                    "This is an automated E-Mail Report from Tarnvale.\r\n"));
+  EXPECT_THAT(server.Connection().Text(),
+              ::testing::HasSubstr(">> Backed Up Files Have Been Compressed To: C:\\Archives\r\n"));
+  EXPECT_FALSE(p.Mailer.Get().Visible) << "a run doesn't show the window";
+}
+
+TEST_F(MailTest, TheRunDoesNotWaitForAServerThatSaysNothing) {
+  GivenSettings("False");
+  Program& p = Start();
+  machine.Advance(10s);
+  server.on_connect = nullptr;
+  // The conversation waits inside this very advance: it ends with the greeting.
+  std::string caption;
+  machine.loop.OnYield(2000, [&] {
+    caption = p.form.Label14.Caption.Get();
+    server.Connection().Say("220 ready\r\n");
+  });
+  BackUp(p);
+  EXPECT_THAT(caption, ::testing::StartsWith("Success >> Copied 1 Items"));
+  EXPECT_FALSE(p.engine.timers.RunStart().Enabled) << "the run has returned";
+}
+
+TEST_F(MailTest, AFailedSendGoesUnnoticed) {
+  GivenSettings("False");
+  Program& p = Start();
+  machine.Advance(10s);
+  server.fails_with = kConnectionRefused;
+  BackUp(p);
+  EXPECT_EQ(p.Mailer.Get().txtData.Text.Get(),
+            "<WINSOCK ERROR> 10061. Connection is forcefully rejected.\r\n");
+  EXPECT_FALSE(p.Mailer.Get().Visible);
+}
+
+TEST_F(MailTest, TheTestButtonShowsTheWindowAndSendsTheTestTextUnsaved) {
+  GivenSettings("False");
+  Program& p = Start();
+  p.form.txtServer.Text = "other.example";
+  p.form.txtTo.Text = "carol@home.example";
+  FakeServer& other = machine.network.AddServer("other.example", 25);
+  other.on_connect = [](FakeConnection& c) { c.Say("220 ready\r\n"); };
+  p.form.chameleonButton6.Click.Emit();
+  EXPECT_TRUE(p.Mailer.Get().Visible);
+  machine.Advance(5s);
+  EXPECT_EQ(other.Connection().Text(),
+            "HELO x.x\r\nMAIL FROM: report@tarnvale.example\r\nRCPT TO: carol@home.example\r\n"
+            "DATA\r\nSUBJECT: 0\r\n"
+            "This Is A Test E-Mail Report From Tarnvale : Your Settings Have Been Confirmed\r\n"
+            "\r\n\r\n.\r\n");
+  EXPECT_EQ(p.form.txtBody.Text.Get(),
+            "This Is A Test E-Mail Report From Tarnvale : Your Settings Have Been Confirmed");
+  EXPECT_EQ(p.form.txtSubject.Text.Get(), "0");
+  EXPECT_EQ(p.form.Text15.Text.Get(), "report@tarnvale.example");
+  EXPECT_THAT(machine.files.Content("C:\\Data\\Tarnvale.ini"),
+              ::testing::Not(::testing::HasSubstr("carol")));
+}
+
+TEST_F(MailTest, AfterTheWindowWasClosedTheNextMailStillWaitsForNothing) {
+  GivenSettings("False");
+  Program& p = Start();
+  p.form.chameleonButton6.Click.Emit();
+  machine.Advance(5s);
+  p.Mailer.Get().Close();
+  EXPECT_FALSE(p.Mailer.IsLoaded());
+  server.on_connect = nullptr;
+  p.form.chameleonButton6.Click.Emit();
+  machine.Advance(5s);
+  EXPECT_THAT(server.Connection(1).Text(), ::testing::EndsWith("\r\n\r\n\r\n.\r\n"));
+}
+
 TEST_F(ProgramTest, AClosedToolIsMadeAnewByItsNextUse) {
   GivenWizard("1");
   Program& p = Start();
