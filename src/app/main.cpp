@@ -4,6 +4,7 @@
 #include "platform/linux/linux_host.h"
 #include "platform/linux/linux_sockets.h"
 #include "platform/linux/paths.h"
+#include "platform/no_ftp_transport.h"
 #include "platform/qt/qt_host.h"
 
 namespace tarnvale {
@@ -24,11 +25,25 @@ int RunProgram(int argc, char** argv) {
       .to_program = [&](const std::string& native) { return drive.FromNative(native); },
       .to_native = [&](const Path& path) { return drive.ToNative(path).value_or(std::string()); }};
   QtHost desktop(argc, argv, system.files, paths);
+  NoFtpTransport ftp;
   LinuxSockets sockets(desktop.Loop(), desktop.Watches());
-  Machine machine{system.files,    system.open_files,      system.profiles,     system.processes,
-                  system.clock,    system.random,          system.formats,      desktop.Loop(),
-                  desktop.Boxes(), desktop.Surroundings(), desktop.Windows(),   desktop.Dialogs(),
-                  desktop.Tray(),  system.registry,        system.applications, sockets};
+  Machine machine{system.files,
+                  system.open_files,
+                  system.profiles,
+                  system.processes,
+                  system.clock,
+                  system.random,
+                  system.formats,
+                  desktop.Loop(),
+                  desktop.Boxes(),
+                  desktop.Surroundings(),
+                  desktop.Windows(),
+                  desktop.Dialogs(),
+                  desktop.Tray(),
+                  system.registry,
+                  system.applications,
+                  sockets,
+                  ftp};
   ShowFaults(desktop.Loop(), desktop.Boxes());
 
   return Program(machine).Run();

@@ -6,6 +6,7 @@
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 #include "platform/files.h"
+#include "platform/ftp_transport.h"
 #include "platform/locale_formats.h"
 #include "platform/message_boxes.h"
 #include "platform/open_files.h"
@@ -37,6 +38,7 @@ struct Machine {
   Registry& registry;
   ApplicationFolders& applications;
   Sockets& sockets;
+  FtpTransport& ftp;
 };
 
 }  // namespace tarnvale

@@ -20,6 +20,7 @@
 #include "core/engine.h"
 #include "platform/linux/linux_host.h"
 #include "platform/linux/linux_sockets.h"
+#include "platform/no_ftp_transport.h"
 #include "platform/qt/qt_descriptor_watches.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
@@ -127,6 +128,7 @@ class MainWindowTest : public ::testing::Test {
   QtTray tray{loop};
   QtDescriptorWatches watches;
   LinuxSockets sockets{loop, watches};
+  NoFtpTransport ftp;
   Machine machine{system.files,
                   system.open_files,
                   system.profiles,
@@ -142,7 +144,8 @@ class MainWindowTest : public ::testing::Test {
                   tray,
                   system.registry,
                   system.applications,
-                  sockets};
+                  sockets,
+                  ftp};
   Engine engine{machine};
   Form1 form{engine};
   std::string box_text;

@@ -11,6 +11,7 @@
 #include "tests/support/fake_dialogs.h"
 #include "tests/support/fake_files.h"
 #include "tests/support/fake_formats.h"
+#include "tests/support/fake_ftp_transport.h"
 #include "tests/support/fake_network.h"
 #include "tests/support/fake_open_files.h"
 #include "tests/support/fake_processes.h"
@@ -62,11 +63,12 @@ class FakeMachine {
   FakeRegistry registry;
   FakeApplicationFolders applications;
   FakeNetwork network{loop, clock};
+  FakeFtpTransport ftp{loop};
 
  private:
   Machine interfaces_{files,   open_files, profiles,     processes, clock,   random,
                       formats, loop,       boxes,        desktop,   windows, dialogs,
-                      tray,    registry,   applications, network};
+                      tray,    registry,   applications, network,   ftp};
   std::deque<int> expected_faults_;
 };
 

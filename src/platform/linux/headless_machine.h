@@ -12,6 +12,7 @@
 #include "base/failure.h"
 #include "platform/linux/linux_host.h"
 #include "platform/machine.h"
+#include "platform/no_ftp_transport.h"
 
 namespace tarnvale {
 
@@ -98,12 +99,25 @@ class HeadlessMachine {
   LinuxHost host_;
   IdleLoop loop_;
   NoDesktop desktop_;
+  NoFtpTransport ftp_;
   MessageBoxes& boxes_ = desktop_;
-  Machine machine_{
-      host_.files,  host_.open_files, host_.profiles, host_.processes, host_.clock,
-      host_.random, host_.formats,    loop_,          boxes_,          desktop_.Surroundings(),
-      desktop_,     desktop_,         desktop_,       host_.registry,  host_.applications,
-      desktop_};
+  Machine machine_{host_.files,
+                   host_.open_files,
+                   host_.profiles,
+                   host_.processes,
+                   host_.clock,
+                   host_.random,
+                   host_.formats,
+                   loop_,
+                   boxes_,
+                   desktop_.Surroundings(),
+                   desktop_,
+                   desktop_,
+                   desktop_,
+                   host_.registry,
+                   host_.applications,
+                   desktop_,
+                   ftp_};
 };
 
 }  // namespace tarnvale
