@@ -49,6 +49,13 @@ Program::Program(Machine& machine)
                window->Icon = form.Icon.Get();
                return window;
              }),
+      Transfer(machine.windows,
+               [this] {
+                 auto window = std::make_unique<Main>(machine_, engine.settings);
+                 window->Icon = form.Icon.Get();
+                 window->SaveChanges = [this] { engine.SaveChanges(); };
+                 return window;
+               }),
       machine_(machine) {
   machine.windows.Adopt(form);
   Splash.Icon = IconResource("AAA");
@@ -77,6 +84,7 @@ void Program::ConnectTools() {
   form.Tools.ShowUserData = [this] { UserData.Show(); };
   form.Tools.ShowSplitter = [this] { Splitter.Show(); };
   form.Tools.ShowRegistry = [this] { RegistryBackup.Show(); };
+  form.Tools.ShowTransfer = [this] { Transfer.Show(); };
   form.Tools.ShowCompressor = [this] { Compressor.Show(); };
   form.Tools.ShowCompressorPanel = [this] {
     Compressor.Show();
@@ -99,6 +107,9 @@ void Program::ConnectStages() {
     engine.mail.Body = ReportText(machine_, engine.settings, facts);
     Mailer.Get().StartSend();
   };
+  engine.stages.ShowTransferWindow = [this] { Transfer.Show(); };
+  engine.stages.Upload = [this] { Transfer.Get().CompressFTP(); };
+  engine.stages.ConnectionStatus = [this] { return Transfer.Get().ConnectionStatus.Get(); };
 }
 
 bool Program::Start() {
@@ -106,6 +117,7 @@ bool Program::Start() {
   form.Load();
   if (form.IsDying()) return false;
   Compressor.Get().XP_ProgressBar1.Value = 0;
+  Transfer.Get().XP_ProgressBar1.Value = 0;
   return true;
 }
 

@@ -14,6 +14,7 @@
 #include "shell/splash.h"
 #include "splitter/frm_main.h"
 #include "transfer/frm_winsock.h"
+#include "transfer/ftp_window.h"
 #include "userdata/user_data_window.h"
 
 namespace tarnvale {
@@ -44,6 +45,7 @@ class Program {
   WindowSlot<registry> RegistryBackup;
   WindowSlot<userdata> UserData;
   WindowSlot<frmWinsock> Mailer;
+  WindowSlot<Main> Transfer;
 
  private:
   SplashHooks HooksOfSplash();
