@@ -36,36 +36,41 @@ std::vector<std::string> FakeFtpTransport::Commands() const {
   return commands;
 }
 
+void FakeFtpTransport::Note(const std::string& function, const std::string& subject) {
+  Called.Emit(subject.empty() ? function : function + " " + subject);
+  Enter(function, subject);
+}
+
 void FakeFtpTransport::SetProtocol(TransferProtocol protocol) {
-  Enter("SetProtocol", std::to_string(static_cast<int>(protocol)));
+  Note("SetProtocol", std::to_string(static_cast<int>(protocol)));
 }
 
 void FakeFtpTransport::SetRemoteHost(const std::string& host) {
-  Enter("SetRemoteHost", host);
+  Note("SetRemoteHost", host);
   host_ = host;
 }
 
 void FakeFtpTransport::SetUserName(const std::string& name) {
-  Enter("SetUserName", name);
+  Note("SetUserName", name);
 }
 
 void FakeFtpTransport::SetPassword(const std::string& password) {
-  Enter("SetPassword", password);
+  Note("SetPassword", password);
 }
 
 void FakeFtpTransport::SetRequestTimeout(std::int32_t seconds) {
-  Enter("SetRequestTimeout", std::to_string(seconds));
+  Note("SetRequestTimeout", std::to_string(seconds));
 }
 
 void FakeFtpTransport::Cancel() {
-  Enter("Cancel");
+  Note("Cancel");
   timer_.Enabled = false;
   is_busy_ = false;
   is_connected_ = false;
 }
 
 void FakeFtpTransport::Execute(const std::string& command) {
-  Enter("Execute", command);
+  Note("Execute", command);
   if (is_busy_) throw ProgramError(kStillExecuting);
   static const std::set<std::string> kVerbs{"DIR", "PUT", "GET", "CLOSE"};
   const std::string verb = VerbOf(command);

@@ -25,8 +25,8 @@ struct ToldState {
 
 /// What a command does: the states that it tells, in order, and how long it runs.
 struct FtpCourse {
-  std::vector<ToldState> told;
-  std::chrono::milliseconds lasts{};
+  std::vector<ToldState> told = {};
+  std::chrono::milliseconds lasts = {};
 };
 
 /// Records every call but the questions, "Execute DIR", and fails by script. A
@@ -43,6 +43,9 @@ class FakeFtpTransport : public FtpTransport, public ScriptedFailures {
 
   /// The commands that were given to Execute, refused ones included.
   std::vector<std::string> Commands() const;
+  /// Each call as Calls() has it, before it runs or fails.
+  Signal<const std::string&> Called;
+
   bool IsConnected() const { return is_connected_; }
 
   void SetProtocol(TransferProtocol protocol) override;
@@ -56,6 +59,7 @@ class FakeFtpTransport : public FtpTransport, public ScriptedFailures {
   std::int32_t ResponseCode() const override { return code_; }
 
  private:
+  void Note(const std::string& function, const std::string& subject = {});
   FtpCourse CourseOf(const std::string& verb) const;
   void Step();
 
