@@ -246,6 +246,164 @@ TEST_F(MailTest, AfterTheWindowWasClosedTheNextMailStillWaitsForNothing) {
   EXPECT_THAT(server.Connection(1).Text(), ::testing::EndsWith("\r\n\r\n\r\n.\r\n"));
 }
 
+TEST_F(ProgramTest, TheTransferWindowIsThereHiddenFromTheStart) {
+  machine.files.Write("C:\\Data\\Tarnvale.ini",
+                      "[Setup]\r\nWizard=1\r\n[FTP]\r\nServer=ftp.home\r\nUsername=ann\r\n");
+  Program& p = Start();
+  ASSERT_TRUE(p.Transfer.IsLoaded());
+  EXPECT_FALSE(p.Transfer.Get().Visible);
+  EXPECT_EQ(p.Transfer.Get().txtServer.Text.Get(), "ftp.home");
+  EXPECT_EQ(p.Transfer.Get().txtUserID.Text.Get(), "ann");
+  EXPECT_EQ(p.Transfer.Get().XP_ProgressBar1.Value, 0);
+}
+
+TEST_F(ProgramTest, WithoutAServerTheExampleReachesTheSettingsThoughNobodyOpensTheWindow) {
+  GivenWizard("1");
+  Program& p = Start();
+  machine.Advance(2s);
+  EXPECT_EQ(p.engine.settings.FtpServer.Get(), kExampleServer);
+}
+
+TEST_F(ProgramTest, EveryWayToTheTransferWindowShowsIt) {
+  GivenWizard("1");
+  Program& p = Start();
+  const std::vector<std::function<void()>> ways{[&] { p.form.Label46.Clicked.Emit(); },
+                                                [&] { p.form.mnuFTP.Clicked.Emit(); },
+                                                [&] { p.form.chameleonButton7.Click.Emit(); },
+                                                [&] { p.Compressor.Get().Label49.Clicked.Emit(); }};
+  for (const auto& way : ways) {
+    way();
+    EXPECT_TRUE(p.Transfer.Get().Visible);
+    p.Transfer.Get().Hide();
+  }
+}
+
+TEST_F(ProgramTest, WhatIsTypedIntoTheTransferWindowIsSavedWhenItIsClosed) {
+  GivenWizard("1");
+  Program& p = Start();
+  p.form.Label46.Clicked.Emit();
+  Main& first = p.Transfer.Get();
+  first.txtServer.Text = "ftp.home";
+  first.txtPassword.Text = "s3cret";
+  machine.Advance(1s);
+  first.Close();
+  EXPECT_THAT(machine.files.Content("C:\\Data\\Tarnvale.ini"),
+              ::testing::AllOf(::testing::HasSubstr("Server=ftp.home"),
+                               ::testing::HasSubstr("Password=s3cret")));
+  machine.Advance(100ms);
+  EXPECT_NE(&p.Transfer.Get(), &first) << "the engine reads its status";
+  EXPECT_EQ(p.Transfer.Get().txtServer.Text.Get(), "ftp.home");
+  EXPECT_FALSE(p.Transfer.Get().Visible);
+}
+
+class RunWithUploadTest : public ProgramTest {
+ protected:
+  RunWithUploadTest() {
+    machine.files.Write("C:\\Work\\a.txt", "aaaaabbb");
+    machine.files.MakeFolder("C:\\Store");
+    machine.files.MakeFolder("C:\\Archives");
+    machine.files.Write(
+        "C:\\Data\\Tarnvale.ini",
+        "[Setup]\r\nWizard=1\r\n[Compress]\r\nAuto=True\r\n[FTP]\r\nAuto=True\r\n"
+        "Server=ftp.home\r\nUsername=ann\r\nPassword=s3cret\r\n[Destiny]\r\n"
+        "Dir=C:\\Store\r\nBackup=C:\\Archives\r\n[Entries]\r\n0=C:\\Work\\a.txt\r\n");
+  }
+
+  /// Starts the program and asks for a run, up to the end of its pause.
+  Program& StartRun() {
+    Program& p = Start();
+    machine.Advance(10s);
+    machine.boxes.Answer(BoxAnswer::kYes);
+    p.form.mnuBackup.Clicked.Emit();
+    machine.Advance(8s);
+    return p;
+  }
+
+  const std::string put = "PUT \"C:\\Archives\\Auto Compressed.tvz\" \"AutoCompressed.tvz\"";
+};
+
+TEST_F(RunWithUploadTest, CopiesThenPacksThenUploads) {
+  bool was_copied = false;
+  bool was_packed = false;
+  machine.ftp.Called.Listen([&](const std::string& call) {
+    if (call != "Execute DIR") return;
+    was_copied = machine.files.FileExists("C:\\Store\\a.txt");
+    was_packed = machine.files.FileExists("C:\\Archives\\Auto Compressed.tvz");
+  });
+  Program& p = StartRun();
+  machine.Advance(10s);
+  EXPECT_TRUE(was_copied);
+  EXPECT_TRUE(was_packed);
+  EXPECT_THAT(machine.ftp.Commands(), ::testing::ElementsAre("DIR", put, "CLOSE"));
+  EXPECT_TRUE(p.Transfer.Get().Visible) << "a run shows the window";
+  EXPECT_EQ(p.Transfer.Get().ConnectionStatus.Get(), "Action Completed");
+  EXPECT_EQ(p.engine.run.EngineFree.Get(), "1");
+}
+
+TEST_F(RunWithUploadTest, TheProgressWindowDoesNotWaitForTheTransfer) {
+  machine.ftp.Let("PUT", {.lasts = 30s});
+  std::string text;
+  machine.ftp.Called.Listen([&](const std::string& call) {
+    if (call == "Execute CLOSE") text = program->popups.ProgressPopup().Label1.Caption;
+  });
+  StartRun();
+  machine.Advance(60s);
+  EXPECT_EQ(text, "Backup Has Been Completed");
+}
+
+TEST_F(RunWithUploadTest, AFailedUploadLeavesTheEngineFree) {
+  machine.ftp.FailAlways("Execute", kMalformedCommand);
+  Program& p = StartRun();
+  machine.Advance(10s);
+  EXPECT_EQ(p.Transfer.Get().ConnectionStatus.Get(), "File Transferring...");
+  EXPECT_EQ(p.engine.run.EngineFree.Get(), "1");
+  EXPECT_FALSE(p.engine.timers.RunStart().Enabled);
+}
+
+TEST_F(RunWithUploadTest, ClosingTheWindowDoesNotEndTheUpload) {
+  machine.ftp.Let("PUT", {.lasts = 5s});
+  machine.ftp.Called.Listen([&](const std::string& call) {
+    if (call == "Execute " + put) {
+      machine.loop.OnYield(10, [this] { program->Transfer.Get().Close(); });
+    }
+  });
+  StartRun();
+  machine.Advance(20s);
+  EXPECT_THAT(machine.ftp.Commands(), ::testing::ElementsAre("DIR", put, "CLOSE"));
+  EXPECT_FALSE(program->Transfer.Get().Visible);
+}
+
+// While compression is under way; a text without a row leaves what its bar says.
+TEST_F(ProgramTest, TheEngineReadsTheStatusOfTheTransferWindow) {
+  const std::vector<std::pair<const char*, const char*>> expected{
+      {"Finding Host IP Address", "0"},
+      {"IP Address Found", "0"},
+      {"Sending Request", "0"},
+      {"Request Sent", "0"},
+      {"Receiving Response", "0"},
+      {"Disconnecting From Server", "0"},
+      {"Not Connected To Server", "1"},
+      {"Action Completed", "1"},
+      {"File Transferring...", "0"},
+      {"Connected To Server", "0"},
+      {"Connecting To Server", "0"},
+      {"File Transfer Has Failed!", "0"},
+      {"File Download Has Failed!", "0"},
+      {"Please Wait...", "0"},
+      {"Not Connected : Server Error", "0"}};
+  GivenWizard("1");
+  Program& p = Start();
+  for (const auto& [status, engine_free] : expected) {
+    p.Transfer.Get().ConnectionStatus = status;
+    p.Compressor.Get().XP_ProgressBar1.Value = 50;
+    machine.Advance(100ms);
+    EXPECT_EQ(p.engine.run.EngineFree.Get(), engine_free) << status;
+    p.Compressor.Get().XP_ProgressBar1.Value = 100;
+    machine.Advance(100ms);
+    EXPECT_EQ(p.engine.run.EngineFree.Get(), "1") << status;
+  }
+}
+
 TEST_F(ProgramTest, AClosedToolIsMadeAnewByItsNextUse) {
   GivenWizard("1");
   Program& p = Start();
