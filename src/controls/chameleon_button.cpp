@@ -100,6 +100,11 @@ void chameleonButton::Paint(Canvas& canvas, TextPainter& text) {
 std::string chameleonButton::AccessibleText() const {
   return ShownCaption(Caption);
 }
+AccessibleState chameleonButton::StateForReaders() const {
+  // In check box mode it stays down for as long as it is ticked.
+  if (CheckBoxBehaviour) return {.checked = Value.Get()};
+  return {.pressed = last_state_ == ButtonState::kPressed};
+}
 char32_t chameleonButton::AccessKeyChar() const {
   return AccessKeyOf(Caption);
 }

@@ -122,6 +122,7 @@ class chameleonButton : public OwnerDrawn {
     return CheckBoxBehaviour ? Kind::kCheckBox : Kind::kButton;
   }
   std::string AccessibleText() const override;
+  AccessibleState StateForReaders() const override;
   char32_t AccessKeyChar() const override;
   void Press() override { OnAccessKey(); }
   void OnMouseDown(MouseButton button, Point at) override;

@@ -48,6 +48,7 @@ class CheckBox : public OwnerDrawn {
   bool TakesFocus() const override { return true; }
   Kind AccessibleKind() const override { return Kind::kCheckBox; }
   std::string AccessibleText() const override;
+  AccessibleState StateForReaders() const override { return {.checked = Checked.Get()}; }
   char32_t AccessKeyChar() const override;
   /// As a click on the picture.
   void Press() override;

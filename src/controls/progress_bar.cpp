@@ -102,6 +102,10 @@ void XP_ProgressBar::Paint(Canvas& canvas, TextPainter& text) {
   DrawProgress(look, canvas, text);
 }
 
+AccessibleState XP_ProgressBar::StateForReaders() const {
+  return {.range = AccessibleRange{.value = record_, .min = Min, .max = Max}};
+}
+
 void XP_ProgressBar::ReadProperties(const PropertyBag& bag) {
   BrushStyle = bag.ReadInt16("BrushStyle", 4);
   Color = bag.ReadColor("Color", SystemColorNumber(kColorSelection));

@@ -91,6 +91,7 @@ class XP_ProgressBar : public OwnerDrawn {
   /// The canvas is the picture that is made off screen and copied as a whole.
   void Paint(Canvas& canvas, TextPainter& text) override;
   Kind AccessibleKind() const override { return Kind::kProgressBar; }
+  AccessibleState StateForReaders() const override;
   void OnResize(Size) override { DrawProgressBar(); }
 
  private:

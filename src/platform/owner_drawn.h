@@ -1,6 +1,8 @@
 // Controls that the program draws itself.
 #pragma once
 
+#include <optional>
+
 #include "platform/control.h"
 #include "platform/controls.h"
 #include "platform/geometry.h"
@@ -8,6 +10,26 @@
 #include "platform/raster.h"
 
 namespace tarnvale {
+
+/// How far something got, for a screen reader.
+struct AccessibleRange {
+  int value = 0;
+  int min = 0;
+  int max = 0;
+  bool operator==(const AccessibleRange&) const = default;
+};
+
+/// What a screen reader tells of a control beside its kind and name. Whether it
+/// is enabled and has the focus, the host knows by itself.
+struct AccessibleState {
+  /// Ticked or not; none for a control that has no such state.
+  std::optional<bool> checked = std::nullopt;
+  /// A button that is held down.
+  bool pressed = false;
+  /// None for a control that shows no progress.
+  std::optional<AccessibleRange> range = std::nullopt;
+  bool operator==(const AccessibleState&) const = default;
+};
 
 /// Base of the kit's controls. The host keeps a canvas of the control's size,
 /// asks for a drawing when the control says that its look changed, copies the
@@ -32,6 +54,8 @@ class OwnerDrawn : public Control {
   virtual Kind AccessibleKind() const { return Kind::kOther; }
   /// The name for it when AccessibleName is empty, without access key marks.
   virtual std::string AccessibleText() const { return {}; }
+  /// A change of it comes with LookChanged.
+  virtual AccessibleState StateForReaders() const { return {}; }
   /// The character after the mark in the caption, in lower case; 0 for none.
   virtual char32_t AccessKeyChar() const { return 0; }
   /// Does what a click would do: a screen reader's press.

@@ -307,6 +307,21 @@ TEST_F(ChameleonButtonTest, IsACheckBoxForAScreenReaderInCheckBoxModeOnly) {
   EXPECT_EQ(button.AccessibleKind(), OwnerDrawn::Kind::kCheckBox);
 }
 
+TEST_F(ChameleonButtonTest, TellsAScreenReaderThatItIsHeldDown) {
+  EXPECT_EQ(button.StateForReaders(), AccessibleState{});
+  Press();
+  EXPECT_EQ(button.StateForReaders(), (AccessibleState{.pressed = true}));
+}
+
+TEST_F(ChameleonButtonTest, TellsAScreenReaderItsTickInCheckBoxModeOnly) {
+  button.Value = true;
+  EXPECT_EQ(button.StateForReaders(), AccessibleState{});
+  button.CheckBoxBehaviour = true;
+  EXPECT_EQ(button.StateForReaders(), (AccessibleState{.checked = true}));
+  button.Value = false;
+  EXPECT_EQ(button.StateForReaders(), (AccessibleState{.checked = false}));
+}
+
 TEST_F(ChameleonButtonTest, DrawsTheFocusInTheLastState) {
   Press();
   button.OnFocusChanged(true);

@@ -205,6 +205,14 @@ TEST(TickPictures, AreFinerAtScale2ThanDoubled) {
   EXPECT_GT(differing_blocks, 20);
 }
 
+TEST_F(CheckBoxTest, TellsAScreenReaderItsStateNotItsPicture) {
+  EXPECT_EQ(box.StateForReaders(), (AccessibleState{.checked = false}));
+  box.ButtonClicked.Listen([](bool& state) { state = false; });
+  box.Press();
+  EXPECT_TRUE(box.ShowsTick());
+  EXPECT_EQ(box.StateForReaders(), (AccessibleState{.checked = false}));
+}
+
 TEST_F(CheckBoxTest, PaintsThePictureInTheCanvassResolution) {
   box.Checked = true;
   RecordingPainter text;

@@ -273,5 +273,13 @@ TEST(ProgressText, IsAbsentUnlessShown) {
   EXPECT_TRUE(text.drawn.empty());
 }
 
+TEST(ProgressReading, TellsAScreenReaderHowFarItGot) {
+  XP_ProgressBar bar;
+  bar.Max = 200;
+  bar.Value = 50;
+  EXPECT_EQ(bar.StateForReaders().range, (AccessibleRange{.value = 50, .min = 0, .max = 200}));
+  EXPECT_FALSE(bar.StateForReaders().checked.has_value());
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

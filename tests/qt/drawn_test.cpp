@@ -13,6 +13,7 @@ class Recorder : public OwnerDrawn {
   bool TakesFocus() const override { return true; }
   bool IsContainer() const override { return true; }
   Kind AccessibleKind() const override { return Kind::kButton; }
+  AccessibleState StateForReaders() const override { return state; }
   std::string AccessibleText() const override { return "Backup Selected Items"; }
   char32_t AccessKeyChar() const override { return access_key; }
   void Press() override { heard.push_back("press"); }
@@ -37,6 +38,7 @@ class Recorder : public OwnerDrawn {
   void OnFocusChanged(bool has_focus) override { focused = has_focus; }
   void OnResize(Size to) override { size = to; }
 
+  AccessibleState state;
   std::vector<std::string> heard;
   char32_t access_key = U'b';
   bool focused = false;
@@ -180,6 +182,71 @@ TEST_F(QtDrawn, AScreenReaderReadsAndPressesIt) {
   EXPECT_EQ(NameOf(drawn), "Backup Selected Items");
   accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_EQ(drawn.heard, Heard{"press"});
+}
+
+TEST_F(QtDrawn, AScreenReaderReadsItsState) {
+  ShowDrawn();
+  QAccessibleInterface* accessible = Accessible(drawn);
+  EXPECT_FALSE(accessible->state().checkable);
+  EXPECT_FALSE(accessible->state().pressed);
+  EXPECT_FALSE(accessible->state().disabled);
+  EXPECT_EQ(accessible->valueInterface(), nullptr);
+  drawn.state = {.checked = true, .pressed = true};
+  EXPECT_TRUE(accessible->state().checkable);
+  EXPECT_TRUE(accessible->state().checked);
+  EXPECT_TRUE(accessible->state().pressed);
+  drawn.Enabled = false;
+  EXPECT_TRUE(accessible->state().disabled);
+}
+
+TEST_F(QtDrawn, AScreenReaderReadsHowFarItGotAndCannotMoveIt) {
+  ShowDrawn();
+  drawn.state.range = AccessibleRange{.value = 40, .min = 10, .max = 200};
+  QAccessibleValueInterface* value = Accessible(drawn)->valueInterface();
+  ASSERT_NE(value, nullptr);
+  EXPECT_EQ(value->currentValue(), 40);
+  EXPECT_EQ(value->minimumValue(), 10);
+  EXPECT_EQ(value->maximumValue(), 200);
+  value->setCurrentValue(90);
+  EXPECT_EQ(value->currentValue(), 40);
+}
+
+/// What a screen reader is told, written down.
+Heard told;
+void WriteDown(QAccessibleEvent* event) {
+  if (event->type() == QAccessible::StateChanged) {
+    const auto* change = static_cast<QAccessibleStateChangeEvent*>(event);
+    if (change->changedStates().checked) told.emplace_back("checked");
+    if (change->changedStates().pressed) told.emplace_back("pressed");
+  } else if (event->type() == QAccessible::ValueChanged) {
+    const auto* change = static_cast<QAccessibleValueChangeEvent*>(event);
+    told.push_back("value " + std::to_string(change->value().toInt()));
+  }
+}
+
+/// Runs where a screen reader can listen: with an accessibility bus.
+using QtReaders = QtDrawn;
+
+TEST_F(QtReaders, AreToldOfEachChangeOfStateOnce) {
+  ShowDrawn();
+  ASSERT_TRUE(WaitFor([] { return QAccessible::isActive(); }));
+  drawn.LookChanged.Emit();
+  const int before = drawn.paints;
+  ASSERT_TRUE(WaitFor([&] { return drawn.paints > before; }));
+  const auto other = QAccessible::installUpdateHandler(WriteDown);
+  told.clear();
+  const auto change = [this](const AccessibleState& state) {
+    drawn.state = state;
+    drawn.LookChanged.Emit();
+    const int paints = drawn.paints;
+    EXPECT_TRUE(WaitFor([&] { return drawn.paints > paints; }));
+  };
+  change({.checked = true});
+  change({.checked = true});
+  change({.checked = true, .pressed = true});
+  change({.checked = true, .pressed = true, .range = AccessibleRange{.value = 7}});
+  QAccessible::installUpdateHandler(other);
+  EXPECT_EQ(told, (Heard{"checked", "pressed", "value 7"}));
 }
 
 TEST_F(QtDrawn, HearsNothingWhileDisabled) {

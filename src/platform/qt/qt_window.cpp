@@ -66,6 +66,10 @@ bool IsInput(QEvent::Type type) {
 
 }  // namespace
 
+QPoint PopupPlace(QPoint screen_origin, int left_twips, int top_twips) {
+  return screen_origin + QPoint(left_twips / kTwipsPerPixel, top_twips / kTwipsPerPixel);
+}
+
 QtWindow::QtWindow(PeerContext& context, Window& record, Desktop& desktop)
     : context_(context), record_(record), desktop_(desktop) {
   setWindowFlags(FlagsOf(record_));
@@ -225,7 +229,8 @@ void QtWindow::ApplyState() {
 
 void QtWindow::ApplyPosition() {
   if (record_.Frame == WindowFrame::kPopup) {
-    move(record_.LeftTwips / kTwipsPerPixel, record_.TopTwips / kTwipsPerPixel);
+    const QPoint origin = QGuiApplication::primaryScreen()->geometry().topLeft();
+    move(PopupPlace(origin, record_.LeftTwips, record_.TopTwips));
   } else {
     PlaceFirst();
   }

@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 #include <QMenuBar>
+#include <QPoint>
 #include <QTimer>
 #include <QWidget>
 
@@ -15,6 +16,10 @@
 #include "platform/window.h"
 
 namespace tarnvale {
+
+/// Where a popup stands on the whole desktop, whose screens may lie anywhere: its
+/// record counts from the corner of the primary one.
+QPoint PopupPlace(QPoint screen_origin, int left_twips, int top_twips);
 
 /// Mirrors a window record by a native window. The controls get their peers when
 /// the window is first shown. What changes in one event comes to the desktop in

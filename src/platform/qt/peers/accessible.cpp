@@ -1,17 +1,40 @@
 #include "platform/qt/peers/accessible.h"
 
 #include <QAccessibleWidget>
-#include <QWidget>
+#include <QVariant>
 
 namespace tarnvale {
 namespace {
 
-class SelfDrawnAccessible final : public QAccessibleWidget {
+class SelfDrawnAccessible final : public QAccessibleWidget, public QAccessibleValueInterface {
  public:
   SelfDrawnAccessible(QWidget* widget, AccessibleSource& source)
       : QAccessibleWidget(widget, source.AccessibleRole()), source_(source) {}
 
   QAccessible::Role role() const override { return source_.AccessibleRole(); }
+
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    const AccessibleState told = source_.StateForReaders();
+    state.checkable = told.checked.has_value();
+    state.checked = told.checked.value_or(false);
+    state.pressed = told.pressed;
+    return state;
+  }
+
+  void* interface_cast(QAccessible::InterfaceType type) override {
+    if (type == QAccessible::ValueInterface && source_.StateForReaders().range) {
+      return static_cast<QAccessibleValueInterface*>(this);
+    }
+    return QAccessibleWidget::interface_cast(type);
+  }
+
+  // How far it got. It only shows that.
+  QVariant currentValue() const override { return Range().value; }
+  QVariant minimumValue() const override { return Range().min; }
+  QVariant maximumValue() const override { return Range().max; }
+  QVariant minimumStepSize() const override { return 1; }
+  void setCurrentValue(const QVariant&) override {}
 
   QStringList actionNames() const override {
     QStringList names = QAccessibleWidget::actionNames();
@@ -28,6 +51,10 @@ class SelfDrawnAccessible final : public QAccessibleWidget {
   }
 
  private:
+  AccessibleRange Range() const {
+    return source_.StateForReaders().range.value_or(AccessibleRange{});
+  }
+
   AccessibleSource& source_;
 };
 
@@ -42,6 +69,20 @@ QAccessibleInterface* MakeAccessible(const QString& /*class_name*/, QObject* obj
 
 void InstallAccessibility() {
   QAccessible::installFactory(MakeAccessible);
+}
+
+void TellReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now) {
+  QAccessible::State changed;
+  changed.checked = before.checked != now.checked;
+  changed.pressed = before.pressed != now.pressed;
+  if (changed.checked || changed.pressed) {
+    QAccessibleStateChangeEvent event(&widget, changed);
+    QAccessible::updateAccessibility(&event);
+  }
+  if (now.range && before.range != now.range) {
+    QAccessibleValueChangeEvent event(&widget, now.range->value);
+    QAccessible::updateAccessibility(&event);
+  }
 }
 
 }  // namespace tarnvale

@@ -3,6 +3,9 @@
 
 #include <QAccessible>
 #include <QString>
+#include <QWidget>
+
+#include "platform/owner_drawn.h"
 
 namespace tarnvale {
 
@@ -12,6 +15,8 @@ class AccessibleSource {
  public:
   virtual ~AccessibleSource() = default;
   virtual QAccessible::Role AccessibleRole() const = 0;
+  /// What it tells beside what every widget does.
+  virtual AccessibleState StateForReaders() const { return {}; }
   /// A screen reader can press it.
   virtual bool CanBePressed() const { return false; }
   virtual void PressAccessibly() {}
@@ -19,5 +24,8 @@ class AccessibleSource {
 
 /// Makes Qt ask such widgets. Once, after the QApplication was made.
 void InstallAccessibility();
+
+/// Tells a screen reader that listens what has changed in a widget's state.
+void TellReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now);
 
 }  // namespace tarnvale

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platform/qt/peers/accessible.h"
 #include "platform/qt/qt_text.h"
@@ -44,6 +45,7 @@ class DrawnWidget final : public QWidget, public AccessibleSource {
   }
 
   QAccessible::Role AccessibleRole() const override { return ToRole(Drawn().AccessibleKind()); }
+  AccessibleState StateForReaders() const override { return Drawn().StateForReaders(); }
   bool CanBePressed() const override {
     const OwnerDrawn::Kind kind = Drawn().AccessibleKind();
     return kind == OwnerDrawn::Kind::kButton || kind == OwnerDrawn::Kind::kCheckBox;
@@ -144,6 +146,8 @@ void OwnerDrawnPeer::OnFrame() {
   FollowAccessKey();
   UpdateName();
   widget_->update();
+  const AccessibleState state = drawn_.StateForReaders();
+  TellReaders(*widget_, std::exchange(told_state_, state), state);
 }
 
 void OwnerDrawnPeer::FollowAccessKey() {

@@ -37,6 +37,8 @@ class OwnerDrawnPeer final : public Peer {
   DrawnWidget* widget_ = nullptr;
   QImage picture_;
   bool is_stale_ = true;
+  /// What a screen reader was told last.
+  AccessibleState told_state_;
   char32_t access_key_ = 0;
   int shortcut_ = 0;
 };
