@@ -15,7 +15,8 @@ QtHost::QtHost(int& argc, char** argv, FileSystem& files, const PathTranslation&
     : application_(argc, argv),
       windows_(loop_, files, paths.to_program),
       dialogs_(windows_, paths),
-      tray_(loop_) {
+      tray_(loop_),
+      sockets_(loop_) {
   QtStyle::Install();
   InstallAccessibility();
 }
