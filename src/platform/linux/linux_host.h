@@ -12,6 +12,7 @@
 #include "platform/linux/linux_profile_files.h"
 #include "platform/linux/linux_random.h"
 #include "platform/linux/linux_registry.h"
+#include "platform/linux/linux_transfer_files.h"
 #include "platform/linux/locator.h"
 #include "platform/linux/paths.h"
 #include "platform/linux/state_folder.h"
@@ -40,7 +41,8 @@ class LinuxHost {
         profiles(locator_, surroundings.state_folder),
         processes(locator_, surroundings.processes),
         formats(surroundings.locale_name),
-        applications(DrivePaths(surroundings.root), surroundings.user) {
+        applications(DrivePaths(surroundings.root), surroundings.user),
+        transfer_files(locator_, surroundings.state_folder) {
     files.RefuseToDeleteOpen(open_files);
   }
   LinuxHost(const LinuxHost&) = delete;
@@ -61,6 +63,7 @@ class LinuxHost {
   LinuxLocaleFormats formats;
   LinuxRegistry registry;
   LinuxApplicationFolders applications;
+  LinuxTransferFiles transfer_files;
 };
 
 }  // namespace tarnvale

@@ -1,0 +1,125 @@
+#include "platform/linux/linux_transfer_files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include "base/failure.h"
+#include "platform/linux/descriptor.h"
+#include "platform/linux/native_errors.h"
+#include "platform/linux/paths.h"
+
+namespace tarnvale {
+namespace {
+
+class FileToSend final : public TransferSource {
+ public:
+  explicit FileToSend(Descriptor file) : file_(std::move(file)) {}
+
+  std::size_t Read(std::span<char> bytes) override {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+      const ssize_t got = ::read(file_.Get(), bytes.data() + done, bytes.size() - done);
+      if (got < 0 && errno == EINTR) continue;
+      if (got < 0) throw ProgramError(kDeviceIoError);
+      if (got == 0) break;
+      done += static_cast<std::size_t>(got);
+    }
+    return done;
+  }
+
+ private:
+  Descriptor file_;
+};
+
+/// A file under a temporary name until it is whole.
+class FileToReceive final : public TransferTarget {
+ public:
+  FileToReceive(Descriptor file, std::string temporary, std::string target,
+                std::function<void()> named)
+      : file_(std::move(file)),
+        temporary_(std::move(temporary)),
+        target_(std::move(target)),
+        named_(std::move(named)) {}
+  FileToReceive(const FileToReceive&) = delete;
+  FileToReceive& operator=(const FileToReceive&) = delete;
+  ~FileToReceive() override {
+    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+  }
+
+  void Write(std::span<const char> bytes) override {
+    while (!bytes.empty()) {
+      const ssize_t done = ::write(file_.Get(), bytes.data(), bytes.size());
+      if (done < 0 && errno == EINTR) continue;
+      if (done < 0) RaiseNative(errno, Attempt::kChange);
+      bytes = bytes.subspan(static_cast<std::size_t>(done));
+    }
+  }
+
+  void Commit() override {
+    if (!file_.Close()) RaiseNative(errno, Attempt::kChange);
+    if (::rename(temporary_.c_str(), target_.c_str()) != 0) RaiseNative(errno, Attempt::kChange);
+    temporary_.clear();
+    named_();
+  }
+
+ private:
+  Descriptor file_;
+  std::string temporary_;  ///< empty once it was renamed
+  std::string target_;
+  std::function<void()> named_;
+};
+
+// Where a link comes in, it is replaced, as a copy replaces it.
+void RequireReplaceable(const struct stat& info) {
+  if (S_ISLNK(info.st_mode)) return;
+  if (!S_ISREG(info.st_mode) || (info.st_mode & S_IWUSR) == 0) throw ProgramError(kPathFileAccess);
+}
+
+Descriptor CreateTemporary(const std::string& path) {
+  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  Descriptor file(::open(path.c_str(), flags, 0666));
+  if (!file && errno == EEXIST && ::unlink(path.c_str()) == 0) {
+    file = Descriptor(::open(path.c_str(), flags, 0666));
+  }
+  if (!file) RaiseNative(errno, Attempt::kChange);
+  return file;
+}
+
+}  // namespace
+
+std::unique_ptr<TransferSource> LinuxTransferFiles::OpenSource(const Path& file) {
+  const Located located = locator_.Find(file);
+  // Should the path lead to a pipe, opening doesn't wait.
+  const int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  Descriptor opened(::open(located.Native().c_str(), flags));
+  if (!opened) RaiseNative(errno, Attempt::kChange);
+  struct stat info {};
+  if (::fstat(opened.Get(), &info) != 0) RaiseNative(errno, Attempt::kChange);
+  if (!S_ISREG(info.st_mode)) throw ProgramError(kPathFileAccess);
+  ::posix_fadvise(opened.Get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+  return std::make_unique<FileToSend>(std::move(opened));
+}
+
+std::unique_ptr<TransferTarget> LinuxTransferFiles::OpenTarget(const Path& file) {
+  const Located located = locator_.Locate(file);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
+  if (located.found) RequireReplaceable(located.info);
+  std::string temporary = temporaries_.Begin(located.folder);
+  Descriptor opened = CreateTemporary(temporary);
+  // Who could read the file before can read it after.
+  if (located.found && S_ISREG(located.info.st_mode)) {
+    ::fchmod(opened.Get(), located.info.st_mode & 0777U);
+  }
+  return std::make_unique<FileToReceive>(
+      std::move(opened), std::move(temporary), located.Native(),
+      [this, located] { locator_.NoteFile(located.folder, located.name); });
+}
+
+}  // namespace tarnvale
