@@ -29,6 +29,14 @@ enum class TransportState : std::int32_t {
 /// The classic numbers of what a request can end in.
 enum TransportError : std::int32_t {
   kTransferNoError = 0,
+  // The local file.
+  kTransferFileNotFound = 2,
+  kTransferPathNotFound = 3,
+  kTransferAccessDenied = 5,
+  kTransferWriteFault = 29,
+  kTransferReadFault = 30,
+  kTransferDiskFull = 112,
+  // The session.
   kTransferTimeOut = 12002,
   kTransferRefusedByServer = 12003,
   kTransferNameNotResolved = 12007,
