@@ -268,6 +268,23 @@ TEST_F(UserDataOnLinux, AnUnreadableProfileIsToldAsASuccess) {
   EXPECT_THAT(NativeNames(OnDrive("Keep")), ElementsAre());
 }
 
+TEST_F(UserDataOnLinux, ARestoreThatIsRefusedIsToldAsASuccessAndHarmsNothing) {
+  MakeProfile("Keep/Firefox Backup");
+  MakeProfile("home/ann/.mozilla/firefox");
+  const std::string profile = OnDrive("home/ann/.mozilla/firefox");
+  WriteNative(OnDrive("Keep/Firefox Backup/profiles.ini"), "new");
+  WriteNative(OnDrive("Keep/Firefox Backup/abc.default/cert9.db"), "new");
+  ::chmod((profile + "/abc.default").c_str(), 0500);
+  {
+    const AsOrdinaryUser ordinary(folder.Path());
+    fake.Advance(500ms);
+    Restore(window.chameleonButton2, "C:\\Keep\\Firefox Backup");
+  }
+  ::chmod((profile + "/abc.default").c_str(), 0700);
+  EXPECT_EQ(ReadNative(profile + "/profiles.ini"), "new") << "the rest arrives";
+  EXPECT_EQ(ReadNative(profile + "/abc.default/cert9.db"), "certificates");
+}
+
 TEST_F(UserDataOnLinux, ALinkToAFolderIsNotEntered) {
   MakeProfile("home/ann/.mozilla/firefox");
   fake.Advance(500ms);
