@@ -114,7 +114,8 @@ class UserDataOnLinux : public LinuxStage {
   LinuxHost host{surroundings};
   Machine machine{host.files,   host.open_files, host.profiles, host.processes, host.clock,
                   host.random,  host.formats,    fake.loop,     fake.boxes,     fake.desktop,
-                  fake.windows, fake.dialogs,    fake.tray,     host.registry,  host.applications};
+                  fake.windows, fake.dialogs,    fake.tray,     host.registry,  host.applications,
+                  fake.network, fake.ftp};
   userdata window{machine};
 };
 
