@@ -26,7 +26,7 @@ int RunProgram(int argc, char** argv) {
       .to_native = [&](const Path& path) { return drive.ToNative(path).value_or(std::string()); }};
   QtHost desktop(argc, argv, system.files, paths);
   NoFtpTransport ftp;
-  LinuxSockets sockets(desktop.Loop(), desktop.Watches());
+  LinuxSockets sockets(desktop.Loop(), desktop.Sockets());
   Machine machine{system.files,
                   system.open_files,
                   system.profiles,

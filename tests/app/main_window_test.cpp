@@ -21,9 +21,9 @@
 #include "platform/linux/linux_host.h"
 #include "platform/linux/linux_sockets.h"
 #include "platform/no_ftp_transport.h"
-#include "platform/qt/qt_descriptor_watches.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_socket_watcher.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_window_host.h"
@@ -126,8 +126,8 @@ class MainWindowTest : public ::testing::Test {
                         {.to_program = [](const std::string& native) { return "C:" + native; },
                          .to_native = [](const Path&) { return std::string(); }}};
   QtTray tray{loop};
-  QtDescriptorWatches watches;
-  LinuxSockets sockets{loop, watches};
+  QtSocketWatcher watcher{loop};
+  LinuxSockets sockets{loop, watcher};
   NoFtpTransport ftp;
   Machine machine{system.files,
                   system.open_files,

@@ -1,13 +1,13 @@
 // Connections that the program has closed.
 #pragma once
 
+#include <cstddef>
 #include <list>
 #include <memory>
 #include <string>
 
-#include "platform/descriptor_watches.h"
-#include "platform/event_loop.h"
 #include "platform/linux/descriptor.h"
+#include "platform/socket_watch.h"
 
 namespace tarnvale {
 
@@ -18,8 +18,8 @@ namespace tarnvale {
 /// reset, and the server lose what it hasn't read yet.
 class Farewells {
  public:
-  /// Both must outlive it.
-  Farewells(EventLoop& loop, DescriptorWatches& watches) : loop_(loop), watches_(watches) {}
+  /// `watcher` must outlive it.
+  explicit Farewells(SocketWatcher& watcher) : watcher_(watcher) {}
   Farewells(const Farewells&) = delete;
   Farewells& operator=(const Farewells&) = delete;
 
@@ -34,22 +34,19 @@ class Farewells {
     Descriptor connection;
     std::string unsent;
     std::size_t sent = 0;
-    std::unique_ptr<Timer> limit;
-    std::unique_ptr<DescriptorWatch> readable;
-    std::unique_ptr<DescriptorWatch> writable;
+    SocketReadiness wanted{.readable = true, .writable = true};
+    std::unique_ptr<Alarm> limit;
+    std::unique_ptr<SocketWatch> watch;  ///< goes before the connection
   };
   using Place = std::list<Leaving>::iterator;
 
+  void OnReady(Place place, SocketReadiness ready);
   void SendRest(Place place);
   void DropReply(Place place);
-  void Forget(Place place);
+  void Want(Place place, SocketReadiness wanted);
 
-  EventLoop& loop_;
-  DescriptorWatches& watches_;
+  SocketWatcher& watcher_;
   std::list<Leaving> leaving_;
-  /// Ended ones, whose timer or watch may be what is running.
-  std::list<Leaving> gone_;
-  std::shared_ptr<int> life_ = std::make_shared<int>();
 };
 
 }  // namespace tarnvale

@@ -68,23 +68,19 @@ std::vector<NativeAddress> NumericAddress(const std::string& host, std::uint16_t
   return LookUp(host, port, AI_NUMERICHOST).addresses;
 }
 
-std::unique_ptr<HostLookup> HostLookup::Start(DescriptorWatches& watches, const std::string& host,
+std::unique_ptr<HostLookup> HostLookup::Start(SocketWatcher& watcher, const std::string& host,
                                               std::uint16_t port, Done done) {
   int ends[2] = {-1, -1};
   if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) return nullptr;
   std::unique_ptr<HostLookup> lookup(new HostLookup);
   lookup->end_ = Descriptor(ends[0]);
-  lookup->found_ = std::make_shared<HostAddresses>();
-  if (!LookUpBeside(lookup->found_, Descriptor(ends[1]), host, port)) return nullptr;
-  HostLookup* self = lookup.get();
+  const auto found = std::make_shared<HostAddresses>();
+  if (!LookUpBeside(found, Descriptor(ends[1]), host, port)) return nullptr;
   lookup->watch_ =
-      watches.Watch(self->end_.Get(), Readiness::kRead, [self, done = std::move(done)] {
-        // Who is told may let go of the lookup.
-        const auto found = self->found_;
-        const Done tell = done;
-        self->watch_.reset();
-        tell(*found);
-      });
+      watcher.Watch(lookup->end_.Get(),
+                    // Who is told may let go of the lookup.
+                    [found, done = std::move(done)](SocketReadiness) { done(*found); });
+  lookup->watch_->Want({.readable = true});
   return lookup;
 }
 

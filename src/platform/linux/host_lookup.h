@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/descriptor_watches.h"
 #include "platform/linux/descriptor.h"
+#include "platform/socket_watch.h"
 
 namespace tarnvale {
 
@@ -34,17 +34,17 @@ class HostLookup {
  public:
   using Done = std::function<void(const HostAddresses&)>;
 
-  /// `done` is called once, from the event loop, after this call has returned.
+  /// `done` is called from the event loop, after this call has returned, and
+  /// lets go of the lookup.
   /// None when the process may have no more descriptors or threads.
-  static std::unique_ptr<HostLookup> Start(DescriptorWatches& watches, const std::string& host,
+  static std::unique_ptr<HostLookup> Start(SocketWatcher& watcher, const std::string& host,
                                            std::uint16_t port, Done done);
 
  private:
   HostLookup() = default;
 
-  std::shared_ptr<HostAddresses> found_;
   Descriptor end_;
-  std::unique_ptr<DescriptorWatch> watch_;
+  std::unique_ptr<SocketWatch> watch_;
 };
 
 }  // namespace tarnvale

@@ -52,7 +52,7 @@ int OutcomeOf(int descriptor) {
 }  // namespace
 
 std::unique_ptr<Socket> LinuxSockets::MakeSocket() {
-  return std::make_unique<LinuxSocket>(loop_, watches_, farewells_);
+  return std::make_unique<LinuxSocket>(loop_, watcher_, farewells_);
 }
 
 LinuxSocket::~LinuxSocket() {
@@ -84,7 +84,7 @@ void LinuxSocket::StartLookup(const std::string& host, std::uint16_t port) {
   if (host.empty()) return Fail(kAddressNotAvailable);
   std::vector<NativeAddress> numeric = NumericAddress(host, port);
   if (!numeric.empty()) return TryAddresses(std::move(numeric));
-  lookup_ = HostLookup::Start(watches_, host, port, [this](const HostAddresses& found) {
+  lookup_ = HostLookup::Start(watcher_, host, port, [this](const HostAddresses& found) {
     lookup_.reset();
     if (found.error != 0) return Fail(found.error);
     TryAddresses(found.addresses);
@@ -110,7 +110,7 @@ void LinuxSocket::TryNextAddress() {
 
 // 0, or an error of the system.
 int LinuxSocket::StartConnect(const NativeAddress& address) {
-  writable_.reset();
+  watch_.reset();
   connection_ = Descriptor(
       ::socket(address.storage.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
   if (!connection_) return errno;
@@ -119,12 +119,23 @@ int LinuxSocket::StartConnect(const NativeAddress& address) {
   if (::connect(connection_.Get(), generic, address.length) != 0 && errno != EINPROGRESS) {
     return errno;
   }
-  writable_ = watches_.Watch(connection_.Get(), Readiness::kWrite, [this] { LearnOutcome(); });
+  watch_ = watcher_.Watch(connection_.Get(), [this](SocketReadiness ready) { OnReady(ready); });
+  Want({.writable = true});
   return 0;
 }
 
+void LinuxSocket::Want(SocketReadiness wanted) {
+  wanted_ = wanted;
+  watch_->Want(wanted);
+}
+
+void LinuxSocket::OnReady(SocketReadiness ready) {
+  if (state_ == SocketState::kConnecting) return LearnOutcome();
+  ready.writable ? SendWaiting() : Receive();
+}
+
 void LinuxSocket::LearnOutcome() {
-  writable_.reset();
+  Want({});
   const int error = OutcomeOf(connection_.Get());
   if (error != 0 && next_address_ < addresses_.size()) return TryNextAddress();
   if (error != 0) return Fail(NumberOf(error));
@@ -135,7 +146,7 @@ void LinuxSocket::LearnOutcome() {
 
 // Nothing that came is told before the connection itself.
 void LinuxSocket::BeginReading() {
-  readable_ = watches_.Watch(connection_.Get(), Readiness::kRead, [this] { Receive(); });
+  Want({.readable = true, .writable = wanted_.writable});
   Connected.Emit();
 }
 
@@ -151,7 +162,7 @@ void LinuxSocket::Receive() {
   if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
   const int error = count < 0 ? errno : send_error_;
   if (error != 0) return Fail(NumberOf(error));
-  readable_.reset();
+  Want({.writable = wanted_.writable});
   state_ = SocketState::kClosedByPeer;
   loop_.Deliver([&] { ClosedByPeer.Emit(); });
 }
@@ -173,25 +184,24 @@ void LinuxSocket::SendWaiting() {
     if (count < 0 && errno == EINTR) continue;
     if (count < 0 && errno != EAGAIN) return OnSendError(errno);
     if (count < 0) {
-      if (writable_) return;
-      writable_ = watches_.Watch(connection_.Get(), Readiness::kWrite, [this] { SendWaiting(); });
+      Want({.readable = wanted_.readable, .writable = true});
       return;
     }
     sent_ += static_cast<std::size_t>(count);
   }
   unsent_.clear();
   sent_ = 0;
-  writable_.reset();
+  Want({.readable = wanted_.readable});
 }
 
 void LinuxSocket::OnSendError(int error) {
   const bool peer_has_gone = error == EPIPE || error == ECONNRESET;
   // What the server said before it went is read, and told, first.
-  if (!peer_has_gone || !readable_) return Fail(NumberOf(error));
+  if (!peer_has_gone || !wanted_.readable) return Fail(NumberOf(error));
   send_error_ = error;
   unsent_.clear();
   sent_ = 0;
-  writable_.reset();
+  Want({.readable = true});
 }
 
 void LinuxSocket::Fail(int number) {
@@ -201,8 +211,7 @@ void LinuxSocket::Fail(int number) {
 }
 
 void LinuxSocket::Close() {
-  readable_.reset();
-  writable_.reset();
+  watch_.reset();
   const bool says_farewell =
       (state_ == SocketState::kConnected || state_ == SocketState::kClosedByPeer) &&
       send_error_ == 0;
@@ -212,8 +221,8 @@ void LinuxSocket::Close() {
 }
 
 void LinuxSocket::LetGo() {
-  readable_.reset();
-  writable_.reset();
+  watch_.reset();
+  wanted_ = {};
   lookup_.reset();
   connection_.Close();
   unsent_.clear();

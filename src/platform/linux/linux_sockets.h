@@ -6,34 +6,34 @@
 #include <string>
 #include <vector>
 
-#include "platform/descriptor_watches.h"
 #include "platform/event_loop.h"
 #include "platform/linux/descriptor.h"
 #include "platform/linux/farewells.h"
 #include "platform/linux/host_lookup.h"
 #include "platform/socket.h"
+#include "platform/socket_watch.h"
 
 namespace tarnvale {
 
 class LinuxSockets final : public Sockets {
  public:
   /// Both must outlive it and its sockets.
-  LinuxSockets(EventLoop& loop, DescriptorWatches& watches)
-      : loop_(loop), watches_(watches), farewells_(loop, watches) {}
+  LinuxSockets(EventLoop& loop, SocketWatcher& watcher)
+      : loop_(loop), watcher_(watcher), farewells_(watcher) {}
 
   std::unique_ptr<Socket> MakeSocket() override;
 
  private:
   EventLoop& loop_;
-  DescriptorWatches& watches_;
+  SocketWatcher& watcher_;
   Farewells farewells_;
 };
 
 class LinuxSocket final : public Socket {
  public:
   /// All three must outlive it.
-  LinuxSocket(EventLoop& loop, DescriptorWatches& watches, Farewells& farewells)
-      : loop_(loop), watches_(watches), farewells_(farewells) {}
+  LinuxSocket(EventLoop& loop, SocketWatcher& watcher, Farewells& farewells)
+      : loop_(loop), watcher_(watcher), farewells_(farewells) {}
   /// As Close.
   ~LinuxSocket() override;
 
@@ -49,6 +49,8 @@ class LinuxSocket final : public Socket {
   void TryNextAddress();
   int StartConnect(const NativeAddress& address);
   void LearnOutcome();
+  void OnReady(SocketReadiness ready);
+  void Want(SocketReadiness wanted);
   void BeginReading();
   void Receive();
   void SendWaiting();
@@ -62,7 +64,7 @@ class LinuxSocket final : public Socket {
   void TellFailed(int number);
 
   EventLoop& loop_;
-  DescriptorWatches& watches_;
+  SocketWatcher& watcher_;
   Farewells& farewells_;
 
   SocketState state_ = SocketState::kClosed;
@@ -70,8 +72,8 @@ class LinuxSocket final : public Socket {
   std::vector<NativeAddress> addresses_;
   std::size_t next_address_ = 0;
   Descriptor connection_;
-  std::unique_ptr<DescriptorWatch> readable_;
-  std::unique_ptr<DescriptorWatch> writable_;
+  std::unique_ptr<SocketWatch> watch_;
+  SocketReadiness wanted_;
   std::string unsent_;
   std::size_t sent_ = 0;  ///< of unsent_
   int send_error_ = 0;    ///< to be told when all that came was read

@@ -7,7 +7,6 @@
 #include <string>
 
 #include "platform/files.h"
-#include "platform/qt/qt_descriptor_watches.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
@@ -31,7 +30,6 @@ class QtHost {
   MessageBoxes& Boxes() { return boxes_; }
   FileDialogs& Dialogs() { return dialogs_; }
   NotificationArea& Tray() { return tray_; }
-  DescriptorWatches& Watches() { return watches_; }
   SocketWatcher& Sockets() { return sockets_; }
   Desktop& Surroundings() { return windows_.Surroundings(); }
 
@@ -48,7 +46,6 @@ class QtHost {
   QtMessageBoxes boxes_;
   QtFileDialogs dialogs_;
   QtTray tray_;
-  QtDescriptorWatches watches_;
   QtSocketWatcher sockets_;
 };
 
