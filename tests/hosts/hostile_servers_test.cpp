@@ -1,0 +1,409 @@
+// Real sockets, and the mail window on them, before servers that are slow, rude,
+// endless or silent.
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+#include <netdb.h>
+
+#include <chrono>
+#include <cmath>
+#include <condition_variable>
+#include <cstring>
+#include <mutex>
+#include <vector>
+
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_sockets.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_socket_watcher.h"
+#include "tests/hosts/loopback_server.h"
+#include "tests/hosts/redirected_sockets.h"
+#include "tests/support/fake_machine.h"
+#include "transfer/frm_winsock.h"
+
+namespace tarnvale::testing {
+
+// A lookup that takes as long as a test wants.
+struct SlowLookup {
+  std::mutex lock;
+  std::condition_variable changed;
+  bool begun = false;
+  bool released = false;
+
+  void Stand() {
+    std::unique_lock held(lock);
+    begun = true;
+    changed.notify_all();
+    changed.wait(held, [this] { return released; });
+  }
+  void Release() {
+    const std::scoped_lock held(lock);
+    released = true;
+    changed.notify_all();
+  }
+};
+
+// Never destroyed: a lookup that was given up may still stand in it.
+SlowLookup& TheSlowLookup() {
+  static auto& lookup = *new SlowLookup;
+  return lookup;
+}
+
+}  // namespace tarnvale::testing
+
+// Stands in for the system's: "slow.example" is found when the test says so.
+extern "C" int getaddrinfo(const char* host, const char* service, const addrinfo* hints,
+                           addrinfo** result) {
+  using Real = int (*)(const char*, const char*, const addrinfo*, addrinfo**);
+  static const auto real = reinterpret_cast<Real>(::dlsym(RTLD_NEXT, "getaddrinfo"));
+  const bool numeric = hints != nullptr && (hints->ai_flags & AI_NUMERICHOST) != 0;
+  if (host != nullptr && std::strcmp(host, "slow.example") == 0 && !numeric) {
+    tarnvale::testing::TheSlowLookup().Stand();
+    return real("127.0.0.1", service, hints, result);
+  }
+  return real(host, service, hints, result);
+}
+
+namespace tarnvale::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+class RealSockets : public ::testing::Test {
+ protected:
+  RealSockets() {
+    loop.Fault.Listen([this](const ProgramError& error) { faults.push_back(error.Number()); });
+    pulse.Tick.Listen([this] { ++ticks; });
+  }
+
+  /// `each_pass` is what the server does meanwhile.
+  bool WaitFor(
+      const std::function<bool()>& condition, const std::function<void()>& each_pass = [] {}) {
+    const auto start = std::chrono::steady_clock::now();
+    while (!condition()) {
+      if (std::chrono::steady_clock::now() - start > 20s) return false;
+      each_pass();
+      loop.WaitPass();
+    }
+    return true;
+  }
+
+  QtEventLoop loop;
+  QtSocketWatcher watcher{loop};
+  LinuxSockets sockets{loop, watcher};
+  LoopbackServer server;
+  std::vector<int> faults;
+  Timer pulse{loop.Timers(), 20, true};
+  int ticks = 0;
+};
+
+class HostileServers : public RealSockets {
+ protected:
+  HostileServers() {
+    socket->DataArrived.Listen([this](const std::string& bytes) {
+      data += bytes;
+      largest_chunk = std::max(largest_chunk, bytes.size());
+    });
+    socket->Failed.Listen([this](int number) { failures.push_back(number); });
+    socket->ClosedByPeer.Listen([this] { ended = true; });
+  }
+
+  void Connect(const std::string& host = "127.0.0.1") {
+    socket->Connect(host, server.Port());
+    ASSERT_TRUE(WaitFor([&] {
+      server.Accept();
+      return server.HasConnection() && socket->State() != SocketState::kConnecting;
+    }));
+    ASSERT_EQ(socket->State(), SocketState::kConnected);
+  }
+
+  std::unique_ptr<Socket> socket = sockets.MakeSocket();
+  std::string data;
+  std::size_t largest_chunk = 0;
+  std::vector<int> failures;
+  bool ended = false;
+};
+
+TEST_F(HostileServers, AFloodComesInOrderAndLeavesRoomForTimers) {
+  Connect();
+  std::string flood;
+  for (int i = 0; flood.size() < 20'000'000; ++i) flood += std::to_string(i) + " ";
+  std::size_t said = 0;
+  ASSERT_TRUE(WaitFor([&] { return data.size() == flood.size(); },
+                      [&] { said += server.Say(flood.substr(said, 1'000'000)); }));
+  EXPECT_TRUE(data == flood);
+  EXPECT_LE(largest_chunk, 65536U);
+  EXPECT_GT(ticks, 0);
+}
+
+TEST_F(HostileServers, AServerThatNeverReadsHoldsNobodyUpAndGetsItAllInTheEnd) {
+  Connect();
+  std::string much(30'000'000, 'x');
+  for (std::size_t i = 0; i < much.size(); i += 1000) much[i] = static_cast<char>('a' + i % 26);
+  socket->Send(much);
+  socket->Send("the end");
+  socket->Close();
+  EXPECT_EQ(socket->State(), SocketState::kClosed);
+  const int before = ticks;
+  ASSERT_TRUE(WaitFor([&] { return ticks > before + 3; }));
+  ASSERT_TRUE(WaitFor([&] { return server.SawEnd(); }, [&] { server.Read(); }));
+  EXPECT_TRUE(server.Received() == much + "the end");
+}
+
+TEST_F(HostileServers, AServerThatTalksBehindTheCloseStillGetsAllThatWasSent) {
+  Connect();
+  socket->Send(std::string(3'000'000, 'x'));
+  server.Say("250 before\r\n");
+  socket->Close();
+  int said = 0;
+  ASSERT_TRUE(WaitFor([&] { return said > 20; },
+                      [&] {
+                        server.Say("250 ok\r\n");
+                        ++said;
+                      }));
+  ASSERT_TRUE(
+      WaitFor([&] { return server.SawEnd() || server.ReadError() != 0; }, [&] { server.Read(); }));
+  EXPECT_EQ(server.ReadError(), 0) << "no reset";
+  EXPECT_EQ(server.Received().size(), 3'000'000U);
+  EXPECT_THAT(data, IsEmpty());
+}
+
+TEST_F(HostileServers, WhatWasSaidBeforeAResetIsToldBeforeIt) {
+  Connect();
+  socket->Send("question");
+  ASSERT_TRUE(WaitFor([&] { return server.Received() == "question"; }, [&] { server.Read(); }));
+  server.Say("421 go away\r\n");
+  server.Reset();
+  // Written before the program has heard of the reset.
+  socket->Send("more");
+  socket->Send("and more");
+  std::string before;
+  socket->Failed.Listen([&](int) { before = data; });
+  ASSERT_TRUE(WaitFor([&] { return !failures.empty(); }));
+  EXPECT_EQ(before, "421 go away\r\n");
+  EXPECT_THAT(failures, ElementsAre(::testing::AnyOf(kConnectionReset, kConnectionAborted)));
+  EXPECT_FALSE(ended);
+}
+
+TEST_F(HostileServers, AServerThatHangsUpAtOnceIsAConnectionThatEnds) {
+  for (int i = 0; i < 20; ++i) {
+    ended = false;
+    Connect();
+    server.HangUp();
+    ASSERT_TRUE(WaitFor([&] { return ended; }));
+    socket->Close();
+  }
+  EXPECT_THAT(failures, IsEmpty());
+}
+
+TEST_F(HostileServers, AServerThatResetsAtOnceIsAFailureAndTheNextConnectionWorks) {
+  for (int i = 0; i < 20; ++i) {
+    failures.clear();
+    Connect();
+    server.Reset();
+    ASSERT_TRUE(WaitFor([&] { return !failures.empty(); }));
+    EXPECT_THAT(failures, ElementsAre(kConnectionReset));
+  }
+  Connect();
+  socket->Send("hello");
+  EXPECT_TRUE(WaitFor([&] { return server.Received() == "hello"; }, [&] { server.Read(); }));
+}
+
+TEST_F(HostileServers, ANameWithAZeroByteIsNotTheNameBeforeIt) {
+  socket->Connect(std::string("127.0.0.1\0.example", 18), server.Port());
+  ASSERT_TRUE(WaitFor([&] { return !failures.empty(); }));
+  EXPECT_THAT(failures, ElementsAre(kHostNotFound));
+  EXPECT_FALSE(server.Accept());
+}
+
+TEST_F(HostileServers, AHostIsFoundByItsNameToo) {
+  Connect("localhost");
+  server.Say("hello");
+  EXPECT_TRUE(WaitFor([&] { return data == "hello"; }));
+}
+
+TEST_F(HostileServers, ASlowLookupHoldsNobodyUpAndCanBeGivenUp) {
+  SlowLookup& lookup = TheSlowLookup();
+  lookup.begun = lookup.released = false;
+  socket->Connect("slow.example", server.Port());
+  ASSERT_TRUE(WaitFor([&] { return lookup.begun && ticks > 5; }));
+  EXPECT_EQ(socket->State(), SocketState::kConnecting);
+  socket->Close();
+  Connect();
+  socket->Close();
+  server.HangUp();
+
+  socket->Connect("slow.example", server.Port());
+  lookup.Release();
+  ASSERT_TRUE(WaitFor([&] {
+    server.Accept();
+    return server.HasConnection() && socket->State() == SocketState::kConnected;
+  }));
+  EXPECT_FALSE(server.Accept()) << "the lookup that was given up connects nobody";
+  EXPECT_THAT(failures, IsEmpty());
+}
+
+TEST_F(HostileServers, AnErrorOfAHandlerStopsAtTheLoop) {
+  socket->DataArrived.Listen([](const std::string&) { throw ProgramError(kOverflow); });
+  Connect();
+  server.Say("one");
+  ASSERT_TRUE(WaitFor([&] { return !faults.empty(); }));
+  EXPECT_THAT(faults, ElementsAre(kOverflow));
+}
+
+TEST_F(HostileServers, ASocketMayGoInTheMiddleOfEverything) {
+  socket->Connect("127.0.0.1", server.Port());
+  socket.reset();
+  socket = sockets.MakeSocket();
+  Connect();
+  server.Say("unheard");
+  socket->Send(std::string(5'000'000, 'x'));
+  socket.reset();
+  ASSERT_TRUE(WaitFor([&] { return server.SawEnd(); },
+                      [&] {
+                        server.Accept();
+                        server.Read();
+                      }));
+  EXPECT_TRUE(server.Received().empty() || server.Received().size() == 5'000'000U);
+}
+
+// The window on real sockets; its pause takes up to a second of real time.
+class HostileMailServers : public RealSockets {
+ protected:
+  HostileMailServers() {
+    settings.SmtpServer = "mail.example";
+    settings.ReportTo = "ann@home.example";
+    mail.Sender = "report@site.example";
+    mail.Body = "All is well.";
+  }
+
+  std::string Log() const { return window.txtData.Text.Get(); }
+  bool IsClosed() { return Log().ends_with("> \r\n\r\n.\r\n<CONNECTION CLOSED>\r\n"); }
+  /// The window's last line, other than the program's own closing, may come from
+  /// the server.
+  bool IsDone() { return window.Winsock->State() == SocketState::kClosed; }
+
+  /// Begins early in a second, so that the pause lasts two tenths at least, and
+  /// never spans midnight.
+  void Begin() {
+    ASSERT_TRUE(WaitFor([&] { return std::fmod(clock.SecondsSinceMidnight(), 1) < 0.3; }));
+    window.StartSend();
+  }
+  void Open() {
+    Begin();
+    ASSERT_TRUE(WaitFor([&] { return server.Accept(); }));
+  }
+  bool WaitForCommand(const char* command) {
+    return WaitFor([&] { return server.Received().find(command) != std::string::npos; },
+                   [&] { server.Read(); });
+  }
+
+  const std::string whole_mail =
+      "HELO x.x\r\nMAIL FROM: report@site.example\r\nRCPT TO: ann@home.example\r\n"
+      "DATA\r\nSUBJECT: 0\r\nAll is well.\r\n\r\n\r\n.\r\n";
+
+  FakeMachine fake;
+  LinuxClock clock;
+  RedirectedSockets redirected{sockets, server.Port()};
+  Machine machine{fake.files,   fake.open_files, fake.profiles, fake.processes, clock,
+                  fake.random,  fake.formats,    loop,          fake.boxes,     fake.desktop,
+                  fake.windows, fake.dialogs,    fake.tray,     fake.registry,  fake.applications,
+                  redirected,   fake.ftp};
+  BackupSettings settings;
+  ReportMail mail;
+  std::string last_reply;
+  frmWinsock window{machine, settings, mail, last_reply};
+};
+
+TEST_F(HostileMailServers, APoliteServerGetsTheWholeMail) {
+  Open();
+  server.Say("220 ready\r\n");
+  ASSERT_TRUE(WaitFor([&] { return server.SawEnd(); }, [&] { server.Read(); }));
+  EXPECT_EQ(server.Received(), whole_mail);
+  EXPECT_THAT(Log(), StartsWith("<CONNECTED>\r\n> HELO x.x\r\n"));
+  EXPECT_TRUE(IsClosed());
+}
+
+// The conversation waits inside the very call of the loop that began it: what
+// the server does has to come from a timer.
+TEST_F(HostileMailServers, ASilentServerIsWaitedForWhileTheProgramLives) {
+  std::string log_before;
+  Begin();
+  Timer later(loop.Timers(), 300, true);
+  later.Tick.Listen([&] {
+    later.Enabled = false;
+    log_before = Log();
+    server.Say("220 at last\r\n");
+  });
+  Timer accepting(loop.Timers(), 10, true);
+  accepting.Tick.Listen([&] { server.Accept(); });
+  ASSERT_TRUE(WaitFor([&] { return IsDone() && !log_before.empty(); }));
+  EXPECT_EQ(log_before, "<CONNECTED>\r\n> HELO x.x\r\n");
+  EXPECT_GT(ticks, 10);
+  server.Read();
+  EXPECT_EQ(server.Received(), whole_mail);
+}
+
+TEST_F(HostileMailServers, AServerThatEndsAtOnceOrResetsInTheMiddleLeavesWindowAndLog) {
+  last_reply = "220 from before";
+  for (const bool resets : {false, true}) {
+    Begin();
+    Timer rude(loop.Timers(), 10, true);
+    rude.Tick.Listen([&] {
+      if (!server.Accept()) return;
+      rude.Enabled = false;
+      resets ? server.Reset() : server.HangUp();
+    });
+    ASSERT_TRUE(WaitFor([&] { return IsDone() && !rude.Enabled; }));
+    EXPECT_THAT(Log(), EndsWith("<CONNECTION CLOSED>\r\n"));
+  }
+  EXPECT_THAT(Log(), HasSubstr("<WINSOCK ERROR> 100"));
+  EXPECT_THAT(faults, IsEmpty());
+}
+
+TEST_F(HostileMailServers, AFloodDoesNotKeepTheMailFromEnding) {
+  Begin();
+  Timer flooding(loop.Timers(), 10, true);
+  const std::string flood(100'000, 'f');
+  flooding.Tick.Listen([&] {
+    server.Accept();
+    if (!server.HasConnection()) return;
+    server.Say(flood);
+    server.Read();
+  });
+  ASSERT_TRUE(WaitFor([&] { return IsDone() && server.SawEnd(); }));
+  EXPECT_EQ(server.Received(), whole_mail);
+  EXPECT_THAT(Log(), EndsWith("<CONNECTION CLOSED>\r\n"));
+}
+
+TEST_F(HostileMailServers, AServerThatNeverReadsDoesNotKeepTheMailFromEnding) {
+  mail.Body = std::string(10'000'000, 'b');
+  Begin();
+  Timer accepting(loop.Timers(), 10, true);
+  accepting.Tick.Listen([&] {
+    if (server.Accept()) server.Say("220 ready\r\n");
+  });
+  ASSERT_TRUE(WaitFor([&] { return IsDone() && server.HasConnection(); }));
+  EXPECT_THAT(Log(), EndsWith("<CONNECTION CLOSED>\r\n"));
+  ASSERT_TRUE(WaitFor([&] { return server.SawEnd(); }, [&] { server.Read(); }));
+  EXPECT_THAT(server.Received().substr(10'000'000), EndsWith("b\r\n\r\n\r\n.\r\n"));
+}
+
+TEST_F(HostileMailServers, OddBytesOfAServerStayOddInTheLog) {
+  const std::string odd("220 \0\x01\xFF\x1B[31m\r\n", 13);
+  Begin();
+  Timer accepting(loop.Timers(), 10, true);
+  accepting.Tick.Listen([&] {
+    if (server.Accept()) server.Say(odd);
+  });
+  ASSERT_TRUE(WaitFor([&] { return IsDone() && server.HasConnection(); }));
+  EXPECT_EQ(last_reply, odd);
+  EXPECT_THAT(Log(), HasSubstr(odd));
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
