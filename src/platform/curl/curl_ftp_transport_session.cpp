@@ -287,16 +287,16 @@ void CurlFtpTransport::OnDataReady() {
 void CurlFtpTransport::PumpData() {
   const DataChannel::Outcome outcome = data_->Pump();
   if (outcome == DataChannel::Outcome::kGoesOn) return;
-  data_watch_->Want({});
+  data_watch_.reset();
   if (outcome == DataChannel::Outcome::kEnded) {
     data_ended_ = true;
+    data_->EndConnection();
     if (command_.verb == FtpVerb::kUpload) Tell(TransportState::kRequestSent);
     return FinishTransfer();
   }
   if (confirmed_) return Fail(kTransferConnectionAborted, Afterwards::kKeepConnection);
   // The server may still say why.
   data_broke_ = true;
-  data_watch_.reset();
   data_->Abort();
 }
 

@@ -20,16 +20,11 @@ class Upload final : public DataChannel {
   explicit Upload(std::unique_ptr<TransferSource> source)
       : source_(std::move(source)), buffer_(kBufferBytes) {}
 
-  SocketReadiness Wants() const override { return {.writable = !ended_}; }
+  SocketReadiness Wants() const override { return {.writable = true}; }
 
   Outcome Pump() override {
     for (std::size_t moved = 0; moved < kTurnBytes;) {
-      if (sent_ == filled_ && !Refill()) {
-        // The connection stays, so that what is under way can be asked for.
-        ended_ = true;
-        socket_.EndSending();
-        return Outcome::kEnded;
-      }
+      if (sent_ == filled_ && !Refill()) return Outcome::kEnded;
       const SocketTurn turn = socket_.Send(std::span(buffer_).subspan(sent_, filled_ - sent_));
       if (turn.outcome == SocketTurn::Outcome::kBroken) return Outcome::kBroken;
       if (turn.outcome == SocketTurn::Outcome::kWouldWait) break;
@@ -39,6 +34,9 @@ class Upload final : public DataChannel {
     }
     return Outcome::kGoesOn;
   }
+
+  // The connection itself stays, so that what is under way can be asked for.
+  void EndConnection() override { socket_.EndSending(); }
 
   // Bytes count when the other end has taken them: on a slow line the system
   // holds more than can be sent within the limit.
@@ -63,28 +61,27 @@ class Upload final : public DataChannel {
   std::size_t filled_ = 0;
   std::uint64_t total_ = 0;
   std::uint64_t taken_ = 0;
-  bool ended_ = false;
 };
 
 class Receiving : public DataChannel {
  public:
-  SocketReadiness Wants() const override { return {.readable = !ended_}; }
+  SocketReadiness Wants() const override { return {.readable = true}; }
 
   Outcome Pump() override {
     for (std::size_t moved = 0; moved < kTurnBytes;) {
       const SocketTurn turn = socket_.Receive(buffer_);
       if (turn.outcome == SocketTurn::Outcome::kBroken) return Outcome::kBroken;
       if (turn.outcome == SocketTurn::Outcome::kWouldWait) break;
-      if (turn.outcome == SocketTurn::Outcome::kClosed) {
-        ended_ = true;
-        return Outcome::kEnded;
-      }
+      if (turn.outcome == SocketTurn::Outcome::kClosed) return Outcome::kEnded;
       moved += turn.bytes;
       total_ += turn.bytes;
       if (!Take(std::span(buffer_).first(turn.bytes))) return Outcome::kBroken;
     }
     return Outcome::kGoesOn;
   }
+
+  // Some servers say their last word only then.
+  void EndConnection() override { socket_.Close(); }
 
  protected:
   /// False when there is too much of it.
@@ -94,7 +91,6 @@ class Receiving : public DataChannel {
  private:
   std::vector<char> buffer_ = std::vector<char>(kBufferBytes);
   std::uint64_t total_ = 0;
-  bool ended_ = false;
 };
 
 class Download final : public Receiving {

@@ -15,7 +15,7 @@ class DataChannel {
  public:
   enum class Outcome {
     kGoesOn,
-    kEnded,   ///< all was sent, or the server has sent all
+    kEnded,   ///< all is with the system to be sent, or the server has sent all
     kBroken,  ///< the connection broke, or the server sends without end
   };
 
@@ -34,6 +34,10 @@ class DataChannel {
   /// Moves what can be moved without waiting, for some milliseconds at most.
   /// Raises what the local file raises.
   virtual Outcome Pump() = 0;
+
+  /// Tells the server that this side has ended. To be called after kEnded, when
+  /// nobody watches the connection any more.
+  virtual void EndConnection() = 0;
 
   /// True when something moved since the last question. For a transfer whose
   /// data nobody reads a trickle doesn't count.
