@@ -1,0 +1,240 @@
+// Transfers that go wrong or slowly in the middle of their data.
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
+#include "tests/platform/curl/ftp_stage.h"
+#include "tests/platform/curl/scripted_server.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using std::chrono::milliseconds;
+using ::testing::ElementsAre;
+
+constexpr int kLimitSeconds = 1;
+constexpr const char* kGet = R"(GET "a" "C:\Data\a")";
+constexpr const char* kPut = R"(PUT "C:\Data\a" "a")";
+
+// A download up to its data.
+void BeginDownload(Talk& talk) {
+  talk.LogIn();
+  talk.EnterPassive();
+  talk.AcceptData();
+}
+
+class FtpData : public FtpStage {
+ protected:
+  FtpRun RunAgainst(const ScriptedServer::Script& script, const std::string& command) {
+    server = std::make_unique<ScriptedServer>(script);
+    Configure(server->Port(), kLimitSeconds);
+    return Run(command);
+  }
+
+  /// A local file that is there before a download.
+  void ExpectUntouched() {
+    EXPECT_EQ(ReadNative(Native("a")), "was here");
+    EXPECT_THAT(NativeNames(OnDrive("Data")), ElementsAre("a"));
+  }
+
+  std::unique_ptr<ScriptedServer> server;
+};
+
+TEST_F(FtpData, ADownloadThatStallsIsATimeOutAndDestroysNothing) {
+  WriteNative(Native("a"), "was here");
+  const FtpRun run = RunAgainst(
+      [](Talk& talk) { BeginDownload(talk), talk.SendData(std::string(100000, 'x')), talk.Hang(); },
+      kGet);
+  EXPECT_EQ(run.code, kTransferTimeOut);
+  EXPECT_LT(run.seconds, kLimitSeconds + 1.0);
+  ExpectUntouched();
+}
+
+TEST_F(FtpData, ASlowDownloadThatGoesOnIsNotEnded) {
+  const FtpRun run = RunAgainst(
+      [](Talk& talk) {
+        BeginDownload(talk);
+        for (int i = 0; i < 10; ++i) {
+          talk.SendData("x");
+          std::this_thread::sleep_for(milliseconds(250));
+        }
+        talk.CloseData();
+        talk.Say("226 done\r\n");
+        talk.Hang();
+      },
+      kGet);
+  EXPECT_EQ(run.code, kTransferNoError);
+  EXPECT_GT(run.seconds, 2.0 * kLimitSeconds);
+  EXPECT_EQ(ReadNative(Native("a")), "xxxxxxxxxx");
+}
+
+// All of the file is with the system long before the server has it.
+TEST_F(FtpData, ASlowUploadThatGoesOnIsNotEnded) {
+  const std::string content(150000, 'x');
+  WriteNative(Native("a"), content);
+  std::atomic<std::size_t> received = 0;
+  const FtpRun run = RunAgainst(
+      [&received](Talk& talk) {
+        talk.LogIn();
+        talk.EnterPassive();
+        talk.AcceptData(4096);
+        for (std::string part = "x"; !part.empty(); received += part.size()) {
+          part = talk.ReceiveData(1);
+          std::this_thread::sleep_for(milliseconds(part.size() / 200));
+        }
+        talk.CloseData();
+        talk.Say("226 done\r\n");
+        talk.Hang();
+      },
+      kPut);
+  EXPECT_EQ(run.code, kTransferNoError);
+  EXPECT_GT(run.seconds, 1.5 * kLimitSeconds);
+  EXPECT_GE(received, content.size());
+}
+
+TEST_F(FtpData, AnUploadThatNobodyReadsIsATimeOut) {
+  WriteNative(Native("a"), std::string(20000000, 'x'));
+  const FtpRun run = RunAgainst([](Talk& talk) { BeginDownload(talk), talk.Hang(); }, kPut);
+  EXPECT_EQ(run.code, kTransferTimeOut);
+  EXPECT_LT(run.seconds, kLimitSeconds + 1.0);
+}
+
+TEST_F(FtpData, AnUploadThatTheServerEndsWithAWordIsRefused) {
+  WriteNative(Native("a"), std::string(20000000, 'x'));
+  const FtpRun run = RunAgainst(
+      [](Talk& talk) {
+        BeginDownload(talk);
+        talk.ReceiveData(1000);
+        talk.BreakData();
+        talk.Say("552 full\r\n");
+        talk.Hang();
+      },
+      kPut);
+  EXPECT_EQ(run.code, kTransferRefusedByServer);
+}
+
+TEST_F(FtpData, AnUploadThatIsConfirmedTooEarlyHasFailed) {
+  WriteNative(Native("a"), std::string(20000000, 'x'));
+  const FtpRun run = RunAgainst(
+      [](Talk& talk) {
+        BeginDownload(talk);
+        talk.ReceiveData(1000);
+        talk.Say("226 done\r\n");
+        talk.Hang();
+      },
+      kPut);
+  EXPECT_EQ(run.code, kTransferConnectionAborted);
+}
+
+TEST_F(FtpData, AnUploadWhoseDataBrokeHasFailedWhateverTheServerSays) {
+  WriteNative(Native("a"), std::string(20000000, 'x'));
+  const FtpRun run = RunAgainst(
+      [](Talk& talk) {
+        BeginDownload(talk);
+        talk.ReceiveData(1000);
+        talk.BreakData();
+        std::this_thread::sleep_for(milliseconds(200));
+        talk.Say("226 done\r\n");
+        talk.Hang();
+      },
+      kPut);
+  EXPECT_EQ(run.code, kTransferConnectionAborted);
+}
+
+TEST_F(FtpData, ACancelledUploadDoesntLookWholeToTheServer) {
+  WriteNative(Native("a"), std::string(20000000, 'x'));
+  std::atomic<bool> reset = false;
+  std::atomic<bool> ended = false;
+  server = std::make_unique<ScriptedServer>([&](Talk& talk) {
+    BeginDownload(talk);
+    talk.ReceiveData(1000);
+    talk.Hang();
+    talk.ReceiveData();
+    reset = talk.DataWereReset();
+    ended = true;
+  });
+  Configure(server->Port(), 40);
+  transport->Execute(kPut);
+  ASSERT_TRUE(WaitFor([&] { return !told.empty() && told.size() > 26; }));
+  transport->Cancel();
+  ASSERT_TRUE(WaitFor([&] { return ended.load(); }));
+  EXPECT_TRUE(reset);
+}
+
+TEST_F(FtpData, ADownloadWhoseDataBrokeHasFailedWhateverTheServerSays) {
+  WriteNative(Native("a"), "was here");
+  const FtpRun run = RunAgainst(
+      [](Talk& talk) {
+        BeginDownload(talk);
+        talk.SendData("half");
+        std::this_thread::sleep_for(milliseconds(100));
+        talk.BreakData();
+        talk.Say("226 done\r\n");
+        talk.Hang();
+      },
+      kGet);
+  EXPECT_EQ(run.code, kTransferConnectionAborted);
+  ExpectUntouched();
+}
+
+TEST_F(FtpData, ADownloadThatTheServerBreaksOffWithAWordDestroysNothing) {
+  WriteNative(Native("a"), "was here");
+  const FtpRun run = RunAgainst(
+      [](Talk& talk) {
+        BeginDownload(talk);
+        talk.SendData("half");
+        talk.CloseData();
+        talk.Say("426 broken\r\n");
+        talk.Hang();
+      },
+      kGet);
+  EXPECT_EQ(run.code, kTransferRefusedByServer);
+  ExpectUntouched();
+}
+
+TEST_F(FtpData, ADownloadConfirmedBeforeItsEndIsReadToTheEnd) {
+  const FtpRun run = RunAgainst(
+      [](Talk& talk) {
+        BeginDownload(talk);
+        talk.SendData("first ");
+        talk.Say("226 done\r\n");
+        std::this_thread::sleep_for(milliseconds(100));
+        talk.SendData("last");
+      },
+      kGet);
+  EXPECT_EQ(run.code, kTransferNoError);
+  EXPECT_EQ(ReadNative(Native("a")), "first last");
+}
+
+TEST_F(FtpData, ASizeThatTheServerMadeUpChangesNothing) {
+  const FtpRun run = RunAgainst(
+      [](Talk& talk) {
+        talk.LogIn();
+        talk.EnterPassive();
+        talk.Say("150 opening for a (9999999 bytes)\r\n");
+        talk.AcceptData();
+        talk.SendData("short");
+        talk.CloseData();
+        talk.Say("226 done\r\n");
+        talk.Hang();
+      },
+      kGet);
+  EXPECT_EQ(run.code, kTransferNoError);
+  EXPECT_EQ(ReadNative(Native("a")), "short");
+}
+
+TEST_F(FtpData, ACancelledDownloadLeavesNothingBehind) {
+  WriteNative(Native("a"), "was here");
+  server = std::make_unique<ScriptedServer>(
+      [](Talk& talk) { BeginDownload(talk), talk.SendData("half"), talk.Hang(); });
+  Configure(server->Port(), 40);
+  transport->Execute(kGet);
+  ASSERT_TRUE(WaitFor([&] { return told.size() > 26; }));
+  transport->Cancel();
+  ExpectUntouched();
+}
+
+}  // namespace
+}  // namespace tarnvale::testing

@@ -1,0 +1,64 @@
+// The FTP client on the program's own event loop, with a drive of its own.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/curl/curl_ftp_transport.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_socket_watcher.h"
+#include "platform/timer.h"
+#include "tests/hosts/linux_stage.h"
+
+namespace tarnvale::testing {
+
+/// How a command went.
+struct FtpRun {
+  std::vector<int> states;
+  int code = kTransferNoError;  ///< 0 when it completed
+  double seconds = 0;
+};
+
+class FtpStage : public LinuxStage {
+ protected:
+  FtpStage();
+  ~FtpStage() override;
+
+  /// Sets host, login and a limit in this order, as a session is set up.
+  void Configure(const std::string& host, const std::string& user, const std::string& password,
+                 int limit_s = 10);
+  void Configure(int port, int limit_s = 10);
+
+  /// Executes a command and waits for its end.
+  FtpRun Run(const std::string& command);
+  /// Waits for the end of what runs.
+  FtpRun Wait();
+  /// Lets the loop run until `condition` holds. False when it never did.
+  bool WaitFor(const std::function<bool()>& condition);
+
+  /// The longest time in which no timer of the program could tick, so far.
+  double WorstGap() const { return worst_gap_; }
+
+  std::string Native(const std::string& name) const { return OnDrive("Data/" + name); }
+
+  std::unique_ptr<LinuxHost> host = std::make_unique<LinuxHost>(surroundings);
+  QtEventLoop loop;
+  QtSocketWatcher watcher{loop};
+  std::unique_ptr<CurlFtpTransport> transport =
+      std::make_unique<CurlFtpTransport>(loop, watcher, host->transfer_files);
+  /// All that was told since the last command began.
+  std::vector<int> told;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  Timer pulse_{loop.Timers(), 10, true};
+  Clock::time_point last_pulse_ = Clock::now();
+  double worst_gap_ = 0;
+};
+
+}  // namespace tarnvale::testing
