@@ -16,10 +16,8 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "base/failure.h"
 #include "platform/input_item.h"
@@ -28,6 +26,7 @@
 #include "platform/linux/linux_open_files.h"
 #include "platform/linux/locator.h"
 #include "platform/linux/native_errors.h"
+#include "platform/linux/own_program.h"
 #include "platform/linux/paths.h"
 #include "platform/linux/state_folder.h"
 #include "platform/linux/temporaries.h"
@@ -68,14 +67,13 @@ class DataPointer {
  public:
   /// In the folder that this program lies in.
   DataPointer() : program_folder_(files_.ProgramFolder()) {
-    std::error_code error;
-    const auto native = std::filesystem::read_symlink("/proc/self/exe", error);
+    const std::string native = OwnProgramFile();
     // The path would name another folder than the one it is meant for.
-    if (error || !CanBeNamed(native.native())) throw ProgramError(kPathNotFound);
+    if (native.empty() || !CanBeNamed(native)) throw ProgramError(kPathNotFound);
   }
 
   void Leave() {
-    Path named = Named();
+    const Path named = Named();
     if (!named.empty() && files_.FolderExists(named)) return;
     const Path beside = program_folder_ + "\\Data";
     MakeFolder(beside);

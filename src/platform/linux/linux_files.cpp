@@ -3,9 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <climits>
 #include <cstddef>
 #include <cstdio>
 #include <string_view>
@@ -13,6 +11,7 @@
 #include "base/failure.h"
 #include "platform/linux/listing.h"
 #include "platform/linux/native_errors.h"
+#include "platform/linux/own_program.h"
 #include "platform/linux/tree_copy.h"
 
 namespace tarnvale {
@@ -65,10 +64,7 @@ LinuxFiles::LinuxFiles(const std::string& root, const std::string& state_folder)
       archive_(state_folder) {}
 
 Path LinuxFiles::ProgramFolder() {
-  std::array<char, PATH_MAX> program{};
-  const ssize_t length = ::readlink("/proc/self/exe", program.data(), program.size());
-  if (length <= 0) return "C:";
-  const std::string_view native(program.data(), static_cast<std::size_t>(length));
+  const std::string native = OwnProgramFile();
   return locator_.Drive().FromNative(NativeFolderOf(native));
 }
 

@@ -3,10 +3,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
-#include <climits>
-#include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 #include <vector>
@@ -15,16 +11,12 @@
 #include "base/text.h"
 #include "platform/linux/command_line.h"
 #include "platform/linux/detached_start.h"
+#include "platform/linux/own_program.h"
+#include "platform/linux/stable_hash.h"
 #include "platform/linux/state_folder.h"
 
 namespace tarnvale {
 namespace {
-
-std::string ThisProgramFile() {
-  std::array<char, PATH_MAX> text{};
-  const ssize_t length = ::readlink("/proc/self/exe", text.data(), text.size());
-  return length <= 0 ? std::string() : std::string(text.data(), static_cast<std::size_t>(length));
-}
 
 bool IsOwnFolder(const std::string& native) {
   struct stat info {};
@@ -39,22 +31,10 @@ std::string RuntimeFolder() {
   return IsOwnFolder(usual) ? usual : DefaultStateFolder();
 }
 
-// FNV-1a: the same in every process and release, which std::hash is not.
-std::string HashOf(std::string_view text) {
-  std::uint64_t hash = 0xcbf29ce484222325U;
-  for (const char c : text) {
-    hash ^= static_cast<unsigned char>(c);
-    hash *= 0x100000001b3U;
-  }
-  std::array<char, 17> digits{};
-  std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hash));
-  return digits.data();
-}
-
 std::string LockFile(const ProcessSurroundings& surroundings) {
   MakeStateFolder(surroundings.lock_folder);
   const std::string who = std::to_string(::geteuid()) + '\n' + surroundings.program_file;
-  return surroundings.lock_folder + "/tarnvale-" + HashOf(who) + ".lock";
+  return surroundings.lock_folder + "/tarnvale-" + StableHash(who) + ".lock";
 }
 
 bool IsPathLanguage(std::string_view name) {
@@ -66,7 +46,7 @@ bool IsPathLanguage(std::string_view name) {
 
 ProcessSurroundings ProcessSurroundings::Present() {
   ProcessSurroundings present;
-  present.program_file = ThisProgramFile();
+  present.program_file = OwnProgramFile();
   present.lock_folder = RuntimeFolder();
   return present;
 }

@@ -6,17 +6,16 @@
 #include <sys/random.h>
 #include <sys/stat.h>
 
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <fstream>
 #include <memory>
 #include <utility>
 #include <vector>
 
 #include "platform/linux/paths.h"
+#include "platform/linux/stable_hash.h"
 #include "platform/linux/state_folder.h"
 
 namespace tarnvale {
@@ -30,30 +29,14 @@ constexpr std::size_t kSlotAt = kMarkAt + kDigits + 1;
 constexpr std::size_t kNameLength = kSlotAt + kDigits + kSuffix.size();
 constexpr std::size_t kLongestRecord = 8192;
 
-std::string Hexadecimal(std::uint64_t value) {
-  std::array<char, kDigits + 1> text{};
-  std::snprintf(text.data(), text.size(), "%016llx", static_cast<unsigned long long>(value));
-  return text.data();
-}
-
 bool AreDigits(std::string_view text) {
   return text.size() == kDigits && text.find_first_not_of("0123456789abcdef") == std::string::npos;
-}
-
-// FNV-1a: the same in every process and release, which std::hash is not.
-std::uint64_t HashOf(std::string_view text) {
-  std::uint64_t hash = 0xcbf29ce484222325U;
-  for (const char c : text) {
-    hash ^= static_cast<unsigned char>(c);
-    hash *= 0x100000001b3U;
-  }
-  return hash;
 }
 
 std::string MarkOf(const std::string& state_folder) {
   std::string machine;
   std::ifstream("/etc/machine-id") >> machine;
-  return Hexadecimal(HashOf(machine + '\n' + std::to_string(::geteuid()) + '\n' + state_folder));
+  return StableHash(machine + '\n' + std::to_string(::geteuid()) + '\n' + state_folder);
 }
 
 std::string RandomDigits() {
