@@ -48,11 +48,6 @@ bool TakeColon(std::string_view& text) {
   return true;
 }
 
-void TrimBlanks(std::string_view& text) {
-  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-}
-
 // A 12-hour clock's hour as one of 24 hours.
 std::optional<int> HourWithSuffix(int hour, std::string_view suffix) {
   if (suffix.empty()) return hour;
@@ -63,7 +58,7 @@ std::optional<int> HourWithSuffix(int hour, std::string_view suffix) {
 }
 
 std::optional<TimeOfDay> ParseTime(std::string_view text) {
-  TrimBlanks(text);
+  text = Trimmed(text);
   const auto hour = TakeNumber(text);
   if (!hour || !TakeColon(text)) return std::nullopt;
   const auto minute = TakeNumber(text);
@@ -71,8 +66,7 @@ std::optional<TimeOfDay> ParseTime(std::string_view text) {
   std::optional<int> second = 0;
   if (TakeColon(text)) second = TakeNumber(text);
   if (!second) return std::nullopt;
-  TrimBlanks(text);
-  const auto full_hour = HourWithSuffix(*hour, text);
+  const auto full_hour = HourWithSuffix(*hour, Trimmed(text));
   if (!full_hour || *full_hour > 23 || *minute > 59 || *second > 59) return std::nullopt;
   return TimeOfDay{*full_hour, *minute, *second};
 }

@@ -24,9 +24,6 @@ struct TimeOfDay {
   bool operator==(const TimeOfDay&) const = default;
 };
 
-/// Sunday is day 1, Saturday day 7.
-enum class Weekday : int { kSunday = 1, kSaturday = 7 };
-
 DateTime MakeDate(CivilDate date);
 DateTime MakeTime(TimeOfDay time);
 DateTime MakeDateTime(CivilDate date, TimeOfDay time);
