@@ -113,7 +113,6 @@ class Canvas {
   std::vector<std::uint32_t> pixels_;
 };
 
-/// Draws text into canvases; the one thing in drawing that is the host's.
 struct Font {
   std::string family;  ///< empty: the program's one typeface
   double size_pt = 9;  ///< points of 1/72 inch at 96 dpi
@@ -133,6 +132,7 @@ struct TextLook {
   bool show_access_key = true;
 };
 
+/// Draws text into canvases; the one thing in drawing that is the host's.
 class TextPainter {
  public:
   virtual ~TextPainter() = default;
