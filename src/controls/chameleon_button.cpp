@@ -7,9 +7,6 @@
 namespace tarnvale {
 namespace {
 
-constexpr int kHourglassPointer = 11;
-constexpr int kCustomPointer = 99;
-
 // The keys that type a character, as far as a key alone tells.
 bool TypesCharacter(Key key) {
   return key == Key::kSpace || key == Key::kEnter || key == Key::kEscape;
@@ -25,20 +22,6 @@ void chameleonButton::PropertySet(const char* key) {
   if (reading_) return;
   PropertyChanged.Emit(key);
   RedrawButton(last_state_, Redraw::kForced);
-}
-
-void chameleonButton::FollowPointer() {
-  switch (MousePointer) {
-    case kHourglassPointer:
-      Pointer = PointerShape::kHourglass;
-      break;
-    case kCustomPointer:
-      Pointer = PointerShape::kHand;
-      break;
-    default:
-      Pointer = PointerShape::kDefault;
-      break;
-  }
 }
 
 void chameleonButton::TakeGround() {

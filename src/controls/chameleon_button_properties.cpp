@@ -4,6 +4,8 @@
 namespace tarnvale {
 namespace {
 
+// What MousePointer may say.
+constexpr int kHourglassPointer = 11;
 constexpr int kCustomPointer = 99;
 
 // Properties that are set together neither tell nor draw one by one. Ends with
@@ -65,6 +67,20 @@ void chameleonButton::FollowProperties() {
   Ambient.Changed.Listen([this] {
     if (ColorScheme != 2) RedrawButton(last_state_, Redraw::kForced);
   });
+}
+
+void chameleonButton::FollowPointer() {
+  switch (MousePointer) {
+    case kHourglassPointer:
+      Pointer = PointerShape::kHourglass;
+      break;
+    case kCustomPointer:
+      Pointer = PointerShape::kHand;
+      break;
+    default:
+      Pointer = PointerShape::kDefault;
+      break;
+  }
 }
 
 void chameleonButton::InitProperties() {

@@ -10,7 +10,6 @@ namespace tarnvale {
 
 /// Indexes of the system colours that the controls name.
 enum SystemColorIndex : int {
-  kColorWindow = 5,
   kColorSelection = 13,
   kColorButtonFace = 15,
   kColorButtonShadow = 16,
