@@ -34,6 +34,8 @@ TEST(TextTest, OneCharacterIsCounted) {
   EXPECT_EQ(CountChar("abc", "x"), 0);
   EXPECT_EQ(CountChar("abab", "ab"), 0);
   EXPECT_EQ(CountChar("abab", ""), 0);
+  EXPECT_EQ(CountChar("", "x"), 0);
+  EXPECT_EQ(CountChar("", ""), 0);
 }
 
 TEST(TextTest, TrimmingTakesSpacesAndTabsFromBothEndsOnly) {

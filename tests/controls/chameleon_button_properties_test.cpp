@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "controls/chameleon_button.h"
-#include "tests/controls/raises.h"
+#include "tests/support/raised.h"
 
 namespace tarnvale::testing {
 namespace {

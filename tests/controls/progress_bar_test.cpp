@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/controls/raises.h"
 #include "tests/controls/recording_painter.h"
+#include "tests/support/raised.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/controls/raises.h"
+#include "tests/support/raised.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/failure.h"
+#include "tests/support/raised.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -82,12 +83,7 @@ INSTANTIATE_TEST_SUITE_P(Paths, GetFolderTest,
                                            FolderCase{"plain", 0, "plain"}));
 
 TEST(GetFolderOverflowTest, TooFewBackslashesRaiseAnOverflow) {
-  try {
-    GetFolder("C:\\Data", 2);
-    ADD_FAILURE() << "nothing was raised";
-  } catch (const ProgramError& error) {
-    EXPECT_EQ(error.Number(), kOverflow);
-  }
+  EXPECT_EQ(RaisedBy([] { GetFolder("C:\\Data", 2); }), kOverflow);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "base/failure.h"
 #include "tests/support/fake_machine.h"
+#include "tests/support/raised.h"
 
 namespace tarnvale {
 namespace {
@@ -99,12 +100,7 @@ TEST_F(FileDialogTest, ACancelOfTheCommonDialogIsAnErrorWhenAskedFor) {
   EXPECT_NO_THROW(common.ShowSave());
   common.CancelError = true;
   machine.dialogs.Cancel(Kind::kSave);
-  try {
-    common.ShowSave();
-    FAIL() << "the cancel raised nothing";
-  } catch (const ProgramError& error) {
-    EXPECT_EQ(error.Number(), 32755);
-  }
+  EXPECT_EQ(testing::RaisedBy([&] { common.ShowSave(); }), 32755);
   EXPECT_EQ(common.FileName, "C:\\old");
 }
 

@@ -118,13 +118,13 @@ TEST_F(SyncFilesTest, AYieldComesAfterItsCopy) {
 TEST_F(SyncFilesTest, AFailedCopyEndsThePassAndGoesOut) {
   for (const char* name : {"a", "b", "c"}) Put(std::string("C:\\1\\") + name, "one");
   machine.files.FailOn("CopyEntry", "C:\\1\\b", 61);
-  EXPECT_EQ(NumberRaisedBy([&] { sync.SyncFiles("C:\\1", "C:\\2", kOneWay); }), 61);
+  EXPECT_EQ(RaisedBy([&] { sync.SyncFiles("C:\\1", "C:\\2", kOneWay); }), 61);
   EXPECT_THAT(machine.files.Names("C:\\2"), ElementsAre("a"));
   EXPECT_EQ(machine.loop.YieldCount(), 1);
 }
 
 TEST_F(SyncFilesTest, TwoEmptyFoldersFailAtTheStart) {
-  EXPECT_EQ(NumberRaisedBy([&] { sync.SyncFiles("C:\\1", "C:\\2", kTwoWay); }), 9);
+  EXPECT_EQ(RaisedBy([&] { sync.SyncFiles("C:\\1", "C:\\2", kTwoWay); }), 9);
   EXPECT_EQ(machine.loop.YieldCount(), 0);
 }
 

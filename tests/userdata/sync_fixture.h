@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 #include "tests/support/fake_machine.h"
+#include "tests/support/raised.h"
 #include "userdata/file_sync.h"
 
 namespace tarnvale::testing {
@@ -23,15 +23,6 @@ class SyncFixture : public ::testing::Test {
   void Put(const Path& file, const std::string& content, std::int64_t modified_s = kNoon) {
     machine.files.Write(file, content);
     machine.files.SetModified(file, modified_s);
-  }
-
-  static int NumberRaisedBy(const std::function<void()>& statement) {
-    try {
-      statement();
-    } catch (const ProgramError& error) {
-      return error.Number();
-    }
-    return 0;
   }
 
   FakeMachine machine;

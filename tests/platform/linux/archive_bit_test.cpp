@@ -81,22 +81,22 @@ TEST_F(ArchiveBitTest, IsClearedTogetherWithReadOnly) {
 TEST_F(ArchiveBitTest, ValuesThatNoFileCanHaveChangeNothing) {
   Write("file", "");
   for (const int value : {-31, -1, 16, 64, 48, 256, kHidden, kSystem, kHidden + kReadOnly}) {
-    EXPECT_EQ(ErrorOf([&] { files_.SetAttributes("C:\\file", value); }), kInvalidCall) << value;
+    EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\file", value); }), kInvalidCall) << value;
   }
   EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
 }
 
 TEST_F(ArchiveBitTest, AHiddenNameNeedsTheHiddenBit) {
   Write(".file", "");
-  EXPECT_EQ(ErrorOf([&] { files_.SetAttributes("C:\\.file", 0); }), kInvalidCall);
+  EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\.file", 0); }), kInvalidCall);
   files_.SetAttributes("C:\\.file", kHidden);
   EXPECT_EQ(files_.Attributes("C:\\.file"), kHidden);
 }
 
 TEST_F(ArchiveBitTest, MissingFilesAreTold) {
   MakeFolder("folder");
-  EXPECT_EQ(ErrorOf([&] { files_.SetAttributes("C:\\none", 0); }), kFileNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.SetAttributes("C:\\folder", 0); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\none", 0); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\folder", 0); }), kPathFileAccess);
 }
 
 // A file whose medium knows neither extended attributes nor an archive bit.

@@ -78,20 +78,20 @@ TEST_F(CopyTest, AReadOnlyTargetIsRefused) {
   Write("source", "new");
   Write("target", "old");
   SetMode("target", 0444);
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\source", "C:\\target"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\target"); }), kPathFileAccess);
   EXPECT_EQ(Read("target"), "old");
 }
 
 TEST_F(CopyTest, FailuresAreToldByNumber) {
   MakeFolder("folder");
   Write("source", "");
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\none", "C:\\target"); }), kFileNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\folder", "C:\\target"); }), kFileNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\source", "C:\\none\\x"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\source", "D:\\x"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\source", "C:\\folder"); }), kPathFileAccess);
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\source", "C:\\a*b"); }), kPathFileAccess);
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\source", "C:\\" + std::string(256, 'n')); }),
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\none", "C:\\target"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\folder", "C:\\target"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\none\\x"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "D:\\x"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\folder"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\a*b"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\" + std::string(256, 'n')); }),
             kPathFileAccess);
   EXPECT_EQ(NamesIn("."), (Names{"folder", "source"}));
 }
@@ -99,8 +99,8 @@ TEST_F(CopyTest, FailuresAreToldByNumber) {
 TEST_F(CopyTest, APipeIsNotOpened) {
   ASSERT_EQ(::mkfifo(Native("pipe").c_str(), 0600), 0);
   Write("file", "");
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\pipe", "C:\\target"); }), kPermissionDenied);
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\file", "C:\\pipe"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\pipe", "C:\\target"); }), kPermissionDenied);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\file", "C:\\pipe"); }), kPathFileAccess);
   EXPECT_TRUE(S_ISFIFO(Info("pipe").st_mode));
 }
 

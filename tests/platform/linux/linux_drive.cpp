@@ -23,15 +23,6 @@ std::string MakeBase() {
 
 }  // namespace
 
-int ErrorOf(const std::function<void()>& statement) {
-  try {
-    statement();
-  } catch (const ProgramError& error) {
-    return error.Number();
-  }
-  return 0;
-}
-
 LinuxDriveTest::LinuxDriveTest()
     : base_(MakeBase()), root_(base_ + "/drive"), state_(base_ + "/state"), files_(root_, state_) {}
 

@@ -6,17 +6,16 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "base/failure.h"
 #include "platform/linux/linux_files.h"
+#include "tests/support/raised.h"
 
 namespace tarnvale {
 
-/// The number of the ProgramError that `statement` raises; 0 when it raises none.
-int ErrorOf(const std::function<void()>& statement);
+using testing::RaisedBy;
 
 class LinuxDriveTest : public ::testing::Test {
  protected:

@@ -58,7 +58,7 @@ TEST_F(ListingTest, LinksAreListedAsTheFilesBehindThem) {
 
 TEST_F(ListingTest, AMissingFolderListsNothing) {
   EXPECT_EQ(files_.List("C:\\none\\*", {}), Names{});
-  EXPECT_EQ(ErrorOf([&] { files_.ListFolders("C:\\none", {}); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.ListFolders("C:\\none", {}); }), kPathNotFound);
 }
 
 TEST_F(ListingTest, HiddenFoldersComeOnlyWhenAskedFor) {
@@ -102,16 +102,16 @@ TEST_F(ListingTest, WhatNoPathCanNameIsLeftOut) {
 
 TEST_F(ListingTest, OpenFolderRaises76ForWhatIsNoFolder) {
   Write("file", "");
-  EXPECT_EQ(ErrorOf([&] { files_.OpenFolder("C:\\file"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.OpenFolder("C:\\none"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.OpenFolder("D:\\"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.OpenFolder("C:\\file"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.OpenFolder("C:\\none"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.OpenFolder("D:\\"); }), kPathNotFound);
 }
 
 TEST_F(ListingTest, ALinkIsOpenedOnlyWithABackslashBehindIt) {
   MakeFolder("folder");
   Write("folder/x", "");
   Link("link", "folder");
-  EXPECT_EQ(ErrorOf([&] { files_.OpenFolder("C:\\link"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.OpenFolder("C:\\link"); }), kPathNotFound);
   EXPECT_EQ(files_.OpenFolder("C:\\link\\").files.size(), 1U);
 }
 

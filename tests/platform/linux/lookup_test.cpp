@@ -44,17 +44,17 @@ TEST_F(LookupTest, AFolderThatMovedIsFoundInItsNewPlace) {
 
 TEST_F(LookupTest, LengthTellsWhatIsMissing) {
   MakeFolder("folder");
-  EXPECT_EQ(ErrorOf([&] { files_.Length("C:\\none"); }), kFileNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.Length("C:\\folder"); }), kFileNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.Length("C:\\none\\x"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.Length("D:\\x"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.Length("C:\\folder\\*.*"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\none"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\folder"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\none\\x"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("D:\\x"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\folder\\*.*"); }), kFileNotFound);
 }
 
 TEST_F(LookupTest, AStarInAPathFindsNoFileOfThatName) {
   Write("a*b", "1");
   EXPECT_FALSE(files_.FileExists("C:\\a*b"));
-  EXPECT_EQ(ErrorOf([&] { files_.CopyWhole("C:\\a*b", "C:\\c"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\a*b", "C:\\c"); }), kFileNotFound);
 }
 
 TEST_F(LookupTest, LengthsBeyond32BitsAreTold) {
@@ -79,7 +79,7 @@ TEST_F(LookupTest, APipeIsASystemFile) {
   ASSERT_EQ(::mkfifo(Native("pipe").c_str(), 0600), 0);
   EXPECT_EQ(files_.Attributes("C:\\pipe"), attribute::kSystem);
   EXPECT_TRUE(files_.FileExists("C:\\pipe"));
-  EXPECT_EQ(ErrorOf([&] { files_.Length("C:\\pipe"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\pipe"); }), kPathFileAccess);
 }
 
 TEST_F(LookupTest, ALinkCountsAsWhatItLeadsTo) {
@@ -92,7 +92,7 @@ TEST_F(LookupTest, ALinkCountsAsWhatItLeadsTo) {
   EXPECT_TRUE(files_.FolderExists("C:\\to_folder"));
   EXPECT_FALSE(files_.FileExists("C:\\to_folder"));
   EXPECT_TRUE(files_.FileExists("C:\\to_nothing"));
-  EXPECT_EQ(ErrorOf([&] { files_.Length("C:\\to_nothing"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\to_nothing"); }), kFileNotFound);
 }
 
 TEST_F(LookupTest, AFileIsNoFolderAndAFolderNoFile) {
@@ -111,26 +111,26 @@ TEST_F(LookupTest, FoldersAreMadeUpToTheLastBackslash) {
   EXPECT_FALSE(Exists("a/b/c.txt"));
   files_.CreateFoldersOf("C:\\A\\B\\D\\");
   EXPECT_EQ(NamesIn("a/b"), std::vector<std::string>{"D"});
-  EXPECT_EQ(ErrorOf([&] { files_.CreateFoldersOf("D:\\a\\"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFoldersOf("D:\\a\\"); }), kPathNotFound);
   Write("file", "");
-  EXPECT_EQ(ErrorOf([&] { files_.CreateFoldersOf("C:\\file\\x\\"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFoldersOf("C:\\file\\x\\"); }), kPathFileAccess);
 }
 
 TEST_F(LookupTest, AFolderIsMadeOnceWhateverItsCase) {
   files_.CreateFolder("C:\\New");
-  EXPECT_EQ(ErrorOf([&] { files_.CreateFolder("C:\\NEW"); }), kPathFileAccess);
-  EXPECT_EQ(ErrorOf([&] { files_.CreateFolder("C:\\none\\x"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.CreateFolder("C:\\x*"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFolder("C:\\NEW"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFolder("C:\\none\\x"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFolder("C:\\x*"); }), kPathFileAccess);
 }
 
 TEST_F(LookupTest, AReadOnlyFileIsNotDeleted) {
   Write("file", "");
   SetMode("file", 0444);
-  EXPECT_EQ(ErrorOf([&] { files_.Delete("C:\\file"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.Delete("C:\\file"); }), kPathFileAccess);
   SetMode("file", 0644);
   files_.Delete("C:\\FILE");
   EXPECT_FALSE(Exists("file"));
-  EXPECT_EQ(ErrorOf([&] { files_.Delete("C:\\file"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Delete("C:\\file"); }), kFileNotFound);
 }
 
 TEST_F(LookupTest, DeletingALinkLeavesItsFile) {
@@ -149,8 +149,8 @@ TEST_F(LookupTest, AProgramOutsideTheDriveLiesAtItsRoot) {
 }
 
 TEST_F(LookupTest, FlushNeedsAFolder) {
-  EXPECT_EQ(ErrorOf([&] { files_.Flush("C:\\"); }), 0);
-  EXPECT_EQ(ErrorOf([&] { files_.Flush("C:\\none"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Flush("C:\\"); }), 0);
+  EXPECT_EQ(RaisedBy([&] { files_.Flush("C:\\none"); }), kPathNotFound);
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ TEST_F(TreeCopyTest, AFailingEntryDoesNotStopTheOthers) {
   Write("z/2", "old");
   SetMode("z/2", 0444);
   Write("z/m", "a file where a folder should go");
-  EXPECT_EQ(ErrorOf([&] { CopyTree("C:\\a", "C:\\z"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a", "C:\\z"); }), kPathFileAccess);
   EXPECT_EQ(Read("z/1"), "new");
   EXPECT_EQ(Read("z/2"), "old");
   EXPECT_EQ(Read("z/3"), "new");
@@ -103,8 +103,8 @@ TEST_F(TreeCopyTest, ALinkInTheTargetIsNotWrittenThrough) {
   MakeFolder("elsewhere");
   MakeFolder("z");
   Link("z/sub", "../elsewhere");
-  EXPECT_EQ(ErrorOf([&] { CopyTree("C:\\a", "C:\\z"); }), kPathFileAccess);
-  EXPECT_EQ(ErrorOf([&] { CopyTree("C:\\a\\sub", "C:\\z\\sub"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a", "C:\\z"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a\\sub", "C:\\z\\sub"); }), kPathFileAccess);
   EXPECT_EQ(NamesIn("elsewhere"), Names{});
   CopyTree("C:\\a\\sub", "C:\\z\\sub\\");
   EXPECT_EQ(NamesIn("elsewhere"), Names{"x"});
@@ -140,10 +140,10 @@ TEST_F(TreeCopyTest, ANewFolderKeepsTimeAndPermissions) {
 TEST_F(TreeCopyTest, MissingFoldersAreTold) {
   MakeFolder("a");
   Write("file", "");
-  EXPECT_EQ(ErrorOf([&] { CopyTree("C:\\none", "C:\\z"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { CopyTree("C:\\file", "C:\\z"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { CopyTree("C:\\a", "C:\\none\\z"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { CopyTree("C:\\a", "C:\\file"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\none", "C:\\z"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\file", "C:\\z"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a", "C:\\none\\z"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a", "C:\\file"); }), kPathFileAccess);
 }
 
 TEST_F(TreeCopyTest, DeepTreesAreCopiedWithFewOpenFiles) {
@@ -179,10 +179,10 @@ TEST_F(TreeCopyTest, AMoveOntoSomethingOrIntoItselfIsRefused) {
   MakeFolder("a");
   Write("a/x", "content");
   MakeFolder("z");
-  EXPECT_EQ(ErrorOf([&] { files_.MoveTree("C:\\a", "C:\\Z"); }), kFileAlreadyExists);
-  EXPECT_EQ(ErrorOf([&] { files_.MoveTree("C:\\a", "C:\\a\\b"); }), kPathFileAccess);
-  EXPECT_EQ(ErrorOf([&] { files_.MoveTree("C:\\none", "C:\\b"); }), kPathNotFound);
-  EXPECT_EQ(ErrorOf([&] { files_.MoveTree("C:\\a\\x", "C:\\b"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\a", "C:\\Z"); }), kFileAlreadyExists);
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\a", "C:\\a\\b"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\none", "C:\\b"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\a\\x", "C:\\b"); }), kPathNotFound);
   EXPECT_EQ(Read("a/x"), "content");
 }
 
