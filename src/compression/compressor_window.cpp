@@ -45,10 +45,10 @@ std::int64_t CompressionPower(std::int32_t container_bytes, std::int32_t archive
 }
 
 compression::compression(Machine& machine, BackupSettings& settings)
-    : machine_(machine),
-      settings_(settings),
-      Timer1(machine.loop.Timers(), kFollowMs, true),
-      Timer2(machine.loop.Timers(), kIdleMs, false) {
+    : Timer1(machine.loop.Timers(), kFollowMs, true),
+      Timer2(machine.loop.Timers(), kIdleMs, false),
+      machine_(machine),
+      settings_(settings) {
   LayOut(*this);
   archiver_.emplace(machine, [this](ArchiveStatus status) { ShowStatus(status); });
   WireTasks();

@@ -46,11 +46,6 @@ class compression : public Window {
   std::function<void()> ShowTransfer;  ///< Opens the transfer window. Not set: nothing.
   std::function<void()> ShowSplitter;  ///< Opens the splitter. Not set: nothing.
 
- private:
-  Machine& machine_;
-  BackupSettings& settings_;
-
- public:
   // The task panel.
   PictureBox TaskPanel;
   Label Label43{TextRole::kHeading};
@@ -117,6 +112,8 @@ class compression : public Window {
   void ShowExtraction(ArchiveStatus status);
   void ShowEntries(ArchiveStatus status);
 
+  Machine& machine_;
+  BackupSettings& settings_;
   // Made behind the design texts, one of which its first status replaces.
   std::optional<usercontrol11> archiver_;
 };
