@@ -57,6 +57,8 @@ void BackupRun::RunBackup() {
     Prepare();
     BuildRunFiles();
     OpenLog();
+    ResetBars();
+    run_.count = static_cast<std::int64_t>(settings_.Entries.Count());
     CopySingleFiles();
     CopyWholeFolders();
     CloseLog();
@@ -99,9 +101,11 @@ void BackupRun::OpenLog() {
     });
     Step([&] { log_.PrintLine(""); });
   }
+}
+
+void BackupRun::ResetBars() {
   state_.CopyBar = 0;
   state_.FileBar = 0;
-  run_.count = static_cast<std::int64_t>(settings_.Entries.Count());
 }
 
 void BackupRun::CopySingleFiles() {

@@ -39,6 +39,7 @@ class BackupRun {
   void Prepare();
   void BuildRunFiles();
   void OpenLog();
+  void ResetBars();
   void CopySingleFiles();
   void FileRound();
   void RoundBeyondTable();
