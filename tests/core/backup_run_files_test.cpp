@@ -157,6 +157,18 @@ TEST_F(RunFilesLoopTest, TheWorkFieldsKeepWhatTheLastRoundsLeft) {
   EXPECT_EQ(engine.run.DriveText.Get(), "0");
 }
 
+TEST_F(RunFilesLoopTest, TheLoopsEndWhereTheCounterDoes) {
+  machine.files.Write("C:\\Src\\a.txt", "a");
+  machine.files.Write("C:\\Src\\beyond.txt", "b");
+  std::vector<std::string> items(32769, "C:\\Src\\a.txt");
+  items.back() = "C:\\Src\\beyond.txt";
+  engine.settings.Entries.Assign(items);
+  Run();
+  EXPECT_EQ(engine.run.RunIndex, 32767);
+  EXPECT_EQ(machine.files.CallsOf("CopyWhole"), 32768);
+  EXPECT_FALSE(machine.files.Exists("C:\\Backup\\beyond.txt"));
+}
+
 // --- names with plus signs
 
 TEST_F(RunFilesLoopTest, AFileWithFivePlusSignsIsTakenForAFolder) {
@@ -302,6 +314,21 @@ TEST_F(RunFilesLoopTest, TheGateComparesNumbersAndAFailedTestCountsAsTrue) {
     Run();
     EXPECT_EQ(Copied().size(), static_cast<std::size_t>(copies)) << '"' << text << '"';
   }
+}
+
+// --- the medium
+
+TEST_F(RunFilesLoopTest, TheMediumIsFlushedBeforeTheRunSaysThatItIsDone) {
+  AddFile("C:\\Src\\a.txt", "a");
+  int flushes_before = -1;
+  engine.run.SourceCaption.Changed.Listen([&] {
+    if (engine.run.SourceCaption.Get().ends_with("Finished")) {
+      flushes_before = machine.files.CallsOf("Flush");
+    }
+  });
+  Run();
+  EXPECT_EQ(flushes_before, 1);
+  EXPECT_EQ(machine.files.Calls().back(), "Flush C:\\Backup\\");
 }
 
 // --- changes of the list during a run

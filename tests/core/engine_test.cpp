@@ -37,6 +37,14 @@ TEST_F(EngineTest, ALoadTakesTheDestinationOverForRuns) {
   EXPECT_EQ(engine.run.RunDestination.Get(), "D:\\Store");
 }
 
+TEST_F(EngineTest, ALoadCutsTheTableOfRunFilesBackToItsRow) {
+  machine.files.Write("C:\\a.txt", "a");
+  engine.run.Files.AddFileToRun(machine.files, "C:\\a.txt");
+  engine.LoadSettings();
+  EXPECT_EQ(engine.run.Files.UpperBound(), 0U);
+  EXPECT_EQ(engine.run.Files.Row(0), RunFile{});
+}
+
 TEST_F(EngineTest, EditingTheLocationAloneDoesNotChangeTheRunsOwn) {
   engine.settings.DestinationDir = "D:\\Other";
   EXPECT_EQ(engine.run.RunDestination.Get(), "C:\\Backup");

@@ -44,6 +44,14 @@ TEST_F(ListCommandsTest, AddsTheOneSelectedFile) {
   EXPECT_THAT(entries.Rows(), ElementsAre("C:\\Data\\b.txt"));
 }
 
+TEST_F(ListCommandsTest, OneSelectedFileGoesByThePanesCurrentName) {
+  pane.Select(0, true);
+  pane.Select(1, true);
+  pane.Select(1, false);
+  Do(Add::kSelectedFiles);
+  EXPECT_THAT(entries.Rows(), ElementsAre("C:\\Data\\b.txt"));
+}
+
 TEST_F(ListCommandsTest, AddsAllSelectedFilesFromTheTop) {
   pane.Select(2, true);
   pane.Select(0, true);

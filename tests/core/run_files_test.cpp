@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "settings/backup_list.h"
 #include "tests/support/fake_machine.h"
+#include "tests/support/raised.h"
 
 namespace tarnvale {
 
@@ -132,6 +133,13 @@ TEST_F(RunFilesTest, ContentsAreListedWithoutFoldersAndByTheirOwnPattern) {
   EXPECT_EQ(table.UpperBound(), 3U);
 }
 
+TEST_F(RunFilesTest, ContentsTakeHiddenFilesToo) {
+  machine.files.Write("C:\\D\\x", "1");
+  machine.files.SetAttributes("C:\\D\\x", attribute::kHidden);
+  Build({kContents});
+  EXPECT_EQ(table.Row(0), (RunFile{"C:\\D\\x", 1}));
+}
+
 TEST_F(RunFilesTest, AWholeFolderIsListedByAPatternThatMatchesNothing) {
   machine.files.Write("C:\\F\\a.txt", "a");
   Build({kWhole});
@@ -146,13 +154,7 @@ TEST_F(RunFilesTest, AMissingFileKeepsItsPathAndTheNextTakesItsRow) {
 }
 
 TEST_F(RunFilesTest, AMissingFileRaisesWhatItsLengthRaises) {
-  int number = 0;
-  try {
-    table.AddFileToRun(machine.files, "C:\\gone");
-  } catch (const ProgramError& error) {
-    number = error.Number();
-  }
-  EXPECT_EQ(number, kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { table.AddFileToRun(machine.files, "C:\\gone"); }), kFileNotFound);
 }
 
 TEST_F(RunFilesTest, AFolderThatCannotBeListedShowsABoxAndKeepsItsEmptyRow) {
@@ -176,13 +178,7 @@ TEST_F(RunFilesTest, AMissingFolderAddsAnEmptyRowAndNoBox) {
 
 TEST_F(RunFilesTest, ARowBeyondTheBoundRaisesNine) {
   for (const std::int64_t row : {std::int64_t{-1}, std::int64_t{1}}) {
-    int number = 0;
-    try {
-      table.Row(row);
-    } catch (const ProgramError& error) {
-      number = error.Number();
-    }
-    EXPECT_EQ(number, kSubscriptOutOfRange) << row;
+    EXPECT_EQ(RaisedBy([&] { table.Row(row); }), kSubscriptOutOfRange) << row;
   }
 }
 
@@ -192,28 +188,14 @@ TEST_F(RunFilesTest, ResetGoesBackToOneEmptyRow) {
   EXPECT_THAT(Rows(), ElementsAre(kEmptyRow));
 }
 
-TEST_F(RunFilesTest, AFileBeyond32BitsIsInTheTable) {
+TEST_F(RunFilesTest, AFileBeyond32BitsIsInTheTableWithTheLargestSize) {
   machine.files.TellLength("C:\\A", std::int64_t{5} << 30);
   Build({"C:\\A"});
-  EXPECT_EQ(table.Row(0).Path, "C:\\A");
-  EXPECT_EQ(table.UpperBound(), 1U);
+  EXPECT_THAT(Rows(), ElementsAre(RunFile{"C:\\A", 2147483647}, kEmptyRow));
 }
 
-TEST(ItemTextTest, AWholeFolderItemHasFivePlusSigns) {
+TEST(FolderMarkerTest, MakesAnItemOfFivePlusSigns) {
   EXPECT_EQ(CountChar("C:\\Data\\" + std::string(kFolderMarker), "+"), 5);
-}
-
-TEST(ItemTextTest, CountingNothingOrMoreThanOneCharacterGivesZero) {
-  EXPECT_EQ(CountChar("a+b", ""), 0);
-  EXPECT_EQ(CountChar("", ""), 0);
-  EXPECT_EQ(CountChar("", "+"), 0);
-  EXPECT_EQ(CountChar("a++b", "++"), 0);
-}
-
-TEST(ItemTextTest, AFileNameIsWhatStandsBehindTheLastBackslash) {
-  EXPECT_EQ(FileNameOf("C:\\Data\\a.txt"), "a.txt");
-  EXPECT_EQ(FileNameOf("C:\\Data\\"), "");
-  EXPECT_EQ(FileNameOf("a.txt"), "");
 }
 
 }  // namespace

@@ -226,10 +226,11 @@ TEST_F(SchedulerTest, TheDayIsThatOfTheTick) {
 
 TEST_F(SchedulerTest, AMatchShowsTheAlertThenTheRunPageAndRequestsAStart) {
   WatchScreens();
+  engine.timers.RunPause().Enabled.Changed.Listen([this] { deeds.push_back("request"); });
   engine.run.EngineFree = "1";
   AtFixedTime({12, 0, 0});
   MatchesAt("12:00:00");
-  EXPECT_THAT(deeds, ElementsAre("alert", "show progress"));
+  EXPECT_THAT(deeds, ElementsAre("alert", "show progress", "request"));
   EXPECT_TRUE(engine.timers.RunPause().Enabled);
 }
 

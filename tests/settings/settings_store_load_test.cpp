@@ -277,6 +277,14 @@ TEST_F(LoadSettingsTest, AnEmptyEntryIsAGap) {
   EXPECT_THAT(settings.Entries.Rows(), ElementsAre("C:\\a.txt"));
 }
 
+TEST_F(LoadSettingsTest, EntriesEndWhereTheCounterDoes) {
+  std::string file = "[Entries]\r\n-32768=C:\\below.txt\r\n";
+  for (int index = 0; index <= 32768; ++index) file += std::to_string(index) + "=C:\\a.txt\r\n";
+  Load(file);
+  EXPECT_EQ(settings.Entries.Count(), 32768U);
+  EXPECT_EQ(profiles.reads.back(), "Entries/32767");
+}
+
 TEST_F(LoadSettingsTest, AnItemOf254CharactersComesBackWhole) {
   const std::string item = "C:\\" + std::string(251, 'x');
   Load("[Entries]\r\n0=" + item + "\r\n");
