@@ -77,9 +77,8 @@ void CommonDialog::ShowSave() {
 void CommonDialog::Show(bool (FileDialogs::*dialog)(FileDialogRecord&)) {
   FileDialogRecord record{.title = DialogTitle,
                           .filter = WithNuls(Filter),
-                          .filter_index = FilterIndex,
                           .default_ext = DefaultExt,
-                          .initial_dir = InitDir,
+                          .initial_dir = {},
                           .file = PaddedWithNuls(FileName),
                           .file_title = PaddedWithNuls({})};
   if ((machine_.dialogs.*dialog)(record)) {

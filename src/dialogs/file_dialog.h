@@ -54,8 +54,6 @@ class CommonDialog {
   std::string FileName;  ///< the path, in and out
   std::string FileTitle;
   std::string Filter;  ///< as in CFileDialog
-  std::int16_t FilterIndex = 0;
-  std::string InitDir;
 
   /// Each leaves FileName as it stands on a cancel.
   void ShowOpen();
