@@ -78,6 +78,31 @@ TEST_F(FileDialogTest, ANameThatIsTooLongShowsABoxAndGoesOnBehindIt) {
   EXPECT_EQ(machine.dialogs.Seen().at(0).file.file, "") << "the failed statement filled nothing";
 }
 
+TEST_F(FileDialogTest, ATitleThatIsTooLongDoesLikewise) {
+  dialog.FileTitle = std::string(261, 'x');
+  machine.boxes.Expect("Error: 5. Invalid procedure call or argument", BoxIcon::kNone,
+                       BoxAnswer::kOk);
+  machine.dialogs.Cancel(Kind::kOpen);
+  EXPECT_FALSE(dialog.Show(true));
+  EXPECT_EQ(machine.dialogs.Seen().at(0).file.file_title, "");
+}
+
+TEST_F(FileDialogTest, ANameOf260CharactersFillsTheBuffer) {
+  dialog.FileName = std::string(260, 'x');
+  machine.dialogs.Cancel(Kind::kOpen);
+  EXPECT_FALSE(dialog.Show(true));
+  EXPECT_EQ(machine.dialogs.Seen().at(0).file.file, dialog.FileName);
+}
+
+TEST_F(FileDialogTest, ADialogThatFailsShowsABoxAndCountsAsACancel) {
+  machine.dialogs.Choose(Kind::kSave, "C:\\a.tvz");
+  machine.dialogs.WhileOpen([] { throw ProgramError(kDiskNotReady); });
+  machine.boxes.Expect("Error: 71. Disk not ready", BoxIcon::kNone, BoxAnswer::kOk);
+  EXPECT_FALSE(dialog.Show(false));
+  EXPECT_EQ(machine.boxes.Shown().at(0).title, "Show");
+  EXPECT_EQ(dialog.FileName, "");
+}
+
 TEST_F(FileDialogTest, TheMaximumFileSizeChangesNothing) {
   dialog.MaxFileSize = 3;
   machine.dialogs.Choose(Kind::kOpen, "C:\\Data\\long name.tvz");
@@ -105,13 +130,27 @@ TEST_F(FileDialogTest, ACancelOfTheCommonDialogIsAnErrorWhenAskedFor) {
 }
 
 TEST_F(FileDialogTest, TheCommonDialogGivesTheChosenNameBack) {
-  common.Filter = "Registry File (*.reg)|*.reg";
-  common.DefaultExt = ".tvz";
   machine.dialogs.Choose(Kind::kOpen, "C:\\Data\\c.reg");
   common.ShowOpen();
   EXPECT_EQ(common.FileName, "C:\\Data\\c.reg");
   EXPECT_EQ(common.FileTitle, "c.reg");
-  EXPECT_EQ(machine.dialogs.Seen().at(0).file.default_ext, ".tvz");
+}
+
+TEST_F(FileDialogTest, TheCommonDialogGivesItsPropertiesToTheDesktops) {
+  common.DialogTitle = "Open";
+  common.FileName = "C:\\a.reg";
+  common.Filter = "Registry File (*.reg)|*.reg";
+  common.DefaultExt = ".tvz";
+  machine.dialogs.Cancel(Kind::kOpen);
+  common.ShowOpen();
+  const FileDialogRecord& given = machine.dialogs.Seen().at(0).file;
+  EXPECT_EQ(given.owner, nullptr) << "the active window";
+  EXPECT_EQ(given.title, "Open");
+  EXPECT_EQ(given.file, "C:\\a.reg" + std::string(252, '\0'));
+  EXPECT_EQ(given.file_title, std::string(260, '\0'));
+  EXPECT_EQ(given.filter, std::string("Registry File (*.reg)\0*.reg\0\0", 29));
+  EXPECT_EQ(given.filter_index, 0);
+  EXPECT_EQ(given.default_ext, ".tvz");
 }
 
 TEST_F(FileDialogTest, PickFolderGivesTheFolderOrNothing) {
