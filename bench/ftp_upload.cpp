@@ -9,12 +9,12 @@
 
 #include <QCoreApplication>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <string>
 
+#include "bench/pulse.h"
 #include "platform/curl/curl_ftp_transport.h"
 #include "platform/linux/linux_host.h"
 #include "platform/qt/qt_event_loop.h"
@@ -37,27 +37,6 @@ double ProcessorSeconds() {
   return seconds(used.ru_utime) + seconds(used.ru_stime);
 }
 
-// The longest time between two ticks of a timer, beyond its interval.
-class Pulse {
- public:
-  explicit Pulse(tarnvale::TimerQueue& timers) : timer_(timers, kIntervalMs, true) {
-    timer_.Tick.Listen([this] {
-      const auto now = Clock::now();
-      worst_ = std::max(worst_, Seconds(now - last_) * 1000 - kIntervalMs);
-      last_ = now;
-    });
-  }
-
-  double WorstMs() const { return worst_; }
-
- private:
-  static constexpr int kIntervalMs = 10;
-
-  tarnvale::Timer timer_;
-  Clock::time_point last_ = Clock::now();
-  double worst_ = 0;
-};
-
 int Upload(char** argv) {
   tarnvale::LinuxSurroundings surroundings;
   surroundings.state_folder =
@@ -77,7 +56,7 @@ int Upload(char** argv) {
   const auto local =
       tarnvale::DrivePaths("/").FromNative(std::filesystem::absolute(argv[4]).string());
 
-  Pulse pulse(loop.Timers());
+  const tarnvale::Pulse pulse(loop.Timers());
   const auto start = Clock::now();
   const double processor_before = ProcessorSeconds();
   transport.Execute("PUT \"" + local + "\" \"" + argv[5] + "\"");

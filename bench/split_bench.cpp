@@ -6,7 +6,6 @@
 //
 // Prints the seconds that it took and the longest time in milliseconds in which
 // the window couldn't answer.
-#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -14,38 +13,14 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/linux/linux_host.h"
-#include "platform/linux/paths.h"
-#include "platform/qt/qt_host.h"
+#include "app/desktop_machine.h"
+#include "bench/pulse.h"
 #include "splitter/frm_main.h"
 
 namespace tarnvale {
 namespace {
 
 using SteadyClock = std::chrono::steady_clock;
-
-// The longest time between two ticks of a timer that is always due.
-class AnswerWatch {
- public:
-  explicit AnswerWatch(TimerQueue& timers) : timer_(timers, 1, true) {
-    timer_.Tick.Listen([this] {
-      const SteadyClock::time_point now = SteadyClock::now();
-      longest_ = std::max(longest_, now - last_);
-      last_ = now;
-    });
-  }
-
-  void Start() {
-    last_ = SteadyClock::now();
-    longest_ = {};
-  }
-  double LongestMs() const { return std::chrono::duration<double, std::milli>(longest_).count(); }
-
- private:
-  Timer timer_;
-  SteadyClock::time_point last_;
-  SteadyClock::duration longest_{};
-};
 
 struct Request {
   bool is_split = false;
@@ -66,31 +41,22 @@ PartsCode Serve(Machine& machine, frmMain& window, const DrivePaths& drive,
 }
 
 int Measure(int argc, char** argv, const Request& request) {
-  LinuxHost system;
-  const DrivePaths drive("/");
-  const PathTranslation paths{
-      .to_program = [&](const std::string& native) { return drive.FromNative(native); },
-      .to_native = [&](const Path& path) { return drive.ToNative(path).value_or(std::string()); }};
-  QtHost desktop(argc, argv, system.files, paths);
-  Machine machine{system.files,    system.open_files,      system.profiles,   system.processes,
-                  system.clock,    system.random,          system.formats,    desktop.Loop(),
-                  desktop.Boxes(), desktop.Surroundings(), desktop.Windows(), desktop.Dialogs(),
-                  desktop.Tray()};
+  DesktopMachine desktop(argc, argv);
+  Machine& machine = desktop.Parts();
   frmMain window(machine);
   machine.windows.Adopt(window);
   window.Show();
-  AnswerWatch watch(machine.loop.Timers());
 
   PartsCode code = PartsCode::kFailed;
   // The window has come up by the first tick.
   Timer start(machine.loop.Timers(), 300, true);
   start.Tick.Listen([&] {
     start.Enabled = false;
-    watch.Start();
+    const Pulse pulse(machine.loop.Timers());
     const SteadyClock::time_point began = SteadyClock::now();
-    code = Serve(machine, window, drive, request);
+    code = Serve(machine, window, desktop.Drive(), request);
     const std::chrono::duration<double> took = SteadyClock::now() - began;
-    std::printf("%.4f %.1f\n", took.count(), watch.LongestMs());
+    std::printf("%.4f %.1f\n", took.count(), pulse.WorstMs());
     machine.loop.Quit(0);
   });
   machine.loop.Run();

@@ -20,8 +20,11 @@
 
 namespace tarnvale {
 
-/// References only: the host owns them and outlives everything built on them.
-struct Machine {
+// References only: the hosts own what they refer to and outlive everything built
+// on it.
+
+/// The system's side: files, programs, time.
+struct SystemParts {
   FileSystem& files;
   OpenFiles& open_files;
   ProfileFiles& profiles;
@@ -29,16 +32,22 @@ struct Machine {
   Clock& clock;
   RandomSource& random;
   LocaleFormats& formats;
+  Registry& registry;
+  ApplicationFolders& applications;
+};
+
+/// The side of the event loop: who is there to look and to answer.
+struct DesktopParts {
   EventLoop& loop;
   MessageBoxes& boxes;
   Desktop& desktop;
   WindowHost& windows;
   FileDialogs& dialogs;
   NotificationArea& tray;
-  Registry& registry;
-  ApplicationFolders& applications;
   Sockets& sockets;
   FtpTransport& ftp;
 };
+
+struct Machine : SystemParts, DesktopParts {};
 
 }  // namespace tarnvale

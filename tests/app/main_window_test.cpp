@@ -129,23 +129,8 @@ class MainWindowTest : public ::testing::Test {
   QtSocketWatcher watcher{loop};
   LinuxSockets sockets{loop, watcher};
   NoFtpTransport ftp;
-  Machine machine{system.files,
-                  system.open_files,
-                  system.profiles,
-                  system.processes,
-                  system.clock,
-                  system.random,
-                  system.formats,
-                  loop,
-                  boxes,
-                  host.Surroundings(),
-                  host,
-                  dialogs,
-                  tray,
-                  system.registry,
-                  system.applications,
-                  sockets,
-                  ftp};
+  Machine machine{system.Parts(),
+                  {loop, boxes, host.Surroundings(), host, dialogs, tray, sockets, ftp}};
   Engine engine{machine};
   Form1 form{engine};
   std::string box_text;

@@ -93,11 +93,9 @@ class ToolWindowsTest : public LinuxStage {
   QtWindowHost windows{loop, host.files, [](const std::string& native) { return "C:" + native; }};
   QtMessageBoxes boxes;
   FakeMachine fake;
-  Machine machine{
-      host.files,   host.open_files, host.profiles, host.processes, host.clock,
-      host.random,  host.formats,    loop,          boxes,          windows.Surroundings(),
-      windows,      fake.dialogs,    fake.tray,     host.registry,  host.applications,
-      fake.network, fake.ftp};
+  Machine machine{host.Parts(),
+                  {loop, boxes, windows.Surroundings(), windows, fake.dialogs, fake.tray,
+                   fake.network, fake.ftp}};
   userdata user_data{machine};
   registry registry_backup{machine};
   std::string box_text;

@@ -25,10 +25,7 @@ class ArchiveOnLinuxTest : public LinuxStage {
 
   FakeMachine fake;
   LinuxHost host{surroundings};
-  Machine machine{host.files,   host.open_files, host.profiles, host.processes, host.clock,
-                  host.random,  host.formats,    fake.loop,     fake.boxes,     fake.desktop,
-                  fake.windows, fake.dialogs,    fake.tray,     host.registry,  host.applications,
-                  fake.network, fake.ftp};
+  Machine machine{host.Parts(), fake.Interfaces()};
   usercontrol11 archiver{machine};
   const Path archive = "C:\\Store\\a.tvz";
 };

@@ -309,10 +309,10 @@ class HostileMailServers : public RealSockets {
   FakeMachine fake;
   LinuxClock clock;
   RedirectedSockets redirected{sockets, server.Port()};
-  Machine machine{fake.files,   fake.open_files, fake.profiles, fake.processes, clock,
-                  fake.random,  fake.formats,    loop,          fake.boxes,     fake.desktop,
-                  fake.windows, fake.dialogs,    fake.tray,     fake.registry,  fake.applications,
-                  redirected,   fake.ftp};
+  Machine machine{{fake.files, fake.open_files, fake.profiles, fake.processes, clock, fake.random,
+                   fake.formats, fake.registry, fake.applications},
+                  {loop, fake.boxes, fake.desktop, fake.windows, fake.dialogs, fake.tray,
+                   redirected, fake.ftp}};
   BackupSettings settings;
   ReportMail mail;
   std::string last_reply;

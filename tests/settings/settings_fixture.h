@@ -62,10 +62,9 @@ class SettingsFixture : public ::testing::Test {
 
   FakeMachine machine;
   RecordingProfiles profiles{machine.profiles};
-  Machine interfaces{machine.files, machine.open_files, profiles,        machine.processes,
-                     machine.clock, machine.random,     machine.formats, machine.loop,
-                     machine.boxes, machine.desktop,    machine.windows, machine.dialogs,
-                     machine.tray};
+  Machine interfaces{{machine.files, machine.open_files, profiles, machine.processes, machine.clock,
+                      machine.random, machine.formats, machine.registry, machine.applications},
+                     machine.Interfaces()};
   BackupSettings settings;
   SettingsStore store{interfaces, settings};
 };

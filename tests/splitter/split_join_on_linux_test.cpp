@@ -18,10 +18,7 @@ class SplitJoinOnLinuxTest : public LinuxStage {
 
   FakeMachine fake;
   LinuxHost host{surroundings};
-  Machine machine{host.files,   host.open_files, host.profiles, host.processes, host.clock,
-                  host.random,  host.formats,    fake.loop,     fake.boxes,     fake.desktop,
-                  fake.windows, fake.dialogs,    fake.tray,     host.registry,  host.applications,
-                  fake.network, fake.ftp};
+  Machine machine{host.Parts(), fake.Interfaces()};
   const std::string bytes = GeneratedBytes(50000);
   const Path source = "C:\\Data\\backup.tvz";
   Property<std::string> target{"C:\\Out"};

@@ -66,9 +66,9 @@ class FakeMachine {
   FakeFtpTransport ftp{loop};
 
  private:
-  Machine interfaces_{files,   open_files, profiles,     processes, clock,   random,
-                      formats, loop,       boxes,        desktop,   windows, dialogs,
-                      tray,    registry,   applications, network,   ftp};
+  Machine interfaces_{
+      {files, open_files, profiles, processes, clock, random, formats, registry, applications},
+      {loop, boxes, desktop, windows, dialogs, tray, network, ftp}};
   std::deque<int> expected_faults_;
 };
 

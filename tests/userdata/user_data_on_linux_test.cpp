@@ -112,10 +112,7 @@ class UserDataOnLinux : public LinuxStage {
 
   FakeMachine fake;
   LinuxHost host{surroundings};
-  Machine machine{host.files,   host.open_files, host.profiles, host.processes, host.clock,
-                  host.random,  host.formats,    fake.loop,     fake.boxes,     fake.desktop,
-                  fake.windows, fake.dialogs,    fake.tray,     host.registry,  host.applications,
-                  fake.network, fake.ftp};
+  Machine machine{host.Parts(), fake.Interfaces()};
   userdata window{machine};
 };
 

@@ -101,23 +101,9 @@ class HeadlessMachine {
   NoDesktop desktop_;
   NoFtpTransport ftp_;
   MessageBoxes& boxes_ = desktop_;
-  Machine machine_{host_.files,
-                   host_.open_files,
-                   host_.profiles,
-                   host_.processes,
-                   host_.clock,
-                   host_.random,
-                   host_.formats,
-                   loop_,
-                   boxes_,
-                   desktop_.Surroundings(),
-                   desktop_,
-                   desktop_,
-                   desktop_,
-                   host_.registry,
-                   host_.applications,
-                   desktop_,
-                   ftp_};
+  Machine machine_{
+      host_.Parts(),
+      {loop_, boxes_, desktop_.Surroundings(), desktop_, desktop_, desktop_, desktop_, ftp_}};
 };
 
 }  // namespace tarnvale

@@ -17,6 +17,7 @@
 #include "platform/linux/paths.h"
 #include "platform/linux/state_folder.h"
 #include "platform/linux/temporaries.h"
+#include "platform/machine.h"
 
 namespace tarnvale {
 
@@ -47,6 +48,10 @@ class LinuxHost {
   }
   LinuxHost(const LinuxHost&) = delete;
   LinuxHost& operator=(const LinuxHost&) = delete;
+
+  SystemParts Parts() {
+    return {files, open_files, profiles, processes, clock, random, formats, registry, applications};
+  }
 
   LinuxFiles files;
 

@@ -1,0 +1,19 @@
+#include "app/desktop_machine.h"
+
+#include <string>
+
+namespace tarnvale {
+
+DesktopMachine::DesktopMachine(int& argc, char** argv)
+    : desktop_(
+          argc, argv, system_.files,
+          {.to_program = [this](const std::string& native) { return drive_.FromNative(native); },
+           .to_native =
+               [this](const Path& path) { return drive_.ToNative(path).value_or(std::string()); }}),
+      sockets_(desktop_.Loop(), desktop_.Sockets()),
+      ftp_(desktop_.Loop(), desktop_.Sockets(), system_.transfer_files),
+      machine_{system_.Parts(),
+               {desktop_.Loop(), desktop_.Boxes(), desktop_.Surroundings(), desktop_.Windows(),
+                desktop_.Dialogs(), desktop_.Tray(), sockets_, ftp_}} {}
+
+}  // namespace tarnvale
