@@ -106,6 +106,18 @@ TEST_F(UserDataTest, InTheFirstHalfSecondThereIsNothingToCopy) {
   EXPECT_FALSE(machine.files.Exists(profile + "\\Application Data\\Mozilla\\Firefox\\new.txt"));
 }
 
+TEST_F(UserDataTest, AnOperationYieldsBetweenTheChoiceAndTheCopy) {
+  Tick();
+  machine.files.Write(window.Text1.Text.Get() + "\\profiles.ini", "");
+  bool between = false;
+  // The dialog yields once before it is answered.
+  machine.loop.OnYield(2, [&] {
+    between = window.Text2.Text.Get() == folder && machine.files.CallsOf("CopyTree") == 0;
+  });
+  BackUp(window.chameleonButton1, folder);
+  EXPECT_TRUE(between);
+}
+
 TEST_F(UserDataTest, ThePathsCountAsTheyAreAfterTheQuestion) {
   machine.files.Write(profile + "\\Application Data\\Mozilla\\Firefox\\profiles.ini", "");
   machine.dialogs.WhileOpen([&] { Tick(); });
@@ -226,6 +238,15 @@ TEST_F(UserDataTest, ExpressCopiesItsMailAndStartsThreeExports) {
   EXPECT_EQ(machine.processes.Started().at(0).kind, StartKind::kMinimized);
 }
 
+TEST_F(UserDataTest, ASecondCancelledBackupOfExpressGoesToTheSameFolder) {
+  Tick();
+  BackUp(window.chameleonButton9, folder);
+  machine.files.Write(window.Text11.Text.Get() + "\\Inbox.dbx", "mail");
+  BackUpCancelled(window.chameleonButton9);
+  EXPECT_EQ(window.Text9.Text.Get(), "C:\\Keep\\Outlook Express Settings");
+  EXPECT_TRUE(machine.files.Exists("C:\\Keep\\Outlook Express Settings\\OE Identities\\Inbox.dbx"));
+}
+
 TEST_F(UserDataTest, TheExportsAreStartedAfterTheCopyAndBeforeTheMessage) {
   Tick();
   machine.files.Write(window.Text11.Text.Get() + "\\Inbox.dbx", "mail");
@@ -233,6 +254,21 @@ TEST_F(UserDataTest, TheExportsAreStartedAfterTheCopyAndBeforeTheMessage) {
   machine.loop.OnYield(3, [&] { EXPECT_THAT(Lines(), IsEmpty()); });
   machine.boxes.WhileOpen([&] { EXPECT_EQ(Lines().size(), 3U); });
   BackUp(window.chameleonButton9, folder);
+}
+
+TEST_F(UserDataTest, AnIdentityThatChangesDuringTheCopyDoesNotDisturbIt) {
+  Tick();
+  machine.files.Write(window.Text11.Text.Get() + "\\Folders.dbx", "1");
+  machine.files.Write(window.Text11.Text.Get() + "\\Inbox.dbx", "2");
+  // The yield after the first file.
+  machine.loop.OnYield(3, [&] {
+    machine.registry.values[identity_value] = "{another identity, with a longer name}";
+    Tick();
+  });
+  BackUp(window.chameleonButton9, folder);
+  EXPECT_THAT(window.Text11.Text.Get(), ::testing::HasSubstr("another"));
+  EXPECT_THAT(machine.files.Names("C:\\Keep\\Outlook Express Settings\\OE Identities"),
+              ElementsAre("Folders.dbx", "Inbox.dbx"));
 }
 
 TEST_F(UserDataTest, ExpressIsRestoredWithThreeImports) {
