@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <chrono>
 
 #include "platform/ftp_transport.h"
@@ -16,7 +17,7 @@ struct UrlCleanup {
 
 // A scheme that means plain TCP to libcurl; no word of it is ever sent.
 constexpr const char* kPlainScheme = "http";
-// Longer than any limit of ours, which end a connection in the making.
+// To libcurl, 0 stands for a limit of its own.
 constexpr long kNoLimitSeconds = 1000000;
 
 // libcurl takes IPv6 addresses in brackets, with the zone's sign escaped.
@@ -92,7 +93,6 @@ bool Connector::SetUp(const std::string& host, int port) {
   Set(easy, CURLOPT_TCP_KEEPALIVE, 1L);
   Set(easy, CURLOPT_FRESH_CONNECT, 1L);
   Set(easy, CURLOPT_DNS_CACHE_TIMEOUT, 0L);
-  Set(easy, CURLOPT_CONNECTTIMEOUT, kNoLimitSeconds);
   // Abandoning must not wait for a resolver that doesn't come back.
   Set(easy, CURLOPT_QUICK_EXIT, 1L);
   Set(easy, CURLOPT_OPENSOCKETFUNCTION, &Connector::Open);
@@ -100,9 +100,11 @@ bool Connector::SetUp(const std::string& host, int port) {
   return true;
 }
 
-bool Connector::Begin(const std::string& host, int port) {
+bool Connector::Begin(const std::string& host, int port, std::int32_t limit_s) {
   Abandon();
   if (!SetUp(host, port)) return false;
+  const long seconds = limit_s == 0 ? kNoLimitSeconds : std::min(long{limit_s}, kNoLimitSeconds);
+  Set(easy_.get(), CURLOPT_CONNECTTIMEOUT, seconds);
   return curl_multi_add_handle(multi_.get(), easy_.get()) == CURLM_OK;
 }
 

@@ -30,9 +30,10 @@ class Connector {
   Connector& operator=(const Connector&) = delete;
   ~Connector();
 
-  /// Starts connecting; an earlier connection in the making is abandoned. False
-  /// when `host` is none: a name or a numeric address.
-  bool Begin(const std::string& host, int port);
+  /// Starts connecting; an earlier connection in the making is abandoned. Ends
+  /// as a time-out after `limit_s`, 0 for none; a host's addresses share it.
+  /// False when `host` is none: a name or a numeric address.
+  bool Begin(const std::string& host, int port, std::int32_t limit_s);
   void Abandon();
 
   /// The host's address is known and a connection to it is tried.

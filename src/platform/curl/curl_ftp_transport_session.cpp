@@ -30,7 +30,7 @@ void CurlFtpTransport::Connect() {
   phase_ = Phase::kConnecting;
   trying_told_ = false;
   Tell(TransportState::kResolvingHost);
-  if (!connector_.Begin(login_.address.host, login_.address.port)) {
+  if (!connector_.Begin(login_.address.host, login_.address.port, timeout_s_)) {
     Fail(kTransferNameNotResolved, Afterwards::kDropConnection);
   }
 }
@@ -224,7 +224,7 @@ void CurlFtpTransport::OnPassive(const FtpReply& reply) {
 
 void CurlFtpTransport::ConnectData(int port) {
   phase_ = Phase::kDataConnecting;
-  if (!connector_.Begin(control_->Line().PeerAddress(), port)) {
+  if (!connector_.Begin(control_->Line().PeerAddress(), port, timeout_s_)) {
     Fail(kTransferConnectionAborted, Afterwards::kDropConnection);
   }
 }

@@ -8,6 +8,7 @@ namespace {
 
 // Looks taken in the time of one limit: what moved late is seen late by as much.
 constexpr int kLooks = 16;
+constexpr std::chrono::milliseconds kLongestWait{10000};
 
 }  // namespace
 
@@ -42,7 +43,8 @@ void SilenceLimit::Look() {
 
 void SilenceLimit::SetAlarm() {
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(moved_at_ + limit_ - Clock::now());
-  alarm_->Set(std::clamp(left, std::chrono::milliseconds(1), limit_ / kLooks));
+  alarm_->Set(
+      std::clamp(left, std::chrono::milliseconds(1), std::min(limit_ / kLooks, kLongestWait)));
 }
 
 }  // namespace tarnvale
