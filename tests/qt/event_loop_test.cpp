@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "platform/qt/qt_alarms.h"
+#include "platform/qt/qt_socket_watcher.h"
 #include "platform/timer.h"
 #include "tests/qt/qt_fixture.h"
 
@@ -104,7 +104,7 @@ TEST_F(QtLoop, TellsAFaultOfAPostedJobAndGoesOn) {
 }
 
 TEST_F(QtLoop, AnAlarmOfNoTimeRingsInTheNextPassAndOnce) {
-  QtAlarms alarms(loop);
+  QtSocketWatcher alarms(loop);
   int rings = 0;
   const auto alarm = alarms.NewAlarm([&] { ++rings; });
   alarm->Set(milliseconds(0));
@@ -116,7 +116,7 @@ TEST_F(QtLoop, AnAlarmOfNoTimeRingsInTheNextPassAndOnce) {
 }
 
 TEST_F(QtLoop, AnAlarmThatIsSetAnewOrClearedForgetsItsMoment) {
-  QtAlarms alarms(loop);
+  QtSocketWatcher alarms(loop);
   bool late = false;
   bool cleared = false;
   const auto again = alarms.NewAlarm([&] { late = true; });
@@ -135,7 +135,7 @@ TEST_F(QtLoop, AnAlarmMayGoInItsOwnHandlerAndItsErrorsAreTold) {
   QtEventLoop other;
   int number = 0;
   other.Fault.Listen([&](const ProgramError& error) { number = error.Number(); });
-  QtAlarms alarms(other);
+  QtSocketWatcher alarms(other);
   std::unique_ptr<Alarm> alarm = alarms.NewAlarm([&] {
     alarm.reset();
     throw ProgramError(kPermissionDenied);

@@ -172,7 +172,7 @@ void Connector::End(CURLcode result) {
   // libcurl closes its own with the handle; ours stays.
   const int kept = active == CURL_SOCKET_BAD ? -1 : ::fcntl(active, F_DUPFD_CLOEXEC, 0);
   if (kept < 0) ended_ = kTransferCannotConnect;
-  socket_ = Socket(kept);
+  socket_ = Connection(kept);
 }
 
 }  // namespace tarnvale

@@ -16,7 +16,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/curl/socket.h"
+#include "platform/curl/connection.h"
 #include "platform/socket_watch.h"
 
 namespace tarnvale {
@@ -42,7 +42,7 @@ class Connector {
   /// connection.
   std::optional<std::int32_t> Ended() const { return ended_; }
   /// The connection, once.
-  Socket Take() { return std::move(socket_); }
+  Connection Take() { return std::move(socket_); }
 
  private:
   struct GlobalCurl {
@@ -72,7 +72,7 @@ class Connector {
   std::unique_ptr<CURL, EasyCleanup> easy_;
   bool trying_ = false;
   std::optional<std::int32_t> ended_;
-  Socket socket_;
+  Connection socket_;
 };
 
 }  // namespace tarnvale

@@ -4,16 +4,16 @@
 #include <optional>
 #include <string>
 
+#include "platform/curl/connection.h"
 #include "platform/curl/ftp_reply.h"
-#include "platform/curl/socket.h"
 
 namespace tarnvale {
 
 class ControlChannel {
  public:
-  explicit ControlChannel(Socket socket) : socket_(std::move(socket)) {}
+  explicit ControlChannel(Connection socket) : socket_(std::move(socket)) {}
 
-  const Socket& Line() const { return socket_; }
+  const Connection& Line() const { return socket_; }
 
   /// Adds a command to what is to be sent. It must fit one line.
   void Queue(const std::string& command) { unsent_ += command + "\r\n"; }
@@ -30,7 +30,7 @@ class ControlChannel {
   bool IsStale() const { return !replies_.IsEmpty() || socket_.HasUnasked(); }
 
  private:
-  Socket socket_;
+  Connection socket_;
   std::string unsent_;
   FtpReplyReader replies_;
 };

@@ -92,7 +92,7 @@ class CurlFtpTransport final : public FtpTransport {
   // The session.
   void Connect();
   void OnConnectorMoved();
-  void OnConnected(Socket socket);
+  void OnConnected(Connection socket);
   void OnControlReady(SocketReadiness ready);
   void FlushControl();
   void ReadControl();
@@ -114,7 +114,7 @@ class CurlFtpTransport final : public FtpTransport {
   void OnExtendedPassive(const FtpReply& reply);
   void OnPassive(const FtpReply& reply);
   void ConnectData(int port);
-  void OnDataConnected(Socket socket);
+  void OnDataConnected(Connection socket);
   void OnNoDataConnection(std::int32_t code);
   std::string TransferCommand() const;
   void OnAnswer(const FtpReply& reply);

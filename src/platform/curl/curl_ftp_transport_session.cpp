@@ -46,7 +46,7 @@ void CurlFtpTransport::OnConnectorMoved() {
   }
   const auto ended = connector_.Ended();
   if (!ended) return;
-  Socket socket = connector_.Take();
+  Connection socket = connector_.Take();
   connector_.Abandon();
   if (socket) {
     for_session ? OnConnected(std::move(socket)) : OnDataConnected(std::move(socket));
@@ -55,7 +55,7 @@ void CurlFtpTransport::OnConnectorMoved() {
   }
 }
 
-void CurlFtpTransport::OnConnected(Socket socket) {
+void CurlFtpTransport::OnConnected(Connection socket) {
   Tell(TransportState::kConnected);
   silence_.Touch();
   const int fd = socket.Get();
@@ -235,7 +235,7 @@ void CurlFtpTransport::OnNoDataConnection(std::int32_t code) {
   Fail(code, Afterwards::kKeepConnection);
 }
 
-void CurlFtpTransport::OnDataConnected(Socket socket) {
+void CurlFtpTransport::OnDataConnected(Connection socket) {
   data_->Connect(std::move(socket));
   Send(TransferCommand(), Phase::kAnswer);
 }

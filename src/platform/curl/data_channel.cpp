@@ -25,9 +25,9 @@ class Upload final : public DataChannel {
   Outcome Pump() override {
     for (std::size_t moved = 0; moved < kTurnBytes;) {
       if (sent_ == filled_ && !Refill()) return Outcome::kEnded;
-      const SocketTurn turn = socket_.Send(std::span(buffer_).subspan(sent_, filled_ - sent_));
-      if (turn.outcome == SocketTurn::Outcome::kBroken) return Outcome::kBroken;
-      if (turn.outcome == SocketTurn::Outcome::kWouldWait) break;
+      const StreamTurn turn = socket_.Send(std::span(buffer_).subspan(sent_, filled_ - sent_));
+      if (turn.outcome == StreamTurn::Outcome::kBroken) return Outcome::kBroken;
+      if (turn.outcome == StreamTurn::Outcome::kWouldWait) break;
       sent_ += turn.bytes;
       moved += turn.bytes;
       total_ += turn.bytes;
@@ -69,10 +69,10 @@ class Receiving : public DataChannel {
 
   Outcome Pump() override {
     for (std::size_t moved = 0; moved < kTurnBytes;) {
-      const SocketTurn turn = socket_.Receive(buffer_);
-      if (turn.outcome == SocketTurn::Outcome::kBroken) return Outcome::kBroken;
-      if (turn.outcome == SocketTurn::Outcome::kWouldWait) break;
-      if (turn.outcome == SocketTurn::Outcome::kClosed) return Outcome::kEnded;
+      const StreamTurn turn = socket_.Receive(buffer_);
+      if (turn.outcome == StreamTurn::Outcome::kBroken) return Outcome::kBroken;
+      if (turn.outcome == StreamTurn::Outcome::kWouldWait) break;
+      if (turn.outcome == StreamTurn::Outcome::kClosed) return Outcome::kEnded;
       moved += turn.bytes;
       total_ += turn.bytes;
       if (!Take(std::span(buffer_).first(turn.bytes))) return Outcome::kBroken;

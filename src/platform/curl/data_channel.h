@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/curl/socket.h"
+#include "platform/curl/connection.h"
 #include "platform/socket_watch.h"
 #include "platform/transfer_files.h"
 
@@ -25,8 +25,8 @@ class DataChannel {
   virtual ~DataChannel() = default;
 
   /// Takes the connection that the transfer goes over.
-  void Connect(Socket socket) { socket_ = std::move(socket); }
-  const Socket& Line() const { return socket_; }
+  void Connect(Connection socket) { socket_ = std::move(socket); }
+  const Connection& Line() const { return socket_; }
 
   /// What the transfer waits for.
   virtual SocketReadiness Wants() const = 0;
@@ -50,7 +50,7 @@ class DataChannel {
   void Abort() { socket_.Abort(); }
 
  protected:
-  Socket socket_;
+  Connection socket_;
 };
 
 std::unique_ptr<DataChannel> MakeUpload(std::unique_ptr<TransferSource> source);

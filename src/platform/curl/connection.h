@@ -9,7 +9,7 @@
 namespace tarnvale {
 
 /// What one attempt to move bytes came to.
-struct SocketTurn {
+struct StreamTurn {
   enum class Outcome { kMoved, kWouldWait, kClosed, kBroken };
 
   Outcome outcome = Outcome::kWouldWait;
@@ -17,29 +17,29 @@ struct SocketTurn {
 };
 
 /// Never blocks and raises nothing.
-class Socket {
+class Connection {
  public:
-  Socket() = default;
+  Connection() = default;
   /// Takes over `fd`; -1 stands for none.
-  explicit Socket(int fd);
-  Socket(Socket&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
-  Socket& operator=(Socket&& other) noexcept {
+  explicit Connection(int fd);
+  Connection(Connection&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
+  Connection& operator=(Connection&& other) noexcept {
     if (this != &other) {
       Close();
       fd_ = std::exchange(other.fd_, -1);
     }
     return *this;
   }
-  Socket(const Socket&) = delete;
-  Socket& operator=(const Socket&) = delete;
-  ~Socket() { Close(); }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  ~Connection() { Close(); }
 
   explicit operator bool() const { return fd_ >= 0; }
   int Get() const { return fd_; }
 
   /// kClosed: the other end sends no more.
-  SocketTurn Receive(std::span<char> bytes);
-  SocketTurn Send(std::span<const char> bytes);
+  StreamTurn Receive(std::span<char> bytes);
+  StreamTurn Send(std::span<const char> bytes);
 
   /// True when something came in that was not asked for, be it the end.
   bool HasUnasked() const;
