@@ -16,11 +16,12 @@ sockaddr* Generic(sockaddr_in& address) {
 
 }  // namespace
 
-LoopbackServer::LoopbackServer()
+LoopbackServer::LoopbackServer(std::uint16_t port)
     : listener_(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_port = htons(port);
   socklen_t length = sizeof address;
   if (::bind(listener_.Get(), Generic(address), length) != 0 || ::listen(listener_.Get(), 8) != 0 ||
       ::getsockname(listener_.Get(), Generic(address), &length) != 0) {

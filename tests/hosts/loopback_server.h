@@ -12,8 +12,8 @@ namespace tarnvale::testing {
 /// none of them waits.
 class LoopbackServer {
  public:
-  /// Listens on a free port.
-  LoopbackServer();
+  /// Listens on a port; 0: a free one.
+  explicit LoopbackServer(std::uint16_t port = 0);
 
   std::uint16_t Port() const { return port_; }
 
