@@ -1,11 +1,11 @@
-// Where the log of the conversation stands.
+// Where the log of the conversation stands: wide enough for the rule in a report.
 #include "transfer/frm_winsock.h"
 
 namespace tarnvale {
 namespace {
 
-constexpr Size kClient{480, 320};
-constexpr Rect kLog{8, 8, 464, 304};
+constexpr Size kClient{704, 400};
+constexpr Rect kLog{8, 8, 688, 384};
 
 }  // namespace
 
