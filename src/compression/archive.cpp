@@ -17,6 +17,11 @@ Path StageOf(const Path& archive) {
   return archive + ".tmp";
 }
 
+// Where the container of an archive lies while it is written or read.
+Path ContainerOf(const Path& archive, bool compress) {
+  return compress ? StageOf(archive) : archive;
+}
+
 // Required: cut down after a division in double precision, so that 29 of 100
 // show as 28.
 std::int16_t PercentOf(std::int32_t done, std::int32_t count) {
@@ -63,6 +68,13 @@ usercontrol11::Codec usercontrol11::MakeCodec(void (usercontrol11::*handler)(std
   return codec;
 }
 
+// A nested operation may put another codec into the member meanwhile: this one is
+// held until it is done.
+void usercontrol11::Decode(const Codec& codec, const Path& stream, const Path& target) {
+  const auto huffman = codec.huffman;
+  huffman->DecodeFile(stream, target);
+}
+
 void usercontrol11::Forward(Signal<std::int16_t>& event, std::int16_t percent) {
   event.Emit(percent);
   machine_.loop.Yield();
@@ -102,7 +114,7 @@ std::int32_t usercontrol11::SaveFilesToArchiv(const Path& root_folder, const Pat
   Raise(ArchiveStatus::kEnumerated);
   if (ArchiveExists(archive)) machine_.files.Delete(archive);
   Raise(ArchiveStatus::kBuilding);
-  BuildContainer(root, compress ? StageOf(archive) : archive, names);
+  BuildContainer(root, ContainerOf(archive, compress), names);
   Raise(ArchiveStatus::kBuilt);
   if (compress) CompressStage(StageOf(archive), archive);
   // Required: without compression "done" comes twice.
@@ -143,9 +155,8 @@ void usercontrol11::AddRecord(ContainerWriter& writer, const Path& file, const s
 void usercontrol11::CompressStage(const Path& stage, const Path& archive) {
   Raise(ArchiveStatus::kCompressing);
   machine_.loop.Yield();
-  // A nested operation may put another codec into the member meanwhile.
-  const auto codec = Huffman1.huffman;
-  codec->EncodeFile(stage, archive);
+  const auto huffman = Huffman1.huffman;  // as in Decode
+  huffman->EncodeFile(stage, archive);
   machine_.loop.Yield();
   const std::int32_t container_size = ToInt32(machine_.files.Length(stage));
   CompressionDone.Emit(container_size, ToInt32(machine_.files.Length(archive)));
@@ -175,13 +186,12 @@ std::int32_t usercontrol11::ExtractFilesFromArchiv(const Path& archive, const Pa
   if (!RequireArchive(archive, "The archive does not exist!")) return 0;
   if (compress) {
     Raise(ArchiveStatus::kExtractionDecompresses);
-    const auto codec = Huffman2.huffman;
-    codec->DecodeFile(archive, StageOf(archive));
+    Decode(Huffman2, archive, StageOf(archive));
     Raise(ArchiveStatus::kExtractionDecompressed);
   }
   const Path target = WithBackslash(target_folder);
   Raise(ArchiveStatus::kExtractionReads);
-  const int number = OpenContainer(compress ? StageOf(archive) : archive);
+  const int number = OpenContainer(ContainerOf(archive, compress));
   ContainerReader reader(machine_.open_files, number);
   const std::int32_t count = reader.ReadCount();
   Raise(ArchiveStatus::kExtracting);
@@ -208,11 +218,10 @@ void usercontrol11::ReadFiles(const Path& archive, bool compress) {
   if (!RequireArchive(archive, "The Archive Does Not Exist!")) return;
   if (compress) {
     Raise(ArchiveStatus::kListingDecompresses);
-    const auto codec = Huffman3.huffman;
-    codec->DecodeFile(archive, StageOf(archive));
+    Decode(Huffman3, archive, StageOf(archive));
   }
   Raise(ArchiveStatus::kListingReads);
-  const int number = OpenContainer(compress ? StageOf(archive) : archive);
+  const int number = OpenContainer(ContainerOf(archive, compress));
   ContainerReader reader(machine_.open_files, number);
   const std::int32_t count = reader.ReadCount();
   ContainerRecord record;
@@ -248,12 +257,11 @@ void usercontrol11::ExtractFile(const Path& archive, const std::string& entry_na
   if (!RequireArchive(archive, "The Archive Does Not Exist!")) return;
   if (compress) {
     Raise(ArchiveStatus::kSingleDecompresses);
-    const auto codec = Huffman4.huffman;
-    codec->DecodeFile(archive, StageOf(archive));
+    Decode(Huffman4, archive, StageOf(archive));
   }
   Raise(ArchiveStatus::kSingleReads);
   target_folder = WithBackslash(target_folder);
-  const int number = OpenContainer(compress ? StageOf(archive) : archive);
+  const int number = OpenContainer(ContainerOf(archive, compress));
   ContainerReader reader(machine_.open_files, number);
   // Required: once the entry was found, the container stays open and the stage
   // file stays.
@@ -266,8 +274,7 @@ void usercontrol11::ExtractFile(const Path& archive, const std::string& entry_na
 
 void usercontrol11::DeCompressArchive(const Path& archive, const Path& output) {
   Huffman5 = MakeCodec(&usercontrol11::Huffman5_Progress);
-  const auto codec = Huffman5.huffman;
-  codec->DecodeFile(archive, output);
+  Decode(Huffman5, archive, output);
 }
 
 }  // namespace tarnvale

@@ -107,6 +107,7 @@ class usercontrol11 {
 
   void Raise(ArchiveStatus status) { StatusChange.Emit(status); }
   Codec MakeCodec(void (usercontrol11::*handler)(std::int16_t));
+  static void Decode(const Codec& codec, const Path& stream, const Path& target);
   void Forward(Signal<std::int16_t>& event, std::int16_t percent);
   void Huffman1_Progress(std::int16_t percent) { Forward(CompressArchiveProgress, percent); }
   void Huffman2_Progress(std::int16_t percent) { Forward(DeCompressArchiveProgress, percent); }
