@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QMenu>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -266,6 +267,40 @@ TEST_F(QtWindows, ALinkOfAPopupIsClickedWithoutTheFocus) {
   link.Clicked.Listen([&] { ++clicks; });
   QTest::mouseClick(&native.PeerOf(link)->Widget(), Qt::LeftButton);
   EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(QtWindows, AWindowThatWasDroppedJustNowGoesWithItsHost) {
+  auto other =
+      std::make_unique<QtWindowHost>(loop, files, [](const std::string& native) { return native; });
+  Window dropped;
+  TextBox box(TextKind::kMemo);
+  dropped.ClientSize = {100, 100};
+  dropped.Place({{&box, nullptr, {10, 10, 80, 80}}});
+  other->Adopt(dropped);
+  dropped.Show();
+  ASSERT_TRUE(WaitFor([&] { return other->NativeOf(dropped)->isVisible(); }));
+  const QPointer<QtWindow> native = other->NativeOf(dropped);
+  other->Drop(dropped);
+  EXPECT_FALSE(native.isNull()) << "an event of its own may be under way";
+  other.reset();
+  EXPECT_TRUE(native.isNull());
+}
+
+TEST_F(QtWindows, AClickIntoAWindowThatIsNotActiveIsNotLost) {
+  Window above;
+  above.ClientSize = {50, 50};
+  host.Adopt(above);
+  CheckButton check;
+  TextBox box;
+  Place(box);
+  Place(check);
+  Show();
+  above.Show();
+  ASSERT_TRUE(WaitFor([&] { return host.NativeOf(above)->isActiveWindow(); }));
+  ASSERT_NE(window.Focused(), &check);
+  QTest::mouseClick(&WidgetOf(check), Qt::LeftButton, {}, {8, 50});
+  EXPECT_TRUE(check.Value);
+  EXPECT_EQ(window.Focused(), &check);
 }
 
 TEST_F(QtWindows, TheHourglassIsThePointerEverywhere) {

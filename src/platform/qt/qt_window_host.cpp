@@ -25,6 +25,8 @@ QtWindowHost::QtWindowHost(QtEventLoop& loop, FileSystem& files,
 
 QtWindowHost::~QtWindowHost() {
   context_.ending = true;
+  // Those that were dropped just now refer to this.
+  for (const QPointer<QtWindow>& native : dropped_) delete native.data();
 }
 
 void QtWindowHost::Adopt(Window& window) {
@@ -37,7 +39,9 @@ void QtWindowHost::Drop(Window& window) {
   if (found == windows_.end()) return;
   (*found)->hide();
   // One of its own events may be under way.
-  found->release()->deleteLater();
+  dropped_.removeIf([](const QPointer<QtWindow>& native) { return native.isNull(); });
+  dropped_.append(found->release());
+  dropped_.back()->deleteLater();
   windows_.erase(found);
   if (desktop_.ActiveWindow.Get() == &window) desktop_.ActiveWindow = nullptr;
 }

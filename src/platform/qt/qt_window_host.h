@@ -30,6 +30,8 @@ class QtWindowHost final : public WindowHost {
   TextPainter& Text() { return text_; }
   /// The native window of an adopted record; none for any other.
   QtWindow* NativeOf(const Window& window) const;
+  /// All native windows, in the order in which their records came.
+  const std::vector<std::unique_ptr<QtWindow>>& Adopted() const { return windows_; }
 
  private:
   void ShowPointer();
@@ -40,6 +42,8 @@ class QtWindowHost final : public WindowHost {
   PeerContext context_;
   Desktop desktop_;
   std::vector<std::unique_ptr<QtWindow>> windows_;
+  /// Not deleted yet, perhaps.
+  QList<QPointer<QtWindow>> dropped_;
   std::vector<Subscription> subscriptions_;
   QObject receiver_;
   bool shows_hourglass_ = false;

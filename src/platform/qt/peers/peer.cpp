@@ -129,13 +129,19 @@ bool Peer::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyPress:
       return ReportKey(static_cast<QKeyEvent&>(*event));
     case QEvent::MouseButtonPress:
-      // The focus came first, and who lost it may have called it back. A popup
-      // doesn't take the focus, and its links are clicked without it.
-      return record_.Owner()->Frame != WindowFrame::kPopup && record_.TakesFocus() &&
-             record_.Owner()->Focused() != &record_;
+      return IsPressRefused();
     default:
       return false;
   }
+}
+
+bool Peer::IsPressRefused() {
+  // A popup doesn't take the focus, and its links are clicked without it.
+  if (record_.Owner()->Frame == WindowFrame::kPopup || !record_.TakesFocus()) return false;
+  // The press may overtake the activation of its window.
+  if (!widget_->isActiveWindow()) Report([this] { record_.Owner()->Focus(record_); });
+  // The focus came first, and who lost it may have called it back.
+  return record_.Owner()->Focused() != &record_;
 }
 
 void Peer::ReportFocus(QFocusEvent& event, bool has_focus) {

@@ -55,7 +55,7 @@ class Peer : public QObject, public FrameClient {
   virtual QString KindName() const { return {}; }
   /// Names the widget for screen readers: the record's AccessibleName, its own
   /// caption, its tool tip, the label before it, or its kind.
-  void UpdateName();
+  virtual void UpdateName();
   /// The label that stands before the control, for UpdateName.
   void SetLabel(const Label* label) { label_ = label; }
 
@@ -87,6 +87,7 @@ class Peer : public QObject, public FrameClient {
  private:
   void ReportFocus(QFocusEvent& event, bool has_focus);
   bool ReportKey(QKeyEvent& event);
+  bool IsPressRefused();
   void UpdatePointer();
 
   Control& record_;
