@@ -73,8 +73,9 @@ void QtTray::Click(QSystemTrayIcon::ActivationReason reason) {
   }
 }
 
+// After the event of Qt's own icon: what is told can take that icon away.
 void QtTray::Tell(TrayMessage message) {
-  loop_.Deliver([&] {
+  loop_.Post([this, message] {
     if (hook_ != nullptr) {
       hook_->MouseMove.Emit(static_cast<double>(message) * kTwipsPerPixel, 0);
     }
