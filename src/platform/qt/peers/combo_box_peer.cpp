@@ -28,6 +28,13 @@ ComboBoxPeer::ComboBoxPeer(PeerContext& context, ComboBox& combo, QWidget& paren
   connect(box_, &QComboBox::currentTextChanged, this,
           [this](const QString& text) { ReportText(text); });
   Adopt(box_);
+  UpdateName();
+}
+
+// The field within it is a widget of its own for those who hear it.
+void ComboBoxPeer::UpdateName() {
+  Peer::UpdateName();
+  if (box_->lineEdit() != nullptr) box_->lineEdit()->setAccessibleName(box_->accessibleName());
 }
 
 void ComboBoxPeer::ShowText() {

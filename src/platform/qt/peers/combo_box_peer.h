@@ -13,6 +13,7 @@ class ComboBoxPeer final : public Peer {
   ComboBoxPeer(PeerContext& context, ComboBox& combo, QWidget& parent);
 
   QString KindName() const override { return QStringLiteral("Choice"); }
+  void UpdateName() override;
 
  private:
   void ShowText();
