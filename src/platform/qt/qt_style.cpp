@@ -13,6 +13,7 @@ namespace tarnvale {
 namespace {
 
 constexpr int kMarkSize = 13;
+constexpr int kMarkSpacing = 6;
 constexpr int kArrowWidth = 17;
 constexpr int kButtonWidth = 78;
 constexpr int kButtonHeight = 25;
@@ -429,6 +430,10 @@ int QtStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_ExclusiveIndicatorWidth:
     case PM_ExclusiveIndicatorHeight:
       return kMarkSize;
+    // The captions of both kinds begin at one edge.
+    case PM_CheckBoxLabelSpacing:
+    case PM_RadioButtonLabelSpacing:
+      return kMarkSpacing;
     case PM_ScrollBarExtent:
       return 17;
     case PM_ScrollBarSliderMin:
