@@ -1,0 +1,91 @@
+// The start of the program as a person sees it.
+#include <QTest>
+
+#include "tests/gui/gui_fixture.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using GuiStart = GuiTest;
+
+TEST_F(GuiStart, TheSplashStandsForSevenSecondsAndTheWindowWaitsOnTheTaskBar) {
+  Program& p = Start();
+  ASSERT_TRUE(WaitUntilShown(p.Splash));
+  EXPECT_TRUE(NativeOf(p.Splash).windowFlags().testFlag(Qt::FramelessWindowHint));
+  QElapsedTimer since;
+  since.start();
+  ASSERT_TRUE(WaitFor([&] { return !NativeOf(p.Splash).isVisible(); }));
+  EXPECT_GT(since.elapsed(), 6000);
+  EXPECT_EQ(Starts("U3-Data.exe"), 1);
+  EXPECT_FALSE(p.Agreement.IsLoaded());
+  // There is no notification area here: what went into it could not come back.
+  EXPECT_TRUE(NativeOf(p.form).isVisible());
+  EXPECT_TRUE(NativeOf(p.form).isMinimized());
+  EXPECT_FALSE(tray.IsPresent);
+}
+
+TEST_F(GuiStart, TheFirstStartAsksForTheAgreementBeforeTheWindowCanBeUsed) {
+  Program& p = Start("");
+  EndSplash();
+  ASSERT_TRUE(WaitUntilShown(p.Agreement.Get()));
+  p.form.State = WindowState::kNormal;
+  ASSERT_TRUE(WaitUntilShown(p.form));
+  ASSERT_TRUE(WaitFor([&] { return !p.form.Enabled; }));
+  QTest::mouseClick(&WidgetOf(p.form.Label37), Qt::LeftButton);
+  EXPECT_FALSE(p.form.GroupBox1.Visible) << "a click on a link of the disabled window";
+
+  Click(p.Agreement.Get().chameleonButton1);
+  EXPECT_FALSE(p.Agreement.IsLoaded());
+  EXPECT_NE(Content("Data/Tarnvale.ini").find("Wizard=1"), std::string::npos);
+  ASSERT_TRUE(WaitUntilActive(p.form));
+  Click(p.form.Label37);
+  EXPECT_TRUE(p.form.GroupBox1.Visible);
+}
+
+TEST_F(GuiStart, TheAgreementIsAcceptedByTheKeyboardAlone) {
+  Program& p = Start("[Setup]\r\nWizard=0\r\n");
+  EndSplash();
+  Accept& agreement = p.Agreement.Get();
+  ASSERT_TRUE(WaitUntilShown(agreement));
+  NativeOf(agreement).activateWindow();
+  ASSERT_TRUE(WaitUntilActive(agreement));
+  EXPECT_FALSE(NativeOf(p.form).isVisible() && !NativeOf(p.form).isMinimized());
+  ASSERT_TRUE(WaitFor([&] { return agreement.Focused() == &agreement.RichTextBox1; }));
+  Press(Qt::Key_Tab);
+  ASSERT_EQ(agreement.Focused(), &agreement.chameleonButton1);
+  Press(Qt::Key_Space);
+  EXPECT_FALSE(p.Agreement.IsLoaded());
+  EXPECT_TRUE(p.form.Enabled);
+}
+
+TEST_F(GuiStart, DeclinedWithNoTheAgreementStaysAndWithYesTheProgramLeaves) {
+  Program& p = Start("");
+  EndSplash();
+  ASSERT_TRUE(WaitUntilShown(p.Agreement.Get()));
+  AnswerNextBox(QMessageBox::No);
+  Click(p.Agreement.Get().chameleonButton2);
+  EXPECT_EQ(box_text, "Selecting Decline Will Close Tarnvale. Continue ?");
+  EXPECT_EQ(box_title, "Exit Tarnvale");
+  ASSERT_TRUE(WaitUntilShown(p.Agreement.Get()));
+  EXPECT_EQ(Starts("Quit.exe"), 0);
+  p.form.Enabled = true;
+  EXPECT_TRUE(WaitFor([&] { return !p.form.Enabled; })) << "it goes on disabling the window";
+
+  AnswerNextBox(QMessageBox::Yes);
+  Click(p.Agreement.Get().chameleonButton2);
+  EXPECT_TRUE(WaitFor([&] { return Starts("Quit.exe") == 1; }));
+}
+
+TEST_F(GuiStart, ClosingTheAgreementAsksAsDecliningDoes) {
+  Program& p = Start("");
+  EndSplash();
+  ASSERT_TRUE(WaitUntilShown(p.Agreement.Get()));
+  AnswerNextBox(QMessageBox::No);
+  NativeOf(p.Agreement.Get()).close();
+  EXPECT_EQ(box_text, "Selecting Decline Will Close Tarnvale. Continue ?");
+  EXPECT_TRUE(p.Agreement.IsLoaded());
+  EXPECT_TRUE(WaitUntilShown(p.Agreement.Get()));
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
