@@ -42,6 +42,17 @@ TEST_F(GuiStart, TheFirstStartAsksForTheAgreementBeforeTheWindowCanBeUsed) {
   EXPECT_TRUE(p.form.GroupBox1.Visible);
 }
 
+TEST_F(GuiStart, TheAcceptedAgreementHandsTheFocusToTheMainWindow) {
+  Program& p = Start("");
+  EndSplash();
+  ASSERT_TRUE(WaitUntilShown(p.Agreement.Get()));
+  Click(p.Agreement.Get().chameleonButton1);
+  p.form.State = WindowState::kNormal;
+  p.form.Show();
+  ASSERT_TRUE(WaitUntilActive(p.form));
+  EXPECT_EQ(p.form.Focused(), &p.form.MaskEdBox1);
+}
+
 TEST_F(GuiStart, TheAgreementIsAcceptedByTheKeyboardAlone) {
   Program& p = Start("[Setup]\r\nWizard=0\r\n");
   EndSplash();

@@ -286,6 +286,27 @@ TEST_F(QtWindows, AWindowThatWasDroppedJustNowGoesWithItsHost) {
   EXPECT_TRUE(native.isNull());
 }
 
+TEST_F(QtWindows, AWindowThatWasDroppedGoesWhenNoHandlerIsUnderWay) {
+  Window dropped;
+  dropped.ClientSize = {100, 100};
+  host.Adopt(dropped);
+  dropped.Show();
+  ASSERT_TRUE(WaitFor([&] { return host.NativeOf(dropped)->isVisible(); }));
+  const QPointer<QtWindow> native = host.NativeOf(dropped);
+  bool lived_through_the_handler = false;
+  Timer timer(loop.Timers(), 10, true);
+  timer.Tick.Listen([&] {
+    timer.Enabled = false;
+    host.Drop(dropped);
+    QElapsedTimer since;
+    since.start();
+    while (since.elapsed() < 600) loop.WaitPass();
+    lived_through_the_handler = !native.isNull();
+  });
+  EXPECT_TRUE(WaitFor([&] { return native.isNull(); }));
+  EXPECT_TRUE(lived_through_the_handler);
+}
+
 TEST_F(QtWindows, AClickIntoAWindowThatIsNotActiveIsNotLost) {
   Window above;
   above.ClientSize = {50, 50};

@@ -3,6 +3,8 @@
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QScopedValueRollback>
+#include <QThread>
 
 #include <algorithm>
 #include <numeric>
@@ -72,7 +74,12 @@ void QtEventLoop::SetAlarm() {
   alarm_.start(std::chrono::ceil<milliseconds>(wait));
 }
 
+int QtEventLoop::Nesting() const {
+  return QThread::currentThread()->loopLevel() + passes_;
+}
+
 void QtEventLoop::Pass(QEventLoop::ProcessEventsFlags flags) {
+  const QScopedValueRollback deeper(passes_, passes_ + 1);
   QCoreApplication::processEvents(flags);
   RunDue();
   last_pass_ = Uptime();

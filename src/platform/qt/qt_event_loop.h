@@ -29,6 +29,10 @@ class QtEventLoop final : public EventLoop {
   void Quit(int code) override;
   /// May be called from any thread.
   void Post(std::function<void()> job) override;
+
+  /// How many loops are running within each other; 1 outside of all handlers that
+  /// yield or wait.
+  int Nesting() const;
   TimerQueue& Timers() override { return timers_; }
 
  private:
@@ -44,6 +48,7 @@ class QtEventLoop final : public EventLoop {
   std::optional<Nanoseconds> next_due_;
   bool next_due_is_stale_ = true;
   std::optional<Nanoseconds> alarm_at_;
+  int passes_ = 0;
   Nanoseconds last_pass_{};
   std::optional<int> quit_code_;
   bool running_ = false;

@@ -8,6 +8,12 @@
 #include "platform/qt/qt_menus.h"
 
 namespace tarnvale {
+namespace {
+
+/// How often it is tried to delete dropped windows, while there are any.
+constexpr int kSweepMs = 200;
+
+}  // namespace
 
 QtWindowHost::QtWindowHost(QtEventLoop& loop, FileSystem& files,
                            std::function<Path(const std::string& native)> program_path)
@@ -16,6 +22,8 @@ QtWindowHost::QtWindowHost(QtEventLoop& loop, FileSystem& files,
                .text = text_,
                .files = files,
                .program_path = std::move(program_path)} {
+  sweep_.setInterval(kSweepMs);
+  QObject::connect(&sweep_, &QTimer::timeout, &receiver_, [this] { SweepDropped(); });
   subscriptions_.push_back(desktop_.Pointer.Changed.Subscribe([this] { ShowPointer(); }));
   QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &receiver_,
                    [this](Qt::ApplicationState state) {
@@ -25,8 +33,6 @@ QtWindowHost::QtWindowHost(QtEventLoop& loop, FileSystem& files,
 
 QtWindowHost::~QtWindowHost() {
   context_.ending = true;
-  // Those that were dropped just now refer to this.
-  for (const QPointer<QtWindow>& native : dropped_) delete native.data();
 }
 
 void QtWindowHost::Adopt(Window& window) {
@@ -38,12 +44,16 @@ void QtWindowHost::Drop(Window& window) {
                                   [&](const auto& native) { return &native->Record() == &window; });
   if (found == windows_.end()) return;
   (*found)->hide();
-  // One of its own events may be under way.
-  dropped_.removeIf([](const QPointer<QtWindow>& native) { return native.isNull(); });
-  dropped_.append(found->release());
-  dropped_.back()->deleteLater();
+  dropped_.push_back(std::move(*found));
+  sweep_.start();
   windows_.erase(found);
   if (desktop_.ActiveWindow.Get() == &window) desktop_.ActiveWindow = nullptr;
+}
+
+void QtWindowHost::SweepDropped() {
+  if (context_.loop.Nesting() > 1) return;
+  sweep_.stop();
+  dropped_.clear();
 }
 
 QtWindow* QtWindowHost::NativeOf(const Window& window) const {
