@@ -154,7 +154,7 @@ void LayOutListScreen(Form1& f) {
       {&f.Check4, screen, {506, 238, 126, 22}},
       {&f.CheckBox3, screen, {16, 268, 250, 22}},
       {&f.Command4, screen, {16, 296, 250, 28}},
-      {&f.Command5, screen, {278, 296, 250, 28}},
+      {&f.Command5, screen, {278, 296, 354, 28}},
       {&f.ListHeading, screen, {16, 338, 616, 20}},
       {&f.List1, screen, {16, 362, 616, 132}},
       {&f.Command1, screen, {16, 504, 250, 28}},
