@@ -51,10 +51,10 @@ class ExitOrderTest : public ::testing::Test {
   Deeds deeds;
   ToldTray tray{deeds};
   ToldProcesses processes{machine.files, deeds};
-  Machine told{machine.files, machine.open_files, machine.profiles, processes,
-               machine.clock, machine.random,     machine.formats,  machine.loop,
-               machine.boxes, machine.desktop,    machine.windows,  machine.dialogs,
-               tray};
+  Machine told{{machine.files, machine.open_files, machine.profiles, processes, machine.clock,
+                machine.random, machine.formats, machine.registry, machine.applications},
+               {machine.loop, machine.boxes, machine.desktop, machine.windows, machine.dialogs, tray,
+                machine.sockets, machine.ftp}};
   Program program{told};
 };
 

@@ -40,19 +40,10 @@ GuiTest::GuiTest()
       host(loop, system.files, paths.to_program),
       dialogs(host, paths),
       tray(loop),
-      machine{system.files,
-              system.open_files,
-              system.profiles,
-              system.processes,
-              system.clock,
-              system.random,
-              system.formats,
-              loop,
-              boxes,
-              host.Surroundings(),
-              host,
-              dialogs,
-              tray} {
+      watcher(loop),
+      sockets(loop, watcher),
+      machine{system.Parts(),
+              {loop, boxes, host.Surroundings(), host, dialogs, tray, sockets, ftp}} {
   loop.Fault.Listen([](const ProgramError& error) { ADD_FAILURE() << error.what(); });
   QObject::connect(&watch_, &QTimer::timeout, [this] { RefuseUnexpectedDialog(); });
   watch_.start(kLookMs);
