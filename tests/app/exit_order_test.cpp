@@ -54,7 +54,7 @@ class ExitOrderTest : public ::testing::Test {
   Machine told{{machine.files, machine.open_files, machine.profiles, processes, machine.clock,
                 machine.random, machine.formats, machine.registry, machine.applications},
                {machine.loop, machine.boxes, machine.desktop, machine.windows, machine.dialogs, tray,
-                machine.sockets, machine.ftp}};
+                machine.network, machine.ftp}};
   Program program{told};
 };
 
