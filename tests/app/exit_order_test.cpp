@@ -53,8 +53,8 @@ class ExitOrderTest : public ::testing::Test {
   ToldProcesses processes{machine.files, deeds};
   Machine told{{machine.files, machine.open_files, machine.profiles, processes, machine.clock,
                 machine.random, machine.formats, machine.registry, machine.applications},
-               {machine.loop, machine.boxes, machine.desktop, machine.windows, machine.dialogs, tray,
-                machine.network, machine.ftp}};
+               {machine.loop, machine.boxes, machine.desktop, machine.windows, machine.dialogs,
+                tray, machine.network, machine.ftp}};
   Program program{told};
 };
 

@@ -84,5 +84,15 @@ TEST(ProfileTextTest, KeysCanBeAddedToASectionInTheMiddle) {
   EXPECT_EQ(text.Bytes(), expected + "[B]\nx=1\n");
 }
 
+TEST(ProfileTextTest, AQuoteAloneIsAValue) {
+  EXPECT_EQ(ProfileText("[S]\nk=\"\n").Value("S", "k"), "\"");
+}
+
+TEST(ProfileTextTest, AKeyCannotBeginLikeACommentOrASection) {
+  EXPECT_FALSE(ProfileText::CanHold("S", ";k", "v"));
+  EXPECT_FALSE(ProfileText::CanHold("S", "[k", "v"));
+  EXPECT_TRUE(ProfileText::CanHold("S", "k;", "v"));
+}
+
 }  // namespace
 }  // namespace tarnvale

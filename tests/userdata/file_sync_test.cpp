@@ -260,5 +260,12 @@ TEST_F(SyncFoldersTest, ASyncWithItselfChangesNothing) {
   EXPECT_THAT(machine.files.Names("C:\\1"), ElementsAre("a.txt"));
 }
 
+TEST_F(SyncFoldersTest, TheCopyOfAWholeFolderYieldsBehindEachFile) {
+  Put("C:\\1\\a.txt", "one");
+  Put("C:\\1\\Sub\\b.txt", "one");
+  sync.SyncFolders("C:\\1", "C:\\3", kOneWay);
+  EXPECT_EQ(machine.loop.YieldCount(), 2);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing
