@@ -40,6 +40,30 @@ TEST_F(QtControls, ClickingAnOptionThatIsOnLeavesItOnAndTells) {
   EXPECT_EQ(clicks, 1);
 }
 
+/// The first column behind the mark of a control in which its caption has ink.
+int CaptionsEdge(QWidget& widget) {
+  const QImage picture = widget.grab().toImage();
+  const int scale = static_cast<int>(picture.devicePixelRatio());
+  for (int x = 15 * scale; x < picture.width(); ++x) {
+    for (int y = 0; y < picture.height(); ++y) {
+      if (qGray(picture.pixel(x, y)) < 110) return x;
+    }
+  }
+  return -1;
+}
+
+TEST_F(QtControls, TheCaptionsOfTicksAndOptionsBeginAtOneEdge) {
+  OptionButton option;
+  CheckButton check;
+  option.Caption = "Every Day";
+  check.Caption = "Every Sunday";
+  Place(option);
+  Place(check);
+  Show();
+  EXPECT_GT(CaptionsEdge(WidgetOf(option)), 0);
+  EXPECT_EQ(CaptionsEdge(WidgetOf(option)), CaptionsEdge(WidgetOf(check)));
+}
+
 TEST_F(QtControls, AnOptionCanBePutOutByTheProgram) {
   OptionButton option;
   option.Value = true;

@@ -430,10 +430,12 @@ int QtStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_ExclusiveIndicatorWidth:
     case PM_ExclusiveIndicatorHeight:
       return kMarkSize;
-    // The captions of both kinds begin at one edge.
+    // The captions of both kinds begin at one edge: the base counts from a tick's
+    // last pixel, but from the one behind a radio button.
     case PM_CheckBoxLabelSpacing:
-    case PM_RadioButtonLabelSpacing:
       return kMarkSpacing;
+    case PM_RadioButtonLabelSpacing:
+      return kMarkSpacing - 1;
     case PM_ScrollBarExtent:
       return 17;
     case PM_ScrollBarSliderMin:
