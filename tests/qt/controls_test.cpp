@@ -53,10 +53,12 @@ int CaptionsEdge(QWidget& widget) {
 }
 
 TEST_F(QtControls, TheCaptionsOfTicksAndOptionsBeginAtOneEdge) {
+  TextBox focused;
   OptionButton option;
   CheckButton check;
   option.Caption = "Every Day";
   check.Caption = "Every Sunday";
+  Place(focused);  // and no frame of the focus around a caption
   Place(option);
   Place(check);
   Show();
