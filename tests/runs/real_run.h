@@ -65,10 +65,10 @@ class RealRun : public ::testing::Test {
   LinuxHost system{{.root = folder.Path() + "/drive",
                     .state_folder = folder.Path() + "/state",
                     .locale_name = {}}};
-  Machine interfaces{system.files,  system.open_files, system.profiles, machine.processes,
-                     machine.clock, machine.random,    machine.formats, machine.loop,
-                     machine.boxes, machine.desktop,   machine.windows, machine.dialogs,
-                     machine.tray,  machine.network};
+  Machine interfaces{
+      {system.files, system.open_files, system.profiles, machine.processes, machine.clock,
+       machine.random, machine.formats, machine.registry, machine.applications},
+      machine.Interfaces()};
   Engine engine{interfaces};
 };
 
