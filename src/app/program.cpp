@@ -1,61 +1,33 @@
 #include "app/program.h"
 
+#include <utility>
+
 #include "core/report.h"
 #include "shell/program_icon.h"
 
 namespace tarnvale {
 
+// A window with the icon of the main one.
+template <class W, class... Args>
+std::unique_ptr<W> Program::Make(Args&&... args) {
+  auto window = std::make_unique<W>(machine_, std::forward<Args>(args)...);
+  window->Icon = form.Icon.Get();
+  return window;
+}
+
 Program::Program(Machine& machine)
     : engine(machine),
       form(engine),
       Splash(machine, engine.settings, HooksOfSplash()),
-      Agreement(machine.windows,
-                [this] {
-                  auto window = std::make_unique<Accept>(machine_, HooksOfAgreement());
-                  window->Icon = form.Icon.Get();
-                  return window;
-                }),
+      Agreement(machine.windows, [this] { return Make<Accept>(HooksOfAgreement()); }),
       popups(engine, DrawProgramIcon),
-      Compressor(machine.windows,
-                 [this] {
-                   auto window = std::make_unique<compression>(machine_, engine.settings);
-                   window->Icon = form.Icon.Get();
-                   window->ShowTransfer = [this] { CallHook(form.Tools.ShowTransfer); };
-                   window->ShowSplitter = [this] { CallHook(form.Tools.ShowSplitter); };
-                   return window;
-                 }),
-      Splitter(machine.windows,
-               [this] {
-                 auto window = std::make_unique<frmMain>(machine_);
-                 window->Icon = form.Icon.Get();
-                 return window;
-               }),
-      RegistryBackup(machine.windows,
-                     [this] {
-                       auto window = std::make_unique<registry>(machine_);
-                       window->Icon = form.Icon.Get();
-                       return window;
-                     }),
-      UserData(machine.windows,
-               [this] {
-                 auto window = std::make_unique<userdata>(machine_);
-                 window->Icon = form.Icon.Get();
-                 return window;
-               }),
+      Compressor(machine.windows, [this] { return MakeCompressor(); }),
+      Splitter(machine.windows, [this] { return Make<frmMain>(); }),
+      RegistryBackup(machine.windows, [this] { return Make<registry>(); }),
+      UserData(machine.windows, [this] { return Make<userdata>(); }),
       Mailer(machine.windows,
-             [this] {
-               auto window = std::make_unique<frmWinsock>(machine_, engine.settings, engine.mail,
-                                                          last_reply_);
-               window->Icon = form.Icon.Get();
-               return window;
-             }),
-      Transfer(machine.windows,
-               [this] {
-                 auto window = std::make_unique<Main>(machine_, engine.settings);
-                 window->Icon = form.Icon.Get();
-                 window->SaveChanges = [this] { engine.SaveChanges(); };
-                 return window;
-               }),
+             [this] { return Make<frmWinsock>(engine.settings, engine.mail, last_reply_); }),
+      Transfer(machine.windows, [this] { return MakeTransfer(); }),
       machine_(machine) {
   machine.windows.Adopt(form);
   Splash.Icon = IconResource("AAA");
@@ -65,6 +37,19 @@ Program::Program(Machine& machine)
   form.Closed.Listen([this] { machine_.loop.Quit(0); });
   ConnectTools();
   ConnectStages();
+}
+
+std::unique_ptr<compression> Program::MakeCompressor() {
+  auto window = Make<compression>(engine.settings);
+  window->ShowTransfer = [this] { CallHook(form.Tools.ShowTransfer); };
+  window->ShowSplitter = [this] { CallHook(form.Tools.ShowSplitter); };
+  return window;
+}
+
+std::unique_ptr<Main> Program::MakeTransfer() {
+  auto window = Make<Main>(engine.settings);
+  window->SaveChanges = [this] { engine.SaveChanges(); };
+  return window;
 }
 
 SplashHooks Program::HooksOfSplash() {

@@ -1,6 +1,7 @@
 // The composition: every window, and who is told of what.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "compression/compressor_window.h"
@@ -48,6 +49,11 @@ class Program {
   WindowSlot<Main> Transfer;
 
  private:
+  template <class W, class... Args>
+  std::unique_ptr<W> Make(Args&&... args);
+  std::unique_ptr<compression> MakeCompressor();
+  std::unique_ptr<Main> MakeTransfer();
+
   SplashHooks HooksOfSplash();
   AgreementHooks HooksOfAgreement();
   void ConnectTools();
