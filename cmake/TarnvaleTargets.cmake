@@ -29,6 +29,9 @@ function(tarnvale_library name)
   target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE tarnvale_flags)
 endfunction()
 
+# Everything that the unit tests run: what the sanitizers' build makes.
+add_custom_target(unit_tests)
+
 # tarnvale_test(NAME SOURCES ... LINKS ...): a GoogleTest program whose tests
 # ctest lists one by one.
 function(tarnvale_test name)
@@ -37,4 +40,5 @@ function(tarnvale_test name)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock_main tarnvale_flags)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
+  add_dependencies(unit_tests ${name})
 endfunction()
