@@ -37,7 +37,7 @@ gid_t GroupOfSessions() {
 
 }  // namespace
 
-FtpServer::FtpServer() : port_(FreeLoopbackPort()) {
+FtpServer::FtpServer(int port) : port_(port == 0 ? FreeLoopbackPort() : port) {
   fs::create_directory(Home());
   // The sessions' user must get there; the server wants its list of users hidden.
   fs::permissions(folder_ / ".", fs::perms::owner_all | fs::perms::others_exec);

@@ -15,8 +15,8 @@ inline constexpr const char* kServerPassword = "open sesame";
 
 class FtpServer {
  public:
-  /// Starts it on a free port and waits until it answers.
-  FtpServer();
+  /// Starts it on a port, 0 for a free one, and waits until it answers.
+  explicit FtpServer(int port = 0);
   FtpServer(const FtpServer&) = delete;
   FtpServer& operator=(const FtpServer&) = delete;
   ~FtpServer();
