@@ -324,6 +324,30 @@ TEST_F(QtWindows, AClickIntoAWindowThatIsNotActiveIsNotLost) {
   EXPECT_EQ(window.Focused(), &check);
 }
 
+TEST_F(QtWindows, AFieldThatCallsTheFocusBackIsLeftOncePerClickHoweverLateItsWindowIsActiveAgain) {
+  Window above;
+  above.ClientSize = {50, 50};
+  host.Adopt(above);
+  TextBox bad;
+  CheckButton check;
+  Place(bad);
+  Place(check);
+  Show();
+  window.Focus(bad);
+  int left = 0;
+  bad.LostFocus.Listen([&] {
+    ++left;
+    // As a box does that a slow window manager has just taken away.
+    above.Show();
+    ASSERT_TRUE(WaitFor([&] { return host.NativeOf(above)->isActiveWindow(); }));
+    window.Focus(bad);
+  });
+  QTest::mouseClick(&WidgetOf(check), Qt::LeftButton, {}, {8, 50});
+  EXPECT_EQ(left, 1);
+  EXPECT_EQ(window.Focused(), &bad);
+  EXPECT_FALSE(check.Value) << "the click that was called back does nothing";
+}
+
 TEST_F(QtWindows, TheHourglassIsThePointerEverywhere) {
   host.Surroundings().Pointer = PointerShape::kHourglass;
   ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);

@@ -138,8 +138,11 @@ bool Peer::eventFilter(QObject* watched, QEvent* event) {
 bool Peer::IsPressRefused() {
   // A popup doesn't take the focus, and its links are clicked without it.
   if (record_.Owner()->Frame == WindowFrame::kPopup || !record_.TakesFocus()) return false;
-  // The press may overtake the activation of its window.
-  if (!widget_->isActiveWindow()) Report([this] { record_.Owner()->Focus(record_); });
+  // The press may overtake the activation of its window: then the focus waits
+  // here, unless who lost it has called it back already.
+  const bool focus_waits =
+      !widget_->isActiveWindow() && widget_->window()->focusWidget() == &FocusWidget();
+  if (focus_waits) Report([this] { record_.Owner()->Focus(record_); });
   // The focus came first, and who lost it may have called it back.
   return record_.Owner()->Focused() != &record_;
 }
