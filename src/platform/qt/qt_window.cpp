@@ -217,6 +217,7 @@ void QtWindow::ApplyState() {
   // the meantime, and whose report is still settling, stays up.
   if (ordered_state_ != record_.State.Get()) {
     ordered_state_ = record_.State.Get();
+    was_restored_again_ = false;
     const bool wants_minimized = ordered_state_ == WindowState::kMinimized;
     if (wants_minimized != isMinimized()) {
       since_state_was_applied_.start();
@@ -292,12 +293,24 @@ void QtWindow::ReportState() {
   const bool is_settling =
       since_state_was_applied_.isValid() && since_state_was_applied_.elapsed() < kSettleMs;
   if (is_settling) {
+    if (state == WindowState::kMinimized) RestoreAgain();
     settle_.start(kSettleMs);
     return;
   }
   ordered_state_ = state;
   Report([&] { record_.State = state; });
   TellState();
+}
+
+void QtWindow::RestoreAgain() {
+  if (was_restored_again_) return;
+  was_restored_again_ = true;
+  const auto restore = [this] {
+    if (record_.State.Get() == WindowState::kNormal && isMinimized()) {
+      setWindowState(windowState() & ~Qt::WindowMinimized);
+    }
+  };
+  QMetaObject::invokeMethod(this, restore, Qt::QueuedConnection);
 }
 
 void QtWindow::ReportActivation() {

@@ -61,6 +61,9 @@ class QtWindow final : public QWidget {
   void ApplyEnabled();
 
   void ReportState();
+  /// A window that was to be minimised and then not may go away after all: it
+  /// was asked to come up before the window manager had taken it down.
+  void RestoreAgain();
   void ReportActivation();
   void ShowFocus();
 
@@ -85,6 +88,8 @@ class QtWindow final : public QWidget {
   bool raise_is_requested_ = false;
   bool was_placed_ = false;
   bool is_applying_ = false;
+  /// Once per order, as nobody can force a window manager.
+  bool was_restored_again_ = false;
   QElapsedTimer since_state_was_applied_;
   QTimer settle_;
 };
