@@ -47,6 +47,15 @@ class OpenFiles {
   /// no memory of its own, so that a large file is never held twice.
   virtual std::size_t ReadInto(int number, std::span<std::uint8_t> bytes) = 0;
 
+  /// Copies up to `buffer.size()` bytes from the position of one open file to
+  /// that of another; both move on. Returns how many: fewer only at the end of
+  /// the first. Raises as ReadInto and Write do.
+  ///
+  /// A host may gather steps that follow each other and need no `buffer`. What
+  /// they copy is in the file at the latest when either number is used otherwise
+  /// or closed, and that is when a failure can come too.
+  virtual std::size_t Copy(int from, int to, std::span<std::uint8_t> buffer);
+
   /// Length of an open file in bytes, with all that was written. Raises 52.
   virtual std::int64_t Length(int number) = 0;
   /// Moves to a position, in bytes from 0. Raises 52, 5 for a negative one.
@@ -56,7 +65,8 @@ class OpenFiles {
   /// Closes one; a number that isn't open is no failure. What is still held in
   /// memory is written first: raises 61, 57, and is closed all the same.
   virtual void Close(int number) = 0;
-  /// Closes every open file of the program, whoever opened it. Raises nothing.
+  /// Closes every open file of the program, whoever opened it. What is still held
+  /// in memory is written as far as it can be. Raises nothing.
   virtual void CloseAll() = 0;
 };
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <span>
-#include <string_view>
 
 #include "base/failure.h"
 #include "base/numbers.h"
@@ -33,11 +32,6 @@ std::span<std::uint8_t> BufferFor(std::int32_t remaining) {
     offset += size;
   }
   return {};
-}
-
-std::string_view AsText(std::span<const std::uint8_t> bytes) {
-  const void* const first = bytes.data();
-  return {static_cast<const char*>(first), bytes.size()};
 }
 
 std::int16_t PercentOf(std::int32_t done, std::int32_t total) {
@@ -162,10 +156,9 @@ void modFHand::CopyStep(Transfer& transfer, std::int32_t remaining) {
     }
     // Chosen: a source that has become shorter is an error, so that no part is
     // filled up with bytes that the file never held.
-    if (machine_.open_files.ReadInto(transfer.from, buffer) != buffer.size()) {
+    if (machine_.open_files.Copy(transfer.from, transfer.to, buffer) != buffer.size()) {
       throw ProgramError(kInputPastEnd);
     }
-    machine_.open_files.Write(transfer.to, AsText(buffer));
     const auto moved = static_cast<std::int32_t>(buffer.size());
     remaining -= moved;
     transfer.done = Add32(transfer.done, moved);

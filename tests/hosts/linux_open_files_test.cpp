@@ -4,7 +4,9 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
+#include <cstdint>
 
 #include "tests/hosts/linux_stage.h"
 #include "tests/support/raised.h"
@@ -55,6 +57,62 @@ TEST_F(LinuxOpenFilesTest, AWriteThatDoesNotFitRaises61) {
   }
   EXPECT_EQ(number, 61);
   EXPECT_TRUE(open.IsOpen(1));
+}
+
+TEST_F(LinuxOpenFilesTest, ACopyThatDoesNotFitRaises61AtTheLatestWhenItIsClosed) {
+  for (const int closed_first : {1, 2}) {
+    WriteNative(OnDrive("Data/from.bin"), "0123456789");
+    open.OpenInput(1, "C:\\Data\\from.bin");
+    open.OpenOutput(2, "C:\\Data\\to.bin");
+    std::array<std::uint8_t, 10> step{};
+    int number = 0;
+    {
+      const FullMedium full;
+      number = RaisedBy([&] {
+        open.Copy(1, 2, step);
+        open.Close(closed_first);
+      });
+    }
+    EXPECT_EQ(number, 61) << closed_first;
+    EXPECT_FALSE(open.IsOpen(closed_first));
+    EXPECT_EQ(RaisedBy([&] { open.Close(3 - closed_first); }), 0) << "it is told once";
+  }
+}
+
+TEST_F(LinuxOpenFilesTest, ClosingAllOnAFullMediumRaisesNothing) {
+  WriteNative(OnDrive("Data/from.bin"), "0123456789");
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  open.OpenOutput(2, "C:\\Data\\to.bin");
+  std::array<std::uint8_t, 10> step{};
+  {
+    const FullMedium full;
+    EXPECT_EQ(open.Copy(1, 2, step), 10U);
+    EXPECT_EQ(RaisedBy([&] { open.CloseAll(); }), 0);
+  }
+  EXPECT_FALSE(open.IsOpen(2));
+}
+
+TEST_F(LinuxOpenFilesTest, ACopyWhoseSourceWasCutShortMeanwhileRaises62) {
+  WriteNative(OnDrive("Data/from.bin"), "0123456789");
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  open.OpenOutput(2, "C:\\Data\\to.bin");
+  std::array<std::uint8_t, 4> step{};
+  EXPECT_EQ(open.Copy(1, 2, step), 4U);
+  WriteNative(OnDrive("Data/from.bin"), "01");
+  EXPECT_EQ(RaisedBy([&] { open.Close(2); }), 62);
+  EXPECT_EQ(ReadNative(OnDrive("Data/to.bin")), "01");
+}
+
+TEST_F(LinuxOpenFilesTest, WhatWasCopiedIsKeptWhenTheProgramEnds) {
+  WriteNative(OnDrive("Data/from.bin"), "0123456789");
+  {
+    LinuxHost other(surroundings);
+    other.open_files.OpenInput(1, "C:\\Data\\from.bin");
+    other.open_files.OpenOutput(2, "C:\\Data\\to.bin");
+    std::array<std::uint8_t, 4> step{};
+    EXPECT_EQ(other.open_files.Copy(1, 2, step), 4U);
+  }
+  EXPECT_EQ(ReadNative(OnDrive("Data/to.bin")), "0123");
 }
 
 TEST_F(LinuxOpenFilesTest, APipeIsNoTextAndDoesNotHoldAnybodyUp) {

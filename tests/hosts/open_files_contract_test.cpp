@@ -183,6 +183,129 @@ TEST_P(OpenFilesContract, ANegativePositionRaises5) {
   EXPECT_EQ(RaisedBy([&] { open.Seek(1, -1); }), 5);
 }
 
+TEST_P(OpenFilesContract, ACopyMovesBothOnAndIsShortOnlyAtTheEnd) {
+  host.Write("C:\\Data\\from.bin", "0123456789");
+  host.Write("C:\\Data\\to.bin", "abcdefghijklm");
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  open.OpenBinary(2, "C:\\Data\\to.bin");
+  open.Seek(2, 1);
+  std::array<std::uint8_t, 4> four{};
+  EXPECT_EQ(open.Copy(1, 2, four), 4U);
+  EXPECT_EQ(open.Copy(1, 2, four), 4U);
+  EXPECT_EQ(open.Copy(1, 2, four), 2U);
+  EXPECT_EQ(open.Copy(1, 2, four), 0U);
+  open.Close(1);
+  open.Close(2);
+  EXPECT_EQ(host.Content("C:\\Data\\to.bin"), "a0123456789lm");
+}
+
+TEST_P(OpenFilesContract, WhatWasCopiedIsThereForEveryOtherUseOfItsNumbers) {
+  host.Write("C:\\Data\\from.bin", "0123456789");
+  open.OpenBinary(1, "C:\\Data\\from.bin");
+  open.OpenBinary(2, "C:\\Data\\to.bin");
+  std::array<std::uint8_t, 3> three{};
+  EXPECT_EQ(open.Copy(1, 2, three), 3U);
+  EXPECT_EQ(open.Length(2), 3);
+  EXPECT_EQ(open.Read(1, 1), "3");
+  open.Write(2, "-");
+  EXPECT_EQ(open.Copy(1, 2, three), 3U);
+  // The source is changed behind the reader's back.
+  open.Seek(1, 4);
+  open.Write(1, "xyz");
+  EXPECT_EQ(open.Copy(1, 2, three), 3U);
+  open.Seek(2, 0);
+  EXPECT_EQ(open.Read(2, 20), "012-456789");
+}
+
+TEST_P(OpenFilesContract, ACopyGoesOnFromOneFileToTheNextAndFromTheNextOne) {
+  host.Write("C:\\Data\\from.bin", "0123456789");
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  std::array<std::uint8_t, 3> three{};
+  for (const char* name : {"a", "b"}) {
+    open.OpenBinary(2, std::string("C:\\Data\\") + name);
+    EXPECT_EQ(open.Copy(1, 2, three), 3U);
+    open.Close(2);
+  }
+  open.Close(1);
+  open.OpenBinary(2, "C:\\Data\\joined");
+  for (const char* name : {"a", "b"}) {
+    open.OpenInput(1, std::string("C:\\Data\\") + name);
+    EXPECT_EQ(open.Copy(1, 2, three), 3U);
+    open.Close(1);
+  }
+  open.Close(2);
+  EXPECT_EQ(host.Content("C:\\Data\\joined"), "012345");
+}
+
+TEST_P(OpenFilesContract, ACopyRunsThroughAChainOfFiles) {
+  host.Write("C:\\Data\\a", "012");
+  open.OpenBinary(1, "C:\\Data\\a");
+  open.OpenBinary(2, "C:\\Data\\b");
+  open.OpenBinary(3, "C:\\Data\\c");
+  std::array<std::uint8_t, 3> three{};
+  EXPECT_EQ(open.Copy(1, 2, three), 3U);
+  open.Seek(2, 0);
+  EXPECT_EQ(open.Copy(2, 3, three), 3U);
+  open.CloseAll();
+  EXPECT_EQ(host.Content("C:\\Data\\b"), "012");
+  EXPECT_EQ(host.Content("C:\\Data\\c"), "012");
+}
+
+TEST_P(OpenFilesContract, ACopyFromTwoFilesKeepsTheirOrder) {
+  host.Write("C:\\Data\\a", "01");
+  host.Write("C:\\Data\\b", "xy");
+  open.OpenInput(1, "C:\\Data\\a");
+  open.OpenInput(2, "C:\\Data\\b");
+  open.OpenBinary(3, "C:\\Data\\c");
+  std::array<std::uint8_t, 1> one{};
+  for (const int from : {1, 2, 1, 2}) EXPECT_EQ(open.Copy(from, 3, one), 1U);
+  open.CloseAll();
+  EXPECT_EQ(host.Content("C:\\Data\\c"), "0x1y");
+}
+
+TEST_P(OpenFilesContract, AFileIsCopiedIntoItself) {
+  host.Write("C:\\Data\\a", "0123");
+  open.OpenInput(1, "C:\\Data\\a");
+  open.OpenBinary(2, "C:\\Data\\a");
+  open.Seek(2, 2);
+  std::array<std::uint8_t, 2> two{};
+  EXPECT_EQ(open.Copy(1, 2, two), 2U);
+  EXPECT_EQ(open.Copy(1, 2, two), 2U);
+  open.CloseAll();
+  EXPECT_EQ(host.Content("C:\\Data\\a"), "010101");
+}
+
+TEST_P(OpenFilesContract, ACopyOfMegabytesIsTheSame) {
+  std::string bytes(9'000'001, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 + i / 255);
+  host.Write("C:\\Data\\from.bin", bytes);
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  open.OpenBinary(2, "C:\\Data\\to.bin");
+  std::vector<std::uint8_t> step(12000);
+  while (open.Copy(1, 2, step) > 0) {
+  }
+  EXPECT_EQ(open.Length(2), 9'000'001);
+  open.CloseAll();
+  EXPECT_TRUE(host.Content("C:\\Data\\to.bin") == bytes);
+}
+
+TEST_P(OpenFilesContract, ACopyRaises52And54And75) {
+  host.Write("C:\\Data\\a.bin", "hello");
+  host.Write("C:\\Data\\locked.bin", "kept");
+  files.SetAttributes("C:\\Data\\locked.bin", attribute::kReadOnly);
+  open.OpenInput(1, "C:\\Data\\a.bin");
+  open.OpenOutput(2, "C:\\Data\\b.bin");
+  open.OpenBinary(3, "C:\\Data\\locked.bin");
+  std::array<std::uint8_t, 4> four{};
+  EXPECT_EQ(RaisedBy([&] { open.Copy(1, 7, four); }), 52);
+  EXPECT_EQ(RaisedBy([&] { open.Copy(7, 2, four); }), 52);
+  EXPECT_EQ(RaisedBy([&] { open.Copy(3, 1, four); }), 54);
+  EXPECT_EQ(RaisedBy([&] { open.Copy(2, 3, four); }), 54);
+  EXPECT_EQ(RaisedBy([&] { open.Copy(1, 3, four); }), 75);
+  open.CloseAll();
+  EXPECT_EQ(host.Content("C:\\Data\\locked.bin"), "kept");
+}
+
 TEST_P(OpenFilesContract, ANumberThatIsNotOpenRaises52) {
   EXPECT_FALSE(open.IsOpen(7));
   EXPECT_EQ(RaisedBy([&] { open.Write(7, "x"); }), 52);

@@ -29,43 +29,28 @@ void WriteAll(int target, const char* bytes, std::size_t count) {
   }
 }
 
-// Copies from the positions of both files, `most` bytes or to the end.
-void CopyByBuffer(int source, int target, off_t most) {
+// As CopyRange, through memory.
+off_t CopyByBuffer(int source, int target, off_t most) {
   static thread_local std::vector<char> buffer(kBufferBytes);
-  while (most > 0) {
-    const auto wanted = std::min<off_t>(most, static_cast<off_t>(buffer.size()));
+  off_t done = 0;
+  while (done < most) {
+    const auto wanted = std::min<off_t>(most - done, static_cast<off_t>(buffer.size()));
     const ssize_t got = ::read(source, buffer.data(), static_cast<std::size_t>(wanted));
     if (got < 0) {
       if (errno == EINTR) continue;
       RaiseNative(errno, Attempt::kChange);
     }
-    if (got == 0) return;
+    if (got == 0) break;
     WriteAll(target, buffer.data(), static_cast<std::size_t>(got));
-    most -= got;
+    done += got;
   }
+  return done;
 }
 
 // Errors that only say that the kernel can't copy between these two.
 bool MeansUnsupported(int error) {
   return error == EXDEV || error == EINVAL || error == ENOSYS || error == EOPNOTSUPP ||
          error == EPERM || error == EBADF || error == ETXTBSY;
-}
-
-// As CopyByBuffer, by the kernel as far as it is able to.
-void CopyRange(int source, int target, off_t most) {
-  while (most > 0) {
-    const auto wanted = std::min(static_cast<std::size_t>(most), kMostAtOnce);
-    const ssize_t got = ::copy_file_range(source, nullptr, target, nullptr, wanted, 0);
-    if (got > 0) {
-      most -= got;
-    } else if (got == 0 || MeansUnsupported(errno)) {
-      // Some file systems give 0 instead of their bytes: reading tells.
-      CopyByBuffer(source, target, most);
-      return;
-    } else if (errno != EINTR) {
-      RaiseNative(errno, Attempt::kChange);
-    }
-  }
 }
 
 // False when the file system can't tell where data lies.
@@ -86,6 +71,23 @@ bool CopySparse(int source, int target, off_t size) {
 }
 
 }  // namespace
+
+off_t CopyRange(int source, int target, off_t most) {
+  off_t done = 0;
+  while (done < most) {
+    const auto wanted = std::min(static_cast<std::size_t>(most - done), kMostAtOnce);
+    const ssize_t got = ::copy_file_range(source, nullptr, target, nullptr, wanted, 0);
+    if (got > 0) {
+      done += got;
+    } else if (got == 0 || MeansUnsupported(errno)) {
+      // Some file systems give 0 instead of their bytes: reading tells.
+      return done + CopyByBuffer(source, target, most - done);
+    } else if (errno != EINTR) {
+      RaiseNative(errno, Attempt::kChange);
+    }
+  }
+  return done;
+}
 
 void CopyData(int source, int target, const struct stat& info) {
   if (info.st_size > 0 && info.st_size <= static_cast<off_t>(kBufferBytes)) {

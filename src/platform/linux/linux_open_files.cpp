@@ -11,6 +11,7 @@
 
 #include "base/failure.h"
 #include "platform/input_item.h"
+#include "platform/linux/copy_data.h"
 #include "platform/linux/native_errors.h"
 #include "platform/linux/paths.h"
 
@@ -18,6 +19,9 @@ namespace tarnvale {
 namespace {
 
 constexpr int kHighestNumber = 511;
+/// How much of a copy is gathered, in bytes: so much that the kernel's calls cost
+/// nothing, and so little that it is copied in a few milliseconds.
+constexpr std::int64_t kGatheredBytes = std::int64_t{4} << 20U;
 // Should a path lead to a pipe or a terminal, opening doesn't wait.
 constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
@@ -39,6 +43,12 @@ bool IsReadOnly(const struct stat& info) {
 // medium that can't be written to, a program that is running.
 bool RefusesWriting(int error) {
   return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
+}
+
+std::int64_t SizeOf(const Descriptor& file) {
+  struct stat info {};
+  if (::fstat(file.Get(), &info) != 0) throw ProgramError(kDeviceIoError);
+  return info.st_size;
 }
 
 // Up to `count` bytes from a position; fewer only at the end of the file.
@@ -78,16 +88,35 @@ void LinuxOpenFiles::CheckFree(int number) const {
   if (open_.count(number) != 0) throw ProgramError(kFileAlreadyOpen);
 }
 
-LinuxOpenFiles::OpenFile& LinuxOpenFiles::Require(int number) {
+LinuxOpenFiles::OpenFile& LinuxOpenFiles::Find(int number) {
   const auto open = open_.find(number);
   if (open == open_.end()) throw ProgramError(kBadFileNumber);
   return open->second;
 }
 
+LinuxOpenFiles::OpenFile& LinuxOpenFiles::Require(int number) {
+  OpenFile& open = Find(number);
+  Settle(number);
+  return open;
+}
+
+LinuxOpenFiles::OpenFile& LinuxOpenFiles::RequireReadable(int number) {
+  OpenFile& open = Find(number);
+  if (open.mode == Mode::kOutput) throw ProgramError(kBadFileMode);
+  return open;
+}
+
+LinuxOpenFiles::OpenFile& LinuxOpenFiles::RequireWritable(int number) {
+  OpenFile& open = Find(number);
+  if (open.mode == Mode::kInput) throw ProgramError(kBadFileMode);
+  if (!open.writable) throw ProgramError(kPathFileAccess);
+  return open;
+}
+
 void LinuxOpenFiles::Hold(int number, Descriptor file, Mode mode, bool writable) {
   struct stat info {};
   if (::fstat(file.Get(), &info) != 0) throw ProgramError(kDeviceIoError);
-  open_[number] = {std::move(file), mode, writable, 0, info.st_dev, info.st_ino};
+  open_[number] = {std::move(file), mode, writable, 0, info.st_dev, info.st_ino, {}};
 }
 
 bool LinuxOpenFiles::HoldsOpen(const struct stat& info) const {
@@ -153,9 +182,8 @@ void LinuxOpenFiles::OpenBinary(int number, const Path& file) {
 }
 
 void LinuxOpenFiles::Write(int number, std::string_view bytes) {
-  OpenFile& open = Require(number);
-  if (open.mode == Mode::kInput) throw ProgramError(kBadFileMode);
-  if (!open.writable) throw ProgramError(kPathFileAccess);
+  OpenFile& open = RequireWritable(number);
+  Settle(number);
   WriteAt(open.file.Get(), open.position, bytes);
 }
 
@@ -180,16 +208,16 @@ std::string LinuxOpenFiles::InputItem(int number) {
 }
 
 std::string LinuxOpenFiles::Read(int number, std::size_t count) {
-  OpenFile& open = Require(number);
-  if (open.mode == Mode::kOutput) throw ProgramError(kBadFileMode);
+  OpenFile& open = RequireReadable(number);
+  Settle(number);
   std::string bytes = ReadAt(open.file.Get(), open.position, count);
   open.position += static_cast<std::int64_t>(bytes.size());
   return bytes;
 }
 
 std::size_t LinuxOpenFiles::ReadInto(int number, std::span<std::uint8_t> bytes) {
-  OpenFile& open = Require(number);
-  if (open.mode == Mode::kOutput) throw ProgramError(kBadFileMode);
+  OpenFile& open = RequireReadable(number);
+  Settle(number);
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t got =
@@ -203,10 +231,53 @@ std::size_t LinuxOpenFiles::ReadInto(int number, std::span<std::uint8_t> bytes) 
   return done;
 }
 
+std::size_t LinuxOpenFiles::Copy(int from, int to, std::span<std::uint8_t> buffer) {
+  OpenFile& source = RequireReadable(from);
+  OpenFile& target = RequireWritable(to);
+  if (source.inode == target.inode && source.device == target.device) {
+    return OpenFiles::Copy(from, to, buffer);
+  }
+  // What the source was still to be given, and what came from elsewhere.
+  if (source.gathered) Settle(from);
+  if (target.gathered && target.gathered->from != from) Settle(to);
+  if (!target.gathered) {
+    target.gathered = {.from = from,
+                       .from_position = source.position,
+                       .to_position = target.position,
+                       .from_end = SizeOf(source.file)};
+  }
+  const auto wanted = static_cast<std::int64_t>(buffer.size());
+  const std::int64_t left = target.gathered->from_end - source.position;
+  const std::int64_t count = std::clamp<std::int64_t>(left, 0, wanted);
+  target.gathered->count += count;
+  source.position += count;
+  target.position += count;
+  if (target.gathered->count >= kGatheredBytes || count < wanted) CopyGathered(target);
+  return static_cast<std::size_t>(count);
+}
+
+void LinuxOpenFiles::Settle(int number) {
+  PassedOver pass;
+  for (auto& [to, open] : open_) {
+    if (!open.gathered || (to != number && open.gathered->from != number)) continue;
+    pass.Step([&target = open, this] { CopyGathered(target); });
+  }
+  if (pass.StandingError()) throw ProgramError(*pass.StandingError());
+}
+
+void LinuxOpenFiles::CopyGathered(OpenFile& to) {
+  const GatheredCopy copy = *std::exchange(to.gathered, std::nullopt);
+  const int source = Find(copy.from).file.Get();
+  const int target = to.file.Get();
+  if (::lseek(source, copy.from_position, SEEK_SET) < 0 ||
+      ::lseek(target, copy.to_position, SEEK_SET) < 0) {
+    throw ProgramError(kDeviceIoError);
+  }
+  if (CopyRange(source, target, copy.count) != copy.count) throw ProgramError(kInputPastEnd);
+}
+
 std::int64_t LinuxOpenFiles::Length(int number) {
-  struct stat info {};
-  if (::fstat(Require(number).file.Get(), &info) != 0) throw ProgramError(kDeviceIoError);
-  return info.st_size;
+  return SizeOf(Require(number).file);
 }
 
 void LinuxOpenFiles::Seek(int number, std::int64_t position) {
@@ -216,12 +287,23 @@ void LinuxOpenFiles::Seek(int number, std::int64_t position) {
 }
 
 void LinuxOpenFiles::Close(int number) {
+  if (!IsOpen(number)) return;
+  PassedOver pass;
+  pass.Step([&] { Settle(number); });
   const auto open = open_.find(number);
-  if (open == open_.end()) return;
   Descriptor file = std::move(open->second.file);
   open_.erase(open);
-  if (!file.Close())
+  pass.Step([&] {
+    if (file.Close()) return;
     throw ProgramError(errno == ENOSPC || errno == EDQUOT ? kDiskFull : kDeviceIoError);
+  });
+  if (pass.StandingError()) throw ProgramError(*pass.StandingError());
+}
+
+void LinuxOpenFiles::CloseAll() {
+  PassedOver pass;
+  for (const auto& [number, open] : open_) pass.Step([&, n = number] { Settle(n); });
+  open_.clear();
 }
 
 }  // namespace tarnvale

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,10 +18,14 @@
 
 namespace tarnvale {
 
-/// Nothing is held in memory: what was written is in the file at once.
+/// Nothing is held in memory: what was written is in the file at once. Only the
+/// steps of a copy are gathered, for the kernel to copy a larger piece at once.
 class LinuxOpenFiles : public OpenFiles {
  public:
   explicit LinuxOpenFiles(Locator& locator) : locator_(locator) {}
+  LinuxOpenFiles(const LinuxOpenFiles&) = delete;
+  LinuxOpenFiles& operator=(const LinuxOpenFiles&) = delete;
+  ~LinuxOpenFiles() override { CloseAll(); }
 
   void OpenInput(int number, const Path& file) override;
   void OpenOutput(int number, const Path& file) override;
@@ -29,17 +34,26 @@ class LinuxOpenFiles : public OpenFiles {
   std::string InputItem(int number) override;
   std::string Read(int number, std::size_t count) override;
   std::size_t ReadInto(int number, std::span<std::uint8_t> bytes) override;
+  std::size_t Copy(int from, int to, std::span<std::uint8_t> buffer) override;
   std::int64_t Length(int number) override;
   void Seek(int number, std::int64_t position) override;
   bool IsOpen(int number) override { return open_.count(number) != 0; }
   void Close(int number) override;
-  void CloseAll() override { open_.clear(); }
+  void CloseAll() override;
 
   /// Whether the file with this state is open under any number.
   bool HoldsOpen(const struct stat& info) const;
 
  private:
   enum class Mode { kInput, kOutput, kBinary };
+  /// Steps of a copy that are still to be carried out.
+  struct GatheredCopy {
+    int from = 0;  ///< a number of the table
+    std::int64_t from_position = 0;
+    std::int64_t to_position = 0;
+    std::int64_t from_end = 0;  ///< the source's length when this began
+    std::int64_t count = 0;     ///< of bytes
+  };
   struct OpenFile {
     Descriptor file;
     Mode mode = Mode::kInput;
@@ -47,10 +61,19 @@ class LinuxOpenFiles : public OpenFiles {
     std::int64_t position = 0;
     dev_t device = 0;
     ino_t inode = 0;
+    std::optional<GatheredCopy> gathered;  ///< what is to be copied into it
   };
 
   void CheckFree(int number) const;
+  /// The file open under a number, with all that was copied from or into it.
   OpenFile& Require(int number);
+  OpenFile& Find(int number);
+  OpenFile& RequireReadable(int number);
+  OpenFile& RequireWritable(int number);
+  /// Carries out what was gathered from or into a file. Raises 61, 57 or 62, and
+  /// has dropped the rest then.
+  void Settle(int number);
+  void CopyGathered(OpenFile& to);
   Located LocateForWriting(const Path& file);
   void Hold(int number, Descriptor file, Mode mode, bool writable);
 
