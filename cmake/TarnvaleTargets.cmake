@@ -3,7 +3,9 @@
 
 find_program(TARNVALE_CCACHE ccache)
 if(TARNVALE_CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${TARNVALE_CCACHE})
+  # It leaves out what uses a precompiled header unless it is told so.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    env CCACHE_SLOPPINESS=pch_defines,time_macros ${TARNVALE_CCACHE})
 endif()
 
 add_library(tarnvale_flags INTERFACE)
@@ -39,6 +41,9 @@ function(tarnvale_test name)
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock_main tarnvale_flags)
+  if(TARGET tarnvale_test_headers)
+    target_precompile_headers(${name} REUSE_FROM tarnvale_test_headers)
+  endif()
   gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
   add_dependencies(unit_tests ${name})
 endfunction()
