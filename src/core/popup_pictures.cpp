@@ -1,36 +1,25 @@
 #include "core/popup_pictures.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <utility>
+
+#include "platform/sampled_drawing.h"
 
 namespace tarnvale {
 namespace {
 
 // The colours of the program's look.
-struct Paint {
-  int red = 0;
-  int green = 0;
-  int blue = 0;
-};
-constexpr Paint kPanelTop{0xDD, 0xE7, 0xF8};
-constexpr Paint kPanelBottom{0xBF, 0xD0, 0xEE};
-constexpr Paint kPanelEdge{0x9D, 0xB2, 0xD8};
-constexpr Paint kBandTop{0x5B, 0x8F, 0xDD};
-constexpr Paint kBandBottom{0x31, 0x6A, 0xC5};
-constexpr Paint kField{0xFF, 0xFF, 0xFF};
-constexpr Paint kFieldFrame{0x7F, 0x9D, 0xB9};
-constexpr Paint kSelection{0x31, 0x6A, 0xC5};
-constexpr Paint kLines{0xC9, 0xD7, 0xEE};
-constexpr Paint kArrow{0x4D, 0x61, 0x85};
-
-// Edges are the mean of so many samples in each direction.
-constexpr int kSamples = 4;
-
-struct Spot {
-  double x = 0;
-  double y = 0;
-};
+constexpr Color kPanelTop = 0xF8E7DD;
+constexpr Color kPanelBottom = 0xEED0BF;
+constexpr Color kPanelEdge = 0xD8B29D;
+constexpr Color kBandTop = 0xDD8F5B;
+constexpr Color kBandBottom = 0xC56A31;
+constexpr Color kField = 0xFFFFFF;
+constexpr Color kFieldFrame = 0xB99D7F;
+constexpr Color kSelection = 0xC56A31;
+constexpr Color kLines = 0xEED7C9;
+constexpr Color kArrow = 0x85614D;
 
 /// A sheet to draw on. Places are pixels at 96 dpi, whatever the scale.
 class Sheet {
@@ -46,21 +35,17 @@ class Sheet {
   Raster Take() { return std::move(picture_); }
 
   /// From `top` to `bottom` over the whole rectangle.
-  void Fade(Rect area, Paint top, Paint bottom) {
+  void Fade(Rect area, Color top, Color bottom) {
     for (int y = area.top_px * scale_; y < area.BottomPx() * scale_; ++y) {
       const double down = (y + 0.5 - area.top_px * scale_) / (area.height_px * scale_);
-      const auto between = [&](int from, int to) {
-        return static_cast<int>(std::lround(from + (to - from) * down));
-      };
-      const Paint paint{between(top.red, bottom.red), between(top.green, bottom.green),
-                        between(top.blue, bottom.blue)};
+      const Color paint = Between(top, bottom, down);
       for (int x = area.left_px * scale_; x < area.RightPx() * scale_; ++x) Mix(x, y, paint, 1);
     }
   }
 
   /// Whatever `inside` says is inside, within the bounds.
   template <class Inside>
-  void Fill(Rect bounds, Paint paint, Inside&& inside) {
+  void Fill(Rect bounds, Color paint, Inside&& inside) {
     for (int y = bounds.top_px * scale_; y < bounds.BottomPx() * scale_; ++y) {
       for (int x = bounds.left_px * scale_; x < bounds.RightPx() * scale_; ++x) {
         Mix(x, y, paint, Coverage(x, y, inside));
@@ -73,8 +58,7 @@ class Sheet {
     for (int y = 0; y < picture.height; ++y) {
       for (int x = 0; x < picture.width; ++x) {
         const std::uint32_t pixel = picture.At(x, y);
-        const Paint paint{RedOf(pixel), GreenOf(pixel), BlueOf(pixel)};
-        Mix(at.x_px * scale_ + x, at.y_px * scale_ + y, paint, (pixel >> 24U) / 255.0);
+        Mix(at.x_px * scale_ + x, at.y_px * scale_ + y, pixel, (pixel >> 24U) / 255.0);
       }
     }
   }
@@ -83,17 +67,12 @@ class Sheet {
   template <class Inside>
   double Coverage(int x, int y, Inside&& inside) const {
     int hits = 0;
-    for (int sy = 0; sy < kSamples; ++sy) {
-      for (int sx = 0; sx < kSamples; ++sx) {
-        const Spot spot{(x + (sx + 0.5) / kSamples) / scale_, (y + (sy + 0.5) / kSamples) / scale_};
-        if (inside(spot)) ++hits;
-      }
-    }
+    VisitSamples(x, y, 1.0 / scale_, [&](Spot spot) { hits += inside(spot) ? 1 : 0; });
     return hits / static_cast<double>(kSamples * kSamples);
   }
 
   // Lays paint over what is there. `share` is 0 to 1.
-  void Mix(int x, int y, Paint paint, double share) {
+  void Mix(int x, int y, Color paint, double share) {
     if (share <= 0) return;
     std::uint32_t& pixel =
         picture_.pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(picture_.width) +
@@ -104,37 +83,26 @@ class Sheet {
       return static_cast<std::uint32_t>(std::lround((over * share + under * below) / alpha));
     };
     pixel = static_cast<std::uint32_t>(std::lround(alpha * 255)) << 24U |
-            channel(paint.blue, BlueOf(pixel)) << 16U | channel(paint.green, GreenOf(pixel)) << 8U |
-            channel(paint.red, RedOf(pixel));
+            channel(BlueOf(paint), BlueOf(pixel)) << 16U |
+            channel(GreenOf(paint), GreenOf(pixel)) << 8U | channel(RedOf(paint), RedOf(pixel));
   }
 
   Raster picture_;
   int scale_;
 };
 
-bool InRounded(Spot spot, Rect area, double radius) {
-  const double x = std::clamp(spot.x, area.left_px + radius, area.RightPx() - radius);
-  const double y = std::clamp(spot.y, area.top_px + radius, area.BottomPx() - radius);
-  return std::hypot(spot.x - x, spot.y - y) <= radius;
-}
-
-bool OnStroke(Spot spot, Spot from, Spot to, double width) {
-  const double dx = to.x - from.x;
-  const double dy = to.y - from.y;
-  const double along = ((spot.x - from.x) * dx + (spot.y - from.y) * dy) / (dx * dx + dy * dy);
-  const double t = std::clamp(along, 0.0, 1.0);
-  return std::hypot(spot.x - from.x - t * dx, spot.y - from.y - t * dy) <= width / 2;
-}
-
-void FillRounded(Sheet& sheet, Rect area, double radius, Paint paint) {
-  sheet.Fill(area, paint, [&](Spot spot) { return InRounded(spot, area, radius); });
+void FillRounded(Sheet& sheet, Rect area, double radius, Color paint) {
+  const Spot upper_left{static_cast<double>(area.left_px), static_cast<double>(area.top_px)};
+  const Spot lower_right{static_cast<double>(area.RightPx()), static_cast<double>(area.BottomPx())};
+  sheet.Fill(area, paint,
+             [&](Spot spot) { return InRounded(spot, upper_left, lower_right, radius); });
 }
 
 Rect Inset(Rect area) {
   return {area.left_px + 1, area.top_px + 1, area.width_px - 2, area.height_px - 2};
 }
 
-void FillFramed(Sheet& sheet, Rect area, double radius, Paint frame, Paint inside) {
+void FillFramed(Sheet& sheet, Rect area, double radius, Color frame, Color inside) {
   FillRounded(sheet, area, radius, frame);
   FillRounded(sheet, Inset(area), radius - 1, inside);
 }
@@ -156,7 +124,7 @@ void DrawPaper(Sheet& sheet, Point at) {
   }
 }
 
-void DrawChevron(Sheet& sheet, Point tip, Paint paint) {
+void DrawChevron(Sheet& sheet, Point tip, Color paint) {
   const Spot end{static_cast<double>(tip.x_px), static_cast<double>(tip.y_px)};
   const Spot upper{end.x - 9, end.y - 10};
   const Spot lower{end.x - 9, end.y + 10};
@@ -182,8 +150,8 @@ void DrawAlert(Sheet& sheet, const EmblemPainter& emblem) {
   DrawPaper(sheet, {40, 23});
   DrawPaper(sheet, {30, 31});
   // Ever stronger towards the box.
-  DrawChevron(sheet, {119, 52}, {0xA6, 0xBF, 0xEA});
-  DrawChevron(sheet, {141, 52}, {0x6E, 0x97, 0xDA});
+  DrawChevron(sheet, {119, 52}, 0xEABFA6);
+  DrawChevron(sheet, {141, 52}, 0xDA976E);
   DrawChevron(sheet, {163, 52}, kSelection);
   constexpr int kEmblemPx = 64;
   sheet.Stamp(emblem(kEmblemPx * sheet.Scale()), {194, 20});

@@ -2,14 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <optional>
+
+#include "platform/sampled_drawing.h"
 
 namespace tarnvale {
 namespace {
-
-// Each pixel is the mean of so many samples in each direction.
-constexpr int kSamples = 4;
 
 // The colours of the program's look.
 constexpr Color kSelection = 0xC56A31;
@@ -19,45 +16,10 @@ constexpr Color kFieldFrame = 0xB99D7F;
 constexpr Color kLines = 0xEED7C9;
 constexpr Color kGold = 0x38B8F4;
 
-struct Spot {
-  double x = 0;
-  double y = 0;
-};
-
-using Ink = std::optional<Color>;  // none where nothing is drawn
-
-Color Between(Color top, Color bottom, double down) {
-  const auto mix = [&](int from, int to) {
-    return static_cast<int>(std::lround(from + (to - from) * down));
-  };
-  return MakeColor(mix(RedOf(top), RedOf(bottom)), mix(GreenOf(top), GreenOf(bottom)),
-                   mix(BlueOf(top), BlueOf(bottom)));
-}
-
-double DistanceTo(Spot spot, Spot other) {
-  const double x = spot.x - other.x;
-  const double y = spot.y - other.y;
-  return std::sqrt(x * x + y * y);
-}
-
-bool InRounded(Spot spot, Spot from, Spot to, double radius) {
-  const double x = std::clamp(spot.x, from.x + radius, to.x - radius);
-  const double y = std::clamp(spot.y, from.y + radius, to.y - radius);
-  return DistanceTo(spot, {x, y}) <= radius;
-}
-
-bool OnStroke(Spot spot, Spot from, Spot to, double width) {
-  const double dx = to.x - from.x;
-  const double dy = to.y - from.y;
-  const double along = ((spot.x - from.x) * dx + (spot.y - from.y) * dy) / (dx * dx + dy * dy);
-  const double t = std::clamp(along, 0.0, 1.0);
-  return DistanceTo(spot, {from.x + t * dx, from.y + t * dy}) <= width / 2;
-}
-
 Ink GlobeAt(Spot spot) {
   constexpr Spot kMiddle{23, 23};
   constexpr double kRadius = 20;
-  const double distance = DistanceTo(spot, kMiddle);
+  const double distance = Distance(spot, kMiddle);
   if (distance > kRadius) return {};
   if (distance > kRadius - 1.2) return kEdge;
   const double x = spot.x - kMiddle.x;
@@ -95,7 +57,7 @@ Ink WindowAt(Spot spot) {
 // Lies over the lower right corner: something is put away safely.
 Ink ArrowAt(Spot spot) {
   constexpr Spot kMiddle{36, 36};
-  const double distance = DistanceTo(spot, kMiddle);
+  const double distance = Distance(spot, kMiddle);
   if (distance > 11) return {};
   if (distance > 9.8) return kFieldFrame;
   const double from_middle = std::abs(spot.x - kMiddle.x);
@@ -117,40 +79,11 @@ Ink InkAt(PanelPicture which, Spot spot) {
   return {};
 }
 
-std::uint32_t PixelAt(PanelPicture which, Spot corner, double unit) {
-  int hits = 0;
-  int red = 0;
-  int green = 0;
-  int blue = 0;
-  for (int sample = 0; sample < kSamples * kSamples; ++sample) {
-    const int column = sample % kSamples;
-    const int row = sample / kSamples;
-    const Ink ink = InkAt(which, {corner.x + (column + 0.5) / kSamples * unit,
-                                  corner.y + (row + 0.5) / kSamples * unit});
-    if (!ink) continue;
-    ++hits;
-    red += RedOf(*ink);
-    green += GreenOf(*ink);
-    blue += BlueOf(*ink);
-  }
-  if (hits == 0) return 0;
-  const auto alpha = static_cast<std::uint32_t>(255 * hits / (kSamples * kSamples));
-  return alpha << 24U | MakeColor(red / hits, green / hits, blue / hits);
-}
-
 }  // namespace
 
 Raster DrawPanelPicture(PanelPicture which, int scale) {
-  const int size = kPanelPictureSize * scale;
-  const double unit = 1.0 / scale;
-  Raster picture{size, size, {}};
-  picture.pixels.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(size));
-  for (int y = 0; y < size; ++y) {
-    for (int x = 0; x < size; ++x) {
-      picture.pixels.push_back(PixelAt(which, {x * unit, y * unit}, unit));
-    }
-  }
-  return picture;
+  return DrawSampled(kPanelPictureSize * scale, 1.0 / scale,
+                     [&](Spot spot) { return InkAt(which, spot); });
 }
 
 }  // namespace tarnvale
