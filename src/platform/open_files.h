@@ -53,7 +53,8 @@ class OpenFiles {
   ///
   /// A host may gather steps that follow each other and need no `buffer`. What
   /// they copy is in the file at the latest when either number is used otherwise
-  /// or closed, and that is when a failure can come too.
+  /// or closed; another number of the same file may see it later. A failure can
+  /// come that late as well: 61, 57, or 62 for a source that was cut short.
   virtual std::size_t Copy(int from, int to, std::span<std::uint8_t> buffer);
 
   /// Length of an open file in bytes, with all that was written. Raises 52.
@@ -63,7 +64,7 @@ class OpenFiles {
 
   virtual bool IsOpen(int number) = 0;
   /// Closes one; a number that isn't open is no failure. What is still held in
-  /// memory is written first: raises 61, 57, and is closed all the same.
+  /// memory is written first: raises 61, 57, 62, and is closed all the same.
   virtual void Close(int number) = 0;
   /// Closes every open file of the program, whoever opened it. What is still held
   /// in memory is written as far as it can be. Raises nothing.

@@ -1,13 +1,12 @@
 #include "platform/linux/linux_open_files.h"
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <array>
-#include <csignal>
 #include <cstdint>
 
+#include "tests/hosts/full_medium.h"
 #include "tests/hosts/linux_stage.h"
 #include "tests/support/raised.h"
 
@@ -18,28 +17,6 @@ class LinuxOpenFilesTest : public LinuxStage {
  protected:
   LinuxHost host{surroundings};
   LinuxOpenFiles& open = host.open_files;
-};
-
-// A medium that is full, for as long as this lives: no file may grow.
-class FullMedium {
- public:
-  FullMedium() {
-    old_handler_ = ::signal(SIGXFSZ, SIG_IGN);
-    ::getrlimit(RLIMIT_FSIZE, &old_);
-    rlimit none = old_;
-    none.rlim_cur = 4;
-    ::setrlimit(RLIMIT_FSIZE, &none);
-  }
-  FullMedium(const FullMedium&) = delete;
-  FullMedium& operator=(const FullMedium&) = delete;
-  ~FullMedium() {
-    ::setrlimit(RLIMIT_FSIZE, &old_);
-    ::signal(SIGXFSZ, old_handler_);
-  }
-
- private:
-  rlimit old_{};
-  void (*old_handler_)(int) = nullptr;
 };
 
 TEST_F(LinuxOpenFilesTest, WhatWasWrittenIsInTheFileAtOnce) {

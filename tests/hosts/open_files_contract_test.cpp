@@ -263,6 +263,48 @@ TEST_P(OpenFilesContract, ACopyFromTwoFilesKeepsTheirOrder) {
   EXPECT_EQ(host.Content("C:\\Data\\c"), "0x1y");
 }
 
+TEST_P(OpenFilesContract, ACopyIntoTwoFilesKeepsTheirOrder) {
+  host.Write("C:\\Data\\a", "012345");
+  open.OpenInput(1, "C:\\Data\\a");
+  open.OpenBinary(2, "C:\\Data\\b");
+  open.OpenBinary(3, "C:\\Data\\c");
+  std::array<std::uint8_t, 1> one{};
+  for (const int to : {2, 3, 2, 3, 2, 3}) EXPECT_EQ(open.Copy(1, to, one), 1U);
+  open.CloseAll();
+  EXPECT_EQ(host.Content("C:\\Data\\b"), "024");
+  EXPECT_EQ(host.Content("C:\\Data\\c"), "135");
+}
+
+TEST_P(OpenFilesContract, ACopyGoesOnBehindWhatWasCopiedIntoItsSource) {
+  host.Write("C:\\Data\\a", "0123");
+  host.Write("C:\\Data\\x", "xy");
+  open.OpenBinary(1, "C:\\Data\\a");
+  open.OpenBinary(2, "C:\\Data\\b");
+  open.OpenInput(5, "C:\\Data\\x");
+  std::array<std::uint8_t, 1> one{};
+  std::array<std::uint8_t, 4> four{};
+  EXPECT_EQ(open.Copy(1, 2, one), 1U);
+  EXPECT_EQ(open.Copy(5, 1, four), 2U);
+  EXPECT_EQ(open.Copy(1, 2, one), 1U);
+  open.CloseAll();
+  EXPECT_EQ(host.Content("C:\\Data\\b"), "03");
+}
+
+TEST_P(OpenFilesContract, ASourceThatGrewIsCopiedToItsNewEnd) {
+  host.Write("C:\\Data\\a", "01");
+  open.OpenInput(1, "C:\\Data\\a");
+  open.OpenBinary(2, "C:\\Data\\b");
+  std::array<std::uint8_t, 1> one{};
+  std::array<std::uint8_t, 4> four{};
+  EXPECT_EQ(open.Copy(1, 2, one), 1U);
+  open.OpenBinary(3, "C:\\Data\\a");
+  open.Seek(3, 2);
+  open.Write(3, "23");
+  EXPECT_EQ(open.Copy(1, 2, four), 3U);
+  open.CloseAll();
+  EXPECT_EQ(host.Content("C:\\Data\\b"), "0123");
+}
+
 TEST_P(OpenFilesContract, AFileIsCopiedIntoItself) {
   host.Write("C:\\Data\\a", "0123");
   open.OpenInput(1, "C:\\Data\\a");

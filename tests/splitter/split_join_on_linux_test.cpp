@@ -1,6 +1,7 @@
 // Splitting and joining real files.
 #include <gmock/gmock.h>
 
+#include "tests/hosts/full_medium.h"
 #include "tests/hosts/linux_stage.h"
 #include "tests/splitter/splitter_fixture.h"
 
@@ -38,6 +39,29 @@ TEST_F(SplitJoinOnLinuxTest, AFileComesBackFromItsParts) {
   EXPECT_EQ(part, "C:\\Out\\backup.tvz.003");
   EXPECT_TRUE(ReadNative(OnDrive("Out/backup.tvz")) == bytes);
   EXPECT_EQ(hand.JoinFile(part, count), PartsCode::kRefused);
+}
+
+TEST_F(SplitJoinOnLinuxTest, AFileOfMegabytesComesBackFromItsParts) {
+  const std::string large = GeneratedBytes(9000001);
+  WriteNative(OnDrive("Data/backup.tvz"), large);
+  EXPECT_EQ(hand.SplitFile(source, 5000000, count), PartsCode::kDone);
+  EXPECT_TRUE(ReadNative(OnDrive("Out/backup.tvz.001")) == large.substr(0, 5000000));
+  Path part = "C:\\Out\\backup.tvz.001";
+  EXPECT_EQ(hand.JoinFile(part, count), PartsCode::kDone);
+  EXPECT_TRUE(ReadNative(OnDrive("Out/backup.tvz")) == large);
+}
+
+TEST_F(SplitJoinOnLinuxTest, AFullMediumIsCode4AndClosesBothNumbers) {
+  Path part = "C:\\Data\\joined.001";
+  WriteNative(OnDrive("Data/joined.001"), bytes);
+  {
+    const FullMedium full;
+    EXPECT_EQ(hand.SplitFile(source, 20000, count), PartsCode::kFailed);
+    EXPECT_EQ(hand.JoinFile(part, count), PartsCode::kFailed);
+  }
+  EXPECT_FALSE(host.open_files.IsOpen(1));
+  EXPECT_FALSE(host.open_files.IsOpen(2));
+  EXPECT_EQ(count, -1);
 }
 
 TEST_F(SplitJoinOnLinuxTest, AnOldLongerPartKeepsItsTail) {

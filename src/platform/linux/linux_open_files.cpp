@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <utility>
 
 #include "base/failure.h"
@@ -19,9 +20,12 @@ namespace tarnvale {
 namespace {
 
 constexpr int kHighestNumber = 511;
-/// How much of a copy is gathered, in bytes: so much that the kernel's calls cost
-/// nothing, and so little that it is copied in a few milliseconds.
-constexpr std::int64_t kGatheredBytes = std::int64_t{4} << 20U;
+// How much of a copy is gathered, in bytes: at most so much that the kernel's calls
+// cost nothing, and on a slow medium so little that nobody waits for it.
+constexpr std::int64_t kMostGathered = std::int64_t{4} << 20U;
+constexpr std::int64_t kLeastGathered = std::int64_t{64} << 10U;
+/// A gathered copy that takes longer is too long for the windows.
+constexpr std::chrono::milliseconds kLongCopy{20};
 // Should a path lead to a pipe or a terminal, opening doesn't wait.
 constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
@@ -239,7 +243,9 @@ std::size_t LinuxOpenFiles::Copy(int from, int to, std::span<std::uint8_t> buffe
   }
   // What the source was still to be given, and what came from elsewhere.
   if (source.gathered) Settle(from);
-  if (target.gathered && target.gathered->from != from) Settle(to);
+  if (target.gathered && !target.gathered->GoesOn(from, source.position, target.position)) {
+    Settle(to);
+  }
   if (!target.gathered) {
     target.gathered = {.from = from,
                        .from_position = source.position,
@@ -247,12 +253,17 @@ std::size_t LinuxOpenFiles::Copy(int from, int to, std::span<std::uint8_t> buffe
                        .from_end = SizeOf(source.file)};
   }
   const auto wanted = static_cast<std::int64_t>(buffer.size());
-  const std::int64_t left = target.gathered->from_end - source.position;
+  std::int64_t left = target.gathered->from_end - source.position;
+  if (left < wanted) {
+    // It may have grown since.
+    target.gathered->from_end = SizeOf(source.file);
+    left = target.gathered->from_end - source.position;
+  }
   const std::int64_t count = std::clamp<std::int64_t>(left, 0, wanted);
   target.gathered->count += count;
   source.position += count;
   target.position += count;
-  if (target.gathered->count >= kGatheredBytes || count < wanted) CopyGathered(target);
+  if (target.gathered->count >= most_gathered_ || count < wanted) CopyGathered(target);
   return static_cast<std::size_t>(count);
 }
 
@@ -273,7 +284,18 @@ void LinuxOpenFiles::CopyGathered(OpenFile& to) {
       ::lseek(target, copy.to_position, SEEK_SET) < 0) {
     throw ProgramError(kDeviceIoError);
   }
-  if (CopyRange(source, target, copy.count) != copy.count) throw ProgramError(kInputPastEnd);
+  const auto began = std::chrono::steady_clock::now();
+  const bool is_whole = CopyRange(source, target, copy.count) == copy.count;
+  FitToMedium(std::chrono::steady_clock::now() - began);
+  if (!is_whole) throw ProgramError(kInputPastEnd);
+}
+
+void LinuxOpenFiles::FitToMedium(std::chrono::nanoseconds took) {
+  if (took > kLongCopy) {
+    most_gathered_ = std::max(most_gathered_ / 4, kLeastGathered);
+  } else if (took < kLongCopy / 4) {
+    most_gathered_ = std::min(most_gathered_ * 2, kMostGathered);
+  }
 }
 
 std::int64_t LinuxOpenFiles::Length(int number) {

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -53,6 +54,11 @@ class LinuxOpenFiles : public OpenFiles {
     std::int64_t to_position = 0;
     std::int64_t from_end = 0;  ///< the source's length when this began
     std::int64_t count = 0;     ///< of bytes
+
+    /// Whether a step from these positions follows the last one.
+    bool GoesOn(int number, std::int64_t source, std::int64_t target) const {
+      return from == number && from_position + count == source && to_position + count == target;
+    }
   };
   struct OpenFile {
     Descriptor file;
@@ -70,15 +76,18 @@ class LinuxOpenFiles : public OpenFiles {
   OpenFile& Find(int number);
   OpenFile& RequireReadable(int number);
   OpenFile& RequireWritable(int number);
-  /// Carries out what was gathered from or into a file. Raises 61, 57 or 62, and
-  /// has dropped the rest then.
+  /// Carries out what was gathered from or into a file. Raises as CopyRange, and
+  /// 62 when the source was cut short meanwhile; what failed is dropped.
   void Settle(int number);
   void CopyGathered(OpenFile& to);
+  /// Gathers less when a copy took too long, and more again when it didn't.
+  void FitToMedium(std::chrono::nanoseconds took);
   Located LocateForWriting(const Path& file);
   void Hold(int number, Descriptor file, Mode mode, bool writable);
 
   Locator& locator_;
   std::map<int, OpenFile> open_;
+  std::int64_t most_gathered_ = std::int64_t{1} << 20U;  ///< bytes; follows the medium
 };
 
 }  // namespace tarnvale
