@@ -26,6 +26,8 @@ class EventLoop {
   /// Serves events until Quit. Returns the code that Quit was given.
   virtual int Run() = 0;
   virtual void Quit(int code) = 0;
+  /// Whether Quit was called. A wait for what may never come ends then.
+  virtual bool IsEnding() const = 0;
 
   /// Calls `job` from the loop, after the present event.
   virtual void Post(std::function<void()> job) = 0;

@@ -133,6 +133,8 @@ PartsCode modFHand::Join(Path& part, std::int16_t& part_count) {
     machine_.loop.Yield();
   }
   files.Close(kFirstNumber);
+  // Another join that was refused meanwhile has told its own name.
+  screen_.joined_file = output;
   part_count = count;
   screen_.spProg(0);
   return PartsCode::kDone;
@@ -150,7 +152,9 @@ void modFHand::CopyStep(Transfer& transfer, std::int32_t remaining) {
   while (remaining != 0) {
     const std::span<std::uint8_t> buffer = BufferFor(remaining);
     if (buffer.empty()) {
-      // Required: a negative rest never ends. The window stays alive meanwhile.
+      // Required: a negative rest never ends. The window stays alive meanwhile,
+      // and the program can end.
+      if (machine_.loop.IsEnding()) throw ProgramError(kInvalidCall);
       machine_.loop.WaitPass();
       continue;
     }

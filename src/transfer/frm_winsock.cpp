@@ -46,13 +46,15 @@ void frmWinsock::StartSend() {
 
 void frmWinsock::WinsockReady() {
   machine_.loop.Yield();
-  while (last_reply_.empty()) machine_.loop.WaitPass();
+  while (last_reply_.empty() && !machine_.loop.IsEnding()) machine_.loop.WaitPass();
 }
 
 void frmWinsock::Pause(double seconds) {
   const auto start = static_cast<double>(RoundHalfEven(machine_.clock.SecondsSinceMidnight()));
   // Required: one that spans midnight lasts until the next day's same time.
-  while (machine_.clock.SecondsSinceMidnight() - start < seconds) machine_.loop.WaitPass();
+  while (machine_.clock.SecondsSinceMidnight() - start < seconds && !machine_.loop.IsEnding()) {
+    machine_.loop.WaitPass();
+  }
 }
 
 void frmWinsock::Status(const std::string& text) {

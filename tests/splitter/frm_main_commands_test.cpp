@@ -170,6 +170,22 @@ TEST_F(FrmMainJoinTest, TheJoinedFileMovesToTheChosenPath) {
   EXPECT_EQ(record.default_ext, ".tvz");
 }
 
+TEST_F(FrmMainJoinTest, ARefusedSecondJoinLeavesItsFileAlone) {
+  machine.files.Write("C:\\in\\other.tvz", "the original");
+  machine.files.Write("C:\\in\\other.tvz.001", "the");
+  machine.loop.OnYield(1, [&] {
+    Tick();
+    form.txtSegfname.Text = "C:\\in\\other.tvz.001";
+    Click(form.chameleonButton1);
+  });
+  machine.dialogs.Choose(Dialog::kSave, "C:\\out\\b.tvz");
+  ExpectSuccess(joined);
+  Click(form.chameleonButton1);
+  EXPECT_EQ(machine.files.Content("C:\\out\\b.tvz"), "abcdef");
+  EXPECT_TRUE(machine.files.Exists("C:\\in\\other.tvz"));
+  EXPECT_FALSE(machine.files.Exists("C:\\in\\a.tvz"));
+}
+
 TEST_F(FrmMainJoinTest, TheSamePathKeepsTheJoinedFile) {
   machine.dialogs.Choose(Dialog::kSave, "C:\\in\\a.tvz");
   ExpectSuccess(joined);

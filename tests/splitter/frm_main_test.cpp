@@ -28,6 +28,23 @@ TEST_F(FrmMainTest, OpensInItsDesignState) {
   EXPECT_EQ(form.XP_ProgressBar2.Value, 0);
 }
 
+TEST_F(FrmMainTest, TheTextsAreTheRequiredOnes) {
+  EXPECT_EQ(form.Label43.Caption.Get(), "Commands");
+  EXPECT_EQ(form.Label41.Caption.Get(), "Split A Compressed File");
+  EXPECT_EQ(form.Label42.Caption.Get(), "Join Splitted Compressed Files");
+  EXPECT_EQ(form.Label3.Caption.Get(), "Quit Tarnvale Splitter");
+  EXPECT_EQ(form.Label1.Caption.Get(), "Progress");
+  EXPECT_EQ(form.GroupBox1.Caption.Get(), "Split A Compressed Backup File");
+  EXPECT_EQ(form.GroupBox2.Caption.Get(), "Join A Splitted Compressed Backup File");
+  EXPECT_EQ(form.FileNameLabel.Caption.Get(), "File Name:");
+  EXPECT_EQ(form.MediumLabel.Caption.Get(), "Split File To Fit On:");
+  EXPECT_EQ(form.PartNameLabel.Caption.Get(), "Split File Name:");
+  EXPECT_EQ(form.chameleonButton3.Caption.Get(), "Open Compressed File To Split");
+  EXPECT_EQ(form.chameleonButton2.Caption.Get(), "Split Compressed File Now");
+  EXPECT_EQ(form.chameleonButton5.Caption.Get(), "Open Splitted File To Join");
+  EXPECT_EQ(form.chameleonButton1.Caption.Get(), "Join This Splitted File Now");
+}
+
 TEST_F(FrmMainTest, ListsTheMediaInTheirOrder) {
   EXPECT_THAT(
       form.Combo1.Rows.Rows(),

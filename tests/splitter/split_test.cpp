@@ -201,5 +201,12 @@ TEST_F(SplitTest, ANegativeSizeNeverReturnsAndKeepsYielding) {
   }
 }
 
+TEST_F(SplitTest, ANegativeSizeEndsWithTheProgram) {
+  machine.files.Write(source, "abcdef");
+  machine.loop.OnYield(100, [&] { machine.loop.Quit(0); });
+  EXPECT_EQ(Split(source, -4), PartsCode::kFailed);
+  EXPECT_EQ(machine.open_files.OpenCount(), 0);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

@@ -28,6 +28,7 @@ class ManualLoop : public EventLoop {
   /// when nothing is left that could ever call it.
   int Run() override;
   void Quit(int code) override { quit_code_ = code; }
+  bool IsEnding() const override { return quit_code_.has_value(); }
   void Post(std::function<void()> job) override { jobs_.push_back(std::move(job)); }
   TimerQueue& Timers() override { return timers_; }
 

@@ -43,6 +43,16 @@ TEST_F(FrmWinsockTest, WithoutAGreetingTheWaitLastsAndTheProgramLives) {
   EXPECT_EQ(Sent(), whole_mail);
 }
 
+TEST_F(FrmWinsockTest, NoWaitOutlivesTheProgram) {
+  machine.loop.OnYield(100, [&] { machine.loop.Quit(0); });
+  Send();
+  EXPECT_THAT(Log(), EndsWith("> \r\n\r\n.\r\n<CONNECTION CLOSED>\r\n"));
+  const std::vector<std::string> lines = Timed();
+  const auto moment = [](const std::string& line) { return line.substr(0, line.find(' ')); };
+  EXPECT_THAT(lines.back(), EndsWith("\r\n\r\n."));
+  EXPECT_EQ(moment(lines.back()), moment(lines.at(1))) << "nor a pause";
+}
+
 TEST_F(FrmWinsockTest, AGreetingThatIsThereAlreadyEndsTheWaitAfterItsOneYield) {
   last_reply = "220 from before";
   const int before = machine.loop.YieldCount();

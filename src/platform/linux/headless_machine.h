@@ -44,6 +44,7 @@ class IdleLoop : public EventLoop {
   void WaitPass() override { Yield(); }
   int Run() override { return 0; }
   void Quit(int) override {}
+  bool IsEnding() const override { return false; }
   void Post(std::function<void()> job) override { jobs_.push_back(std::move(job)); }
   TimerQueue& Timers() override { return timers_; }
 

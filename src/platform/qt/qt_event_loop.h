@@ -27,6 +27,7 @@ class QtEventLoop final : public EventLoop {
   /// Ends Run, and every message box and menu that is open. Before Run: lets the
   /// coming Run return at once.
   void Quit(int code) override;
+  bool IsEnding() const override { return quit_code_.has_value(); }
   /// May be called from any thread.
   void Post(std::function<void()> job) override;
 
