@@ -2,10 +2,22 @@
 
 #include <utility>
 
+#include "base/numbers.h"
 #include "core/report.h"
 #include "shell/program_icon.h"
 
 namespace tarnvale {
+
+namespace {
+
+// Shows a window that a person asks for, also when it was minimised.
+template <class W>
+void BringUp(WindowSlot<W>& slot) {
+  slot.Get().State = WindowState::kNormal;
+  slot.Show();
+}
+
+}  // namespace
 
 // A window with the icon of the main one.
 template <class W, class... Args>
@@ -53,8 +65,14 @@ std::unique_ptr<Main> Program::MakeTransfer() {
 }
 
 SplashHooks Program::HooksOfSplash() {
-  return {.ShowMainWindow = [this] { form.Visible = true; },
-          .ShowAgreement = [this] { Agreement.Get().Visible = true; }};
+  return {.ShowMainWindow =
+              [this] {
+                if (!form.IsDying()) form.Visible = true;
+              },
+          .ShowAgreement =
+              [this] {
+                if (!form.IsDying()) Agreement.Get().Visible = true;
+              }};
 }
 
 AgreementHooks Program::HooksOfAgreement() {
@@ -66,17 +84,17 @@ AgreementHooks Program::HooksOfAgreement() {
 }
 
 void Program::ConnectTools() {
-  form.Tools.ShowUserData = [this] { UserData.Show(); };
-  form.Tools.ShowSplitter = [this] { Splitter.Show(); };
-  form.Tools.ShowRegistry = [this] { RegistryBackup.Show(); };
-  form.Tools.ShowTransfer = [this] { Transfer.Show(); };
-  form.Tools.ShowCompressor = [this] { Compressor.Show(); };
+  form.Tools.ShowUserData = [this] { BringUp(UserData); };
+  form.Tools.ShowSplitter = [this] { BringUp(Splitter); };
+  form.Tools.ShowRegistry = [this] { BringUp(RegistryBackup); };
+  form.Tools.ShowTransfer = [this] { BringUp(Transfer); };
+  form.Tools.ShowCompressor = [this] { BringUp(Compressor); };
   form.Tools.ShowCompressorPanel = [this] {
-    Compressor.Show();
+    BringUp(Compressor);
     Compressor.Get().ShowCreatePanel();
   };
   form.Tools.SendTestReport = [this](const std::string& body) {
-    Mailer.Show();
+    BringUp(Mailer);
     engine.mail.Body = body;
     Mailer.Get().StartSend();
   };
@@ -108,6 +126,13 @@ bool Program::Start() {
 
 int Program::Run() {
   return Start() ? machine_.loop.Run() : 0;
+}
+
+void ShowFaults(const Machine& machine) {
+  machine.loop.Fault.Listen([&boxes = machine.boxes](const ProgramError& error) {
+    boxes.Show(
+        {.text = ToText(error.Number()) + "\n" + error.Description(), .icon = BoxIcon::kStop});
+  });
 }
 
 }  // namespace tarnvale

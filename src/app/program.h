@@ -64,4 +64,8 @@ class Program {
   std::string last_reply_;
 };
 
+/// Shows each error that left its handler: it has ended that handler only. Lasts
+/// as long as the machine.
+void ShowFaults(const Machine& machine);
+
 }  // namespace tarnvale

@@ -35,6 +35,10 @@ std::span<const TimerRow> EngineTimerTable() {
   return kTable;
 }
 
+void EngineTimers::Stop() {
+  for (Timer& timer : timers_) timer.Enabled = false;
+}
+
 EngineTimers::EngineTimers(TimerQueue& queue) {
   for (const TimerRow& row : kTable) {
     Timer& timer = timers_.emplace_back(queue, row.interval_ms, row.on_at_start);

@@ -52,6 +52,9 @@ class EngineTimers {
   /// `number` from 1 to 21.
   Timer& Number(int number) { return timers_.at(static_cast<std::size_t>(number - 1)); }
 
+  /// Disables all of them, for an instance that ends.
+  void Stop();
+
   // Those that somebody enables or disables.
   Timer& AutoSettingsLink() { return Number(4); }
   Timer& RunStart() { return Number(7); }

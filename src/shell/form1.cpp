@@ -61,10 +61,13 @@ void Form1::Load() {
   Machine& machine = engine_.machine();
   Icon = IconResource("AAA");
   if (engine_.Program_Running()) {
-    machine.boxes.Show({.text = "Another Instance Of Tarnvale Is Already Running On This System.",
-                        .icon = BoxIcon::kExclamation});
     // Required: no early return; the steps below run to their end.
     dying_ = true;
+    // The message may stand for long, and without settings yet the watch over the
+    // data folder would end the first instance.
+    engine_.timers.Stop();
+    machine.boxes.Show({.text = "Another Instance Of Tarnvale Is Already Running On This System.",
+                        .icon = BoxIcon::kExclamation});
   }
   gSysTray.SourceWindow(this);
   gSysTray.ChangeIcon(Icon);

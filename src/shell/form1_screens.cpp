@@ -90,6 +90,8 @@ void Form1::SwitchTo(Screen shown, const std::vector<Screen>& hidden) {
 
 // A menu command can come from the tray while the window is hidden.
 void Form1::SwitchFromMenu(Screen shown, const std::vector<Screen>& hidden) {
+  // Chosen: a window that comes up is on the task bar, as after a double click.
+  InTaskBar = true;
   State = WindowState::kNormal;
   Show();
   SwitchTo(shown, hidden);

@@ -56,6 +56,7 @@ void Form1::FollowFolderTrees() {
 }
 
 void Form1::ShowWizardPage() {
+  InTaskBar = true;
   State = WindowState::kNormal;
   Show();
   SwitchTo(Screen::kSchedule, {Screen::kStorage, Screen::kProgress, Screen::kList, Screen::kGeneral,

@@ -10,7 +10,7 @@ void Form1::WireTray() {
       [this] { gSysTray.ToolTip(engine_.display.TrayTip.Get()); });
   engine_.stages.RemoveTrayIcon = [this] { gSysTray.RemoveFromSysTray(); };
   Resized.Listen([this] {
-    if (State.Get() == WindowState::kMinimized) gSysTray.MinToSysTray();
+    if (State.Get() == WindowState::kMinimized && !dying_) gSysTray.MinToSysTray();
   });
   CloseAsked.Listen([this](CloseRequest& request) { AskBeforeClosing(request); });
   mnuQuit.Clicked.Listen([this] { Exit(); });
@@ -33,6 +33,7 @@ void Form1::AskBeforeClosing(CloseRequest& request) {
     Exit();
   } else {
     request.cancelled = true;
+    InTaskBar = true;
     Show();
   }
 }

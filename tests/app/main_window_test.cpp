@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMessageBox>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
@@ -44,6 +45,8 @@ class MainWindowTest : public ::testing::Test {
     Write("Work/b.txt", "two");
     std::filesystem::create_directories(Native("Store"));
     loop.Fault.Listen([](const ProgramError& error) { ADD_FAILURE() << error.what(); });
+    QObject::connect(&watch_, &QTimer::timeout, [this] { RefuseUnexpectedBox(); });
+    watch_.start(5);
     host.Adopt(form);
     form.Load();
   }
@@ -86,12 +89,15 @@ class MainWindowTest : public ::testing::Test {
 
   /// Answers the box that the next action opens. Its text is in `box_text`.
   void AnswerNextBox(QMessageBox::StandardButton answer) {
+    is_box_expected_ = true;
     auto* poll = new QTimer(qApp);
     QObject::connect(poll, &QTimer::timeout, qApp, [this, poll, answer] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box == nullptr) return;
       box_text = FromQt(box->text());
       poll->deleteLater();
+      answered_ = box;
+      is_box_expected_ = false;
       if (box->button(answer) == nullptr) {
         ADD_FAILURE() << "another box: " << box_text;
         box->reject();
@@ -101,6 +107,14 @@ class MainWindowTest : public ::testing::Test {
       box->button(answer)->click();
     });
     poll->start(5);
+  }
+
+  /// A box that nobody waits for would stand there for ever.
+  void RefuseUnexpectedBox() {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr || is_box_expected_ || box == answered_) return;
+    ADD_FAILURE() << "an unexpected box: " << FromQt(box->text());
+    box->reject();
   }
 
   /// Opens a tree's root and types the name of a folder below it.
@@ -134,6 +148,11 @@ class MainWindowTest : public ::testing::Test {
   Engine engine{machine};
   Form1 form{engine};
   std::string box_text;
+
+ private:
+  QTimer watch_;
+  QPointer<QMessageBox> answered_;
+  bool is_box_expected_ = false;
 };
 
 TEST_F(MainWindowTest, APersonMakesAListChoosesThePlaceSetsTheScheduleSavesAndBacksUp) {

@@ -111,6 +111,46 @@ TEST_F(ProgramTest, ASecondInstanceStartsTheCompanionTellsItsMessageAndEnds) {
   EXPECT_FALSE(machine.tray.HasIcon());
 }
 
+TEST_F(ProgramTest, AMessageOfASecondInstanceThatStandsForLongLeavesTheFirstOneAlone) {
+  GivenWizard("1");
+  machine.files.Write("C:\\Program\\Quit.exe", "");
+  machine.processes.previous_instance = true;
+  Program second(machine.Interfaces());
+  machine.boxes.Answer(BoxAnswer::kOk);
+  machine.boxes.WhileOpen([&] {
+    machine.Advance(1min);
+    EXPECT_FALSE(second.form.Visible);
+    EXPECT_FALSE(second.Agreement.IsLoaded());
+  });
+  EXPECT_EQ(second.Run(), 0);
+  ASSERT_EQ(machine.processes.Started().size(), 1U) << "the helper, and never Quit.exe";
+  EXPECT_EQ(machine.processes.Started().at(0).text, "C:\\Program\\U3-Data.exe");
+}
+
+TEST_F(ProgramTest, AnErrorThatLeftItsHandlerIsShown) {
+  ShowFaults(machine.Interfaces());
+  machine.ExpectFault(6);
+  machine.boxes.Expect("6\nOverflow", BoxIcon::kStop, BoxAnswer::kOk);
+  machine.loop.Deliver([] { throw ProgramError(kOverflow); });
+}
+
+TEST_F(ProgramTest, ACommandBringsUpAToolThatWasMinimised) {
+  GivenWizard("1");
+  Program& p = Start();
+  const std::vector<std::pair<Label*, Window*>> tools{{&p.form.Label34, &p.UserData.Get()},
+                                                      {&p.form.Label42, &p.Splitter.Get()},
+                                                      {&p.form.Label56, &p.RegistryBackup.Get()},
+                                                      {&p.form.Label46, &p.Transfer.Get()},
+                                                      {&p.form.Label41, &p.Compressor.Get()}};
+  for (const auto& [link, tool] : tools) {
+    link->Clicked.Emit();
+    tool->State = WindowState::kMinimized;
+    link->Clicked.Emit();
+    EXPECT_EQ(tool->State.Get(), WindowState::kNormal) << link->Caption.Get();
+    EXPECT_TRUE(tool->Visible);
+  }
+}
+
 TEST_F(ProgramTest, ARunPacksItsResultAndThePopupsFollow) {
   machine.files.Write("C:\\Work\\a.txt", "aaaaabbb");
   machine.files.MakeFolder("C:\\Store");

@@ -190,6 +190,7 @@ TEST_F(GuiTray, ARowOfTheMenuBringsTheWindowUpOnItsScreen) {
   });
   EXPECT_TRUE(WaitUntilActive(p.form));
   EXPECT_TRUE(p.form.GroupBox1.Visible);
+  EXPECT_TRUE(p.form.InTaskBar);
 }
 
 TEST_F(GuiTray, BackupNowAsksWhileTheWindowStaysInTheArea) {
