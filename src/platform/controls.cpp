@@ -7,6 +7,15 @@
 
 namespace tarnvale {
 
+std::string Label::Shown() const {
+  std::string shown = Caption.Get();
+  if (Role == TextRole::kValue) return shown;
+  for (std::size_t at = 0; (at = shown.find("&&", at)) != std::string::npos; ++at) {
+    shown.erase(at, 1);
+  }
+  return shown;
+}
+
 void TextBox::Append(const std::string& text) {
   Text.Target().ModifyQuietly([&](std::string& whole) { whole += text; });
   const TextSelection caret{Text.Get().size(), 0};

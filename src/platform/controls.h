@@ -44,13 +44,16 @@ enum class TextRole {
 
 enum class TextAlign { kLeft, kCenter, kRight };
 
-/// A text on the window. "&" marks nothing in a label; it is shown as written.
+/// A text on the window.
 class Label : public Control {
  public:
   explicit Label(TextRole role = TextRole::kBody) : Role(role) {}
   Label(TextRole role, Property<std::string>& caption) : Caption(caption), Role(role) {}
   void Accept(ControlVisitor& visitor) override { visitor.Visit(*this); }
   bool TakesFocus() const override { return Role == TextRole::kLink; }
+
+  /// The caption as it is shown: "&&" stands for "&". A fact is shown as it is.
+  std::string Shown() const;
 
   Bound<std::string> Caption;
   TextRole Role;

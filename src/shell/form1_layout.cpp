@@ -21,13 +21,13 @@ void LayOutTaskPanel(Form1& f) {
   f.Label36.Caption = "Storage Location For Backup";
   f.Label45.Caption = "Save My Backup Settings";
   f.FeaturesHeading.Caption = "Additional Features";
-  f.Label38.Caption = "General & Backup Settings";
+  f.Label38.Caption = "General && Backup Settings";
   f.Label39.Caption = "Advanced Auto Settings";
   f.ToolsHeading.Caption = "Tarnvale Tools";
   f.Label34.Caption = "User Data Applications";
   f.Label42.Caption = "Tarnvale Splitter";
   f.Label56.Caption = "Registry Backup Maker";
-  f.Label46.Caption = "Server Upload & Download";
+  f.Label46.Caption = "Server Upload && Download";
   f.Label41.Caption = "Tarnvale Compressor";
   f.TaskPanel.Background = PictureBox::Ground::kTaskPanel;
 
@@ -137,7 +137,7 @@ void LayOutListScreen(Form1& f) {
   f.CheckBox3.Caption = "Include Sub Directories";
   f.Command4.Caption = " Backup This Directory's Contents";
   f.Command5.Caption = " Backup Selected Items";
-  f.ListHeading.Caption = "Selected Files & Directories For Backup: ";
+  f.ListHeading.Caption = "Selected Files && Directories For Backup: ";
   f.List1.AccessibleName = "Selected Files And Directories For Backup";
   f.Command1.Caption = " Remove Selected Item(s) From Backup";
 
@@ -222,13 +222,14 @@ void LayOut(Form1& f) {
   f.Frame = WindowFrame::kFixed;
   f.ClientSize = kClient;
   LayOutTaskPanel(f);
+  // Behind the others: some commands leave it standing and show their own.
+  LayOutRestoreScreen(f);
   LayOutScheduleScreen(f);
   LayOutListScreen(f);
   LayOutStorageScreen(f);
   LayOutGeneralScreen(f);
   LayOutProgressScreen(f);
   LayOutAdvancedScreen(f);
-  LayOutRestoreScreen(f);
   for (chameleonButton* button :
        {&f.Command1, &f.Command4, &f.Command5, &f.chameleonButton1, &f.chameleonButton2,
         &f.chameleonButton3, &f.chameleonButton4, &f.chameleonButton5, &f.chameleonButton6,

@@ -45,7 +45,7 @@ void LayOutGeneralScreen(Form1& f) {
   f.Check5.Caption = "Show Visual Notification Upon Backup";
   f.Checkbox1.Caption = "Automatically Save A Backup Log File";
 
-  f.ExchangeHeading.Caption = "Export & Import My Backup Settings";
+  f.ExchangeHeading.Caption = "Export && Import My Backup Settings";
   f.chameleonButton2.Caption = "Export My Current Settings";
   f.chameleonButton3.Caption = "Import My Saved Settings";
   for (CheckBox* mark : {&f.CheckBox5, &f.CheckBox6, &f.CheckBox7, &f.CheckBox8}) {

@@ -30,6 +30,12 @@ class GuiScreens : public GuiTest {
     }
     return seen;
   }
+  /// A person sees this screen, not one that covers it.
+  bool LiesInFront(GroupBox& screen) {
+    QWidget& own = WidgetOf(screen);
+    const QWidget* front = own.parentWidget()->childAt(own.geometry().center());
+    return front == &own || own.isAncestorOf(front);
+  }
 };
 
 TEST_F(GuiScreens, EachLinkShowsItsScreen) {
@@ -63,6 +69,23 @@ TEST_F(GuiScreens, TheGeneralLinkLeavesTheRestoreScreenBehindItsOwn) {
   Click(f.Label51);
   Click(f.Label38);
   EXPECT_THAT(Seen(), ElementsAre(&f.GroupBox5, &f.GroupBox15));
+  EXPECT_TRUE(LiesInFront(f.GroupBox5));
+}
+
+TEST_F(GuiScreens, AMenuRowLeavesTheRestoreScreenBehindItsOwn) {
+  Form1& f = StartAndBringUp().form;
+  const std::pair<std::vector<QString>, GroupBox*> rows[] = {
+      {{"File", "Backup Wizard", "Backup Files"}, &f.GroupBox1},
+      {{"File", "Backup Wizard", "Storage Location"}, &f.GroupBox2},
+      {{"File", "Additional Features", "Advanced Auto Settings"}, &f.GroupBox6},
+      {{"File", "Backup Wizard", "Schedule"}, &f.GroupBox4}};
+  for (const auto& [captions, screen] : rows) {
+    Click(f.Label51);
+    EXPECT_TRUE(LiesInFront(f.GroupBox15));
+    ChooseInMenuBar(captions);
+    EXPECT_THAT(Seen(), ElementsAre(screen, &f.GroupBox15)) << captions.back().toStdString();
+    EXPECT_TRUE(LiesInFront(*screen)) << captions.back().toStdString();
+  }
 }
 
 TEST_F(GuiScreens, FilesAndFoldersComeOntoTheListAndGoFromIt) {

@@ -125,6 +125,23 @@ TEST_F(RegistryTest, AnEmptiedComboSavesTheWholeRegistryThoughASubBranchCanBeTyp
   EXPECT_TRUE(window.Text2.Enabled);
 }
 
+TEST_F(RegistryTest, TheTextsAreTheRequiredOnes) {
+  EXPECT_EQ(window.Label2.Caption.Get(), "Registry Branch Selection");
+  EXPECT_EQ(window.Label3.Caption.Get(), "Registry Branch:");
+  EXPECT_EQ(window.Label4.Caption.Get(), "Registry Sub Branch:");
+  EXPECT_EQ(window.Label1.Caption.Get(), "Registry Backup Location");
+  EXPECT_EQ(window.chameleonButton1.Caption.Get(), "Select Registry Backup Location");
+  EXPECT_EQ(window.Command1.Caption.Get(), "Backup The Selected Registry Branch");
+}
+
+TEST_F(RegistryTest, TicksEvery100Milliseconds) {
+  window.Text3.Text = "C:\\a.reg";
+  machine.Advance(99ms);
+  EXPECT_FALSE(window.Command1.Enabled);
+  machine.Advance(1ms);
+  EXPECT_TRUE(window.Command1.Enabled);
+}
+
 TEST_F(RegistryTest, TheEditorIsStartedMinimised) {
   LineFor("HKEY_USERS", "");
   EXPECT_EQ(machine.processes.Started().back().kind, StartKind::kMinimized);
@@ -146,7 +163,9 @@ TEST_F(RegistryTest, TheMessageComesBeforeTheExportHasBegun) {
   machine.boxes.WhileOpen([&] { EXPECT_THAT(machine.processes.Started(), IsEmpty()); });
   // The box yields once; the next one is the command's own.
   machine.loop.OnYield(2, [&] { EXPECT_THAT(machine.processes.Started(), IsEmpty()); });
+  const int before = machine.loop.YieldCount();
   Click(window.Command1);
+  EXPECT_EQ(machine.loop.YieldCount(), before + 2);
   EXPECT_EQ(machine.processes.Started().size(), 1U);
 }
 

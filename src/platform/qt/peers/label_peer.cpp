@@ -151,7 +151,7 @@ void LabelWidget::keyPressEvent(QKeyEvent* event) {
 
 LabelPeer::LabelPeer(PeerContext& context, Label& label, QWidget& parent)
     : Peer(context, label), label_(label), widget_(new LabelWidget(*this, parent)) {
-  widget_->text = WithPlainLineEnds(ToQt(label_.Caption.Get()));
+  widget_->text = WithPlainLineEnds(ToQt(label_.Shown()));
   Follow(label_.Caption.Changed(), [this] { RequestFrame(); });
   Adopt(widget_);
   if (label_.Role == TextRole::kLink && label_.Pointer.Get() == PointerShape::kDefault) {
@@ -164,7 +164,7 @@ QString LabelPeer::OwnName() const {
 }
 
 void LabelPeer::OnFrame() {
-  widget_->text = WithPlainLineEnds(ToQt(label_.Caption.Get()));
+  widget_->text = WithPlainLineEnds(ToQt(label_.Shown()));
   UpdateName();
   widget_->update();
 }

@@ -94,7 +94,7 @@ void Peer::UpdateName() {
   QString name = ToQt(record_.AccessibleName.Get());
   if (name.isEmpty()) name = OwnName();
   if (name.isEmpty()) name = ToQt(record_.ToolTip.Get());
-  if (name.isEmpty() && label_ != nullptr) name = ToQt(label_->Caption.Get()).trimmed();
+  if (name.isEmpty() && label_ != nullptr) name = ToQt(label_->Shown()).trimmed();
   if (name.isEmpty()) name = KindName();
   if (FocusWidget().accessibleName() != name) FocusWidget().setAccessibleName(name);
 }
