@@ -35,6 +35,22 @@ TEST_F(LinuxApplicationFoldersTest, AnApplicationInASandboxIsFoundThere) {
   EXPECT_EQ(Of(Application::kOpera), "C:\\home\\ann\\snap\\opera\\current\\.config\\opera");
 }
 
+TEST_F(LinuxApplicationFoldersTest, ASandboxesPlacesAreLookedAtInTurn) {
+  MakeHomeFolder(".var/app/org.mozilla.firefox/config/mozilla/firefox");
+  EXPECT_EQ(Of(Application::kFirefox),
+            "C:\\home\\ann\\.var\\app\\org.mozilla.firefox\\config\\mozilla\\firefox");
+  MakeHomeFolder(".var/app/org.mozilla.firefox/.mozilla/firefox");
+  EXPECT_EQ(Of(Application::kFirefox),
+            "C:\\home\\ann\\.var\\app\\org.mozilla.firefox\\.mozilla\\firefox");
+  // The last one first: each that is added stands before it.
+  for (const char* name :
+       {"net.thunderbird.Thunderbird", "org.mozilla.thunderbird", "org.mozilla.Thunderbird"}) {
+    MakeHomeFolder(std::string(".var/app/") + name + "/.thunderbird");
+    EXPECT_EQ(Of(Application::kThunderbird),
+              std::string("C:\\home\\ann\\.var\\app\\") + name + "\\.thunderbird");
+  }
+}
+
 TEST_F(LinuxApplicationFoldersTest, ThePackagesOwnPlaceComesFirstAndIsLookedForAnew) {
   MakeHomeFolder("snap/firefox/common/.mozilla/firefox");
   MakeHomeFolder(".config/mozilla/firefox");

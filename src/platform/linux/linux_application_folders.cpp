@@ -22,13 +22,16 @@ std::vector<std::string> PlacesOf(Application application, const UserFolders& us
     case Application::kFirefox:
       return {user.home + "/.mozilla/firefox", user.config + "/mozilla/firefox",
               user.home + "/snap/firefox/common/.mozilla/firefox",
-              user.home + "/.var/app/org.mozilla.firefox/.mozilla/firefox"};
+              user.home + "/.var/app/org.mozilla.firefox/.mozilla/firefox",
+              user.home + "/.var/app/org.mozilla.firefox/config/mozilla/firefox"};
     case Application::kOpera:
       return {user.config + "/opera", user.home + "/snap/opera/current/.config/opera",
               user.home + "/.var/app/com.opera.Opera/config/opera"};
     case Application::kThunderbird:
       return {user.home + "/.thunderbird", user.home + "/snap/thunderbird/common/.thunderbird",
-              user.home + "/.var/app/org.mozilla.Thunderbird/.thunderbird"};
+              user.home + "/.var/app/org.mozilla.Thunderbird/.thunderbird",
+              user.home + "/.var/app/org.mozilla.thunderbird/.thunderbird",
+              user.home + "/.var/app/net.thunderbird.Thunderbird/.thunderbird"};
   }
   return {};
 }
