@@ -51,6 +51,17 @@ TEST_F(LinuxApplicationFoldersTest, ASandboxesPlacesAreLookedAtInTurn) {
   }
 }
 
+TEST_F(LinuxApplicationFoldersTest, ALinkEndsInABackslash) {
+  MakeHomeFolder("elsewhere/firefox");
+  MakeHomeFolder(".mozilla");
+  std::filesystem::create_directory_symlink("../elsewhere/firefox",
+                                            OnDrive("home/ann/.mozilla/firefox"));
+  EXPECT_EQ(Of(Application::kFirefox), "C:\\home\\ann\\.mozilla\\firefox\\");
+  // One that leads nowhere is no folder.
+  std::filesystem::create_directory_symlink("gone", OnDrive("home/ann/.thunderbird"));
+  EXPECT_EQ(Of(Application::kThunderbird), "C:\\home\\ann\\.thunderbird");
+}
+
 TEST_F(LinuxApplicationFoldersTest, ThePackagesOwnPlaceComesFirstAndIsLookedForAnew) {
   MakeHomeFolder("snap/firefox/common/.mozilla/firefox");
   MakeHomeFolder(".config/mozilla/firefox");

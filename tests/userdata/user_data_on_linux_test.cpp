@@ -302,6 +302,22 @@ TEST_F(UserDataOnLinux, AProfileThatIsALinkIsCopiedAsWhatItLeadsTo) {
   EXPECT_EQ(TreeOf(OnDrive("Keep/Firefox Backup")), TreeOf(OnDrive("elsewhere/firefox")));
 }
 
+TEST_F(UserDataOnLinux, AProfileThatIsALinkIsRestoredToWhereItLeads) {
+  MakeProfile("elsewhere/firefox");
+  std::filesystem::create_directories(OnDrive("home/ann/.mozilla"));
+  const std::string link = OnDrive("home/ann/.mozilla/firefox");
+  std::filesystem::create_directory_symlink(OnDrive("elsewhere/firefox"), link);
+  fake.Advance(500ms);
+  BackUp(window.chameleonButton1, "C:\\Keep");
+  const std::vector<std::string> before = TreeOf(OnDrive("elsewhere/firefox"));
+  WriteNative(OnDrive("elsewhere/firefox/profiles.ini"), "broken");
+  std::filesystem::remove_all(OnDrive("elsewhere/firefox/abc.default/cache2"));
+  Restore(window.chameleonButton2, "C:\\Keep\\Firefox Backup");
+  EXPECT_EQ(TreeOf(OnDrive("elsewhere/firefox")), before);
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_EQ(std::filesystem::read_symlink(link), OnDrive("elsewhere/firefox"));
+}
+
 TEST_F(UserDataOnLinux, ABackupIntoTheProfileItselfEnds) {
   MakeProfile("home/ann/.mozilla/firefox");
   fake.Advance(500ms);

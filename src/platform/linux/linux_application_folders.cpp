@@ -16,6 +16,11 @@ bool IsFolder(const std::string& native) {
   return ::stat(native.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
+bool IsLink(const std::string& native) {
+  struct stat info {};
+  return ::lstat(native.c_str(), &info) == 0 && S_ISLNK(info.st_mode);
+}
+
 // The place of the package first, then those of the sandboxes.
 std::vector<std::string> PlacesOf(Application application, const UserFolders& user) {
   switch (application) {
@@ -53,7 +58,9 @@ LinuxApplicationFolders::LinuxApplicationFolders(DrivePaths drive, UserFolders f
 std::optional<Path> LinuxApplicationFolders::DataFolder(Application application) {
   const std::vector<std::string> places = PlacesOf(application, folders_);
   for (const std::string& place : places) {
-    if (IsFolder(place)) return drive_.FromNative(place);
+    if (!IsFolder(place)) continue;
+    // With the backslash a copy into it follows the link, as one out of it does.
+    return drive_.FromNative(place) + (IsLink(place) ? "\\" : "");
   }
   return drive_.FromNative(places.front());
 }
