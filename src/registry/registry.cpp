@@ -11,7 +11,7 @@ constexpr const char* kWholeRegistry = "Backup All Registry";
 
 }  // namespace
 
-registry::registry(Machine& machine) : machine_(machine), Timer1(machine.loop.Timers(), 100, true) {
+registry::registry(Machine& machine) : Timer1(machine.loop.Timers(), 100, true), machine_(machine) {
   LayOut(*this);
   chameleonButton1.Click.Listen([this] { ChooseFile(); });
   Command1.Click.Listen([this] { SaveBranch(); });

@@ -33,6 +33,9 @@ class registry : public Window {
   // State that isn't shown; it isn't laid out.
   TextBox Text4;  ///< The branch to save; empty for the whole registry.
 
+  // Timers.
+  Timer Timer1;  ///< Fills Text4, and enables what the fields allow.
+
  private:
   friend void LayOut(registry& window);
 
@@ -41,7 +44,6 @@ class registry : public Window {
   void SaveBranch();
 
   Machine& machine_;
-  Timer Timer1;
 };
 
 /// Gives every control of the registry window its place and its texts.

@@ -8,7 +8,7 @@
 namespace tarnvale {
 
 userdata::userdata(Machine& machine)
-    : machine_(machine), control_(machine), Timer1(machine.loop.Timers(), 500, true) {
+    : Timer1(machine.loop.Timers(), 500, true), machine_(machine), control_(machine) {
   LayOut(*this);
   WirePanels();
   WireOperations();

@@ -113,6 +113,9 @@ class userdata : public Window {
   TextBox Text12;  ///< Outlook Express: the folder chosen for a backup.
   TextBox Text13;  ///< Outlook Express: what a restore takes the mail store from.
 
+  // Timers.
+  Timer Timer1;  ///< Fills in where applications have their data.
+
  private:
   friend void LayOut(userdata& window);
 
@@ -140,7 +143,6 @@ class userdata : public Window {
 
   Machine& machine_;
   FileControl control_;
-  Timer Timer1;
 };
 
 /// Gives every control of the user data window its place and its texts.
