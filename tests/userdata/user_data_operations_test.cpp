@@ -81,6 +81,34 @@ TEST_F(UserDataTest, ACancelledFirstBackupGoesToTheRootOfTheDrive) {
   EXPECT_TRUE(machine.files.Exists("C:\\Firefox Backup\\profiles.ini"));
 }
 
+TEST_F(UserDataTest, ACancelledFirstRestoreOfTheOthersGoesOnAndIsTold) {
+  Tick();
+  machine.files.ClearCalls();
+  for (chameleonButton* restore :
+       {&window.chameleonButton2, &window.chameleonButton13, &window.chameleonButton3,
+        &window.chameleonButton8, &window.chameleonButton6}) {
+    RestoreCancelled(*restore);
+  }
+  EXPECT_EQ(machine.boxes.Shown().size(), 5U);
+  // A name alone begins at the root of the drive.
+  EXPECT_THAT(CallsOf("CopyTree"),
+              ElementsAre("-> " + window.Text1.Text.Get(), "-> " + window.Text20.Text.Get(),
+                          "-> " + window.Text3.Text.Get(), "-> " + window.Text7.Text.Get(),
+                          "\\IE Favorites -> " + window.Text5.Text.Get(),
+                          "\\IE Cookies -> " + window.Text16.Text.Get(),
+                          "\\IE History -> " + window.Text17.Text.Get(),
+                          "\\IE Temp -> " + window.Text18.Text.Get()));
+}
+
+TEST_F(UserDataTest, AFileInThePlaceOfTheBackupIsKeptWithoutAQuestion) {
+  Tick();
+  machine.files.Write(window.Text1.Text.Get() + "\\profiles.ini", "[General]");
+  machine.files.Write("C:\\Keep\\Firefox Backup", "a file");
+  BackUp(window.chameleonButton1, folder);
+  EXPECT_EQ(machine.files.Content("C:\\Keep\\Firefox Backup"), "a file");
+  EXPECT_EQ(machine.boxes.Shown().size(), 1U);
+}
+
 TEST_F(UserDataTest, AMissingApplicationIsToldAsASuccess) {
   Tick();
   BackUp(window.chameleonButton7, folder);
@@ -207,6 +235,14 @@ TEST_F(UserDataTest, ASecondCancelledBackupOfTheExplorerGoesToTheSameFolder) {
   EXPECT_TRUE(machine.files.Exists("C:\\Keep\\IE Settings\\IE Cookies\\index.dat"));
   // An empty folder comes of it, made before the field is set.
   EXPECT_THAT(CallsOf("CreateFolder"), ElementsAre("C:\\Keep\\IE Settings\\IE Settings"));
+}
+
+TEST_F(UserDataTest, ACancelledFirstBackupOfTheExplorerGoesToTheRootOfTheDrive) {
+  Tick();
+  machine.files.Write(profile + "\\Favorites\\News.url", "1");
+  BackUpCancelled(window.chameleonButton5);
+  EXPECT_EQ(window.Text6.Text.Get(), "\\IE Settings");
+  EXPECT_TRUE(machine.files.Exists("C:\\IE Settings\\IE Favorites\\News.url"));
 }
 
 TEST_F(UserDataTest, ABackupOfTheExplorerIntoAFolderThatIsThereGoesOn) {
@@ -368,6 +404,13 @@ TEST_F(UserDataTest, AFileThatFailsIsPassedOverAndTheBarRunsToItsEnd) {
               ElementsAre("autoexec.bat", "command.com", "CONFIG.SYS", "defrag.exe", "Explorer.exe",
                           "Regedit.exe", "Rundll32.exe", "System.ini", "winlogon.exe"));
   EXPECT_EQ(window.XP_ProgressBar1.Value, 11);
+}
+
+TEST_F(UserDataTest, ACancelledFirstBackupOfTheSystemsFilesGoesToTheRootOfTheDrive) {
+  machine.files.Write("C:\\boot.ini", "boot");
+  BackUpCancelled(window.chameleonButton11);
+  EXPECT_EQ(window.Text14.Text.Get(), "\\Windows Settings");
+  EXPECT_EQ(machine.files.Content("C:\\Windows Settings\\boot.ini"), "boot");
 }
 
 TEST_F(UserDataTest, ASecondPressThatIsCancelledGoesOneLevelDeeper) {

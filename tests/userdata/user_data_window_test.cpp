@@ -3,7 +3,8 @@
 
 #include <gmock/gmock.h>
 
-#include <utility>
+#include <array>
+#include <vector>
 
 #include "platform/window_slot.h"
 #include "tests/support/raised.h"
@@ -11,6 +12,79 @@
 
 namespace tarnvale::testing {
 namespace {
+
+struct PanelRow {
+  Label userdata::*link;
+  const char* caption;
+  GroupBox userdata::*panel;
+  const char* heading;
+  userdata::PanelTexts userdata::*texts;
+  const char* description;
+  TextBox userdata::*location;
+  chameleonButton userdata::*backup;
+  const char* backup_caption;
+  chameleonButton userdata::*restore;  ///< null where nothing can be restored
+  const char* restore_caption;
+};
+// As the navigation column has them.
+constexpr std::array<PanelRow, 7> kPanels{{
+    {&userdata::Label41, "Mozilla Firefox", &userdata::GroupBox1, "Mozilla Firefox",
+     &userdata::FirefoxTexts,
+     "This feature will automatically backup your Mozilla Firefox. This will backup up "
+     "your general settings, cache, cookies, history, download list, extensions, "
+     "bookmarks and certificates. You can later restore them by clicking on the restore "
+     "button.",
+     &userdata::Text2, &userdata::chameleonButton1, "Backup My Firefox Profiles",
+     &userdata::chameleonButton2, "Restore My Firefox Profiles"},
+    {&userdata::Label42, "Internet Explorer", &userdata::GroupBox3, "Microsoft Internet Explorer",
+     &userdata::ExplorerTexts,
+     "This feature will backup your Microsoft Internet Explorer. These Include: Cookies, "
+     "Temp Files, History, Favorites and Phishing Filter Settings. You can later restore "
+     "them by clicking the restore button. Supported Versions are: IE 5.0, 6.0 and 7.0",
+     &userdata::Text6, &userdata::chameleonButton5, "Backup My Internet Explorer",
+     &userdata::chameleonButton6, "Restore My Internet Explorer"},
+    {&userdata::Label30, "Opera Browser", &userdata::GroupBox7, "Opera Browser",
+     &userdata::OperaTexts,
+     "This feature will automatically backup your Opera Browser. This will backup your "
+     "general settings, cache, cookies, history, extensions, bookmarks, mail and "
+     "certificates. You can later restore them by clicking on the restore button.",
+     &userdata::Text19, &userdata::chameleonButton12, "Backup My Opera Profiles",
+     &userdata::chameleonButton13, "Restore My Opera Profiles"},
+    {&userdata::Label14, "Microsoft Outlook", &userdata::GroupBox4, "Microsoft Outlook",
+     &userdata::OutlookTexts,
+     "This feature will automatically backup all your Microsoft Outlook Messages in a "
+     "Personal Folder Format (.pst). You can later restore them by clicking the restore "
+     "button. Supported Versions are: Microsoft Outlook 2000 and Above.",
+     &userdata::Text8, &userdata::chameleonButton7, "Backup My Microsoft Outlook Messages",
+     &userdata::chameleonButton8, "Restore My Microsoft Outlook Messages"},
+    {&userdata::Label15, "Microsoft Outlook Express", &userdata::GroupBox5,
+     "Microsoft Outlook Express", &userdata::ExpressTexts,
+     "This feature will automatically backup your Microsoft Outlook Express. It will "
+     "backup Emails Messages, Identities, Accounts and Settings. You can later restore "
+     "them by clicking the restore button. Supported Versions 5.0 and Above.  ",
+     &userdata::Text9, &userdata::chameleonButton9, "Backup My Outlook Express",
+     &userdata::chameleonButton10, "Restore My Outlook Express"},
+    {&userdata::Label49, "Mozilla Thunderbird", &userdata::GroupBox2, "Mozilla Thunderbird",
+     &userdata::ThunderbirdTexts,
+     "This feature will automatically backup your Mozilla Thunderbird. This will backup "
+     "your general settings, email messages, address book, saved passwords and "
+     "certificates. You can later restore them clicking on the restore button.",
+     &userdata::Text4, &userdata::chameleonButton4, "Backup My Thunderbird Profiles",
+     &userdata::chameleonButton3, "Restore My Thunderbird Profiles"},
+    {&userdata::Label19, "Windows XP Files", &userdata::GroupBox6, "Windows XP Vital Files",
+     &userdata::SystemTexts,
+     "This feature will automatically backup your Microsoft Windows XP Files. These "
+     "include: Explorer.exe, boot.ini, config.sys, autoexec.bat, System.ini, Regedit.exe, "
+     "Rundll32.exe, command.com, hal.dll, defrag.exe and winlogon.exe. Restore is not "
+     "available. You can restore these files manually in case of system failure, viruses "
+     "or corrupted files.",
+     &userdata::Text14, &userdata::chameleonButton11, "Backup My Windows Vital Files", nullptr, ""},
+}};
+
+std::vector<const chameleonButton*> ButtonsOn(const userdata& window, const PanelRow& row) {
+  if (row.restore == nullptr) return {&(window.*row.backup)};
+  return {&(window.*row.backup), &(window.*row.restore)};
+}
 
 TEST_F(UserDataTest, OpensWithThePanelOfFirefox) {
   EXPECT_EQ(window.Caption.Get(), "User Data Applications");
@@ -22,45 +96,51 @@ TEST_F(UserDataTest, OpensWithThePanelOfFirefox) {
 }
 
 TEST_F(UserDataTest, EachLinkShowsItsPanelAndHidesTheSixOthers) {
-  const std::vector<std::pair<Label*, GroupBox*>> panels = {
-      {&window.Label41, &window.GroupBox1}, {&window.Label42, &window.GroupBox3},
-      {&window.Label30, &window.GroupBox7}, {&window.Label14, &window.GroupBox4},
-      {&window.Label15, &window.GroupBox5}, {&window.Label49, &window.GroupBox2},
-      {&window.Label19, &window.GroupBox6}};
-  for (const auto& [link, panel] : panels) {
-    link->Clicked.Emit();
-    for (const auto& [other_link, other] : panels) {
-      EXPECT_EQ(other->Visible.Get(), other == panel) << link->Caption.Get();
+  for (const PanelRow& row : kPanels) {
+    (window.*row.link).Clicked.Emit();
+    for (const PanelRow& other : kPanels) {
+      EXPECT_EQ((window.*other.panel).Visible.Get(), other.panel == row.panel) << row.caption;
     }
   }
 }
 
-TEST_F(UserDataTest, ThePanelsAreHeadedByTheirApplications) {
-  EXPECT_EQ(window.Label42.Caption.Get(), "Internet Explorer");
-  EXPECT_EQ(window.GroupBox3.Caption.Get(), "Microsoft Internet Explorer");
-  EXPECT_EQ(window.Label19.Caption.Get(), "Windows XP Files");
-  EXPECT_EQ(window.GroupBox6.Caption.Get(), "Windows XP Vital Files");
-  EXPECT_EQ(window.GroupBox5.Caption.Get(), "Microsoft Outlook Express");
-  EXPECT_EQ(window.ExpressTexts.Description.Caption.Get(),
-            "This feature will automatically backup your Microsoft Outlook Express. It will backup "
-            "Emails Messages, Identities, Accounts and Settings. You can later restore them by "
-            "clicking the restore button. Supported Versions 5.0 and Above.  ");
-  EXPECT_EQ(window.ThunderbirdTexts.WhatItDoes.Caption.Get(), "What It Does");
-  EXPECT_EQ(window.OperaTexts.BackupLocation.Caption.Get(), "Backup Location");
+TEST_F(UserDataTest, TheNavigationColumnHasThreeHeadings) {
+  EXPECT_EQ(window.BrowsersHeading.Caption.Get(), "Internet Browsers");
+  EXPECT_EQ(window.MailHeading.Caption.Get(), "E-Mail Clients");
+  EXPECT_EQ(window.SystemHeading.Caption.Get(), "Windows XP");
+}
+
+TEST_F(UserDataTest, EachPanelSaysWordForWordWhatItDoes) {
+  for (const PanelRow& row : kPanels) {
+    EXPECT_EQ((window.*row.link).Caption.Get(), row.caption);
+    EXPECT_EQ((window.*row.panel).Caption.Get(), row.heading);
+    const userdata::PanelTexts& texts = window.*row.texts;
+    EXPECT_EQ(texts.WhatItDoes.Caption.Get(), "What It Does") << row.caption;
+    EXPECT_EQ(texts.Description.Caption.Get(), row.description);
+    EXPECT_EQ(texts.BackupLocation.Caption.Get(), "Backup Location") << row.caption;
+    EXPECT_EQ((window.*row.backup).Caption.Get(), row.backup_caption);
+    if (row.restore != nullptr) {
+      EXPECT_EQ((window.*row.restore).Caption.Get(), row.restore_caption);
+    }
+  }
 }
 
 TEST_F(UserDataTest, EachButtonStandsOnThePanelOfItsApplication) {
-  EXPECT_EQ(window.chameleonButton1.Parent(), &window.GroupBox1);
-  EXPECT_EQ(window.chameleonButton3.Caption.Get(), "Restore My Thunderbird Profiles");
-  EXPECT_EQ(window.chameleonButton3.Parent(), &window.GroupBox2);
-  EXPECT_EQ(window.chameleonButton4.Caption.Get(), "Backup My Thunderbird Profiles");
-  EXPECT_EQ(window.chameleonButton5.Parent(), &window.GroupBox3);
-  EXPECT_EQ(window.chameleonButton8.Parent(), &window.GroupBox4);
-  EXPECT_EQ(window.chameleonButton10.Parent(), &window.GroupBox5);
-  EXPECT_EQ(window.chameleonButton11.Parent(), &window.GroupBox6);
+  std::size_t buttons = 0;
+  for (const PanelRow& row : kPanels) {
+    const GroupBox* panel = &(window.*row.panel);
+    for (const chameleonButton* button : ButtonsOn(window, row)) {
+      EXPECT_EQ(button->Parent(), panel) << button->Caption.Get();
+      ++buttons;
+    }
+    EXPECT_EQ((window.*row.location).Parent(), panel) << row.caption;
+    const userdata::PanelTexts& texts = window.*row.texts;
+    EXPECT_EQ(texts.WhatItDoes.Parent(), panel) << row.caption;
+    EXPECT_EQ(texts.Description.Parent(), panel) << row.caption;
+    EXPECT_EQ(texts.BackupLocation.Parent(), panel) << row.caption;
+  }
+  EXPECT_EQ(buttons, 13U);
   EXPECT_EQ(window.XP_ProgressBar1.Parent(), &window.GroupBox6);
-  EXPECT_EQ(window.chameleonButton12.Parent(), &window.GroupBox7);
-  EXPECT_EQ(window.Text19.Parent(), &window.GroupBox7);
 }
 
 TEST_F(UserDataTest, TheStateFieldsAreNotLaidOut) {
@@ -104,10 +184,10 @@ TEST_F(UserDataTest, ThePathsAreFilledHalfASecondAfterTheWindowOpened) {
 
 TEST_F(UserDataTest, NothingDependsOnWhatIsInstalled) {
   Tick();
-  for (const chameleonButton* button :
-       {&window.chameleonButton1, &window.chameleonButton5, &window.chameleonButton7,
-        &window.chameleonButton9, &window.chameleonButton11, &window.chameleonButton12}) {
-    EXPECT_TRUE(button->Enabled);
+  for (const PanelRow& row : kPanels) {
+    for (const chameleonButton* button : ButtonsOn(window, row)) {
+      EXPECT_TRUE(button->Enabled) << button->Caption.Get();
+    }
   }
 }
 
