@@ -84,7 +84,10 @@ void Form1::Restore() {
     show.Enabled = true;
     // Required: exactly this value; a second restore inside sets the bar back.
     while (XP_ProgressBar3.Value != kCopyBegins) machine.loop.WaitPass();
-    FileControl(machine).CopyFolderTo(Text27.Text, Text28.Text, {.move = false, .overwrite = true});
+    // A timer writes the two fields while the copy yields.
+    const Path source = Text27.Text.Get();
+    const Path target = Text28.Text.Get();
+    FileControl(machine).CopyFolderTo(source, target, {.move = false, .overwrite = true});
     show.Enabled = false;
     XP_ProgressBar3.Value = 100;
     machine.boxes.Show({.text = "Please Eject The U3 Smart Drive For Changes To Take Effect.",

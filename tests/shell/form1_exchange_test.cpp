@@ -127,6 +127,25 @@ TEST_F(Form1RestoreTest, PausesForFourSecondsAndCopies) {
   EXPECT_LE(machine.clock.Uptime() - start, 4100ms);
 }
 
+TEST_F(Form1RestoreTest, OtherFoldersChosenWhileItCopiesChangeNothing) {
+  machine.files.Write("C:\\Store\\b.txt", "the second");
+  machine.files.Write("C:\\Store\\Sub\\c.txt", "the third");
+  machine.files.MakeFolder("C:\\Other");
+  ExpectDone();
+  const Subscription watch = form.XP_ProgressBar3.Value.Changed().Subscribe([&] {
+    if (form.XP_ProgressBar3.Value != 40) return;
+    machine.loop.OnYield(1, [&] {
+      form.Text27.Text = "C:\\Other";
+      form.Text28.Text = "C:\\Other";
+    });
+  });
+  form.chameleonButton8.Click.Emit();
+  EXPECT_EQ(form.Text28.Text.Get(), "C:\\Other");
+  EXPECT_EQ(machine.files.Names("C:\\Work"), (std::vector<std::string>{"a.txt", "b.txt", "Sub"}));
+  EXPECT_EQ(machine.files.Names("C:\\Work\\Sub"), std::vector<std::string>{"c.txt"});
+  EXPECT_TRUE(machine.files.Names("C:\\Other").empty());
+}
+
 TEST_F(Form1RestoreTest, WithoutBothFoldersItEndsWithoutAWord) {
   form.Text28.Text = "";
   form.XP_ProgressBar3.Value = 70;
