@@ -13,6 +13,11 @@ constexpr const char* kSettingsExtension = ".ini";
 /// 100 ms, is a pause for show.
 constexpr int kCopyBegins = 40;
 
+// With its backslash; empty when the path has none.
+Path FolderOf(const Path& file) {
+  return file.substr(0, file.rfind('\\') + 1);
+}
+
 }  // namespace
 
 void Form1::WireExchange() {
@@ -43,6 +48,8 @@ void Form1::ExportSettings() {
     pass.Step([&] { engine_.machine().files.CopyWhole(SettingsFile(), Text8.Text); });
   }
   if (!pass.StandingError()) {
+    // Chosen: what is announced next has reached the medium, if it can.
+    PassedOver().Step([&] { engine_.machine().files.Flush(FolderOf(Text8.Text)); });
     CheckBox6.Checked = true;
     Label61.Caption = "Settings Exported OK!";
   }
@@ -62,6 +69,8 @@ void Form1::ImportSettings() {
     Label63.Caption = "Files Status OK! - Restart Application";
   }
   if (!pass.StandingError()) {
+    // Chosen: what is announced next has reached the medium, if it can.
+    PassedOver().Step([&] { engine_.machine().files.Flush(FolderOf(SettingsFile())); });
     CheckBox8.Checked = true;
     Label62.Caption = "Settings Imported OK!";
   }
@@ -88,6 +97,9 @@ void Form1::Restore() {
     const Path source = Text27.Text.Get();
     const Path target = Text28.Text.Get();
     FileControl(machine).CopyFolderTo(source, target, {.move = false, .overwrite = true});
+    // Chosen: the box asks for the drive to be pulled out, so everything is on
+    // it. A medium that can't be flushed changes nothing.
+    PassedOver().Step([&] { machine.files.Flush(target); });
     show.Enabled = false;
     XP_ProgressBar3.Value = 100;
     machine.boxes.Show({.text = "Please Eject The U3 Smart Drive For Changes To Take Effect.",

@@ -47,6 +47,27 @@ TEST_F(Form1ExchangeTest, AnExportThatFailsKeepsItsFirstMarkOnly) {
   ExpectExport(true, false);
 }
 
+TEST_F(Form1ExchangeTest, AnExportHasReachedTheMediumBeforeItSaysSo) {
+  machine.files.MakeFolder("C:\\Stick");
+  std::string last_call;
+  form.CheckBox6.Checked.Changed().Listen([&] { last_call = machine.files.Calls().back(); });
+  machine.dialogs.Choose(Kind::kSave, "C:\\Stick\\out.ini");
+  form.chameleonButton2.Click.Emit();
+  EXPECT_EQ(last_call, "Flush C:\\Stick\\");
+}
+
+TEST_F(Form1ExchangeTest, AMediumThatCannotBeFlushedChangesNoMark) {
+  machine.files.FailAlways("Flush", 57);
+  machine.files.Write("C:\\in.ini", "[A]\r\n");
+  machine.dialogs.Choose(Kind::kSave, "C:\\out.ini");
+  form.chameleonButton2.Click.Emit();
+  ExpectExport(true, true);
+  machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
+  form.chameleonButton3.Click.Emit();
+  ExpectImport(true, true);
+  EXPECT_EQ(machine.files.CallsOf("Flush"), 2);
+}
+
 TEST_F(Form1ExchangeTest, ACancelClearsTheMarksOfTheLastTimeWithoutAMessage) {
   machine.dialogs.Choose(Kind::kSave, "C:\\out.ini");
   form.chameleonButton2.Click.Emit();
@@ -77,6 +98,15 @@ TEST_F(Form1ExchangeTest, AnImportOfAMissingFileOrOverAReadOnlyOneKeepsItsFirstM
   machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
   form.chameleonButton3.Click.Emit();
   ExpectImport(true, false);
+}
+
+TEST_F(Form1ExchangeTest, AnImportHasReachedTheMediumBeforeItSaysSo) {
+  std::string last_call;
+  form.CheckBox8.Checked.Changed().Listen([&] { last_call = machine.files.Calls().back(); });
+  machine.files.Write("C:\\in.ini", "[A]\r\n");
+  machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
+  form.chameleonButton3.Click.Emit();
+  EXPECT_EQ(last_call, "Flush C:\\Data\\");
 }
 
 TEST_F(Form1ExchangeTest, ASaveAfterAnImportDiscardsItButForKeysAboveTheList) {
@@ -125,6 +155,23 @@ TEST_F(Form1RestoreTest, PausesForFourSecondsAndCopies) {
   EXPECT_FALSE(engine.timers.RestoreShow().Enabled);
   EXPECT_GE(machine.clock.Uptime() - start, 4s);
   EXPECT_LE(machine.clock.Uptime() - start, 4100ms);
+}
+
+TEST_F(Form1RestoreTest, TheCopyHasReachedTheMediumBeforeTheBoxAsksForTheDrive) {
+  ExpectDone();
+  std::string last_call;
+  machine.boxes.WhileOpen([&] { last_call = machine.files.Calls().back(); });
+  form.chameleonButton8.Click.Emit();
+  EXPECT_EQ(last_call, "Flush C:\\Work");
+}
+
+TEST_F(Form1RestoreTest, AMediumThatCannotBeFlushedEndsInTheSameWords) {
+  machine.files.FailNext("Flush", 57);
+  ExpectDone();
+  form.chameleonButton8.Click.Emit();
+  EXPECT_EQ(form.XP_ProgressBar3.Value, 100);
+  EXPECT_FALSE(engine.timers.RestoreShow().Enabled);
+  EXPECT_EQ(machine.boxes.Shown().size(), 1U);
 }
 
 TEST_F(Form1RestoreTest, OtherFoldersChosenWhileItCopiesChangeNothing) {
