@@ -266,6 +266,7 @@ class Form1 : public Window {
   void PrepareSettingsDialog();
   void ExportSettings();
   void ImportSettings();
+  void FinishImportedFile();
   Path SettingsFile() const;
   void Restore();
   void AskBeforeClosing(CloseRequest& request);

@@ -18,6 +18,12 @@ Path FolderOf(const Path& file) {
   return file.substr(0, file.rfind('\\') + 1);
 }
 
+void ClearReadOnly(FileSystem& files, const Path& file) {
+  const int value = files.Attributes(file);
+  if ((value & attribute::kReadOnly) == 0) return;
+  files.SetAttributes(file, value & ~attribute::kReadOnly);
+}
+
 }  // namespace
 
 void Form1::WireExchange() {
@@ -69,11 +75,19 @@ void Form1::ImportSettings() {
     Label63.Caption = "Files Status OK! - Restart Application";
   }
   if (!pass.StandingError()) {
-    // Chosen: what is announced next has reached the medium, if it can.
-    PassedOver().Step([&] { engine_.machine().files.Flush(FolderOf(SettingsFile())); });
+    FinishImportedFile();
     CheckBox8.Checked = true;
     Label62.Caption = "Settings Imported OK!";
   }
+}
+
+// Neither step is told in words, and neither changes the marks.
+void Form1::FinishImportedFile() {
+  FileSystem& files = engine_.machine().files;
+  // Chosen: settings that came from a read-only medium can be saved again.
+  PassedOver().Step([&] { ClearReadOnly(files, SettingsFile()); });
+  // Chosen: what is announced next has reached the medium, if it can.
+  PassedOver().Step([&] { files.Flush(FolderOf(SettingsFile())); });
 }
 
 Path Form1::SettingsFile() const {

@@ -109,6 +109,27 @@ TEST_F(Form1ExchangeTest, AnImportHasReachedTheMediumBeforeItSaysSo) {
   EXPECT_EQ(last_call, "Flush C:\\Data\\");
 }
 
+TEST_F(Form1ExchangeTest, SettingsThatCameFromAReadOnlyFileCanBeSavedAgain) {
+  machine.files.Write("C:\\in.ini", "[Destiny]\r\nDir=C:\\Imported\r\n");
+  machine.files.SetAttributes("C:\\in.ini", attribute::kReadOnly);
+  machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
+  form.chameleonButton3.Click.Emit();
+  ExpectImport(true, true);
+  EXPECT_EQ(machine.files.Attributes("C:\\in.ini") & attribute::kReadOnly, attribute::kReadOnly);
+  engine.SaveChanges();
+  EXPECT_THAT(machine.files.Content("C:\\Data\\Tarnvale.ini"),
+              ::testing::HasSubstr("Dir=C:\\Store\r\n"));
+}
+
+TEST_F(Form1ExchangeTest, AnAttributeThatStaysChangesNoMark) {
+  machine.files.Write("C:\\in.ini", "[A]\r\n");
+  machine.files.SetAttributes("C:\\in.ini", attribute::kReadOnly);
+  machine.files.FailNext("SetAttributes", 75);
+  machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
+  form.chameleonButton3.Click.Emit();
+  ExpectImport(true, true);
+}
+
 TEST_F(Form1ExchangeTest, ASaveAfterAnImportDiscardsItButForKeysAboveTheList) {
   engine.settings.Entries.Assign({"C:\\one"});
   machine.files.Write("C:\\in.ini",
