@@ -50,6 +50,8 @@ void LayOutGeneralScreen(Form1& f) {
   f.chameleonButton3.Caption = "Import My Saved Settings";
   for (CheckBox* mark : {&f.CheckBox5, &f.CheckBox6, &f.CheckBox7, &f.CheckBox8}) {
     mark->Caption = "";
+    // Chosen: a mark is a display; nobody can tick it.
+    mark->Enabled = false;
   }
   f.CheckBox5.AccessibleName = "File To Export To";
   f.CheckBox6.AccessibleName = "Settings Exported";

@@ -19,6 +19,8 @@ void Form1::WireSchedule() {
   Optionbutton1.Clicked.Listen([this] { Focus(MaskEdBox1); });
   Optionbutton2.Clicked.Listen([this] { Focus(MaskEdBox2); });
   Optionbutton3.Clicked.Listen([this] { engine_.scheduler.ChooseEveryDay(); });
+  // Chosen: the marks of the summary are a display; nobody can tick them.
+  for (CheckBox* mark : {&CheckBox9, &CheckBox10, &CheckBox11}) mark->Enabled = false;
 }
 
 void Form1::WireGeneral() {

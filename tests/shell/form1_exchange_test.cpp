@@ -68,6 +68,14 @@ TEST_F(Form1ExchangeTest, AMediumThatCannotBeFlushedChangesNoMark) {
   EXPECT_EQ(machine.files.CallsOf("Flush"), 2);
 }
 
+TEST_F(Form1ExchangeTest, AMarkCannotBeTickedByHand) {
+  for (CheckBox* mark : {&form.CheckBox5, &form.CheckBox6, &form.CheckBox7, &form.CheckBox8,
+                         &form.CheckBox9, &form.CheckBox10, &form.CheckBox11}) {
+    mark->Press();
+    EXPECT_FALSE(mark->Checked) << mark->AccessibleName.Get();
+  }
+}
+
 TEST_F(Form1ExchangeTest, ACancelClearsTheMarksOfTheLastTimeWithoutAMessage) {
   machine.dialogs.Choose(Kind::kSave, "C:\\out.ini");
   form.chameleonButton2.Click.Emit();
