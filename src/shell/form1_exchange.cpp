@@ -36,6 +36,7 @@ void Form1::PrepareSettingsDialog() {
   CommonDialog1.CancelError = true;
   CommonDialog1.Filter = kSettingsFilter;
   CommonDialog1.DefaultExt = kSettingsExtension;
+  // Chosen: an empty name. A click too many must not write over a file.
   CommonDialog1.FileName.clear();
 }
 

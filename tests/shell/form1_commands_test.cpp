@@ -1,3 +1,5 @@
+#include <map>
+
 #include "tests/shell/form1_fixture.h"
 
 namespace tarnvale::testing {
@@ -35,6 +37,62 @@ TEST_F(Form1CommandsTest, EachCommandShowsItsScreenAndHidesThoseOfItsRow) {
     for (GroupBox* frame : Frames()) frame->Visible = false;
     row.click(form).Emit();
     EXPECT_EQ(VisibleFrames(), std::vector<int>{row.shown}) << row.command;
+  }
+}
+
+/// The flags that each command sets, in order: the number of a frame, below zero
+/// for one that is hidden.
+const std::map<std::string, std::vector<int>> kFlags = {
+    {"Label36", {2, -1, -3, -4, -5, -6, -15}},
+    {"Label37", {1, -2, -3, -4, -5, -6, -15}},
+    {"Label38", {5, -2, -3, -4, -1, -6}},
+    {"Label39", {6, -2, -3, -1, -5, -4, -15}},
+    {"Label44", {4, -2, -3, -1, -5, -6, -15}},
+    {"Label51", {15, -2, -3, -1, -5, -6, -4}},
+    {"mnusettings", {5, -2, -3, -4, -1, -6}},
+    {"mnucompauto", {6, -2, -3, -1, -5, -4}},
+    {"mnufiles", {1, -2, -3, -4, -5, -6}},
+    {"mnustorage", {2, -1, -3, -4, -5, -6}},
+    {"mnuSchedule", {2, -1, -3, -4, -5, -6, 4, -2, -3, -1, -5, -6}},
+};
+
+int FrameNumber(Screen screen) {
+  const std::map<Screen, int> numbers = {
+      {Screen::kList, 1},    {Screen::kStorage, 2},  {Screen::kProgress, 3}, {Screen::kSchedule, 4},
+      {Screen::kGeneral, 5}, {Screen::kAdvanced, 6}, {Screen::kRestore, 15}};
+  return numbers.at(screen);
+}
+
+TEST_F(Form1CommandsTest, EachCommandSetsTheFlagsInTheOrderOfItsRow) {
+  std::vector<int> set;
+  engine.screens.Show = [&](Screen screen) { set.push_back(FrameNumber(screen)); };
+  engine.screens.Hide = [&](Screen screen) { set.push_back(-FrameNumber(screen)); };
+  for (const SwitchCase& row : kSwitches) {
+    set.clear();
+    row.click(form).Emit();
+    EXPECT_EQ(set, kFlags.at(row.command)) << row.command;
+  }
+}
+
+TEST_F(Form1CommandsTest, EveryMenuScreenCommandShowsTheWindowBeforeAndAfterItsFlags) {
+  std::string seen;
+  form.Raised.Listen([&] { seen += "raised "; });
+  engine.screens.Show = [&](Screen) {
+    EXPECT_EQ(form.State.Get(), WindowState::kNormal);
+    EXPECT_TRUE(form.Visible);
+    seen += "+";
+  };
+  engine.screens.Hide = [&](Screen) { seen += "-"; };
+  for (MenuItem* item : {&form.mnusettings, &form.mnucompauto, &form.mnufiles, &form.mnustorage,
+                         &form.mnuSchedule}) {
+    form.State = WindowState::kMinimized;
+    form.Hide();
+    seen.clear();
+    item->Clicked.Emit();
+    const std::string once = "raised +-----raised ";
+    EXPECT_EQ(seen, item == &form.mnuSchedule ? once + once : once) << item->Caption.Get();
+    EXPECT_EQ(form.State.Get(), WindowState::kNormal);
+    EXPECT_TRUE(form.Visible);
   }
 }
 

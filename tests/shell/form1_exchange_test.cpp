@@ -47,6 +47,21 @@ TEST_F(Form1ExchangeTest, AnExportThatFailsKeepsItsFirstMarkOnly) {
   ExpectExport(true, false);
 }
 
+TEST_F(Form1ExchangeTest, AnExportOverAReadOnlyFileOrOfMissingSettingsKeepsItsFirstMarkOnly) {
+  machine.files.Write("C:\\out.ini", "something else");
+  machine.files.SetAttributes("C:\\out.ini", attribute::kReadOnly);
+  machine.dialogs.Choose(Kind::kSave, "C:\\out.ini");
+  form.chameleonButton2.Click.Emit();
+  ExpectExport(true, false);
+  EXPECT_EQ(machine.files.Content("C:\\out.ini"), "something else");
+
+  machine.files.Remove("C:\\Data\\Tarnvale.ini");
+  machine.dialogs.Choose(Kind::kSave, "C:\\new.ini");
+  form.chameleonButton2.Click.Emit();
+  ExpectExport(true, false);
+  EXPECT_FALSE(machine.files.Exists("C:\\new.ini"));
+}
+
 TEST_F(Form1ExchangeTest, AnExportHasReachedTheMediumBeforeItSaysSo) {
   machine.files.MakeFolder("C:\\Stick");
   std::string last_call;
@@ -66,6 +81,18 @@ TEST_F(Form1ExchangeTest, AMediumThatCannotBeFlushedChangesNoMark) {
   form.chameleonButton3.Click.Emit();
   ExpectImport(true, true);
   EXPECT_EQ(machine.files.CallsOf("Flush"), 2);
+}
+
+TEST_F(Form1ExchangeTest, ADialogDoesNotComeUpWithTheFileChosenLast) {
+  machine.dialogs.Choose(Kind::kSave, "C:\\out.ini");
+  form.chameleonButton2.Click.Emit();
+  machine.dialogs.Cancel(Kind::kOpen);
+  form.chameleonButton3.Click.Emit();
+  machine.dialogs.Cancel(Kind::kSave);
+  form.chameleonButton2.Click.Emit();
+  for (const FakeDialogs::Shown& dialog : machine.dialogs.Seen()) {
+    EXPECT_EQ(dialog.file.file.find_first_not_of('\0'), std::string::npos);
+  }
 }
 
 TEST_F(Form1ExchangeTest, AMarkCannotBeTickedByHand) {
@@ -106,6 +133,26 @@ TEST_F(Form1ExchangeTest, AnImportOfAMissingFileOrOverAReadOnlyOneKeepsItsFirstM
   machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
   form.chameleonButton3.Click.Emit();
   ExpectImport(true, false);
+}
+
+TEST_F(Form1ExchangeTest, ACancelledImportClearsBothMarksOfTheLastOneAndNeedsNoExportBefore) {
+  machine.dialogs.Cancel(Kind::kOpen);
+  form.chameleonButton3.Click.Emit();
+  ExpectImport(false, false);
+  const FileDialogRecord asked = machine.dialogs.Seen().at(0).file;
+  EXPECT_EQ(asked.filter, std::string("Tarnvale Setting Files (*.ini)\0*.ini\0\0", 38));
+  EXPECT_EQ(asked.default_ext, ".ini");
+
+  machine.files.Write("C:\\in.ini", "[A]\r\n");
+  machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
+  form.chameleonButton3.Click.Emit();
+  ExpectImport(true, true);
+
+  machine.dialogs.Cancel(Kind::kOpen);
+  form.chameleonButton3.Click.Emit();
+  ExpectImport(false, false);
+  EXPECT_EQ(form.Text9.Text.Get(), "C:\\in.ini");
+  EXPECT_TRUE(machine.boxes.Shown().empty());
 }
 
 TEST_F(Form1ExchangeTest, AnImportHasReachedTheMediumBeforeItSaysSo) {

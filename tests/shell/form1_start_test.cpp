@@ -103,5 +103,17 @@ TEST_F(Form1StartTest, WithoutItsDataFolderTheProgramStartsItsEndAfterFiveSecond
   EXPECT_EQ(machine.processes.Started().size(), 3U) << "again and again until it has ended";
 }
 
+TEST_F(Form1StartTest, WithoutAPointerFileTheProgramStartsItsEndAfterFiveSeconds) {
+  machine.files.Write("C:\\Program\\Quit.exe", "");
+  machine.files.Remove("C:\\Program\\Data.txt");
+  form.Load();
+  EXPECT_EQ(engine.settings.DataFolder.Get(), "");
+  machine.Advance(5s);
+  EXPECT_TRUE(machine.processes.Started().empty());
+  machine.Advance(100ms);
+  const StartedProcess quit{StartKind::kProgram, "C:\\Program\\Quit.exe"};
+  EXPECT_EQ(machine.processes.Started(), std::vector{quit});
+}
+
 }  // namespace
 }  // namespace tarnvale::testing
