@@ -137,6 +137,7 @@ class Main : public Window {
   void FetchFile();
 
   // What the flows have in common.
+  void CopyFields();
   void SetBars(int value);
   void EndTransfer();
   void EnableUpload(bool enabled);

@@ -45,6 +45,7 @@ void Main::Verify() {
 }
 
 void Main::SaveSettings() {
+  CopyFields();
   PassedOver pass;
   pass.Step([&] {
     if (SaveChanges) SaveChanges();

@@ -55,11 +55,16 @@ void Main::Animate() {
   Timer2.Enabled = false;
 }
 
-// Required: a field that was emptied is stored empty once before it fills itself.
-void Main::StoreFields() {
+// Required: the order.
+void Main::CopyFields() {
   settings_.FtpServer = txtServer.Text;
   settings_.FtpUsername = txtUserID.Text;
   settings_.FtpPassword = txtPassword.Text;
+}
+
+// Required: a field that was emptied is stored empty once before it fills itself.
+void Main::StoreFields() {
+  CopyFields();
   if (txtServer.Text.Get().empty()) txtServer.Text = kExampleServer;
 }
 

@@ -38,7 +38,7 @@ class FtpWindowTest : public ::testing::Test {
   FtpWindowTest() {
     window.SaveChanges = [this] {
       ++saves;
-      saved_server = settings.FtpServer.Get();
+      saved = {settings.FtpServer, settings.FtpUsername, settings.FtpPassword};
       if (save_failure != 0) throw ProgramError(save_failure);
     };
     window.Show();
@@ -128,7 +128,7 @@ class FtpWindowTest : public ::testing::Test {
   BackupSettings settings;
   int saves = 0;
   int save_failure = 0;
-  std::string saved_server;
+  Deeds saved;  ///< server, name and password at the last save
   Main window{machine.Interfaces(), settings};
   Deeds deeds;
 };

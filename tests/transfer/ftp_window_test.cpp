@@ -99,13 +99,15 @@ TEST_F(FtpWindowTest, ItsLoadTakesTheFieldsFromTheSettings) {
   EXPECT_FALSE(other.Visible);
 }
 
-TEST_F(FtpWindowTest, ClosingSavesAllSettingsWithWhatWasTypedBeforeTheLastSecond) {
-  window.txtServer.Text = "ftp.home";
+TEST_F(FtpWindowTest, ClosingSavesAllSettingsWithWhatWasTypedInTheLastSecond) {
+  FillFields();
   machine.Advance(1s);
   window.txtServer.Text = "ftp.later";
+  window.txtUserID.Text = "bob";
+  window.txtPassword.Text = "n3w";
   window.Close();
   EXPECT_EQ(saves, 1);
-  EXPECT_EQ(saved_server, "ftp.home") << "the field reaches the settings by the timer alone";
+  EXPECT_THAT(saved, ElementsAre("ftp.later", "bob", "n3w"));
 }
 
 TEST_F(FtpWindowTest, AClosedWindowTicksNoMoreAndHearsNothing) {
@@ -172,6 +174,13 @@ TEST_F(FtpWindowTest, SaveSavesAndTellsSo) {
   EXPECT_EQ(saves, 1);
   EXPECT_EQ(machine.boxes.Shown()[0].title, "Tarnvale");
   EXPECT_THAT(ftp.Calls(), IsEmpty());
+}
+
+TEST_F(FtpWindowTest, SaveSavesWhatWasTypedInTheLastSecond) {
+  FillFields();
+  ExpectInformation("Your FTP Server Settings Have Been Successfully Saved!");
+  Click(window.chameleonButton2);
+  EXPECT_THAT(saved, ElementsAre("ftp.home", "ann", "s3cret"));
 }
 
 TEST_F(FtpWindowTest, SaveTellsOfSuccessAfterAFailureToo) {
