@@ -7,7 +7,9 @@
 #include <chrono>
 #include <cmath>
 #include <condition_variable>
+#include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <mutex>
 #include <vector>
 
@@ -66,12 +68,37 @@ extern "C" int getaddrinfo(const char* host, const char* service, const addrinfo
 namespace tarnvale::testing {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
+using ::testing::Gt;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Le;
 using ::testing::Not;
 using ::testing::StartsWith;
+
+/// After how many seconds the system asks a quiet server of this machine whether
+/// it is there, on the connection to this port; 0: never. The system tells it in
+/// a table of hexadecimal columns: number, own address, the other's, state,
+/// queues, timer (02 for such a question) and when it is due, in hundredths.
+double SecondsToTheQuestion(int port) {
+  std::ifstream table("/proc/net/tcp");
+  std::string line;
+  while (std::getline(table, line)) {
+    unsigned other = 0;
+    unsigned state = 0;
+    unsigned timer = 0;
+    unsigned long due = 0;
+    const int read =
+        std::sscanf(line.c_str(), "%*s %*s %*8[^:]:%x %x %*s %x:%lx", &other, &state, &timer, &due);
+    const bool is_established = read == 4 && state == 1;
+    if (is_established && other == static_cast<unsigned>(port)) {
+      return timer == 2 ? static_cast<double>(due) / 100 : 0;
+    }
+  }
+  return 0;
+}
 
 class RealSockets : public ::testing::Test {
  protected:
@@ -218,6 +245,11 @@ TEST_F(HostileServers, ANameWithAZeroByteIsNotTheNameBeforeIt) {
   ASSERT_TRUE(WaitFor([&] { return !failures.empty(); }));
   EXPECT_THAT(failures, ElementsAre(kHostNotFound));
   EXPECT_FALSE(server.Accept());
+}
+
+TEST_F(HostileServers, AQuietServerIsAskedWithinMinutesWhetherItIsThere) {
+  Connect();
+  EXPECT_THAT(SecondsToTheQuestion(server.Port()), AllOf(Gt(0), Le(120)));
 }
 
 TEST_F(HostileServers, AHostIsFoundByItsNameToo) {

@@ -1,5 +1,7 @@
 #include "platform/linux/linux_sockets.h"
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 
 #include <cerrno>
@@ -10,6 +12,11 @@ namespace {
 
 /// How much of what waits is read in one pass.
 constexpr std::size_t kMostAtOnce = 65536;
+
+// A quiet server is asked whether it is there, and given up after some questions.
+constexpr int kQuietSeconds = 60;
+constexpr int kBetweenQuestionsSeconds = 15;
+constexpr int kQuestions = 4;
 
 int NumberOf(int error) {
   switch (error) {
@@ -41,6 +48,23 @@ int NumberOf(int error) {
     default:
       return kConnectionAborted;
   }
+}
+
+// What ended a connection that stood: its time-out isn't that of the connecting.
+int NumberOfLoss(int error) {
+  return error == ETIMEDOUT ? kConnectionAborted : NumberOf(error);
+}
+
+// Makes an error of a link that died without a word. Without it a connection
+// works all the same.
+void KeepAlive(int descriptor) {
+  const auto set = [descriptor](int level, int option, int value) {
+    ::setsockopt(descriptor, level, option, &value, sizeof value);
+  };
+  set(SOL_SOCKET, SO_KEEPALIVE, 1);
+  set(IPPROTO_TCP, TCP_KEEPIDLE, kQuietSeconds);
+  set(IPPROTO_TCP, TCP_KEEPINTVL, kBetweenQuestionsSeconds);
+  set(IPPROTO_TCP, TCP_KEEPCNT, kQuestions);
 }
 
 int OutcomeOf(int descriptor) {
@@ -114,6 +138,7 @@ int LinuxSocket::StartConnect(const NativeAddress& address) {
   connection_ = Descriptor(
       ::socket(address.storage.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
   if (!connection_) return errno;
+  KeepAlive(connection_.Get());
   // The one way to hand an address to the system.
   const auto* generic = reinterpret_cast<const sockaddr*>(&address.storage);
   if (::connect(connection_.Get(), generic, address.length) != 0 && errno != EINPROGRESS) {
@@ -161,7 +186,7 @@ void LinuxSocket::Receive() {
   }
   if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
   const int error = count < 0 ? errno : send_error_;
-  if (error != 0) return Fail(NumberOf(error));
+  if (error != 0) return Fail(NumberOfLoss(error));
   Want({.writable = wanted_.writable});
   state_ = SocketState::kClosedByPeer;
   loop_.Deliver([&] { ClosedByPeer.Emit(); });
@@ -197,7 +222,7 @@ void LinuxSocket::SendWaiting() {
 void LinuxSocket::OnSendError(int error) {
   const bool peer_has_gone = error == EPIPE || error == ECONNRESET;
   // What the server said before it went is read, and told, first.
-  if (!peer_has_gone || !wanted_.readable) return Fail(NumberOf(error));
+  if (!peer_has_gone || !wanted_.readable) return Fail(NumberOfLoss(error));
   send_error_ = error;
   unsent_.clear();
   sent_ = 0;
