@@ -36,8 +36,8 @@ QFont ProgramFont(double size_pt, bool bold) {
 }
 
 QFont FixedWidthFont(double size_pt) {
-  static const QString kFamily =
-      FirstInstalled({"DejaVu Sans Mono", "Noto Sans Mono", "Liberation Mono"}, "Monospace");
+  static const QString kFamily = FirstInstalled(
+      {"Courier", "DejaVu Sans Mono", "Noto Sans Mono", "Liberation Mono"}, "Monospace");
   return MakeFont(kFamily, size_pt, false);
 }
 
