@@ -51,7 +51,7 @@ enum class TransferProtocol : std::int32_t { kFtp = 2 };
 /// The number that Execute raises while a command runs.
 inline constexpr int kStillExecuting = 35764;
 /// The number that Execute raises for a command that can't be started: no
-/// host, or a text that is no command.
+/// host, or a text that is no host or no command.
 inline constexpr int kMalformedCommand = 35752;
 
 /// One client with one control connection. Everything happens on the thread of
@@ -81,7 +81,8 @@ class FtpTransport {
   /// Paths are the program's own (drive, colon, backslashes). The connection is
   /// made by the first command that needs one and is kept for the next ones.
   /// Raises kStillExecuting while a command runs, kMalformedCommand when there
-  /// is no host or the text is no command. Every later failure comes as state
+  /// is no host, when its text can't be one (a blank within it, or one of
+  /// / @ ? # "), or the text is no command. Every later failure comes as state
   /// kError with its ResponseCode, and nothing raises.
   virtual void Execute(const std::string& command) = 0;
 

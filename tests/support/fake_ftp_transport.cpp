@@ -4,6 +4,7 @@
 #include <set>
 
 #include "base/failure.h"
+#include "base/text.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -11,6 +12,11 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr int kStepMs = 10;
+
+bool IsHost(const std::string& text) {
+  const std::string_view host = Trimmed(text);
+  return !host.empty() && host.find_first_of(" \t/@?#\"") == std::string_view::npos;
+}
 
 std::string VerbOf(const std::string& command) {
   return command.substr(0, command.find(' '));
@@ -74,7 +80,7 @@ void FakeFtpTransport::Execute(const std::string& command) {
   if (is_busy_) throw ProgramError(kStillExecuting);
   static const std::set<std::string> kVerbs{"DIR", "PUT", "GET", "CLOSE"};
   const std::string verb = VerbOf(command);
-  if (host_.empty() || !kVerbs.contains(verb)) throw ProgramError(kMalformedCommand);
+  if (!IsHost(host_) || !kVerbs.contains(verb)) throw ProgramError(kMalformedCommand);
   course_ = CourseOf(verb);
   is_connected_ = verb != "CLOSE";
   is_busy_ = true;

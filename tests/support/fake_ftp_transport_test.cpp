@@ -56,9 +56,11 @@ TEST_F(FakeFtpTransportTest, ACommandWhileOneRunsRaises) {
 
 TEST_F(FakeFtpTransportTest, WithoutAHostAndForATextThatIsNoCommandExecuteRaises) {
   EXPECT_EQ(RaisedBy([&] { ftp.Execute("LIST"); }), kMalformedCommand);
-  ftp.SetRemoteHost("");
-  EXPECT_EQ(RaisedBy([&] { ftp.Execute("DIR"); }), kMalformedCommand);
-  EXPECT_FALSE(ftp.IsBusy());
+  for (const char* text : {"", " ", "no host", "a/b", "user@host", "a\"b", "10.0.0.1#x", "a?b"}) {
+    ftp.SetRemoteHost(text);
+    EXPECT_EQ(RaisedBy([&] { ftp.Execute("DIR"); }), kMalformedCommand) << text;
+    EXPECT_FALSE(ftp.IsBusy());
+  }
 }
 
 TEST_F(FakeFtpTransportTest, CancelEndsACommandAndTellsNothing) {

@@ -241,6 +241,15 @@ TEST_F(FtpWindowTest, AVerifyThatCannotStartTellsSoAndShowsTheWindowUnconnected)
   EXPECT_EQ(machine.boxes.Shown()[0].title, "Tarnvale");
 }
 
+TEST_F(FtpWindowTest, AVerifyOfATextThatIsNoHostFails) {
+  for (const char* text : {"ftp.example.com/backup", "user@host", "my host"}) {
+    window.txtServer.Text = text;
+    ExpectError("Your Settings Have Not Been Verified. Connection Failed!");
+    Click(window.chameleonButton4);
+    EXPECT_EQ(window.ConnectionStatus.Get(), "Not Connected To Server") << text;
+  }
+}
+
 TEST_F(FtpWindowTest, VerifyWorksWithEmptyFields) {
   FillFields();
   window.txtUserID.Text = "";

@@ -29,6 +29,23 @@ std::string AsUrlHost(const std::string& host) {
   return "[" + escaped + "]";
 }
 
+// None when libcurl takes the two for no address.
+std::optional<std::string> UrlOf(const std::string& host, int port) {
+  const std::unique_ptr<CURLU, UrlCleanup> url(curl_url());
+  const std::string url_host = AsUrlHost(host);
+  const std::string url_port = std::to_string(port);
+  char* text = nullptr;
+  if (curl_url_set(url.get(), CURLUPART_SCHEME, kPlainScheme, 0) != CURLUE_OK ||
+      curl_url_set(url.get(), CURLUPART_HOST, url_host.c_str(), 0) != CURLUE_OK ||
+      curl_url_set(url.get(), CURLUPART_PORT, url_port.c_str(), 0) != CURLUE_OK ||
+      curl_url_get(url.get(), CURLUPART_URL, &text, 0) != CURLUE_OK) {
+    return std::nullopt;
+  }
+  std::string copy = text;
+  curl_free(text);
+  return copy;
+}
+
 std::int32_t ErrorOf(CURLcode result) {
   switch (result) {
     case CURLE_OK:
@@ -72,21 +89,16 @@ Connector::~Connector() {
   Abandon();
 }
 
+bool Connector::IsHost(const std::string& host, int port) {
+  return UrlOf(host, port).has_value();
+}
+
 bool Connector::SetUp(const std::string& host, int port) {
-  const std::unique_ptr<CURLU, UrlCleanup> url(curl_url());
-  const std::string url_host = AsUrlHost(host);
-  const std::string url_port = std::to_string(port);
-  if (curl_url_set(url.get(), CURLUPART_SCHEME, kPlainScheme, 0) != CURLUE_OK ||
-      curl_url_set(url.get(), CURLUPART_HOST, url_host.c_str(), 0) != CURLUE_OK ||
-      curl_url_set(url.get(), CURLUPART_PORT, url_port.c_str(), 0) != CURLUE_OK) {
-    return false;
-  }
-  char* text = nullptr;
-  if (curl_url_get(url.get(), CURLUPART_URL, &text, 0) != CURLUE_OK) return false;
+  const auto url = UrlOf(host, port);
+  if (!url) return false;
   easy_.reset(curl_easy_init());
   CURL* easy = easy_.get();
-  Set(easy, CURLOPT_URL, text);
-  curl_free(text);
+  Set(easy, CURLOPT_URL, url->c_str());
   Set(easy, CURLOPT_CONNECT_ONLY, 1L);
   Set(easy, CURLOPT_PROXY, "");
   Set(easy, CURLOPT_NOSIGNAL, 1L);

@@ -30,9 +30,13 @@ class Connector {
   Connector& operator=(const Connector&) = delete;
   ~Connector();
 
+  /// True for what can be a host's name or numeric address, whether there is such
+  /// a host or not.
+  static bool IsHost(const std::string& host, int port);
+
   /// Starts connecting; an earlier connection in the making is abandoned. Ends
   /// as a time-out after `limit_s`, 0 for none; a host's addresses share it.
-  /// False when `host` is none: a name or a numeric address.
+  /// False when it can't start: `host` is none.
   bool Begin(const std::string& host, int port, std::int32_t limit_s);
   void Abandon();
 

@@ -74,7 +74,7 @@ void CurlFtpTransport::Execute(const std::string& command) {
   if (busy_) throw ProgramError(kStillExecuting, kSource, "Still executing last request");
   auto parsed = ParseFtpCommand(command);
   const auto address = ParseHostAddress(host_);
-  if (!parsed || !address) {
+  if (!parsed || !address || !Connector::IsHost(address->host, address->port)) {
     throw ProgramError(kMalformedCommand, kSource, "Malformed request");
   }
   command_ = std::move(*parsed);

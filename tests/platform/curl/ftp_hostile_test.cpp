@@ -8,12 +8,14 @@
 #include "tests/platform/curl/ftp_stage.h"
 #include "tests/platform/curl/loopback.h"
 #include "tests/platform/curl/scripted_server.h"
+#include "tests/support/raised.h"
 
 namespace tarnvale::testing {
 namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 constexpr int kLimitSeconds = 1;
 // What a busy machine adds to a limit.
@@ -200,12 +202,14 @@ TEST_F(FtpHostile, NobodyListeningIsNoConnection) {
   EXPECT_THAT(run.states, ElementsAre(1, 2, 3, 11));
 }
 
-TEST_F(FtpHostile, ATextThatIsNoHostIsNotResolved) {
-  for (const char* text : {"no host", "a/b", "user@host", "a\"b", "10.0.0.1#x"}) {
+TEST_F(FtpHostile, ATextThatIsNoHostStartsNothing) {
+  for (const char* text : {"no host", "a/b", "user@host", "a\"b", "10.0.0.1#x", "a?b",
+                           "ftp.example.com/backup", "a b:2121", "[a/b]:21"}) {
     Configure(text, "ann", "x", kLimitSeconds);
-    EXPECT_THAT(Run("DIR").states, ElementsAre(1, 11)) << text;
-    EXPECT_EQ(transport->ResponseCode(), kTransferNameNotResolved) << text;
+    EXPECT_EQ(RaisedBy([&] { transport->Execute("DIR"); }), kMalformedCommand) << text;
+    EXPECT_FALSE(transport->IsBusy()) << text;
   }
+  EXPECT_THAT(told, IsEmpty());
 }
 
 TEST_F(FtpHostile, AConnectionThatTheServerEndedIsReplacedAtTheNextCommand) {
