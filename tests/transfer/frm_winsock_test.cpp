@@ -47,6 +47,16 @@ TEST_F(FrmWinsockTest, TheLogMixesBothSidesInTheOrderOfArrivalAndEndsWithTheClos
             "<CONNECTION CLOSED>\r\n");
 }
 
+TEST_F(FrmWinsockTest, ALineIsLoggedAfterItWasSent) {
+  std::string log_at_arrival;
+  server.on_connect = [](FakeConnection& c) { c.Say("220 ready\r\n"); };
+  server.on_bytes = [&](FakeConnection&, const std::string& bytes) {
+    if (bytes.starts_with("HELO")) log_at_arrival = Log();
+  };
+  Send();
+  EXPECT_EQ(log_at_arrival, "<CONNECTED>\r\n");
+}
+
 TEST_F(FrmWinsockTest, TheCaretFollowsTheNewestLine) {
   AnswerWith("220 ready\r\n", "250 ok\r\n");
   Send();

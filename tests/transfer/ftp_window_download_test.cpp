@@ -159,6 +159,20 @@ TEST_F(FtpDownloadTest, TheCloseWaitsUntilTheTransportIsFree) {
               ElementsAre("DIR", "GET \"far.tvz\" \"C:\\near.tvz\"", "DIR", "CLOSE"));
 }
 
+// What uploads came back before, and stays.
+TEST_F(FtpDownloadTest, AFailureOfTheCloseIsAFailureOfTheDownload) {
+  ftp.FailOn("Execute", "CLOSE", kStillExecuting);
+  machine.dialogs.Choose(Dialog::kSave, "C:\\near.tvz");
+  ExpectError(kServerError);
+  Click(window.chameleonButton3);
+  ASSERT_EQ(machine.boxes.Shown().size(), 1U);
+  EXPECT_EQ(machine.boxes.Shown()[0].title, "FTP Error");
+  EXPECT_EQ(window.ConnectionStatus.Get(), "File Download Has Failed!");
+  EXPECT_TRUE(window.chameleonButton3.Enabled);
+  EXPECT_TRUE(window.chameleonButton1.Enabled);
+  EXPECT_TRUE(window.Timer2.Enabled);
+}
+
 TEST_F(FtpDownloadTest, AMissingRemoteFileEndsWellAndSaysNothing) {
   ftp.Let("GET",
           {.told = {{10ms, TransportState::kError, kTransferRefusedByServer}}, .lasts = 20ms});

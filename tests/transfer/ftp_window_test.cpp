@@ -64,6 +64,21 @@ TEST_F(FtpPanelsTest, TheTextsAreTheRequiredOnes) {
   EXPECT_EQ(window.ExtensionNote.Caption.Get(), "TVZ For Tarnvale Compressed File");
 }
 
+TEST_F(FtpPanelsTest, TheFieldsAndButtonsHaveTheRequiredCaptions) {
+  EXPECT_EQ(window.ServerLabel.Caption.Get(), "FTP Server Address");
+  EXPECT_EQ(window.UserLabel.Caption.Get(), "Username:");
+  EXPECT_EQ(window.PasswordLabel.Caption.Get(), "Password:");
+  EXPECT_EQ(window.chameleonButton2.Caption.Get(), "Save My Current FTP Server Upload Settings");
+  EXPECT_EQ(window.chameleonButton4.Caption.Get(), "Establish Test Connection To Verify Settings");
+  EXPECT_EQ(window.LocalLabel.Caption.Get(), "Compressed Backup File:");
+  EXPECT_EQ(window.RemoteLabel.Caption.Get(), "Remote File Name:");
+  EXPECT_EQ(window.cmdBrowse.Caption.Get(), "Browse For A Compressed File");
+  EXPECT_EQ(window.chameleonButton1.Caption.Get(), "Upload File To FTP Server");
+  EXPECT_EQ(window.DownloadLabel.Caption.Get(), "Remote File Name:");
+  EXPECT_EQ(window.ExtensionLabel.Caption.Get(), "Extension:");
+  EXPECT_EQ(window.chameleonButton3.Caption.Get(), "Download File From FTP Server");
+}
+
 TEST_F(FtpPanelsTest, ThePasswordIsMaskedAndTheFirstBarIsOfItsOwnMode) {
   EXPECT_EQ(window.txtPassword.Kind, TextKind::kPassword);
   EXPECT_EQ(window.XP_ProgressBar1.Scrolling, 2);
