@@ -107,7 +107,10 @@ void Form1::Restore() {
     Timer& show = engine_.timers.RestoreShow();
     show.Enabled = true;
     // Required: exactly this value; a second restore inside sets the bar back.
-    while (XP_ProgressBar3.Value != kCopyBegins) machine.loop.WaitPass();
+    while (XP_ProgressBar3.Value != kCopyBegins) {
+      if (machine.loop.IsEnding()) return;
+      machine.loop.WaitPass();
+    }
     // A timer writes the two fields while the copy yields.
     const Path source = Text27.Text.Get();
     const Path target = Text28.Text.Get();
