@@ -125,12 +125,13 @@ class WindowHost {
  public:
   virtual ~WindowHost() = default;
 
-  /// Mirrors a window from now on; both must outlive the program's loop. Its
-  /// placements, frame and menus must be complete.
+  /// Mirrors a window from now on. Its placements, frame and menus must be
+  /// complete. The record must live until the loop has ended; the host may
+  /// outlive it and then doesn't touch it.
   virtual void Adopt(Window& window) = 0;
 
   /// Takes the native window of an adopted one away, after the present event.
-  /// The record must live until the host ends.
+  /// The record must live until the loop has ended, as if it were adopted still.
   virtual void Drop(Window& window) = 0;
 
   /// Opens a menu at the pointer and returns when it has closed, the chosen

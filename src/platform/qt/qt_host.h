@@ -17,7 +17,7 @@
 namespace tarnvale {
 
 /// Owns Qt's application and everything that the program needs of it. One to a
-/// process; must be destroyed last, or before the windows that it adopted.
+/// process.
 class QtHost {
  public:
   /// `argc` and `argv` are main's. `files` is what folder trees show
