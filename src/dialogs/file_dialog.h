@@ -31,7 +31,7 @@ class CFileDialog {
 
   /// Shows the open dialog (true) or the save dialog (false). True when the
   /// user confirmed: FileName and FileTitle are set only then. A name that
-  /// doesn't fit the dialog's buffer of 260 characters shows an error box.
+  /// doesn't fit the dialog's buffer of 260 bytes shows an error box. Yields.
   bool Show(bool open);
 
  private:
@@ -55,7 +55,9 @@ class CommonDialog {
   std::string FileTitle;
   std::string Filter;  ///< as in CFileDialog
 
-  /// Each leaves FileName as it stands on a cancel.
+  /// Each sets FileName and FileTitle when the user confirmed, and leaves them
+  /// as they stand on a cancel, which raises kCancelled if CancelError is set.
+  /// Raises 5 for a FileName of more than 260 bytes. Yields.
   void ShowOpen();
   void ShowSave();
 
@@ -65,7 +67,7 @@ class CommonDialog {
   Machine& machine_;
 };
 
-/// Lets the user choose a folder below `prompt`. Empty on a cancel.
+/// Lets the user choose a folder below `prompt`. Empty on a cancel. Yields.
 std::string PickFolder(Machine& machine, const std::string& prompt);
 
 }  // namespace tarnvale

@@ -55,18 +55,22 @@ inline constexpr int kStillExecuting = 35764;
 inline constexpr int kMalformedCommand = 35752;
 
 /// One client with one control connection. Everything happens on the thread of
-/// the event loop, and only while it yields.
+/// the event loop, and only while it yields. On a machine without a client every
+/// setting is taken, and Execute raises 5.
 class FtpTransport {
  public:
   virtual ~FtpTransport() = default;
 
-  /// The port stays the protocol's own.
+  /// The port stays the protocol's own. Raises 380 for any protocol but kFtp.
   virtual void SetProtocol(TransferProtocol protocol) = 0;
+  /// A name or an address. A port may stand behind it after a colon; blanks
+  /// around it don't count.
   virtual void SetRemoteHost(const std::string& host) = 0;
+  /// Empty: "anonymous".
   virtual void SetUserName(const std::string& name) = 0;
   virtual void SetPassword(const std::string& password) = 0;
-  /// In seconds. A limit on silence as well: a server that says nothing for so
-  /// long ends the request as a time-out.
+  /// In seconds, 0 for no limit. A limit on silence as well: a server that says
+  /// nothing for so long ends the request as a time-out. Raises 380 below 0.
   virtual void SetRequestTimeout(std::int32_t seconds) = 0;
 
   /// Drops whatever request or connection is open, at once. Busy falls. Tells
@@ -78,8 +82,9 @@ class FtpTransport {
   ///   PUT "local path" "remote name"   uploads
   ///   GET "remote name" "local path"   downloads, replacing the local file
   ///   CLOSE                            ends the session
-  /// Paths are the program's own (drive, colon, backslashes). The connection is
-  /// made by the first command that needs one and is kept for the next ones.
+  /// The words count in any case. Paths are the program's own (drive, colon,
+  /// backslashes). The connection is made by the first command that needs one and
+  /// is kept for the next ones.
   /// Raises kStillExecuting while a command runs, kMalformedCommand when there
   /// is no host, when its text can't be one (a blank within it, or one of
   /// / @ ? # "), or the text is no command. Every later failure comes as state

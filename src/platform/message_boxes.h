@@ -21,8 +21,8 @@ class MessageBoxes {
   virtual ~MessageBoxes() = default;
 
   /// Shows a modal box and returns when it was answered; closing it by other
-  /// means answers Cancel, or No where there is no Cancel. Yields: timers go on
-  /// ticking meanwhile.
+  /// means answers Cancel or No, whichever it has, and OK where there is nothing
+  /// else. Yields: timers go on ticking meanwhile.
   virtual BoxAnswer Show(const BoxRequest& request) = 0;
 };
 

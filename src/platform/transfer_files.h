@@ -39,7 +39,7 @@ class TransferFiles {
   /// Raises 53 (no such file), 70, 75 (no plain file), 76.
   virtual std::unique_ptr<TransferSource> OpenSource(const Path& file) = 0;
 
-  /// Raises 70, 75 (a read-only file or no plain file has the name), 76 (no
+  /// Raises 61, 70, 75 (a read-only file or no plain file has the name), 76 (no
   /// such folder). One target is open at a time.
   virtual std::unique_ptr<TransferTarget> OpenTarget(const Path& file) = 0;
 };

@@ -18,10 +18,11 @@ class FileControl {
     bool overwrite = false;
   };
 
-  /// Copies (or moves) a folder with all that is in it, merging into a folder
-  /// that is there. Asks first when the destination is a file of at least one
-  /// byte and `overwrite` is off. False when a failure was trapped; true
-  /// otherwise, also when the user refused. Yields between files.
+  /// Copies a folder with all that is in it, merging into a folder that is
+  /// there; yields after each file. Or moves it, which fails where the
+  /// destination exists, and doesn't yield. Asks first, which yields, when the
+  /// destination is a file of at least one byte and `overwrite` is off. False
+  /// when a failure was trapped; true otherwise, also when the user refused.
   bool CopyFolderTo(const Path& source, const Path& destination, CopyOptions options);
 
  private:

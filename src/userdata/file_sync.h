@@ -35,7 +35,7 @@ class FileSync {
   /// One row for each file of the first folder, in its order, then one for each
   /// file that only the second has. Names are matched without regard to case,
   /// times by the whole second. Raises nothing: a folder that can't be read
-  /// counts as empty.
+  /// counts as empty. Doesn't yield.
   std::vector<FileDifference> CompareFolders(const Path& first, const Path& second);
 
   /// Copies the files that differ: the newer over the older, and at equal times
@@ -45,7 +45,7 @@ class FileSync {
   void SyncFiles(const Path& first, const Path& second, bool two_way);
 
   /// SyncFiles for two folders and all folders in them. A second folder that is
-  /// missing is made by one copy of the first. Ignores all failures.
+  /// missing is made by one copy of the first. Ignores all failures. Yields.
   void SyncFolders(const Path& first, const Path& second, bool two_way);
 
  private:
