@@ -112,8 +112,7 @@ class DataPointer {
     if (place.found && (place.info.st_mode & S_IWUSR) == 0) throw ProgramError(kPermissionDenied);
     const std::string& temporary = temporaries_.Begin(place.folder);
     try {
-      Descriptor file(::open(temporary.c_str(),
-                             O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kNewFileMode));
+      Descriptor file = CreateFresh(AT_FDCWD, temporary.c_str(), kNewFileMode);
       if (!file) RaiseNative(errno, Attempt::kChange);
       WriteWhole(file, bytes);
       if (::fsync(file.Get()) != 0 || !file.Close() ||

@@ -99,6 +99,22 @@ TEST_F(LinuxProfileFilesTest, TheTemporaryGoesWithItsOwner) {
   EXPECT_TRUE(Names().empty());
 }
 
+// What names the temporary that a write couldn't make is its slot.
+TEST_F(LinuxProfileFilesTest, ALeftoverOfAnEarlierWriteIsReplaced) {
+  ASSERT_EQ(::symlink("../Away/real.ini", native.c_str()), 0);
+  ASSERT_FALSE(Write("x", "1"));
+  const std::string slots = surroundings.state_folder + "/copies";
+  ASSERT_EQ(NativeNames(slots).size(), 1U);
+  const std::string temporary = ReadNative(slots + "/" + NativeNames(slots).front()).c_str();
+  std::filesystem::create_directory(OnDrive("Away"));
+  WriteNative(temporary, "a longer text than the one that is written now");
+  ASSERT_EQ(NativeNames(OnDrive("Away")).size(), 1U);
+  EXPECT_TRUE(Write("x", "2"));
+  EXPECT_TRUE(host->profiles.Flush(kFile));
+  EXPECT_EQ(ReadNative(OnDrive("Away/real.ini")), "[A]\r\nx=2\r\n");
+  EXPECT_EQ(NativeNames(OnDrive("Away")), std::vector<std::string>{"real.ini"});
+}
+
 TEST_F(LinuxProfileFilesTest, AFolderThatWasRemovedMeanwhileFailsTheFlush) {
   ASSERT_TRUE(Write("x", "1"));
   std::filesystem::remove_all(OnDrive("Data"));

@@ -61,16 +61,6 @@ Descriptor OpenSource(NativeSpot source, struct stat& info) {
   RaiseNative(error, Attempt::kChange);
 }
 
-Descriptor CreateTemporary(NativeSpot spot, mode_t mode) {
-  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  Descriptor file(::openat(spot.folder_fd, spot.path, flags, mode));
-  if (!file && errno == EEXIST && ::unlinkat(spot.folder_fd, spot.path, 0) == 0) {
-    file = Descriptor(::openat(spot.folder_fd, spot.path, flags, mode));
-  }
-  if (!file) RaiseForTarget(errno);
-  return file;
-}
-
 // True for attributes that belong to the content; others belong to the place.
 bool GoesWithCopy(std::string_view name) {
   if (name == kArchivedAttribute) return false;
@@ -176,7 +166,8 @@ bool AtomicCopy::CopyNameless(const Source& source, const CopyTarget& target) {
 
 void AtomicCopy::CopyNamed(const Source& source, const CopyTarget& target) {
   const NativeSpot spot = TemporaryFor(target);
-  Descriptor to = CreateTemporary(spot, CreationMode(source.info));
+  Descriptor to = CreateFresh(spot.folder_fd, spot.path, CreationMode(source.info));
+  if (!to) RaiseForTarget(errno);
   Provisional provisional(spot);
   // It may have been read before.
   if (target.is_new) ::lseek(source.file.Get(), 0, SEEK_SET);

@@ -207,8 +207,7 @@ bool LinuxProfileFiles::Write(const std::string& section, const std::string& key
 bool LinuxProfileFiles::Hold(Profile& profile, const Place& place) {
   if (!profile.temporaries) profile.temporaries = std::make_unique<Temporaries>(state_folder_);
   const std::string& path = profile.temporaries->Begin(place.folder);
-  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  profile.temporary = Descriptor(::open(path.c_str(), flags, kNewFileMode));
+  profile.temporary = CreateFresh(AT_FDCWD, path.c_str(), kNewFileMode);
   if (!profile.temporary) return false;
   profile.temporary_path = path;
   return true;

@@ -16,6 +16,8 @@
 namespace tarnvale {
 namespace {
 
+constexpr mode_t kNewFileMode = 0666;  // less what the user's mask takes
+
 class FileToSend final : public TransferSource {
  public:
   explicit FileToSend(Descriptor file) : file_(std::move(file)) {}
@@ -80,16 +82,6 @@ void RequireReplaceable(const struct stat& info) {
   if (!S_ISREG(info.st_mode) || (info.st_mode & S_IWUSR) == 0) throw ProgramError(kPathFileAccess);
 }
 
-Descriptor CreateTemporary(const std::string& path) {
-  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  Descriptor file(::open(path.c_str(), flags, 0666));
-  if (!file && errno == EEXIST && ::unlink(path.c_str()) == 0) {
-    file = Descriptor(::open(path.c_str(), flags, 0666));
-  }
-  if (!file) RaiseNative(errno, Attempt::kChange);
-  return file;
-}
-
 }  // namespace
 
 std::unique_ptr<TransferSource> LinuxTransferFiles::OpenSource(const Path& file) {
@@ -112,7 +104,8 @@ std::unique_ptr<TransferTarget> LinuxTransferFiles::OpenTarget(const Path& file)
   if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
   if (located.found) RequireReplaceable(located.info);
   std::string temporary = temporaries_.Begin(located.folder);
-  Descriptor opened = CreateTemporary(temporary);
+  Descriptor opened = CreateFresh(AT_FDCWD, temporary.c_str(), kNewFileMode);
+  if (!opened) RaiseNative(errno, Attempt::kChange);
   // Who could read the file before can read it after.
   if (located.found && S_ISREG(located.info.st_mode)) {
     ::fchmod(opened.Get(), located.info.st_mode & 0777U);

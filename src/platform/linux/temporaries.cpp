@@ -70,6 +70,15 @@ bool IsTemporaryName(std::string_view name) {
          AreDigits(SlotOf(name));
 }
 
+Descriptor CreateFresh(int folder_fd, const char* name, mode_t mode) {
+  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  Descriptor file(::openat(folder_fd, name, flags, mode));
+  if (!file && errno == EEXIST && ::unlinkat(folder_fd, name, 0) == 0) {
+    file = Descriptor(::openat(folder_fd, name, flags, mode));
+  }
+  return file;
+}
+
 Temporaries::Temporaries(const std::string& state_folder)
     : slots_folder_(state_folder + "/copies"),
       mark_(MarkOf(state_folder)),

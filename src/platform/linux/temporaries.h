@@ -10,6 +10,8 @@
 // this machine, user and state folder, so that nobody else's is ever touched.
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 #include <string_view>
 
@@ -20,6 +22,12 @@ namespace tarnvale {
 /// True for every name that copies in work are given, whoever made them.
 bool IsTemporaryName(std::string_view name);
 
+/// Makes a file for writing, nothing else than a fresh one: a leftover of that
+/// name is deleted first, a link not followed. `name` counts from the open
+/// folder, or is a path and `folder_fd` AT_FDCWD. None when that fails, with
+/// `errno` set.
+Descriptor CreateFresh(int folder_fd, const char* name, mode_t mode);
+
 class Temporaries {
  public:
   /// Deletes what processes that have gone left in work. `state_folder` is a
@@ -29,9 +37,9 @@ class Temporaries {
   Temporaries& operator=(const Temporaries&) = delete;
   ~Temporaries();
 
-  /// Names the temporary of a copy into a native folder. It is free: a leftover
-  /// of ours under that name is deleted. One copy is in work at a time; the
-  /// name is ours until the next call.
+  /// Names the temporary of a copy into a native folder. Nothing has the name
+  /// but what an earlier copy of ours may have left; CreateFresh replaces that.
+  /// One copy is in work at a time; the name is ours until the next call.
   const std::string& Begin(std::string_view folder);
 
   /// True when `name` is a leftover of ours that no living process works on.

@@ -1,5 +1,6 @@
 #include "platform/linux/temporaries.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -108,6 +109,29 @@ TEST_F(TemporariesTest, ASlotThatNamesAStrangersFileDeletesNothing) {
   LinuxFiles next_run(root_, state_);
   EXPECT_TRUE(Exists("precious"));
   EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
+}
+
+TEST_F(TemporariesTest, AFreshFileReplacesALeftover) {
+  MakeFolder("z");
+  Temporaries temporaries(state_);
+  const std::string path = temporaries.Begin(Native("z"));
+  std::ofstream(path) << "half";
+  ASSERT_TRUE(CreateFresh(AT_FDCWD, path.c_str(), 0600));
+  EXPECT_EQ(NamesIn("z").size(), 1U);
+  EXPECT_EQ(std::filesystem::file_size(path), 0U);
+}
+
+TEST_F(TemporariesTest, AFreshFileReplacesALinkAndLeavesWhereItLedAlone) {
+  Write("precious", "content");
+  std::filesystem::create_symlink(Native("precious"), Native("fresh"));
+  ASSERT_TRUE(CreateFresh(AT_FDCWD, Native("fresh").c_str(), 0600));
+  EXPECT_FALSE(std::filesystem::is_symlink(Native("fresh")));
+  EXPECT_EQ(Read("precious"), "content");
+}
+
+TEST_F(TemporariesTest, AFolderInItsPlaceIsNoFreshFile) {
+  MakeFolder("z");
+  EXPECT_FALSE(CreateFresh(AT_FDCWD, Native("z").c_str(), 0600));
 }
 
 TEST_F(TemporariesTest, CopiesWorkWithoutAStateFolder) {
