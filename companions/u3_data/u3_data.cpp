@@ -55,14 +55,6 @@ std::string PointerTo(const Path& folder) {
   throw ProgramError(kPathFileAccess);
 }
 
-void WriteWhole(const Descriptor& file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t done = ::write(file.Get(), bytes.data(), bytes.size());
-    if (done < 0 && errno != EINTR) RaiseNative(errno, Attempt::kChange);
-    if (done > 0) bytes.remove_prefix(static_cast<std::size_t>(done));
-  }
-}
-
 class DataPointer {
  public:
   /// In the folder that this program lies in.
@@ -113,9 +105,7 @@ class DataPointer {
     const std::string& temporary = temporaries_.Begin(place.folder);
     try {
       Descriptor file = CreateFresh(AT_FDCWD, temporary.c_str(), kNewFileMode);
-      if (!file) RaiseNative(errno, Attempt::kChange);
-      WriteWhole(file, bytes);
-      if (::fsync(file.Get()) != 0 || !file.Close() ||
+      if (!file || !WriteAll(file.Get(), bytes) || ::fsync(file.Get()) != 0 || !file.Close() ||
           ::rename(temporary.c_str(), place.Native().c_str()) != 0) {
         RaiseNative(errno, Attempt::kChange);
       }

@@ -118,7 +118,7 @@ void Cat(const Request& request) {
   });
   if (!is_found) throw CommandFailure(request.archive, "holds no entry " + request.entry);
   progress.Clear();
-  WriteAll(STDOUT_FILENO, found.View(), kStandardOutput);
+  WriteBytes(STDOUT_FILENO, found.View(), kStandardOutput);
 }
 
 }  // namespace

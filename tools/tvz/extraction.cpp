@@ -168,7 +168,7 @@ void TargetFolder::Write(const ContainerRecord& record) {
   Descriptor file(::openat(last_.Get(), work_name_.c_str(),
                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
   if (!file) throw CommandFailure(record.name, ReasonOf(errno));
-  WriteAll(file.Get(), record.content.View(), record.name);
+  WriteBytes(file.Get(), record.content.View(), record.name);
   if (!file.Close() ||
       ::renameat(last_.Get(), work_name_.c_str(), last_.Get(), place.file.c_str()) != 0) {
     throw CommandFailure(record.name, ReasonOf(errno));

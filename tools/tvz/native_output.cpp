@@ -1,27 +1,21 @@
 #include "tvz/native_output.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
 
+#include "platform/linux/descriptor.h"
 #include "tvz/command_failure.h"
 
 namespace tarnvale {
 
-void WriteAll(int file, std::span<const std::uint8_t> bytes, const std::string& subject) {
-  while (!bytes.empty()) {
-    const ssize_t done = ::write(file, bytes.data(), bytes.size());
-    if (done < 0 && errno == EINTR) continue;
-    if (done < 0) throw CommandFailure(subject, ReasonOf(errno));
-    bytes = bytes.subspan(static_cast<std::size_t>(done));
-  }
+void WriteBytes(int file, std::span<const std::uint8_t> bytes, const std::string& subject) {
+  const void* const first = bytes.data();
+  WriteText(file, {static_cast<const char*>(first), bytes.size()}, subject);
 }
 
 void WriteText(int file, std::string_view text, const std::string& subject) {
-  const void* const first = text.data();
-  WriteAll(file, {static_cast<const std::uint8_t*>(first), text.size()}, subject);
+  if (!WriteAll(file, text)) throw CommandFailure(subject, ReasonOf(errno));
 }
 
 std::string ReasonOf(int error) {

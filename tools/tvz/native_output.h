@@ -9,7 +9,7 @@
 namespace tarnvale {
 
 /// Writes all of it. Raises CommandFailure, with `subject` for the file.
-void WriteAll(int file, std::span<const std::uint8_t> bytes, const std::string& subject);
+void WriteBytes(int file, std::span<const std::uint8_t> bytes, const std::string& subject);
 void WriteText(int file, std::string_view text, const std::string& subject);
 
 /// What the system says about an error number.

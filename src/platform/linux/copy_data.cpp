@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "platform/linux/descriptor.h"
 #include "platform/linux/native_errors.h"
 
 namespace tarnvale {
@@ -16,18 +17,6 @@ constexpr std::size_t kBufferBytes = std::size_t{256} * 1024;
 constexpr off_t kBlockBytes = 512;  // the unit of st_blocks, whatever the medium
 // One call can't be interrupted by much more than this.
 constexpr std::size_t kMostAtOnce = std::size_t{64} * 1024 * 1024;
-
-void WriteAll(int target, const char* bytes, std::size_t count) {
-  while (count > 0) {
-    const ssize_t written = ::write(target, bytes, count);
-    if (written < 0) {
-      if (errno == EINTR) continue;
-      RaiseNative(errno, Attempt::kChange);
-    }
-    bytes += written;
-    count -= static_cast<std::size_t>(written);
-  }
-}
 
 // As CopyRange, through memory.
 off_t CopyByBuffer(int source, int target, off_t most) {
@@ -41,7 +30,9 @@ off_t CopyByBuffer(int source, int target, off_t most) {
       RaiseNative(errno, Attempt::kChange);
     }
     if (got == 0) break;
-    WriteAll(target, buffer.data(), static_cast<std::size_t>(got));
+    if (!WriteAll(target, {buffer.data(), static_cast<std::size_t>(got)})) {
+      RaiseNative(errno, Attempt::kChange);
+    }
     done += got;
   }
   return done;

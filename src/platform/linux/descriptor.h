@@ -1,8 +1,9 @@
-// A file descriptor that closes itself.
+// A file descriptor that closes itself, and writing to one.
 #pragma once
 
 #include <unistd.h>
 
+#include <string_view>
 #include <utility>
 
 namespace tarnvale {
@@ -39,5 +40,9 @@ class Descriptor {
  private:
   int fd_ = -1;
 };
+
+/// Writes all of it, in as many pieces as the system takes it. False when that
+/// fails, with `errno` set; some of it may then have been written.
+bool WriteAll(int fd, std::string_view bytes);
 
 }  // namespace tarnvale

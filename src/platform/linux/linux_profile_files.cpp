@@ -63,16 +63,6 @@ bool ReadFile(const std::string& native, struct stat& state, std::string& bytes)
          ReadWhole(file.Get(), bytes);
 }
 
-bool WriteWhole(int file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t done = ::write(file, bytes.data(), bytes.size());
-    if (done < 0 && errno == EINTR) continue;
-    if (done <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(done));
-  }
-  return true;
-}
-
 bool MayBeReplaced(const struct stat& info, const std::string& native) {
   // The owner's write bit is asked for too: it stops nobody who is root.
   return S_ISREG(info.st_mode) && (info.st_mode & S_IWUSR) != 0 &&
@@ -258,7 +248,7 @@ bool LinuxProfileFiles::WriteAndReplace(Profile& profile, const Place& place,
     if (::fchown(file, place.info.st_uid, place.info.st_gid) != 0) errno = 0;
     if (::fchmod(file, place.info.st_mode & 07777) != 0) errno = 0;
   }
-  if (!WriteWhole(file, bytes) || ::fsync(file) != 0) return false;
+  if (!WriteAll(file, bytes) || ::fsync(file) != 0) return false;
   if (!profile.temporary.Close()) return false;
   if (::rename(profile.temporary_path.c_str(), place.Native().c_str()) != 0) return false;
   profile.temporary_path.clear();

@@ -54,11 +54,8 @@ class FileToReceive final : public TransferTarget {
   }
 
   void Write(std::span<const char> bytes) override {
-    while (!bytes.empty()) {
-      const ssize_t done = ::write(file_.Get(), bytes.data(), bytes.size());
-      if (done < 0 && errno == EINTR) continue;
-      if (done < 0) RaiseNative(errno, Attempt::kChange);
-      bytes = bytes.subspan(static_cast<std::size_t>(done));
+    if (!WriteAll(file_.Get(), {bytes.data(), bytes.size()})) {
+      RaiseNative(errno, Attempt::kChange);
     }
   }
 
