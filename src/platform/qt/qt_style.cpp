@@ -462,24 +462,21 @@ int QtStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget
   switch (hint) {
     case SH_ItemView_ShowDecorationSelected:
       return qobject_cast<const QTreeView*>(widget) == nullptr;
+    case SH_LineEdit_PasswordCharacter:
+      return '*';
+    case SH_MessageBox_CenterButtons:
+    case SH_UnderlineShortcut:
+      return 1;
+    case SH_DialogButtonLayout:  // Yes, No; OK, Cancel
     case SH_ComboBox_Popup:
     case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:
-    case SH_MessageBox_CenterButtons:
-      break;
-    case SH_DialogButtonLayout:
-      return 0;  // Yes, No; OK, Cancel
-    case SH_LineEdit_PasswordCharacter:
-      return '*';
-    case SH_UnderlineShortcut:
-      return 1;
     case SH_Widget_Animate:
     case SH_Widget_Animation_Duration:
       return 0;
     default:
       return QProxyStyle::styleHint(hint, option, widget, data);
   }
-  return hint == SH_MessageBox_CenterButtons ? 1 : 0;
 }
 
 }  // namespace tarnvale
