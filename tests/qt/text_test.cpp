@@ -45,7 +45,10 @@ TEST(QtText, BreaksLinesAtEveryKindOfLineEnd) {
 }
 
 TEST(QtText, ReadsACaptionWithoutItsMarks) {
-  EXPECT_EQ(WithoutMarks(QStringLiteral("&Save && Exit")), QStringLiteral("Save & Exit"));
+  const UnmarkedCaption unmarked = Unmark(QStringLiteral("Save && E&xit &now&"));
+  EXPECT_EQ(unmarked.text, QStringLiteral("Save & Exit now"));
+  EXPECT_EQ(unmarked.key, 8);
+  EXPECT_EQ(Unmark(QStringLiteral("Save && Exit")).key, -1);
 }
 
 TEST(QtText, FillsAMaskFromTheLeftAndTheRestWithZeros) {

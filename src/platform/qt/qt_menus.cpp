@@ -44,7 +44,7 @@ void AddRow(QMenu& menu, MenuItem& row, const MenuChoice& choice,
 
 void FillMenu(QMenu& menu, MenuItem& item, const MenuChoice& choice,
               std::vector<Subscription>& follows) {
-  menu.setAccessibleName(WithoutMarks(ToQt(item.Caption.Get())));
+  menu.setAccessibleName(Unmark(ToQt(item.Caption.Get())).text);
   for (MenuItem* row : item.Rows()) AddRow(menu, *row, choice, follows);
 }
 

@@ -74,17 +74,16 @@ QString WithPlainLineEnds(QString text) {
   return text;
 }
 
-QString WithoutMarks(const QString& caption) {
-  QString result;
+UnmarkedCaption Unmark(const QString& caption) {
+  UnmarkedCaption result;
   for (qsizetype at = 0; at < caption.size(); ++at) {
-    if (caption[at] == QLatin1Char('&') && ++at == caption.size()) break;
-    result += caption[at];
+    if (caption[at] == QLatin1Char('&')) {
+      if (++at == caption.size()) break;
+      if (caption[at] != QLatin1Char('&') && result.key < 0) result.key = result.text.size();
+    }
+    result.text += caption[at];
   }
   return result;
-}
-
-QString WithMarksShown(QString caption) {
-  return caption.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
 }  // namespace tarnvale

@@ -25,9 +25,12 @@ std::size_t BytesOf(const QString& text, qsizetype units);
 /// "\r\n", "\r" and "\n" all become "\n".
 QString WithPlainLineEnds(QString text);
 
-/// A caption as a screen reader says it: access key marks left out.
-QString WithoutMarks(const QString& caption);
-/// A caption in which nothing is an access key mark: every "&" doubled.
-QString WithMarksShown(QString caption);
+/// A caption without its access key marks, as it is drawn and as a screen reader
+/// says it.
+struct UnmarkedCaption {
+  QString text;
+  qsizetype key = -1;  ///< where its access key stands; -1 for none
+};
+UnmarkedCaption Unmark(const QString& caption);
 
 }  // namespace tarnvale

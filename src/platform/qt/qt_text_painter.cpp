@@ -1,34 +1,19 @@
 #include "platform/qt/qt_text_painter.h"
 
 #include <QFontMetricsF>
-#include <QImage>
 #include <QPainter>
 
 #include <cmath>
 
 #include "platform/qt/qt_look.h"
+#include "platform/qt/qt_pixels.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {
 namespace {
 
-/// A caption without its marks, and where its access key stands.
-struct MarkedText {
-  QString text;
-  qsizetype key = -1;
-};
-
-MarkedText Unmark(const QString& caption, bool has_marks) {
-  if (!has_marks) return {caption, -1};
-  MarkedText result;
-  for (qsizetype at = 0; at < caption.size(); ++at) {
-    if (caption[at] == QLatin1Char('&')) {
-      if (++at == caption.size()) break;
-      if (caption[at] != QLatin1Char('&') && result.key < 0) result.key = result.text.size();
-    }
-    result.text += caption[at];
-  }
-  return result;
+UnmarkedCaption Shown(const std::string& text, const TextLook& look) {
+  return look.access_key_marks ? Unmark(ToQt(text)) : UnmarkedCaption{.text = ToQt(text)};
 }
 
 QColor ToQColor(Color color) {
@@ -48,10 +33,10 @@ double LeftOf(const QRectF& area, double width, TextLook::Align align) {
 }
 
 /// The line below one character of a text that begins at `origin`.
-QRectF Underline(const QFontMetricsF& metrics, const MarkedText& marked, QPointF origin,
+QRectF Underline(const QFontMetricsF& metrics, const UnmarkedCaption& shown, QPointF origin,
                  int scale) {
-  const double left = metrics.horizontalAdvance(marked.text.left(marked.key));
-  const double right = metrics.horizontalAdvance(marked.text.left(marked.key + 1));
+  const double left = metrics.horizontalAdvance(shown.text.left(shown.key));
+  const double right = metrics.horizontalAdvance(shown.text.left(shown.key + 1));
   return {std::round(origin.x() + left), origin.y() + scale, std::round(right - left),
           static_cast<double>(scale)};
 }
@@ -71,32 +56,30 @@ const QFont& QtTextPainter::FontFor(const Font& font, int scale) {
 
 Size QtTextPainter::Measure(const std::string& text, const TextLook& look) {
   const QFontMetricsF metrics(FontFor(look.font, 1));
-  const MarkedText marked = Unmark(ToQt(text), look.access_key_marks);
-  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(marked.text))),
+  const UnmarkedCaption shown = Shown(text, look);
+  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(shown.text))),
           static_cast<int>(std::ceil(metrics.height()))};
 }
 
 void QtTextPainter::Draw(Canvas& canvas, const std::string& text, const TextLook& look, Rect area) {
   if (text.empty() || canvas.DeviceWidth() == 0 || canvas.DeviceHeight() == 0) return;
   const int scale = canvas.Scale();
-  // Red in the low byte is Qt's RGBA order in memory on little-endian machines.
-  QImage image(reinterpret_cast<uchar*>(canvas.DevicePixels()), canvas.DeviceWidth(),
-               canvas.DeviceHeight(), QImage::Format_RGBA8888);
+  QImage image = ViewOf(canvas.DevicePixels(), canvas.DeviceWidth(), canvas.DeviceHeight());
   const QFont& font = FontFor(look.font, scale);
   const QFontMetricsF metrics(font);
-  const MarkedText marked = Unmark(ToQt(text), look.access_key_marks);
+  const UnmarkedCaption shown = Shown(text, look);
   const QRectF device(area.left_px * scale, area.top_px * scale, area.width_px * scale,
                       area.height_px * scale);
-  const double width = metrics.horizontalAdvance(marked.text);
+  const double width = metrics.horizontalAdvance(shown.text);
   const double top = device.top() + std::floor((device.height() - metrics.height()) / 2);
   const QPointF origin(LeftOf(device, width, look.align), std::round(top + metrics.ascent()));
   QPainter painter(&image);
   painter.setClipRect(device);
   painter.setFont(font);
   painter.setPen(ToQColor(look.color));
-  painter.drawText(origin, marked.text);
-  if (marked.key >= 0 && look.show_access_key) {
-    painter.fillRect(Underline(metrics, marked, origin, scale), ToQColor(look.color));
+  painter.drawText(origin, shown.text);
+  if (shown.key >= 0 && look.show_access_key) {
+    painter.fillRect(Underline(metrics, shown, origin, scale), ToQColor(look.color));
   }
 }
 

@@ -18,7 +18,7 @@ CheckButtonPeer::CheckButtonPeer(PeerContext& context, CheckButton& check, QWidg
 }
 
 QString CheckButtonPeer::OwnName() const {
-  return WithoutMarks(button_->text());
+  return Unmark(button_->text()).text;
 }
 
 void CheckButtonPeer::ReportClick() {

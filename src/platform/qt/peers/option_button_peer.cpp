@@ -30,7 +30,7 @@ OptionButtonPeer::OptionButtonPeer(PeerContext& context, OptionButton& option, Q
 }
 
 QString OptionButtonPeer::OwnName() const {
-  return WithoutMarks(button_->text());
+  return Unmark(button_->text()).text;
 }
 
 void OptionButtonPeer::ReportClick() {

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/qt/peers/accessible.h"
+#include "platform/qt/qt_pixels.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {
@@ -176,9 +177,7 @@ const QImage& OwnerDrawnPeer::Picture(qreal pixel_ratio) {
   is_stale_ = false;
   Canvas canvas({widget_->width(), widget_->height()}, scale);
   Report([&] { drawn_.Paint(canvas, context_.text); });
-  // Red in the low byte is Qt's RGBA order in memory on little-endian machines.
-  const QImage drawing(reinterpret_cast<const uchar*>(canvas.DevicePixels()), canvas.DeviceWidth(),
-                       canvas.DeviceHeight(), QImage::Format_RGBA8888);
+  const QImage drawing = ViewOf(canvas.DevicePixels(), canvas.DeviceWidth(), canvas.DeviceHeight());
   picture_ = drawing.convertToFormat(QImage::Format_ARGB32_Premultiplied);
   picture_.setDevicePixelRatio(scale);
   return picture_;

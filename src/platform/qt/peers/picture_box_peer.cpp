@@ -5,15 +5,14 @@
 
 #include "platform/qt/peers/accessible.h"
 #include "platform/qt/qt_look.h"
+#include "platform/qt/qt_pixels.h"
 
 namespace tarnvale {
 
 QPixmap ToPixmap(const Raster& picture, qreal pixel_ratio) {
   if (picture.Empty()) return {};
-  // Red in the low byte is Qt's RGBA order in memory on little-endian machines.
-  const QImage image(reinterpret_cast<const uchar*>(picture.pixels.data()), picture.width,
-                     picture.height, QImage::Format_RGBA8888);
-  QPixmap pixmap = QPixmap::fromImage(image);
+  const QImage view = ViewOf(picture.pixels.data(), picture.width, picture.height);
+  QPixmap pixmap = QPixmap::fromImage(view);
   pixmap.setDevicePixelRatio(pixel_ratio);
   return pixmap;
 }
