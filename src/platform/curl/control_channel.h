@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/curl/connection.h"
 #include "platform/curl/ftp_reply.h"

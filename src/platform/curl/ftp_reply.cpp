@@ -1,9 +1,12 @@
 #include "platform/curl/ftp_reply.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
 #include <utility>
+
+#include "platform/curl/host_address.h"
 
 namespace tarnvale {
 namespace {
@@ -11,7 +14,6 @@ namespace {
 constexpr std::size_t kCodeLength = 3;
 // What is kept of a line; nothing that the client needs stands further behind.
 constexpr std::size_t kKeptOfLine = 1024;
-constexpr int kHighestPort = 65535;
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
@@ -31,10 +33,6 @@ bool OpensSeveralLines(std::string_view line) {
 
 std::string TextOf(std::string_view line) {
   return std::string(line.substr(std::min(line.size(), kCodeLength + 1)));
-}
-
-bool IsPort(int port) {
-  return port >= 1 && port <= kHighestPort;
 }
 
 // Six numbers with commas between, from the start of `text`.

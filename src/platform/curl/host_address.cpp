@@ -5,10 +5,9 @@
 namespace tarnvale {
 namespace {
 
-constexpr int kHighestPort = 65535;
 constexpr std::string_view kBlanks = " \t\r\n";
 
-std::string_view Trimmed(std::string_view text) {
+std::string_view WithoutBlanksAround(std::string_view text) {
   const auto first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
@@ -18,7 +17,7 @@ std::optional<int> ParsePort(std::string_view text) {
   int port = 0;
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, port);
-  if (error != std::errc() || stop != end || port < 1 || port > kHighestPort) return std::nullopt;
+  if (error != std::errc() || stop != end || !IsPort(port)) return std::nullopt;
   return port;
 }
 
@@ -36,7 +35,7 @@ std::optional<HostAddress> WithoutPort(std::string_view host) {
 }  // namespace
 
 std::optional<HostAddress> ParseHostAddress(std::string_view text) {
-  text = Trimmed(text);
+  text = WithoutBlanksAround(text);
   if (text.substr(0, 1) == "[") {
     const auto close = text.find(']');
     if (close == std::string_view::npos) return std::nullopt;

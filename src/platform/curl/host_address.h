@@ -9,6 +9,10 @@ namespace tarnvale {
 
 inline constexpr int kFtpPort = 21;
 
+inline bool IsPort(int number) {
+  return number >= 1 && number <= 65535;
+}
+
 struct HostAddress {
   std::string host;  ///< a name or an address; IPv6 without brackets
   int port = kFtpPort;
