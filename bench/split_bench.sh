@@ -16,7 +16,7 @@ rounds=${3:-5}
 part_bytes=104857600
 work=$(mktemp -d "${TMPDIR:-/var/tmp}/tarnvale-bench-XXXXXX")
 chmod 700 "$work"
-trap 'kill "${display:-0}" 2>/dev/null; rm -rf "$work"' EXIT
+trap 'kill "${display:-}" 2>/dev/null || true; rm -rf "$work"' EXIT
 missed=0
 
 Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
