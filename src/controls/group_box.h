@@ -75,7 +75,6 @@ class GroupBox : public OwnerDrawn {
 
   // What the host calls.
   void Paint(Canvas& canvas, TextPainter& text) override;
-  bool IsContainer() const override { return true; }
   Kind AccessibleKind() const override { return Kind::kGroup; }
   std::string AccessibleText() const override;
   char32_t AccessKeyChar() const override;

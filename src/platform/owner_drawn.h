@@ -47,8 +47,6 @@ class OwnerDrawn : public Control {
   /// once however often this was emitted.
   Signal<> LookChanged;
 
-  /// Contains other controls.
-  virtual bool IsContainer() const { return false; }
   /// What a screen reader says it is.
   enum class Kind { kButton, kCheckBox, kProgressBar, kGroup, kOther };
   virtual Kind AccessibleKind() const { return Kind::kOther; }

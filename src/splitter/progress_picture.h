@@ -14,7 +14,6 @@ class ProgressPicture : public OwnerDrawn {
 
   /// Shows another percent.
   void Show(std::int16_t percent);
-  std::int16_t Percent() const { return percent_; }
 
   void Paint(Canvas& canvas, TextPainter& text) override;
   Kind AccessibleKind() const override { return Kind::kProgressBar; }

@@ -11,7 +11,6 @@ namespace {
 class Recorder : public OwnerDrawn {
  public:
   bool TakesFocus() const override { return true; }
-  bool IsContainer() const override { return true; }
   Kind AccessibleKind() const override { return Kind::kButton; }
   AccessibleState StateForReaders() const override { return state; }
   std::string AccessibleText() const override { return "Backup Selected Items"; }

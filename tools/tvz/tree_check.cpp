@@ -30,10 +30,8 @@ class TreeCheck {
     std::error_code error;
     fs::directory_iterator entry(folder, error);
     if (error) throw CommandFailure(folder.string(), error.message());
-    for (; entry != fs::directory_iterator(); entry.increment(error)) {
-      if (error) throw CommandFailure(folder.string(), error.message());
-      LookAt(*entry);
-    }
+    // A step that fails ends the loop.
+    for (; entry != fs::directory_iterator(); entry.increment(error)) LookAt(*entry);
     if (error) throw CommandFailure(folder.string(), error.message());
   }
 
