@@ -307,6 +307,13 @@ TEST_F(Form1RestoreTest, ASecondPressStartsARestoreInsideTheFirst) {
   EXPECT_EQ(machine.boxes.Shown().size(), 2U);
 }
 
+TEST_F(Form1RestoreTest, ARestoreThatWaitsEndsWithTheProgramAndCopiesNothing) {
+  machine.loop.OnYield(1, [&] { machine.loop.Quit(0); });
+  form.chameleonButton8.Click.Emit();
+  EXPECT_EQ(machine.files.Content("C:\\Work\\a.txt"), "lost");
+  EXPECT_TRUE(machine.boxes.Shown().empty());
+}
+
 TEST_F(Form1RestoreTest, ASourceThatIsGoneEndsInTheSameWords) {
   machine.files.Remove("C:\\Store");
   ExpectDone();
