@@ -22,6 +22,7 @@ QtTray::QtTray(QtEventLoop& loop) : loop_(loop) {
   presence_.setTimerType(Qt::VeryCoarseTimer);
   presence_.start(kPresenceIntervalMs);
   IsPresent = QSystemTrayIcon::isSystemTrayAvailable();
+  uptime_.start();
 }
 
 QtTray::~QtTray() = default;
@@ -56,21 +57,7 @@ void QtTray::ShowRecord(const TrayRecord& record) {
 }
 
 void QtTray::Click(QSystemTrayIcon::ActivationReason reason) {
-  switch (reason) {
-    case QSystemTrayIcon::Trigger:
-      Tell(kTrayLeftDown);
-      Tell(kTrayLeftUp);
-      break;
-    case QSystemTrayIcon::DoubleClick:
-      Tell(kTrayLeftDouble);
-      break;
-    case QSystemTrayIcon::Context:
-      Tell(kTrayRightDown);
-      Tell(kTrayRightUp);
-      break;
-    default:
-      break;
-  }
+  for (const TrayMessage message : clicks_.MessagesOf(reason, uptime_.elapsed())) Tell(message);
 }
 
 // After the event of Qt's own icon: what is told can take that icon away.

@@ -1,12 +1,14 @@
 // The notification area of a Linux desktop.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QSystemTrayIcon>
 #include <QTimer>
 
 #include <memory>
 
 #include "platform/qt/qt_event_loop.h"
+#include "platform/qt/tray_clicks.h"
 #include "platform/tray.h"
 
 namespace tarnvale {
@@ -30,6 +32,8 @@ class QtTray final : public NotificationArea {
   QtEventLoop& loop_;
   std::unique_ptr<QSystemTrayIcon> icon_;
   PictureBox* hook_ = nullptr;
+  TrayClicks clicks_;
+  QElapsedTimer uptime_;
   /// Areas come and go without a word to those who have no icon in them.
   QTimer presence_;
 };
