@@ -5,11 +5,9 @@
 namespace tarnvale {
 
 DesktopMachine::DesktopMachine(int& argc, char** argv)
-    : desktop_(
-          argc, argv, system_.files,
-          {.to_program = [this](const std::string& native) { return drive_.FromNative(native); },
-           .to_native =
-               [this](const Path& path) { return drive_.ToNative(path).value_or(std::string()); }}),
+    : desktop_(argc, argv, system_.files,
+               {.to_program = [this](const std::string& native) { return system_.PathOf(native); },
+                .to_native = [this](const Path& path) { return system_.NativeOf(path); }}),
       sockets_(desktop_.Loop(), desktop_.Sockets()),
       ftp_(desktop_.Loop(), desktop_.Sockets(), system_.transfer_files),
       machine_{system_.Parts(),

@@ -34,9 +34,8 @@ GuiTest::GuiTest()
               .processes = {.program_file = folder.Path() + "/drive/tarnvale",
                             .lock_folder = folder.Path() + "/lock",
                             .desktop_opener = folder.Path() + "/drive/opener"}}),
-      paths{.to_program = [this](const std::string& native) { return drive.FromNative(native); },
-            .to_native =
-                [this](const Path& path) { return drive.ToNative(path).value_or(std::string()); }},
+      paths{.to_program = [this](const std::string& native) { return system.PathOf(native); },
+            .to_native = [this](const Path& path) { return system.NativeOf(path); }},
       host(loop, system.files, paths.to_program),
       dialogs(host, paths),
       tray(loop),

@@ -16,7 +16,6 @@
 #include "app/program.h"
 #include "platform/linux/linux_host.h"
 #include "platform/linux/linux_sockets.h"
-#include "platform/linux/paths.h"
 #include "platform/no_ftp_transport.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
@@ -91,7 +90,6 @@ class GuiTest : public ::testing::Test {
   void WithNextDialog(std::function<void(QDialog&)> act);
 
   TemporaryFolder folder;
-  DrivePaths drive{folder.Path() + "/drive"};
   LinuxHost system;
   QtEventLoop loop;
   PathTranslation paths;

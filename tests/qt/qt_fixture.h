@@ -66,7 +66,10 @@ class QtFixture : public ::testing::Test {
   testing::FakeClock clock;
   testing::FakeFiles files{clock};
   QtEventLoop loop;
-  QtWindowHost host{loop, files, [](const std::string& native) { return "C:" + native; }};
+  /// No path tells a name with a backslash.
+  QtWindowHost host{loop, files, [](const std::string& native) {
+                      return native.find('\\') == std::string::npos ? "C:" + native : Path();
+                    }};
   Window window;
   int next_top = 10;
 };

@@ -1,3 +1,4 @@
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QDropEvent>
 #include <QLineEdit>
@@ -137,6 +138,29 @@ TEST_F(QtTextBoxes, DroppedFilesArriveInTheProgramsPaths) {
   QApplication::sendEvent(&Edit(box), &drop);
   EXPECT_EQ(dropped, std::vector<Path>{"C:/a b.txt"});
   EXPECT_EQ(box.Text.Get(), "");
+}
+
+TEST_F(QtTextBoxes, DroppedFilesThatNoPathCanTellAreLeftOut) {
+  TextBox line;
+  TextBox memo{TextKind::kMemo};
+  for (TextBox* box : {&line, &memo}) {
+    box->AcceptsFiles = true;
+    Place(*box);
+  }
+  Show();
+  for (TextBox* box : {&line, &memo}) {
+    std::vector<Path> dropped;
+    box->FilesDropped.Listen([&](const std::vector<Path>& paths) { dropped = paths; });
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile("/a\\b.txt"), QUrl::fromLocalFile("/c.txt")});
+    auto* memo_edit = qobject_cast<QAbstractScrollArea*>(&PeerOf(*box).FocusWidget());
+    QWidget& edit = memo_edit == nullptr ? PeerOf(*box).FocusWidget() : *memo_edit->viewport();
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&edit, &enter);
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&edit, &drop);
+    EXPECT_EQ(dropped, std::vector<Path>{"C:/c.txt"});
+  }
 }
 
 TEST_F(QtTextBoxes, AMemoTellsTypedLinesWithBothLineEnds) {

@@ -49,6 +49,18 @@ class LinuxHost {
   LinuxHost(const LinuxHost&) = delete;
   LinuxHost& operator=(const LinuxHost&) = delete;
 
+  /// The path of an absolute native one; empty when no path can tell it, for one
+  /// of its names.
+  Path PathOf(const std::string& native) const {
+    return CanBeNamed(native) ? locator_.Drive().FromNative(native) : Path();
+  }
+  /// The native path of what is there, found as every path is; empty when there
+  /// is nothing.
+  std::string NativeOf(const Path& path) {
+    const Located located = locator_.Locate(path);
+    return located.found ? located.Native() : std::string();
+  }
+
   SystemParts Parts() {
     return {files, open_files, profiles, processes, clock, random, formats, registry, applications};
   }

@@ -2,9 +2,16 @@
 #pragma once
 
 #include <QDropEvent>
+#include <QFile>
 #include <QMimeData>
 #include <QStringList>
 #include <QUrl>
+
+#include <utility>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/qt/peers/peer.h"
 
 namespace tarnvale {
 
@@ -27,6 +34,16 @@ inline QStringList FilesOf(const QDropEvent& event) {
     if (url.isLocalFile()) files << url.toLocalFile();
   }
   return files;
+}
+
+/// The same files by the program's paths; what no path can tell is left out.
+inline std::vector<Path> ProgramPathsOf(const QStringList& files, const PeerContext& context) {
+  std::vector<Path> paths;
+  for (const QString& file : files) {
+    Path path = context.program_path(QFile::encodeName(file).toStdString());
+    if (!path.empty()) paths.push_back(std::move(path));
+  }
+  return paths;
 }
 
 }  // namespace tarnvale

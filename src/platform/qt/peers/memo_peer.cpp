@@ -1,6 +1,5 @@
 #include "platform/qt/peers/memo_peer.h"
 
-#include <QFile>
 #include <QScopedValueRollback>
 #include <QTextBlock>
 
@@ -55,10 +54,7 @@ MemoPeer::MemoPeer(PeerContext& context, TextBox& box, QWidget& parent)
   edit_->setUndoRedoEnabled(!box_.ReadOnly);
   if (box_.AcceptsFiles) {
     edit->on_files = [this](const QStringList& files) {
-      std::vector<Path> paths;
-      for (const QString& file : files) {
-        paths.push_back(context_.program_path(QFile::encodeName(file).toStdString()));
-      }
+      const std::vector<Path> paths = ProgramPathsOf(files, context_);
       Report([&] { box_.FilesDropped.Emit(paths); });
     };
   }

@@ -25,7 +25,8 @@ struct PeerContext {
   FrameClock& frames;
   QtTextPainter& text;
   FileSystem& files;
-  /// A native path in the program's path language.
+  /// An absolute native path in the program's path language; empty when no path
+  /// can tell it.
   std::function<Path(const std::string& native)> program_path;
   /// The host goes down: records may be gone, so nothing is reported any more.
   bool ending = false;

@@ -1,8 +1,8 @@
 #include "platform/qt/peers/text_box_peer.h"
 
-#include <QFile>
 #include <QScopedValueRollback>
 
+#include "platform/qt/peers/dropped_files.h"
 #include "platform/qt/peers/mask.h"
 #include "platform/qt/qt_look.h"
 #include "platform/qt/qt_text.h"
@@ -74,10 +74,7 @@ void TextBoxPeer::ReportSelection() {
 }
 
 void TextBoxPeer::ReportFiles(const QStringList& files) {
-  std::vector<Path> paths;
-  for (const QString& file : files) {
-    paths.push_back(context_.program_path(QFile::encodeName(file).toStdString()));
-  }
+  const std::vector<Path> paths = ProgramPathsOf(files, context_);
   Report([&] { box_.FilesDropped.Emit(paths); });
 }
 
