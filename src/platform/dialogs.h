@@ -32,8 +32,8 @@ struct FileDialogRecord {
   /// The filter chosen at the start, counted from 1; 0 is the first.
   int filter_index = 0;
   std::uint32_t flags = 0;
-  /// Added to a name that has no extension, when a file is saved. A leading
-  /// point isn't doubled.
+  /// Added to a name that has no extension, unless there is a file of that very
+  /// name to open. A leading point isn't doubled.
   std::string default_ext;
   /// Empty, or no folder: the one shown last.
   Path initial_dir;
@@ -57,7 +57,9 @@ class FileDialogs {
   /// Modal; each returns when the dialog was closed, and yields meanwhile.
   /// True when the user confirmed; the buffers are changed only then. A file
   /// that is to be saved over another one is asked about by the dialog. A path
-  /// that is longer than the buffer counts as a cancel.
+  /// that is longer than the buffer counts as a cancel. Paths of the program's
+  /// own language can be typed on every system, and what no path can tell can't
+  /// be chosen.
   virtual bool ShowOpen(FileDialogRecord& record) = 0;
   virtual bool ShowSave(FileDialogRecord& record) = 0;
 

@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 
 #include <algorithm>
+#include <cstddef>
 
 #include "base/text.h"
+#include "platform/qt/path_file_dialog.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {
@@ -58,15 +60,18 @@ bool GiveBack(FileDialogRecord& record, const Path& chosen) {
 }
 
 // Asks whether a missing file is to be created, as the classic flag wants it.
-bool AgreesToMissing(QWidget* owner, const QString& native, std::uint32_t flags) {
-  if (QFileInfo::exists(native) || (flags & kCreatePrompt) == 0) return true;
+bool AgreesToMissing(QWidget* owner, const Path& missing, std::uint32_t flags) {
+  if ((flags & kCreatePrompt) == 0) return true;
   const auto text =
-      QFileInfo(native).fileName() + "\n" + QFileDialog::tr("This file doesn't exist. Create it?");
+      ToQt(FileNameOf(missing)) + "\n" + QFileDialog::tr("This file doesn't exist. Create it?");
   return QMessageBox::question(owner, QFileDialog::tr("Open"), text) == QMessageBox::Yes;
 }
 
-void Prepare(QFileDialog& dialog, const FileDialogRecord& record) {
+void Prepare(PathFileDialog& dialog, const FileDialogRecord& record) {
   if (!record.title.empty()) dialog.setWindowTitle(ToQt(record.title));
+  QString extension = ToQt(record.default_ext);
+  if (extension.startsWith('.')) extension.remove(0, 1);
+  dialog.SetDefaultExtension(extension);
   const QStringList filters = NameFilters(record.filter);
   if (!filters.isEmpty()) {
     dialog.setNameFilters(filters);
@@ -79,7 +84,7 @@ void Prepare(QFileDialog& dialog, const FileDialogRecord& record) {
 
 bool QtFileDialogs::ShowOpen(FileDialogRecord& record) {
   QWidget* owner = OwnerOf(record.owner);
-  QFileDialog dialog(owner);
+  PathFileDialog dialog(owner, paths_);
   dialog.setAcceptMode(QFileDialog::AcceptOpen);
   const bool must_exist = (record.flags & kFileMustExist) != 0;
   const bool may_create = (record.flags & kCreatePrompt) != 0;
@@ -88,29 +93,31 @@ bool QtFileDialogs::ShowOpen(FileDialogRecord& record) {
   StartAt(dialog, record);
   const Path chosen = Run(dialog);
   if (chosen.empty()) return false;
-  if (!AgreesToMissing(owner, dialog.selectedFiles().value(0), record.flags)) return false;
+  if (paths_.to_native(chosen).empty() && !AgreesToMissing(owner, chosen, record.flags)) {
+    return false;
+  }
   return GiveBack(record, chosen);
 }
 
 bool QtFileDialogs::ShowSave(FileDialogRecord& record) {
-  QFileDialog dialog(OwnerOf(record.owner));
+  PathFileDialog dialog(OwnerOf(record.owner), paths_);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
-  QString extension = ToQt(record.default_ext);
-  if (extension.startsWith('.')) extension.remove(0, 1);
-  dialog.setDefaultSuffix(extension);
   Prepare(dialog, record);
   StartAt(dialog, record);
   return GiveBack(record, Run(dialog));
 }
 
 std::optional<Path> QtFileDialogs::BrowseForFolder(const FolderDialogRecord& record) {
-  QFileDialog dialog(OwnerOf(record.owner), ToQt(record.prompt));
+  PathFileDialog dialog(OwnerOf(record.owner), paths_);
+  dialog.setWindowTitle(ToQt(record.prompt));
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);
   StartAt(dialog, {});
-  const Path chosen = Run(dialog);
+  Path chosen = Run(dialog);
   if (chosen.empty()) return std::nullopt;
+  const bool is_drive = chosen.size() == 2;
+  if (is_drive) chosen += '\\';
   return chosen;
 }
 
@@ -121,33 +128,37 @@ QWidget* QtFileDialogs::OwnerOf(Window* owner) const {
   return native != nullptr && native->isVisible() && !native->isMinimized() ? native : nullptr;
 }
 
-void QtFileDialogs::StartAt(QFileDialog& dialog, const FileDialogRecord& record) {
-  const std::string folder = record.initial_dir.empty() ? "" : paths_.to_native(record.initial_dir);
-  if (!folder.empty()) {
-    dialog.setDirectory(ToQt(folder));
+void QtFileDialogs::StartAt(PathFileDialog& dialog, const FileDialogRecord& record) {
+  const QString folder = FolderOf(record.initial_dir);
+  if (!folder.isEmpty()) {
+    dialog.setDirectory(folder);
   } else if (!last_folder_.isEmpty() && QFileInfo(last_folder_).isDir()) {
     dialog.setDirectory(last_folder_);
   } else {
     dialog.setDirectory(QDir::home());
   }
-  const Path file = TextOf(record.file);
-  if (file.empty() || file.find_first_of("*?") != std::string::npos) return;
-  const std::size_t slash = file.rfind('\\');
-  if (slash != std::string::npos) {
-    const std::string parent = paths_.to_native(file.substr(0, slash + 1));
-    if (!parent.empty()) dialog.setDirectory(ToQt(parent));
-  }
-  dialog.selectFile(ToQt(FileNameOf(file)));
+  OfferFile(dialog, TextOf(record.file));
 }
 
-Path QtFileDialogs::Run(QFileDialog& dialog) {
-  QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
-  const bool confirmed = dialog.exec() == QDialog::Accepted;
-  QGuiApplication::restoreOverrideCursor();
-  const QStringList chosen = dialog.selectedFiles();
-  if (!confirmed || chosen.isEmpty()) return {};
-  last_folder_ = dialog.directory().absolutePath();
-  return paths_.to_program(FromQt(QDir::cleanPath(chosen.front())));
+// The file may have a name on another machine, with slashes and without a drive.
+void QtFileDialogs::OfferFile(PathFileDialog& dialog, const Path& file) {
+  if (file.find_first_of("*?") != std::string::npos) return;
+  const std::size_t slash = file.find_last_of("\\/");
+  const std::size_t name = slash == std::string::npos ? 0 : slash + 1;
+  const QString folder = FolderOf(file.substr(0, name));
+  if (!folder.isEmpty()) dialog.setDirectory(folder);
+  dialog.selectFile(ToQt(file.substr(name)));
+}
+
+QString QtFileDialogs::FolderOf(const Path& path) const {
+  const QString native = path.empty() ? QString() : ToQt(paths_.to_native(path));
+  return !native.isEmpty() && QFileInfo(native).isDir() ? native : QString();
+}
+
+Path QtFileDialogs::Run(PathFileDialog& dialog) {
+  Path chosen = dialog.Choose();
+  if (!chosen.empty()) last_folder_ = dialog.directory().absolutePath();
+  return chosen;
 }
 
 }  // namespace tarnvale

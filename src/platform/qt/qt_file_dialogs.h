@@ -3,22 +3,15 @@
 
 #include <QString>
 
-#include <functional>
+#include <utility>
 
 #include "platform/dialogs.h"
+#include "platform/qt/path_translation.h"
 #include "platform/qt/qt_window_host.h"
-
-class QFileDialog;
 
 namespace tarnvale {
 
-/// Translates between the program's paths and the desktop's.
-struct PathTranslation {
-  /// A native path in the program's path language.
-  std::function<Path(const std::string& native)> to_program;
-  /// The native path of one that exists; empty when there is none.
-  std::function<std::string(const Path& path)> to_native;
-};
+class PathFileDialog;
 
 /// Qt's dialogs: the desktop's own where it has some for Qt.
 class QtFileDialogs final : public FileDialogs {
@@ -33,9 +26,12 @@ class QtFileDialogs final : public FileDialogs {
 
  private:
   QWidget* OwnerOf(Window* owner) const;
-  void StartAt(QFileDialog& dialog, const FileDialogRecord& record);
+  void StartAt(PathFileDialog& dialog, const FileDialogRecord& record);
+  void OfferFile(PathFileDialog& dialog, const Path& file);
+  /// The native folder; empty when there is no such folder.
+  QString FolderOf(const Path& path) const;
   /// The chosen path; empty on a cancel.
-  Path Run(QFileDialog& dialog);
+  Path Run(PathFileDialog& dialog);
 
   QtWindowHost& windows_;
   PathTranslation paths_;
