@@ -30,12 +30,13 @@ class frmWinsock : public Window {
   /// runs from the loop: what the mail says is read when the connection stands.
   void StartSend();
 
-  /// Waits, yielding once at least, until a server has ever said anything.
-  /// Required: there is no time-out.
+  /// Waits, yielding once at least, until a server has ever said anything or the
+  /// program ends. Required: there is no time-out.
   void WinsockReady();
 
-  /// Waits, yielding, by the clock that starts anew at midnight. As the start is
-  /// rounded, half a second lasts anything up to one.
+  /// Waits, yielding, by the clock that starts anew at midnight, at most until the
+  /// program ends. As the start is rounded, half a second lasts anything up to one,
+  /// and what begins in a day's last half second never ends.
   void Pause(double seconds);
 
   /// Adds a line to the log.
