@@ -42,7 +42,7 @@ Program::Program(Machine& machine)
       Transfer(machine.windows, [this] { return MakeTransfer(); }),
       machine_(machine) {
   machine.windows.Adopt(form);
-  Splash.Icon = IconResource("AAA");
+  SetWindowIcon(Splash, "AAA");
   machine.windows.Adopt(Splash);
   // The companion program ends the process. Chosen: where it is missing, the
   // program doesn't go on without its window.

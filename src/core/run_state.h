@@ -43,6 +43,9 @@ struct RunState {
   /// The two bars of the run page, 0 to 100. The second may pass its maximum.
   Property<int> CopyBar{0};
   Property<int> FileBar{0};
+
+  /// "0" until the main window's first activation has placed the focus, then "1".
+  Property<std::string> FocusDone{"0"};
 };
 
 }  // namespace tarnvale

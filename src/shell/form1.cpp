@@ -59,7 +59,7 @@ Form1::Form1(Engine& engine)
 
 void Form1::Load() {
   Machine& machine = engine_.machine();
-  Icon = IconResource("AAA");
+  SetWindowIcon(*this, "AAA");
   if (engine_.Program_Running()) {
     // Required: no early return; the steps below run to their end.
     dying_ = true;
@@ -71,7 +71,7 @@ void Form1::Load() {
   }
   gSysTray.SourceWindow(this);
   gSysTray.ChangeIcon(Icon);
-  focus_done_ = "0";
+  run_.FocusDone = "0";
   File1.Folder = "C:\\";
   engine_.LoadSettings();
   State = WindowState::kMinimized;
@@ -100,9 +100,9 @@ void Form1::OnKey(KeyEvent& event) {
 // fixed time or interval takes effect here.
 void Form1::PlaceFirstFocus() {
   PassedOver pass;
-  if (pass.Test([&] { return ToNumber(focus_done_) == 0; })) {
+  if (pass.Test([&] { return ToNumber(run_.FocusDone.Get()) == 0; })) {
     pass.Step([&] { Focus(settings_.UseEach ? MaskEdBox2 : MaskEdBox1); });
-    focus_done_ = "1";
+    run_.FocusDone = "1";
   }
   engine_.machine().loop.Yield();
 }

@@ -285,7 +285,6 @@ class Form1 : public Window {
   void AllowSyncMode();
 
   CommonDialog CommonDialog1;
-  std::string focus_done_ = "0";
   bool list_has_focus_ = false;
   bool dying_ = false;
 };

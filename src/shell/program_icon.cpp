@@ -56,4 +56,8 @@ std::vector<Raster> IconResource(std::string_view name) {
   return ProgramIcons();
 }
 
+void SetWindowIcon(Window& window, std::string_view resource) {
+  window.Icon = IconResource(resource);
+}
+
 }  // namespace tarnvale

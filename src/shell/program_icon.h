@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/raster.h"
+#include "platform/window.h"
 
 namespace tarnvale {
 
@@ -17,5 +18,9 @@ std::vector<Raster> ProgramIcons();
 /// The icon resource of a name, largest size first. "AAA" is the program's own
 /// and the only one; any other name raises 326.
 std::vector<Raster> IconResource(std::string_view name);
+
+/// Gives a window an icon resource in all its sizes, and with it the boxes and
+/// dialogs that it owns. Raises 326.
+void SetWindowIcon(Window& window, std::string_view resource);
 
 }  // namespace tarnvale

@@ -39,5 +39,11 @@ TEST(ProgramIconTest, IsTheResourceOfItsNameAndTheOnlyOne) {
   }
 }
 
+TEST(ProgramIconTest, AWindowGetsAllSizesOfAResource) {
+  Window window;
+  SetWindowIcon(window, "AAA");
+  EXPECT_EQ(window.Icon.Get(), ProgramIcons());
+}
+
 }  // namespace
 }  // namespace tarnvale
