@@ -7,14 +7,14 @@
 
 namespace tarnvale::testing {
 
-/// For as long as this lives, no file may grow over four bytes.
+/// For as long as this lives, no file may grow over some bytes.
 class FullMedium {
  public:
-  FullMedium() {
+  explicit FullMedium(rlim_t most_bytes = 4) {
     old_handler_ = ::signal(SIGXFSZ, SIG_IGN);
     ::getrlimit(RLIMIT_FSIZE, &old_);
     rlimit none = old_;
-    none.rlim_cur = 4;
+    none.rlim_cur = most_bytes;
     ::setrlimit(RLIMIT_FSIZE, &none);
   }
   FullMedium(const FullMedium&) = delete;

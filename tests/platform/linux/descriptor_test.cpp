@@ -1,36 +1,15 @@
 #include "platform/linux/descriptor.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 
 #include <cerrno>
 #include <string>
 
+#include "tests/hosts/full_medium.h"
+
 namespace tarnvale {
 namespace {
-
-/// The most that a file of this process may hold, for as long as it lives.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{bytes, before_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    handler_ = ::signal(SIGXFSZ, SIG_IGN);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-  ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &before_);
-    ::signal(SIGXFSZ, handler_);
-  }
-
- private:
-  rlimit before_{};
-  sighandler_t handler_ = SIG_DFL;
-};
 
 Descriptor NamelessFile() {
   return Descriptor(::memfd_create("write_all", MFD_CLOEXEC));
@@ -54,7 +33,7 @@ TEST(WriteAll, GoesOnBehindAPieceAndSaysWhyItFailed) {
   bool done = true;
   int error = 0;
   {
-    const FileSizeLimit limit(1000);
+    const testing::FullMedium full(1000);
     done = WriteAll(file.Get(), std::string(1500, 'a'));
     error = errno;
   }
