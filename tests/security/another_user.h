@@ -1,0 +1,45 @@
+// A second user of the machine, who means no good.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/types.h>
+
+#include <functional>
+#include <string>
+
+#include "tests/hosts/linux_stage.h"
+
+namespace tarnvale::testing {
+
+/// Plays the attacks of a user with a number of his own, in child processes. That
+/// takes a process that may change its user: root, and not in a container that
+/// maps no other numbers.
+class AnotherUser {
+ public:
+  static constexpr uid_t kNumber = 54321;
+
+  /// Whether this process may act as somebody else.
+  static bool CanBePlayed();
+
+  /// Runs `attack` as him and returns what it returned; false when it couldn't
+  /// run. What it changes in memory is lost.
+  static bool Does(const std::function<bool()>& attack);
+
+  /// Plants a symbolic link of his at a native path, in place of what is there.
+  static void PlantLink(const std::string& leads_to, const std::string& at);
+  /// Writes a file of his own, in place of what is there.
+  static void PlantFile(const std::string& content, const std::string& at, mode_t mode = 0666);
+  /// Whether he can read a file.
+  static bool CanRead(const std::string& file);
+};
+
+/// A drive on which he can reach everything that permissions don't keep from him.
+/// "Data/shared" is a folder that everybody may write to, without a sticky bit:
+/// the kernel's own protections don't hold there.
+class AttackedStage : public LinuxStage {
+ protected:
+  /// Skips the test where nobody else can be played.
+  void SetUp() override;
+};
+
+}  // namespace tarnvale::testing
