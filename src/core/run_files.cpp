@@ -57,7 +57,7 @@ void RunFiles::AddMatches(FileSystem& files, std::string pattern) {
     next = UpperBound() + 1;
     SetUpperBound(next);
   }
-  const std::vector<std::string> names = files.List(pattern, {.hidden = true});
+  const std::vector<std::string> names = files.List(pattern, {});
   for (std::size_t match = 0; match < names.size(); ++match) {
     if (match == 0) {
       Write(files, UpperBound() - 1, base + names[match]);

@@ -133,11 +133,16 @@ TEST_F(RunFilesTest, ContentsAreListedWithoutFoldersAndByTheirOwnPattern) {
   EXPECT_EQ(table.UpperBound(), 3U);
 }
 
-TEST_F(RunFilesTest, ContentsTakeHiddenFilesToo) {
+TEST_F(RunFilesTest, HiddenAndSystemFilesPushNothingOutOfTheRows) {
+  machine.files.Write("C:\\D\\a", "1");
+  machine.files.SetAttributes("C:\\D\\a", attribute::kHidden);
+  machine.files.Write("C:\\D\\b", "1");
+  machine.files.SetAttributes("C:\\D\\b", attribute::kSystem);
   machine.files.Write("C:\\D\\x", "1");
-  machine.files.SetAttributes("C:\\D\\x", attribute::kHidden);
+  machine.files.SetAttributes("C:\\D\\x", attribute::kReadOnly);
   Build({kContents});
-  EXPECT_EQ(table.Row(0), (RunFile{"C:\\D\\x", 1}));
+  EXPECT_THAT(Rows(), ElementsAre(RunFile{"C:\\D\\x", 1}, RunFile{"C:\\D\\y", 2},
+                                  RunFile{"C:\\D\\z", 3}, kEmptyRow));
 }
 
 TEST_F(RunFilesTest, AWholeFolderIsListedByAPatternThatMatchesNothing) {

@@ -56,6 +56,17 @@ TEST_F(CompleteModeTest, ALongDirectoryIsCutAtThreeRowsBeyondTheList) {
   EXPECT_EQ(copied, (std::vector<std::string>{"1", "2", "3", "4"}));
 }
 
+TEST_F(CompleteModeTest, HiddenFilesDontPushADirectorysFilesOut) {
+  for (const char* name : {".1", ".2", ".3", ".4", "a", "b"}) {
+    Write("Work/" + std::string(name), name);
+  }
+  engine.settings.Entries.Assign({"C:\\Work\\*.*"});
+  Run();
+  EXPECT_EQ(Content("Store/a"), "a");
+  EXPECT_EQ(Content("Store/b"), "b");
+  EXPECT_EQ(Content("Store/.1"), "(missing)");
+}
+
 TEST_F(CompleteModeTest, AMissingSourceHarmsNoOtherAndIsLoggedAsGood) {
   Write("Work/a.txt", "one");
   Write("Store/gone.txt", "the copy of before");

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstddef>
 #include <cstdio>
 #include <string_view>
@@ -173,7 +174,6 @@ void LinuxFiles::Copy(const Path& source, const Path& target, Links links) {
   } else {
     copy_.CopyFile({AT_FDCWD, source_native.c_str()}, spot);
   }
-  locator_.NoteFile(to.folder, to.name);
 }
 
 // Deletes what is left over in a folder before the first copy into it.
@@ -242,7 +242,10 @@ void LinuxFiles::CreateFolder(const Path& folder) {
 
 void LinuxFiles::CreateFoldersOf(const Path& path) {
   const auto last = path.find_last_of("\\/");
-  if (last == Path::npos) throw ProgramError(kPathNotFound);
+  const auto native = locator_.Drive().ToNative(path);
+  if (last == Path::npos || !native || native->size() >= PATH_MAX) {
+    throw ProgramError(kPathNotFound);
+  }
   for (std::size_t end = path.find_first_of("\\/"); end != Path::npos;
        end = path.find_first_of("\\/", end + 1)) {
     const Located located = locator_.Locate(path.substr(0, end + 1));

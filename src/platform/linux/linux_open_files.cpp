@@ -160,7 +160,6 @@ void LinuxOpenFiles::OpenOutput(int number, const Path& file) {
   }
   Descriptor opened(::open(native.c_str(), O_RDWR | O_CREAT | O_TRUNC | kOpenFlags, 0666));
   if (!opened) RaiseForOpening(errno);
-  locator_.NoteFile(located.folder, located.name);
   Hold(number, std::move(opened), Mode::kOutput, true);
 }
 
@@ -181,7 +180,6 @@ void LinuxOpenFiles::OpenBinary(int number, const Path& file) {
   }
   if (!writable) opened = Descriptor(::open(native.c_str(), O_RDONLY | kOpenFlags));
   if (!opened) RaiseForOpening(errno);
-  locator_.NoteFile(located.folder, located.name);
   Hold(number, std::move(opened), Mode::kBinary, writable);
 }
 

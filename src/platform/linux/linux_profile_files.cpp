@@ -218,7 +218,6 @@ bool LinuxProfileFiles::Flush(const Path& file) {
   Profile& profile = ProfileAt(place);
   if (profile.edits.empty()) return true;
   const bool done = Put(profile, place);
-  if (done) locator_.NoteFile(place.folder, place.name);
   const auto temporaries = std::move(profile.temporaries);
   LetGo(profile);
   if (done) SweepFolder(place.folder, *temporaries);

@@ -41,12 +41,8 @@ class FileToSend final : public TransferSource {
 /// A file under a temporary name until it is whole.
 class FileToReceive final : public TransferTarget {
  public:
-  FileToReceive(Descriptor file, std::string temporary, std::string target,
-                std::function<void()> named)
-      : file_(std::move(file)),
-        temporary_(std::move(temporary)),
-        target_(std::move(target)),
-        named_(std::move(named)) {}
+  FileToReceive(Descriptor file, std::string temporary, std::string target)
+      : file_(std::move(file)), temporary_(std::move(temporary)), target_(std::move(target)) {}
   FileToReceive(const FileToReceive&) = delete;
   FileToReceive& operator=(const FileToReceive&) = delete;
   ~FileToReceive() override {
@@ -63,14 +59,12 @@ class FileToReceive final : public TransferTarget {
     if (!file_.Close()) RaiseNative(errno, Attempt::kChange);
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) RaiseNative(errno, Attempt::kChange);
     temporary_.clear();
-    named_();
   }
 
  private:
   Descriptor file_;
   std::string temporary_;  ///< empty once it was renamed
   std::string target_;
-  std::function<void()> named_;
 };
 
 // Where a link comes in, it is replaced, as a copy replaces it.
@@ -107,9 +101,7 @@ std::unique_ptr<TransferTarget> LinuxTransferFiles::OpenTarget(const Path& file)
   if (located.found && S_ISREG(located.info.st_mode)) {
     ::fchmod(opened.Get(), located.info.st_mode & 0777U);
   }
-  return std::make_unique<FileToReceive>(
-      std::move(opened), std::move(temporary), located.Native(),
-      [this, located] { locator_.NoteFile(located.folder, located.name); });
+  return std::make_unique<FileToReceive>(std::move(opened), std::move(temporary), located.Native());
 }
 
 }  // namespace tarnvale

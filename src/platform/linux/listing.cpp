@@ -8,7 +8,7 @@
 #include <optional>
 #include <utility>
 
-#include "base/text.h"
+#include "platform/linux/name_case.h"
 
 namespace tarnvale {
 namespace {
@@ -68,7 +68,7 @@ void SortNames(std::vector<std::string>& names) {
 
 bool MatchesPattern(std::string_view name, std::string_view pattern) {
   if (pattern.empty() || pattern == "*.*") return true;
-  return MatchesFolded(ToLower(name), ToLower(pattern));
+  return MatchesFolded(FoldCase(name), FoldCase(pattern));
 }
 
 FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries) {

@@ -42,6 +42,48 @@ TEST_F(LookupTest, AFolderThatMovedIsFoundInItsNewPlace) {
   EXPECT_EQ(files_.Length("C:\\OLD\\X"), 1);
 }
 
+TEST_F(LookupTest, LettersOfEveryAlphabetHaveACase) {
+  Write("Grüße.txt", "1");
+  Write("Ωμέγα", "22");
+  Write("Жук", "333");
+  EXPECT_EQ(files_.Length("C:\\GRÜßE.TXT"), 1);
+  EXPECT_EQ(files_.Length("C:\\ωΜΈΓΑ"), 2);
+  EXPECT_EQ(files_.Length("C:\\жУК"), 3);
+  EXPECT_FALSE(files_.FileExists("C:\\Gruße.txt"));
+}
+
+TEST_F(LookupTest, BytesThatAreNoTextAreComparedAsTheyAre) {
+  Write("a\xfc\xe4.txt", "1");
+  EXPECT_EQ(files_.Length("C:\\A\xfc\xe4.TXT"), 1);
+  EXPECT_FALSE(files_.FileExists("C:\\a\xdc\xc4.txt"));
+}
+
+// A medium's clock can tick so slowly that two changes leave a folder's time alone.
+TEST_F(LookupTest, AChangeThatLeavesTheFoldersTimeAloneIsSeen) {
+  MakeFolder("Data");
+  Write("Data/Grüße.Txt", "old");
+  SetModified("Data", 1'000'000, 0);
+  ASSERT_EQ(files_.Length("C:\\Data\\GRÜßE.TXT"), 3);
+  std::filesystem::remove(Native("Data/Grüße.Txt"));
+  Write("source", "new");
+  SetModified("Data", 1'000'000, 0);
+  files_.CopyWhole("C:\\source", "C:\\Data\\grüße.tXT");
+  EXPECT_EQ(NamesIn("Data"), std::vector<std::string>{"grüße.tXT"});
+  Write("Data/Later", "1");
+  SetModified("Data", 1'000'000, 0);
+  EXPECT_EQ(files_.Length("C:\\Data\\LATER"), 1);
+}
+
+TEST_F(LookupTest, APathOfTensOfThousandsOfPartsLeadsNowhere) {
+  Path path = "C:";
+  for (int part = 0; part < 100'000; ++part) path += "\\d";
+  EXPECT_EQ(RaisedBy([&] { files_.Length(path); }), kPathNotFound);
+  EXPECT_FALSE(files_.FolderExists(path));
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFoldersOf(path); }), kPathNotFound);
+  EXPECT_FALSE(Exists("d")) << "nothing of it is made";
+  EXPECT_EQ(files_.List(path + "\\*.*", {}).size(), 0U);
+}
+
 TEST_F(LookupTest, LengthTellsWhatIsMissing) {
   MakeFolder("folder");
   EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\none"); }), kFileNotFound);

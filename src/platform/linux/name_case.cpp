@@ -1,0 +1,108 @@
+#include "platform/linux/name_case.h"
+
+#include <clocale>
+#include <cstddef>
+#include <cwctype>
+
+namespace tarnvale {
+namespace {
+
+// The letters of all alphabets, whatever the user's own locale is. Without it
+// (no system of today) the letters beyond z have no case.
+locale_t AllLetters() {
+  static const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return locale;
+}
+
+char Lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+char Other(char c) {
+  if (c >= 'a' && c <= 'z') return static_cast<char>(c - 'a' + 'A');
+  return Lower(c);
+}
+
+wint_t Folded(wint_t c) {
+  // By way of the capital, which several small letters can share.
+  return ::towlower_l(::towupper_l(c, AllLetters()), AllLetters());
+}
+
+wint_t Other(wint_t c) {
+  const wint_t lower = ::towlower_l(c, AllLetters());
+  return lower != c ? lower : ::towupper_l(c, AllLetters());
+}
+
+bool IsPlain(char c) {
+  return static_cast<unsigned char>(c) < 0x80;
+}
+
+// The character at `at` and how many bytes it takes; 0 where there is none.
+std::size_t Decode(std::string_view text, std::size_t at, wint_t& character) {
+  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[at + i]); };
+  const unsigned char lead = byte(0);
+  const std::size_t length = lead < 0xC2   ? 0
+                             : lead < 0xE0 ? 2
+                             : lead < 0xF0 ? 3
+                             : lead < 0xF5 ? 4
+                                           : 0;
+  if (length == 0 || text.size() - at < length) return 0;
+  character = lead & (0x7FU >> length);
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((byte(i) & 0xC0U) != 0x80U) return 0;
+    character = character << 6U | (byte(i) & 0x3FU);
+  }
+  return length;
+}
+
+void Append(std::string& text, wint_t character) {
+  if (character < 0x80) {
+    text += static_cast<char>(character);
+    return;
+  }
+  const int more = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+  text += static_cast<char>((0xF00U >> static_cast<unsigned>(more) & 0xFFU) |
+                            character >> static_cast<unsigned>(6 * more));
+  for (int i = more - 1; i >= 0; --i) {
+    text += static_cast<char>(0x80U | (character >> static_cast<unsigned>(6 * i) & 0x3FU));
+  }
+}
+
+template <class Change>
+std::string WithLetters(std::string_view name, Change&& change) {
+  std::string changed;
+  changed.reserve(name.size());
+  for (std::size_t at = 0; at < name.size();) {
+    wint_t character = 0;
+    const std::size_t length = Decode(name, at, character);
+    if (length == 0) {
+      changed += name[at++];
+    } else {
+      Append(changed, change(character));
+      at += length;
+    }
+  }
+  return changed;
+}
+
+}  // namespace
+
+std::string FoldCase(std::string_view name) {
+  std::string folded(name);
+  bool plain = true;
+  for (char& c : folded) {
+    c = Lower(c);
+    plain = plain && IsPlain(c);
+  }
+  if (plain || AllLetters() == nullptr) return folded;
+  return WithLetters(folded, [](wint_t c) { return Folded(c); });
+}
+
+std::string InOtherCase(std::string_view name) {
+  std::string other(name);
+  for (char& c : other) c = Other(c);
+  if (other != name || AllLetters() == nullptr) return other;
+  return WithLetters(name, [](wint_t c) { return Other(c); });
+}
+
+}  // namespace tarnvale
