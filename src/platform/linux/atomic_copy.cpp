@@ -16,6 +16,7 @@
 #include "platform/linux/copy_data.h"
 #include "platform/linux/descriptor.h"
 #include "platform/linux/native_errors.h"
+#include "platform/linux/own_links.h"
 
 namespace tarnvale {
 namespace {
@@ -44,10 +45,13 @@ class Provisional {
   bool renamed_ = false;
 };
 
-Descriptor OpenSource(NativeSpot source, struct stat& info) {
-  // Should a pipe have come into the file's place meanwhile, this doesn't wait.
-  const int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-  Descriptor file(::openat(source.folder_fd, source.path, flags));
+Descriptor OpenSource(NativeSpot source, Links links, struct stat& info) {
+  // Should a pipe have come into the file's place meanwhile, this doesn't wait; nor
+  // does it follow a link that came there.
+  constexpr int kFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  Descriptor file = links == Links::kFollow
+                        ? OpenByOwnLinks(source.folder_fd, source.path, kFlags)
+                        : Descriptor(::openat(source.folder_fd, source.path, kFlags | O_NOFOLLOW));
   if (!file) RaiseNative(errno == ENOTDIR ? ENOENT : errno, Attempt::kChange);
   if (::fstat(file.Get(), &info) != 0) RaiseNative(errno, Attempt::kChange);
   if (S_ISDIR(info.st_mode)) throw ProgramError(kFileNotFound);
@@ -141,9 +145,9 @@ NativeSpot AtomicCopy::TemporaryFor(const CopyTarget& target) {
   return {target.spot.folder_fd, path.c_str() + target.folder.size() + 1};
 }
 
-void AtomicCopy::CopyFile(NativeSpot source, const CopyTarget& target) {
+void AtomicCopy::CopyFile(NativeSpot source, Links links, const CopyTarget& target) {
   Source from;
-  from.file = OpenSource(source, from.info);
+  from.file = OpenSource(source, links, from.info);
   if (target.is_new && CopyNameless(from, target)) return;
   CopyNamed(from, target);
 }

@@ -17,6 +17,9 @@ struct NativeSpot {
   const char* path;
 };
 
+/// Whether a copy is one of what a link leads to.
+enum class Links { kFollow, kKeep };
+
 /// Where a copy goes to.
 struct CopyTarget {
   NativeSpot spot;
@@ -42,8 +45,8 @@ class AtomicCopy {
 
   /// Copies a plain file with modification time, permissions and extended
   /// attributes, replacing what is there unasked. Raises 53 (no source), 61, 70,
-  /// 57; the target is then as it was.
-  void CopyFile(NativeSpot source, const CopyTarget& target);
+  /// 57, and 75 for a link that is to be kept; the target is then as it was.
+  void CopyFile(NativeSpot source, Links links, const CopyTarget& target);
 
   /// Copies a symbolic link; `info` is its own. Nothing happens on a medium that
   /// can't hold links.

@@ -8,6 +8,7 @@
 
 #include "base/failure.h"
 #include "platform/linux/native_errors.h"
+#include "platform/linux/own_links.h"
 #include "platform/linux/paths.h"
 
 namespace tarnvale {
@@ -62,8 +63,9 @@ const dirent* FolderScan::Next() {
 }
 
 Descriptor OpenNativeFolder(const std::string& folder, bool follow) {
-  const int link_flag = follow ? 0 : O_NOFOLLOW;
-  Descriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | link_flag));
+  constexpr int kFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+  Descriptor fd = follow ? OpenByOwnLinks(AT_FDCWD, folder, kFlags)
+                         : Descriptor(::open(folder.c_str(), kFlags | O_NOFOLLOW));
   if (fd) return fd;
   if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG) {
     throw ProgramError(kPathNotFound);

@@ -39,7 +39,8 @@ class FolderScan {
 };
 
 /// Opens a native folder for reading. Raises 76 when it is none or isn't there,
-/// and for a link to one unless `follow`; 75 when it can't be read.
+/// and for a link to one unless `follow`; 75 when it can't be read or is reached by
+/// a link of somebody else.
 Descriptor OpenNativeFolder(const std::string& folder, bool follow);
 
 }  // namespace tarnvale

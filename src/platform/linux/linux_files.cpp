@@ -12,6 +12,7 @@
 #include "base/failure.h"
 #include "platform/linux/listing.h"
 #include "platform/linux/native_errors.h"
+#include "platform/linux/own_links.h"
 #include "platform/linux/own_program.h"
 #include "platform/linux/tree_copy.h"
 
@@ -45,6 +46,21 @@ bool IsFolder(const Located& located) {
           S_ISDIR(info.st_mode));
 }
 
+// The native path that an entry leads to. Raises 75 for a link of somebody else.
+std::string EndOfLinks(const Located& located) {
+  std::string native = located.Native();
+  struct stat info {};
+  if (!GoByOwnLinks(AT_FDCWD, native, info)) RaiseNative(errno, Attempt::kAsk);
+  return native;
+}
+
+// Links are not followed: one may have come into the file's place meanwhile.
+void SetMode(const std::string& native, mode_t mode) {
+  if (::fchmodat(AT_FDCWD, native.c_str(), mode, AT_SYMLINK_NOFOLLOW) != 0) {
+    RaiseNative(errno, Attempt::kAsk);
+  }
+}
+
 // Makes one folder. Raises 75 when something is there already.
 void MakeNative(const Located& located) {
   if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
@@ -72,7 +88,7 @@ Path LinuxFiles::ProgramFolder() {
 // As Locator::Find, with `info` that of the file behind a link.
 Located LinuxFiles::FindFollowed(const Path& path) {
   Located located = locator_.Find(path);
-  if (S_ISLNK(located.info.st_mode) && ::stat(located.Native().c_str(), &located.info) != 0) {
+  if (S_ISLNK(located.info.st_mode) && !StateByOwnLinks(AT_FDCWD, located.Native(), located.info)) {
     if (errno == ENOTDIR || errno == ELOOP) errno = ENOENT;
     RaiseNative(errno, Attempt::kAsk);
   }
@@ -117,15 +133,11 @@ void LinuxFiles::SetAttributes(const Path& file, int value) {
   const mode_t wanted = read_only ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR;
   // A file that isn't read-only any more takes the mark, and so does one that
   // isn't yet.
-  if (!read_only && wanted != mode && ::chmod(native.c_str(), wanted) != 0) {
-    RaiseNative(errno, Attempt::kAsk);
-  }
+  if (!read_only && wanted != mode) SetMode(EndOfLinks(located), wanted);
   if (!system && archive != archive_.IsSet(native, info)) {
     archive ? archive_.Set(native) : archive_.Clear(native, info);
   }
-  if (read_only && wanted != mode && ::chmod(native.c_str(), wanted) != 0) {
-    RaiseNative(errno, Attempt::kAsk);
-  }
+  if (read_only && wanted != mode) SetMode(EndOfLinks(located), wanted);
 }
 
 bool LinuxFiles::FolderExists(const Path& folder) {
@@ -159,8 +171,9 @@ void LinuxFiles::Copy(const Path& source, const Path& target, Links links) {
   if (!from.found) throw ProgramError(kFileNotFound);
   const std::string source_native = from.Native();
   const bool as_link = S_ISLNK(from.info.st_mode) && links == Links::kKeep;
-  if (S_ISLNK(from.info.st_mode) && !as_link && ::stat(source_native.c_str(), &from.info) != 0) {
-    throw ProgramError(kFileNotFound);
+  if (S_ISLNK(from.info.st_mode) && !as_link &&
+      !StateByOwnLinks(AT_FDCWD, source_native, from.info)) {
+    throw ProgramError(errno == EACCES ? kPermissionDenied : kFileNotFound);
   }
   if (S_ISDIR(from.info.st_mode)) throw ProgramError(kFileNotFound);
   if (IsSystem(from.info)) throw ProgramError(kPermissionDenied);
@@ -172,7 +185,7 @@ void LinuxFiles::Copy(const Path& source, const Path& target, Links links) {
   if (as_link) {
     copy_.CopyLink({AT_FDCWD, source_native.c_str()}, from.info, spot);
   } else {
-    copy_.CopyFile({AT_FDCWD, source_native.c_str()}, spot);
+    copy_.CopyFile({AT_FDCWD, source_native.c_str()}, links, spot);
   }
 }
 
@@ -193,14 +206,14 @@ std::string LinuxFiles::TreeSource(const Path& source) {
   const Located located = locator_.Locate(source);
   if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
   if (!IsFolder(located)) throw ProgramError(kPathNotFound);
-  return located.Native() + (S_ISLNK(located.info.st_mode) ? "/." : "");
+  return EndOfLinks(located);
 }
 
 // The native folder to write a tree to, there or not.
 std::string LinuxFiles::TreeTarget(const Path& target) {
   const Located located = LocateTarget(target);
   if (!located.found || S_ISDIR(located.info.st_mode)) return located.Native();
-  if (IsFolder(located) && EndsInBackslash(target)) return located.Native() + "/.";
+  if (IsFolder(located) && EndsInBackslash(target)) return EndOfLinks(located);
   throw ProgramError(kPathFileAccess);
 }
 

@@ -20,7 +20,8 @@ namespace tarnvale {
 /// a missing write permission of the owner, hidden a leading point, system a
 /// device, socket or pipe; these are never opened. A path to a link names the
 /// link for CopyEntry, Delete, OpenFolder and the target of a copy, and what it
-/// leads to otherwise, or when a backslash follows it.
+/// leads to otherwise, or when a backslash follows it. A link of somebody else leads
+/// nowhere: what would follow it raises 75 or 70, and listings leave it out.
 class LinuxFiles : public FileSystem {
  public:
   /// `root` is the native folder that C:\ stands for. `state_folder`, native
@@ -53,8 +54,6 @@ class LinuxFiles : public FileSystem {
   void RefuseToDeleteOpen(const LinuxOpenFiles& open_files) { open_files_ = &open_files; }
 
  private:
-  enum class Links { kFollow, kKeep };
-
   Located FindFollowed(const Path& path);
   Located LocateTarget(const Path& target);
   void Copy(const Path& source, const Path& target, Links links);

@@ -14,6 +14,7 @@
 #include "platform/input_item.h"
 #include "platform/linux/copy_data.h"
 #include "platform/linux/native_errors.h"
+#include "platform/linux/own_links.h"
 #include "platform/linux/paths.h"
 
 namespace tarnvale {
@@ -27,7 +28,7 @@ constexpr std::int64_t kLeastGathered = std::int64_t{64} << 10U;
 /// A gathered copy that takes longer is too long for the windows.
 constexpr std::chrono::milliseconds kLongCopy{20};
 // Should a path lead to a pipe or a terminal, opening doesn't wait.
-constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY;
 
 [[noreturn]] void RaiseForOpening(int error) {
   RaiseNative(error, Attempt::kChange);
@@ -132,7 +133,7 @@ bool LinuxOpenFiles::HoldsOpen(const struct stat& info) const {
 void LinuxOpenFiles::OpenInput(int number, const Path& file) {
   CheckFree(number);
   const Located located = locator_.Find(file);
-  Descriptor opened(::open(located.Native().c_str(), O_RDONLY | kOpenFlags));
+  Descriptor opened = OpenByOwnLinks(AT_FDCWD, located.Native(), O_RDONLY | kOpenFlags);
   if (!opened) RaiseForOpening(errno);
   struct stat info {};
   if (::fstat(opened.Get(), &info) != 0) RaiseForOpening(errno);
@@ -154,11 +155,12 @@ void LinuxOpenFiles::OpenOutput(int number, const Path& file) {
   const std::string native = located.Native();
   // A link that leads nowhere is found, and what it names is made.
   struct stat info {};
-  if (located.found && ::stat(native.c_str(), &info) == 0) {
+  if (located.found && StateByOwnLinks(AT_FDCWD, native, info)) {
     RequirePlain(info);
     if (IsReadOnly(info)) throw ProgramError(kPathFileAccess);
   }
-  Descriptor opened(::open(native.c_str(), O_RDWR | O_CREAT | O_TRUNC | kOpenFlags, 0666));
+  Descriptor opened =
+      OpenByOwnLinks(AT_FDCWD, native, O_RDWR | O_CREAT | O_TRUNC | kOpenFlags, 0666);
   if (!opened) RaiseForOpening(errno);
   Hold(number, std::move(opened), Mode::kOutput, true);
 }
@@ -169,16 +171,16 @@ void LinuxOpenFiles::OpenBinary(int number, const Path& file) {
   const std::string native = located.Native();
   bool writable = true;
   struct stat info = located.info;
-  if (located.found && (!S_ISLNK(info.st_mode) || ::stat(native.c_str(), &info) == 0)) {
+  if (located.found && StateByOwnLinks(AT_FDCWD, native, info)) {
     RequirePlain(info);
     writable = !IsReadOnly(info);
   }
   Descriptor opened;
   if (writable) {
-    opened = Descriptor(::open(native.c_str(), O_RDWR | O_CREAT | kOpenFlags, 0666));
+    opened = OpenByOwnLinks(AT_FDCWD, native, O_RDWR | O_CREAT | kOpenFlags, 0666);
     writable = opened || !located.found || !RefusesWriting(errno);
   }
-  if (!writable) opened = Descriptor(::open(native.c_str(), O_RDONLY | kOpenFlags));
+  if (!writable) opened = OpenByOwnLinks(AT_FDCWD, native, O_RDONLY | kOpenFlags);
   if (!opened) RaiseForOpening(errno);
   Hold(number, std::move(opened), Mode::kBinary, writable);
 }

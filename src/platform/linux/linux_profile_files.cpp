@@ -1,7 +1,6 @@
 #include "platform/linux/linux_profile_files.h"
 
 #include <fcntl.h>
-#include <limits.h>
 #include <sys/file.h>
 #include <time.h>
 #include <unistd.h>
@@ -16,12 +15,11 @@
 #include "base/failure.h"
 #include "base/text.h"
 #include "platform/linux/folder_scan.h"
+#include "platform/linux/own_links.h"
 #include "platform/linux/paths.h"
 
 namespace tarnvale {
 namespace {
-
-constexpr int kMostLinks = 40;
 
 // Chosen: a settings file holds passwords, so a new one is its owner's alone.
 constexpr mode_t kNewFileMode = 0600;
@@ -33,16 +31,6 @@ bool SameTime(const timespec& a, const timespec& b) {
 bool SameFile(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
          SameTime(a.st_mtim, b.st_mtim) && SameTime(a.st_ctim, b.st_ctim);
-}
-
-// Where a symbolic link leads, one step.
-std::string TargetOf(const std::string& link) {
-  std::array<char, PATH_MAX> text{};
-  const ssize_t length = ::readlink(link.c_str(), text.data(), text.size());
-  if (length <= 0) return {};
-  const std::string_view target(text.data(), static_cast<std::size_t>(length));
-  if (target.front() == '/') return std::string(target);
-  return std::string(NativeFolderOf(link)) + "/" + std::string(target);
 }
 
 bool ReadWhole(int file, std::string& bytes) {
@@ -59,7 +47,7 @@ bool ReadWhole(int file, std::string& bytes) {
 // Reads a plain file and its state. Should a pipe have taken its place, this
 // doesn't wait for it.
 bool ReadFile(const std::string& native, struct stat& state, std::string& bytes) {
-  const Descriptor file(::open(native.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  const Descriptor file(OpenByOwnLinks(AT_FDCWD, native, O_RDONLY | O_NONBLOCK | O_NOCTTY));
   return file && ::fstat(file.Get(), &state) == 0 && S_ISREG(state.st_mode) &&
          ReadWhole(file.Get(), bytes);
 }
@@ -122,13 +110,12 @@ bool LinuxProfileFiles::Find(const Path& file, Place& place) {
   place.name = located.name;
   place.exists = located.found;
   place.info = located.info;
-  for (int i = 0; place.exists && S_ISLNK(place.info.st_mode); ++i) {
-    const std::string target = TargetOf(place.Native());
-    if (target.empty() || i == kMostLinks) return false;
-    place.folder = NativeFolderOf(target);
-    place.name = NativeNameOf(target);
-    place.exists = ::lstat(target.c_str(), &place.info) == 0;
-  }
+  if (!place.exists || !S_ISLNK(place.info.st_mode)) return true;
+  std::string native = place.Native();
+  place.exists = GoByOwnLinks(AT_FDCWD, native, place.info);
+  if (!place.exists && errno != ENOENT) return false;
+  place.folder = NativeFolderOf(native);
+  place.name = NativeNameOf(native);
   return true;
 }
 

@@ -11,6 +11,7 @@
 #include "base/failure.h"
 #include "platform/linux/descriptor.h"
 #include "platform/linux/native_errors.h"
+#include "platform/linux/own_links.h"
 #include "platform/linux/paths.h"
 
 namespace tarnvale {
@@ -78,8 +79,8 @@ void RequireReplaceable(const struct stat& info) {
 std::unique_ptr<TransferSource> LinuxTransferFiles::OpenSource(const Path& file) {
   const Located located = locator_.Find(file);
   // Should the path lead to a pipe, opening doesn't wait.
-  const int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-  Descriptor opened(::open(located.Native().c_str(), flags));
+  constexpr int kFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY;
+  Descriptor opened = OpenByOwnLinks(AT_FDCWD, located.Native(), kFlags);
   if (!opened) RaiseNative(errno, Attempt::kChange);
   struct stat info {};
   if (::fstat(opened.Get(), &info) != 0) RaiseNative(errno, Attempt::kChange);

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/linux/name_case.h"
+#include "platform/linux/own_links.h"
 
 namespace tarnvale {
 namespace {
@@ -45,14 +46,21 @@ bool MatchesFolded(std::string_view name, std::string_view pattern) {
   return pattern.find_first_not_of('*', in_pattern) == std::string_view::npos;
 }
 
-// What an entry is, asked of the medium only where reading the folder didn't
-// tell. DT_UNKNOWN for one that has gone meanwhile.
-unsigned char KindOf(int folder_fd, const dirent& entry, int flags) {
-  if (entry.d_type != DT_UNKNOWN && (entry.d_type != DT_LNK || flags == AT_SYMLINK_NOFOLLOW)) {
-    return entry.d_type;
-  }
+// What an entry is, links not followed; asked of the medium only where reading the
+// folder didn't tell. DT_UNKNOWN for one that has gone meanwhile.
+unsigned char KindOf(int folder_fd, const dirent& entry) {
+  if (entry.d_type != DT_UNKNOWN) return entry.d_type;
   struct stat info {};
-  if (::fstatat(folder_fd, entry.d_name, &info, flags) != 0) return DT_UNKNOWN;
+  if (::fstatat(folder_fd, entry.d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) return DT_UNKNOWN;
+  return static_cast<unsigned char>(IFTODT(info.st_mode));
+}
+
+// As KindOf, but a link is what it leads to; one of somebody else leads nowhere.
+unsigned char KindBehindLinks(int folder_fd, const dirent& entry) {
+  const unsigned char kind = KindOf(folder_fd, entry);
+  struct stat info {};
+  if (kind != DT_LNK) return kind;
+  if (!StateByOwnLinks(folder_fd, entry.d_name, info)) return DT_UNKNOWN;
   return static_cast<unsigned char>(IFTODT(info.st_mode));
 }
 
@@ -112,7 +120,7 @@ std::vector<std::string> ListFiles(Descriptor folder, std::string_view pattern, 
   FolderScan scan(std::move(folder), temporaries);
   while (const dirent* entry = scan.Next()) {
     if ((IsHidden(*entry) && !kinds.hidden) || !MatchesPattern(entry->d_name, pattern)) continue;
-    const unsigned char kind = KindOf(scan.Fd(), *entry, 0);
+    const unsigned char kind = KindBehindLinks(scan.Fd(), *entry);
     if (kind == DT_DIR || kind == DT_UNKNOWN) continue;
     if (kind == DT_REG || kinds.system) names.emplace_back(entry->d_name);
   }
@@ -126,7 +134,7 @@ std::vector<std::string> ListSubFolders(Descriptor folder, ListKinds kinds,
   FolderScan scan(std::move(folder), temporaries);
   while (const dirent* entry = scan.Next()) {
     if (IsHidden(*entry) && !kinds.hidden) continue;
-    if (KindOf(scan.Fd(), *entry, AT_SYMLINK_NOFOLLOW) == DT_DIR) names.emplace_back(entry->d_name);
+    if (KindOf(scan.Fd(), *entry) == DT_DIR) names.emplace_back(entry->d_name);
   }
   SortNames(names);
   return names;

@@ -180,7 +180,7 @@ void TreeCopy::CopyOne(int source_fd, const SourceFile& file, const TargetFolder
   if (file.is_link) {
     copy_.CopyLink(from, info, to);
   } else {
-    copy_.CopyFile(from, to);
+    copy_.CopyFile(from, Links::kKeep, to);
   }
 }
 

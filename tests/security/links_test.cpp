@@ -1,0 +1,137 @@
+// Links that another user puts where the program reads or writes.
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "base/failure.h"
+#include "tests/security/another_user.h"
+#include "tests/support/raised.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// A file of the user's own that everybody is to keep out of.
+constexpr const char* kSecret = "the user's own";
+
+class LinksOfOthersTest : public AttackedStage {
+ protected:
+  void SetUp() override {
+    AttackedStage::SetUp();
+    if (IsSkipped()) return;
+    WriteNative(secret, kSecret);
+    ASSERT_EQ(::chmod(secret.c_str(), 0600), 0);
+  }
+
+  std::string Shared(const std::string& name) const { return OnDrive("Data/shared/" + name); }
+  void PlantLink(const std::string& name) { AnotherUser::PlantLink(secret, Shared(name)); }
+
+  std::string secret = OnDrive("Data/secret");
+  LinuxHost host{surroundings};
+};
+
+TEST_F(LinksOfOthersTest, AreNotWrittenThrough) {
+  PlantLink("Backup Log.txt");
+  for (int number = 0; const auto open : {&OpenFiles::OpenOutput, &OpenFiles::OpenBinary}) {
+    ++number;
+    EXPECT_EQ(
+        RaisedBy([&] { (host.open_files.*open)(number, "C:\\Data\\shared\\Backup Log.txt"); }),
+        kPermissionDenied);
+    EXPECT_FALSE(host.open_files.IsOpen(number));
+  }
+  EXPECT_EQ(ReadNative(secret), kSecret);
+}
+
+TEST_F(LinksOfOthersTest, ThatLeadNowhereMakeNoFile) {
+  AnotherUser::PlantLink(OnDrive("Data/planted"), Shared("log"));
+  EXPECT_EQ(RaisedBy([&] { host.open_files.OpenOutput(1, "C:\\Data\\shared\\log"); }),
+            kPermissionDenied);
+  EXPECT_FALSE(std::filesystem::exists(OnDrive("Data/planted")));
+}
+
+TEST_F(LinksOfOthersTest, AreNotReadThrough) {
+  PlantLink("note");
+  const Path note = "C:\\Data\\shared\\note";
+  EXPECT_EQ(RaisedBy([&] { host.open_files.OpenInput(1, note); }), kPermissionDenied);
+  EXPECT_EQ(RaisedBy([&] { host.transfer_files.OpenSource(note); }), kPermissionDenied);
+  EXPECT_EQ(RaisedBy([&] { host.files.CopyWhole(note, "C:\\Data\\copy"); }), kPermissionDenied);
+  EXPECT_FALSE(std::filesystem::exists(OnDrive("Data/copy")));
+  EXPECT_EQ(RaisedBy([&] { host.files.Length(note); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { host.files.Attributes(note); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { host.files.SetAttributes(note, 1); }), kPathFileAccess);
+  EXPECT_EQ(ModeOf(secret), 0600U);
+}
+
+TEST_F(LinksOfOthersTest, HoldNoSettings) {
+  WriteNative(secret, "[Main]\r\nKey=value\r\n");
+  PlantLink("Tarnvale.ini");
+  const Path file = "C:\\Data\\shared\\Tarnvale.ini";
+  EXPECT_EQ(host.profiles.Read("Main", "Key", "none", 256, file), "none");
+  EXPECT_FALSE(host.profiles.Write("Main", "Key", "other", file));
+  EXPECT_FALSE(host.profiles.Write("Main", "Key", "other", "C:\\Data\\shared\\TARNVALE.INI"));
+  EXPECT_EQ(ReadNative(secret), "[Main]\r\nKey=value\r\n");
+}
+
+TEST_F(LinksOfOthersTest, AreNotFollowedBehindAnOwnOne) {
+  PlantLink("his");
+  ASSERT_EQ(::symlink("his", Shared("own").c_str()), 0);
+  EXPECT_EQ(RaisedBy([&] { host.open_files.OpenInput(1, "C:\\Data\\shared\\own"); }),
+            kPermissionDenied);
+  EXPECT_EQ(host.profiles.Read("Main", "Key", "none", 256, "C:\\Data\\shared\\own"), "none");
+  EXPECT_THAT(host.files.List("C:\\Data\\shared\\*", {}), IsEmpty());
+}
+
+TEST_F(LinksOfOthersTest, AreInNoListing) {
+  PlantLink("planted");
+  WriteNative(Shared("file"), "x");
+  ASSERT_EQ(::symlink("file", Shared("own").c_str()), 0);
+  EXPECT_THAT(host.files.List("C:\\Data\\shared\\*.*", {.hidden = true, .system = true}),
+              ElementsAre("file", "own"));
+}
+
+TEST_F(LinksOfOthersTest, LeadNoFolderCopyIntoAFolder) {
+  std::filesystem::create_directories(OnDrive("Data/keys"));
+  WriteNative(OnDrive("Data/keys/key"), kSecret);
+  AnotherUser::PlantLink(OnDrive("Data/keys"), Shared("photos"));
+  EXPECT_EQ(
+      RaisedBy([&] { host.files.CopyTree("C:\\Data\\shared\\photos", "C:\\Data\\copy", {}); }),
+      kPathFileAccess);
+  EXPECT_EQ(
+      RaisedBy([&] { host.files.CopyTree("C:\\Data\\keys", "C:\\Data\\shared\\photos\\", {}); }),
+      kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { host.files.OpenFolder("C:\\Data\\shared\\photos\\"); }),
+            kPathFileAccess);
+  EXPECT_FALSE(std::filesystem::exists(OnDrive("Data/copy")));
+}
+
+TEST_F(LinksOfOthersTest, ThatComeIntoAFilesPlaceDuringAFolderCopyAreNotRead) {
+  WriteNative(Shared("1"), "first");
+  AnotherUser::PlantFile("second", Shared("2"));
+  host.files.CopyTree("C:\\Data\\shared", "C:\\Data\\copy", [] {});
+  bool planted = false;
+  EXPECT_EQ(RaisedBy([&] {
+              host.files.CopyTree("C:\\Data\\shared", "C:\\Data\\again", [&] {
+                if (!planted) PlantLink("2");
+                planted = true;
+              });
+            }),
+            kPathFileAccess);
+  EXPECT_THAT(NativeNames(OnDrive("Data/again")), ElementsAre("1"));
+}
+
+// What the administrator keeps as a link on the system's own disk stays what it is.
+TEST(LinksOfRootTest, OnTheSystemsOwnDiskAreFollowed) {
+  TemporaryFolder folder;
+  const std::string link = "/etc/mtab";
+  const struct stat info = StateOf(link);
+  if (!S_ISLNK(info.st_mode) || info.st_uid != 0 || info.st_dev != StateOf("/").st_dev) {
+    GTEST_SKIP() << link << " is no link of root on the root file system";
+  }
+  LinuxFiles files("/", folder / "state");
+  EXPECT_EQ(RaisedBy([&] { files.Attributes("C:\\etc\\mtab"); }), 0);
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
