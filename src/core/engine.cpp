@@ -45,6 +45,12 @@ bool Engine::SaveUnlessObjected() {
   return true;
 }
 
+void Engine::SaveAndAnnounce(const char* announcement) {
+  if (!SaveUnlessObjected()) return;
+  machine_.boxes.Show(
+      {.text = announcement, .icon = BoxIcon::kInformation, .title = "Settings Saved"});
+}
+
 bool Engine::EngineIsFree() const {
   PassedOver pass;
   return pass.Test([&] { return ToNumber(run.EngineFree.Get()) == 1; });

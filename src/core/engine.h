@@ -39,6 +39,8 @@ class Engine {
   void SaveChanges() { store_.SaveChanges(); }
   /// Checks, and saves when nothing objects. True when saved.
   bool SaveUnlessObjected();
+  /// The same, with a box that says `announcement` once they are saved.
+  void SaveAndAnnounce(const char* announcement);
 
   /// A start by hand, asked for with `question`: on Yes the popup and the start
   /// request.

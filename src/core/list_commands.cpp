@@ -5,13 +5,13 @@
 
 namespace tarnvale {
 
-void ListCommands::AddToBackupList(const ListScreen& screen, Add what) {
+void ListCommands::AddToBackupList(const ListFields& fields, Add what) {
   machine_.desktop.Pointer = PointerShape::kHourglass;
   try {
-    const std::string folder = WithBackslash(screen.Folder.Get());
+    const std::string folder = WithBackslash(fields.Folder.Get());
     switch (what) {
       case Add::kSelectedFiles:
-        AddSelectedFiles(screen, folder);
+        AddSelectedFiles(fields, folder);
         break;
       case Add::kFolderContents:
         AddItem(folder + "*.*");
@@ -28,15 +28,15 @@ void ListCommands::AddToBackupList(const ListScreen& screen, Add what) {
   machine_.desktop.Pointer = PointerShape::kDefault;
 }
 
-void ListCommands::AddSelectedFiles(const ListScreen& screen, const std::string& folder) {
+void ListCommands::AddSelectedFiles(const ListFields& fields, const std::string& folder) {
   // Boxes yield, and the pane may be read anew meanwhile: the names first.
   std::vector<std::string> names;
-  for (std::size_t row = 0; row < screen.Pane.Rows().size(); ++row) {
-    if (screen.Pane.IsSelected(row)) names.push_back(screen.Pane.Rows()[row]);
+  for (std::size_t row = 0; row < fields.Pane.Rows().size(); ++row) {
+    if (fields.Pane.IsSelected(row)) names.push_back(fields.Pane.Rows()[row]);
   }
   if (names.size() == 1) {
     // Required: the pane's current file, which is the one selected last.
-    AddItem(folder + screen.Pane.FileName());
+    AddItem(folder + fields.Pane.FileName());
     return;
   }
   for (const std::string& name : names) AddItem(folder + name);
@@ -51,12 +51,12 @@ void ListCommands::AddItem(const std::string& item) {
       {.text = "Item Is Already In Your Backup List: \n\n" + item, .icon = BoxIcon::kInformation});
 }
 
-void ListCommands::RemoveSelected(const ListScreen& screen) {
+void ListCommands::RemoveSelected(const ListFields& fields) {
   for (std::size_t left = entries_.Count(); left > 0; --left) {
     const std::size_t row = left - 1;
     for (;;) {
       try {
-        if (screen.List.IsSelected(row)) entries_.RemoveAt(row);
+        if (fields.List.IsSelected(row)) entries_.RemoveAt(row);
         break;
       } catch (const ProgramError& error) {
         const std::string text = error.Number() == kDeviceUnavailable

@@ -11,7 +11,7 @@ namespace tarnvale {
 
 /// The user's side of the list: the folder chosen in the tree, the pane with
 /// its files, and the list box.
-struct ListScreen {
+struct ListFields {
   Property<std::string>& Folder;
   FileList& Pane;
   ListBox& List;
@@ -25,14 +25,14 @@ class ListCommands {
 
   /// Appends what is chosen, each item that isn't there yet; for one that is, a
   /// box. A failure is shown in a box and ends the command.
-  void AddToBackupList(const ListScreen& screen, Add what);
+  void AddToBackupList(const ListFields& fields, Add what);
 
   /// Removes all selected rows. While a removal fails, a box says so and it is
   /// tried again.
-  void RemoveSelected(const ListScreen& screen);
+  void RemoveSelected(const ListFields& fields);
 
  private:
-  void AddSelectedFiles(const ListScreen& screen, const std::string& folder);
+  void AddSelectedFiles(const ListFields& fields, const std::string& folder);
   void AddItem(const std::string& item);
 
   Machine& machine_;

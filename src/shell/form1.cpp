@@ -2,59 +2,96 @@
 
 #include "base/numbers.h"
 #include "shell/program_icon.h"
+#include "shell/screens/screen.h"
 
 namespace tarnvale {
+namespace {
+
+// Pixels at 96 dpi from the upper left corner.
+constexpr Size kClient{896, 568};
+constexpr Rect kPanel{0, 0, 224, 568};
+
+}  // namespace
 
 Form1::Form1(Engine& engine)
-    : engine_(engine),
-      settings_(engine.settings),
-      run_(engine.run),
-      File1(engine.machine().files),
-      List1(engine.settings.Entries),
-      Text1(engine.settings.DestinationDir),
-      Label11(TextRole::kValue, engine.run.SourceCaption),
-      Label13(TextRole::kValue, engine.run.TargetCaption),
-      Label14(TextRole::kValue, engine.run.StatusCaption),
-      XP_ProgressBar1(engine.run.CopyBar),
-      XP_ProgressBar2(engine.run.FileBar),
-      Optionbutton1(engine.settings.ScheduleAt),
-      MaskEdBox1(engine.settings.AlwaysAtText, TextKind::kMasked),
-      Optionbutton2(engine.settings.ScheduleEach),
-      MaskEdBox2(engine.settings.EachText, TextKind::kMasked),
-      Optionbutton3(engine.settings.EveryDay),
-      Checkbox2{CheckButton(engine.settings.WeekDays[0]), CheckButton(engine.settings.WeekDays[1]),
-                CheckButton(engine.settings.WeekDays[2]), CheckButton(engine.settings.WeekDays[3]),
-                CheckButton(engine.settings.WeekDays[4]), CheckButton(engine.settings.WeekDays[5]),
-                CheckButton(engine.settings.WeekDays[6])},
-      Label58(TextRole::kValue, engine.display.Today),
-      Label29(TextRole::kValue, engine.display.Now),
-      Label60(TextRole::kValue, engine.display.NextRun),
-      Option1(engine.settings.BackupMode.Complete),
-      Option2(engine.settings.BackupMode.Incremental),
-      Option3(engine.settings.BackupMode.Sync),
-      Check5(engine.settings.ShowAlert),
-      Checkbox1(engine.settings.SaveLog),
-      Check6(engine.settings.AutoCompress),
-      Check7(engine.settings.AutoUpload),
-      Check12(engine.settings.AutoReport),
-      Text5(engine.settings.CompressDir),
-      txtServer(engine.settings.SmtpServer),
-      txtTo(engine.settings.ReportTo),
+    : List(*this, engine),
+      Storage(*this, engine),
+      Progress(*this, engine, Tools),
+      Schedule(*this, engine),
+      General(*this, engine),
+      Advanced(*this, engine, Tools),
+      Restore(*this, engine),
       gSysTray(engine.machine(), *this),
-      CommonDialog1(engine.machine()) {
-  LayOut(*this);
-  WireTicks();
+      engine_(engine) {
+  LayOut();
   WireScreens();
+  WireTaskPanel();
   WireMenu();
-  WireList();
-  WireStorage();
-  WireSchedule();
-  WireGeneral();
-  WireExchange();
-  WireAdvanced();
-  WireTools();
   WireTray();
-  WireKeys();
+  WireTicks();
+  KeyDown.Listen([this](KeyEvent& event) { OnKey(event); });
+  Activated.Listen([this] { PlaceFirstFocus(); });
+}
+
+// The order of the calls is the tab order.
+void Form1::LayOut() {
+  Caption = "Tarnvale";
+  Frame = WindowFrame::kFixed;
+  ClientSize = kClient;
+  LayOutTaskPanel();
+  // Behind the others: some commands leave it standing and show their own.
+  Restore.LayOut();
+  Schedule.LayOut();
+  List.LayOut();
+  Storage.LayOut();
+  General.LayOut();
+  Progress.LayOut();
+  Advanced.LayOut();
+  // The window opens on the schedule, whose time fields take the first focus.
+  for (const Screen screen : kAllScreens) FrameOf(screen).Visible = screen == Screen::kSchedule;
+}
+
+void Form1::LayOutTaskPanel() {
+  TasksHeading.Caption = "Tarnvale Tasks";
+  Label49.Caption = "Perform A Quick Backup";
+  Label51.Caption = "Restore A Selected Backup";
+  WizardHeading.Caption = "Backup Wizard";
+  Label44.Caption = "Schedule My Backup Process";
+  Label37.Caption = "Include Files In My Backup List";
+  Label36.Caption = "Storage Location For Backup";
+  Label45.Caption = "Save My Backup Settings";
+  FeaturesHeading.Caption = "Additional Features";
+  Label38.Caption = "General && Backup Settings";
+  Label39.Caption = "Advanced Auto Settings";
+  ToolsHeading.Caption = "Tarnvale Tools";
+  Label34.Caption = "User Data Applications";
+  Label42.Caption = "Tarnvale Splitter";
+  Label56.Caption = "Registry Backup Maker";
+  Label46.Caption = "Server Upload && Download";
+  Label41.Caption = "Tarnvale Compressor";
+  TaskPanel.Background = PictureBox::Ground::kTaskPanel;
+
+  Control* panel = &TaskPanel;
+  Place({
+      {&TaskPanel, nullptr, kPanel},
+      {&TasksHeading, panel, {16, 16, 192, 24}},
+      {&Label49, panel, {24, 46, 184, 20}},
+      {&Label51, panel, {24, 72, 184, 20}},
+      {&WizardHeading, panel, {16, 112, 192, 24}},
+      {&Label44, panel, {24, 142, 184, 20}},
+      {&Label37, panel, {24, 168, 184, 20}},
+      {&Label36, panel, {24, 194, 184, 20}},
+      {&Label45, panel, {24, 220, 184, 20}},
+      {&FeaturesHeading, panel, {16, 260, 192, 24}},
+      {&Label38, panel, {24, 290, 184, 20}},
+      {&Label39, panel, {24, 316, 184, 20}},
+      {&ToolsHeading, panel, {16, 356, 192, 24}},
+      {&Label34, panel, {24, 386, 184, 20}},
+      {&Label42, panel, {24, 412, 184, 20}},
+      {&Label56, panel, {24, 438, 184, 20}},
+      {&Label46, panel, {24, 464, 184, 20}},
+      {&Label41, panel, {24, 490, 184, 20}},
+  });
 }
 
 void Form1::Load() {
@@ -71,52 +108,56 @@ void Form1::Load() {
   }
   gSysTray.SourceWindow(this);
   gSysTray.ChangeIcon(Icon);
-  run_.FocusDone = "0";
-  File1.Folder = "C:\\";
+  engine_.run.FocusDone = "0";
+  List.File1.Folder = "C:\\";
   engine_.LoadSettings();
   State = WindowState::kMinimized;
   engine_.timers.AutoSettingsLink().Enabled = true;
   Show();
-  ListTree.Start(machine.files.ProgramFolder());
+  List.ListTree.Start(machine.files.ProgramFolder());
   if (dying_) Close();
 }
 
-void Form1::WireKeys() {
-  KeyDown.Listen([this](KeyEvent& event) { OnKey(event); });
-  Activated.Listen([this] { PlaceFirstFocus(); });
+void Form1::WireTicks() {
+  EngineTicks& ticks = engine_.timers.ticks;
+  ticks.OpenStorageTree = [this] { OpenTree(Storage.StorageTree, 3); };
+  ticks.OpenRestoreSourceTree = [this] { OpenTree(Restore.RestoreSourceTree, 17); };
+  ticks.OpenRestoreTargetTree = [this] { OpenTree(Restore.RestoreTargetTree, 18); };
+  ticks.FollowFolderTrees = [this] {
+    List.FollowTree();
+    Restore.FollowTrees();
+  };
+  ticks.ShowWizardPage = [this] { ShowWizardPage(); };
+}
+
+// One shot: the timer's own last act is to disable itself.
+void Form1::OpenTree(FolderTree& tree, int timer) {
+  Show();
+  tree.Start(engine_.machine().files.ProgramFolder());
+  engine_.timers.Number(timer).Enabled = false;
 }
 
 void Form1::OnKey(KeyEvent& event) {
-  if (event.press.key == Key::kDelete && list_has_focus_) {
+  if (event.press.key == Key::kDelete && List.ListHasFocus()) {
     event.handled = true;
-    RemoveSelectedItems();
+    List.RemoveSelectedItems();
   } else if (event.press.key == Key::kEnter) {
     event.handled = true;
     FocusNext();
   }
 }
 
-// The focus on a time field chooses the schedule's kind: the stored choice of
-// fixed time or interval takes effect here.
 void Form1::PlaceFirstFocus() {
   PassedOver pass;
-  if (pass.Test([&] { return ToNumber(run_.FocusDone.Get()) == 0; })) {
-    pass.Step([&] { Focus(settings_.UseEach ? MaskEdBox2 : MaskEdBox1); });
-    run_.FocusDone = "1";
+  if (pass.Test([&] { return ToNumber(engine_.run.FocusDone.Get()) == 0; })) {
+    pass.Step([&] { Schedule.FocusTimeField(); });
+    engine_.run.FocusDone = "1";
   }
   engine_.machine().loop.Yield();
 }
 
 void Form1::FieldFocus() {
-  Window* active = engine_.machine().desktop.ActiveWindow;
-  Control* focused = (active != nullptr ? active : this)->Focused();
-  if (auto* field = dynamic_cast<TextBox*>(focused)) field->SelectAll();
-}
-
-void Form1::SaveSettings(const char* announcement) {
-  if (!engine_.SaveUnlessObjected()) return;
-  engine_.machine().boxes.Show(
-      {.text = announcement, .icon = BoxIcon::kInformation, .title = "Settings Saved"});
+  tarnvale::FieldFocus(engine_.machine().desktop, *this);
 }
 
 }  // namespace tarnvale

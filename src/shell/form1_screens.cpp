@@ -2,7 +2,6 @@
 #include "shell/form1.h"
 
 namespace tarnvale {
-namespace {
 
 // Which screen a command shows, and which it hides, in that order. A screen
 // that a row doesn't name keeps its state.
@@ -12,6 +11,8 @@ struct SwitchRow {
   Screen shown;
   std::vector<Screen> hidden;
 };
+
+namespace {
 
 using enum Screen;
 
@@ -33,16 +34,16 @@ const SwitchRow kListMenu{kList, {kStorage, kProgress, kSchedule, kGeneral, kAdv
 const SwitchRow kStorageMenu{kStorage, {kList, kProgress, kSchedule, kGeneral, kAdvanced}};
 const SwitchRow kScheduleMenu{kSchedule, {kStorage, kProgress, kList, kGeneral, kAdvanced}};
 
+const SwitchRow kWizardPage{kSchedule, {kStorage, kProgress, kList, kGeneral, kAdvanced}};
+
 }  // namespace
 
 void Form1::WireScreens() {
   engine_.screens.Show = [this](Screen screen) { FrameOf(screen).Visible = true; };
   engine_.screens.Hide = [this](Screen screen) { FrameOf(screen).Visible = false; };
-  engine_.screens.FocusStorageField = [this] { Focus(Text1); };
-  engine_.screens.FocusIntervalField = [this] { Focus(MaskEdBox2); };
 
   const auto switches = [this](Label& link, const SwitchRow& row) {
-    link.Clicked.Listen([this, &row] { SwitchTo(row.shown, row.hidden); });
+    link.Clicked.Listen([this, &row] { SwitchTo(row); });
   };
   switches(Label36, kStorageLink);
   switches(Label37, kListLink);
@@ -52,7 +53,7 @@ void Form1::WireScreens() {
   switches(Label51, kRestoreLink);
 
   const auto menu_switches = [this](MenuItem& item, const SwitchRow& row) {
-    item.Clicked.Listen([this, &row] { SwitchFromMenu(row.shown, row.hidden); });
+    item.Clicked.Listen([this, &row] { SwitchFromMenu(row); });
   };
   menu_switches(mnusettings, kGeneralMenu);
   menu_switches(mnucompauto, kAdvancedMenu);
@@ -66,36 +67,44 @@ void Form1::WireScreens() {
 GroupBox& Form1::FrameOf(Screen screen) {
   switch (screen) {
     case Screen::kList:
-      return GroupBox1;
+      return List.GroupBox1;
     case Screen::kStorage:
-      return GroupBox2;
+      return Storage.GroupBox2;
     case Screen::kProgress:
-      return GroupBox3;
+      return Progress.GroupBox3;
     case Screen::kSchedule:
-      return GroupBox4;
+      return Schedule.GroupBox4;
     case Screen::kGeneral:
-      return GroupBox5;
+      return General.GroupBox5;
     case Screen::kAdvanced:
-      return GroupBox6;
+      return Advanced.GroupBox6;
     case Screen::kRestore:
       break;
   }
-  return GroupBox15;
+  return Restore.GroupBox15;
 }
 
-void Form1::SwitchTo(Screen shown, const std::vector<Screen>& hidden) {
-  CallHook(engine_.screens.Show, shown);
-  for (const Screen screen : hidden) CallHook(engine_.screens.Hide, screen);
+void Form1::SwitchTo(const SwitchRow& row) {
+  CallHook(engine_.screens.Show, row.shown);
+  for (const Screen screen : row.hidden) CallHook(engine_.screens.Hide, screen);
 }
 
 // A menu command can come from the tray while the window is hidden.
-void Form1::SwitchFromMenu(Screen shown, const std::vector<Screen>& hidden) {
+void Form1::SwitchFromMenu(const SwitchRow& row) {
   // Chosen: a window that comes up is on the task bar, as after a double click.
   InTaskBar = true;
   State = WindowState::kNormal;
   Show();
-  SwitchTo(shown, hidden);
+  SwitchTo(row);
   Show();
+}
+
+void Form1::ShowWizardPage() {
+  InTaskBar = true;
+  State = WindowState::kNormal;
+  Show();
+  SwitchTo(kWizardPage);
+  engine_.timers.WizardPage().Enabled = false;
 }
 
 }  // namespace tarnvale

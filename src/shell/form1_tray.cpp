@@ -5,7 +5,6 @@ namespace tarnvale {
 
 void Form1::WireTray() {
   gSysTray.RButtonUp.Listen([this] { gSysTray_RButtonUP(); });
-  mnuBackup.IsDefault = true;
   engine_.display.TrayTip.Changed.Listen(
       [this] { gSysTray.ToolTip(engine_.display.TrayTip.Get()); });
   engine_.stages.RemoveTrayIcon = [this] { gSysTray.RemoveFromSysTray(); };
@@ -13,7 +12,6 @@ void Form1::WireTray() {
     if (State.Get() == WindowState::kMinimized && !dying_) gSysTray.MinToSysTray();
   });
   CloseAsked.Listen([this](CloseRequest& request) { AskBeforeClosing(request); });
-  mnuQuit.Clicked.Listen([this] { Exit(); });
 }
 
 void Form1::gSysTray_RButtonUP() {

@@ -158,25 +158,25 @@ class MainWindowTest : public ::testing::Test {
 TEST_F(MainWindowTest, APersonMakesAListChoosesThePlaceSetsTheScheduleSavesAndBacksUp) {
   BringUp();
   Click(form.Label37);
-  ChooseFolder(form.ListTree, "Work", "C:\\Work");
-  ASSERT_TRUE(WaitFor([&] { return form.File1.Rows().size() == 2; }));
-  auto& files = dynamic_cast<QAbstractItemView&>(WidgetOf(form.File1));
+  ChooseFolder(form.List.ListTree, "Work", "C:\\Work");
+  ASSERT_TRUE(WaitFor([&] { return form.List.File1.Rows().size() == 2; }));
+  auto& files = dynamic_cast<QAbstractItemView&>(WidgetOf(form.List.File1));
   QTest::mouseClick(files.viewport(), Qt::LeftButton, {},
                     files.visualRect(files.model()->index(1, 0)).center());
-  Click(form.Command5);
-  EXPECT_EQ(form.List1.Rows.Rows(), std::vector<std::string>{"C:\\Work\\b.txt"});
+  Click(form.List.Command5);
+  EXPECT_EQ(form.List.List1.Rows.Rows(), std::vector<std::string>{"C:\\Work\\b.txt"});
 
   Click(form.Label36);
-  ChooseFolder(form.StorageTree, "Store", "C:\\Store");
-  Click(form.chameleonButton1);
-  EXPECT_EQ(form.Text1.Text.Get(), "C:\\Store");
+  ChooseFolder(form.Storage.StorageTree, "Store", "C:\\Store");
+  Click(form.Storage.chameleonButton1);
+  EXPECT_EQ(form.Storage.Text1.Text.Get(), "C:\\Store");
 
   Click(form.Label44);
-  Click(form.Optionbutton1);
-  QTest::keyClicks(&WidgetOf(form.MaskEdBox1), "1234");
-  EXPECT_EQ(form.MaskEdBox1.Text.Get(), "12:34");
-  QTest::keyClick(&WidgetOf(form.MaskEdBox1), Qt::Key_Tab);
-  EXPECT_EQ(form.Label60.Caption.Get().empty(), false);
+  Click(form.Schedule.Optionbutton1);
+  QTest::keyClicks(&WidgetOf(form.Schedule.MaskEdBox1), "1234");
+  EXPECT_EQ(form.Schedule.MaskEdBox1.Text.Get(), "12:34");
+  QTest::keyClick(&WidgetOf(form.Schedule.MaskEdBox1), Qt::Key_Tab);
+  EXPECT_EQ(form.Schedule.Label60.Caption.Get().empty(), false);
 
   AnswerNextBox(QMessageBox::Ok);
   Click(form.Label45);
@@ -189,9 +189,9 @@ TEST_F(MainWindowTest, APersonMakesAListChoosesThePlaceSetsTheScheduleSavesAndBa
 
   AnswerNextBox(QMessageBox::Yes);
   Click(form.Label49);
-  ASSERT_TRUE(WaitFor([&] { return form.Label14.Caption.Get().starts_with("Success"); }));
+  ASSERT_TRUE(WaitFor([&] { return form.Progress.Label14.Caption.Get().starts_with("Success"); }));
   EXPECT_EQ(Content("Store/b.txt"), "two");
-  EXPECT_TRUE(form.GroupBox3.Visible);
+  EXPECT_TRUE(form.Progress.GroupBox3.Visible);
   EXPECT_NE(Content("Data/Backup Log.txt").find("Backup Status: OK!"), std::string::npos);
 }
 
@@ -224,34 +224,35 @@ TEST_F(MainWindowTest, NoFixedTextIsCutOff) {
 
 TEST_F(MainWindowTest, TabVisitsEveryFieldOfTheScheduleInItsOrder) {
   BringUp();
-  form.Focus(form.Optionbutton1);
+  form.Focus(form.Schedule.Optionbutton1);
   std::vector<Control*> visited;
   for (int step = 0; step < 4; ++step) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     visited.push_back(form.Focused());
   }
-  EXPECT_EQ(visited, (std::vector<Control*>{&form.MaskEdBox1, &form.Optionbutton2, &form.MaskEdBox2,
-                                            &form.Optionbutton3}));
+  EXPECT_EQ(visited,
+            (std::vector<Control*>{&form.Schedule.MaskEdBox1, &form.Schedule.Optionbutton2,
+                                   &form.Schedule.MaskEdBox2, &form.Schedule.Optionbutton3}));
 }
 
 TEST_F(MainWindowTest, EnterMovesOnAsTabDoes) {
   BringUp();
-  form.Focus(form.Optionbutton1);
+  form.Focus(form.Schedule.Optionbutton1);
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-  EXPECT_EQ(form.Focused(), &form.MaskEdBox1);
-  EXPECT_EQ(QApplication::focusWidget(), &WidgetOf(form.MaskEdBox1));
+  EXPECT_EQ(form.Focused(), &form.Schedule.MaskEdBox1);
+  EXPECT_EQ(QApplication::focusWidget(), &WidgetOf(form.Schedule.MaskEdBox1));
 }
 
 TEST_F(MainWindowTest, ABadIntervalBringsItsBoxAndTheFocusBack) {
   BringUp();
-  Click(form.Optionbutton2);
-  QTest::keyClicks(&WidgetOf(form.MaskEdBox2), "2500");
+  Click(form.Schedule.Optionbutton2);
+  QTest::keyClicks(&WidgetOf(form.Schedule.MaskEdBox2), "2500");
   AnswerNextBox(QMessageBox::Ok);
   Click(form.Label37);
   EXPECT_EQ(box_text, "An Invalid Interval Has Been Entered.");
   EXPECT_EQ(engine.settings.EachTime, 0);
-  EXPECT_EQ(form.Focused(), &form.MaskEdBox2);
-  EXPECT_FALSE(form.GroupBox1.Visible) << "the click that was interrupted does nothing";
+  EXPECT_EQ(form.Focused(), &form.Schedule.MaskEdBox2);
+  EXPECT_FALSE(form.List.GroupBox1.Visible) << "the click that was interrupted does nothing";
 }
 
 TEST_F(MainWindowTest, AWindowBroughtUpRightAfterTheStartStaysUp) {
@@ -276,7 +277,7 @@ class PaintCounter : public QObject {
 TEST_F(MainWindowTest, AnIdleScreenIsNotDrawnAgain) {
   BringUp();
   Click(form.Label37);
-  form.Focus(form.Command1);  // no blinking caret
+  form.Focus(form.List.Command1);  // no blinking caret
   QElapsedTimer since;
   since.start();
   ASSERT_TRUE(WaitFor([&] { return since.elapsed() > 1500; }));  // the trees are set up
@@ -290,11 +291,11 @@ TEST_F(MainWindowTest, AnIdleScreenIsNotDrawnAgain) {
 
 TEST_F(MainWindowTest, ARunningBarIsDrawnSixtyTimesASecondAtMost) {
   BringUp();
-  form.GroupBox4.Visible = false;
-  form.GroupBox3.Visible = true;
-  ASSERT_TRUE(WaitFor([&] { return WidgetOf(form.XP_ProgressBar1).isVisible(); }));
+  form.Schedule.GroupBox4.Visible = false;
+  form.Progress.GroupBox3.Visible = true;
+  ASSERT_TRUE(WaitFor([&] { return WidgetOf(form.Progress.XP_ProgressBar1).isVisible(); }));
   PaintCounter paints;
-  WidgetOf(form.XP_ProgressBar1).installEventFilter(&paints);
+  WidgetOf(form.Progress.XP_ProgressBar1).installEventFilter(&paints);
   QElapsedTimer since;
   since.start();
   int changes = 0;

@@ -231,7 +231,7 @@ TEST_F(MailTest, TheRunDoesNotWaitForAServerThatSaysNothing) {
   // The conversation waits inside this very advance: it ends with the greeting.
   std::string caption;
   machine.loop.OnYield(2000, [&] {
-    caption = p.form.Label14.Caption.Get();
+    caption = p.form.Progress.Label14.Caption.Get();
     server.Connection().Say("220 ready\r\n");
   });
   BackUp(p);
@@ -253,11 +253,11 @@ TEST_F(MailTest, AFailedSendGoesUnnoticed) {
 TEST_F(MailTest, TheTestButtonShowsTheWindowAndSendsTheTestTextUnsaved) {
   GivenSettings("False");
   Program& p = Start();
-  p.form.txtServer.Text = "other.example";
-  p.form.txtTo.Text = "carol@home.example";
+  p.form.Advanced.txtServer.Text = "other.example";
+  p.form.Advanced.txtTo.Text = "carol@home.example";
   FakeServer& other = machine.network.AddServer("other.example", 25);
   other.on_connect = [](FakeConnection& c) { c.Say("220 ready\r\n"); };
-  p.form.chameleonButton6.Click.Emit();
+  p.form.Advanced.chameleonButton6.Click.Emit();
   EXPECT_TRUE(p.Mailer.Get().Visible);
   machine.Advance(5s);
   EXPECT_EQ(other.Connection().Text(),
@@ -265,10 +265,10 @@ TEST_F(MailTest, TheTestButtonShowsTheWindowAndSendsTheTestTextUnsaved) {
             "DATA\r\nSUBJECT: 0\r\n"
             "This Is A Test E-Mail Report From Tarnvale : Your Settings Have Been Confirmed\r\n"
             "\r\n\r\n.\r\n");
-  EXPECT_EQ(p.form.txtBody.Text.Get(),
+  EXPECT_EQ(p.form.Advanced.txtBody.Text.Get(),
             "This Is A Test E-Mail Report From Tarnvale : Your Settings Have Been Confirmed");
-  EXPECT_EQ(p.form.txtSubject.Text.Get(), "0");
-  EXPECT_EQ(p.form.Text15.Text.Get(), "report@tarnvale.example");
+  EXPECT_EQ(p.form.Advanced.txtSubject.Text.Get(), "0");
+  EXPECT_EQ(p.form.Advanced.Text15.Text.Get(), "report@tarnvale.example");
   EXPECT_THAT(machine.files.Content("C:\\Data\\Tarnvale.ini"),
               ::testing::Not(::testing::HasSubstr("carol")));
 }
@@ -276,12 +276,12 @@ TEST_F(MailTest, TheTestButtonShowsTheWindowAndSendsTheTestTextUnsaved) {
 TEST_F(MailTest, AfterTheWindowWasClosedTheNextMailStillWaitsForNothing) {
   GivenSettings("False");
   Program& p = Start();
-  p.form.chameleonButton6.Click.Emit();
+  p.form.Advanced.chameleonButton6.Click.Emit();
   machine.Advance(5s);
   p.Mailer.Get().Close();
   EXPECT_FALSE(p.Mailer.IsLoaded());
   server.on_connect = nullptr;
-  p.form.chameleonButton6.Click.Emit();
+  p.form.Advanced.chameleonButton6.Click.Emit();
   machine.Advance(5s);
   EXPECT_THAT(server.Connection(1).Text(), ::testing::EndsWith("\r\n\r\n\r\n.\r\n"));
 }
@@ -307,10 +307,10 @@ TEST_F(ProgramTest, WithoutAServerTheExampleReachesTheSettingsThoughNobodyOpensT
 TEST_F(ProgramTest, EveryWayToTheTransferWindowShowsIt) {
   GivenWizard("1");
   Program& p = Start();
-  const std::vector<std::function<void()>> ways{[&] { p.form.Label46.Clicked.Emit(); },
-                                                [&] { p.form.mnuFTP.Clicked.Emit(); },
-                                                [&] { p.form.chameleonButton7.Click.Emit(); },
-                                                [&] { p.Compressor.Get().Label49.Clicked.Emit(); }};
+  const std::vector<std::function<void()>> ways{
+      [&] { p.form.Label46.Clicked.Emit(); }, [&] { p.form.mnuFTP.Clicked.Emit(); },
+      [&] { p.form.Advanced.chameleonButton7.Click.Emit(); },
+      [&] { p.Compressor.Get().Label49.Clicked.Emit(); }};
   for (const auto& way : ways) {
     way();
     EXPECT_TRUE(p.Transfer.Get().Visible);

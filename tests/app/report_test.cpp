@@ -107,14 +107,15 @@ class RealReports : public ::testing::Test {
 
   void SendTestMail(Program& p) {
     Click(p.form, p.form.Label39);
-    Click(p.form, p.form.chameleonButton6);
+    Click(p.form, p.form.Advanced.chameleonButton6);
   }
   /// Backs up and waits for the end of the mail's conversation.
   void BackUp(Program& p) {
     AnswerYesToTheNextBox();
     // Not by the mouse: which window is the active one now is the desktop's affair.
     p.form.Label49.Clicked.Emit();
-    ASSERT_TRUE(WaitFor([&] { return p.form.Label14.Caption.Get().starts_with("Success"); }));
+    ASSERT_TRUE(
+        WaitFor([&] { return p.form.Progress.Label14.Caption.Get().starts_with("Success"); }));
     ASSERT_TRUE(WaitFor([&] { return HasEnded(p); }));
   }
   bool HasEnded(Program& p) {

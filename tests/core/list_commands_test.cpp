@@ -23,7 +23,7 @@ class ListCommandsTest : public ::testing::Test {
     folder = path;
     pane.Folder = path;
   }
-  ListScreen Screen() { return {folder, pane, list}; }
+  ListFields Screen() { return {folder, pane, list}; }
   void Do(Add what) { commands.AddToBackupList(Screen(), what); }
   void ExpectThere(const std::string& item) {
     machine.boxes.Expect("Item Is Already In Your Backup List: \n\n" + item, BoxIcon::kInformation,

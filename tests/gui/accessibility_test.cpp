@@ -110,10 +110,10 @@ class GuiAccessibility : public GuiTest {
 TEST_F(GuiAccessibility, EverythingOnEachScreenOfTheMainWindowHasAName) {
   Form1& f = StartAndBringUp().form;
   const std::pair<GroupBox*, const char*> screens[] = {
-      {&f.GroupBox1, "list screen"},     {&f.GroupBox2, "storage screen"},
-      {&f.GroupBox3, "progress screen"}, {&f.GroupBox4, "schedule screen"},
-      {&f.GroupBox5, "general screen"},  {&f.GroupBox6, "advanced screen"},
-      {&f.GroupBox15, "restore screen"},
+      {&f.List.GroupBox1, "list screen"},         {&f.Storage.GroupBox2, "storage screen"},
+      {&f.Progress.GroupBox3, "progress screen"}, {&f.Schedule.GroupBox4, "schedule screen"},
+      {&f.General.GroupBox5, "general screen"},   {&f.Advanced.GroupBox6, "advanced screen"},
+      {&f.Restore.GroupBox15, "restore screen"},
   };
   for (const auto& [shown, name] : screens) {
     for (const auto& other : screens) other.first->Visible = other.first == shown;
@@ -151,12 +151,12 @@ TEST_F(GuiAccessibility, EverythingInADialogHasAName) {
   };
   walk_and_leave("open dialog");
   Click(program->form.Label38);
-  Click(program->form.chameleonButton3);
+  Click(program->form.General.chameleonButton3);
   walk_and_leave("save dialog");
-  Click(program->form.chameleonButton2);
+  Click(program->form.General.chameleonButton2);
   walk_and_leave("folder dialog");
   Click(program->form.Label39);
-  Click(program->form.chameleonButton4);
+  Click(program->form.Advanced.chameleonButton4);
   walk_and_leave("question");
   Click(program->form.Label49);
   EXPECT_EQ(dialogs_met, 4);
@@ -182,23 +182,23 @@ TEST_F(GuiAccessibility, DrawnControlsTellTheirState) {
   const auto read = [this](Control& control) {
     return QAccessible::queryAccessibleInterface(&WidgetOf(control));
   };
-  EXPECT_FALSE(read(f.CheckBox9)->state().checked);
-  EXPECT_TRUE(read(f.CheckBox9)->state().checkable);
-  f.CheckBox9.Checked = true;
-  EXPECT_TRUE(read(f.CheckBox9)->state().checked);
-  EXPECT_FALSE(read(f.chameleonButton5)->state().disabled);
-  f.chameleonButton5.Enabled = false;
-  EXPECT_TRUE(read(f.chameleonButton5)->state().disabled);
+  EXPECT_FALSE(read(f.Schedule.CheckBox9)->state().checked);
+  EXPECT_TRUE(read(f.Schedule.CheckBox9)->state().checkable);
+  f.Schedule.CheckBox9.Checked = true;
+  EXPECT_TRUE(read(f.Schedule.CheckBox9)->state().checked);
+  EXPECT_FALSE(read(f.Advanced.chameleonButton5)->state().disabled);
+  f.Advanced.chameleonButton5.Enabled = false;
+  EXPECT_TRUE(read(f.Advanced.chameleonButton5)->state().disabled);
   program->engine.run.CopyBar = 40;
-  ASSERT_NE(read(f.XP_ProgressBar1)->valueInterface(), nullptr);
-  EXPECT_EQ(read(f.XP_ProgressBar1)->valueInterface()->currentValue(), 40);
+  ASSERT_NE(read(f.Progress.XP_ProgressBar1)->valueInterface(), nullptr);
+  EXPECT_EQ(read(f.Progress.XP_ProgressBar1)->valueInterface()->currentValue(), 40);
 
   Click(f.Label37);
-  QWidget& button = WidgetOf(f.Command4);
+  QWidget& button = WidgetOf(f.List.Command4);
   QTest::mousePress(&button, Qt::LeftButton);
-  EXPECT_TRUE(read(f.Command4)->state().pressed);
+  EXPECT_TRUE(read(f.List.Command4)->state().pressed);
   QTest::mouseRelease(&button, Qt::LeftButton);
-  EXPECT_FALSE(read(f.Command4)->state().pressed);
+  EXPECT_FALSE(read(f.List.Command4)->state().pressed);
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ TEST_F(GuiExit, TheCrossAsksAndNoKeepsTheProgram) {
   EXPECT_TRUE(WaitUntilActive(p.form));
   EXPECT_EQ(Starts("Quit.exe"), 0);
   Click(p.form.Label37);
-  EXPECT_TRUE(p.form.GroupBox1.Visible);
+  EXPECT_TRUE(p.form.List.GroupBox1.Visible);
 }
 
 TEST_F(GuiExit, TheCrossAsksAndYesEndsTheProgram) {

@@ -53,8 +53,8 @@ TEST_F(GuiKeyboard, TabAndShiftTabReachEveryControlOfEachScreen) {
     f.Focus(*link);
     EXPECT_EQ(Visit(f, Qt::Key_Backtab), Reachable(f)) << link->Caption.Get();
   }
-  f.GroupBox15.Visible = false;
-  f.GroupBox3.Visible = true;
+  f.Restore.GroupBox15.Visible = false;
+  f.Progress.GroupBox3.Visible = true;
   f.Focus(f.Label49);
   EXPECT_EQ(Visit(f, Qt::Key_Tab), Reachable(f)) << "the progress screen";
 }
@@ -73,44 +73,44 @@ TEST_F(GuiKeyboard, EnterMovesOnAsTabDoesThroughTheWholeSchedule) {
   Form1& f = StartAndBringUp(kQuiet).form;
   f.Focus(f.Label44);
   EXPECT_EQ(Visit(f, Qt::Key_Return), Reachable(f));
-  EXPECT_EQ(f.MaskEdBox2.Text.Get(), "01:00");
+  EXPECT_EQ(f.Schedule.MaskEdBox2.Text.Get(), "01:00");
 }
 
 TEST_F(GuiKeyboard, SpaceWorksLinksButtonsAndBoxes) {
   Form1& f = StartAndBringUp(kQuiet).form;
   f.Focus(f.Label37);
   Press(Qt::Key_Space);
-  EXPECT_TRUE(f.GroupBox1.Visible);
-  f.Focus(f.Check1);
+  EXPECT_TRUE(f.List.GroupBox1.Visible);
+  f.Focus(f.List.Check1);
   Press(Qt::Key_Space);
-  EXPECT_TRUE(f.Check1.Value);
-  f.Focus(f.Command4);
+  EXPECT_TRUE(f.List.Check1.Value);
+  f.Focus(f.List.Command4);
   Press(Qt::Key_Space);
-  EXPECT_EQ(f.List1.Rows.Count(), 1U);
+  EXPECT_EQ(f.List.List1.Rows.Count(), 1U);
 }
 
 TEST_F(GuiKeyboard, AListIsMadeAndEmptiedWithoutAMouse) {
   Form1& f = StartAndBringUp(kQuiet).form;
   f.Focus(f.Label37);
   Press(Qt::Key_Space);
-  f.Focus(f.ListTree);
+  f.Focus(f.List.ListTree);
   Press(Qt::Key_Home);
   Press(Qt::Key_Right);
   Type("Work");
-  ASSERT_TRUE(WaitFor([&] { return f.File1.Rows().size() == 2; }));
-  f.Focus(f.File1);
+  ASSERT_TRUE(WaitFor([&] { return f.List.File1.Rows().size() == 2; }));
+  f.Focus(f.List.File1);
   Press(Qt::Key_Home);
   Press(Qt::Key_Down, Qt::ShiftModifier);
-  f.Focus(f.Command5);
+  f.Focus(f.List.Command5);
   Press(Qt::Key_Space);
-  EXPECT_THAT(f.List1.Rows.Rows(), ElementsAre("C:\\Work\\a.txt", "C:\\Work\\b.txt"));
-  f.Focus(f.Command1);
+  EXPECT_THAT(f.List.List1.Rows.Rows(), ElementsAre("C:\\Work\\a.txt", "C:\\Work\\b.txt"));
+  f.Focus(f.List.Command1);
   Press(Qt::Key_Delete);
-  EXPECT_EQ(f.List1.Rows.Count(), 2U) << "Delete works in the list only";
-  f.Focus(f.List1);
+  EXPECT_EQ(f.List.List1.Rows.Count(), 2U) << "Delete works in the list only";
+  f.Focus(f.List.List1);
   Press(Qt::Key_Space);
   Press(Qt::Key_Delete);
-  EXPECT_THAT(f.List1.Rows.Rows(), ElementsAre("C:\\Work\\b.txt"));
+  EXPECT_THAT(f.List.List1.Rows.Rows(), ElementsAre("C:\\Work\\b.txt"));
 }
 
 TEST_F(GuiKeyboard, TheMenuOpensByAltAndItsRowsByTheirMarks) {
@@ -125,7 +125,7 @@ TEST_F(GuiKeyboard, TheMenuOpensByAltAndItsRowsByTheirMarks) {
   Press(Qt::Key_F);  // Additional Features
   Press(Qt::Key_Down);
   Press(Qt::Key_Return);
-  EXPECT_TRUE(f.GroupBox6.Visible);
+  EXPECT_TRUE(f.Advanced.GroupBox6.Visible);
   EXPECT_EQ(f.Focused(), &f.Label44) << "the menu only borrows the focus";
   EXPECT_TRUE(WaitFor([&] { return QApplication::focusWidget() == &WidgetOf(f.Label44); }));
 }

@@ -24,8 +24,9 @@ class GuiScreens : public GuiTest {
   std::vector<GroupBox*> Seen() {
     std::vector<GroupBox*> seen;
     Form1& f = program->form;
-    for (GroupBox* screen : {&f.GroupBox1, &f.GroupBox2, &f.GroupBox3, &f.GroupBox4, &f.GroupBox5,
-                             &f.GroupBox6, &f.GroupBox15}) {
+    for (GroupBox* screen :
+         {&f.List.GroupBox1, &f.Storage.GroupBox2, &f.Progress.GroupBox3, &f.Schedule.GroupBox4,
+          &f.General.GroupBox5, &f.Advanced.GroupBox6, &f.Restore.GroupBox15}) {
       if (WidgetOf(*screen).isVisible()) seen.push_back(screen);
     }
     return seen;
@@ -40,10 +41,11 @@ class GuiScreens : public GuiTest {
 
 TEST_F(GuiScreens, EachLinkShowsItsScreen) {
   Form1& f = StartAndBringUp().form;
-  EXPECT_THAT(Seen(), ElementsAre(&f.GroupBox4));
+  EXPECT_THAT(Seen(), ElementsAre(&f.Schedule.GroupBox4));
   const std::pair<Label*, GroupBox*> links[] = {
-      {&f.Label37, &f.GroupBox1}, {&f.Label36, &f.GroupBox2},  {&f.Label38, &f.GroupBox5},
-      {&f.Label39, &f.GroupBox6}, {&f.Label51, &f.GroupBox15}, {&f.Label44, &f.GroupBox4}};
+      {&f.Label37, &f.List.GroupBox1},     {&f.Label36, &f.Storage.GroupBox2},
+      {&f.Label38, &f.General.GroupBox5},  {&f.Label39, &f.Advanced.GroupBox6},
+      {&f.Label51, &f.Restore.GroupBox15}, {&f.Label44, &f.Schedule.GroupBox4}};
   for (const auto& [link, screen] : links) {
     Click(*link);
     EXPECT_THAT(Seen(), ElementsAre(screen)) << link->Caption.Get();
@@ -53,11 +55,11 @@ TEST_F(GuiScreens, EachLinkShowsItsScreen) {
 TEST_F(GuiScreens, EachMenuRowShowsItsScreen) {
   Form1& f = StartAndBringUp().form;
   const std::pair<std::vector<QString>, GroupBox*> rows[] = {
-      {{"File", "Backup Wizard", "Backup Files"}, &f.GroupBox1},
-      {{"File", "Backup Wizard", "Storage Location"}, &f.GroupBox2},
-      {{"File", "Additional Features", "General & Backup Settings"}, &f.GroupBox5},
-      {{"File", "Additional Features", "Advanced Auto Settings"}, &f.GroupBox6},
-      {{"File", "Backup Wizard", "Schedule"}, &f.GroupBox4}};
+      {{"File", "Backup Wizard", "Backup Files"}, &f.List.GroupBox1},
+      {{"File", "Backup Wizard", "Storage Location"}, &f.Storage.GroupBox2},
+      {{"File", "Additional Features", "General & Backup Settings"}, &f.General.GroupBox5},
+      {{"File", "Additional Features", "Advanced Auto Settings"}, &f.Advanced.GroupBox6},
+      {{"File", "Backup Wizard", "Schedule"}, &f.Schedule.GroupBox4}};
   for (const auto& [captions, screen] : rows) {
     ChooseInMenuBar(captions);
     EXPECT_THAT(Seen(), ElementsAre(screen)) << captions.back().toStdString();
@@ -68,22 +70,23 @@ TEST_F(GuiScreens, TheGeneralLinkLeavesTheRestoreScreenBehindItsOwn) {
   Form1& f = StartAndBringUp().form;
   Click(f.Label51);
   Click(f.Label38);
-  EXPECT_THAT(Seen(), ElementsAre(&f.GroupBox5, &f.GroupBox15));
-  EXPECT_TRUE(LiesInFront(f.GroupBox5));
+  EXPECT_THAT(Seen(), ElementsAre(&f.General.GroupBox5, &f.Restore.GroupBox15));
+  EXPECT_TRUE(LiesInFront(f.General.GroupBox5));
 }
 
 TEST_F(GuiScreens, AMenuRowLeavesTheRestoreScreenBehindItsOwn) {
   Form1& f = StartAndBringUp().form;
   const std::pair<std::vector<QString>, GroupBox*> rows[] = {
-      {{"File", "Backup Wizard", "Backup Files"}, &f.GroupBox1},
-      {{"File", "Backup Wizard", "Storage Location"}, &f.GroupBox2},
-      {{"File", "Additional Features", "Advanced Auto Settings"}, &f.GroupBox6},
-      {{"File", "Backup Wizard", "Schedule"}, &f.GroupBox4}};
+      {{"File", "Backup Wizard", "Backup Files"}, &f.List.GroupBox1},
+      {{"File", "Backup Wizard", "Storage Location"}, &f.Storage.GroupBox2},
+      {{"File", "Additional Features", "Advanced Auto Settings"}, &f.Advanced.GroupBox6},
+      {{"File", "Backup Wizard", "Schedule"}, &f.Schedule.GroupBox4}};
   for (const auto& [captions, screen] : rows) {
     Click(f.Label51);
-    EXPECT_TRUE(LiesInFront(f.GroupBox15));
+    EXPECT_TRUE(LiesInFront(f.Restore.GroupBox15));
     ChooseInMenuBar(captions);
-    EXPECT_THAT(Seen(), ElementsAre(screen, &f.GroupBox15)) << captions.back().toStdString();
+    EXPECT_THAT(Seen(), ElementsAre(screen, &f.Restore.GroupBox15))
+        << captions.back().toStdString();
     EXPECT_TRUE(LiesInFront(*screen)) << captions.back().toStdString();
   }
 }
@@ -92,24 +95,24 @@ TEST_F(GuiScreens, FilesAndFoldersComeOntoTheListAndGoFromIt) {
   Write("Work/c.txt", "three");
   Form1& f = StartAndBringUp().form;
   Click(f.Label37);
-  ChooseFolder(f.ListTree, {"Work"});
-  ASSERT_TRUE(WaitFor([&] { return f.File1.Rows().size() == 3; }));
-  Click(f.Command4);
-  Click(f.CheckBox3);
-  Click(f.Command4);
-  ClickRow(f.File1, 0);
-  ClickRow(f.File1, 1, Qt::ControlModifier);
-  Click(f.Command5);
-  DoubleClickRow(f.File1, 2);
-  const auto& rows = f.List1.Rows;
+  ChooseFolder(f.List.ListTree, {"Work"});
+  ASSERT_TRUE(WaitFor([&] { return f.List.File1.Rows().size() == 3; }));
+  Click(f.List.Command4);
+  Click(f.List.CheckBox3);
+  Click(f.List.Command4);
+  ClickRow(f.List.File1, 0);
+  ClickRow(f.List.File1, 1, Qt::ControlModifier);
+  Click(f.List.Command5);
+  DoubleClickRow(f.List.File1, 2);
+  const auto& rows = f.List.List1.Rows;
   EXPECT_THAT(rows.Rows(), ElementsAre("C:\\Work\\*.*", "C:\\Work\\*+++++*", "C:\\Work\\a.txt",
                                        "C:\\Work\\b.txt", "C:\\Work\\c.txt"));
 
-  ClickRow(f.List1, 0);
-  ClickRow(f.List1, 2, Qt::ControlModifier);
-  Click(f.Command1);
+  ClickRow(f.List.List1, 0);
+  ClickRow(f.List.List1, 2, Qt::ControlModifier);
+  Click(f.List.Command1);
   EXPECT_THAT(rows.Rows(), ElementsAre("C:\\Work\\*+++++*", "C:\\Work\\b.txt", "C:\\Work\\c.txt"));
-  ClickRow(f.List1, 1);
+  ClickRow(f.List.List1, 1);
   Press(Qt::Key_Delete);
   EXPECT_THAT(rows.Rows(), ElementsAre("C:\\Work\\*+++++*", "C:\\Work\\c.txt"));
 }
@@ -119,7 +122,7 @@ TEST_F(GuiScreens, SavingWithoutAListSaysWhatIsMissingAndLeadsThere) {
   AnswerNextBox(QMessageBox::Ok);
   Click(f.Label45);
   EXPECT_EQ(box_text, "You Must At Least Have An Item For Backup");
-  EXPECT_THAT(Seen(), ElementsAre(&f.GroupBox1));
+  EXPECT_THAT(Seen(), ElementsAre(&f.List.GroupBox1));
 }
 
 TEST_F(GuiScreens, EachOfTheThreeSavesSaysSoInItsOwnWords) {
@@ -134,7 +137,7 @@ TEST_F(GuiScreens, EachOfTheThreeSavesSaysSoInItsOwnWords) {
   EXPECT_EQ(box_text, "Tarnvale Settings Saved To Your U3 Device");
   Click(f.Label39);
   AnswerNextBox(QMessageBox::Ok);
-  Click(f.chameleonButton5);
+  Click(f.Advanced.chameleonButton5);
   EXPECT_EQ(box_text, "Tarnvale Settings Save To Your U3 Device");
 }
 
@@ -142,22 +145,22 @@ TEST_F(GuiScreens, SettingsGoOutAndComeBackByTheDialogs) {
   Form1& f = StartAndBringUp(kComplete).form;
   Click(f.Label38);
   TypeIntoNextFileDialog(Native("Store/mine"));
-  Click(f.chameleonButton2);
+  Click(f.General.chameleonButton2);
   EXPECT_EQ(Content("Store/mine.ini"), kComplete) << "the extension is added";
-  EXPECT_TRUE(f.CheckBox6.Checked);
-  EXPECT_EQ(f.Label61.Caption.Get(), "Settings Exported OK!");
+  EXPECT_TRUE(f.General.CheckBox6.Checked);
+  EXPECT_EQ(f.General.Label61.Caption.Get(), "Settings Exported OK!");
 
   Write("Store/mine.ini", "[Setup]\r\nWizard=2\r\n");
   TypeIntoNextFileDialog(Native("Store/mine.ini"));
-  Click(f.chameleonButton3);
+  Click(f.General.chameleonButton3);
   EXPECT_EQ(Content("Data/Tarnvale.ini"), "[Setup]\r\nWizard=2\r\n");
-  EXPECT_EQ(f.Label63.Caption.Get(), "Files Status OK! - Restart Application");
-  EXPECT_EQ(f.Label62.Caption.Get(), "Settings Imported OK!");
+  EXPECT_EQ(f.General.Label63.Caption.Get(), "Files Status OK! - Restart Application");
+  EXPECT_EQ(f.General.Label62.Caption.Get(), "Settings Imported OK!");
 
   CancelNextFileDialog();
-  Click(f.chameleonButton3);
-  EXPECT_FALSE(f.CheckBox7.Checked);
-  EXPECT_EQ(f.Label63.Caption.Get(), ".");
+  Click(f.General.chameleonButton3);
+  EXPECT_FALSE(f.General.CheckBox7.Checked);
+  EXPECT_EQ(f.General.Label63.Caption.Get(), ".");
 }
 
 TEST_F(GuiScreens, ABackupIsAnnouncedRunsAndIsFollowedByItsPopup) {
@@ -193,24 +196,24 @@ TEST_F(GuiScreens, ABackupIsRestoredIntoTheChosenFolder) {
   Write("Store/a.txt", "backed up");
   Form1& f = StartAndBringUp().form;
   Click(f.Label51);
-  ChooseFolder(f.RestoreSourceTree, {"Store"});
-  ChooseFolder(f.RestoreTargetTree, {"Work"});
-  ASSERT_TRUE(WaitFor([&] { return f.Text28.Text.Get() == "C:\\Work"; }));
-  ASSERT_EQ(f.Text27.Text.Get(), "C:\\Store");
+  ChooseFolder(f.Restore.RestoreSourceTree, {"Store"});
+  ChooseFolder(f.Restore.RestoreTargetTree, {"Work"});
+  ASSERT_TRUE(WaitFor([&] { return f.Restore.Text28.Text.Get() == "C:\\Work"; }));
+  ASSERT_EQ(f.Restore.Text27.Text.Get(), "C:\\Store");
   AnswerNextBox(QMessageBox::Ok);
-  Click(f.chameleonButton8);
+  Click(f.Restore.chameleonButton8);
   EXPECT_EQ(box_text, "Please Eject The U3 Smart Drive For Changes To Take Effect.");
   EXPECT_EQ(box_title, "Tarnvale");
-  EXPECT_EQ(f.XP_ProgressBar3.Value, 100);
+  EXPECT_EQ(f.Restore.XP_ProgressBar3.Value, 100);
   EXPECT_EQ(Content("Work/a.txt"), "backed up");
 }
 
 TEST_F(GuiScreens, TheLogIsOpenedWithTheDesktopsProgram) {
   Write("Data/Backup Log.txt", "");
   Form1& f = StartAndBringUp().form;
-  f.GroupBox4.Visible = false;
-  f.GroupBox3.Visible = true;
-  Click(f.Label50);
+  f.Schedule.GroupBox4.Visible = false;
+  f.Progress.GroupBox3.Visible = true;
+  Click(f.Progress.Label50);
   EXPECT_TRUE(WaitFor([&] { return Starts("opener") == 1; }));
 }
 
@@ -218,11 +221,11 @@ TEST_F(GuiScreens, TheFolderForArchivesIsChosenInADialog) {
   Form1& f = StartAndBringUp().form;
   Click(f.Label39);
   TypeIntoNextFileDialog(Native("Store"));
-  Click(f.chameleonButton4);
-  EXPECT_EQ(f.Text5.Text.Get(), "C:\\Store");
+  Click(f.Advanced.chameleonButton4);
+  EXPECT_EQ(f.Advanced.Text5.Text.Get(), "C:\\Store");
   CancelNextFileDialog();
-  Click(f.chameleonButton4);
-  EXPECT_EQ(f.Text5.Text.Get(), "C:\\Store");
+  Click(f.Advanced.chameleonButton4);
+  EXPECT_EQ(f.Advanced.Text5.Text.Get(), "C:\\Store");
 }
 
 TEST_F(GuiScreens, TheToolsOpenByLinkAndMenuAndCloseByTheirOwnLinks) {

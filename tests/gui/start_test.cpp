@@ -32,14 +32,14 @@ TEST_F(GuiStart, TheFirstStartAsksForTheAgreementBeforeTheWindowCanBeUsed) {
   ASSERT_TRUE(WaitUntilShown(p.form));
   ASSERT_TRUE(WaitFor([&] { return !p.form.Enabled; }));
   QTest::mouseClick(&WidgetOf(p.form.Label37), Qt::LeftButton);
-  EXPECT_FALSE(p.form.GroupBox1.Visible) << "a click on a link of the disabled window";
+  EXPECT_FALSE(p.form.List.GroupBox1.Visible) << "a click on a link of the disabled window";
 
   Click(p.Agreement.Get().chameleonButton1);
   EXPECT_FALSE(p.Agreement.IsLoaded());
   EXPECT_NE(Content("Data/Tarnvale.ini").find("Wizard=1"), std::string::npos);
   ASSERT_TRUE(WaitUntilActive(p.form));
   Click(p.form.Label37);
-  EXPECT_TRUE(p.form.GroupBox1.Visible);
+  EXPECT_TRUE(p.form.List.GroupBox1.Visible);
 }
 
 TEST_F(GuiStart, TheAcceptedAgreementHandsTheFocusToTheMainWindow) {
@@ -50,7 +50,7 @@ TEST_F(GuiStart, TheAcceptedAgreementHandsTheFocusToTheMainWindow) {
   p.form.State = WindowState::kNormal;
   p.form.Show();
   ASSERT_TRUE(WaitUntilActive(p.form));
-  EXPECT_EQ(p.form.Focused(), &p.form.MaskEdBox1);
+  EXPECT_EQ(p.form.Focused(), &p.form.Schedule.MaskEdBox1);
 }
 
 TEST_F(GuiStart, TheAgreementIsAcceptedByTheKeyboardAlone) {

@@ -189,7 +189,7 @@ TEST_F(GuiTray, ARowOfTheMenuBringsTheWindowUpOnItsScreen) {
     ClickRow(*below, "Backup Files");
   });
   EXPECT_TRUE(WaitUntilActive(p.form));
-  EXPECT_TRUE(p.form.GroupBox1.Visible);
+  EXPECT_TRUE(p.form.List.GroupBox1.Visible);
   EXPECT_TRUE(p.form.InTaskBar);
 }
 

@@ -105,7 +105,7 @@ TEST_F(Form1CommandsTest, TheGeneralLinkLeavesTheRestoreScreenStanding) {
 
 TEST_F(Form1CommandsTest, TheScheduleCommandGoesThroughTheStorageScreen) {
   std::vector<std::vector<int>> seen;
-  for (GroupBox* frame : {&form.GroupBox2, &form.GroupBox4}) {
+  for (GroupBox* frame : {&form.Storage.GroupBox2, &form.Schedule.GroupBox4}) {
     frame->Visible.Changed.Listen([&] { seen.push_back(VisibleFrames()); });
   }
   for (GroupBox* frame : Frames()) frame->Visible = false;
@@ -124,105 +124,105 @@ TEST_F(Form1CommandsTest, AMenuCommandBringsTheWindowUp) {
 }
 
 TEST_F(Form1CommandsTest, TheFolderOfTheTreeIsAddedByItsContentsOrWhole) {
-  form.Text3.Text = "C:\\Work";
-  form.Command4.Click.Emit();
-  form.CheckBox3.Value = true;
-  form.Command4.Click.Emit();
-  EXPECT_EQ(form.List1.Rows.Rows(),
+  form.List.Text3.Text = "C:\\Work";
+  form.List.Command4.Click.Emit();
+  form.List.CheckBox3.Value = true;
+  form.List.Command4.Click.Emit();
+  EXPECT_EQ(form.List.List1.Rows.Rows(),
             (std::vector<std::string>{"C:\\Work\\*.*", "C:\\Work\\*+++++*"}));
 }
 
 TEST_F(Form1CommandsTest, SelectedFilesAreAddedByButtonAndDoubleClick) {
   machine.files.Write("C:\\Work\\a.txt", "");
   machine.files.Write("C:\\Work\\b.txt", "");
-  form.Text3.Text = "C:\\Work";
-  form.File1.Folder = "C:\\Work";
-  form.File1.Select(0, true);
-  form.Command5.Click.Emit();
-  form.File1.SelectNone();
-  form.File1.Select(1, true);
-  form.File1.DoubleClicked.Emit();
-  EXPECT_EQ(form.List1.Rows.Rows(),
+  form.List.Text3.Text = "C:\\Work";
+  form.List.File1.Folder = "C:\\Work";
+  form.List.File1.Select(0, true);
+  form.List.Command5.Click.Emit();
+  form.List.File1.SelectNone();
+  form.List.File1.Select(1, true);
+  form.List.File1.DoubleClicked.Emit();
+  EXPECT_EQ(form.List.List1.Rows.Rows(),
             (std::vector<std::string>{"C:\\Work\\a.txt", "C:\\Work\\b.txt"}));
 }
 
 TEST_F(Form1CommandsTest, DeleteRemovesOnlyWhileTheListHasTheFocus) {
-  form.GroupBox1.Visible = true;
+  form.List.GroupBox1.Visible = true;
   engine.settings.Entries.Assign({"C:\\a", "C:\\b", "C:\\c"});
-  form.List1.Select(0, true);
-  form.List1.Select(2, true);
+  form.List.List1.Select(0, true);
+  form.List.List1.Select(2, true);
   Press(Key::kDelete);
   EXPECT_FALSE(key_was_used);
-  EXPECT_EQ(form.List1.Rows.Count(), 3U);
-  form.Focus(form.List1);
+  EXPECT_EQ(form.List.List1.Rows.Count(), 3U);
+  form.Focus(form.List.List1);
   Press(Key::kDelete);
   EXPECT_TRUE(key_was_used);
-  EXPECT_EQ(form.List1.Rows.Rows(), std::vector<std::string>{"C:\\b"});
-  form.Focus(form.Command1);
-  form.List1.Select(0, true);
+  EXPECT_EQ(form.List.List1.Rows.Rows(), std::vector<std::string>{"C:\\b"});
+  form.Focus(form.List.Command1);
+  form.List.List1.Select(0, true);
   Press(Key::kDelete);
-  EXPECT_EQ(form.List1.Rows.Count(), 1U);
+  EXPECT_EQ(form.List.List1.Rows.Count(), 1U);
 }
 
 TEST_F(Form1CommandsTest, EnterMovesToTheNextField) {
-  form.Focus(form.Optionbutton1);
+  form.Focus(form.Schedule.Optionbutton1);
   Press(Key::kEnter);
   EXPECT_TRUE(key_was_used);
-  EXPECT_EQ(form.Focused(), &form.MaskEdBox1);
+  EXPECT_EQ(form.Focused(), &form.Schedule.MaskEdBox1);
 }
 
 TEST_F(Form1CommandsTest, TheStorageButtonTakesTheTreesFolderForSettingAndRun) {
-  form.StorageTree.SelectedPath = "C:\\Store";
-  form.chameleonButton1.Click.Emit();
-  EXPECT_EQ(form.Text1.Text.Get(), "C:\\Store");
+  form.Storage.StorageTree.SelectedPath = "C:\\Store";
+  form.Storage.chameleonButton1.Click.Emit();
+  EXPECT_EQ(form.Storage.Text1.Text.Get(), "C:\\Store");
   EXPECT_EQ(engine.settings.DestinationDir.Get(), "C:\\Store");
   EXPECT_EQ(engine.run.RunDestination.Get(), "C:\\Store");
 }
 
 TEST_F(Form1CommandsTest, AFieldThatGetsTheFocusIsSelectedWhole) {
-  form.GroupBox2.Visible = true;
-  form.Text1.Text = "C:\\Store";
-  form.Focus(form.Text1);
-  EXPECT_EQ(form.Text1.Selection.Get(), (TextSelection{0, 8}));
-  form.Focus(form.MaskEdBox1);
-  EXPECT_EQ(form.MaskEdBox1.Selection.Get(), (TextSelection{0, 5}));
+  form.Storage.GroupBox2.Visible = true;
+  form.Storage.Text1.Text = "C:\\Store";
+  form.Focus(form.Storage.Text1);
+  EXPECT_EQ(form.Storage.Text1.Selection.Get(), (TextSelection{0, 8}));
+  form.Focus(form.Schedule.MaskEdBox1);
+  EXPECT_EQ(form.Schedule.MaskEdBox1.Selection.Get(), (TextSelection{0, 5}));
 }
 
 TEST_F(Form1CommandsTest, ChoosingAKindOfScheduleLeadsToItsField) {
-  form.Optionbutton2.Value = true;
-  form.Optionbutton2.Clicked.Emit();
-  EXPECT_EQ(form.Focused(), &form.MaskEdBox2);
-  form.Optionbutton1.Value = true;
-  form.Optionbutton1.Clicked.Emit();
-  EXPECT_EQ(form.Focused(), &form.MaskEdBox1);
+  form.Schedule.Optionbutton2.Value = true;
+  form.Schedule.Optionbutton2.Clicked.Emit();
+  EXPECT_EQ(form.Focused(), &form.Schedule.MaskEdBox2);
+  form.Schedule.Optionbutton1.Value = true;
+  form.Schedule.Optionbutton1.Clicked.Emit();
+  EXPECT_EQ(form.Focused(), &form.Schedule.MaskEdBox1);
   EXPECT_FALSE(engine.settings.ScheduleEach);
 }
 
 TEST_F(Form1CommandsTest, ABadIntervalIsToldAndTheFocusComesBack) {
-  form.Focus(form.MaskEdBox2);
-  form.MaskEdBox2.Text = "25:00";
+  form.Focus(form.Schedule.MaskEdBox2);
+  form.Schedule.MaskEdBox2.Text = "25:00";
   machine.boxes.Expect("An Invalid Interval Has Been Entered.", BoxIcon::kStop, BoxAnswer::kOk);
-  form.Focus(form.Optionbutton3);
-  EXPECT_EQ(form.Focused(), &form.MaskEdBox2);
+  form.Focus(form.Schedule.Optionbutton3);
+  EXPECT_EQ(form.Focused(), &form.Schedule.MaskEdBox2);
   EXPECT_EQ(engine.settings.EachTime, 0);
   EXPECT_FALSE(engine.scheduler.BadEachTime()) << "entering the field clears it";
 }
 
 TEST_F(Form1CommandsTest, ABadFixedTimeIsTold) {
-  form.Focus(form.MaskEdBox1);
-  form.MaskEdBox1.Text = "25:00";
+  form.Focus(form.Schedule.MaskEdBox1);
+  form.Schedule.MaskEdBox1.Text = "25:00";
   machine.boxes.Expect("An Invalid Time Frame Has Been Entered", BoxIcon::kStop, BoxAnswer::kOk);
-  form.Focus(form.Optionbutton3);
+  form.Focus(form.Schedule.Optionbutton3);
   EXPECT_EQ(engine.settings.AlwaysAtTime, 0);
   EXPECT_TRUE(engine.scheduler.BadAtTime());
 }
 
 TEST_F(Form1CommandsTest, TickingADayEndsEveryDayAndEveryDayClearsTheDays) {
-  form.Checkbox2[2].Value = true;
-  EXPECT_FALSE(form.Optionbutton3.Value);
-  form.Optionbutton3.Clicked.Emit();
-  EXPECT_TRUE(form.Optionbutton3.Value);
-  EXPECT_FALSE(form.Checkbox2[2].Value);
+  form.Schedule.Checkbox2[2].Value = true;
+  EXPECT_FALSE(form.Schedule.Optionbutton3.Value);
+  form.Schedule.Optionbutton3.Clicked.Emit();
+  EXPECT_TRUE(form.Schedule.Optionbutton3.Value);
+  EXPECT_FALSE(form.Schedule.Checkbox2[2].Value);
 }
 
 TEST_F(Form1CommandsTest, SavingSaysSoUnlessSomethingObjects) {
@@ -259,15 +259,15 @@ TEST_F(Form1CommandsTest, ABackupByHandStartsAfterAPauseWhenConfirmed) {
       BoxIcon::kQuestion, BoxAnswer::kYes);
   form.mnuBackup.Clicked.Emit();
   machine.Advance(8s);
-  EXPECT_EQ(form.Label14.Caption.Get(), "No Backup Process Has Been Currently Performed");
+  EXPECT_EQ(form.Progress.Label14.Caption.Get(), "No Backup Process Has Been Currently Performed");
   machine.Advance(100ms);
-  EXPECT_EQ(form.Label14.Caption.Get().substr(0, 25), "Success >> Copied 0 Items");
+  EXPECT_EQ(form.Progress.Label14.Caption.Get().substr(0, 25), "Success >> Copied 0 Items");
 }
 
 TEST_F(Form1CommandsTest, TheLogIsOpenedByTheDesktop) {
   machine.files.Write("C:\\Data\\Backup Log.txt", "");
   form.Load();
-  form.Label50.Clicked.Emit();
+  form.Progress.Label50.Clicked.Emit();
   const StartedProcess opened{StartKind::kOpenWithDesktop, "C:\\Data\\Backup Log.txt"};
   EXPECT_EQ(machine.processes.Started(), std::vector{opened});
 }

@@ -25,20 +25,21 @@ class Form1Test : public ::testing::Test {
   }
 
   std::vector<GroupBox*> Frames() {
-    return {&form.GroupBox1, &form.GroupBox2, &form.GroupBox3, &form.GroupBox4,
-            &form.GroupBox5, &form.GroupBox6, &form.GroupBox15};
+    return {&form.List.GroupBox1,     &form.Storage.GroupBox2, &form.Progress.GroupBox3,
+            &form.Schedule.GroupBox4, &form.General.GroupBox5, &form.Advanced.GroupBox6,
+            &form.Restore.GroupBox15};
   }
 
   /// The screens that are visible, by the number of their frame.
   std::vector<int> VisibleFrames() {
     std::vector<int> frames;
-    if (form.GroupBox1.Visible) frames.push_back(1);
-    if (form.GroupBox2.Visible) frames.push_back(2);
-    if (form.GroupBox3.Visible) frames.push_back(3);
-    if (form.GroupBox4.Visible) frames.push_back(4);
-    if (form.GroupBox5.Visible) frames.push_back(5);
-    if (form.GroupBox6.Visible) frames.push_back(6);
-    if (form.GroupBox15.Visible) frames.push_back(15);
+    if (form.List.GroupBox1.Visible) frames.push_back(1);
+    if (form.Storage.GroupBox2.Visible) frames.push_back(2);
+    if (form.Progress.GroupBox3.Visible) frames.push_back(3);
+    if (form.Schedule.GroupBox4.Visible) frames.push_back(4);
+    if (form.General.GroupBox5.Visible) frames.push_back(5);
+    if (form.Advanced.GroupBox6.Visible) frames.push_back(6);
+    if (form.Restore.GroupBox15.Visible) frames.push_back(15);
     return frames;
   }
 

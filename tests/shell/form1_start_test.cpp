@@ -9,8 +9,8 @@ using Form1StartTest = Form1Test;
 TEST_F(Form1StartTest, LoadsTheSettingsAndStandsMinimizedButShown) {
   GivenSettings("[Destiny]\r\nDir=C:\\Store\r\n[Entries]\r\n0=C:\\a.txt\r\n");
   form.Load();
-  EXPECT_EQ(form.Text1.Text.Get(), "C:\\Store");
-  EXPECT_EQ(form.List1.Rows.At(0), "C:\\a.txt");
+  EXPECT_EQ(form.Storage.Text1.Text.Get(), "C:\\Store");
+  EXPECT_EQ(form.List.List1.Rows.At(0), "C:\\a.txt");
   EXPECT_EQ(form.State.Get(), WindowState::kMinimized);
   EXPECT_TRUE(form.Visible);
 }
@@ -24,14 +24,14 @@ TEST_F(Form1StartTest, TheRunsDestinationIsTheLoadedOne) {
   GivenSettings("[Destiny]\r\nDir=C:\\Store\r\n");
   form.Load();
   EXPECT_EQ(engine.run.RunDestination.Get(), "C:\\Store");
-  form.Text1.Text = "C:\\Elsewhere";
+  form.Storage.Text1.Text = "C:\\Elsewhere";
   EXPECT_EQ(engine.run.RunDestination.Get(), "C:\\Store");
 }
 
 TEST_F(Form1StartTest, TheFilePaneBeginsAtTheDrivesRootAndTheTreeAtTheProgram) {
   form.Load();
-  EXPECT_EQ(form.File1.Folder.Get(), "C:\\");
-  EXPECT_EQ(form.ListTree.SelectedPath.Get(), "C:\\Program");
+  EXPECT_EQ(form.List.File1.Folder.Get(), "C:\\");
+  EXPECT_EQ(form.List.ListTree.SelectedPath.Get(), "C:\\Program");
 }
 
 TEST_F(Form1StartTest, LoadEnablesTheTimerThatLinksCompressionAndUpload) {
@@ -44,7 +44,7 @@ TEST_F(Form1StartTest, TheFirstFocusOnTheFixedTimeChoosesTheFixedTime) {
   GivenSettings("[When]\r\nAlwaysAt=12:00\r\nDefault=False\r\n");
   EXPECT_TRUE(engine.settings.ScheduleEach);
   form.Load();
-  EXPECT_EQ(form.Focused(), &form.MaskEdBox1);
+  EXPECT_EQ(form.Focused(), &form.Schedule.MaskEdBox1);
   EXPECT_TRUE(engine.settings.ScheduleAt);
   EXPECT_FALSE(engine.settings.ScheduleEach);
 }
@@ -52,15 +52,15 @@ TEST_F(Form1StartTest, TheFirstFocusOnTheFixedTimeChoosesTheFixedTime) {
 TEST_F(Form1StartTest, TheFirstFocusOnTheIntervalChoosesTheInterval) {
   GivenSettings("[When]\r\nEach=01:30\r\nDefault=True\r\n");
   form.Load();
-  EXPECT_EQ(form.Focused(), &form.MaskEdBox2);
+  EXPECT_EQ(form.Focused(), &form.Schedule.MaskEdBox2);
   EXPECT_TRUE(engine.settings.ScheduleEach);
 }
 
 TEST_F(Form1StartTest, LaterActivationsLeaveTheFocusAlone) {
   form.Load();
-  form.Focus(form.Optionbutton3);
+  form.Focus(form.Schedule.Optionbutton3);
   form.Activated.Emit();
-  EXPECT_EQ(form.Focused(), &form.Optionbutton3);
+  EXPECT_EQ(form.Focused(), &form.Schedule.Optionbutton3);
 }
 
 TEST_F(Form1StartTest, ASecondInstanceSaysSoOnceAndIsClosedAfterAllSteps) {

@@ -97,7 +97,7 @@ TEST_F(Form1TrayTest, WithoutTheCompanionTheProgramGoesOnWithoutAnIcon) {
 TEST_F(Form1TrayTest, NoWayOutSavesSettings) {
   Start();
   const std::string before = machine.files.Content("C:\\Data\\Tarnvale.ini");
-  form.Text1.Text = "C:\\Elsewhere";
+  form.Storage.Text1.Text = "C:\\Elsewhere";
   form.mnuQuit.Clicked.Emit();
   machine.boxes.Answer(BoxAnswer::kYes);
   form.Close();
@@ -124,15 +124,15 @@ TEST_F(Form1TrayTest, TheToolLinksOpenTheirWindows) {
   form.Tools.ShowTransfer = notes("Main");
   form.Tools.ShowCompressor = notes("compression");
   form.Tools.ShowCompressorPanel = notes("compression panel");
-  for (Label* link :
-       {&form.Label34, &form.Label42, &form.Label56, &form.Label46, &form.Label47, &form.Label41}) {
+  for (Label* link : {&form.Label34, &form.Label42, &form.Label56, &form.Label46,
+                      &form.Progress.Label47, &form.Label41}) {
     link->Clicked.Emit();
   }
   for (MenuItem* row :
        {&form.mnudata, &form.mnusplitter, &form.mnuregistry, &form.mnuFTP, &form.mnuCompressor}) {
     row->Clicked.Emit();
   }
-  form.chameleonButton7.Click.Emit();
+  form.Advanced.chameleonButton7.Click.Emit();
   EXPECT_THAT(opened, ::testing::ElementsAre("userdata", "frmMain", "registry", "Main",
                                              "compression", "compression panel", "userdata",
                                              "frmMain", "registry", "Main", "compression", "Main"));
@@ -140,11 +140,11 @@ TEST_F(Form1TrayTest, TheToolLinksOpenTheirWindows) {
 
 TEST_F(Form1TrayTest, TheFolderPickerFillsTheCompressionFolderUnlessItIsCancelled) {
   machine.dialogs.Choose(FakeDialogs::Kind::kFolder, "C:\\Archives");
-  form.chameleonButton4.Click.Emit();
+  form.Advanced.chameleonButton4.Click.Emit();
   EXPECT_EQ(engine.settings.CompressDir.Get(), "C:\\Archives");
   EXPECT_EQ(machine.dialogs.Seen().at(0).folder.prompt, "Select a directory:");
   machine.dialogs.Cancel(FakeDialogs::Kind::kFolder);
-  form.chameleonButton4.Click.Emit();
+  form.Advanced.chameleonButton4.Click.Emit();
   EXPECT_EQ(engine.settings.CompressDir.Get(), "C:\\Archives");
 }
 
@@ -153,7 +153,7 @@ TEST_F(Form1TrayTest, TheTestReportSendsItsTextAndSavesNothing) {
   const std::string before = machine.files.Content("C:\\Data\\Tarnvale.ini");
   std::string body;
   form.Tools.SendTestReport = [&](const std::string& text) { body = text; };
-  form.chameleonButton6.Click.Emit();
+  form.Advanced.chameleonButton6.Click.Emit();
   EXPECT_EQ(body, "This Is A Test E-Mail Report From Tarnvale : Your Settings Have Been Confirmed");
   EXPECT_EQ(machine.files.Content("C:\\Data\\Tarnvale.ini"), before);
 }

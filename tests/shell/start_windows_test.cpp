@@ -278,7 +278,7 @@ TEST_F(AgreementTest, AcceptanceEnablesAndShowsTheMainWindowSavesAndUnloads) {
 
 TEST_F(AgreementTest, AcceptanceWritesAllOtherKeysAsTheFieldsStand) {
   Accept& window = StartToAgreement();
-  form.Text1.Text = "C:\\Store";
+  form.Storage.Text1.Text = "C:\\Store";
   window.chameleonButton1.Click.Emit();
   const std::string saved = machine.files.Content("C:\\Data\\Tarnvale.ini");
   EXPECT_NE(saved.find("Dir=C:\\Store\r\n"), std::string::npos) << saved;
@@ -293,7 +293,7 @@ TEST_F(AgreementTest, AfterAcceptanceTheMainWindowStaysEnabled) {
 
 TEST_F(AgreementTest, ATickThatComesDueWhileSettingsAreSavedDoesNotDisableTheMainWindow) {
   Accept& window = StartToAgreement();
-  form.List1.Rows.Append("C:\\a.txt");
+  form.List.List1.Rows.Append("C:\\a.txt");
   // A write of a list item that fails lets events run.
   machine.files.Remove("C:\\Data");
   machine.clock.Move(150ms);
