@@ -1,0 +1,15 @@
+// Texts of others on a terminal.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tarnvale {
+
+/// A text that stays on its line and does nothing to a terminal, of UTF-8: each
+/// control character (C0, DEL, C1), each one that turns the direction of writing
+/// or ends a line or paragraph, and each byte that is no UTF-8 becomes a question
+/// mark. For names out of archives and file systems, which anybody may have chosen.
+std::string Shown(std::string_view text);
+
+}  // namespace tarnvale
