@@ -41,17 +41,6 @@ std::string Without(std::string_view text, std::string_view part) {
   return rest;
 }
 
-// Whether a drive stands in a name: a part of it that is a letter and a colon.
-bool HoldsDrive(std::string_view name) {
-  for (auto colon = name.find(':'); colon != std::string_view::npos;
-       colon = name.find(':', colon + 1)) {
-    const bool starts = colon == 1 || (colon > 1 && name[colon - 2] == '\\');
-    const bool ends = colon + 1 == name.size() || name[colon + 1] == '\\';
-    if (starts && ends && name[colon - 1] != '\\') return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 usercontrol11::usercontrol11(Machine& machine, std::function<void(ArchiveStatus)> on_status)
@@ -93,13 +82,15 @@ int usercontrol11::OpenContainer(const Path& container) {
 }
 
 // Relative names. A tree without files gives one empty name.
+// Chosen: a name that PathOfEntry would refuse is left out, as all behind it
+// could never be unpacked.
 std::vector<std::string> usercontrol11::CollectNames(const Path& root) {
   const TextList paths = EnumerateFiles(machine_.files, root, true);
   std::vector<std::string> names;
   names.reserve(paths.UpperBound() + 1);
   for (std::size_t i = 0; i <= paths.UpperBound(); ++i) {
     std::string name = Without(paths[i], root);
-    if (name != ".." && name != ".") names.push_back(std::move(name));
+    if (name != ".." && name != "." && !HoldsDrive(name)) names.push_back(std::move(name));
   }
   return names;
 }

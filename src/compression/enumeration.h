@@ -34,6 +34,10 @@ TextList EnumerateFiles(FileSystem& files, std::string_view folder, bool recurse
 /// search goes on one character behind each hit.
 std::size_t FindLast(std::string_view text, std::string_view part);
 
+/// Whether a drive stands in a name: a part of it that is one character and a
+/// colon.
+bool HoldsDrive(std::string_view name);
+
 /// A path cut behind its last backslash.
 struct SplitName {
   std::string folder;  ///< with the backslash; empty when there is none

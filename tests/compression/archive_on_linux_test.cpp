@@ -82,6 +82,14 @@ TEST_F(ArchiveOnLinuxTest, ANameWithADriveFails) {
   EXPECT_EQ(RaisedBy(extract), 76);
 }
 
+TEST_F(ArchiveOnLinuxTest, AFolderNamedLikeADriveIsLeftOutAsItWouldEndTheExtraction) {
+  std::filesystem::create_directories(OnDrive("Data/sub/D:"));
+  WriteNative(OnDrive("Data/sub/D:/in"), "never");
+  WriteNative(OnDrive("Data/1:"), "never");
+  EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data", archive, true), 2);
+  EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Out", true), 2);
+}
+
 TEST_F(ArchiveOnLinuxTest, AColonInANameIsNoDrive) {
   WriteNative(OnDrive("Data/a: b.txt"), "colon");
   EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data", archive, true), 3);

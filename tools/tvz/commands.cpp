@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/shown_text.h"
 #include "base/text.h"
 #include "tvz/archive_contents.h"
 #include "tvz/command_failure.h"
@@ -29,14 +30,13 @@ std::string Native(std::string name) {
 }
 
 void Create(const Request& request) {
-  std::vector<std::string> left_out;
+  std::vector<LeftOut> left_out;
   {
     Progress progress;
     left_out = PackFolder(request.archive, request.folder, progress);
   }
-  for (const std::string& path : left_out) {
-    const std::string line =
-        "tvz: " + Shown(path) + ": left out: a backslash or a star can't stand in an archive\n";
+  for (const LeftOut& entry : left_out) {
+    const std::string line = "tvz: " + Shown(entry.path) + ": left out: " + entry.reason + "\n";
     std::fputs(line.c_str(), stderr);
   }
 }

@@ -83,6 +83,10 @@ void TargetFolder::Make() {
 }
 
 TargetFolder::Place TargetFolder::PlaceOf(const std::string& name) const {
+  // Deeper than any path leads, nobody would find the file again.
+  if (name.size() >= PATH_MAX) {
+    throw CommandFailure("\"" + name.substr(0, 40) + "...\"", "is too long for a path");
+  }
   std::string last = LastPartOf(name);
   if (last.empty() || last == "." || last == ".." || name.find('\0') != std::string::npos) {
     throw CommandFailure("\"" + name + "\"", "is no name of a file");
@@ -169,7 +173,8 @@ void TargetFolder::Write(const ContainerRecord& record) {
                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
   if (!file) throw CommandFailure(record.name, ReasonOf(errno));
   WriteBytes(file.Get(), record.content.View(), record.name);
-  if (!file.Close() ||
+  // Onto the medium first: a power cut leaves no name with half a file behind.
+  if (::fsync(file.Get()) != 0 || !file.Close() ||
       ::renameat(last_.Get(), work_name_.c_str(), last_.Get(), place.file.c_str()) != 0) {
     throw CommandFailure(record.name, ReasonOf(errno));
   }

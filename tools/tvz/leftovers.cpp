@@ -39,7 +39,7 @@ extern "C" void EndBySignal(int number) {
 }  // namespace
 
 void CatchEndingSignals() {
-  for (const int number : {SIGHUP, SIGINT, SIGTERM}) {
+  for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
     struct sigaction now {};
     ::sigaction(number, nullptr, &now);
     // Whoever started us may want it to be ignored (nohup).

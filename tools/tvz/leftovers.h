@@ -6,7 +6,7 @@
 
 namespace tarnvale {
 
-/// Makes the signals that end a command (hang-up, interrupt, termination)
+/// Makes the signals that end a command (hang-up, interrupt, quit, termination)
 /// delete what is in work first.
 void CatchEndingSignals();
 

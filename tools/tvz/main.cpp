@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "base/failure.h"
+#include "base/shown_text.h"
 #include "tvz/arguments.h"
 #include "tvz/command_failure.h"
 #include "tvz/commands.h"
 #include "tvz/leftovers.h"
-#include "tvz/native_output.h"
 
 namespace tarnvale {
 namespace {

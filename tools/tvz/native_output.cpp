@@ -1,6 +1,5 @@
 #include "tvz/native_output.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -20,16 +19,6 @@ void WriteText(int file, std::string_view text, const std::string& subject) {
 
 std::string ReasonOf(int error) {
   return std::generic_category().message(error);
-}
-
-std::string Shown(std::string_view text) {
-  std::string shown(text);
-  const auto is_control = [](char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < 0x20 || byte == 0x7F;
-  };
-  std::replace_if(shown.begin(), shown.end(), is_control, '?');
-  return shown;
 }
 
 }  // namespace tarnvale

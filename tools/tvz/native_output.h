@@ -1,4 +1,4 @@
-// Bytes to an open file of the system, and texts for people.
+// Bytes to an open file of the system, and what it says of errors.
 #pragma once
 
 #include <cstdint>
@@ -14,9 +14,5 @@ void WriteText(int file, std::string_view text, const std::string& subject);
 
 /// What the system says about an error number.
 std::string ReasonOf(int error);
-
-/// A text that stays on its line and does nothing to a terminal: control
-/// characters become question marks.
-std::string Shown(std::string_view text);
 
 }  // namespace tarnvale

@@ -17,7 +17,6 @@
 #include "tvz/command_failure.h"
 #include "tvz/leftovers.h"
 #include "tvz/native_output.h"
-#include "tvz/tree_check.h"
 
 namespace tarnvale {
 namespace {
@@ -97,8 +96,8 @@ std::string Explain(const ProgramError& error) {
 
 }  // namespace
 
-std::vector<std::string> PackFolder(const std::string& archive, const std::string& folder,
-                                    Progress& progress) {
+std::vector<LeftOut> PackFolder(const std::string& archive, const std::string& folder,
+                                Progress& progress) {
   const std::string root = RealFolder(folder, folder);
   const Target target = TargetOf(archive);
   if (LiesIn(target.folder, root)) {

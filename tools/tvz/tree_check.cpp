@@ -6,7 +6,9 @@
 #include <filesystem>
 #include <limits>
 #include <system_error>
+#include <utility>
 
+#include "compression/enumeration.h"
 #include "platform/linux/paths.h"
 #include "tvz/command_failure.h"
 #include "tvz/native_output.h"
@@ -26,13 +28,18 @@ class TreeCheck {
       : name_offset_(root.size() + (root.ends_with('/') ? 0 : 1)) {}
 
   // Folders behind links aren't entered, files behind links are taken.
-  void Walk(const fs::path& folder) {
-    std::error_code error;
-    fs::directory_iterator entry(folder, error);
-    if (error) throw CommandFailure(folder.string(), error.message());
-    // A step that fails ends the loop.
-    for (; entry != fs::directory_iterator(); entry.increment(error)) LookAt(*entry);
-    if (error) throw CommandFailure(folder.string(), error.message());
+  void Walk(fs::path root) {
+    folders_.push_back(std::move(root));
+    while (!folders_.empty()) {
+      const fs::path folder = std::move(folders_.back());
+      folders_.pop_back();
+      std::error_code error;
+      fs::directory_iterator entry(folder, error);
+      if (error) throw CommandFailure(folder.string(), error.message());
+      // A step that fails ends the loop.
+      for (; entry != fs::directory_iterator(); entry.increment(error)) LookAt(*entry);
+      if (error) throw CommandFailure(folder.string(), error.message());
+    }
   }
 
   const TreeSums& Sums() const { return sums_; }
@@ -43,15 +50,33 @@ class TreeCheck {
     if (name.starts_with('.')) return;
     std::error_code error;
     const bool is_folder = fs::is_directory(entry.symlink_status(error));
-    // One that is neither has gone meanwhile, or is a link that leads nowhere.
-    if (!is_folder && !fs::is_regular_file(entry.status(error))) return;
+    if (!is_folder && !IsFile(entry)) return;
     if (!CanBeNamed(name)) {
-      sums_.left_out.push_back(entry.path().string());
+      LeaveOut(entry, "a backslash or a star can't stand in an archive");
+    } else if (HoldsDrive(name)) {
+      LeaveOut(entry, "nothing takes a name like that of a drive out of an archive");
     } else if (is_folder) {
-      Walk(entry.path());
+      folders_.push_back(entry.path());
     } else {
       CountFile(entry.path().string());
     }
+  }
+
+  void LeaveOut(const fs::directory_entry& entry, const char* reason) {
+    sums_.left_out.push_back({entry.path().string(), reason});
+  }
+
+  // One that has gone meanwhile, and a link that leads nowhere, are none.
+  static bool IsFile(const fs::directory_entry& entry) {
+    std::error_code error;
+    const fs::file_status status = entry.status(error);
+    if (error && !IsMissing(error)) throw CommandFailure(entry.path().string(), error.message());
+    return fs::is_regular_file(status);
+  }
+
+  static bool IsMissing(const std::error_code& error) {
+    return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory ||
+           error == std::errc::too_many_symbolic_link_levels;
   }
 
   void CountFile(const std::string& file) {
@@ -70,6 +95,7 @@ class TreeCheck {
   }
 
   std::size_t name_offset_;
+  std::vector<fs::path> folders_;  // to be looked at, the next one last
   TreeSums sums_;
 };
 

@@ -7,12 +7,17 @@
 
 namespace tarnvale {
 
+struct LeftOut {
+  std::string path;  ///< native
+  std::string reason;
+};
+
 struct TreeSums {
   std::int64_t files = 0;
   /// Of the container that they will make.
   std::int64_t container_bytes = 4;
-  /// Native paths that no path of the program can name.
-  std::vector<std::string> left_out;
+  /// What no archive can give back, by its name.
+  std::vector<LeftOut> left_out;
 };
 
 /// Counts what packing takes of a native folder. The packing itself passes over
