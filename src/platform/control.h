@@ -27,6 +27,8 @@ class Control {
 
   /// Takes part in the tab order while it can be seen and used.
   virtual bool TakesFocus() const { return false; }
+  /// A click gives it the focus, before anything else that the click does.
+  virtual bool TakesFocusByClick() const { return TakesFocus(); }
 
   /// Its own flag; a control in a hidden container is unseen all the same.
   Property<bool> Visible{true};

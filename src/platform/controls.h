@@ -38,7 +38,7 @@ enum class TextRole {
   kStrong,   ///< bold body text: the label of a group of fields
   kHeading,  ///< the heading of a screen or of a group of links
   kNote,     ///< small print
-  kLink,     ///< does something when clicked, and shows it; takes the focus
+  kLink,     ///< does something when clicked, and shows it; takes the focus by keyboard
   kValue,    ///< a fact that the program fills in; long ones are elided in the middle
 };
 
@@ -51,6 +51,9 @@ class Label : public Control {
   Label(TextRole role, Property<std::string>& caption) : Caption(caption), Role(role) {}
   void Accept(ControlVisitor& visitor) override { visitor.Visit(*this); }
   bool TakesFocus() const override { return Role == TextRole::kLink; }
+  // Required: a click on a link leaves no field, so it takes no time over that is
+  // still being typed, and chooses none.
+  bool TakesFocusByClick() const override { return false; }
 
   /// The caption as it is shown: "&&" stands for "&". A fact is shown as it is.
   std::string Shown() const;

@@ -15,8 +15,8 @@ class Window;
 /// leave one without effect where its dialogs know no such thing.
 enum FileDialogFlag : std::uint32_t {
   kHideReadOnlyBox = 0x4,
-  kFileMustExist = 0x1000,
-  kCreatePrompt = 0x2000,  ///< a missing file is agreed to, with a question
+  kFileMustExist = 0x1000,  ///< the only one that makes an open dialog insist
+  kCreatePrompt = 0x2000,   ///< a missing file is agreed to, with a question
 };
 
 /// What a file dialog is given and gives back.

@@ -12,6 +12,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 /// Settings with which a save raises no objection.
 constexpr const char* kComplete =
@@ -125,6 +126,23 @@ TEST_F(GuiScreens, SavingWithoutAListSaysWhatIsMissingAndLeadsThere) {
   EXPECT_THAT(Seen(), ElementsAre(&f.List.GroupBox1));
 }
 
+TEST_F(GuiScreens, AClickOnALinkLeavesNoField) {
+  Form1& f = StartAndBringUp(
+                 "[When]\r\nAlwaysAt=12:00\r\nEach=???\r\nDefault=True\r\n"
+                 "[Setup]\r\nWizard=1\r\n[Destiny]\r\nDir=C:\\Store\r\n"
+                 "Backup=\r\n[Entries]\r\n0=C:\\Work\\a.txt\r\n")
+                 .form;
+  Click(f.Optionbutton2);
+  ASSERT_EQ(f.Focused(), &f.MaskEdBox2);
+  ASSERT_EQ(f.MaskEdBox2.Text.Get(), "00:00");
+  AnswerNextBox(QMessageBox::Ok);
+  Click(f.Label45);
+  EXPECT_EQ(box_text, "You Must Specify A Valid Time For The Backup Schedule!");
+  EXPECT_TRUE(f.Optionbutton2.Value) << "the interval stays chosen";
+  EXPECT_EQ(f.Focused(), &f.MaskEdBox2);
+  EXPECT_THAT(Content("Data/Tarnvale.ini"), Not(HasSubstr("Default=False")));
+}
+
 TEST_F(GuiScreens, EachOfTheThreeSavesSaysSoInItsOwnWords) {
   Form1& f = StartAndBringUp(kComplete).form;
   AnswerNextBox(QMessageBox::Ok);
@@ -139,6 +157,20 @@ TEST_F(GuiScreens, EachOfTheThreeSavesSaysSoInItsOwnWords) {
   AnswerNextBox(QMessageBox::Ok);
   Click(f.Advanced.chameleonButton5);
   EXPECT_EQ(box_text, "Tarnvale Settings Save To Your U3 Device");
+}
+
+TEST_F(GuiScreens, AnImportOfAFileThatIsNotThereGoesThroughTheDialogAndFails) {
+  Form1& f = StartAndBringUp(kComplete).form;
+  Click(f.Label38);
+  for (const std::string& typed : {Native("Store/none"), std::string("C:\\None\\none.ini")}) {
+    TypeIntoNextFileDialog(typed);
+    Click(f.chameleonButton3);
+    EXPECT_TRUE(f.CheckBox7.Checked) << typed;
+    EXPECT_EQ(f.Label63.Caption.Get(), "Files Status OK! - Restart Application");
+    EXPECT_FALSE(f.CheckBox8.Checked) << typed;
+    EXPECT_EQ(f.Label62.Caption.Get(), ".");
+    EXPECT_EQ(Content("Data/Tarnvale.ini"), kComplete);
+  }
 }
 
 TEST_F(GuiScreens, SettingsGoOutAndComeBackByTheDialogs) {

@@ -1,7 +1,12 @@
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCursor>
+#include <QHelpEvent>
+#include <QLabel>
+#include <QListView>
 #include <QRadioButton>
+#include <QToolTip>
 
 #include "tests/qt/qt_fixture.h"
 
@@ -138,6 +143,51 @@ TEST_F(QtControls, ALinkIsClickedByMouseSpaceAndEnter) {
   EXPECT_EQ(clicks, 3);
   EXPECT_EQ(WidgetOf(link).cursor().shape(), Qt::PointingHandCursor);
   EXPECT_EQ(Accessible(link)->role(), QAccessible::Link);
+}
+
+TEST_F(QtControls, ALinkTakesTheFocusByKeyboardOnly) {
+  TextBox field;
+  Label link{TextRole::kLink};
+  int left = 0;
+  field.LostFocus.Listen([&] { ++left; });
+  Place(field);
+  Place(link);
+  Show();
+  window.Focus(field);
+  QTest::mouseClick(&WidgetOf(link), Qt::LeftButton);
+  EXPECT_EQ(window.Focused(), &field);
+  EXPECT_EQ(QApplication::focusWidget(), &WidgetOf(field));
+  EXPECT_EQ(left, 0);
+  QTest::keyClick(&WidgetOf(field), Qt::Key_Tab);
+  EXPECT_EQ(window.Focused(), &link);
+  EXPECT_EQ(QApplication::focusWidget(), &WidgetOf(link));
+}
+
+TEST_F(QtControls, NamesAreShownAsPlainTextWithoutControls) {
+  const std::string name = "<b>a</b>\xE2\x80\xAEtxt.exe";
+  Label fact{TextRole::kValue};
+  fact.Caption = name;
+  ListBox list;
+  list.Rows.Append(name);
+  fact.ToolTip = name;
+  Place(fact);
+  Place(list);
+  window.Caption = name;
+  Show();
+  const QString shown = "<b>a</b>?txt.exe";
+  EXPECT_EQ(NameOf(fact), FromQt(shown));
+  EXPECT_EQ(WidgetOf<QAbstractItemView>(list).model()->index(0, 0).data().toString(), shown);
+  EXPECT_EQ(Native().windowTitle(), shown);
+  QHelpEvent ask(QEvent::ToolTip, {5, 5}, WidgetOf(fact).mapToGlobal(QPoint(5, 5)));
+  QApplication::sendEvent(&WidgetOf(fact), &ask);
+  const QLabel* tip = nullptr;
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->inherits("QTipLabel")) tip = qobject_cast<QLabel*>(widget);
+  }
+  ASSERT_NE(tip, nullptr);
+  EXPECT_EQ(tip->text(), shown);
+  EXPECT_EQ(tip->textFormat(), Qt::PlainText);
+  QToolTip::hideText();
 }
 
 TEST_F(QtControls, APressThatIsLetGoOutsideIsNoClick) {

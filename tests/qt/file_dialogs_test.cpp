@@ -284,6 +284,7 @@ TEST_F(QtDialogs, ANameThatDiffersInCaseIsAskedAboutBeforeItsFileIsReplaced) {
   Write("Store/mine.tvz");
   TypeName("MINE.tvz");
   AnswerBox(QMessageBox::No);
+  Cancel();
   EXPECT_EQ(Save(), std::nullopt);
   EXPECT_EQ(box_text_, "MINE.tvz already exists.\nDo you want to replace it?");
   TypeName("MINE.tvz");
@@ -291,13 +292,66 @@ TEST_F(QtDialogs, ANameThatDiffersInCaseIsAskedAboutBeforeItsFileIsReplaced) {
   EXPECT_EQ(Save(), "C:\\Store\\MINE.tvz");
 }
 
-TEST_F(QtDialogs, ATypedPathWithoutItsFolderIsRefused) {
-  for (const char* typed : {"C:\\None\\mine", "D:\\Store\\mine"}) {
+TEST_F(QtDialogs, WhatIsNotThereGoesThrough) {
+  for (const char* typed : {"gone", "C:\\Store\\gone", "\\Store\\gone.tvz"}) {
+    TypeName(typed);
+    EXPECT_EQ(Open(), "C:\\Store\\gone.tvz") << typed;
+    TypeNameAndClickOpen(typed);
+    EXPECT_EQ(Open(), "C:\\Store\\gone.tvz") << typed;
+  }
+  for (const bool saving : {false, true}) {
+    for (const char* typed : {"C:\\None\\mine", "C:\\None/mine.tvz"}) {
+      TypeName(typed);
+      EXPECT_EQ(saving ? Save() : Open(), "C:\\None\\mine.tvz") << typed;
+    }
+    TypeName(Native("None/mine"));
+    EXPECT_EQ(saving ? Save() : Open(), "C:\\None\\mine.tvz");
+    TypeName("D:\\Store\\mine");
+    EXPECT_EQ(saving ? Save() : Open(), "D:\\Store\\mine.tvz");
+  }
+}
+
+TEST_F(QtDialogs, WhatIsNotThereIsRefusedWhereItMustBe) {
+  FileDialogRecord record = Record();
+  record.flags = kFileMustExist;
+  for (const char* typed : {"gone", "C:\\Store\\gone"}) {
     TypeName(typed);
     AnswerBox(QMessageBox::Ok);
     Cancel();
-    EXPECT_EQ(Save(), std::nullopt);
-    EXPECT_EQ(box_text_, std::string(typed) + "\nThere is no such folder.");
+    EXPECT_EQ(Open(record), std::nullopt);
+    EXPECT_TRUE(box_text_.starts_with("gone.tvz\nFile not found.")) << box_text_;
+  }
+  TypeName("C:\\None\\mine");
+  AnswerBox(QMessageBox::Ok);
+  Cancel();
+  EXPECT_EQ(Open(record), std::nullopt);
+  EXPECT_EQ(box_text_, "C:\\None\\mine\nThere is no such folder.");
+}
+
+TEST_F(QtDialogs, ANameIsNoRichTextInAnyBox) {
+  const std::string name = "<b>a \xE2\x80\xAE b.tvz";
+  std::ofstream(Native("Store") + "/<i>c") << "c";
+  for (const bool saving : {true, false}) {
+    FileDialogRecord record = Record();
+    record.flags = kFileMustExist;
+    With<QFileDialog>([&](QFileDialog& dialog) {
+      NameField(dialog).setText(saving ? "<i>c" : ToQt(name));
+      QTest::keyClick(&NameField(dialog), Qt::Key_Return);
+    });
+    With<QMessageBox>([&](QMessageBox& box) {
+      EXPECT_EQ(box.textFormat(), Qt::PlainText);
+      box_text_ = FromQt(box.text());
+      box.reject();
+    });
+    Cancel();
+    if (saving) {
+      record.default_ext = {};
+      EXPECT_EQ(Save(record), std::nullopt);
+      EXPECT_EQ(box_text_, "<i>c already exists.\nDo you want to replace it?");
+    } else {
+      EXPECT_EQ(Open(record), std::nullopt);
+      EXPECT_TRUE(box_text_.starts_with("<b>a ? b.tvz\n")) << box_text_;
+    }
   }
 }
 
@@ -323,11 +377,11 @@ TEST_F(QtDialogs, ADialogOfTheDesktopTakesTheSamePaths) {
   EXPECT_EQ(Save(), std::nullopt);
   EXPECT_EQ(box_text_, "mine.tvz already exists.\nDo you want to replace it?");
   TypeNameIntoDesktopsOwn("C:\\None\\new");
-  AnswerBox(QMessageBox::Ok);
+  AnswerBox(QMessageBox::Yes);
   FileDialogRecord record = Record();
   record.flags = kCreatePrompt;
-  EXPECT_EQ(Open(record), std::nullopt);
-  EXPECT_EQ(box_text_, "C:\\None\\new\nThere is no such folder.");
+  EXPECT_EQ(Open(record), "C:\\None\\new.tvz");
+  EXPECT_EQ(box_text_, "new.tvz\nThis file doesn't exist. Create it?");
   TypeNameIntoDesktopsOwn("a\\b");
   AnswerBox(QMessageBox::Ok);
   EXPECT_EQ(Save(), std::nullopt);

@@ -111,6 +111,7 @@ TEST_F(QtMessages, ShowsTextTitleAndLineEnds) {
   QString text;
   QString title;
   Answer({.text = "first\r\nsecond\rthird\n<b>", .title = "Exit Tarnvale"}, [&](QMessageBox& box) {
+    EXPECT_EQ(box.textFormat(), Qt::PlainText);
     text = box.text();
     title = box.windowTitle();
     box.close();

@@ -44,6 +44,23 @@ TEST(QtText, BreaksLinesAtEveryKindOfLineEnd) {
   EXPECT_EQ(WithPlainLineEnds(QStringLiteral("a\r\nb\rc\nd")), QStringLiteral("a\nb\nc\nd"));
 }
 
+TEST(QtText, ShowsQuestionMarksForControlsAndTurnsOfDirection) {
+  EXPECT_EQ(ToShown("a\x01"
+                    "b\x7F"
+                    "c\tD\r\ne"),
+            "a?b?c\tD\ne");
+  EXPECT_EQ(ToShown("\xC2\x85\xC2\x9B\xC2\xA0"), QString("??") + QChar(0xA0));
+  for (const char* turn :
+       {"\xD8\x9C", "\xE2\x80\x8E", "\xE2\x80\x8F", "\xE2\x80\xAA", "\xE2\x80\xAE", "\xE2\x81\xA6",
+        "\xE2\x81\xA9", "\xE2\x80\xA8", "\xE2\x80\xA9"}) {
+    EXPECT_EQ(ToShown(turn), "?");
+  }
+  const std::string name =
+      "Gr\xC3\xBC\xC3\x9F"
+      "e \xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D \xE2\x80\xA6";
+  EXPECT_EQ(FromQt(ToShown(name)), name) << "letters of either direction stay";
+}
+
 TEST(QtText, ReadsACaptionWithoutItsMarks) {
   const UnmarkedCaption unmarked = Unmark(QStringLiteral("Save && E&xit &now&"));
   EXPECT_EQ(unmarked.text, QStringLiteral("Save & Exit now"));

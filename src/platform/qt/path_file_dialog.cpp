@@ -9,10 +9,12 @@
 #include <QPushButton>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <utility>
 
+#include "base/text.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {
@@ -27,6 +29,8 @@ bool IsProgramPath(const QString& text) {
 
 PathFileDialog::PathFileDialog(QWidget* owner, PathTranslation paths)
     : QFileDialog(owner), paths_(std::move(paths)) {
+  // Asked here: Qt and the desktop know a file by its very name only.
+  setOption(QFileDialog::DontConfirmOverwrite);
   if (const QLineEdit* field = NameField()) {
     connect(field, &QLineEdit::textChanged, this,
             [this](const QString& typed) { EnableOpenFor(typed); });
@@ -52,7 +56,12 @@ Path PathFileDialog::Choose() {
 
 void PathFileDialog::accept() {
   QLineEdit* field = NameField();
-  if (field == nullptr || MayAccept(*field)) QFileDialog::accept();
+  missing_ = field == nullptr ? Path() : MissingPath(field->text());
+  if (!missing_.empty()) {
+    QDialog::accept();
+  } else if (field == nullptr || MayAccept(*field)) {
+    QFileDialog::accept();
+  }
 }
 
 // None in a dialog of the desktop.
@@ -60,8 +69,22 @@ QLineEdit* PathFileDialog::NameField() const {
   return findChild<QLineEdit*>("fileNameEdit");
 }
 
-// Before Qt looks at the choice: it asks about files that are to be replaced, and
-// refuses missing ones.
+// The path that was typed when its folder isn't there and needn't be; else empty.
+Path PathFileDialog::MissingPath(const QString& typed) const {
+  if (fileMode() != QFileDialog::AnyFile || !IsProgramPath(typed)) return {};
+  Path path = FromQt(typed);
+  std::replace(path.begin(), path.end(), '/', '\\');
+  const std::string name = FileNameOf(path);
+  const Path folder = path.substr(0, path.size() - name.size());
+  const bool is_name = !name.empty() && name.find_first_of("*?") == std::string::npos;
+  if (!is_name || QFileInfo(ToQt(paths_.to_native(folder))).isDir()) return {};
+  const QString extension =
+      acceptMode() == QFileDialog::AcceptSave ? defaultSuffix() : extension_to_open_;
+  const bool lacks_extension = name.find('.') == std::string::npos && !extension.isEmpty();
+  return lacks_extension ? path + '.' + FromQt(extension) : path;
+}
+
+// Before Qt looks at the choice: it refuses missing files.
 bool PathFileDialog::MayAccept(QLineEdit& field) {
   if (IsProgramPath(field.text())) {
     const QString native = Translated(field.text());
@@ -72,7 +95,9 @@ bool PathFileDialog::MayAccept(QLineEdit& field) {
   const QString file = WithExtension(chosen);
   if (file != chosen) field.setText(file);
   const bool is_entered = fileMode() != QFileDialog::Directory && QFileInfo(file).isDir();
-  if (file.isEmpty() || is_entered || !paths_.to_program(FromQt(file)).empty()) return true;
+  if (file.isEmpty() || is_entered) return true;
+  const Path path = paths_.to_program(FromQt(file));
+  if (!path.empty()) return MayReplace(file, path);
   TellUnusable(file);
   return false;
 }
@@ -93,10 +118,12 @@ void PathFileDialog::EnableOpenFor(const QString& typed) {
 }
 
 Path PathFileDialog::Result() {
+  if (!missing_.empty()) return missing_;
   const QString chosen = QDir::cleanPath(selectedFiles().value(0));
   if (chosen.isEmpty()) return {};
   // A dialog of the desktop takes a typed path of the program for one name.
   const QString name = QFileInfo(chosen).fileName();
+  if (Path missing = MissingPath(name); !missing.empty()) return missing;
   const QString native = WithExtension(IsProgramPath(name) ? Translated(name) : chosen);
   if (native.isEmpty()) return {};
   const Path path = paths_.to_program(FromQt(native));
@@ -104,11 +131,8 @@ Path PathFileDialog::Result() {
     TellUnusable(native);
     return {};
   }
-  // The dialog has asked about a file of the very name that it was given, but not
-  // about one that the program finds by it.
-  const bool replaces_unasked = acceptMode() == QFileDialog::AcceptSave &&
-                                !QFileInfo::exists(chosen) && !paths_.to_native(path).empty();
-  return replaces_unasked && !AgreesToReplace(native) ? Path() : path;
+  const bool was_asked = NameField() != nullptr;
+  return was_asked || MayReplace(native, path) ? path : Path();
 }
 
 // The native path of a path of the program, there or not; empty, after a word
@@ -138,7 +162,9 @@ void PathFileDialog::Tell(const QString& text) {
   QMessageBox::warning(Asker(), windowTitle(), text);
 }
 
-bool PathFileDialog::AgreesToReplace(const QString& native) {
+// `path` may find a file by a name that differs in case.
+bool PathFileDialog::MayReplace(const QString& native, const Path& path) {
+  if (acceptMode() != QFileDialog::AcceptSave || paths_.to_native(path).empty()) return true;
   const QString text =
       tr("%1 already exists.\nDo you want to replace it?").arg(QFileInfo(native).fileName());
   return QMessageBox::warning(Asker(), windowTitle(), text, QMessageBox::Yes | QMessageBox::No,

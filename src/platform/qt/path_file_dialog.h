@@ -14,6 +14,9 @@ namespace tarnvale {
 /// that begins with a drive or a backslash. A name that no path can tell is
 /// refused with a word. Qt's own dialog then stays for another choice; one of the
 /// desktop has gone by then, and the refusal counts as a cancel.
+///
+/// In the file mode AnyFile nothing of what is typed has to be there. A save dialog
+/// asks before it gives a file that is.
 class PathFileDialog final : public QFileDialog {
  public:
   PathFileDialog(QWidget* owner, PathTranslation paths);
@@ -31,17 +34,20 @@ class PathFileDialog final : public QFileDialog {
  private:
   QLineEdit* NameField() const;
   bool MayAccept(QLineEdit& field);
+  Path MissingPath(const QString& typed) const;
   QString WithExtension(const QString& native) const;
   void EnableOpenFor(const QString& typed);
   Path Result();
   QString Translated(const QString& typed);
   void TellUnusable(const QString& native);
   void Tell(const QString& text);
-  bool AgreesToReplace(const QString& native);
+  bool MayReplace(const QString& native, const Path& path);
   QWidget* Asker();
 
   PathTranslation paths_;
   QString extension_to_open_;
+  /// A path without its folder, which was typed and accepted as it is.
+  Path missing_;
 };
 
 }  // namespace tarnvale

@@ -87,8 +87,7 @@ bool QtFileDialogs::ShowOpen(FileDialogRecord& record) {
   PathFileDialog dialog(owner, paths_);
   dialog.setAcceptMode(QFileDialog::AcceptOpen);
   const bool must_exist = (record.flags & kFileMustExist) != 0;
-  const bool may_create = (record.flags & kCreatePrompt) != 0;
-  dialog.setFileMode(must_exist || !may_create ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+  dialog.setFileMode(must_exist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
   Prepare(dialog, record);
   StartAt(dialog, record);
   const Path chosen = Run(dialog);

@@ -62,9 +62,8 @@ class PlainPointer {
 BoxAnswer QtMessageBoxes::Show(const BoxRequest& request) {
   QWidget* owner = QApplication::activeWindow();
   QMessageBox box(owner);
-  box.setWindowTitle(ToQt(request.title));
-  box.setTextFormat(Qt::PlainText);
-  box.setText(WithPlainLineEnds(ToQt(request.text)));
+  box.setWindowTitle(ToShown(request.title));
+  box.setText(ToShown(request.text));
   box.setStandardButtons(ButtonsOf(request.buttons));
   box.setEscapeButton(EscapeOf(request.buttons));
   box.setWindowModality(Qt::ApplicationModal);

@@ -2,12 +2,14 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleFactory>
 #include <QTreeView>
 
 #include "platform/qt/qt_look.h"
+#include "platform/qt/qt_text.h"
 
 namespace tarnvale {
 namespace {
@@ -455,6 +457,15 @@ int QtStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     default:
       return QProxyStyle::pixelMetric(metric, option, widget);
   }
+}
+
+void QtStyle::polish(QWidget* widget) {
+  QProxyStyle::polish(widget);
+  auto* label = qobject_cast<QLabel*>(widget);
+  if (label == nullptr || label->textFormat() != Qt::AutoText) return;
+  label->setTextFormat(Qt::PlainText);
+  const QString shown = WithoutControls(label->text());
+  if (shown != label->text()) label->setText(shown);
 }
 
 int QtStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

@@ -30,6 +30,10 @@ class QtStyle final : public QProxyStyle {
                               const QStyleOption* option) const override;
   int pixelMetric(PixelMetric metric, const QStyleOption* option,
                   const QWidget* widget) const override;
+  /// No text is taken for rich text, by whomever the label was made: a name in it
+  /// would be able to bring pictures, links and words of its own.
+  void polish(QWidget* widget) override;
+  using QProxyStyle::polish;
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* data) const override;
 

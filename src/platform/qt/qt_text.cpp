@@ -4,6 +4,7 @@
 #include <QUtf8StringView>
 
 #include <algorithm>
+#include <utility>
 
 namespace tarnvale {
 namespace {
@@ -14,6 +15,15 @@ bool IsEscape(const QString& text, qsizetype at) {
   const char16_t unit = text[at].unicode();
   if (unit < kEscape + 0x80 || unit > kEscape + 0xFF) return false;
   return at == 0 || !text[at - 1].isHighSurrogate();
+}
+
+/// A control character (C0, DEL, C1), or one that ends a line or paragraph or turns
+/// the direction of writing.
+bool IsControl(char16_t c) {
+  if (c == u'\n' || c == u'\t') return false;
+  const auto is_between = [c](char16_t first, char16_t last) { return c >= first && c <= last; };
+  return c < 0x20 || is_between(0x7F, 0x9F) || c == 0x061C || is_between(0x200E, 0x200F) ||
+         is_between(0x2028, 0x202E) || is_between(0x2066, 0x2069);
 }
 
 /// Length of the valid character that `bytes` begins with; 0 for none.
@@ -71,6 +81,18 @@ std::size_t BytesOf(const QString& text, qsizetype units) {
 QString WithPlainLineEnds(QString text) {
   text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
   text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+  return text;
+}
+
+QString ToShown(std::string_view text) {
+  return WithoutControls(ToQt(text));
+}
+
+QString WithoutControls(QString text) {
+  text = WithPlainLineEnds(std::move(text));
+  for (QChar& c : text) {
+    if (IsControl(c.unicode())) c = QLatin1Char('?');
+  }
   return text;
 }
 

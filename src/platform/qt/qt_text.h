@@ -25,6 +25,13 @@ std::size_t BytesOf(const QString& text, qsizetype units);
 /// "\r\n", "\r" and "\n" all become "\n".
 QString WithPlainLineEnds(QString text);
 
+/// A text that is only shown, and may hold a name that anybody chose: each control
+/// character but tabs and line ends, and each one that turns the direction of
+/// writing, becomes a question mark. Line ends become "\n".
+QString ToShown(std::string_view text);
+/// The same of a text of Qt's own.
+QString WithoutControls(QString text);
+
 /// A caption without its access key marks, as it is drawn and as a screen reader
 /// says it.
 struct UnmarkedCaption {

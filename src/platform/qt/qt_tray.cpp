@@ -53,7 +53,7 @@ void QtTray::ShowRecord(const TrayRecord& record) {
   for (const Raster& size : record.icon) picture.addPixmap(ToPixmap(size, 1));
   icon_->setIcon(picture);
   const auto end = std::find(record.tip.begin(), record.tip.end(), '\0');
-  icon_->setToolTip(ToQt(std::string(record.tip.begin(), end)));
+  icon_->setToolTip(ToShown(std::string(record.tip.begin(), end)));
 }
 
 void QtTray::Click(QSystemTrayIcon::ActivationReason reason) {

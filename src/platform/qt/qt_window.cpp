@@ -87,8 +87,8 @@ QtWindow::~QtWindow() {
 }
 
 void QtWindow::FollowRecord() {
-  setWindowTitle(ToQt(record_.Caption.Get()));
-  Follow(record_.Caption.Changed, [this] { setWindowTitle(ToQt(record_.Caption.Get())); });
+  setWindowTitle(ToShown(record_.Caption.Get()));
+  Follow(record_.Caption.Changed, [this] { setWindowTitle(ToShown(record_.Caption.Get())); });
   Follow(record_.Icon.Changed, [this] { ApplyIcon(); });
   Follow(record_.Enabled.Changed, [this] { ApplyEnabled(); });
   for (Signal<>* signal :

@@ -22,7 +22,7 @@ QVariant FilesModel::data(const QModelIndex& index, int role) const {
   if (ending_) return {};
   const auto row = static_cast<std::size_t>(index.row());
   if (row >= files_.Rows().size()) return {};
-  if (role == Qt::DisplayRole) return ToQt(files_.Rows()[row]);
+  if (role == Qt::DisplayRole) return ToShown(files_.Rows()[row]);
   if (role == Qt::DecorationRole) return icon_;
   return {};
 }

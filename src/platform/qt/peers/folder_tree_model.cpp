@@ -222,7 +222,7 @@ QVariant FolderTreeModel::data(const QModelIndex& index, int role) const {
   const bool is_drive = node.parent == root_.get();
   switch (role) {
     case Qt::DisplayRole:
-      return is_drive ? QString::fromLatin1(kDriveLabel) : ToQt(node.name);
+      return is_drive ? QString::fromLatin1(kDriveLabel) : ToShown(node.name);
     case Qt::DecorationRole:
       return is_drive ? computer_icon_ : folder_icon_;
     default:

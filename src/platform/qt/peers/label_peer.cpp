@@ -17,7 +17,7 @@ class LabelWidget final : public QWidget, public AccessibleSource {
   LabelWidget(LabelPeer& peer, QWidget& parent) : QWidget(&parent), peer_(peer) {
     setFont(FontOf(peer.TheLabel().Role));
     if (!IsLink()) return;
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
   }
 
@@ -119,8 +119,7 @@ bool LabelWidget::event(QEvent* event) {
       break;
     case QEvent::ToolTip:
       if (toolTip().isEmpty() && !IsBlock() && Shown() != text) {
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                           text.toHtmlEscaped().prepend(QLatin1String("<span>")), this);
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text, this);
         return true;
       }
       break;
@@ -151,7 +150,7 @@ void LabelWidget::keyPressEvent(QKeyEvent* event) {
 
 LabelPeer::LabelPeer(PeerContext& context, Label& label, QWidget& parent)
     : Peer(context, label), label_(label), widget_(new LabelWidget(*this, parent)) {
-  widget_->text = WithPlainLineEnds(ToQt(label_.Shown()));
+  widget_->text = ToShown(label_.Shown());
   Follow(label_.Caption.Changed(), [this] { RequestFrame(); });
   Adopt(widget_);
   if (label_.Role == TextRole::kLink && label_.Pointer.Get() == PointerShape::kDefault) {
@@ -164,7 +163,7 @@ QString LabelPeer::OwnName() const {
 }
 
 void LabelPeer::OnFrame() {
-  widget_->text = WithPlainLineEnds(ToQt(label_.Shown()));
+  widget_->text = ToShown(label_.Shown());
   UpdateName();
   widget_->update();
 }

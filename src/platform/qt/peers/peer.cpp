@@ -76,7 +76,7 @@ void Peer::Adopt(QWidget* widget) {
   widget_->setAttribute(Qt::WA_NoMousePropagation);
   widget_->setVisible(record_.Visible);
   widget_->setEnabled(record_.Enabled);
-  widget_->setToolTip(ToQt(record_.ToolTip.Get()));
+  widget_->setToolTip(ToShown(record_.ToolTip.Get()));
   UpdatePointer();
   UpdateName();
   FocusWidget().installEventFilter(this);
@@ -85,7 +85,7 @@ void Peer::Adopt(QWidget* widget) {
   Follow(record_.Pointer.Changed, [this] { UpdatePointer(); });
   Follow(record_.AccessibleName.Changed, [this] { UpdateName(); });
   Follow(record_.ToolTip.Changed, [this] {
-    widget_->setToolTip(ToQt(record_.ToolTip.Get()));
+    widget_->setToolTip(ToShown(record_.ToolTip.Get()));
     UpdateName();
   });
 }
@@ -136,8 +136,8 @@ bool Peer::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool Peer::IsPressRefused() {
-  // A popup doesn't take the focus, and its links are clicked without it.
-  if (record_.Owner()->Frame == WindowFrame::kPopup || !record_.TakesFocus()) return false;
+  // A popup doesn't take the focus, and what is on it is clicked without it.
+  if (record_.Owner()->Frame == WindowFrame::kPopup || !record_.TakesFocusByClick()) return false;
   // The press may overtake the activation of its window: then the focus waits
   // here, unless who lost it has called it back already.
   const bool focus_waits =

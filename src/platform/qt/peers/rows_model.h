@@ -32,7 +32,8 @@ class RowsModel final : public QAbstractListModel {
   }
   QVariant data(const QModelIndex& index, int role) const override {
     if (ending_ || (role != Qt::DisplayRole && role != Qt::EditRole)) return {};
-    return ToQt(rows_.At(static_cast<std::size_t>(index.row())));
+    const std::string& row = rows_.At(static_cast<std::size_t>(index.row()));
+    return role == Qt::DisplayRole ? ToShown(row) : ToQt(row);
   }
 
  private:
