@@ -1,6 +1,7 @@
 #include "platform/qt/peers/accessible.h"
 
 #include <QAccessibleWidget>
+#include <QLineEdit>
 #include <QVariant>
 
 namespace tarnvale {
@@ -65,10 +66,75 @@ QAccessibleInterface* MakeAccessible(const QString& /*class_name*/, QObject* obj
   return new SelfDrawnAccessible(widget, *source);
 }
 
+bool HidesItsText(QAccessibleEvent& event) {
+  const QAccessibleInterface* source = event.accessibleInterface();
+  const auto* edit = source == nullptr ? nullptr : qobject_cast<QLineEdit*>(source->object());
+  return edit != nullptr && edit->echoMode() != QLineEdit::Normal;
+}
+
+QString Stars(const QString& text) {
+  return QString(text.size(), QLatin1Char('*'));
+}
+
+void HandleUpdate(QAccessibleEvent* event);
+
+// Who tells readers when nobody handles updates can't be called by anything else.
+void TellDesktop(QAccessibleEvent& event) {
+  QAccessible::installUpdateHandler(nullptr);
+  QAccessible::updateAccessibility(&event);
+  QAccessible::installUpdateHandler(HandleUpdate);
+}
+
+template <class Event>
+void TellDesktop(Event told, const QAccessibleTextCursorEvent& event) {
+  told.setCursorPosition(event.cursorPosition());
+  TellDesktop(static_cast<QAccessibleEvent&>(told));
+}
+
+// Qt hides a password from those who ask for it, and tells it to those who listen:
+// here they get stars, as the eye does.
+void TellStars(QAccessibleEvent& event) {
+  QObject* edit = event.accessibleInterface()->object();
+  switch (event.type()) {
+    case QAccessible::TextInserted: {
+      const auto& now = static_cast<QAccessibleTextInsertEvent&>(event);
+      const QString stars = Stars(now.textInserted());
+      TellDesktop(QAccessibleTextInsertEvent(edit, now.changePosition(), stars), now);
+      return;
+    }
+    case QAccessible::TextRemoved: {
+      const auto& now = static_cast<QAccessibleTextRemoveEvent&>(event);
+      const QString stars = Stars(now.textRemoved());
+      TellDesktop(QAccessibleTextRemoveEvent(edit, now.changePosition(), stars), now);
+      return;
+    }
+    case QAccessible::TextUpdated: {
+      const auto& now = static_cast<QAccessibleTextUpdateEvent&>(event);
+      TellDesktop(QAccessibleTextUpdateEvent(edit, now.changePosition(), Stars(now.textRemoved()),
+                                             Stars(now.textInserted())),
+                  now);
+      return;
+    }
+    case QAccessible::ValueChanged:
+      return;
+    default:
+      TellDesktop(event);
+  }
+}
+
+void HandleUpdate(QAccessibleEvent* event) {
+  if (HidesItsText(*event)) {
+    TellStars(*event);
+  } else {
+    TellDesktop(*event);
+  }
+}
+
 }  // namespace
 
 void InstallAccessibility() {
   QAccessible::installFactory(MakeAccessible);
+  QAccessible::installUpdateHandler(HandleUpdate);
 }
 
 void TellReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now) {

@@ -22,7 +22,8 @@ class AccessibleSource {
   virtual void PressAccessibly() {}
 };
 
-/// Makes Qt ask such widgets. Once, after the QApplication was made.
+/// Makes Qt ask such widgets, and tell readers nothing of what a password field
+/// holds but its length. Once, after the QApplication was made.
 void InstallAccessibility();
 
 /// Tells a screen reader that listens what has changed in a widget's state.

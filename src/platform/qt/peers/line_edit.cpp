@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QMimeData>
 
+#include <memory>
+
 #include "platform/qt/peers/dropped_files.h"
 #include "platform/qt/peers/mask.h"
 
@@ -49,6 +51,45 @@ void LineEdit::dropEvent(QDropEvent* event) {
   } else if (on_files) {
     on_files(FilesOf(*event));
   }
+}
+
+PasswordEdit::PasswordEdit(QWidget& parent) : LineEdit(parent) {
+  setEchoMode(QLineEdit::Password);
+}
+
+QVariant PasswordEdit::inputMethodQuery(Qt::InputMethodQuery query) const {
+  switch (query) {
+    case Qt::ImSurroundingText:
+    case Qt::ImCurrentSelection:
+    case Qt::ImTextBeforeCursor:
+    case Qt::ImTextAfterCursor:
+      return {};
+    default:
+      return LineEdit::inputMethodQuery(query);
+  }
+}
+
+void PasswordEdit::focusInEvent(QFocusEvent* event) {
+  LineEdit::focusInEvent(event);
+  qApp->installEventFilter(this);
+}
+
+void PasswordEdit::focusOutEvent(QFocusEvent* event) {
+  LineEdit::focusOutEvent(event);
+  qApp->removeEventFilter(this);
+}
+
+// Qt tells screen readers of each key that comes from the system, by a filter of
+// the whole application. Keys for this field come from here instead.
+bool PasswordEdit::eventFilter(QObject* target, QEvent* event) {
+  const QEvent::Type type = event->type();
+  // Precedes each key: Qt's filter may be newer, and the newest one is asked first.
+  if (type == QEvent::ShortcutOverride) qApp->installEventFilter(this);
+  const bool is_key = type == QEvent::KeyPress || type == QEvent::KeyRelease;
+  if (!is_key || !event->spontaneous() || !hasFocus()) return false;
+  const std::unique_ptr<QEvent> key(event->clone());
+  QCoreApplication::sendEvent(target, key.get());
+  return true;
 }
 
 MaskedEdit::MaskedEdit(QWidget& parent, QString mask) : LineEdit(parent), mask_(std::move(mask)) {

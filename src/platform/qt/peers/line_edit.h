@@ -30,6 +30,20 @@ class LineEdit : public QLineEdit {
   bool ignores_press_ = false;
 };
 
+/// A password field: no other program learns what is typed or stands in it.
+class PasswordEdit final : public LineEdit {
+ public:
+  explicit PasswordEdit(QWidget& parent);
+
+  /// An input method gets none of its text.
+  QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+ protected:
+  bool eventFilter(QObject* target, QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+};
+
 /// A field with a mask: overwrites digit by digit, and always shows all of the
 /// mask.
 class MaskedEdit final : public LineEdit {

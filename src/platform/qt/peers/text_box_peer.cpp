@@ -12,9 +12,8 @@ namespace {
 
 LineEdit* MakeEdit(const TextBox& box, QWidget& parent) {
   if (box.Kind == TextKind::kMasked) return new MaskedEdit(parent, ToQt(box.Mask));
-  auto* edit = new LineEdit(parent);
-  if (box.Kind == TextKind::kPassword) edit->setEchoMode(QLineEdit::Password);
-  return edit;
+  if (box.Kind == TextKind::kPassword) return new PasswordEdit(parent);
+  return new LineEdit(parent);
 }
 
 }  // namespace
