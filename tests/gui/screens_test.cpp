@@ -132,14 +132,14 @@ TEST_F(GuiScreens, AClickOnALinkLeavesNoField) {
                  "[Setup]\r\nWizard=1\r\n[Destiny]\r\nDir=C:\\Store\r\n"
                  "Backup=\r\n[Entries]\r\n0=C:\\Work\\a.txt\r\n")
                  .form;
-  Click(f.Optionbutton2);
-  ASSERT_EQ(f.Focused(), &f.MaskEdBox2);
-  ASSERT_EQ(f.MaskEdBox2.Text.Get(), "00:00");
+  Click(f.Schedule.Optionbutton2);
+  ASSERT_EQ(f.Focused(), &f.Schedule.MaskEdBox2);
+  ASSERT_EQ(f.Schedule.MaskEdBox2.Text.Get(), "00:00");
   AnswerNextBox(QMessageBox::Ok);
   Click(f.Label45);
   EXPECT_EQ(box_text, "You Must Specify A Valid Time For The Backup Schedule!");
-  EXPECT_TRUE(f.Optionbutton2.Value) << "the interval stays chosen";
-  EXPECT_EQ(f.Focused(), &f.MaskEdBox2);
+  EXPECT_TRUE(f.Schedule.Optionbutton2.Value) << "the interval stays chosen";
+  EXPECT_EQ(f.Focused(), &f.Schedule.MaskEdBox2);
   EXPECT_THAT(Content("Data/Tarnvale.ini"), Not(HasSubstr("Default=False")));
 }
 
@@ -164,11 +164,11 @@ TEST_F(GuiScreens, AnImportOfAFileThatIsNotThereGoesThroughTheDialogAndFails) {
   Click(f.Label38);
   for (const std::string& typed : {Native("Store/none"), std::string("C:\\None\\none.ini")}) {
     TypeIntoNextFileDialog(typed);
-    Click(f.chameleonButton3);
-    EXPECT_TRUE(f.CheckBox7.Checked) << typed;
-    EXPECT_EQ(f.Label63.Caption.Get(), "Files Status OK! - Restart Application");
-    EXPECT_FALSE(f.CheckBox8.Checked) << typed;
-    EXPECT_EQ(f.Label62.Caption.Get(), ".");
+    Click(f.General.chameleonButton3);
+    EXPECT_TRUE(f.General.CheckBox7.Checked) << typed;
+    EXPECT_EQ(f.General.Label63.Caption.Get(), "Files Status OK! - Restart Application");
+    EXPECT_FALSE(f.General.CheckBox8.Checked) << typed;
+    EXPECT_EQ(f.General.Label62.Caption.Get(), ".");
     EXPECT_EQ(Content("Data/Tarnvale.ini"), kComplete);
   }
 }
