@@ -14,13 +14,15 @@ bool AnotherUser::Does(const std::function<bool()>& attack) {
   const pid_t child = ::fork();
   if (child == 0) {
     ::umask(0);
-    const bool changed =
-        ::setgroups(0, nullptr) == 0 && ::setgid(kNumber) == 0 && ::setuid(kNumber) == 0;
-    ::_exit(changed && attack() ? 0 : 1);
+    ::_exit(BecomeHim() && attack() ? 0 : 1);
   }
   int status = 0;
   return child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status) &&
          WEXITSTATUS(status) == 0;
+}
+
+bool AnotherUser::BecomeHim() {
+  return ::setgroups(0, nullptr) == 0 && ::setgid(kNumber) == 0 && ::setuid(kNumber) == 0;
 }
 
 bool AnotherUser::CanBePlayed() {

@@ -25,6 +25,9 @@ class AnotherUser {
   /// run. What it changes in memory is lost.
   static bool Does(const std::function<bool()>& attack);
 
+  /// Makes this process his for good; false where that isn't allowed.
+  static bool BecomeHim();
+
   /// Plants a symbolic link of his at a native path, in place of what is there.
   static void PlantLink(const std::string& leads_to, const std::string& at);
   /// Writes a file of his own, in place of what is there.
