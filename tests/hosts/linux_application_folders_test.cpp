@@ -1,8 +1,7 @@
 #include "platform/linux/linux_application_folders.h"
 
-#include <cstdlib>
-
 #include "tests/hosts/linux_stage.h"
+#include "tests/hosts/variable_for.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -76,30 +75,6 @@ TEST_F(LinuxApplicationFoldersTest, AFileInThePlaceOfTheFolderIsPassedBy) {
   EXPECT_EQ(Of(Application::kThunderbird),
             "C:\\home\\ann\\snap\\thunderbird\\common\\.thunderbird");
 }
-
-// Gives a variable a value, or none, for as long as it lives.
-class VariableFor {
- public:
-  VariableFor(const char* name, const char* value) : name_(name) {
-    if (const char* old = std::getenv(name)) old_ = old;
-    Set(value);
-  }
-  ~VariableFor() { Set(old_ ? old_->c_str() : nullptr); }
-  VariableFor(const VariableFor&) = delete;
-  VariableFor& operator=(const VariableFor&) = delete;
-
- private:
-  void Set(const char* value) {
-    if (value != nullptr) {
-      ::setenv(name_, value, 1);
-    } else {
-      ::unsetenv(name_);
-    }
-  }
-
-  const char* name_;
-  std::optional<std::string> old_;
-};
 
 TEST(UserFoldersTest, TheEnvironmentTellsThem) {
   const VariableFor home("HOME", "/home/ann");

@@ -1,7 +1,9 @@
 #include "platform/linux/linux_processes.h"
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,6 +14,7 @@
 
 #include "platform/linux/command_line.h"
 #include "tests/hosts/linux_stage.h"
+#include "tests/hosts/variable_for.h"
 #include "tests/support/raised.h"
 
 namespace tarnvale::testing {
@@ -200,6 +203,33 @@ TEST_F(LinuxProcessesTest, WithoutAPlaceForTheLockNobodyIsFound) {
   LinuxHost second(surroundings);
   EXPECT_FALSE(first.processes.PreviousInstance());
   EXPECT_FALSE(second.processes.PreviousInstance());
+}
+
+/// Where the lock of instances lies for a program that starts in `runtime`.
+std::string LockFolderIn(const std::string& runtime) {
+  const VariableFor variable("XDG_RUNTIME_DIR", runtime.c_str());
+  return ProcessSurroundings::Present().lock_folder;
+}
+
+TEST_F(LinuxProcessesTest, TheLockLiesInTheRuntimeFolder) {
+  EXPECT_EQ(LockFolderIn(folder.Path()), folder.Path());
+}
+
+TEST_F(LinuxProcessesTest, ARuntimeFolderThatOthersCanEnterHasNoLock) {
+  const VariableFor state("XDG_STATE_HOME", (folder / "state").c_str());
+  // What the session's manager made, if there is one.
+  const std::string usual = "/run/user/" + std::to_string(::geteuid());
+  const auto elsewhere = ::testing::AnyOf(folder / "state/tarnvale", usual);
+  for (const mode_t open : {0777, 0770, 0750, 0701}) {
+    ASSERT_EQ(::chmod(folder.Path().c_str(), open), 0);
+    EXPECT_THAT(LockFolderIn(folder.Path()), elsewhere) << std::oct << open;
+  }
+}
+
+TEST_F(LinuxProcessesTest, ALinkInPlaceOfTheRuntimeFolderHasNoLock) {
+  const std::string link = folder / "link";
+  ASSERT_EQ(::symlink(folder.Path().c_str(), link.c_str()), 0);
+  EXPECT_NE(LockFolderIn(link), link);
 }
 
 TEST_F(LinuxProcessesTest, ThisProgramsFileIsKnown) {

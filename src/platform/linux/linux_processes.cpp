@@ -18,17 +18,20 @@
 namespace tarnvale {
 namespace {
 
-bool IsOwnFolder(const std::string& native) {
+// In a folder that others can get into, they could hold the lock first, and by a
+// link lead it there.
+bool IsOwnAndClosed(const std::string& native) {
   struct stat info {};
-  return ::stat(native.c_str(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == ::geteuid();
+  return ::lstat(native.c_str(), &info) == 0 && S_ISDIR(info.st_mode) &&
+         info.st_uid == ::geteuid() && (info.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }
 
 // The same in every session of the user, the ones without a desktop included.
 std::string RuntimeFolder() {
   const char* variable = std::getenv("XDG_RUNTIME_DIR");
-  if (variable != nullptr && variable[0] == '/' && IsOwnFolder(variable)) return variable;
+  if (variable != nullptr && variable[0] == '/' && IsOwnAndClosed(variable)) return variable;
   const std::string usual = "/run/user/" + std::to_string(::geteuid());
-  return IsOwnFolder(usual) ? usual : DefaultStateFolder();
+  return IsOwnAndClosed(usual) ? usual : DefaultStateFolder();
 }
 
 std::string LockFile(const ProcessSurroundings& surroundings) {

@@ -20,8 +20,8 @@ struct ProcessSurroundings {
   /// looked for on the search path.
   std::string desktop_opener = "xdg-open";
 
-  /// This process's file; the user's runtime folder or, without one, the state
-  /// folder.
+  /// This process's file; the user's runtime folder or, without one that is
+  /// closed to others, the state folder.
   static ProcessSurroundings Present();
 };
 
