@@ -3,14 +3,17 @@
 # CPU time over a minute as a share of one core.
 #   bench/idle_bench.sh [SECONDS] [PROGRAM]
 set -euo pipefail
-cd "$(dirname "$(readlink -f "$0")")/.."
+self=$(readlink -f "$0")
+cd "$(dirname "$self")/.."
+if [[ ${1:-} != --inside ]]; then exec tests/qt/with-display "$self" --inside "$@"; fi
+shift
 
 seconds=${1:-60}
 program=${2:-build/release/bin/tarnvale}
 folder=$(mktemp -d)
-pids=()
+pid=
 cleanup() {
-  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  [[ -z $pid ]] || kill "$pid" 2>/dev/null || true
   wait 2>/dev/null || true
   rm -rf "$folder"
 }
@@ -22,16 +25,8 @@ data="$folder/Data"
 printf '"C:%s"\r\n' "${data//\//\\}" >"$folder/Data.txt"
 printf '[Setup]\r\nWizard=1\r\n' >"$data/Tarnvale.ini"
 
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$folder/display" 2>/dev/null &
-pids+=($!)
-for _ in $(seq 100); do [[ -s $folder/display ]] && break; sleep 0.1; done
-DISPLAY=:$(tr -d '[:space:]' <"$folder/display")
-export DISPLAY
-openbox >/dev/null 2>&1 &
-pids+=($!)
 "$folder/tarnvale" &
 pid=$!
-pids+=("$pid")
 # The start is not idle.
 sleep 5
 

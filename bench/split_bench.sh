@@ -9,6 +9,9 @@
 # answer. Ends with 1 when a goal isn't met.
 set -euo pipefail
 export LC_ALL=C
+self=$(readlink -f "$0")
+if [[ ${1:-} != --inside ]]; then exec "${self%/*}/../tests/qt/with-display" "$self" --inside "$@"; fi
+shift
 
 program=$(realpath "$1")
 mib=${2:-512}
@@ -16,13 +19,8 @@ rounds=${3:-5}
 part_bytes=104857600
 work=$(mktemp -d "${TMPDIR:-/var/tmp}/tarnvale-bench-XXXXXX")
 chmod 700 "$work"
-trap 'kill "${display:-}" 2>/dev/null || true; rm -rf "$work"' EXIT
+trap 'rm -rf "$work"' EXIT
 missed=0
-
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
-display=$!
-until [[ -s $work/display ]]; do sleep 0.05; done
-export DISPLAY=:$(<"$work/display") XDG_RUNTIME_DIR=$work
 
 peer_seconds() {
   local start=$EPOCHREALTIME
