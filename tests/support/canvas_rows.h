@@ -1,6 +1,7 @@
 // Small canvases as rows of letters, so that a test can show what it expects.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -23,6 +24,12 @@ inline std::vector<std::string> RowsOf(const Canvas& canvas, const std::map<Colo
     rows.push_back(row);
   }
   return rows;
+}
+
+/// All of a canvas, to compare it with another one.
+inline std::vector<std::uint32_t> PixelsOf(const Canvas& canvas) {
+  const std::uint32_t* pixels = canvas.DevicePixels();
+  return {pixels, pixels + canvas.DeviceWidth() * canvas.DeviceHeight()};
 }
 
 using Rows = std::vector<std::string>;
