@@ -29,7 +29,7 @@ class QuitStage : public ::testing::Test {
 
   /// Makes a folder with a copy of both programs and returns it.
   std::string Install(const std::string& name) const {
-    const std::string installed = folder / name;
+    std::string installed = folder / name;
     std::filesystem::create_directories(installed);
     std::filesystem::copy_file(QUIT_PROGRAM, installed + "/Quit.exe");
     std::filesystem::copy_file("/bin/sleep", installed + "/tarnvale");
