@@ -75,12 +75,6 @@ bool usercontrol11::RequireArchive(const Path& archive, const std::string& messa
   return false;
 }
 
-int usercontrol11::OpenContainer(const Path& container) {
-  const int number = FreeFileNumber(machine_.open_files);
-  machine_.open_files.OpenBinary(number, container);
-  return number;
-}
-
 // Relative names. A tree without files gives one empty name.
 // Chosen: a name that PathOfEntry would refuse is left out, as all behind it
 // could never be unpacked.
@@ -120,24 +114,24 @@ void usercontrol11::BuildContainer(const Path& root, const Path& container,
   const std::int32_t count = ToInt32(static_cast<std::int64_t>(names.size()));
   // Required: a stage file that was left is written over from its start, and a
   // longer old tail stays.
-  const int number = OpenContainer(container);
+  const int number = OpenUnderFreeNumber(machine_.open_files, container);
   ContainerWriter writer(machine_.open_files, number);
   writer.WriteCount(count);
   std::int32_t done = 0;
+  ByteBuffer content;
   for (const std::string& name : names) {
-    AddRecord(writer, root + name, name);
+    AddRecord(writer, root + name, name, content);
     BuildArchiveProgress.Emit(PercentOf(++done, count));
   }
   writer.Finish();
   machine_.open_files.Close(number);
 }
 
-void usercontrol11::AddRecord(ContainerWriter& writer, const Path& file, const std::string& name) {
+void usercontrol11::AddRecord(ContainerWriter& writer, const Path& file, const std::string& name,
+                              ByteBuffer& content) {
   writer.WriteName(name);
-  const int number = FreeFileNumber(machine_.open_files);
-  machine_.open_files.OpenBinary(number, file);
-  writer.WriteContent(number);
-  machine_.open_files.Close(number);
+  ReadWholeAndClose(machine_.open_files, OpenUnderFreeNumber(machine_.open_files, file), content);
+  writer.WriteContent(content.View());
   machine_.loop.Yield();
   const SplitName split = SplitAtLastBackslash(file);
   AddingFile.Emit(split.file, split.folder, ToInt32(machine_.files.Length(file)));
@@ -182,7 +176,7 @@ std::int32_t usercontrol11::ExtractFilesFromArchiv(const Path& archive, const Pa
   }
   const Path target = WithBackslash(target_folder);
   Raise(ArchiveStatus::kExtractionReads);
-  const int number = OpenContainer(ContainerOf(archive, compress));
+  const int number = OpenUnderFreeNumber(machine_.open_files, ContainerOf(archive, compress));
   ContainerReader reader(machine_.open_files, number);
   const std::int32_t count = reader.ReadCount();
   Raise(ArchiveStatus::kExtracting);
@@ -212,7 +206,7 @@ void usercontrol11::ReadFiles(const Path& archive, bool compress) {
     Decode(Huffman3, archive, StageOf(archive));
   }
   Raise(ArchiveStatus::kListingReads);
-  const int number = OpenContainer(ContainerOf(archive, compress));
+  const int number = OpenUnderFreeNumber(machine_.open_files, ContainerOf(archive, compress));
   ContainerReader reader(machine_.open_files, number);
   const std::int32_t count = reader.ReadCount();
   ContainerRecord record;
@@ -252,7 +246,7 @@ void usercontrol11::ExtractFile(const Path& archive, const std::string& entry_na
   }
   Raise(ArchiveStatus::kSingleReads);
   target_folder = WithBackslash(target_folder);
-  const int number = OpenContainer(ContainerOf(archive, compress));
+  const int number = OpenUnderFreeNumber(machine_.open_files, ContainerOf(archive, compress));
   ContainerReader reader(machine_.open_files, number);
   // Required: once the entry was found, the container stays open and the stage
   // file stays.

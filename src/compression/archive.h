@@ -122,7 +122,8 @@ class usercontrol11 {
   std::vector<std::string> CollectNames(const Path& root);
   void BuildContainer(const Path& root, const Path& container,
                       const std::vector<std::string>& names);
-  void AddRecord(ContainerWriter& writer, const Path& file, const std::string& name);
+  void AddRecord(ContainerWriter& writer, const Path& file, const std::string& name,
+                 ByteBuffer& content);
   void CompressStage(const Path& stage, const Path& archive);
   bool ArchiveExists(const Path& archive) { return !machine_.files.List(archive, {}).empty(); }
   bool RequireArchive(const Path& archive, const std::string& message);
@@ -130,7 +131,6 @@ class usercontrol11 {
   void WriteEntry(const Path& file, const ContainerRecord& record);
   bool ExtractNamed(ContainerReader& reader, const std::string& entry_name,
                     const Path& target_folder);
-  int OpenContainer(const Path& container);
 
   Machine& machine_;
   Codec Huffman1;  ///< SaveFilesToArchiv

@@ -1,7 +1,9 @@
 #include "compression/container_writer.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "base/failure.h"
 #include "base/numbers.h"
 #include "compression/file_numbers.h"
 
@@ -15,10 +17,15 @@ constexpr std::size_t kPendingBytes = std::size_t{256} * 1024;
 ContainerWriter::ContainerWriter(OpenFiles& open_files, int number)
     : open_files_(open_files), number_(number), pending_(kPendingBytes) {}
 
+ContainerWriter::~ContainerWriter() {
+  PassedOver pass;
+  pass.Step([this] { Flush(); });
+}
+
+// What a failed write was given is never written twice.
 void ContainerWriter::Flush() {
   if (used_ == 0) return;
-  WriteBytes(open_files_, number_, pending_.View().first(used_));
-  used_ = 0;
+  WriteBytes(open_files_, number_, pending_.View().first(std::exchange(used_, 0)));
 }
 
 // Room for at most kPendingBytes.
@@ -46,22 +53,15 @@ void ContainerWriter::WriteName(std::string_view name) {
   std::copy(name.begin(), name.end(), Reserve(name.size()).begin());
 }
 
-void ContainerWriter::WriteContent(int source_number) {
-  const std::int32_t length = ToInt32(open_files_.Length(source_number));
+void ContainerWriter::WriteContent(std::span<const std::uint8_t> content) {
+  const std::int32_t length = ToInt32(static_cast<std::int64_t>(content.size()));
   WriteNumber(static_cast<std::uint32_t>(length), 4);
-  const auto size = static_cast<std::size_t>(length);
-  const auto read = [&](std::span<std::uint8_t> to) {
-    const std::size_t got = open_files_.ReadInto(source_number, to);
-    std::fill(to.begin() + static_cast<std::ptrdiff_t>(got), to.end(), std::uint8_t{0});
-  };
-  if (size <= kPendingBytes) {
-    read(Reserve(size));
+  if (content.size() <= kPendingBytes) {
+    std::copy(content.begin(), content.end(), Reserve(content.size()).begin());
     return;
   }
   Flush();
-  ByteBuffer whole(size);
-  read(whole.Bytes());
-  WriteBytes(open_files_, number_, whole.View());
+  WriteBytes(open_files_, number_, content);
 }
 
 }  // namespace tarnvale

@@ -10,21 +10,23 @@
 
 namespace tarnvale {
 
-/// Collects small records and writes them in large pieces. What was collected
-/// is in the file only after Finish. Raises what OpenFiles::Write and ReadInto
-/// raise.
+/// Collects small records and writes them in large pieces. Raises what
+/// OpenFiles::Write raises.
 class ContainerWriter {
  public:
   /// Writes to an open number, from its position on.
   ContainerWriter(OpenFiles& open_files, int number);
+  ContainerWriter(const ContainerWriter&) = delete;
+  ContainerWriter& operator=(const ContainerWriter&) = delete;
+  /// Writes what was collected, when Finish wasn't called, as far as that goes:
+  /// what was put into a container before a failure is in its file.
+  ~ContainerWriter();
 
   void WriteCount(std::int32_t records);
   /// Raises 6 for a name of more than 32,767 bytes.
   void WriteName(std::string_view name);
-  /// Writes the length and the bytes of an open file, whole in memory. Raises 6
-  /// for one of 2 GiB or more. A file that gets shorter meanwhile is filled up
-  /// with zeros.
-  void WriteContent(int source_number);
+  /// Writes the length and the bytes of a file of less than 2 GiB.
+  void WriteContent(std::span<const std::uint8_t> content);
   void Finish() { Flush(); }
 
  private:

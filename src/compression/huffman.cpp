@@ -17,27 +17,6 @@ std::span<const std::uint8_t> FirstBytes(const ByteBuffer& buffer, std::int32_t 
   return buffer.View().first(static_cast<std::size_t>(length));
 }
 
-// Closes what it opened, whatever comes.
-class OpenedFile {
- public:
-  OpenedFile(OpenFiles& open_files, const Path& file)
-      : open_files_(open_files), number_(FreeFileNumber(open_files)) {
-    open_files_.OpenBinary(number_, file);
-  }
-  OpenedFile(const OpenedFile&) = delete;
-  OpenedFile& operator=(const OpenedFile&) = delete;
-  ~OpenedFile() {
-    PassedOver pass;
-    pass.Step([&] { open_files_.Close(number_); });
-  }
-
-  int Number() const { return number_; }
-
- private:
-  OpenFiles& open_files_;
-  int number_;
-};
-
 }  // namespace
 
 bool clsHuffman::FileExist(const Path& path) {
@@ -45,21 +24,21 @@ bool clsHuffman::FileExist(const Path& path) {
   return pass.Step([&] { files_.Length(path); });
 }
 
+// Required: what is open when one of these two fails stays open.
 ByteBuffer clsHuffman::ReadWhole(const Path& file) {
-  const OpenedFile opened(open_files_, file);
-  const std::int32_t length = ToInt32(open_files_.Length(opened.Number()));
+  const int number = OpenUnderFreeNumber(open_files_, file);
   // Required: an empty file can't be processed.
-  if (length == 0) throw ProgramError(kSubscriptOutOfRange);
-  ByteBuffer bytes(static_cast<std::size_t>(length));
-  bytes.Shrink(open_files_.ReadInto(opened.Number(), bytes.Bytes()));
+  if (open_files_.Length(number) == 0) throw ProgramError(kSubscriptOutOfRange);
+  ByteBuffer bytes;
+  ReadWholeAndClose(open_files_, number, bytes);
   return bytes;
 }
 
 void clsHuffman::Replace(const Path& file, const ByteBuffer& bytes) {
   if (FileExist(file)) files_.Delete(file);
-  const OpenedFile opened(open_files_, file);
-  WriteBytes(open_files_, opened.Number(), bytes.View());
-  open_files_.Close(opened.Number());
+  const int number = OpenUnderFreeNumber(open_files_, file);
+  WriteBytes(open_files_, number, bytes.View());
+  open_files_.Close(number);
 }
 
 void clsHuffman::EncodeFile(const Path& source, const Path& destination) {

@@ -19,7 +19,8 @@ namespace tarnvale {
 /// Raises, besides what the file system raises: 6 (payload of 256 MiB or more,
 /// or an input of 2 GiB or more), 9 (a file of 0 bytes, a stream that is cut off
 /// or impossible), and kProgramDefinedError with a source and a text for a
-/// missing source file, a wrong mark or a wrong checksum.
+/// missing source file, a wrong mark or a wrong checksum. A file that is open when
+/// reading or writing fails stays open.
 class clsHuffman {
  public:
   /// Both must outlive it.

@@ -60,6 +60,8 @@ TEST_F(ArchiveFailuresTest, AnEmptyTreeCountsOneRecordWithoutANameAndFailsToOpen
   told.clear();
   EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Data", archive, false); }), 75);
   EXPECT_THAT(told, ElementsAre("status 9", "status 7", "status 8", "status 3"));
+  EXPECT_EQ(files.Content(archive), std::string("\1\0\0\0\0\0", 6));
+  EXPECT_EQ(machine.open_files.OpenCount(), 1);
 }
 
 TEST_F(ArchiveFailuresTest, AMissingRootFailsAlike) {
@@ -75,10 +77,25 @@ TEST_F(ArchiveFailuresTest, AFileThatCannotBeOpenedEndsBuildingAndTheStageFileSt
   EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Data", archive, true); }), 70);
   EXPECT_THAT(told, ElementsAre("status 9", "status 7", "status 8", "status 3",
                                 "adding a in C:\\Data\\ 1", "build 50"));
-  EXPECT_TRUE(files.Exists(stage));
+  EXPECT_EQ(files.Content(stage), Number32(2) + Record("a", "1") + Number16(1) + "b");
   EXPECT_FALSE(files.Exists(archive));
   // What was open stays open.
   EXPECT_EQ(machine.open_files.OpenCount(), 1);
+}
+
+TEST_F(ArchiveFailuresTest, ASourceIsClosedBeforeItsBytesAreWritten) {
+  files.Write("C:\\Data\\large", std::string(1000000, 'x'));
+  machine.open_files.FailNext("Write", 61);
+  EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Data", archive, true); }), 61);
+  EXPECT_EQ(machine.open_files.OpenCount(), 1);
+  files.Delete("C:\\Data\\large");
+}
+
+TEST_F(ArchiveFailuresTest, BytesThatCouldNotBeWrittenAreNotTriedAgain) {
+  files.Write("C:\\Data\\a", "1");
+  machine.open_files.FailNext("Write", 61);
+  EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Data", archive, false); }), 61);
+  EXPECT_EQ(machine.open_files.CallsOf("Write"), 1);
 }
 
 TEST_F(ArchiveFailuresTest, ADamagedStreamExtractsNothing) {

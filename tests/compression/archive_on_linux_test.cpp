@@ -66,6 +66,7 @@ TEST_F(ArchiveOnLinuxTest, AnEmptyTreeFailsToOpenTheRootAsAFile) {
   std::filesystem::create_directories(OnDrive("Empty/sub"));
   EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Empty", archive, true); }), 75);
   EXPECT_THAT(NativeNames(OnDrive("Store")), ElementsAre("a.tvz.tmp"));
+  EXPECT_EQ(ReadNative(OnDrive("Store/a.tvz.tmp")), std::string("\1\0\0\0\0\0", 6));
 }
 
 TEST_F(ArchiveOnLinuxTest, NamesThatPointOutsideTheTargetAreFollowed) {

@@ -87,13 +87,13 @@ TEST_F(HuffmanFilesTest, AFileWhoseLengthCannotBeReadCountsAsMissing) {
   EXPECT_EQ(RaisedBy([&] { codec.EncodeFile("C:\\Data", packed); }), kProgramDefinedError);
 }
 
-TEST_F(HuffmanFilesTest, AnEmptyFileRaises9BothWays) {
+TEST_F(HuffmanFilesTest, AnEmptyFileRaises9BothWaysAndStaysOpen) {
   files.Write(source, "");
   files.Write(packed, "old");
   EXPECT_EQ(RaisedBy([&] { codec.EncodeFile(source, packed); }), 9);
   EXPECT_EQ(RaisedBy([&] { codec.DecodeFile(source, packed); }), 9);
   EXPECT_EQ(files.Content(packed), "old");
-  EXPECT_EQ(machine.open_files.OpenCount(), 0);
+  EXPECT_EQ(machine.open_files.OpenCount(), 2);
 }
 
 TEST_F(HuffmanFilesTest, ADamagedStreamLeavesTheDestinationAsItWas) {
@@ -123,11 +123,19 @@ TEST_F(HuffmanFilesTest, ADestinationThatCannotBeDeletedRaisesItsError) {
   EXPECT_EQ(files.Content(packed), "old");
 }
 
-TEST_F(HuffmanFilesTest, AFullMediumRaises61) {
+TEST_F(HuffmanFilesTest, AFullMediumRaises61AndTheDestinationStaysOpen) {
   files.Write(source, "ab");
   machine.open_files.FailNext("Write", 61);
   EXPECT_EQ(RaisedBy([&] { codec.EncodeFile(source, packed); }), 61);
-  EXPECT_EQ(machine.open_files.OpenCount(), 0);
+  EXPECT_EQ(machine.open_files.OpenCount(), 1);
+  EXPECT_EQ(RaisedBy([&] { files.Delete(packed); }), 70);
+}
+
+TEST_F(HuffmanFilesTest, ASourceThatCannotBeReadStaysOpen) {
+  files.Write(source, "ab");
+  machine.open_files.FailNext("ReadInto", 57);
+  EXPECT_EQ(RaisedBy([&] { codec.EncodeFile(source, packed); }), 57);
+  EXPECT_EQ(machine.open_files.OpenCount(), 1);
 }
 
 TEST_F(HuffmanFilesTest, FixedNumbersOfOthersStayFree) {
