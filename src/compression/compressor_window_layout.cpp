@@ -8,10 +8,11 @@
 namespace tarnvale {
 namespace {
 
-constexpr Size kClient{728, 348};
-constexpr Rect kTaskPanel{0, 0, 224, 348};
+// 9810 by 4170 twips.
+constexpr Size kClient{654, 278};
+constexpr Rect kTaskPanel{0, 0, 224, 278};
 // Both panels have the same size and the same place.
-constexpr Rect kPanel{236, 12, 480, 324};
+constexpr Rect kPanel{236, 10, 406, 258};
 
 void LayOutTaskPanel(compression& w) {
   w.Label43.Caption = "Compression Tasks";
@@ -53,16 +54,16 @@ void LayOutPanel(compression& w, const PanelParts& parts) {
   parts.bar.AccessibleName = "Progress";
 
   Control* panel = &parts.frame;
-  w.Place({{panel, nullptr, kPanel}, {&parts.button, panel, {16, 32, 300, 30}}});
-  int top = 80;
+  w.Place({{panel, nullptr, kPanel}, {&parts.button, panel, {16, 28, 300, 30}}});
+  int top = 68;
   for (CheckBox* row : parts.rows) {
     // Chosen: a row is a display; nobody can tick it.
     row->Enabled = false;
     row->Visible = false;
-    w.Place({{row, panel, {24, top, 440, 20}}});
-    top += 28;
+    w.Place({{row, panel, {20, top, 370, 20}}});
+    top += 24;
   }
-  w.Place({{&parts.message, panel, {16, 236, 448, 24}}, {&parts.bar, panel, {16, 280, 448, 22}}});
+  w.Place({{&parts.message, panel, {16, 192, 374, 24}}, {&parts.bar, panel, {16, 224, 374, 22}}});
 }
 
 // What no panel shows has texts only.

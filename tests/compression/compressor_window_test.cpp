@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <map>
+
 #include "platform/window_slot.h"
 #include "tests/compression/compressor_window_fixture.h"
 
@@ -21,6 +23,18 @@ TEST_F(CompressorWindowTest, ComesUpHiddenWithThePackingPanelAndNoSteps) {
   EXPECT_FALSE(window.GroupBox2.Visible);
   EXPECT_THAT(VisibleSteps(), Each(false));
   EXPECT_EQ(window.XP_ProgressBar1.Value, 0);
+}
+
+TEST_F(CompressorWindowTest, EverythingLiesWithin9810By4170Twips) {
+  EXPECT_EQ(window.ClientSize.width_px * kTwipsPerPixel, 9810);
+  EXPECT_EQ(window.ClientSize.height_px * kTwipsPerPixel, 4170);
+  std::map<const Control*, Rect> places{
+      {nullptr, {0, 0, window.ClientSize.width_px, window.ClientSize.height_px}}};
+  for (const auto& [control, container, place] : window.Placements()) {
+    EXPECT_LE(place.RightPx(), places.at(container).width_px);
+    EXPECT_LE(place.BottomPx(), places.at(container).height_px);
+    places[control] = place;
+  }
 }
 
 TEST_F(CompressorWindowTest, SaysWhatItsTasksAndPanelsAre) {

@@ -77,7 +77,8 @@ void GeneralScreen::Caption() {
   GroupBox5.Caption = "General && Backup Settings";
   ModeHeading.Caption = "Select A Backup Mode";
   Option1.Caption = "Brenlow Mode";
-  CompleteNote.Caption = "Copies every file of the list at each backup.";
+  CompleteNote.Caption =
+      "Copies every single file of the list at each backup; of a whole folder, what has changed.";
   Option2.Caption = "Fennick Mode";
   IncrementalNote.Caption = "Copies a single file only when it has changed since its last backup.";
   Option3.Caption = "Tolvern Mode";
