@@ -1,8 +1,10 @@
 // The program: one host, and everything composed on it.
 #include "app/desktop_machine.h"
 #include "app/program.h"
+#include "base/out_of_memory.h"
 
 int main(int argc, char** argv) {
+  tarnvale::RaiseOutOfMemory();
   tarnvale::DesktopMachine machine(argc, argv);
   tarnvale::ShowFaults(machine.Parts());
   return tarnvale::Program(machine.Parts()).Run();

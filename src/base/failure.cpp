@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "base/out_of_memory.h"
+
 namespace tarnvale {
 namespace {
 
@@ -14,6 +16,7 @@ struct KnownError {
 constexpr std::array kKnownErrors = {
     KnownError{kInvalidCall, "Invalid procedure call or argument"},
     KnownError{kOverflow, "Overflow"},
+    KnownError{kOutOfMemory, "Out of memory"},
     KnownError{kSubscriptOutOfRange, "Subscript out of range"},
     KnownError{kDivisionByZero, "Division by zero"},
     KnownError{kTypeMismatch, "Type mismatch"},

@@ -25,6 +25,7 @@ TEST(ProgramErrorTest, TheProgramsOwnErrorsHaveTheirOwnTexts) {
 TEST(ProgramErrorTest, DescriptionsOfTheNumbersThatThePartsTestFor) {
   EXPECT_EQ(DescriptionOf(5), "Invalid procedure call or argument");
   EXPECT_EQ(DescriptionOf(6), "Overflow");
+  EXPECT_EQ(DescriptionOf(7), "Out of memory");
   EXPECT_EQ(DescriptionOf(9), "Subscript out of range");
   EXPECT_EQ(DescriptionOf(13), "Type mismatch");
   EXPECT_EQ(DescriptionOf(53), "File not found");

@@ -15,8 +15,12 @@ std::size_t largest_request = 0;
 
 void* Allocate(std::size_t size) {
   largest_request = std::max(largest_request, size);
-  if (void* memory = std::malloc(size != 0 ? size : 1)) return memory;
-  throw std::bad_alloc();
+  while (true) {
+    if (void* memory = std::malloc(size != 0 ? size : 1)) return memory;
+    const std::new_handler handler = std::get_new_handler();
+    if (handler == nullptr) throw std::bad_alloc();
+    handler();
+  }
 }
 
 }  // namespace

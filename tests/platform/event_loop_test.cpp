@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <stdexcept>
 #include <vector>
 
+#include "base/out_of_memory.h"
 #include "tests/support/manual_loop.h"
 
 namespace tarnvale::testing {
@@ -39,6 +41,17 @@ TEST_F(EventLoopTest, ANestedFailureDoesNotUnwindTheHandlerThatItInterrupted) {
 
 TEST_F(EventLoopTest, ABugGoesThrough) {
   EXPECT_THROW(loop.Deliver([] { throw std::logic_error("bug"); }), std::logic_error);
+}
+
+TEST_F(EventLoopTest, MemoryThatALibraryCouldNotGetEndsItsHandlerAsError7) {
+  loop.Deliver([] { throw std::bad_alloc(); });
+  loop.Deliver([] { throw OutOfMemory(); });
+  EXPECT_EQ(faults, (std::vector<int>{7, 7}));
+}
+
+TEST_F(EventLoopTest, AnErrorThatCannotBeToldOfEndsNothing) {
+  loop.Fault.Listen([](const ProgramError&) { throw OutOfMemory(); });
+  EXPECT_NO_THROW(loop.Deliver([] { throw ProgramError(kDiskFull); }));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "base/failure.h"
+#include "base/out_of_memory.h"
 #include "compression/code_reader.h"
 #include "compression/huffman_decode.h"
 #include "compression/huffman_stream.h"
@@ -58,6 +59,8 @@ bool StartsWith(const ByteBuffer& bytes, const std::array<std::uint8_t, kMarkByt
 
 std::string WrongWith(const ProgramError& error) {
   switch (error.Number()) {
+    case kOutOfMemory:
+      return error.Description();
     case kProgramDefinedError:
       return "is damaged: the checksum is wrong";
     case kInputPastEnd:
@@ -90,13 +93,13 @@ ArchiveContents::ArchiveContents(const std::string& archive, Progress& progress)
     : archive_(archive) {
   const Descriptor file(::open(archive.c_str(), kOpenFlags));
   if (!file) throw CommandFailure(archive, ReasonOf(errno));
-  const ByteBuffer stream = ReadFrom(file.Get(), SizeOfPlain(file.Get(), archive), archive);
-  // Chosen: a foreign file is refused by its mark, which the codec alone
-  // wouldn't do.
-  if (!StartsWith(stream, kStoredMark) && !StartsWith(stream, kCompressedMark)) {
-    throw CommandFailure(archive, "is no archive of Tarnvale");
-  }
   try {
+    const ByteBuffer stream = ReadFrom(file.Get(), SizeOfPlain(file.Get(), archive), archive);
+    // Chosen: a foreign file is refused by its mark, which the codec alone
+    // wouldn't do.
+    if (!StartsWith(stream, kStoredMark) && !StartsWith(stream, kCompressedMark)) {
+      throw CommandFailure(archive, "is no archive of Tarnvale");
+    }
     Decode(stream, progress);
   } catch (const ProgramError& error) {
     throw CommandFailure(archive, WrongWith(error));

@@ -2,11 +2,11 @@
 
 #include <cstdio>
 #include <exception>
-#include <new>
 #include <string>
 #include <vector>
 
 #include "base/failure.h"
+#include "base/out_of_memory.h"
 #include "base/shown_text.h"
 #include "tvz/arguments.h"
 #include "tvz/command_failure.h"
@@ -27,6 +27,7 @@ int Complain(const std::string& reason, int code) {
 }
 
 int Run(const std::vector<std::string>& arguments) {
+  RaiseOutOfMemory();
   try {
     CatchEndingSignals();
     RunCommand(ParseArguments(arguments));
@@ -37,8 +38,6 @@ int Run(const std::vector<std::string>& arguments) {
     return Complain(error.what(), kBad);
   } catch (const ProgramError& error) {
     return Complain(error.Description(), kBad);
-  } catch (const std::bad_alloc&) {
-    return Complain("not enough memory", kBad);
   } catch (const std::exception& error) {
     return Complain(error.what(), kBad);
   }
