@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <string_view>
 #include <vector>
 
 #include "tests/compression/generated_inputs.h"
@@ -61,6 +62,28 @@ TEST(FixedSeedTest, AnyContainerIsReadOrRefused) {
   const Bytes outside{1, 0, 0, 0, 4, 0, '.', '.', '\\', 'x', 1, 0, 0, 0, 'y'};
   const Bytes none{0, 0, 0, 0};
   RunSeeds({two, outside, none}, 3000, FuzzContainer);
+}
+
+Bytes BytesOf(std::string_view text) {
+  return {text.begin(), text.end()};
+}
+
+TEST(FixedSeedTest, AnyPointerFileNamesItsFirstItem) {
+  std::string deep = "C:\\";
+  for (int i = 0; i < 30000; ++i) deep += "a\\";
+  RunSeeds(
+      {BytesOf("\"C:\\Data\"\r\n"), BytesOf(" \tC:\\Data, more\n"), BytesOf("\"C:\\a, b\" c\r\n"),
+       BytesOf("\\\\server\\share"), BytesOf(deep), BytesOf("C:\\DATA\\..\\data\\."), BytesOf("")},
+      3000, FuzzPointerFile);
+}
+
+TEST(FixedSeedTest, AnySettingsFileIsLoadedChangedAndSaved) {
+  RunSeeds(
+      {BytesOf(
+           "When\nEach\n01:30\n[When]\r\nEach=00:10\r\nDays=62\r\n[Entries]\r\n0=C:\\a\r\n1=b\r\n"),
+       BytesOf("Log\nSave\n \"True\" \n; words\n[log]\nSAVE = 'False'\n\n[Log]\nSave=x"),
+       BytesOf("a\nb\n\n\xEF\xBB\xBF[ a ]\n=\n[\n]\nb==\n")},
+      3000, FuzzSettings);
 }
 
 }  // namespace

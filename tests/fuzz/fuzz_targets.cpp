@@ -1,11 +1,18 @@
 #include "tests/fuzz/fuzz_targets.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 #include "compression/archive.h"
+#include "platform/linux/linux_host.h"
+#include "platform/profile_text.h"
+#include "settings/settings_store.h"
 #include "tests/compression/codec_under_test.h"
+#include "tests/hosts/native_files.h"
+#include "tests/hosts/temporary_folder.h"
 #include "tests/support/fake_machine.h"
 
 namespace tarnvale::testing {
@@ -58,6 +65,82 @@ void FuzzContainer(std::span<const std::uint8_t> bytes) {
   pass.Step([&] { archiver.ExtractFilesFromArchiv("C:\\Store\\archive", "C:\\Out", false); });
   Path out = "C:\\Single";
   pass.Step([&] { archiver.ExtractFile("C:\\Store\\archive", "a", out, false); });
+}
+
+namespace {
+
+std::string TextOf(std::span<const std::uint8_t> bytes) {
+  return {bytes.begin(), bytes.end()};
+}
+
+// The first item of a text, by the words of the contract and nothing else.
+std::optional<std::string> FirstItem(const std::string& text) {
+  const std::size_t begin = text.find_first_not_of(" \t");
+  if (begin == std::string::npos) return std::nullopt;
+  if (text[begin] == '"') return text.substr(begin + 1, text.find('"', begin + 1) - begin - 1);
+  return text.substr(begin, text.find_first_of(",\r\n", begin) - begin);
+}
+
+// Takes the first line off a text.
+std::string TakeLine(std::string& text) {
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  const std::string line = text.substr(0, end);
+  text.erase(0, end + 1);
+  return line;
+}
+
+// A drive of its own.
+struct RealDrive {
+  TemporaryFolder folder;
+  LinuxHost host{{.root = folder / "drive", .state_folder = folder / "state", .locale_name = "C"}};
+};
+
+}  // namespace
+
+void FuzzPointerFile(std::span<const std::uint8_t> bytes) {
+  static RealDrive drive;
+  const std::string text = TextOf(bytes);
+  std::filesystem::create_directories(drive.folder / "drive/Data");
+  WriteNative(drive.folder / "drive/Data.txt", text);
+  std::string named;
+  PassedOver pass;
+  pass.Step([&] { drive.host.open_files.OpenInput(1, "C:\\Data.txt"); });
+  const bool read = pass.Step([&] { named = drive.host.open_files.InputItem(1); });
+  drive.host.open_files.CloseAll();
+  const std::optional<std::string> expected = FirstItem(text);
+  Require(read == expected.has_value(), "an item was found where none is, or none where one is");
+  Require(named == expected.value_or(""), "another item was read");
+  // Asked as the program asks each half second, and by its settings.
+  pass.Step([&] { drive.host.files.FolderExists(named); });
+  pass.Step([&] { drive.host.profiles.Read("When", "Each", "", 255, named + "\\Tarnvale.ini"); });
+}
+
+void FuzzSettings(std::span<const std::uint8_t> bytes) {
+  std::string text = TextOf(bytes);
+  const std::string section = TakeLine(text);
+  const std::string key = TakeLine(text);
+  const std::string value = TakeLine(text);
+  ProfileText profile(text);
+  Require(profile.Bytes() == text, "reading alone changed something");
+  if (ProfileText::CanHold(section, key, value)) {
+    const bool changed = profile.Set(section, key, value);
+    Require(profile.Holds(section, key, value), "a value that was set isn't there");
+    Require(changed || profile.Bytes() == text, "something changed without a change");
+    Require(!profile.Set(section, key, value), "a second time the same value is another");
+    const ProfileText again(profile.Bytes());
+    Require(again.Value(section, key) == profile.Value(section, key), "it reads back otherwise");
+    Require(again.Bytes() == profile.Bytes(), "reading back changed something");
+  }
+  FakeMachine machine;
+  machine.files.MakeFolder("C:\\Data");
+  machine.files.Write(machine.files.ProgramFolder() + "\\Data.txt", "C:\\Data");
+  machine.files.Write("C:\\Data\\Tarnvale.ini", text);
+  BackupSettings settings;
+  SettingsStore store(machine.Interfaces(), settings);
+  store.LoadSettings();
+  Require(settings.DataFolder.Get() == "C:\\Data", "the data folder is another one");
+  Require(machine.files.Content("C:\\Data\\Tarnvale.ini") == text, "a load wrote something");
+  store.SaveChanges();
 }
 
 }  // namespace tarnvale::testing

@@ -15,4 +15,12 @@ void FuzzRoundTrip(std::span<const std::uint8_t> bytes);
 /// Lists and unpacks the bytes as a bare container.
 void FuzzContainer(std::span<const std::uint8_t> bytes);
 
+/// Reads the bytes as the file that names the data folder, on the real host, and
+/// asks for what it names.
+void FuzzPointerFile(std::span<const std::uint8_t> bytes);
+
+/// Reads, changes and saves the bytes as a settings file: nothing else in it
+/// changes. Three lines in front of it are a section, a key and a new value.
+void FuzzSettings(std::span<const std::uint8_t> bytes);
+
 }  // namespace tarnvale::testing
