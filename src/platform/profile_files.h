@@ -30,17 +30,17 @@ class ProfileFiles {
   /// Replaces the value of a key in place, or adds key and section at the end
   /// of section and file, creating the file if it is missing. Writes may be held
   /// back until Flush. False when the file can't be written (read-only, no
-  /// folder for it), and for what could not be read back: a line break in any of
-  /// the texts, a key that is empty, holds "=" or begins with ";" or "[", a
-  /// section with "]".
+  /// folder for it) or is there and can't be read, and for what could not be read
+  /// back: a line break in any of the texts, a key that is empty, holds "=" or
+  /// begins with ";" or "[", a section with "]".
   virtual bool Write(const std::string& section, const std::string& key, const std::string& value,
                      const Path& file) = 0;
 
   /// Puts the held-back writes of a file onto the medium in one step: the file
   /// is always its old or its new self. A file whose content didn't change
   /// isn't touched; what others wrote to it in the meantime stays. False when it
-  /// failed; the old file is then as it was and the held-back writes are given
-  /// up.
+  /// failed, for whatever reason; the old file is then as it was and the
+  /// held-back writes are given up. With nothing held back, true.
   virtual bool Flush(const Path& file) = 0;
 };
 

@@ -25,7 +25,11 @@ class FakeHost : public HostUnderTest {
   }
   std::string Content(const Path& file) override { return machine_.files.Content(file); }
   void MakeFolder(const Path& folder) override { machine_.files.MakeFolder(folder); }
-  void Remove(const Path& file) override { machine_.files.Remove(file); }
+  void Remove(const Path& path) override { machine_.files.Remove(path); }
+  bool MakeUnreadable(const Path& file) override {
+    machine_.profiles.FailOn("Read", file, 75);
+    return true;
+  }
   void SetModified(const Path& file, std::int64_t seconds) override {
     machine_.files.SetModified(file, seconds);
   }

@@ -39,8 +39,11 @@ class HostUnderTest {
   virtual void Write(const Path& file, const std::string& content) = 0;
   virtual std::string Content(const Path& file) = 0;
   virtual void MakeFolder(const Path& folder) = 0;
-  /// As another program would, read-only or not.
-  virtual void Remove(const Path& file) = 0;
+  /// As another program would, read-only or not; a folder with all that is in it.
+  virtual void Remove(const Path& path) = 0;
+  /// Lets reads of a file fail that may still be replaced, as long as this host
+  /// lives. False where the system won't have that.
+  virtual bool MakeUnreadable(const Path& file) = 0;
   virtual void SetModified(const Path& file, std::int64_t seconds) = 0;
   virtual std::int64_t Modified(const Path& file) = 0;
   /// Names that are hidden begin with a point, so that every host can hide them.

@@ -1,9 +1,13 @@
+#include <unistd.h>
+
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 #include "platform/linux/linux_host.h"
 #include "tests/hosts/host_under_test.h"
 #include "tests/hosts/native_files.h"
+#include "tests/hosts/ordinary_user.h"
 #include "tests/hosts/temporary_folder.h"
 
 namespace tarnvale::testing {
@@ -37,13 +41,23 @@ class LinuxHostUnderTest : public HostUnderTest {
     WriteNative(Native(file), content);
   }
   std::string Content(const Path& file) override {
+    user_.reset();
     EXPECT_TRUE(std::filesystem::exists(Native(file))) << file;
     return ReadNative(Native(file));
   }
   void MakeFolder(const Path& folder) override {
     std::filesystem::create_directories(Native(folder));
   }
-  void Remove(const Path& file) override { std::filesystem::remove(Native(file)); }
+  void Remove(const Path& path) override { std::filesystem::remove_all(Native(path)); }
+  bool MakeUnreadable(const Path& file) override {
+    const std::string native = Native(file);
+    const auto can_be_read = [&] {
+      return ::faccessat(AT_FDCWD, native.c_str(), R_OK, AT_EACCESS) == 0;
+    };
+    if (::chmod(native.c_str(), S_IWUSR) != 0) return false;
+    if (can_be_read() && AsOrdinaryUser::IsPossible()) user_.emplace(folder_.Path());
+    return !can_be_read();
+  }
   void SetModified(const Path& file, std::int64_t seconds) override {
     SetModifiedNative(Native(file), seconds);
   }
@@ -64,6 +78,7 @@ class LinuxHostUnderTest : public HostUnderTest {
   TemporaryFolder folder_;
   LinuxHost host_;
   DrivePaths drive_;
+  std::optional<AsOrdinaryUser> user_;
 };
 
 }  // namespace

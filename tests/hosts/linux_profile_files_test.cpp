@@ -2,10 +2,12 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <memory>
 
 #include "tests/hosts/linux_stage.h"
@@ -35,13 +37,59 @@ TEST_F(LinuxProfileFilesTest, ANewFileIsItsOwnersAlone) {
   EXPECT_EQ(ModeOf(native), 0600U);
 }
 
-TEST_F(LinuxProfileFilesTest, PermissionsStay) {
+TEST_F(LinuxProfileFilesTest, AnOldFileIsItsOwnersAloneAfterAWrite) {
   WriteNative(native, "[A]\r\nx=1\r\n");
   ASSERT_EQ(::chmod(native.c_str(), 0664), 0);
   ASSERT_TRUE(Write("x", "2"));
   ASSERT_TRUE(host->profiles.Flush(kFile));
   EXPECT_EQ(ReadNative(native), "[A]\r\nx=2\r\n");
-  EXPECT_EQ(ModeOf(native), 0664U);
+  EXPECT_EQ(ModeOf(native), 0600U);
+}
+
+TEST_F(LinuxProfileFilesTest, AFileWhoseContentDidNotChangeIsItsOwnersAloneToo) {
+  WriteNative(native, "[A]\r\nx=1\r\n");
+  ASSERT_EQ(::chmod(native.c_str(), 0664), 0);
+  SetModifiedNative(native, 1205492401);
+  ASSERT_TRUE(Write("x", "2"));
+  ASSERT_TRUE(Write("x", "1"));
+  ASSERT_TRUE(host->profiles.Flush(kFile));
+  EXPECT_EQ(ModeOf(native), 0600U);
+  EXPECT_EQ(StateOf(native).st_mtim.tv_sec, 1205492401);
+}
+
+TEST_F(LinuxProfileFilesTest, AFolderThatSomebodyKeepsLockedHoldsNoSaveUp) {
+  const Descriptor held(::open(OnDrive("Data").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  ASSERT_EQ(::flock(held.Get(), LOCK_EX), 0);
+  ASSERT_TRUE(Write("x", "1"));
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_TRUE(host->profiles.Flush(kFile));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
+  EXPECT_EQ(ReadNative(native), "[A]\r\nx=1\r\n");
+}
+
+// Each of them adds keys of its own and saves after each, as fast as it can.
+TEST_F(LinuxProfileFilesTest, InstancesThatSaveAllTheTimeKeepEachOthersWrites) {
+  constexpr int kKeys = 40;
+  WriteNative(native, "[A]\r\nx=0\r\n");
+  const auto add_keys = [this](const std::string& letter) {
+    LinuxHost other(surroundings);
+    for (int i = 0; i < kKeys; ++i) {
+      if (!other.profiles.Write("A", letter + std::to_string(i), "1", kFile)) return false;
+      if (!other.profiles.Flush(kFile)) return false;
+    }
+    return true;
+  };
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(add_keys("c") ? 0 : 1);
+  EXPECT_TRUE(add_keys("p"));
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  int kept = 0;
+  for (int i = 0; i < kKeys; ++i) {
+    for (const char* letter : {"c", "p"}) kept += Read("A", letter + std::to_string(i)) == "1";
+  }
+  EXPECT_EQ(kept, 2 * kKeys);
 }
 
 TEST_F(LinuxProfileFilesTest, TheFileIsReplacedNotRewritten) {

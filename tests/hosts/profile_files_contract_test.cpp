@@ -233,6 +233,69 @@ TEST_P(ProfilesContract, AFileThatBecameReadOnlyMeanwhileFailsTheFlushAndLosesTh
   EXPECT_TRUE(profiles.Flush(kFile));
 }
 
+TEST_P(ProfilesContract, AFolderThatHasGoneAtTheFlushLosesTheWrites) {
+  EXPECT_TRUE(profiles.Write("A", "x", "1", kFile));
+  host.Remove("C:\\Data");
+  EXPECT_FALSE(profiles.Flush(kFile));
+  EXPECT_TRUE(profiles.Flush(kFile));
+  host.MakeFolder("C:\\Data");
+  EXPECT_EQ(Read("A", "x"), "(none)");
+  EXPECT_TRUE(profiles.Flush(kFile));
+  EXPECT_TRUE(host.Names("C:\\Data").empty());
+  EXPECT_EQ(AfterWrite("A", "x", "1"), "[A]\r\nx=1\r\n");
+}
+
+TEST_P(ProfilesContract, AFolderThatHasGoneWithItsFileLosesTheWrites) {
+  host.Write(kFile, "[A]\r\nx=1\r\n");
+  EXPECT_TRUE(profiles.Write("A", "x", "2", kFile));
+  host.Remove("C:\\Data");
+  EXPECT_FALSE(profiles.Flush(kFile));
+  host.MakeFolder("C:\\Data");
+  host.Write(kFile, "[A]\r\nx=3\r\n");
+  EXPECT_EQ(Read("A", "x"), "3");
+  EXPECT_EQ(AfterWrite("A", "y", "4"), "[A]\r\nx=3\r\ny=4\r\n");
+}
+
+TEST_P(ProfilesContract, AFileThatWasRemovedMeanwhileIsMadeAnew) {
+  host.Write(kFile, "[A]\r\nx=1\r\ny=1\r\n");
+  EXPECT_TRUE(profiles.Write("A", "x", "2", kFile));
+  host.Remove(kFile);
+  EXPECT_EQ(Read("A", "x"), "2");
+  EXPECT_EQ(Read("A", "y"), "(none)");
+  EXPECT_TRUE(profiles.Flush(kFile));
+  EXPECT_EQ(host.Content(kFile), "[A]\r\nx=2\r\n");
+}
+
+TEST_P(ProfilesContract, AFolderThatWentAndCameBackIsWrittenTo) {
+  host.Write(kFile, "[A]\r\nx=1\r\n");
+  EXPECT_TRUE(profiles.Write("A", "x", "2", kFile));
+  host.Remove("C:\\Data");
+  host.MakeFolder("C:\\Data");
+  EXPECT_TRUE(profiles.Flush(kFile));
+  EXPECT_EQ(host.Content(kFile), "[A]\r\nx=2\r\n");
+  EXPECT_EQ(host.Names("C:\\Data"), std::vector<std::string>{"t.ini"});
+}
+
+TEST_P(ProfilesContract, AFileThatCannotBeReadStaysAsItIs) {
+  host.Write(kFile, "[A]\r\nx=1\r\n");
+  if (!host.MakeUnreadable(kFile)) GTEST_SKIP() << "this user may read every file";
+  EXPECT_EQ(Read("A", "x"), "(none)");
+  EXPECT_FALSE(profiles.Write("A", "x", "2", kFile));
+  EXPECT_TRUE(profiles.Flush(kFile));
+  EXPECT_EQ(host.Names("C:\\Data"), std::vector<std::string>{"t.ini"});
+  EXPECT_EQ(host.Content(kFile), "[A]\r\nx=1\r\n");
+}
+
+TEST_P(ProfilesContract, AFileThatCannotBeReadAnyMoreFailsTheFlushAndStaysAsItIs) {
+  EXPECT_TRUE(profiles.Write("A", "x", "2", kFile));
+  host.Write(kFile, "[A]\r\nx=1\r\n");
+  if (!host.MakeUnreadable(kFile)) GTEST_SKIP() << "this user may read every file";
+  EXPECT_FALSE(profiles.Flush(kFile));
+  EXPECT_TRUE(profiles.Flush(kFile));
+  EXPECT_EQ(host.Names("C:\\Data"), std::vector<std::string>{"t.ini"});
+  EXPECT_EQ(host.Content(kFile), "[A]\r\nx=1\r\n");
+}
+
 TEST_P(ProfilesContract, WhatCouldNotBeReadBackIsNotWritten) {
   host.Write(kFile, "[A]\r\nx=1\r\n");
   EXPECT_FALSE(profiles.Write("A", "x", "two\r\nlines", kFile));

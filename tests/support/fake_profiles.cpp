@@ -1,5 +1,7 @@
 #include "tests/support/fake_profiles.h"
 
+#include <optional>
+
 #include "base/failure.h"
 #include "base/text.h"
 
@@ -22,12 +24,13 @@ FakeProfiles::Profile& FakeProfiles::Current(const Path& file) {
 std::string FakeProfiles::Read(const std::string& section, const std::string& key,
                                const std::string& fallback, std::size_t buffer_size,
                                const Path& file) {
-  EnterAndFails("Read", file);
-  const auto value = Current(file).text.Value(section, key);
+  std::optional<std::string> value;
+  if (!EnterAndFails("Read", file)) value = Current(file).text.Value(section, key);
   return value.value_or(fallback).substr(0, buffer_size == 0 ? 0 : buffer_size - 1);
 }
 
-bool FakeProfiles::CanWrite(const Path& file) const {
+bool FakeProfiles::CanWrite(const Path& file) {
+  if (Fails("Read", file)) return false;
   const auto node = files_.Find(file);
   if (node != nullptr) return !node->is_folder && (node->flags & attribute::kReadOnly) == 0;
   PassedOver pass;

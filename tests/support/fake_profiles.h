@@ -15,7 +15,9 @@
 namespace tarnvale::testing {
 
 /// Holds every write back until Flush. A scripted failure of "Write" or "Flush"
-/// makes it return false, whatever its number; "Read" can't fail.
+/// makes it return false, whatever its number. One of "Read" stands for a file
+/// that is there and can't be read: a read then gives the fallback, and the two
+/// others fail as well.
 class FakeProfiles : public ProfileFiles, public ScriptedFailures {
  public:
   explicit FakeProfiles(FakeFiles& files) : files_(files) {}
@@ -40,7 +42,7 @@ class FakeProfiles : public ProfileFiles, public ScriptedFailures {
   };
 
   Profile& Current(const Path& file);
-  bool CanWrite(const Path& file) const;
+  bool CanWrite(const Path& file);
 
   FakeFiles& files_;
   std::map<std::string, Profile> profiles_;  // by folded path

@@ -37,6 +37,10 @@ class ScriptedFailures {
   /// As Enter, for functions that report failures by their result: true when
   /// the script lets the call fail.
   bool EnterAndFails(std::string_view function, std::string_view subject);
+  /// Likewise, without a record.
+  bool Fails(std::string_view function, std::string_view subject) {
+    return TakeFailure(function, subject, {}).has_value();
+  }
 
  private:
   struct Failure {

@@ -11,6 +11,7 @@
 #include <ostream>
 
 #include "tests/hosts/linux_stage.h"
+#include "tests/hosts/ordinary_user.h"
 #include "tests/support/fake_machine.h"
 #include "userdata/user_data_window.h"
 
@@ -41,31 +42,6 @@ std::vector<std::string> TreeOf(const std::string& folder) {
   std::sort(lines.begin(), lines.end());
   return lines;
 }
-
-/// The administrator may read and write everything; an ordinary user for as long
-/// as this lives, whom a folder then belongs to.
-class AsOrdinaryUser {
- public:
-  explicit AsOrdinaryUser(const std::string& folder) {
-    if (::geteuid() != 0) return;
-    EXPECT_EQ(::lchown(folder.c_str(), kNobody, kNobody), 0);
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-      EXPECT_EQ(::lchown(entry.path().c_str(), kNobody, kNobody), 0);
-    }
-    dropped_ = ::seteuid(kNobody) == 0;
-    EXPECT_TRUE(dropped_);
-  }
-  ~AsOrdinaryUser() {
-    if (!dropped_) return;
-    EXPECT_EQ(::seteuid(0), 0);
-  }
-  AsOrdinaryUser(const AsOrdinaryUser&) = delete;
-  AsOrdinaryUser& operator=(const AsOrdinaryUser&) = delete;
-
- private:
-  static constexpr uid_t kNobody = 65534;
-  bool dropped_ = false;
-};
 
 class UserDataOnLinux : public LinuxStage {
  protected:

@@ -15,14 +15,15 @@
 #include "base/failure.h"
 #include "base/text.h"
 #include "platform/linux/folder_scan.h"
+#include "platform/linux/name_case.h"
 #include "platform/linux/own_links.h"
 #include "platform/linux/paths.h"
 
 namespace tarnvale {
 namespace {
 
-// Chosen: a settings file holds passwords, so a new one is its owner's alone.
-constexpr mode_t kNewFileMode = 0600;
+// Chosen: a settings file holds passwords, so it is its owner's alone.
+constexpr mode_t kFileMode = 0600;
 
 bool SameTime(const timespec& a, const timespec& b) {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
@@ -58,24 +59,27 @@ bool MayBeReplaced(const struct stat& info, const std::string& native) {
          ::faccessat(AT_FDCWD, native.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
-// Keeps other instances from replacing a file of this folder between our
-// reading it and replacing it. Somebody who keeps the folder locked for longer,
-// or a medium without locks, doesn't stop us.
+// Keeps other instances from replacing a file of this folder while we look and
+// replace it. They hold it for microseconds; whoever holds it for longer, or a
+// medium without locks, doesn't stop us.
 class FolderLock {
  public:
   explicit FolderLock(const std::string& folder)
       : folder_(::open((folder + "/.").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-    constexpr int kMostTries = 100;
-    constexpr timespec kPause{0, 10'000'000};
+    constexpr int kMostTries = 20;
+    constexpr timespec kPause{0, 1'000'000};
     for (int i = 0; i < kMostTries && folder_; ++i) {
       if (::flock(folder_.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return;
       ::nanosleep(&kPause, nullptr);
     }
   }
 
-  // Some media can't flush folders; the file itself is safe all the same.
-  void Flush() const {
-    if (folder_) ::fsync(folder_.Get());
+  /// Lets go of the lock. Some media can't flush folders; the file itself is safe
+  /// all the same.
+  void UnlockAndFlush() const {
+    if (!folder_) return;
+    ::flock(folder_.Get(), LOCK_UN);
+    ::fsync(folder_.Get());
   }
 
  private:
@@ -119,39 +123,47 @@ bool LinuxProfileFiles::Find(const Path& file, Place& place) {
   return true;
 }
 
-// A profile that doesn't exist yet goes by any spelling of its name.
-LinuxProfileFiles::Profile& LinuxProfileFiles::ProfileAt(const Place& place) {
-  const std::string missing = place.folder + "/" + ToLower(place.name) + "/missing";
-  if (!place.exists) return profiles_[missing];
-  const std::string native = place.Native();
-  if (auto made_meanwhile = profiles_.extract(missing); made_meanwhile) {
-    if (!made_meanwhile.mapped().edits.empty()) {
-      made_meanwhile.key() = native;
-      if (const auto old = profiles_.find(native); old != profiles_.end()) {
-        LetGo(old->second);
-        profiles_.erase(old);
-      }
-      profiles_.insert(std::move(made_meanwhile));
-    }
-  }
-  return profiles_[native];
+LinuxProfileFiles::Place LinuxProfileFiles::AsItIs(Place place) {
+  place.exists = ::lstat(place.Native().c_str(), &place.info) == 0;
+  return place;
 }
 
-// Brings the text up to what the medium holds, with the held-back edits. A file
-// that can't be read counts as empty.
-void LinuxProfileFiles::Refresh(Profile& profile, const Place& place) {
+bool LinuxProfileFiles::IsAsItWas(const Place& place) {
+  const Place now = AsItIs(place);
+  return now.exists == place.exists && (!now.exists || SameFile(now.info, place.info));
+}
+
+// The profile of a place. Held-back writes belong to the path that they were
+// made with: the file may have come or gone in the meantime. One that isn't
+// there goes by any spelling of its name.
+LinuxProfileFiles::Profile& LinuxProfileFiles::ProfileAt(const Path& file, const Place& place) {
+  const std::string missing = place.folder + "/" + FoldCase(place.name) + "/missing";
+  const std::string key = place.exists ? place.Native() : missing;
+  Profile& profile = profiles_[key];
+  if (!profile.edits.empty()) return profile;
+  const auto held = std::find_if(profiles_.begin(), profiles_.end(), [&](const auto& entry) {
+    const auto& [native, other] = entry;
+    return !other.edits.empty() && (native == missing || other.file == file);
+  });
+  if (held == profiles_.end()) return profile;
+  profile = std::move(held->second);
+  profiles_.erase(held);
+  return profile;
+}
+
+// Brings the text up to what the medium holds, with the held-back edits. False
+// when the file is there but can't be read: its text then counts as empty.
+bool LinuxProfileFiles::Refresh(Profile& profile, const Place& place) {
   const bool same = profile.known && profile.existed == place.exists &&
                     (!place.exists || SameFile(profile.state, place.info));
-  if (same) return;
+  if (same) return true;
   std::string bytes;
-  profile.known = true;
   profile.existed = place.exists;
-  if (place.exists) {
-    profile.state = place.info;
-    if (!ReadFile(place.Native(), profile.state, bytes)) bytes.clear();
-  }
-  profile.text = ProfileText(bytes);
+  profile.state = place.info;
+  profile.known = !place.exists || ReadFile(place.Native(), profile.state, bytes);
+  profile.text = ProfileText(profile.known ? bytes : std::string());
   for (const Edit& edit : profile.edits) profile.text.Set(edit.section, edit.key, edit.value);
+  return profile.known;
 }
 
 std::string LinuxProfileFiles::Read(const std::string& section, const std::string& key,
@@ -160,7 +172,7 @@ std::string LinuxProfileFiles::Read(const std::string& section, const std::strin
   std::string value = fallback;
   Place place;
   if (Find(file, place)) {
-    Profile& profile = ProfileAt(place);
+    Profile& profile = ProfileAt(file, place);
     Refresh(profile, place);
     if (auto found = profile.text.Value(section, key)) value = std::move(*found);
   }
@@ -173,36 +185,55 @@ bool LinuxProfileFiles::Write(const std::string& section, const std::string& key
   Place place;
   if (!ProfileText::CanHold(section, key, value) || !Find(file, place)) return false;
   if (place.exists && !MayBeReplaced(place.info, place.Native())) return false;
-  Profile& profile = ProfileAt(place);
-  Refresh(profile, place);
+  Profile& profile = ProfileAt(file, place);
+  if (!Refresh(profile, place)) return false;
   if (profile.text.Holds(section, key, value)) return true;
-  if (profile.temporary_path.empty() && !Hold(profile, place)) return false;
+  if (profile.temporary_path.empty() && !BeginTemporary(profile, place)) return false;
+  profile.file = file;
   profile.text.Set(section, key, value);
   profile.edits.push_back({section, key, value});
   return true;
 }
 
-bool LinuxProfileFiles::Hold(Profile& profile, const Place& place) {
+// Makes the temporary beside the file, in place of one that it had.
+bool LinuxProfileFiles::BeginTemporary(Profile& profile, const Place& place) {
+  DropTemporary(profile);
   if (!profile.temporaries) profile.temporaries = std::make_unique<Temporaries>(state_folder_);
   const std::string& path = profile.temporaries->Begin(place.folder);
-  profile.temporary = CreateFresh(AT_FDCWD, path.c_str(), kNewFileMode);
+  profile.temporary = CreateFresh(AT_FDCWD, path.c_str(), kFileMode);
   if (!profile.temporary) return false;
   profile.temporary_path = path;
   return true;
 }
 
-void LinuxProfileFiles::LetGo(Profile& profile) {
+void LinuxProfileFiles::DropTemporary(Profile& profile) {
   if (!profile.temporary_path.empty()) ::unlink(profile.temporary_path.c_str());
   profile.temporary_path.clear();
   profile.temporary.Close();
+}
+
+void LinuxProfileFiles::LetGo(Profile& profile) {
+  DropTemporary(profile);
   if (!profile.edits.empty()) profile.known = false;
   profile.edits.clear();
 }
 
+// Gives up what is held back for a path that leads nowhere any more. False when
+// there was something.
+bool LinuxProfileFiles::GiveUp(const Path& file) {
+  bool nothing = true;
+  for (auto& [native, profile] : profiles_) {
+    if (profile.edits.empty() || !EqualIgnoringCase(profile.file, file)) continue;
+    LetGo(profile);
+    nothing = false;
+  }
+  return nothing;
+}
+
 bool LinuxProfileFiles::Flush(const Path& file) {
   Place place;
-  if (!Find(file, place)) return false;
-  Profile& profile = ProfileAt(place);
+  if (!Find(file, place)) return GiveUp(file);
+  Profile& profile = ProfileAt(file, place);
   if (profile.edits.empty()) return true;
   const bool done = Put(profile, place);
   const auto temporaries = std::move(profile.temporaries);
@@ -211,35 +242,41 @@ bool LinuxProfileFiles::Flush(const Path& file) {
   return done;
 }
 
-// The state of the file is asked for again under the lock.
+// The medium may take its time, so the folder isn't locked meanwhile: whether
+// somebody else has replaced the file is asked once more right before we do, and
+// what he wrote is then taken in.
 bool LinuxProfileFiles::Put(Profile& profile, const Place& place) {
-  const FolderLock lock(place.folder);
-  Place now = place;
-  now.exists = ::lstat(now.Native().c_str(), &now.info) == 0;
-  if (now.exists && !MayBeReplaced(now.info, now.Native())) return false;
-  Refresh(profile, now);
-  const std::string bytes = profile.text.Bytes();
-  std::string old;
-  if (now.exists && ReadFile(now.Native(), now.info, old) && old == bytes) return true;
-  if (!WriteAndReplace(profile, now, bytes)) return false;
-  lock.Flush();
-  return true;
+  constexpr int kMostTries = 20;
+  for (int tries = 1;; ++tries) {
+    const Place now = AsItIs(place);
+    if (now.exists && !MayBeReplaced(now.info, now.Native())) return false;
+    if (!Refresh(profile, now)) return false;
+    const std::string bytes = profile.text.Bytes();
+    struct stat state {};
+    std::string old;
+    if (now.exists && ReadFile(now.Native(), state, old) && old == bytes) {
+      if ((now.info.st_mode & 07777) != kFileMode) {
+        ::fchmodat(AT_FDCWD, now.Native().c_str(), kFileMode, AT_SYMLINK_NOFOLLOW);
+      }
+      return true;
+    }
+    if (!WriteBeside(profile, now, bytes)) return false;
+    const FolderLock lock(now.folder);
+    if (tries < kMostTries && !IsAsItWas(now)) continue;
+    if (::rename(profile.temporary_path.c_str(), now.Native().c_str()) != 0) return false;
+    profile.temporary_path.clear();
+    lock.UnlockAndFlush();
+    return true;
+  }
 }
 
-bool LinuxProfileFiles::WriteAndReplace(Profile& profile, const Place& place,
-                                        const std::string& bytes) {
+bool LinuxProfileFiles::WriteBeside(Profile& profile, const Place& place,
+                                    const std::string& bytes) {
+  if (!BeginTemporary(profile, place)) return false;
   const int file = profile.temporary.Get();
-  if (place.exists) {
-    // Ownership is kept where that is allowed; it clears some mode bits, so it
-    // comes first.
-    if (::fchown(file, place.info.st_uid, place.info.st_gid) != 0) errno = 0;
-    if (::fchmod(file, place.info.st_mode & 07777) != 0) errno = 0;
-  }
-  if (!WriteAll(file, bytes) || ::fsync(file) != 0) return false;
-  if (!profile.temporary.Close()) return false;
-  if (::rename(profile.temporary_path.c_str(), place.Native().c_str()) != 0) return false;
-  profile.temporary_path.clear();
-  return true;
+  // Ownership is kept where that is allowed.
+  if (place.exists && ::fchown(file, place.info.st_uid, place.info.st_gid) != 0) errno = 0;
+  return WriteAll(file, bytes) && ::fsync(file) == 0 && profile.temporary.Close();
 }
 
 }  // namespace tarnvale

@@ -33,7 +33,7 @@ class LinuxProfileFiles : public ProfileFiles {
   bool Write(const std::string& section, const std::string& key, const std::string& value,
              const Path& file) override;
   /// What another instance wrote in the meantime stays where these writes don't
-  /// name it. After a failure the held-back writes are given up.
+  /// name it. The file is its owner's alone afterwards.
   bool Flush(const Path& file) override;
 
  private:
@@ -52,6 +52,7 @@ class LinuxProfileFiles : public ProfileFiles {
     std::string Native() const { return folder + "/" + name; }
   };
   struct Profile {
+    Path file;         // as the last write named it
     ProfileText text;  // what the file holds, with the edits
     bool known = false;
     bool existed = false;
@@ -63,12 +64,16 @@ class LinuxProfileFiles : public ProfileFiles {
   };
 
   bool Find(const Path& file, Place& place);
-  Profile& ProfileAt(const Place& place);
-  void Refresh(Profile& profile, const Place& place);
-  bool Hold(Profile& profile, const Place& place);
+  static Place AsItIs(Place place);
+  static bool IsAsItWas(const Place& place);
+  Profile& ProfileAt(const Path& file, const Place& place);
+  bool Refresh(Profile& profile, const Place& place);
+  bool BeginTemporary(Profile& profile, const Place& place);
+  static void DropTemporary(Profile& profile);
+  static void LetGo(Profile& profile);
+  bool GiveUp(const Path& file);
   bool Put(Profile& profile, const Place& place);
-  void LetGo(Profile& profile);
-  bool WriteAndReplace(Profile& profile, const Place& place, const std::string& bytes);
+  bool WriteBeside(Profile& profile, const Place& place, const std::string& bytes);
 
   Locator& locator_;
   std::string state_folder_;
