@@ -14,6 +14,7 @@
 #include <random>
 #include <string>
 
+#include "platform/flush_medium.h"
 #include "platform/linux/headless_machine.h"
 #include "userdata/file_sync.h"
 
@@ -87,7 +88,7 @@ void Sync(const std::string& first, const std::string& second) {
 void Flush(const std::string& folder) {
   tarnvale::HeadlessMachine machine(Surroundings(), tarnvale::kTimersOfProgram);
   const auto start = std::chrono::steady_clock::now();
-  machine.Parts().files.Flush(PathOf(folder));
+  tarnvale::FlushMedium(machine.Parts().files, machine.Parts().loop, PathOf(folder));
   const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
   std::printf("%.4f\n", passed.count());
 }

@@ -3,6 +3,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "core/text_procedures.h"
+#include "platform/flush_medium.h"
 
 namespace tarnvale {
 namespace {
@@ -259,7 +260,7 @@ void BackupRun::CloseLog() {
     Step([&] { log_.Close(); });
   }
   // What is announced next has reached the medium.
-  Step([&] { machine_.files.Flush(state_.RunDestination); });
+  Step([&] { FlushMedium(machine_.files, machine_.loop, state_.RunDestination); });
 }
 
 void BackupRun::ShowEnd() {

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,16 @@ struct FolderEntry {
 struct FolderContents {
   std::vector<FolderEntry> files;
   std::vector<std::string> folders;
+};
+
+/// A medium on its way to hold everything that was written to it. Letting go of
+/// it doesn't stop that and waits for nothing.
+class MediumFlush {
+ public:
+  virtual ~MediumFlush() = default;
+
+  /// Returns at once. Raises 57 when the medium has failed.
+  virtual bool IsDone() = 0;
 };
 
 class FileSystem {
@@ -122,9 +133,10 @@ class FileSystem {
   /// Raises 76 when `folder` is no folder, 75 when it can't be read.
   virtual FolderContents OpenFolder(const Path& folder) = 0;
 
-  /// Returns when everything written so far to the medium that holds `folder`
-  /// has reached it. Raises 76, 57.
-  virtual void Flush(const Path& folder) = 0;
+  /// Begins to put everything written so far to the medium that holds `folder`
+  /// onto it, and returns at once: that can take minutes, and happens beside the
+  /// event loop. Raises 76; 57 when it can't even begin.
+  virtual std::unique_ptr<MediumFlush> BeginFlush(const Path& folder) = 0;
 };
 
 }  // namespace tarnvale

@@ -17,7 +17,7 @@ struct Statement {
 constexpr Statement kStatements[] = {
     {On::kFiles, "Length"},         {On::kFiles, "Attributes"},   {On::kFiles, "CopyWhole"},
     {On::kFiles, "SetAttributes"},  {On::kFiles, "CreateFolder"}, {On::kFiles, "OpenFolder"},
-    {On::kFiles, "CopyEntry"},      {On::kFiles, "CopyTree"},     {On::kFiles, "Flush"},
+    {On::kFiles, "CopyEntry"},      {On::kFiles, "CopyTree"},     {On::kFiles, "BeginFlush"},
     {On::kOpenFiles, "OpenOutput"}, {On::kOpenFiles, "Write"},    {On::kOpenFiles, "Close"},
 };
 

@@ -323,12 +323,34 @@ TEST_F(RunFilesLoopTest, TheMediumIsFlushedBeforeTheRunSaysThatItIsDone) {
   int flushes_before = -1;
   engine.run.SourceCaption.Changed.Listen([&] {
     if (engine.run.SourceCaption.Get().ends_with("Finished")) {
-      flushes_before = machine.files.CallsOf("Flush");
+      flushes_before = machine.files.CallsOf("BeginFlush");
     }
   });
   Run();
   EXPECT_EQ(flushes_before, 1);
-  EXPECT_EQ(machine.files.Calls().back(), "Flush C:\\Backup\\");
+  EXPECT_EQ(machine.files.Calls().back(), "BeginFlush C:\\Backup\\");
+}
+
+TEST_F(RunFilesLoopTest, TimersTickWhileASlowMediumIsFlushed) {
+  AddFile("C:\\Src\\a.txt", "a");
+  machine.files.FlushSlowly(300);
+  int ticks = 0;
+  Timer timer(machine.loop.Timers(), 100, true);
+  timer.Tick.Listen([&] { ++ticks; });
+  int ticks_before_the_end = 0;
+  engine.run.SourceCaption.Changed.Listen([&] {
+    if (engine.run.SourceCaption.Get().ends_with("Finished")) ticks_before_the_end = ticks;
+  });
+  Run();
+  EXPECT_GE(ticks_before_the_end, 29);
+}
+
+TEST_F(RunFilesLoopTest, TheEndOfTheProgramWaitsForNoMedium) {
+  AddFile("C:\\Src\\a.txt", "a");
+  machine.files.FlushSlowly(1'000'000);
+  machine.loop.OnYield(50, [this] { machine.loop.Quit(0); });
+  Run();
+  EXPECT_LT(machine.loop.YieldCount(), 100);
 }
 
 // --- changes of the list during a run

@@ -1,6 +1,9 @@
 // Lengths, attributes, folders and deleting: what every file system must do.
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <thread>
+
 #include "tests/hosts/host_under_test.h"
 #include "tests/support/raised.h"
 
@@ -224,9 +227,19 @@ TEST_P(FilesContract, DeleteOfAReadOnlyFileRaises75) {
   EXPECT_TRUE(files.FileExists("C:\\Data\\a.txt"));
 }
 
+TEST_P(FilesContract, AFlushEndsByItself) {
+  host.Write("C:\\Data\\a.txt", "hello");
+  const auto flush = files.BeginFlush("C:\\Data");
+  while (!flush->IsDone()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  EXPECT_TRUE(flush->IsDone());
+}
+
+TEST_P(FilesContract, AFlushThatNobodyWaitsForHoldsNobodyUp) {
+  files.BeginFlush("C:\\Data").reset();
+}
+
 TEST_P(FilesContract, FlushNeedsAFolder) {
-  files.Flush("C:\\Data");
-  EXPECT_EQ(RaisedBy([&] { files.Flush("C:\\Missing"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.BeginFlush("C:\\Missing"); }), 76);
 }
 
 TEST_P(FilesContract, TheProgramFolderHasNoBackslashAtItsEnd) {

@@ -70,11 +70,11 @@ TEST_F(Form1ExchangeTest, AnExportHasReachedTheMediumBeforeItSaysSo) {
       [&] { last_call = machine.files.Calls().back(); });
   machine.dialogs.Choose(Kind::kSave, "C:\\Stick\\out.ini");
   form.General.chameleonButton2.Click.Emit();
-  EXPECT_EQ(last_call, "Flush C:\\Stick\\");
+  EXPECT_EQ(last_call, "BeginFlush C:\\Stick\\");
 }
 
 TEST_F(Form1ExchangeTest, AMediumThatCannotBeFlushedChangesNoMark) {
-  machine.files.FailAlways("Flush", 57);
+  machine.files.FailAlways("BeginFlush", 57);
   machine.files.Write("C:\\in.ini", "[A]\r\n");
   machine.dialogs.Choose(Kind::kSave, "C:\\out.ini");
   form.General.chameleonButton2.Click.Emit();
@@ -82,7 +82,7 @@ TEST_F(Form1ExchangeTest, AMediumThatCannotBeFlushedChangesNoMark) {
   machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
   form.General.chameleonButton3.Click.Emit();
   ExpectImport(true, true);
-  EXPECT_EQ(machine.files.CallsOf("Flush"), 2);
+  EXPECT_EQ(machine.files.CallsOf("BeginFlush"), 2);
 }
 
 TEST_F(Form1ExchangeTest, ADialogDoesNotComeUpWithTheFileChosenLast) {
@@ -165,7 +165,7 @@ TEST_F(Form1ExchangeTest, AnImportHasReachedTheMediumBeforeItSaysSo) {
   machine.files.Write("C:\\in.ini", "[A]\r\n");
   machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
   form.General.chameleonButton3.Click.Emit();
-  EXPECT_EQ(last_call, "Flush C:\\Data\\");
+  EXPECT_EQ(last_call, "BeginFlush C:\\Data\\");
 }
 
 TEST_F(Form1ExchangeTest, SettingsThatCameFromAReadOnlyFileCanBeSavedAgain) {
@@ -242,11 +242,11 @@ TEST_F(Form1RestoreTest, TheCopyHasReachedTheMediumBeforeTheBoxAsksForTheDrive) 
   std::string last_call;
   machine.boxes.WhileOpen([&] { last_call = machine.files.Calls().back(); });
   form.Restore.chameleonButton8.Click.Emit();
-  EXPECT_EQ(last_call, "Flush C:\\Work");
+  EXPECT_EQ(last_call, "BeginFlush C:\\Work");
 }
 
 TEST_F(Form1RestoreTest, AMediumThatCannotBeFlushedEndsInTheSameWords) {
-  machine.files.FailNext("Flush", 57);
+  machine.files.FailNext("BeginFlush", 57);
   ExpectDone();
   form.Restore.chameleonButton8.Click.Emit();
   EXPECT_EQ(form.Restore.XP_ProgressBar3.Value, 100);

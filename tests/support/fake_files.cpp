@@ -302,9 +302,29 @@ void FakeFiles::Delete(const Path& file) {
   Remove(file);
 }
 
-void FakeFiles::Flush(const Path& folder) {
-  Enter("Flush", folder);
+// A scripted failure is the medium's, and comes at the end.
+std::unique_ptr<MediumFlush> FakeFiles::BeginFlush(const Path& folder) {
+  class FakeFlush final : public MediumFlush {
+   public:
+    FakeFlush(int times, std::optional<int> failure) : times_(times), failure_(failure) {}
+    bool IsDone() override {
+      if (times_-- > 0) return false;
+      if (failure_) throw ProgramError(*failure_);
+      return true;
+    }
+
+   private:
+    int times_;
+    std::optional<int> failure_;
+  };
+  std::optional<int> failure;
+  try {
+    Enter("BeginFlush", folder);
+  } catch (const ProgramError& error) {
+    failure = error.Number();
+  }
   RequireFolder(folder);
+  return std::make_unique<FakeFlush>(flush_times_, failure);
 }
 
 }  // namespace tarnvale::testing

@@ -62,6 +62,8 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   void TellLength(const Path& file, std::int64_t length_bytes);
   /// Names of all that a folder holds, in the order of listings.
   std::vector<std::string> Names(const Path& folder) const;
+  /// How often each flush says that it isn't done yet, once at least.
+  void FlushSlowly(int times) { flush_times_ = times; }
   void AddDrive(const std::string& letter);
   /// What was open on it stays open and fails.
   void RemoveDrive(const std::string& letter);
@@ -84,7 +86,7 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   std::vector<std::string> List(const Path& pattern, ListKinds kinds) override;
   std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) override;
   FolderContents OpenFolder(const Path& folder) override;
-  void Flush(const Path& folder) override;
+  std::unique_ptr<MediumFlush> BeginFlush(const Path& folder) override;
 
   // For the fakes that work on these files.
   using NodePtr = std::shared_ptr<FakeNode>;
@@ -119,6 +121,7 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   FakeClock& clock_;
   std::map<char, NodePtr> drives_;
   std::function<bool(const FakeNode&)> is_open_;
+  int flush_times_ = 1;
 };
 
 }  // namespace tarnvale::testing

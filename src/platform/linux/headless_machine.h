@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -41,7 +42,10 @@ class IdleLoop : public EventLoop {
     }
     timers_.RunDue();
   }
-  void WaitPass() override { Yield(); }
+  void WaitPass() override {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    Yield();
+  }
   int Run() override { return 0; }
   void Quit(int) override {}
   bool IsEnding() const override { return false; }

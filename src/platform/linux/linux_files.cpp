@@ -3,11 +3,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstddef>
 #include <cstdio>
 #include <string_view>
+#include <system_error>
+#include <thread>
 
 #include "base/failure.h"
 #include "platform/linux/listing.h"
@@ -60,6 +63,32 @@ void SetMode(const std::string& native, mode_t mode) {
     RaiseNative(errno, Attempt::kAsk);
   }
 }
+
+// The kernel doesn't let go of a thread that flushes. Nobody waits for this one:
+// what it works on is its own.
+class FlushBesideTheLoop final : public MediumFlush {
+ public:
+  explicit FlushBesideTheLoop(Descriptor folder) {
+    try {
+      std::thread([state = state_, folder = std::move(folder)] {
+        *state = ::syncfs(folder.Get()) == 0 ? State::kDone : State::kFailed;
+      }).detach();
+    } catch (const std::system_error&) {
+      throw ProgramError(kDeviceIoError);
+    }
+  }
+
+  bool IsDone() override {
+    const State state = *state_;
+    if (state == State::kFailed) throw ProgramError(kDeviceIoError);
+    return state == State::kDone;
+  }
+
+ private:
+  enum class State { kInWork, kDone, kFailed };
+
+  std::shared_ptr<std::atomic<State>> state_ = std::make_shared<std::atomic<State>>(State::kInWork);
+};
 
 // Makes one folder. Raises 75 when something is there already.
 void MakeNative(const Located& located) {
@@ -305,11 +334,10 @@ FolderContents LinuxFiles::OpenFolder(const Path& folder) {
   return contents;
 }
 
-void LinuxFiles::Flush(const Path& folder) {
+std::unique_ptr<MediumFlush> LinuxFiles::BeginFlush(const Path& folder) {
   const auto native = locator_.FindFolder(folder);
   if (!native) throw ProgramError(kPathNotFound);
-  const Descriptor fd = OpenNativeFolder(*native, true);
-  if (::syncfs(fd.Get()) != 0) throw ProgramError(kDeviceIoError);
+  return std::make_unique<FlushBesideTheLoop>(OpenNativeFolder(*native, true));
 }
 
 }  // namespace tarnvale

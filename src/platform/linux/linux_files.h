@@ -47,7 +47,7 @@ class LinuxFiles : public FileSystem {
   std::vector<std::string> List(const Path& pattern, ListKinds kinds) override;
   std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) override;
   FolderContents OpenFolder(const Path& folder) override;
-  void Flush(const Path& folder) override;
+  std::unique_ptr<MediumFlush> BeginFlush(const Path& folder) override;
 
   /// From now on Delete raises 70 for what is open in this table, which must
   /// live as long. The system itself would let such a file go.

@@ -1,6 +1,7 @@
 #include "shell/screens/general_screen.h"
 
 #include "base/failure.h"
+#include "platform/flush_medium.h"
 #include "shell/screens/screen.h"
 
 namespace tarnvale {
@@ -140,7 +141,7 @@ void GeneralScreen::ExportSettings() {
   }
   if (!pass.StandingError()) {
     // Chosen: what is announced next has reached the medium, if it can.
-    PassedOver().Step([&] { engine_.machine().files.Flush(FolderOf(Text8.Text)); });
+    FlushFolder(FolderOf(Text8.Text));
     CheckBox6.Checked = true;
     Label61.Caption = "Settings Exported OK!";
   }
@@ -172,7 +173,12 @@ void GeneralScreen::FinishImportedFile() {
   // Chosen: settings that came from a read-only medium can be saved again.
   PassedOver().Step([&] { ClearReadOnly(files, SettingsFile()); });
   // Chosen: what is announced next has reached the medium, if it can.
-  PassedOver().Step([&] { files.Flush(FolderOf(SettingsFile())); });
+  FlushFolder(FolderOf(SettingsFile()));
+}
+
+void GeneralScreen::FlushFolder(const Path& folder) {
+  Machine& machine = engine_.machine();
+  PassedOver().Step([&] { FlushMedium(machine.files, machine.loop, folder); });
 }
 
 Path GeneralScreen::SettingsFile() const {

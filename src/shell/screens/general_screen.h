@@ -54,6 +54,7 @@ class GeneralScreen {
   void ExportSettings();
   void ImportSettings();
   void FinishImportedFile();
+  void FlushFolder(const Path& folder);
   Path SettingsFile() const;
 
   Window& window_;

@@ -1,6 +1,7 @@
 #include "shell/screens/restore_screen.h"
 
 #include "base/failure.h"
+#include "platform/flush_medium.h"
 #include "shell/screens/screen.h"
 #include "userdata/file_control.h"
 
@@ -84,7 +85,8 @@ void RestoreScreen::Restore() {
     FileControl(machine).CopyFolderTo(source, target, {.move = false, .overwrite = true});
     // Chosen: the box asks for the drive to be pulled out, so everything is on
     // it. A medium that can't be flushed changes nothing.
-    PassedOver().Step([&] { machine.files.Flush(target); });
+    PassedOver().Step([&] { FlushMedium(machine.files, machine.loop, target); });
+    if (machine.loop.IsEnding()) return;
     show.Enabled = false;
     XP_ProgressBar3.Value = 100;
     machine.boxes.Show({.text = "Please Eject The U3 Smart Drive For Changes To Take Effect.",

@@ -191,8 +191,8 @@ TEST_F(LookupTest, AProgramOutsideTheDriveLiesAtItsRoot) {
 }
 
 TEST_F(LookupTest, FlushNeedsAFolder) {
-  EXPECT_EQ(RaisedBy([&] { files_.Flush("C:\\"); }), 0);
-  EXPECT_EQ(RaisedBy([&] { files_.Flush("C:\\none"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.BeginFlush("C:\\"); }), 0);
+  EXPECT_EQ(RaisedBy([&] { files_.BeginFlush("C:\\none"); }), kPathNotFound);
 }
 
 }  // namespace
