@@ -61,7 +61,7 @@ void Append(std::string& text, wint_t character) {
     return;
   }
   const int more = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-  text += static_cast<char>((0xF00U >> static_cast<unsigned>(more) & 0xFFU) |
+  text += static_cast<char>((0xF00U >> static_cast<unsigned>(more + 1) & 0xFFU) |
                             character >> static_cast<unsigned>(6 * more));
   for (int i = more - 1; i >= 0; --i) {
     text += static_cast<char>(0x80U | (character >> static_cast<unsigned>(6 * i) & 0x3FU));
