@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/characters.h"
+
 namespace tarnvale {
 namespace {
 
@@ -44,8 +46,12 @@ std::string FileNameOf(std::string_view path) {
 }
 
 int CountChar(std::string_view text, std::string_view character) {
-  if (character.size() != 1) return 0;
-  return static_cast<int>(std::count(text.begin(), text.end(), character.front()));
+  if (CountCharacters(character) != 1) return 0;
+  int count = 0;
+  for (; !text.empty(); text.remove_prefix(FirstCharacterBytes(text))) {
+    if (FirstCharacters(text, 1) == character) ++count;
+  }
+  return count;
 }
 
 }  // namespace tarnvale

@@ -26,7 +26,7 @@ std::string WithBackslash(std::string_view path);
 std::string FileNameOf(std::string_view path);
 
 /// How many times the one-character text `character` stands in `text`: 0 when
-/// `character` isn't exactly one byte long.
+/// `character` isn't exactly one character long.
 int CountChar(std::string_view text, std::string_view character);
 
 }  // namespace tarnvale

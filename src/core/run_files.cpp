@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/characters.h"
 #include "base/failure.h"
 #include "base/numbers.h"
 
@@ -50,8 +51,7 @@ void RunFiles::AddFolderFilesToRun(Machine& machine, std::string pattern) {
 
 void RunFiles::AddMatches(FileSystem& files, std::string pattern) {
   if (pattern.empty() || pattern.back() != '*') pattern += "*.*";
-  const std::string base =
-      pattern.substr(0, pattern.size() - std::min(pattern.size(), kPatternLength));
+  const std::string base(WithoutLastCharacters(pattern, kPatternLength));
   std::size_t next = 0;
   if (UpperBound() != 1) {
     next = UpperBound() + 1;
@@ -74,7 +74,7 @@ void RunFiles::AddItem(Machine& machine, const std::string& item) {
     AddFileToRun(machine.files, item);
     return;
   }
-  AddFolderFilesToRun(machine, item.substr(0, item.size() - std::min(item.size(), kPatternLength)));
+  AddFolderFilesToRun(machine, std::string(WithoutLastCharacters(item, kPatternLength)));
 }
 
 }  // namespace tarnvale

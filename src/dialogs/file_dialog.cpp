@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/characters.h"
 #include "base/failure.h"
 
 namespace tarnvale {
 namespace {
 
-/// The size of both buffers of the classic dialogs: the longest path of the
-/// classic file system calls.
+/// The size of both buffers of the classic dialogs, in characters: the longest
+/// path of the classic file system calls.
 constexpr std::size_t kBufferSize = 260;
 
 // "|" to NUL, and two NULs behind.
@@ -19,9 +20,9 @@ std::string WithNuls(std::string filter) {
 }
 
 // A text that is longer makes the count of filling NULs negative.
-std::string PaddedWithNuls(const std::string& text) {
-  if (text.size() > kBufferSize) throw ProgramError(kInvalidCall);
-  return text + std::string(kBufferSize - text.size(), '\0');
+std::string Buffer(const std::string& text) {
+  if (CountCharacters(text) > kBufferSize) throw ProgramError(kInvalidCall);
+  return PaddedWithNuls(text, kBufferSize);
 }
 
 }  // namespace
@@ -48,8 +49,8 @@ bool CFileDialog::Show(bool open) {
                           .initial_dir = InitialDir,
                           .file = {},
                           .file_title = {}};
-  step([&] { record.file = PaddedWithNuls(FileName); });
-  step([&] { record.file_title = PaddedWithNuls(FileTitle); });
+  step([&] { record.file = Buffer(FileName); });
+  step([&] { record.file_title = Buffer(FileTitle); });
   bool confirmed = false;
   step([&] {
     confirmed = open ? machine_.dialogs.ShowOpen(record) : machine_.dialogs.ShowSave(record);
@@ -79,8 +80,8 @@ void CommonDialog::Show(bool (FileDialogs::*dialog)(FileDialogRecord&)) {
                           .filter = WithNuls(Filter),
                           .default_ext = DefaultExt,
                           .initial_dir = {},
-                          .file = PaddedWithNuls(FileName),
-                          .file_title = PaddedWithNuls({})};
+                          .file = Buffer(FileName),
+                          .file_title = Buffer({})};
   if ((machine_.dialogs.*dialog)(record)) {
     FileName = TrimNulls(record.file);
     FileTitle = TrimNulls(record.file_title);

@@ -31,7 +31,7 @@ class CFileDialog {
 
   /// Shows the open dialog (true) or the save dialog (false). True when the
   /// user confirmed: FileName and FileTitle are set only then. A name that
-  /// doesn't fit the dialog's buffer of 260 bytes shows an error box. Yields.
+  /// doesn't fit the dialog's buffer of 260 characters shows an error box. Yields.
   bool Show(bool open);
 
  private:
@@ -57,7 +57,7 @@ class CommonDialog {
 
   /// Each sets FileName and FileTitle when the user confirmed, and leaves them
   /// as they stand on a cancel, which raises kCancelled if CancelError is set.
-  /// Raises 5 for a FileName of more than 260 bytes. Yields.
+  /// Raises 5 for a FileName of more than 260 characters. Yields.
   void ShowOpen();
   void ShowSave();
 

@@ -37,8 +37,8 @@ struct FileDialogRecord {
   std::string default_ext;
   /// Empty, or no folder: the one shown last.
   Path initial_dir;
-  /// The path, in and out, as a buffer filled with NULs. Its size is the most
-  /// that the dialog can give back. One with "*" or "?" names no file.
+  /// The path, in and out, as a buffer filled with NULs. What the dialog gives
+  /// back has fewer characters than it. One with "*" or "?" names no file.
   std::string file;
   /// The name without its folder, out, likewise.
   std::string file_title;

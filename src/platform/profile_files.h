@@ -21,7 +21,7 @@ class ProfileFiles {
  public:
   virtual ~ProfileFiles() = default;
 
-  /// The value of a key, cut to `buffer_size` - 1 bytes; `fallback`, cut
+  /// The value of a key, cut to `buffer_size` - 1 characters; `fallback`, cut
   /// likewise, when file, section or key is missing. Sees held-back writes.
   virtual std::string Read(const std::string& section, const std::string& key,
                            const std::string& fallback, std::size_t buffer_size,

@@ -1,8 +1,9 @@
 // The notification area of the desktop.
 #pragma once
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "base/property.h"
@@ -16,6 +17,8 @@ enum class TrayCommand : std::uint32_t { kAdd = 0, kModify = 1, kDelete = 2 };
 
 /// One icon of the notification area, in the classic layout.
 struct TrayRecord {
+  static constexpr std::size_t kTipCharacters = 64;
+
   std::uint32_t size = 88;  ///< of the classic record, in bytes
   /// Gets the mouse messages of the icon as mouse moves. An icon is known by
   /// its hook and its id.
@@ -26,7 +29,7 @@ struct TrayRecord {
   /// In several sizes, largest first.
   std::vector<Raster> icon;
   /// Ends at its first NUL, or at its end.
-  std::array<char, 64> tip{};
+  std::string tip = std::string(kTipCharacters, '\0');
 };
 
 /// What a mouse does on an icon: the numbers of the classic window messages. A

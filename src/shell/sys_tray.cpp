@@ -1,7 +1,6 @@
 #include "shell/sys_tray.h"
 
-#include <algorithm>
-
+#include "base/characters.h"
 #include "base/failure.h"
 #include "base/numbers.h"
 
@@ -38,8 +37,7 @@ void clsSysTray::BuildHook() {
 
 void clsSysTray::ChangeToolTip(const std::string& tip) {
   tip_ = tip;
-  const std::string text = tip + '\0';
-  std::copy_n(text.begin(), std::min(text.size(), record_.tip.size()), record_.tip.begin());
+  record_.tip = FirstCharacters(tip + '\0', TrayRecord::kTipCharacters);
   machine_.tray.Notify(TrayCommand::kModify, record_);
 }
 

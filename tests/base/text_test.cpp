@@ -36,6 +36,8 @@ TEST(TextTest, OneCharacterIsCounted) {
   EXPECT_EQ(CountChar("abab", ""), 0);
   EXPECT_EQ(CountChar("", "x"), 0);
   EXPECT_EQ(CountChar("", ""), 0);
+  EXPECT_EQ(CountChar("\xC3\xA9t\xC3\xA9", "\xC3\xA9"), 2);
+  EXPECT_EQ(CountChar("\xC3\xA9t\xC3\xA9", "\xC3"), 0);
 }
 
 TEST(TextTest, TrimmingTakesSpacesAndTabsFromBothEndsOnly) {

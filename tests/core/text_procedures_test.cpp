@@ -55,6 +55,19 @@ TEST(pReplaceTest, AShrinkingTextEndsTheScan) {
   EXPECT_EQ(Replaced("a", "a", ""), "");
 }
 
+TEST(pReplaceTest, PositionsCountCharacters) {
+  EXPECT_EQ(Replaced("xx", "x", "\xC3\xA9x"), "\xC3\xA9\xC3\xA9xx");
+  EXPECT_EQ(Replaced("x\xC3\xA9", "x", "yyx"), "yyx\xC3\xA9");
+  EXPECT_EQ(Replaced("\xC3\xA9", "", "-"), "-\xC3\xA9");
+  EXPECT_EQ(Replaced("\xC3\xA9", "ab", "x"), "\xC3\xA9");
+}
+
+TEST(pReplaceTest, NoMatchLiesWithinACharacter) {
+  EXPECT_EQ(Replaced("\xC3\xA9", "\xC3", "x"), "\xC3\xA9");
+  EXPECT_EQ(Replaced("\xC3\xA9", "\xA9", "x"), "\xC3\xA9");
+  EXPECT_EQ(Replaced("\xC3z", "\xC3", "x"), "xz");
+}
+
 struct FolderCase {
   const char* path;
   int level;
@@ -68,19 +81,19 @@ TEST_P(GetFolderTest, GivesTheComponent) {
             GetParam().folder);
 }
 
-INSTANTIATE_TEST_SUITE_P(Paths, GetFolderTest,
-                         ::testing::Values(FolderCase{"", 1, ""},
-                                           FolderCase{"C:\\Data\\Sub", 0, "C:\\"},
-                                           FolderCase{"C:\\Data\\Sub", 1, "Data\\"},
-                                           FolderCase{"C:\\Data\\Sub", 2, "Sub"},
-                                           FolderCase{"C:\\Data\\Sub\\", 2, "Sub\\"},
-                                           // Begins at or behind the last character.
-                                           FolderCase{"C:\\", 1, "Default Folder"},
-                                           FolderCase{"C:\\", 2, "Default Folder"},
-                                           FolderCase{"C:\\Data\\Sub\\", 3, "Default Folder"},
-                                           FolderCase{"C:\\Data\\x", 2, "Default Folder"},
-                                           FolderCase{"C:\\Data\\xy", 2, "xy"},
-                                           FolderCase{"plain", 0, "plain"}));
+INSTANTIATE_TEST_SUITE_P(
+    Paths, GetFolderTest,
+    ::testing::Values(
+        FolderCase{"", 1, ""}, FolderCase{"C:\\Data\\Sub", 0, "C:\\"},
+        FolderCase{"C:\\Data\\Sub", 1, "Data\\"}, FolderCase{"C:\\Data\\Sub", 2, "Sub"},
+        FolderCase{"C:\\Data\\Sub\\", 2, "Sub\\"},
+        // Begins at or behind the last character.
+        FolderCase{"C:\\", 1, "Default Folder"}, FolderCase{"C:\\", 2, "Default Folder"},
+        FolderCase{"C:\\Data\\Sub\\", 3, "Default Folder"},
+        FolderCase{"C:\\Data\\x", 2, "Default Folder"}, FolderCase{"C:\\Data\\xy", 2, "xy"},
+        FolderCase{"C:\\Data\\\xC3\xA9", 2, "Default Folder"},
+        FolderCase{"C:\\Data\\\xC3\xA9\xC3\xA9", 2, "\xC3\xA9\xC3\xA9"},
+        FolderCase{"plain", 0, "plain"}));
 
 TEST(GetFolderOverflowTest, TooFewBackslashesRaiseAnOverflow) {
   EXPECT_EQ(RaisedBy([] { GetFolder("C:\\Data", 2); }), kOverflow);

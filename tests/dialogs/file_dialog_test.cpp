@@ -94,6 +94,22 @@ TEST_F(FileDialogTest, ANameOf260CharactersFillsTheBuffer) {
   EXPECT_EQ(machine.dialogs.Seen().at(0).file.file, dialog.FileName);
 }
 
+TEST_F(FileDialogTest, TheBufferCountsCharacters) {
+  std::string letters;
+  for (int i = 0; i < 259; ++i) letters += "\xD0\x96";
+  dialog.FileName = letters + "x";
+  machine.dialogs.Choose(Kind::kOpen, letters);
+  EXPECT_TRUE(dialog.Show(true));
+  EXPECT_EQ(machine.dialogs.Seen().at(0).file.file, letters + "x");
+  EXPECT_EQ(dialog.FileName, letters);
+
+  dialog.FileName = letters + "xy";
+  machine.dialogs.Cancel(Kind::kOpen);
+  machine.boxes.Expect("Error: 5. Invalid procedure call or argument", BoxIcon::kNone,
+                       BoxAnswer::kOk);
+  EXPECT_FALSE(dialog.Show(true));
+}
+
 TEST_F(FileDialogTest, ADialogThatFailsShowsABoxAndCountsAsACancel) {
   machine.dialogs.Choose(Kind::kSave, "C:\\a.tvz");
   machine.dialogs.WhileOpen([] { throw ProgramError(kDiskNotReady); });

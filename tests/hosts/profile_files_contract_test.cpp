@@ -97,6 +97,16 @@ TEST_P(ProfilesContract, TheValueIsCutToTheBuffer) {
   EXPECT_EQ(profiles.Read("A", "y", "fallback", 5, kFile), "fall");
 }
 
+TEST_P(ProfilesContract, TheBufferCountsCharactersAndCutsNoneOfThem) {
+  std::string letters;
+  for (int i = 0; i < 300; ++i) letters += "\xD0\x96";
+  host.Write(kFile, "[A]\r\nx=" + letters + "\r\ny=\xFF\xFE\xD0\xD0\x96\r\n");
+  EXPECT_EQ(profiles.Read("A", "x", "", 255, kFile), letters.substr(0, 2 * 254));
+  EXPECT_EQ(profiles.Read("A", "y", "", 4, kFile), "\xFF\xFE\xD0");
+  EXPECT_EQ(profiles.Read("A", "y", "", 5, kFile), "\xFF\xFE\xD0\xD0\x96");
+  EXPECT_EQ(profiles.Read("A", "z", "\xD0\x96\xD0\x96", 2, kFile), "\xD0\x96");
+}
+
 TEST_P(ProfilesContract, AWriteMakesFileSectionAndKey) {
   EXPECT_EQ(AfterWrite("When", "AlwaysAt", "12:00"), "[When]\r\nAlwaysAt=12:00\r\n");
   EXPECT_EQ(AfterWrite("Log", "Save", "True"),

@@ -98,6 +98,13 @@ TEST_F(SysTrayTest, MessagesDuringAHandlerAreDropped) {
   EXPECT_THAT(events, ElementsAre("RButtonUp", "LButtonDown"));
 }
 
+TEST_F(SysTrayTest, ATipIsCutBetweenCharacters) {
+  std::string letters;
+  for (int i = 0; i < 64; ++i) letters += "\xD0\x96";
+  tray.ToolTip(letters + letters);
+  EXPECT_EQ(ShownTip(), letters);
+}
+
 TEST_F(SysTrayTest, ATipOf64CharactersIsCutAtTheFieldsEndWithoutANul) {
   tray.IconInSysTray();
   tray.ToolTip("Tip");

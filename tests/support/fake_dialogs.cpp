@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/characters.h"
 #include "base/text.h"
 
 namespace tarnvale::testing {
@@ -23,9 +24,9 @@ const char* NameOf(FakeDialogs::Kind kind) {
 
 // False when the text doesn't fit.
 bool Fill(std::string& buffer, const std::string& text) {
-  if (text.size() >= buffer.size()) return false;
-  std::fill(buffer.begin(), buffer.end(), '\0');
-  std::copy(text.begin(), text.end(), buffer.begin());
+  const std::size_t size = CountCharacters(buffer);
+  if (CountCharacters(text) >= size) return false;
+  buffer = PaddedWithNuls(text, size);
   return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "base/characters.h"
 #include "base/failure.h"
 #include "base/text.h"
 
@@ -26,7 +27,8 @@ std::string FakeProfiles::Read(const std::string& section, const std::string& ke
                                const Path& file) {
   std::optional<std::string> value;
   if (!EnterAndFails("Read", file)) value = Current(file).text.Value(section, key);
-  return value.value_or(fallback).substr(0, buffer_size == 0 ? 0 : buffer_size - 1);
+  return std::string(
+      FirstCharacters(value.value_or(fallback), buffer_size == 0 ? 0 : buffer_size - 1));
 }
 
 bool FakeProfiles::CanWrite(const Path& file) {

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/characters.h"
 #include "base/failure.h"
 #include "base/text.h"
 #include "platform/linux/folder_scan.h"
@@ -176,8 +177,7 @@ std::string LinuxProfileFiles::Read(const std::string& section, const std::strin
     Refresh(profile, place);
     if (auto found = profile.text.Value(section, key)) value = std::move(*found);
   }
-  value.resize(std::min(value.size(), buffer_size == 0 ? 0 : buffer_size - 1));
-  return value;
+  return std::string(FirstCharacters(value, buffer_size == 0 ? 0 : buffer_size - 1));
 }
 
 bool LinuxProfileFiles::Write(const std::string& section, const std::string& key,

@@ -8,17 +8,16 @@
 #include <optional>
 #include <utility>
 
+#include "base/characters.h"
 #include "platform/linux/name_case.h"
 #include "platform/linux/own_links.h"
 
 namespace tarnvale {
 namespace {
 
-// Behind the one character that stands at `at`, in UTF-8.
+// Behind the one character that stands at `at`.
 std::size_t BehindCharacter(std::string_view text, std::size_t at) {
-  ++at;
-  while (at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U) ++at;
-  return at;
+  return at + FirstCharacterBytes(text.substr(at));
 }
 
 bool MatchesFolded(std::string_view name, std::string_view pattern) {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "base/characters.h"
 #include "base/text.h"
 #include "platform/qt/path_file_dialog.h"
 #include "platform/qt/qt_text.h"
@@ -39,12 +40,11 @@ QStringList NameFilters(const std::string& filter) {
 }
 
 bool Fits(const std::string& text, const std::string& buffer) {
-  return text.size() < buffer.size();
+  return CountCharacters(text) < CountCharacters(buffer);
 }
 
 void Fill(std::string& buffer, const std::string& text) {
-  std::fill(buffer.begin(), buffer.end(), '\0');
-  std::copy(text.begin(), text.end(), buffer.begin());
+  buffer = PaddedWithNuls(text, CountCharacters(buffer));
 }
 
 std::string TextOf(const std::string& buffer) {

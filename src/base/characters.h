@@ -1,0 +1,38 @@
+// Lengths of texts in characters.
+//
+// A text is bytes, nearly always UTF-8. A code point is one character, and so is
+// each byte that belongs to none.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tarnvale {
+
+/// A code point and its bytes; none of them for a byte that is no UTF-8, which
+/// overlong forms, surrogates and numbers above 10FFFF aren't either.
+struct Character {
+  char32_t value = 0;
+  std::size_t bytes = 0;
+};
+
+/// What a text that isn't empty begins with.
+Character FirstCharacter(std::string_view text);
+
+/// Bytes of the character that `text` begins with; 0 for an empty text.
+std::size_t FirstCharacterBytes(std::string_view text);
+
+std::size_t CountCharacters(std::string_view text);
+
+/// The first `count` characters; all of a text that has no more.
+std::string_view FirstCharacters(std::string_view text, std::size_t count);
+
+/// All but the last `count` characters; empty for a text that has no more.
+std::string_view WithoutLastCharacters(std::string_view text, std::size_t count);
+
+/// `text` with NULs behind it, `count` characters in all; a text that has as many
+/// stays.
+std::string PaddedWithNuls(std::string text, std::size_t count);
+
+}  // namespace tarnvale
