@@ -11,6 +11,7 @@
 
 namespace tarnvale {
 
+class MenuItem;
 class PictureBox;
 
 enum class TrayCommand : std::uint32_t { kAdd = 0, kModify = 1, kDelete = 2 };
@@ -30,6 +31,10 @@ struct TrayRecord {
   std::vector<Raster> icon;
   /// Ends at its first NUL, or at its end.
   std::string tip = std::string(kTipCharacters, '\0');
+  /// For an area that opens an icon's menu by itself, when the icon is added: its
+  /// rows are clicked from there, and nothing is told of the right button. Must
+  /// live as long as the icon.
+  MenuItem* menu = nullptr;
 };
 
 /// What a mouse does on an icon: the numbers of the classic window messages. A

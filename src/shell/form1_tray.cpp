@@ -5,6 +5,7 @@ namespace tarnvale {
 
 void Form1::WireTray() {
   gSysTray.RButtonUp.Listen([this] { gSysTray_RButtonUP(); });
+  gSysTray.Menu(&mnuMenu);
   engine_.display.TrayTip.Changed.Listen(
       [this] { gSysTray.ToolTip(engine_.display.TrayTip.Get()); });
   engine_.stages.RemoveTrayIcon = [this] { gSysTray.RemoveFromSysTray(); };

@@ -38,6 +38,8 @@ class clsSysTray {
   /// none.
   void Icon(const std::vector<Raster>& picture) { ChangeIcon(picture); }
   std::int32_t Icon() const { return icon_handle_; }
+  /// The menu that RButtonUp opens, for an area that opens it by itself.
+  void Menu(MenuItem* menu) { record_.menu = menu; }
   /// A double click with the left button brings the source window up.
   bool DefaultDblClk = true;
   /// Adds the hidden hook to the window's controls. A failure is told in a box

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProcess>
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
@@ -198,6 +199,19 @@ void GuiTest::ChooseFolder(FolderTree& tree, const std::vector<std::string>& nam
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(found.front()).center());
     ASSERT_TRUE(WaitFor([&] { return tree.SelectedPath.Get() == path; })) << path;
   }
+}
+
+void GuiTest::LetDisplay(const QStringList& what) {
+  QProcess display;
+  display.start("xdotool", what);
+  ASSERT_TRUE(WaitFor([&] { return display.state() == QProcess::NotRunning; }));
+  EXPECT_EQ(display.exitCode(), 0);
+}
+
+void GuiTest::MovePointerTo(const QPoint& global) {
+  const qreal ratio = qApp->devicePixelRatio();
+  LetDisplay({"mousemove", QString::number(qRound(global.x() * ratio)),
+              QString::number(qRound(global.y() * ratio))});
 }
 
 void GuiTest::ChooseInMenuBar(const std::vector<QString>& captions) {

@@ -77,6 +77,11 @@ class GuiTest : public ::testing::Test {
   /// their marks.
   void ChooseInMenuBar(const std::vector<QString>& captions);
 
+  /// Lets the X server move and click the mouse, or press keys: for what belongs to
+  /// other programs.
+  void LetDisplay(const QStringList& what);
+  void MovePointerTo(const QPoint& global);
+
   // What a person will do in the modal dialog that the next action opens. One that
   // nobody expects fails the test.
   void AnswerNextBox(QMessageBox::StandardButton answer);

@@ -68,22 +68,10 @@ class GuiTray : public GuiTest {
     return count;
   }
 
-  /// Lets the X server move and click the mouse.
-  void Mouse(const QStringList& what) {
-    QProcess mouse;
-    mouse.start("xdotool", what);
-    ASSERT_TRUE(WaitFor([&] { return mouse.state() == QProcess::NotRunning; }));
-    EXPECT_EQ(mouse.exitCode(), 0);
-  }
-  void MoveTo(const QPoint& global) {
-    const qreal ratio = qApp->devicePixelRatio();
-    Mouse({"mousemove", QString::number(qRound(global.x() * ratio)),
-           QString::number(qRound(global.y() * ratio))});
-  }
   void ClickIcon(const QStringList& click) {
     ASSERT_NE(IconWindow(), nullptr);
-    MoveTo(IconWindow()->mapToGlobal(IconWindow()->rect().center()));
-    Mouse(QStringList("click") + click);
+    MovePointerTo(IconWindow()->mapToGlobal(IconWindow()->rect().center()));
+    LetDisplay(QStringList("click") + click);
   }
 
   /// The program with its window in the area.

@@ -47,6 +47,12 @@ TEST_F(Form1TrayTest, TheRightButtonOpensTheMenuWithBackupInBold) {
   EXPECT_TRUE(form.Visible);
 }
 
+TEST_F(Form1TrayTest, AnAreaThatOpensMenusByItselfGetsTheSameOneWithTheIcon) {
+  Start();
+  ASSERT_EQ(machine.tray.Log().back().command, TrayCommand::kAdd);
+  EXPECT_EQ(machine.tray.Log().back().record.menu, &form.mnuMenu);
+}
+
 TEST_F(Form1TrayTest, ARightClickWhileTheMenuIsOpenOpensNoSecondOne) {
   Start();
   machine.windows.WhileMenuIsOpen([&] { machine.tray.Mouse(kTrayRightUp); });

@@ -4,8 +4,19 @@
 #include "platform/qt/qt_style.h"
 
 namespace tarnvale {
+namespace {
+
+constexpr const char* kPlatformVariable = "QT_QPA_PLATFORM";
+
+}  // namespace
 
 QtHost::Preparation::Preparation() {
+  // Chosen: X11 where a Wayland session offers it. The program places its popups.
+  if (!qEnvironmentVariableIsSet(kPlatformVariable) &&
+      qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && qEnvironmentVariableIsSet("DISPLAY")) {
+    qputenv(kPlatformVariable, "xcb;wayland");
+    chose_platform = true;
+  }
   // The program's look is its own, whatever the desktop's theme.
   QApplication::setDesktopSettingsAware(false);
   QApplication::setQuitOnLastWindowClosed(false);
@@ -17,6 +28,8 @@ QtHost::QtHost(int& argc, char** argv, FileSystem& files, const PathTranslation&
       dialogs_(windows_, paths),
       tray_(loop_),
       sockets_(loop_) {
+  // The programs that this one starts choose for themselves.
+  if (preparation_.chose_platform) qunsetenv(kPlatformVariable);
   QtStyle::Install();
   InstallAccessibility();
 }

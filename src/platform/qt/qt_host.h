@@ -37,6 +37,7 @@ class QtHost {
   /// Sets what has to stand before the application is made.
   struct Preparation {
     Preparation();
+    bool chose_platform = false;
   };
 
   Preparation preparation_;

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_tray.h"
 
+#include <QApplication>
 #include <QIcon>
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 
 #include "platform/controls.h"
 #include "platform/qt/peers/picture_box_peer.h"
+#include "platform/qt/qt_menus.h"
 #include "platform/qt/qt_text.h"
 
 namespace tarnvale {
@@ -14,6 +16,13 @@ namespace {
 
 /// How often the desktop is asked whether it has a notification area.
 constexpr int kPresenceIntervalMs = 2000;
+
+// Only the X system tray gives an icon a window of this program.
+bool HasIconWindow() {
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  return std::any_of(windows.begin(), windows.end(),
+                     [](const QWidget* window) { return window->inherits("QSystemTrayIconSys"); });
+}
 
 }  // namespace
 
@@ -35,17 +44,32 @@ bool QtTray::Notify(TrayCommand command, const TrayRecord& record) {
     // The command may come from a click on the icon itself.
     icon_->hide();
     icon_.release()->deleteLater();
+    menu_follows_.clear();
+    if (menu_) menu_.release()->deleteLater();
     return true;
   }
   if (adds) {
     icon_ = std::make_unique<QSystemTrayIcon>();
     QObject::connect(icon_.get(), &QSystemTrayIcon::activated,
                      [this](QSystemTrayIcon::ActivationReason reason) { Click(reason); });
+    // Before the icon shows: a desktop asks for the menu when it meets the icon.
+    ExportMenu(record.menu);
   }
   hook_ = record.hook;
   ShowRecord(record);
   icon_->show();
+  // The X system tray tells of the right button, and the program opens the menu.
+  if (adds && HasIconWindow()) icon_->setContextMenu(nullptr);
   return true;
+}
+
+// A choice may take the icon away with its menu: it is told after the event of Qt.
+void QtTray::ExportMenu(MenuItem* menu) {
+  if (menu == nullptr) return;
+  menu_ = std::make_unique<QMenu>();
+  const MenuChoice choice = [this](MenuItem& row) { loop_.Post([&row] { row.Clicked.Emit(); }); };
+  FillMenu(*menu_, *menu, choice, menu_follows_);
+  icon_->setContextMenu(menu_.get());
 }
 
 void QtTray::ShowRecord(const TrayRecord& record) {
@@ -57,6 +81,9 @@ void QtTray::ShowRecord(const TrayRecord& record) {
 }
 
 void QtTray::Click(QSystemTrayIcon::ActivationReason reason) {
+  const bool is_opened_by_desktop =
+      reason == QSystemTrayIcon::Context && icon_ && icon_->contextMenu() != nullptr;
+  if (is_opened_by_desktop) return;
   for (const TrayMessage message : clicks_.MessagesOf(reason, uptime_.elapsed())) Tell(message);
 }
 

@@ -2,11 +2,14 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QMenu>
 #include <QSystemTrayIcon>
 #include <QTimer>
 
 #include <memory>
+#include <vector>
 
+#include "base/signal.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/tray_clicks.h"
 #include "platform/tray.h"
@@ -24,12 +27,16 @@ class QtTray final : public NotificationArea {
   bool Notify(TrayCommand command, const TrayRecord& record) override;
 
  private:
+  void ExportMenu(MenuItem* menu);
   void ShowRecord(const TrayRecord& record);
   void Click(QSystemTrayIcon::ActivationReason reason);
   void Tell(TrayMessage message);
   void LearnPresence();
 
   QtEventLoop& loop_;
+  /// What a status notifier's desktop shows. Goes after the icon.
+  std::unique_ptr<QMenu> menu_;
+  std::vector<Subscription> menu_follows_;
   std::unique_ptr<QSystemTrayIcon> icon_;
   PictureBox* hook_ = nullptr;
   TrayClicks clicks_;
