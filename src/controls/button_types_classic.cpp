@@ -41,7 +41,6 @@ void DrawOldNormal(ButtonDrawing& d) {
 void DrawOldPressed(ButtonDrawing& d) {
   DrawCaption(d, CaptionLook::kPressed);
   DrawOldFrame(d, OldEdges(d.colors).Inverted());
-  DrawFocusMark(d);
 }
 
 void DrawOldDisabled(ButtonDrawing& d) {
@@ -56,7 +55,7 @@ void DrawClassicNormal(ButtonDrawing& d) {
     return;
   }
   DrawEdges(d.canvas, Inset(d.client, 1), ClassicEdges(d.colors));
-  DrawFocusMark(d);
+  if (d.look.show_focus_rect) DrawFocusRect(d.canvas, d.caption_area);
   d.canvas.FrameRect(d.client, d.colors.dark);
 }
 
@@ -68,7 +67,6 @@ void DrawClassicPressed(ButtonDrawing& d) {
   }
   d.canvas.FrameRect(Inset(d.client, 1), d.colors.shadow);
   d.canvas.FrameRect(d.client, d.colors.dark);
-  DrawFocusMark(d);
 }
 
 void DrawClassicDisabled(ButtonDrawing& d) {
@@ -102,7 +100,6 @@ void DrawFlatNormal(ButtonDrawing& d) {
 void DrawFlatPressed(ButtonDrawing& d) {
   DrawCaption(d, CaptionLook::kPressed);
   d.canvas.Edge(d.client, d.colors.shadow, d.colors.highlight);
-  DrawFocusMark(d);
 }
 
 void DrawFlatDisabled(ButtonDrawing& d) {
@@ -129,7 +126,6 @@ void DrawDoubleNormal(ButtonDrawing& d) {
 void DrawDoublePressed(ButtonDrawing& d) {
   DrawCaption(d, CaptionLook::kPressed);
   DrawEdges(d.canvas, d.client, OldEdges(d.colors).Inverted());
-  DrawFocusMark(d);
 }
 
 }  // namespace tarnvale

@@ -43,17 +43,14 @@ void DrawRoundedFace(ButtonDrawing& d) {
   d.canvas.SetPixel(2, d.h - 2, d.Shifted(c.face, -16));
 }
 
-// --- 5: flat metal, an outer frame and a highlight that overlap by one ---
+// --- 5: flat metal, one frame within another ---
 
-struct MetalEdges {
-  Color upper_left = 0;
-  Color lower_right = 0;
-};
-
-void DrawMetal(ButtonDrawing& d, const MetalEdges& edges, Color corners) {
-  d.canvas.FillRect(Inset(d.client, 1), d.Shifted(d.colors.face, 12));
-  d.canvas.FrameRect({1, 1, d.w - 1, d.h - 1}, edges.lower_right);
-  d.canvas.FrameRect({0, 0, d.w - 1, d.h - 1}, edges.upper_left);
+// The two corners that the region leaves have a colour of their own.
+void DrawMetal(ButtonDrawing& d, Color outer, Color inner) {
+  d.canvas.FillRect(Inset(d.client, 2), d.Shifted(d.colors.face, 12));
+  d.canvas.FrameRect(Inset(d.client, 1), inner);
+  d.canvas.FrameRect(d.client, outer);
+  const Color corners = d.Shifted(d.colors.shadow, 26);
   d.canvas.SetPixel(0, 0, corners);
   d.canvas.SetPixel(d.w - 1, d.h - 1, corners);
 }
@@ -68,16 +65,6 @@ void DrawMetalFocus(ButtonDrawing& d) {
   d.canvas.FrameRect({area.left_px + (area.width_px - width) / 2,
                       area.top_px + (area.height_px - height) / 2, width, height},
                      kFocusFrame);
-}
-
-// --- 13: an ellipse ---
-
-// The focus rectangle stands in the ellipse, which cuts the corners off the
-// usual one.
-void DrawOvalFocus(ButtonDrawing& d) {
-  if (!d.look.HasFocusMark()) return;
-  DrawFocusRect(d.canvas,
-                {d.w * 3 / 20, d.h * 3 / 20, d.w - 2 * (d.w * 3 / 20), d.h - 2 * (d.h * 3 / 20)});
 }
 
 // --- 14: gradient with a strip at the left edge ---
@@ -103,7 +90,6 @@ void DrawStripGround(ButtonDrawing& d) {
 void DrawRoundedNormal(ButtonDrawing& d) {
   DrawRoundedFace(d);
   DrawLiveCaption(d);
-  DrawFocusMark(d);
 }
 
 void DrawRoundedPressed(ButtonDrawing& d) {
@@ -124,17 +110,14 @@ void DrawRoundedDisabled(ButtonDrawing& d) {
 }
 
 void DrawMetalNormal(ButtonDrawing& d) {
-  const Color outer = d.Shifted(d.colors.shadow, -26);
-  DrawMetal(d, {outer, d.colors.highlight}, d.Shifted(d.colors.shadow, 26));
+  DrawMetal(d, d.Shifted(d.colors.shadow, -26), d.colors.highlight);
   DrawLiveCaption(d);
   DrawMetalFocus(d);
 }
 
 void DrawMetalPressed(ButtonDrawing& d) {
-  const Color outer = d.Shifted(d.colors.shadow, -26);
-  DrawMetal(d, {d.colors.highlight, outer}, d.Shifted(d.colors.shadow, 26));
+  DrawMetal(d, d.colors.highlight, d.Shifted(d.colors.shadow, -26));
   DrawCaption(d, CaptionLook::kPressed);
-  DrawMetalFocus(d);
 }
 
 void DrawMetalDisabled(ButtonDrawing& d) {
@@ -156,7 +139,6 @@ void DrawSelectionPressed(ButtonDrawing& d) {
   d.Fill(BlendToColor(d.colors.selection, 128));
   d.canvas.FrameRect(d.client, d.colors.selection);
   DrawCaption(d, CaptionLook::kPressed);
-  DrawFocusMark(d);
 }
 
 void DrawSelectionDisabled(ButtonDrawing& d) {
@@ -172,7 +154,6 @@ void DrawTransparentNormal(ButtonDrawing& d) {
 
 void DrawTransparentPressed(ButtonDrawing& d) {
   DrawCaption(d, CaptionLook::kPressed);
-  DrawFocusMark(d);
 }
 
 void DrawTransparentDisabled(ButtonDrawing& d) {
@@ -183,19 +164,17 @@ void DrawOvalNormal(ButtonDrawing& d) {
   d.canvas.FillEllipse(d.client, d.look.over ? d.colors.shadow : d.colors.face);
   d.canvas.FrameEllipse(d.client, d.colors.face);
   DrawLiveCaption(d);
-  DrawOvalFocus(d);
 }
 
 void DrawOvalPressed(ButtonDrawing& d) {
   d.canvas.FillEllipse(d.client, d.colors.face);
   d.canvas.FrameEllipse(d.client, d.colors.shadow);
   DrawCaption(d, CaptionLook::kPressed);
-  DrawOvalFocus(d);
 }
 
 void DrawOvalDisabled(ButtonDrawing& d) {
-  // Chosen: in the shadow colour; in that of the face nothing would be seen.
-  d.canvas.FrameEllipse(d.client, d.colors.shadow);
+  // Required: in the colour of the ground, so that only the caption is seen.
+  d.canvas.FrameEllipse(d.client, d.colors.face);
   DrawCaption(d, CaptionLook::kDisabled);
 }
 

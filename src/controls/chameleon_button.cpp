@@ -5,14 +5,6 @@
 #include "platform/window.h"
 
 namespace tarnvale {
-namespace {
-
-// The keys that type a character, as far as a key alone tells.
-bool TypesCharacter(Key key) {
-  return key == Key::kSpace || key == Key::kEnter || key == Key::kEscape;
-}
-
-}  // namespace
 
 chameleonButton::chameleonButton() {
   FollowProperties();
@@ -90,6 +82,16 @@ AccessibleState chameleonButton::StateForReaders() const {
 }
 char32_t chameleonButton::AccessKeyChar() const {
   return AccessKeyOf(Caption);
+}
+
+void chameleonButton::OnLent(const LentByHost& lent) {
+  native_window_ = lent.native_window;
+  CopyOfContainer = lent.copy_of_container;
+  // A name of its own is for a new control, which only a designer makes.
+  AmbientLook ambient = lent.ambient;
+  ambient.name = Ambient.Get().name;
+  Ambient = ambient;
+  DisplayAsDefault = lent.is_default;
 }
 
 bool chameleonButton::IsMouseOver() const {
@@ -199,7 +201,7 @@ void chameleonButton::OnKeyDown(const tarnvale::KeyPress& press) {
     default:
       break;
   }
-  if (TypesCharacter(press.key)) KeyPress.Emit(press);
+  if (press.character != 0) KeyPress.Emit(press);
 }
 
 void chameleonButton::OnKeyUp(const tarnvale::KeyPress& press) {

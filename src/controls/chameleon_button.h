@@ -16,15 +16,6 @@
 
 namespace tarnvale {
 
-/// What a button takes over from the window that it stands on.
-struct AmbientLook {
-  std::string name;  ///< the name of a new control
-  tarnvale::Font font;
-  Color back = SystemColorNumber(kColorButtonFace);
-  Color fore = SystemColorNumber(kColorButtonText);
-  bool operator==(const AmbientLook&) const = default;
-};
-
 /// An owner-drawn button of fourteen looks, with a look for hovering, a pressed
 /// one, a picture, and a check box mode.
 ///
@@ -63,14 +54,16 @@ class chameleonButton : public OwnerDrawn {
 
   /// What the window lends to the control. A change works out the colours anew,
   /// but for scheme 2.
-  Property<AmbientLook> Ambient;
+  Property<AmbientLook> Ambient{{.name = {},
+                                 .font = {},
+                                 .back = SystemColorNumber(kColorButtonFace),
+                                 .fore = SystemColorNumber(kColorButtonText)}};
   /// Enter on the window would press this button.
   Property<bool> DisplayAsDefault{false};
 
   std::string Version() const { return "2.0.6"; }
   /// The native window's number, as the host set it; 0 without one.
   std::uintptr_t hWnd() const { return native_window_; }
-  void SetNativeWindow(std::uintptr_t number) { native_window_ = number; }
 
   /// Until Refresh nothing is drawn, so that several properties can change.
   void DisableRefresh() { refreshing_ = false; }
@@ -94,6 +87,7 @@ class chameleonButton : public OwnerDrawn {
   Signal<MouseButton, Point> MouseDown;
   Signal<MouseButton, Point> MouseMove;
   Signal<MouseButton, Point> MouseUp;
+  /// For each character, after KeyDown.
   Signal<const tarnvale::KeyPress&> KeyPress;
   Signal<const tarnvale::KeyPress&> KeyDown;
   Signal<const tarnvale::KeyPress&> KeyUp;
@@ -118,6 +112,7 @@ class chameleonButton : public OwnerDrawn {
   // What the host calls.
   void Paint(Canvas& canvas, TextPainter& text) override;
   bool TakesFocus() const override { return true; }
+  void OnLent(const LentByHost& lent) override;
   Kind AccessibleKind() const override {
     return CheckBoxBehaviour ? Kind::kCheckBox : Kind::kButton;
   }

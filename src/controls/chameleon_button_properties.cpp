@@ -44,6 +44,7 @@ void chameleonButton::FollowProperties() {
   Follow(ForeOver, "FCOLO");
   Follow(MaskColor, "MCOL");
   MousePointer.Changed.Listen([this] { FollowPointer(); });
+  MouseIcon.Changed.Listen([this] { FollowPointer(); });
   Follow(MousePointer, "MPTR");
   Follow(MouseIcon, "MICON");
   Follow(PictureNormal, "PICN");
@@ -75,7 +76,8 @@ void chameleonButton::FollowPointer() {
       Pointer = PointerShape::kHourglass;
       break;
     case kCustomPointer:
-      Pointer = PointerShape::kHand;
+      PointerPicture = MouseIcon.Get().image;
+      Pointer = MouseIcon.Get().Empty() ? PointerShape::kHand : PointerShape::kPicture;
       break;
     default:
       Pointer = PointerShape::kDefault;

@@ -26,6 +26,7 @@ void CheckBox::FollowProperties() {
     PropertyChanged.Emit("Checked");
     ShowMatchingPicture();
   });
+  Checked.WasSet.Listen([this] { ShowMatchingPicture(); });
   Enabled.Changed.Listen([this] { PropertyChanged.Emit("Enabled"); });
   Caption.Changed.Listen([this] {
     PropertyChanged.Emit("Caption");
@@ -80,20 +81,21 @@ char32_t CheckBox::AccessKeyChar() const {
 void CheckBox::Press() {
   if (!Enabled) return;
   Checked = !Checked;
-  bool state = Checked;
-  ButtonClicked.Emit(state);
-  // Required: a handler's change reaches the state, not the picture.
-  if (state != Checked) {
-    Checked.Target().ModifyQuietly([&](bool& checked) { checked = state; });
-  }
+  // Required: a handler's change by the reference reaches the state, not the picture.
+  Checked.Target().ModifyQuietly([this](bool& checked) { ButtonClicked.Emit(checked); });
+}
+
+// The picture is clicked, not the label: press and release are both on it.
+void CheckBox::OnMouseDown(MouseButton, Point at) {
+  pressed_on_picture_ = PicturePlace().Contains(at);
 }
 
 void CheckBox::OnMouseUp(MouseButton, Point at) {
-  last_point_ = at;
+  released_on_picture_ = PicturePlace().Contains(at);
 }
 
 void CheckBox::OnClick(MouseButton button) {
-  if (button == MouseButton::kLeft && PicturePlace().Contains(last_point_)) Press();
+  if (button == MouseButton::kLeft && pressed_on_picture_ && released_on_picture_) Press();
 }
 
 void CheckBox::OnKeyUp(const KeyPress& press) {

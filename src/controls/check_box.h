@@ -5,6 +5,7 @@
 
 #include "base/property.h"
 #include "base/signal.h"
+#include "controls/each_setting.h"
 #include "controls/property_bag.h"
 #include "controls/system_colors.h"
 #include "platform/owner_drawn.h"
@@ -20,7 +21,7 @@ class CheckBox : public OwnerDrawn {
   explicit CheckBox(Property<bool>& checked);
 
   /// Setting it by the program shows the matching picture and raises no event.
-  Bound<bool> Checked{false};
+  EachSetting<bool> Checked{false};
   /// Of `Label1`. "&" marks the access key.
   Property<std::string> Caption;
   Property<tarnvale::Font> Font;
@@ -28,8 +29,8 @@ class CheckBox : public OwnerDrawn {
   Property<bool> Bold{false};
   Property<Color> ForeColor{SystemColorNumber(kColorButtonText)};
 
-  /// A click on the picture, with the new state of `Checked`. What a handler
-  /// writes there becomes the state, but the picture stays.
+  /// A click on the picture, with `Checked` itself. What a handler writes there
+  /// becomes the state, but the picture stays.
   Signal<bool&> ButtonClicked;
 
   /// True when `Picture1` shows `Image1`.
@@ -52,6 +53,7 @@ class CheckBox : public OwnerDrawn {
   char32_t AccessKeyChar() const override;
   /// As a click on the picture.
   void Press() override;
+  void OnMouseDown(MouseButton button, Point at) override;
   void OnMouseUp(MouseButton button, Point at) override;
   void OnClick(MouseButton button) override;
   void OnKeyUp(const KeyPress& press) override;
@@ -66,7 +68,8 @@ class CheckBox : public OwnerDrawn {
 
   Subscription checked_subscription_;
   Size size_;
-  Point last_point_;
+  bool pressed_on_picture_ = false;
+  bool released_on_picture_ = false;
   bool shows_tick_ = false;
   bool has_focus_ = false;
 };

@@ -21,13 +21,13 @@ GroupBox::GroupBox() {
   follow(OLEDropMode, "OLEDropMode");
   follow(Caption, "Caption");
   follow(Appearance, "Appearance");
-  BackStyle.Changed.Listen([this] { BackStyleSet(); });
+  BackStyle.WasSet.Listen([this] { BackStyleSet(); });
 }
 
 void GroupBox::BackStyleSet() {
   if (BackStyle == 0 && !reading_) {
     // Required: transparency exists, but can't be asked for.
-    BackStyle.ModifyQuietly([this](std::int16_t& style) { style = back_style_; });
+    BackStyle.Target().ModifyQuietly([this](std::int16_t& style) { style = back_style_; });
     if (boxes_ == nullptr) return;
     boxes_->Show({.text = "This feature has not yet been implemented!\n"
                           "I'm not quite sure how I am going to implement this feature"
@@ -47,6 +47,11 @@ void GroupBox::UseTheme(VisualTheme* theme) {
 void GroupBox::OLEDrag() {
   DragStep step;
   OLEStartDrag.Emit(step);
+  // Asked for when it is needed.
+  if (step.data.empty()) OLESetData.Emit(step);
+  OLEGiveFeedback.Emit(step);
+  DragAway.Emit(step);
+  OLECompleteDrag.Emit(step);
 }
 
 void GroupBox::Paint(Canvas& canvas, TextPainter& text) {

@@ -6,6 +6,7 @@
 
 #include "base/property.h"
 #include "base/signal.h"
+#include "controls/each_setting.h"
 #include "controls/property_bag.h"
 #include "controls/system_colors.h"
 #include "controls/visual_theme.h"
@@ -13,14 +14,6 @@
 #include "platform/owner_drawn.h"
 
 namespace tarnvale {
-
-/// One step of dragging something, as the underlying control reports it.
-struct DragStep {
-  std::string data;
-  int effect = 0;
-  MouseButton button = MouseButton::kNone;
-  Point at;
-};
 
 /// A frame with a caption. It follows the system's theme when the host offers
 /// one, and is an etched or flat rectangle otherwise.
@@ -36,20 +29,17 @@ class GroupBox : public OwnerDrawn {
   Property<std::int16_t> OLEDropMode{0};
   /// Setting 0 shows a box and changes nothing; a stored 0 makes the areas in
   /// the back colour transparent.
-  Property<std::int16_t> BackStyle{1};
+  EachSetting<std::int16_t> BackStyle{1};
   /// "&" marks the access key.
   Property<std::string> Caption;
   /// 0 flat, otherwise etched.
   Property<std::int16_t> Appearance{1};
 
-  /// Who shows the box of BackStyle; without it nothing is shown. Must outlive
-  /// the control.
-  void UseMessageBoxes(MessageBoxes* boxes) { boxes_ = boxes; }
   /// The host's theme; none: the classic frame. Must outlive the control.
   void UseTheme(VisualTheme* theme);
 
   void Refresh() { LookChanged.Emit(); }
-  /// Starts dragging.
+  /// Starts dragging: OLEStartDrag gives the data, OLECompleteDrag tells the effect.
   void OLEDrag();
 
   /// A control that is put onto a window for the first time is called by its
@@ -75,6 +65,14 @@ class GroupBox : public OwnerDrawn {
 
   // What the host calls.
   void Paint(Canvas& canvas, TextPainter& text) override;
+  /// With them, BackStyle has somebody to show its box.
+  void OnLent(const LentByHost& lent) override { boxes_ = lent.boxes; }
+  std::optional<AmbientLook> LendsToContents() const override {
+    return AmbientLook{.name = {}, .font = Font, .back = BackColor, .fore = ForeColor};
+  }
+  bool TakesDrops() const override { return OLEDropMode != 0; }
+  void OnDragOver(DragStep& step) override { OLEDragOver.Emit(step); }
+  void OnDragDrop(DragStep& step) override { OLEDragDrop.Emit(step); }
   Kind AccessibleKind() const override { return Kind::kGroup; }
   std::string AccessibleText() const override;
   char32_t AccessKeyChar() const override;

@@ -70,13 +70,13 @@ class XP_ProgressBar : public OwnerDrawn {
   /// What the bar holds, at most 100 once it was drawn.
   int Percent() const { return percent_; }
 
-  /// The native window's and drawing surface's numbers, as the host set them; 0
+  /// The native window's and drawing surface's numbers, as the host lent them; 0
   /// without one.
   std::uintptr_t hWnd() const { return native_window_; }
   std::uintptr_t hdc() const { return native_surface_; }
-  void SetNative(std::uintptr_t window, std::uintptr_t surface) {
-    native_window_ = window;
-    native_surface_ = surface;
+  void OnLent(const LentByHost& lent) override {
+    native_window_ = lent.native_window;
+    native_surface_ = lent.native_surface;
   }
 
   /// Cuts the percent to 100 and asks for a painting.

@@ -5,6 +5,7 @@
 
 #include "base/property.h"
 #include "platform/input.h"
+#include "platform/raster.h"
 
 namespace tarnvale {
 
@@ -39,6 +40,9 @@ class Control {
   Property<std::string> AccessibleName;
   Property<std::string> ToolTip;
   Property<PointerShape> Pointer{PointerShape::kDefault};
+  /// What the pointer over it is with PointerShape::kPicture; points by its centre.
+  /// Set before the shape.
+  Property<Raster> PointerPicture;
 
   /// Told when the window's focus comes and goes. Set by Window::Focus.
   Signal<> GotFocus;

@@ -9,11 +9,19 @@ enum class Key { kOther, kSpace, kEnter, kEscape, kTab, kDelete, kLeft, kRight, 
 
 struct KeyPress {
   Key key = Key::kOther;
+  /// What the key types: a letter, a blank, but also the control characters of
+  /// Backspace, Enter, Escape and of letters with Ctrl. 0 for a key that types none.
+  char32_t character = 0;
   bool shift = false;
   bool control = false;
   bool alt = false;
 };
 
-enum class PointerShape { kDefault, kHourglass, kHand };
+enum class PointerShape {
+  kDefault,
+  kHourglass,
+  kHand,
+  kPicture,  ///< the control's PointerPicture
+};
 
 }  // namespace tarnvale

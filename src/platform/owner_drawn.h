@@ -1,12 +1,16 @@
 // Controls that the program draws itself.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <optional>
+#include <string>
 
 #include "platform/control.h"
 #include "platform/controls.h"
 #include "platform/geometry.h"
 #include "platform/input.h"
+#include "platform/message_boxes.h"
 #include "platform/raster.h"
 
 namespace tarnvale {
@@ -29,6 +33,37 @@ struct AccessibleState {
   /// None for a control that shows no progress.
   std::optional<AccessibleRange> range = std::nullopt;
   bool operator==(const AccessibleState&) const = default;
+};
+
+/// What the container of a control lends to it.
+struct AmbientLook {
+  std::string name = {};  ///< the name of a new control
+  tarnvale::Font font = {};
+  Color back = kWhite;
+  Color fore = kBlack;
+  bool operator==(const AmbientLook&) const = default;
+};
+
+/// What a host lends to a control that draws itself.
+struct LentByHost {
+  /// The number of the native window that the control lies in; 0 without one.
+  std::uintptr_t native_window = 0;
+  /// The number of what the window is drawn on; 0 where surfaces have none.
+  std::uintptr_t native_surface = 0;
+  AmbientLook ambient = {};
+  /// Enter on the window would press it.
+  bool is_default = false;
+  /// What the container shows under the control, in device pixels.
+  std::function<Raster()> copy_of_container = {};
+  MessageBoxes* boxes = nullptr;
+};
+
+/// One step of dragging a text over a control, or away from it.
+struct DragStep {
+  std::string data;
+  int effect = 0;  ///< 0 none, 1 copy, 2 move
+  MouseButton button = MouseButton::kNone;
+  Point at;
 };
 
 /// Base of the kit's controls. The host keeps a canvas of the control's size,
@@ -58,6 +93,22 @@ class OwnerDrawn : public Control {
   virtual char32_t AccessKeyChar() const { return 0; }
   /// Does what a click would do: a screen reader's press.
   virtual void Press() {}
+
+  /// Before the first drawing, and whenever any of it changes. Holds until the
+  /// next one.
+  virtual void OnLent(const LentByHost&) {}
+  /// What it lends as a container; none: what the window does. A change of it comes
+  /// with LookChanged.
+  virtual std::optional<AmbientLook> LendsToContents() const { return std::nullopt; }
+
+  /// Gets the next two while something is dragged over it.
+  virtual bool TakesDrops() const { return false; }
+  /// The control sets the effect that a drop would have; 0 refuses it.
+  virtual void OnDragOver(DragStep&) {}
+  virtual void OnDragDrop(DragStep&) {}
+  /// Emitted to have `data` dragged away; the host notes the effect and returns
+  /// when it was dropped or given up. Yields.
+  Signal<DragStep&> DragAway;
 
   virtual void OnMouseDown(MouseButton, Point) {}
   /// `button` is the one held down. Comes while one is held even from outside.

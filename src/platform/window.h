@@ -100,6 +100,9 @@ class Window {
   void Focus(Control& control);
   Control* Focused() const { return focused_; }
   Signal<> FocusMoved;
+  /// What Enter presses while no other button has the focus, and shows it; none
+  /// for a window that has no such button.
+  Property<Control*> DefaultButton{nullptr};
   /// To the next (or previous) control that takes part in the tab order.
   void FocusNext(bool forward = true);
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "controls/button_look.h"
+#include "controls/button_shape.h"
 #include "tests/controls/recording_painter.h"
 
 namespace tarnvale::testing {
@@ -104,6 +105,8 @@ TEST(ButtonType2, IsFramedWithFocusOrAsTheDefaultButton) {
   ButtonLook standard = LookOf(2);
   standard.is_default = true;
   EXPECT_EQ(LeftOf(Drawn(standard), 3), (Edges{kDark, kHighlight, kLight}));
+  EXPECT_TRUE(HasFocusRect(Drawn(standard), 4));
+  standard.show_focus_rect = false;
   EXPECT_FALSE(HasFocusRect(Drawn(standard), 4));
 }
 
@@ -137,11 +140,39 @@ TEST(ButtonType4, IsDarkWithShadowEdgesWhilePressed) {
   EXPECT_EQ(canvas.PixelAt(30, kBottom - 1), kShadow);
 }
 
-TEST(ButtonType5, IsFlatBetweenAnOuterFrameAndAHighlight) {
+TEST(ButtonTypes, ShowTheFocusRectangleOnlyWhereTheirLookHasOne) {
+  const auto shows = [](ButtonLook look) {
+    // Type 11 has no ground of its own.
+    const auto area = static_cast<std::size_t>(kSize.width_px * kSize.height_px);
+    look.ground = {kSize.width_px, kSize.height_px, std::vector<std::uint32_t>(area, 0xFF808080)};
+    const Canvas plain = Drawn(look);
+    const Canvas focused = Drawn(Focused(look));
+    const int inset = CaptionRectangle(look.type, kSize).left_px;
+    // Inverted dots on the upper edge of the caption's rectangle.
+    const int x = inset + 10;
+    const auto is_inverted = [&](int at) {
+      const auto before = plain.PixelAt(at, inset);
+      return before && focused.PixelAt(at, inset) == (*before ^ 0xFFFFFFU);
+    };
+    return is_inverted(x) || is_inverted(x + 1);
+  };
+  std::vector<int> normal;
+  std::vector<int> pressed;
+  for (int type = 1; type <= 14; ++type) {
+    if (shows(LookOf(type))) normal.push_back(type);
+    if (shows(Pressed(type))) pressed.push_back(type);
+  }
+  EXPECT_EQ(normal, (std::vector<int>{1, 2, 6, 7, 8, 9, 11, 12, 14}));
+  EXPECT_EQ(pressed, (std::vector<int>{6}));
+}
+
+TEST(ButtonType5, IsFlatWithAHighlightInAnOuterFrame) {
   const Canvas canvas = Drawn(LookOf(5));
-  EXPECT_EQ(canvas.PixelAt(30, 5), 0xCCCCCCU);  // face + 12
-  EXPECT_EQ(canvas.PixelAt(30, 0), 0x666666U);  // shadow - 26
-  EXPECT_EQ(canvas.PixelAt(30, kBottom), kHighlight);
+  EXPECT_EQ(LeftOf(canvas, 3), (Edges{0x666666, kHighlight, 0xCCCCCC}));  // shadow - 26, face + 12
+  EXPECT_EQ(RightOf(canvas, 3), (Edges{0x666666, kHighlight, 0xCCCCCC}));
+  EXPECT_EQ(canvas.PixelAt(30, 0), 0x666666U);
+  EXPECT_EQ(canvas.PixelAt(30, 1), kHighlight);
+  EXPECT_EQ(canvas.PixelAt(30, kBottom), 0x666666U);
   EXPECT_EQ(canvas.PixelAt(0, 0), 0x9A9A9AU);  // shadow + 26
   EXPECT_EQ(canvas.PixelAt(kRight, kBottom), 0x9A9A9AU);
   EXPECT_FALSE(canvas.PixelAt(0, kBottom).has_value());
@@ -150,9 +181,8 @@ TEST(ButtonType5, IsFlatBetweenAnOuterFrameAndAHighlight) {
 
 TEST(ButtonType5, ExchangesItsEdgesWhilePressed) {
   const Canvas canvas = Drawn(Pressed(5));
-  EXPECT_EQ(canvas.PixelAt(30, 0), kHighlight);
-  EXPECT_EQ(canvas.PixelAt(30, kBottom), 0x666666U);
-  EXPECT_EQ(canvas.PixelAt(30, 5), 0xCCCCCCU);
+  EXPECT_EQ(LeftOf(canvas, 3), (Edges{kHighlight, 0x666666, 0xCCCCCC}));
+  EXPECT_EQ(RightOf(canvas, 3), (Edges{kHighlight, 0x666666, 0xCCCCCC}));
 }
 
 TEST(ButtonType5, FramesItsCaptionWithFocus) {
@@ -212,6 +242,7 @@ TEST(ButtonType13, IsAnEllipseInTheShadowColourWhileHovered) {
   EXPECT_EQ(LeftOf(Drawn(LookOf(13)), 3), (Edges{kFace, kFace, kFace}));
   EXPECT_EQ(LeftOf(Drawn(Over(13)), 3), (Edges{kFace, kShadow, kShadow}));
   EXPECT_EQ(LeftOf(Drawn(Pressed(13)), 3), (Edges{kShadow, kFace, kFace}));
+  EXPECT_EQ(LeftOf(Drawn(Disabled(13)), 3), (Edges{kFace, kFace, kFace}));
   EXPECT_FALSE(Drawn(LookOf(13)).PixelAt(3, 3).has_value());
 }
 

@@ -15,6 +15,7 @@ using Events = std::vector<std::string>;
 
 constexpr Point kInside{10, 10};
 constexpr Point kOutside{200, 10};
+constexpr KeyPress kBlank{.key = Key::kSpace, .character = U' '};
 
 // A button on a window, with a record of what it raises and how often it draws.
 class ChameleonButtonTest : public ::testing::Test {
@@ -186,24 +187,34 @@ TEST_F(ChameleonButtonTest, IgnoresADoubleClickWithTheRightButton) {
 }
 
 TEST_F(ChameleonButtonTest, IsPressedAndClickedBySpace) {
-  button.OnKeyDown({Key::kSpace});
+  button.OnKeyDown(kBlank);
   EXPECT_TRUE(IsPressed());
-  button.OnKeyUp({Key::kSpace});
+  button.OnKeyUp(kBlank);
   EXPECT_FALSE(IsPressed());
   EXPECT_EQ(events, (Events{"KeyDown", "KeyPress pressed", "KeyUp pressed", "Click"}));
 }
 
 TEST_F(ChameleonButtonTest, IsNotClickedBySpaceAfterAnotherKey) {
-  button.OnKeyDown({Key::kSpace});
+  button.OnKeyDown(kBlank);
   button.OnKeyDown({Key::kOther});
-  button.OnKeyUp({Key::kSpace});
+  button.OnKeyUp(kBlank);
   EXPECT_EQ(events.back(), "KeyUp pressed");
 }
 
 TEST_F(ChameleonButtonTest, IsNotClickedByOtherKeys) {
-  button.OnKeyDown({Key::kEnter});
-  button.OnKeyUp({Key::kEnter});
+  button.OnKeyDown({.key = Key::kEnter, .character = U'\r'});
+  button.OnKeyUp({.key = Key::kEnter, .character = U'\r'});
   EXPECT_EQ(events, (Events{"KeyDown", "KeyPress", "KeyUp"}));
+}
+
+TEST_F(ChameleonButtonTest, RaisesKeyPressForEachCharacterWithIt) {
+  std::u32string typed;
+  button.KeyPress.Listen([&](const tarnvale::KeyPress& press) { typed += press.character; });
+  for (const char32_t character : {U'a', U'\u00DF', U'\b'}) {
+    button.OnKeyDown({.character = character});
+  }
+  button.OnKeyDown({.key = Key::kTab});
+  EXPECT_EQ(typed, U"a\u00DF\b");
 }
 
 TEST_F(ChameleonButtonTest, MovesTheFocusByTheArrowKeys) {
@@ -246,8 +257,8 @@ TEST_F(ChameleonButtonTest, IgnoresTheUserWhileDisabled) {
   MoveTo(kInside);
   Press();
   Release();
-  button.OnKeyDown({Key::kSpace});
-  button.OnKeyUp({Key::kSpace});
+  button.OnKeyDown(kBlank);
+  button.OnKeyUp(kBlank);
   button.OnAccessKey();
   EXPECT_TRUE(events.empty());
   EXPECT_FALSE(IsPressed());
@@ -282,8 +293,8 @@ TEST_F(ChameleonButtonTest, HasToggledBeforeClickIsRaised) {
 
 TEST_F(ChameleonButtonTest, TogglesItsValueBySpaceInCheckBoxMode) {
   button.CheckBoxBehaviour = true;
-  button.OnKeyDown({Key::kSpace});
-  button.OnKeyUp({Key::kSpace});
+  button.OnKeyDown(kBlank);
+  button.OnKeyUp(kBlank);
   EXPECT_TRUE(button.Value);
   EXPECT_TRUE(IsPressed());
 }
@@ -444,10 +455,35 @@ TEST_F(ChameleonButtonTest, ShowsTheHandWithPointerType99) {
   EXPECT_EQ(button.Pointer, PointerShape::kHourglass);
 }
 
+TEST_F(ChameleonButtonTest, ShowsItsMouseIconWithPointerType99) {
+  const Raster icon{1, 1, {0xFF0000FF}};
+  button.MouseIcon = Picture{.image = icon};
+  EXPECT_EQ(button.Pointer, PointerShape::kDefault);
+  button.MousePointer = 99;
+  EXPECT_EQ(button.Pointer, PointerShape::kPicture);
+  EXPECT_EQ(button.PointerPicture.Get(), icon);
+  button.MouseIcon = Picture{};
+  EXPECT_EQ(button.Pointer, PointerShape::kHand);
+}
+
+TEST_F(ChameleonButtonTest, TakesWhatTheHostLends) {
+  button.ColorScheme = 4;
+  button.OnLent({.ambient = {.back = 0xA0B0C0, .fore = 0x112233},
+                 .is_default = true,
+                 .copy_of_container = [] {
+                   return Raster{1, 1, {0xFF0000FF}};
+                 }});
+  EXPECT_EQ(button.Drawn()->colors.face, 0xA0B0C0U);
+  EXPECT_EQ(button.Drawn()->colors.text, 0x112233U);
+  EXPECT_TRUE(button.Drawn()->is_default);
+  button.ButtonType = 11;
+  EXPECT_EQ(button.Drawn()->ground.At(0, 0), 0xFF0000FFU);
+}
+
 TEST_F(ChameleonButtonTest, TellsItsVersionAndItsWindow) {
   EXPECT_EQ(button.Version(), "2.0.6");
   EXPECT_EQ(button.hWnd(), 0U);
-  button.SetNativeWindow(42);
+  button.OnLent({.native_window = 42});
   EXPECT_EQ(button.hWnd(), 42U);
 }
 

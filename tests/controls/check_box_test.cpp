@@ -89,6 +89,35 @@ TEST_F(CheckBoxTest, TakesTheStateThatAHandlerWritesButKeepsThePicture) {
   EXPECT_TRUE(box.ShowsTick());
 }
 
+TEST_F(CheckBoxTest, SettingTheStateThatItHasShowsTheMatchingPicture) {
+  box.ButtonClicked.Listen([](bool& state) { state = false; });
+  ClickOnPicture();
+  ASSERT_TRUE(box.ShowsTick());
+  box.Checked = false;
+  EXPECT_FALSE(box.ShowsTick());
+}
+
+TEST_F(CheckBoxTest, AHandlerThatWritesTheReferenceHasTheLastWord) {
+  box.ButtonClicked.Listen([this](bool& state) {
+    box.Checked = false;
+    EXPECT_FALSE(state);
+    state = true;
+  });
+  ClickOnPicture();
+  EXPECT_TRUE(box.Checked);
+  EXPECT_FALSE(box.ShowsTick()) << "the picture is that of the last setting";
+}
+
+TEST_F(CheckBoxTest, IgnoresAPressBesideThePictureThatIsLetGoOnIt) {
+  box.OnMouseDown(MouseButton::kLeft, {40, 8});
+  box.OnMouseUp(MouseButton::kLeft, {6, 8});
+  box.OnClick(MouseButton::kLeft);
+  box.OnMouseDown(MouseButton::kLeft, {6, 8});
+  box.OnMouseUp(MouseButton::kLeft, {40, 8});
+  box.OnClick(MouseButton::kLeft);
+  EXPECT_TRUE(states.empty());
+}
+
 TEST_F(CheckBoxTest, FlipsBySpaceAndByItsAccessKeyAndByAScreenReader) {
   box.OnKeyUp({Key::kSpace});
   EXPECT_TRUE(box.Checked);

@@ -168,7 +168,7 @@ class ListedBoxes : public MessageBoxes {
 TEST(GroupBoxBackStyle, Of0ShowsABoxAndChangesNothing) {
   GroupBox box;
   ListedBoxes boxes;
-  box.UseMessageBoxes(&boxes);
+  box.OnLent({.boxes = &boxes});
   std::vector<std::string> names;
   box.PropertyChanged.Listen([&](const std::string& name) { names.push_back(name); });
   box.BackStyle = 0;
@@ -215,6 +215,52 @@ TEST(GroupBoxBackStyle, Of0FromABagMakesTheBackColourTransparent) {
                   "sh..sh",  //
                   "sssssh",  //
                   "hhhhhh"}));
+}
+
+TEST(GroupBoxBackStyle, Of0ShowsItsBoxWhenItWas0) {
+  PropertyBag bag;
+  bag.Write("BackStyle", 0);
+  GroupBox box;
+  box.ReadProperties(bag, "", {});
+  ListedBoxes boxes;
+  box.OnLent({.boxes = &boxes});
+  box.BackStyle = 0;
+  EXPECT_EQ(boxes.texts.size(), 1U);
+  EXPECT_EQ(box.BackStyle, 0);
+}
+
+TEST(GroupBox, TakesDropsWithADropModeAndHandsTheStepsOn) {
+  GroupBox box;
+  EXPECT_FALSE(box.TakesDrops());
+  box.OLEDropMode = 1;
+  EXPECT_TRUE(box.TakesDrops());
+  std::vector<std::string> steps;
+  box.OLEDragOver.Listen([&](DragStep& step) {
+    steps.push_back("over " + step.data);
+    step.effect = 1;
+  });
+  box.OLEDragDrop.Listen([&](DragStep& step) { steps.push_back("drop " + step.data); });
+  DragStep step;
+  step.data = "x";
+  box.OnDragOver(step);
+  EXPECT_EQ(step.effect, 1);
+  box.OnDragDrop(step);
+  EXPECT_EQ(steps, (std::vector<std::string>{"over x", "drop x"}));
+}
+
+TEST(GroupBox, HasWhatItsHandlersGiveDraggedAwayAndTellsTheEffect) {
+  GroupBox box;
+  std::vector<std::string> steps;
+  box.OLEStartDrag.Listen([&](DragStep&) { steps.push_back("start"); });
+  box.OLESetData.Listen([&](DragStep& step) { step.data = "text"; });
+  box.DragAway.Listen([&](DragStep& step) {
+    steps.push_back("away with " + step.data);
+    step.effect = 2;
+  });
+  box.OLECompleteDrag.Listen(
+      [&](DragStep& step) { steps.push_back("effect " + std::to_string(step.effect)); });
+  box.OLEDrag();
+  EXPECT_EQ(steps, (std::vector<std::string>{"start", "away with text", "effect 2"}));
 }
 
 TEST(GroupBox, RepaintsAndMarksAfterEachSetter) {

@@ -21,6 +21,7 @@ QtWindowHost::QtWindowHost(QtEventLoop& loop, FileSystem& files,
                .frames = frames_,
                .text = text_,
                .files = files,
+               .boxes = boxes_,
                .program_path = std::move(program_path)} {
   sweep_.setInterval(kSweepMs);
   QObject::connect(&sweep_, &QTimer::timeout, &receiver_, [this] { SweepDropped(); });

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/qt/peers/peer.h"
+#include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_window.h"
 #include "platform/window.h"
 
@@ -42,6 +43,7 @@ class QtWindowHost final : public WindowHost {
 
   QtTextPainter text_;
   FrameClock frames_;
+  QtMessageBoxes boxes_;
   PeerContext context_;
   Desktop desktop_;
   std::vector<std::unique_ptr<QtWindow>> windows_;

@@ -1,16 +1,21 @@
 #include "platform/qt/peers/owner_drawn_peer.h"
 
+#include <QDrag>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QShortcutEvent>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "platform/qt/peers/accessible.h"
 #include "platform/qt/qt_pixels.h"
 #include "platform/qt/qt_text.h"
+#include "platform/window.h"
 
 namespace tarnvale {
 namespace {
@@ -34,6 +39,34 @@ QAccessible::Role ToRole(OwnerDrawn::Kind kind) {
       break;
   }
   return QAccessible::Client;
+}
+
+Color ToColor(const QColor& color) {
+  return MakeColor(color.red(), color.green(), color.blue());
+}
+
+int EffectOf(Qt::DropAction action) {
+  switch (action) {
+    case Qt::CopyAction:
+      return 1;
+    case Qt::MoveAction:
+      return 2;
+    default:
+      return 0;
+  }
+}
+
+DragStep ToStep(const QDropEvent& event) {
+  const QPoint at = event.position().toPoint();
+  return {.data = FromQt(event.mimeData()->text()),
+          .effect = EffectOf(event.proposedAction()),
+          .button = HeldButton(event.buttons()),
+          .at = {at.x(), at.y()}};
+}
+
+// Pictures are drawn at whole scales.
+int ScaleOf(qreal pixel_ratio) {
+  return std::max(1, static_cast<int>(std::ceil(pixel_ratio)));
 }
 
 }  // namespace
@@ -66,11 +99,16 @@ class DrawnWidget final : public QWidget, public AccessibleSource {
   void leaveEvent(QEvent*) override {
     peer_.Tell([this] { Drawn().OnMouseLeave(); });
   }
+  void dragEnterEvent(QDragEnterEvent* event) override { AnswerDrag(*event); }
+  void dragMoveEvent(QDragMoveEvent* event) override { AnswerDrag(*event); }
+  void dropEvent(QDropEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
 
  private:
   OwnerDrawn& Drawn() const { return peer_.Drawn(); }
+  void AnswerDrag(QDropEvent& event);
+  static void AnswerWith(int effect, QDropEvent& event);
 
   OwnerDrawnPeer& peer_;
   Qt::MouseButton pressed_ = Qt::NoButton;
@@ -86,7 +124,10 @@ void DrawnWidget::paintEvent(QPaintEvent*) {
 }
 
 bool DrawnWidget::event(QEvent* event) {
-  if (event->type() != QEvent::Shortcut) return QWidget::event(event);
+  const QEvent::Type type = event->type();
+  // The native window is there when the control is shown.
+  if (type == QEvent::Show || type == QEvent::PaletteChange) peer_.Lend();
+  if (type != QEvent::Shortcut) return QWidget::event(event);
   // Several controls with one key take turns in getting the focus.
   if (static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
     setFocus(Qt::ShortcutFocusReason);
@@ -119,6 +160,25 @@ void DrawnWidget::mouseReleaseEvent(QMouseEvent* event) {
   if (is_click) peer_.Tell([&] { Drawn().OnClick(ToMouseButton(button)); });
 }
 
+void DrawnWidget::AnswerWith(int effect, QDropEvent& event) {
+  event.setDropAction(effect == 2   ? Qt::MoveAction
+                      : effect == 1 ? Qt::CopyAction
+                                    : Qt::IgnoreAction);
+  event.setAccepted(effect != 0);
+}
+
+void DrawnWidget::AnswerDrag(QDropEvent& event) {
+  DragStep step = ToStep(event);
+  peer_.Tell([&] { Drawn().OnDragOver(step); });
+  AnswerWith(step.effect, event);
+}
+
+void DrawnWidget::dropEvent(QDropEvent* event) {
+  DragStep step = ToStep(*event);
+  peer_.Tell([&] { Drawn().OnDragDrop(step); });
+  AnswerWith(step.effect, *event);
+}
+
 void DrawnWidget::keyPressEvent(QKeyEvent* event) {
   peer_.Tell([&] { Drawn().OnKeyDown(ToKeyPress(*event)); });
 }
@@ -135,8 +195,65 @@ OwnerDrawnPeer::OwnerDrawnPeer(PeerContext& context, OwnerDrawn& drawn, QWidget&
     is_stale_ = true;
     RequestFrame();
   });
+  Follow(drawn_.DragAway, [this](DragStep& step) { DragAway(step); });
+  Follow(drawn_.Owner()->DefaultButton.Changed, [this] { Lend(); });
+  if (auto* container = dynamic_cast<OwnerDrawn*>(drawn_.Parent())) {
+    Follow(container->LookChanged, [this] { Lend(); });
+  }
   Adopt(widget_);
+  Lend();
   FollowAccessKey();
+}
+
+OwnerDrawnPeer::~OwnerDrawnPeer() {
+  Report([this] { drawn_.OnLent({}); });
+}
+
+AmbientLook OwnerDrawnPeer::AmbientOfContainer() const {
+  const auto* container = dynamic_cast<const OwnerDrawn*>(drawn_.Parent());
+  if (const auto lent = container == nullptr ? std::nullopt : container->LendsToContents()) {
+    return *lent;
+  }
+  const QPalette& palette = widget_->parentWidget()->palette();
+  return {.name = {},
+          .font = {},
+          .back = ToColor(palette.color(QPalette::Window)),
+          .fore = ToColor(palette.color(QPalette::WindowText))};
+}
+
+// Its own drawing, without the controls on it.
+Raster OwnerDrawnPeer::CopyOfContainer() const {
+  const int scale = ScaleOf(widget_->devicePixelRatioF());
+  QImage copy(widget_->size() * scale, kPixelFormat);
+  copy.setDevicePixelRatio(scale);
+  copy.fill(Qt::transparent);
+  widget_->parentWidget()->render(&copy, {}, widget_->geometry(), QWidget::DrawWindowBackground);
+  Raster raster{.width = copy.width(), .height = copy.height(), .pixels = {}};
+  for (int y = 0; y < copy.height(); ++y) {
+    const auto* row = reinterpret_cast<const std::uint32_t*>(copy.constScanLine(y));
+    raster.pixels.insert(raster.pixels.end(), row, row + copy.width());
+  }
+  return raster;
+}
+
+void OwnerDrawnPeer::Lend() {
+  widget_->setAcceptDrops(drawn_.TakesDrops());
+  // A control has no native window of its own here.
+  const LentByHost lent{.native_window = widget_->effectiveWinId(),
+                        .native_surface = 0,
+                        .ambient = AmbientOfContainer(),
+                        .is_default = drawn_.Owner()->DefaultButton.Get() == &drawn_,
+                        .copy_of_container = [this] { return CopyOfContainer(); },
+                        .boxes = &context_.boxes};
+  Report([&] { drawn_.OnLent(lent); });
+}
+
+void OwnerDrawnPeer::DragAway(DragStep& step) {
+  auto* drag = new QDrag(widget_);
+  auto* data = new QMimeData;
+  data->setText(ToQt(step.data));
+  drag->setMimeData(data);
+  step.effect = EffectOf(drag->exec(Qt::CopyAction | Qt::MoveAction));
 }
 
 QString OwnerDrawnPeer::OwnName() const {
@@ -145,6 +262,7 @@ QString OwnerDrawnPeer::OwnName() const {
 
 void OwnerDrawnPeer::OnFrame() {
   FollowAccessKey();
+  widget_->setAcceptDrops(drawn_.TakesDrops());
   UpdateName();
   widget_->update();
   const AccessibleState state = drawn_.StateForReaders();
@@ -172,7 +290,7 @@ void OwnerDrawnPeer::Resize(QSize size) {
 }
 
 const QImage& OwnerDrawnPeer::Picture(qreal pixel_ratio) {
-  const int scale = std::max(1, static_cast<int>(std::ceil(pixel_ratio)));
+  const int scale = ScaleOf(pixel_ratio);
   if (!is_stale_ && picture_.devicePixelRatio() == scale) return picture_;
   is_stale_ = false;
   Canvas canvas({widget_->width(), widget_->height()}, scale);

@@ -15,6 +15,7 @@ class DrawnWidget;
 class OwnerDrawnPeer final : public Peer {
  public:
   OwnerDrawnPeer(PeerContext& context, OwnerDrawn& drawn, QWidget& parent);
+  ~OwnerDrawnPeer() override;
 
   QString OwnName() const override;
   void OnFrame() override;
@@ -25,6 +26,8 @@ class OwnerDrawnPeer final : public Peer {
   /// pixel, which may be a fraction.
   const QImage& Picture(qreal pixel_ratio);
   void Resize(QSize size);
+  /// Lends the control what it stands on.
+  void Lend();
   void Tell(const std::function<void()>& deed) { Report(deed); }
 
  protected:
@@ -32,6 +35,9 @@ class OwnerDrawnPeer final : public Peer {
 
  private:
   void FollowAccessKey();
+  AmbientLook AmbientOfContainer() const;
+  Raster CopyOfContainer() const;
+  void DragAway(DragStep& step);
 
   OwnerDrawn& drawn_;
   DrawnWidget* widget_ = nullptr;

@@ -2,6 +2,8 @@
 
 #include <QFocusEvent>
 
+#include "platform/owner_drawn.h"
+#include "platform/qt/peers/picture_box_peer.h"
 #include "platform/qt/qt_text.h"
 #include "platform/window.h"
 
@@ -35,11 +37,19 @@ Key ToKey(int key) {
   }
 }
 
+// Of Tab and Delete, which have one in Qt, none is typed.
+char32_t ToCharacter(const QKeyEvent& event) {
+  const QList<uint> typed = event.text().toUcs4();
+  const bool types = !typed.isEmpty() && typed.front() != '\t' && event.key() != Qt::Key_Delete;
+  return types ? static_cast<char32_t>(typed.front()) : U'\0';
+}
+
 }  // namespace
 
 KeyPress ToKeyPress(const QKeyEvent& event) {
   const Qt::KeyboardModifiers held = event.modifiers();
   return {.key = ToKey(event.key()),
+          .character = ToCharacter(event),
           .shift = held.testFlag(Qt::ShiftModifier),
           .control = held.testFlag(Qt::ControlModifier),
           .alt = held.testFlag(Qt::AltModifier)};
@@ -83,6 +93,7 @@ void Peer::Adopt(QWidget* widget) {
   Follow(record_.Visible.Changed, [this] { widget_->setVisible(record_.Visible); });
   Follow(record_.Enabled.Changed, [this] { widget_->setEnabled(record_.Enabled); });
   Follow(record_.Pointer.Changed, [this] { UpdatePointer(); });
+  Follow(record_.PointerPicture.Changed, [this] { UpdatePointer(); });
   Follow(record_.AccessibleName.Changed, [this] { UpdateName(); });
   Follow(record_.ToolTip.Changed, [this] {
     widget_->setToolTip(ToShown(record_.ToolTip.Get()));
@@ -109,6 +120,9 @@ void Peer::UpdatePointer() {
       break;
     case PointerShape::kHand:
       widget_->setCursor(Qt::PointingHandCursor);
+      break;
+    case PointerShape::kPicture:
+      widget_->setCursor(QCursor(ToPixmap(record_.PointerPicture, 1)));
       break;
   }
 }
@@ -157,8 +171,22 @@ void Peer::ReportFocus(QFocusEvent& event, bool has_focus) {
 bool Peer::ReportKey(QKeyEvent& event) {
   KeyEvent key{.press = ToKeyPress(event)};
   Report([&] { record_.Owner()->KeyDown.Emit(key); });
+  if (!key.handled && key.press.key == Key::kEnter) key.handled = PressDefaultButton();
   if (key.handled) event.accept();
   return key.handled;
+}
+
+// Enter belongs to a field of many lines, and to a button that has the focus.
+bool Peer::PressDefaultButton() {
+  auto* button = dynamic_cast<OwnerDrawn*>(record_.Owner()->DefaultButton.Get());
+  const auto* field = dynamic_cast<const TextBox*>(&record_);
+  const auto* drawn = dynamic_cast<const OwnerDrawn*>(&record_);
+  const bool wants_enter =
+      (field != nullptr && field->Kind == TextKind::kMemo) ||
+      (drawn != nullptr && drawn->AccessibleKind() == OwnerDrawn::Kind::kButton);
+  if (button == nullptr || wants_enter || !Window::IsReachable(*button)) return false;
+  Report([button] { button->Press(); });
+  return true;
 }
 
 }  // namespace tarnvale

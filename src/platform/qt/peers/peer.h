@@ -13,6 +13,7 @@
 #include "base/signal.h"
 #include "platform/controls.h"
 #include "platform/files.h"
+#include "platform/message_boxes.h"
 #include "platform/qt/frame_clock.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_text_painter.h"
@@ -25,6 +26,7 @@ struct PeerContext {
   FrameClock& frames;
   QtTextPainter& text;
   FileSystem& files;
+  MessageBoxes& boxes;
   /// An absolute native path in the program's path language; empty when no path
   /// can tell it.
   std::function<Path(const std::string& native)> program_path;
@@ -89,6 +91,7 @@ class Peer : public QObject, public FrameClient {
   void ReportFocus(QFocusEvent& event, bool has_focus);
   bool ReportKey(QKeyEvent& event);
   bool IsPressRefused();
+  bool PressDefaultButton();
   void UpdatePointer();
 
   Control& record_;
