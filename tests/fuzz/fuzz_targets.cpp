@@ -84,7 +84,7 @@ std::optional<std::string> FirstItem(const std::string& text) {
 // Takes the first line off a text.
 std::string TakeLine(std::string& text) {
   const std::size_t end = std::min(text.find('\n'), text.size());
-  const std::string line = text.substr(0, end);
+  std::string line = text.substr(0, end);
   text.erase(0, end + 1);
   return line;
 }
