@@ -15,10 +15,10 @@ struct Statement {
 };
 
 constexpr Statement kStatements[] = {
-    {On::kFiles, "Length"},         {On::kFiles, "Attributes"},   {On::kFiles, "CopyWhole"},
-    {On::kFiles, "SetAttributes"},  {On::kFiles, "CreateFolder"}, {On::kFiles, "OpenFolder"},
-    {On::kFiles, "CopyEntry"},      {On::kFiles, "CopyTree"},     {On::kFiles, "BeginFlush"},
-    {On::kOpenFiles, "OpenOutput"}, {On::kOpenFiles, "Write"},    {On::kOpenFiles, "Close"},
+    {On::kFiles, "Length"},       {On::kFiles, "Attributes"}, {On::kFiles, "CopyWhole"},
+    {On::kFiles, "CreateFolder"}, {On::kFiles, "OpenFolder"}, {On::kFiles, "CopyEntry"},
+    {On::kFiles, "CopyTree"},     {On::kFiles, "BeginFlush"}, {On::kOpenFiles, "OpenOutput"},
+    {On::kOpenFiles, "Write"},    {On::kOpenFiles, "Close"},
 };
 
 constexpr int kNumbers[] = {5, 6, 9, 13, 52, 53, 55, 57, 61, 70, 71, 75, 76};
@@ -33,6 +33,7 @@ class FailingStatementTest : public RunFixture, public ::testing::WithParamInter
     engine.stages.SendReport = [this](const RunFacts&) { deeds.push_back("report"); };
     AddFile("C:\\Src\\a.txt", "a");
     machine.files.Write("C:\\Src\\Work\\w.txt", "w");
+    machine.files.Write("C:\\Src\\Work\\Sub\\s.txt", "s");
     machine.files.Write("C:\\Backup\\Work\\old.txt", "old");
     Add("C:\\Src\\Work\\*+++++*");
     Add("C:\\Src\\New\\*+++++*");
@@ -44,6 +45,11 @@ class FailingStatementTest : public RunFixture, public ::testing::WithParamInter
 
   void ExpectSuccess() {
     Run();
+    const Statement& statement = std::get<0>(GetParam());
+    const ScriptedFailures& reached = statement.on == On::kFiles
+                                          ? static_cast<const ScriptedFailures&>(machine.files)
+                                          : machine.open_files;
+    EXPECT_GT(reached.CallsOf(statement.function), 0);
     EXPECT_EQ(Status(), "Success >> Copied 3 Items, 11:00 To 11:00 On 3/14/2008.");
     EXPECT_THAT(machine.boxes.Shown(), IsEmpty());
     EXPECT_FALSE(engine.backup.Failures().NotedNumber().has_value());
@@ -60,13 +66,27 @@ TEST_P(FailingStatementTest, IsPassedOverInIncrementalMode) {
   ExpectSuccess();
 }
 
+std::string NameOfCase(const ::testing::TestParamInfo<Case>& test) {
+  return std::string(std::get<0>(test.param).function) + std::to_string(std::get<1>(test.param));
+}
+
 INSTANTIATE_TEST_SUITE_P(Statements, FailingStatementTest,
                          ::testing::Combine(::testing::ValuesIn(kStatements),
                                             ::testing::ValuesIn(kNumbers)),
-                         [](const auto& test) {
-                           return std::string(std::get<0>(test.param).function) +
-                                  std::to_string(std::get<1>(test.param));
-                         });
+                         NameOfCase);
+
+class FailingIncrementalStatementTest : public FailingStatementTest {};
+
+TEST_P(FailingIncrementalStatementTest, IsPassedOver) {
+  engine.settings.BackupMode.Incremental = true;
+  ExpectSuccess();
+}
+
+INSTANTIATE_TEST_SUITE_P(Statements, FailingIncrementalStatementTest,
+                         ::testing::Combine(::testing::Values(Statement{On::kFiles,
+                                                                        "SetAttributes"}),
+                                            ::testing::ValuesIn(kNumbers)),
+                         NameOfCase);
 
 class RunFailureTest : public RunFixture {};
 
