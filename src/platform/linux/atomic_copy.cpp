@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
@@ -182,7 +183,7 @@ void AtomicCopy::CopyNamed(const Source& source, const CopyTarget& target) {
 }
 
 void AtomicCopy::CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target) {
-  std::vector<char> text(static_cast<std::size_t>(info.st_size) + 4097);
+  std::array<char, PATH_MAX> text{};
   const ssize_t length = ::readlinkat(source.folder_fd, source.path, text.data(), text.size() - 1);
   if (length < 0) RaiseNative(errno, Attempt::kChange);
   text[static_cast<std::size_t>(length)] = '\0';
