@@ -18,7 +18,6 @@
 #include "platform/curl/curl_ftp_transport.h"
 #include "platform/linux/linux_host.h"
 #include "platform/qt/qt_event_loop.h"
-#include "platform/qt/qt_socket_watcher.h"
 
 namespace {
 
@@ -43,8 +42,7 @@ int Upload(char** argv) {
       (std::filesystem::temp_directory_path() / "tarnvale-bench-state").string();
   tarnvale::LinuxHost host(surroundings);
   tarnvale::QtEventLoop loop;
-  tarnvale::QtSocketWatcher watcher(loop);
-  tarnvale::CurlFtpTransport transport(loop, watcher, host.transfer_files);
+  tarnvale::CurlFtpTransport transport(loop, host.transfer_files);
   std::int32_t error = 0;
   transport.StateChanged.Listen([&](tarnvale::TransportState state) {
     if (state == tarnvale::TransportState::kError) error = transport.ResponseCode();

@@ -9,7 +9,7 @@ DesktopMachine::DesktopMachine(int& argc, char** argv)
                {.to_program = [this](const std::string& native) { return system_.PathOf(native); },
                 .to_native = [this](const Path& path) { return system_.NativeOf(path); }}),
       sockets_(desktop_.Loop(), desktop_.Sockets()),
-      ftp_(desktop_.Loop(), desktop_.Sockets(), system_.transfer_files),
+      ftp_(desktop_.Loop(), system_.transfer_files),
       machine_{system_.Parts(),
                {desktop_.Loop(), desktop_.Boxes(), desktop_.Surroundings(), desktop_.Windows(),
                 desktop_.Dialogs(), desktop_.Tray(), sockets_, ftp_}} {}

@@ -29,7 +29,8 @@ class EventLoop {
   /// Whether Quit was called. A wait for what may never come ends then.
   virtual bool IsEnding() const = 0;
 
-  /// Calls `job` from the loop, after the present event.
+  /// Calls `job` from the loop, after the present event. May be called from any
+  /// thread.
   virtual void Post(std::function<void()> job) = 0;
 
   /// The timers of the program. The host calls its RunDue in every pass.

@@ -22,12 +22,28 @@ void ManualLoop::OnYield(int n, std::function<void()> action) {
   yield_actions_.emplace(yield_count_ + n, std::move(action));
 }
 
+void ManualLoop::Post(std::function<void()> job) {
+  const std::lock_guard lock(jobs_mutex_);
+  jobs_.push_back(std::move(job));
+}
+
+std::size_t ManualLoop::JobCount() {
+  const std::lock_guard lock(jobs_mutex_);
+  return jobs_.size();
+}
+
 // Only the jobs that are there at the start: what they post comes later.
 bool ManualLoop::RunJobs() {
-  const std::size_t count = jobs_.size();
-  for (std::size_t i = 0; i < count && !jobs_.empty(); ++i) {
-    const std::function<void()> job = std::move(jobs_.front());
-    jobs_.pop_front();
+  const std::size_t count = JobCount();
+  for (std::size_t i = 0; i < count; ++i) {
+    std::function<void()> job;
+    {
+      const std::lock_guard lock(jobs_mutex_);
+      // A job may have yielded and so run those behind it.
+      if (jobs_.empty()) break;
+      job = std::move(jobs_.front());
+      jobs_.pop_front();
+    }
     Deliver(job);
   }
   return count > 0;
@@ -46,7 +62,7 @@ void ManualLoop::Yield() {
 }
 
 void ManualLoop::WaitPass() {
-  const bool pending = !jobs_.empty();
+  const bool pending = JobCount() > 0;
   Yield();
   if (!pending) Advance(std::chrono::milliseconds(10));
 }
@@ -57,7 +73,9 @@ void ManualLoop::Pass() {
   while (RunJobs()) {
     if (++passes < kMostPasses) continue;
     ADD_FAILURE() << "a posted job posts itself for ever";
+    const std::lock_guard lock(jobs_mutex_);
     jobs_.clear();
+    break;
   }
   timers_.RunDue();
 }
@@ -84,7 +102,7 @@ int ManualLoop::Run() {
     Pass();
     if (quit_code_) break;
     const auto due = timers_.NextDue();
-    if (!due && jobs_.empty()) {
+    if (!due && JobCount() == 0) {
       ADD_FAILURE() << "the loop waits for ever: no job, no timer, no Quit";
       return -1;
     }

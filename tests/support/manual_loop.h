@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <optional>
 
 #include "platform/event_loop.h"
@@ -29,7 +30,7 @@ class ManualLoop : public EventLoop {
   int Run() override;
   void Quit(int code) override { quit_code_ = code; }
   bool IsEnding() const override { return quit_code_.has_value(); }
-  void Post(std::function<void()> job) override { jobs_.push_back(std::move(job)); }
+  void Post(std::function<void()> job) override;
   TimerQueue& Timers() override { return timers_; }
 
   /// Moves the time: runs due timers in the order of their due moments, the
@@ -45,12 +46,14 @@ class ManualLoop : public EventLoop {
   std::optional<int> QuitCode() const { return quit_code_; }
 
  private:
+  std::size_t JobCount();
   bool RunJobs();
   void Pass();
   void MoveTo(std::chrono::nanoseconds uptime);
 
   FakeClock& clock_;
   TimerQueue timers_;
+  std::mutex jobs_mutex_;
   std::deque<std::function<void()>> jobs_;
   std::multimap<int, std::function<void()>> yield_actions_;
   int yield_count_ = 0;

@@ -1,6 +1,8 @@
-// The request: how it starts and ends, and what is told of it.
 #include "platform/curl/curl_ftp_transport.h"
 
+#include <algorithm>
+#include <chrono>
+#include <optional>
 #include <utility>
 
 #include "base/failure.h"
@@ -11,46 +13,44 @@ namespace {
 constexpr const char* kSource = "FtpTransport";
 constexpr const char* kAnonymousUser = "anonymous";
 constexpr const char* kAnonymousPassword = "anonymous@";
+constexpr int kLookMs = 100;
+// A dropped session is gone at once, unless the system holds it up.
+constexpr std::chrono::milliseconds kFarewell{300};
 
-std::int32_t CodeOfLocal(int number, FtpVerb verb) {
-  switch (number) {
-    case kFileNotFound:
-      return kTransferFileNotFound;
-    case kPathNotFound:
-      return kTransferPathNotFound;
-    case kPermissionDenied:
-    case kPathFileAccess:
-      return kTransferAccessDenied;
-    case kDiskFull:
-      return kTransferDiskFull;
-    default:
-      return verb == FtpVerb::kUpload ? kTransferReadFault : kTransferWriteFault;
-  }
+constexpr const char* kBlanks = " \t\r\n";
+
+// None for what can't be a host with or without a port, whether there is such a
+// host or not.
+std::optional<std::string> ServerUrl(const std::string& text) {
+  const auto first = text.find_first_not_of(kBlanks);
+  if (first == std::string::npos) return std::nullopt;
+  std::string host = text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+  if (host.find_first_of(" \t\r\n/\\@?#\"") != std::string::npos) return std::nullopt;
+  const bool is_bare_ipv6 = host.front() != '[' && std::count(host.begin(), host.end(), ':') > 1;
+  if (is_bare_ipv6) host = "[" + host + "]";
+  const std::unique_ptr<CURLU, void (*)(CURLU*)> url(curl_url(), &curl_url_cleanup);
+  const std::string server = "ftp://" + host;
+  if (curl_url_set(url.get(), CURLUPART_URL, server.c_str(), 0) != CURLUE_OK) return std::nullopt;
+  return server;
+}
+
+bool IsEnd(TransportState state) {
+  return state == TransportState::kError || state == TransportState::kResponseCompleted;
 }
 
 }  // namespace
 
-CurlFtpTransport::CurlFtpTransport(EventLoop& loop, SocketWatcher& watcher, TransferFiles& files)
-    : loop_(loop),
-      watcher_(watcher),
-      files_(files),
-      start_(watcher.NewAlarm([this] {
-        Start();
-        DeliverTold();
-      })),
-      silence_(
-          watcher, [this] { return data_ && data_->Moved(); },
-          [this] {
-            Fail(kTransferTimeOut, Afterwards::kDropConnection);
-            DeliverTold();
-          }),
-      connector_(watcher, [this] {
-        OnConnectorMoved();
-        DeliverTold();
-      }) {}
+CurlFtpTransport::CurlFtpTransport(EventLoop& loop, TransferFiles& files, FtpPatience patience)
+    : loop_(loop), files_(files), patience_(patience), look_(loop.Timers(), kLookMs, false) {
+  static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
+  static_cast<void>(ready);
+  look_.Tick.Listen([this] { Look(); });
+}
 
 CurlFtpTransport::~CurlFtpTransport() {
   Cancel();
+  const auto limit = std::chrono::steady_clock::now() + kFarewell;
+  for (const std::future<void>& thread : leaving_) thread.wait_until(limit);
 }
 
 void CurlFtpTransport::SetProtocol(TransferProtocol protocol) {
@@ -63,122 +63,85 @@ void CurlFtpTransport::SetRequestTimeout(std::int32_t seconds) {
 }
 
 void CurlFtpTransport::Cancel() {
-  start_->Clear();
-  told_.clear();
-  Rest();
-  CloseControl();
+  DropSession();
   busy_ = false;
 }
 
 void CurlFtpTransport::Execute(const std::string& command) {
   if (busy_) throw ProgramError(kStillExecuting, kSource, "Still executing last request");
-  auto parsed = ParseFtpCommand(command);
-  const auto address = ParseHostAddress(host_);
-  if (!parsed || !address || !Connector::IsHost(address->host, address->port)) {
-    throw ProgramError(kMalformedCommand, kSource, "Malformed request");
-  }
-  command_ = std::move(*parsed);
-  login_ = LoginFor(*address);
+  const auto parsed = ParseFtpCommand(command);
+  auto server = ServerUrl(host_);
+  if (!parsed || !server) throw ProgramError(kMalformedCommand, kSource, "Malformed request");
+  FtpLogin login = LoginAt(std::move(*server));
+  if (session_ && session_->Login() != login) DropSession();
+  if (!session_) StartSession(std::move(login));
+  verb_ = parsed->verb;
   response_code_ = kTransferNoError;
   busy_ = true;
-  start_->Set(std::chrono::milliseconds(0));
+  Start(*parsed);
 }
 
-CurlFtpTransport::Login CurlFtpTransport::LoginFor(const HostAddress& address) const {
-  if (!user_.empty()) return {address, user_, password_};
-  return {address, kAnonymousUser, password_.empty() ? kAnonymousPassword : password_};
+FtpLogin CurlFtpTransport::LoginAt(std::string server) const {
+  if (!user_.empty()) return {std::move(server), user_, password_};
+  return {std::move(server), kAnonymousUser, password_.empty() ? kAnonymousPassword : password_};
 }
 
-void CurlFtpTransport::Start() {
-  silence_.Begin(timeout_s_);
-  const bool outdated = control_ && (session_login_ != login_ || control_->IsStale());
-  if (outdated) CloseControl();
-  if (command_.verb == FtpVerb::kClose) {
-    if (!control_) return Succeed();
-    return Send("QUIT", Phase::kQuit);
-  }
+void CurlFtpTransport::StartSession(FtpLogin login) {
+  session_ = std::make_shared<FtpSession>(
+      loop_, std::move(login), patience_,
+      [this](TransportState state, std::int32_t code) { OnTold(state, code); });
+}
+
+void CurlFtpTransport::DropSession() {
+  look_.Enabled = false;
+  if (!session_) return;
+  std::erase_if(leaving_, [](const std::future<void>& thread) {
+    return thread.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+  });
+  std::future<void> thread = session_->Drop();
+  if (thread.valid()) leaving_.push_back(std::move(thread));
+  session_.reset();
+}
+
+// What can't be started is told as everything that goes wrong later.
+void CurlFtpTransport::Start(const FtpCommand& command) {
+  const FtpLogin& login = session_->Login();
+  const auto fail = [this](std::int32_t code) { session_->Tell(TransportState::kError, code); };
+  if (!FitsOneLine(login.user)) return fail(kTransferWrongUserName);
+  if (!FitsOneLine(login.password)) return fail(kTransferWrongPassword);
+  FtpRequest request{.verb = command.verb, .remote = command.remote, .silence_s = timeout_s_};
   try {
-    OpenLocalFile();
+    if (verb_ == FtpVerb::kUpload) request.source = files_.OpenSource(command.local);
+    if (verb_ == FtpVerb::kDownload) request.target = files_.OpenTarget(command.local);
   } catch (const ProgramError& error) {
-    return FailLocally(error, Afterwards::kKeepConnection);
+    return fail(TransferErrorOf(error, verb_));
   }
-  if (control_) {
-    AskForData();
-  } else {
-    Connect();
-  }
+  look_.Enabled = true;
+  session_->Begin(std::move(request));
 }
 
-void CurlFtpTransport::OpenLocalFile() {
-  data_began_ = data_ended_ = data_broke_ = confirmed_ = false;
-  switch (command_.verb) {
-    case FtpVerb::kUpload:
-      data_ = MakeUpload(files_.OpenSource(command_.local));
-      break;
-    case FtpVerb::kDownload:
-      data_ = MakeDownload(files_.OpenTarget(command_.local));
-      break;
-    default:
-      data_ = MakeListing();
-      break;
-  }
+void CurlFtpTransport::Look() {
+  if (session_->IsAlive()) return;
+  FtpLogin login = session_->Login();
+  DropSession();
+  StartSession(std::move(login));
+  session_->Tell(TransportState::kError, kTransferTimeOut);
 }
 
-void CurlFtpTransport::Succeed() {
-  Rest();
-  Tell(TransportState::kResponseCompleted);
-}
-
-void CurlFtpTransport::Fail(std::int32_t code, Afterwards afterwards) {
-  Rest();
-  if (afterwards == Afterwards::kDropConnection) CloseControl();
-  Tell(TransportState::kError, code);
-}
-
-void CurlFtpTransport::FailLocally(const ProgramError& error, Afterwards afterwards) {
-  Fail(CodeOfLocal(error.Number(), command_.verb), afterwards);
-}
-
-// Ends whatever the request has open but the control connection.
-void CurlFtpTransport::Rest() {
-  silence_.Stop();
-  connector_.Abandon();
-  data_watch_.reset();
-  // Regularly closed, an upload that broke off would look whole.
-  if (data_ && !data_ended_) data_->Abort();
-  data_.reset();
-  if (control_watch_) control_watch_->Want({});
-  phase_ = Phase::kResting;
-}
-
-void CurlFtpTransport::Tell(TransportState state, std::int32_t code) {
-  told_.push_back({state, code});
-  last_queued_ = state;
-}
-
-void CurlFtpTransport::TellReceiving() {
-  if (last_queued_ != TransportState::kReceivingResponse) {
-    Tell(TransportState::kReceivingResponse);
-  }
-}
-
-// Tells what has been queued. The last thing that a handler does: a listener may
-// cancel, execute, or wait in a loop of its own, in which this runs again.
-void CurlFtpTransport::DeliverTold() {
-  while (!told_.empty()) {
-    const Told told = told_.front();
-    told_.pop_front();
-    if (told.state == TransportState::kError) response_code_ = told.code;
-    if (told.state == TransportState::kError || told.state == TransportState::kResponseCompleted) {
-      busy_ = false;
+void CurlFtpTransport::OnTold(TransportState state, std::int32_t code) {
+  if (IsEnd(state)) {
+    look_.Enabled = false;
+    try {
+      session_->CloseFile(state == TransportState::kResponseCompleted);
+    } catch (const ProgramError& error) {
+      state = TransportState::kError;
+      code = TransferErrorOf(error, verb_);
     }
-    loop_.Deliver([&] { StateChanged.Emit(told.state); });
+    if (verb_ == FtpVerb::kClose) DropSession();
+    if (state == TransportState::kError) response_code_ = code;
+    busy_ = false;
   }
-}
-
-void CurlFtpTransport::CloseControl() {
-  control_watch_.reset();
-  control_.reset();
+  StateChanged.Emit(state);
 }
 
 }  // namespace tarnvale

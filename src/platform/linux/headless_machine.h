@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -37,9 +38,7 @@ class IdleLoop : public EventLoop {
     const std::chrono::nanoseconds now = Now();
     if (now - last_pass_ < kPassInterval) return;
     last_pass_ = now;
-    for (std::deque<std::function<void()>> jobs = std::exchange(jobs_, {}); auto& job : jobs) {
-      Deliver(job);
-    }
+    for (auto jobs = TakeJobs(); auto& job : jobs) Deliver(job);
     timers_.RunDue();
   }
   void WaitPass() override {
@@ -49,7 +48,10 @@ class IdleLoop : public EventLoop {
   int Run() override { return 0; }
   void Quit(int) override {}
   bool IsEnding() const override { return false; }
-  void Post(std::function<void()> job) override { jobs_.push_back(std::move(job)); }
+  void Post(std::function<void()> job) override {
+    const std::lock_guard lock(jobs_mutex_);
+    jobs_.push_back(std::move(job));
+  }
   TimerQueue& Timers() override { return timers_; }
 
  private:
@@ -57,8 +59,14 @@ class IdleLoop : public EventLoop {
     return std::chrono::steady_clock::now().time_since_epoch();
   }
 
+  std::deque<std::function<void()>> TakeJobs() {
+    const std::lock_guard lock(jobs_mutex_);
+    return std::exchange(jobs_, {});
+  }
+
   TimerQueue timers_;
   std::vector<std::unique_ptr<Timer>> ticking_;
+  std::mutex jobs_mutex_;
   std::deque<std::function<void()>> jobs_;
   std::chrono::nanoseconds last_pass_{};
 };

@@ -28,7 +28,6 @@ class QtEventLoop final : public EventLoop {
   /// coming Run return at once.
   void Quit(int code) override;
   bool IsEnding() const override { return quit_code_.has_value(); }
-  /// May be called from any thread.
   void Post(std::function<void()> job) override;
 
   /// How many loops are running within each other; 1 outside of all handlers that

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <fstream>
 #include <thread>
 
@@ -37,7 +38,8 @@ gid_t GroupOfSessions() {
 
 }  // namespace
 
-FtpServer::FtpServer(int port) : port_(port == 0 ? FreeLoopbackPort() : port) {
+FtpServer::FtpServer(int port, Encryption encryption)
+    : encryption_(encryption), port_(port == 0 ? FreeLoopbackPort() : port) {
   fs::create_directory(Home());
   // The sessions' user must get there; the server wants its list of users hidden.
   fs::permissions(folder_ / ".", fs::perms::owner_all | fs::perms::others_exec);
@@ -77,6 +79,25 @@ void FtpServer::WriteConfiguration() const {
        << "AuthUserFile " << std::string(folder_ / "users") << "\nAuthOrder mod_auth_file.c\n"
        << "RequireValidShell off\nUseReverseDNS off\nDelayEngine off\nAllowOverwrite on\n";
   if (::geteuid() == 0) file << "DefaultRoot ~\n";
+  if (encryption_ == Encryption::kNone) return;
+  MakeCertificate();
+  const std::string certificate = folder_ / "certificate";
+  file << "LoadModule mod_tls.c\nTLSEngine on\nTLSLog none\n"
+       << "TLSRSACertificateFile " << certificate << "\n"
+       << "TLSRSACertificateKeyFile " << certificate << "\n"
+       << "TLSRequired " << (encryption_ == Encryption::kDemanded ? "on" : "off") << "\n";
+}
+
+// Nobody vouches for it, and it is another host's.
+void FtpServer::MakeCertificate() const {
+  const std::string certificate = folder_ / "certificate";
+  const std::string command =
+      "openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=another.example"
+      " -keyout '" +
+      certificate + "' -out '" + certificate + ".public' >'" + certificate + ".log' 2>&1" +
+      " && cat '" + certificate + ".public' >>'" + certificate + "'";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  fs::permissions(certificate, fs::perms::owner_read | fs::perms::owner_write);
 }
 
 void FtpServer::Launch() {

@@ -15,8 +15,11 @@ inline constexpr const char* kServerPassword = "open sesame";
 
 class FtpServer {
  public:
+  /// What it does about encryption.
+  enum class Encryption { kNone, kOffered, kDemanded };
+
   /// Starts it on a port, 0 for a free one, and waits until it answers.
-  explicit FtpServer(int port = 0);
+  explicit FtpServer(int port = 0, Encryption encryption = Encryption::kNone);
   FtpServer(const FtpServer&) = delete;
   FtpServer& operator=(const FtpServer&) = delete;
   ~FtpServer();
@@ -34,10 +37,12 @@ class FtpServer {
  private:
   void WriteUsers() const;
   void WriteConfiguration() const;
+  void MakeCertificate() const;
   void Launch();
   bool WaitUntilItAnswers() const;
 
   TemporaryFolder folder_;
+  Encryption encryption_;
   int port_ = 0;
   pid_t process_ = 0;
   bool answers_ = false;

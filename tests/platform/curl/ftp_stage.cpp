@@ -15,12 +15,7 @@ double Seconds(std::chrono::steady_clock::duration time) {
 
 FtpStage::FtpStage() {
   loop.Fault.Listen([](const ProgramError& error) { ADD_FAILURE() << error.what(); });
-  transport->StateChanged.Listen([this](TransportState state) {
-    told.push_back(static_cast<int>(state));
-    if (state == TransportState::kError) {
-      EXPECT_NE(transport->ResponseCode(), kTransferNoError);
-    }
-  });
+  SetPatience({});
   pulse_.Tick.Listen([this] {
     const auto now = Clock::now();
     worst_gap_ = std::max(worst_gap_, Seconds(now - last_pulse_));
@@ -29,6 +24,16 @@ FtpStage::FtpStage() {
 }
 
 FtpStage::~FtpStage() = default;
+
+void FtpStage::SetPatience(const FtpPatience& patience) {
+  transport = std::make_unique<CurlFtpTransport>(loop, host->transfer_files, patience);
+  transport->StateChanged.Listen([this](TransportState state) {
+    told.push_back(static_cast<int>(state));
+    if (state == TransportState::kError) {
+      EXPECT_NE(transport->ResponseCode(), kTransferNoError);
+    }
+  });
+}
 
 void FtpStage::Configure(const std::string& address, const std::string& user,
                          const std::string& password, int limit_s) {

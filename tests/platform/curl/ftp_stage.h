@@ -10,7 +10,6 @@
 
 #include "platform/curl/curl_ftp_transport.h"
 #include "platform/qt/qt_event_loop.h"
-#include "platform/qt/qt_socket_watcher.h"
 #include "platform/timer.h"
 #include "tests/hosts/linux_stage.h"
 
@@ -23,6 +22,11 @@ struct FtpRun {
   double seconds = 0;
 };
 
+/// More than the systems at both ends hold, if many.
+inline std::string Megabytes(std::size_t count) {
+  return std::string(count * 1000000, 'x');
+}
+
 class FtpStage : public LinuxStage {
  protected:
   FtpStage();
@@ -32,6 +36,9 @@ class FtpStage : public LinuxStage {
   void Configure(const std::string& host, const std::string& user, const std::string& password,
                  int limit_s = 10);
   void Configure(int port, int limit_s = 10);
+
+  /// A new client, with this patience.
+  void SetPatience(const FtpPatience& patience);
 
   /// Executes a command and waits for its end.
   FtpRun Run(const std::string& command);
@@ -47,9 +54,7 @@ class FtpStage : public LinuxStage {
 
   std::unique_ptr<LinuxHost> host = std::make_unique<LinuxHost>(surroundings);
   QtEventLoop loop;
-  QtSocketWatcher watcher{loop};
-  std::unique_ptr<CurlFtpTransport> transport =
-      std::make_unique<CurlFtpTransport>(loop, watcher, host->transfer_files);
+  std::unique_ptr<CurlFtpTransport> transport;
   /// All that was told since the last command began.
   std::vector<int> told;
 

@@ -18,17 +18,24 @@ sockaddr_in Loopback(int port) {
 
 }  // namespace
 
-int ListenOnLoopback(int port) {
+int ListenOnLoopback(int port, int queue) {
   const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   const int yes = 1;
   ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
   const sockaddr_in address = Loopback(port);
   const auto* generic = reinterpret_cast<const sockaddr*>(&address);
-  if (::bind(listener, generic, sizeof address) == 0 && ::listen(listener, 8) == 0) {
+  if (::bind(listener, generic, sizeof address) == 0 && ::listen(listener, queue) == 0) {
     return listener;
   }
   ::close(listener);
   return -1;
+}
+
+int BeginToConnect(int port) {
+  const int client = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  const sockaddr_in address = Loopback(port);
+  static_cast<void>(::connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address));
+  return client;
 }
 
 int PortOf(int socket) {

@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 
@@ -18,6 +19,7 @@ Talk::Talk(ScriptedServer& server, int socket) : server_(server), socket_(socket
 Talk::~Talk() {
   CloseData();
   if (data_listener_ >= 0) server_.Drop(data_listener_);
+  for (const int socket : silent_) ::close(socket);
   server_.Drop(socket_);
 }
 
@@ -32,6 +34,22 @@ bool Talk::Send(int socket, const std::string& bytes) {
 }
 
 std::string Talk::Hear() {
+  for (;;) {
+    std::string line = HearAny();
+    if (line.starts_with("AUTH ")) {
+      Say("502 no\r\n");
+    } else if (line == "PWD") {
+      Say("257 \"/\"\r\n");
+    } else if (line.starts_with("TYPE ")) {
+      Say("200 so be it\r\n");
+    } else {
+      if (!line.empty()) server_.Note(line);
+      return line;
+    }
+  }
+}
+
+std::string Talk::HearAny() {
   while (heard_.find('\n') == std::string::npos) {
     std::array<char, 4096> bytes{};
     const ssize_t got = ::recv(socket_, bytes.data(), bytes.size(), 0);
@@ -42,7 +60,6 @@ std::string Talk::Hear() {
   std::string line = heard_.substr(0, end);
   heard_.erase(0, end + 1);
   if (!line.empty() && line.back() == '\r') line.pop_back();
-  server_.Note(line);
   return line;
 }
 
@@ -52,10 +69,13 @@ void Talk::Hang() {
 
 void Talk::SendForever(int socket, const std::string& bytes, int interval_ms) {
   while (Send(socket, bytes)) {
-    // The client's hanging up ends this wait.
-    pollfd client{.fd = socket_, .events = POLLRDHUP, .revents = 0};
-    if (::poll(&client, 1, interval_ms) != 0) return;
+    if (HangsUpWithin(interval_ms)) return;
   }
+}
+
+bool Talk::HangsUpWithin(int wait_ms) {
+  pollfd client{.fd = socket_, .events = POLLRDHUP, .revents = 0};
+  return ::poll(&client, 1, wait_ms) != 0;
 }
 
 void Talk::SayForever(const std::string& bytes, int interval_ms) {
@@ -72,8 +92,6 @@ void Talk::LogIn() {
   Say("331 password\r\n");
   Hear();
   Say("230 in\r\n");
-  Hear();
-  Say("200 binary\r\n");
 }
 
 int Talk::DataPort() {
@@ -82,6 +100,14 @@ int Talk::DataPort() {
     server_.Keep(data_listener_);
   }
   return PortOf(data_listener_);
+}
+
+// A queue that is full takes no more knocks.
+int Talk::SilentDataPort() {
+  const int listener = ListenOnLoopback(0, 0);
+  silent_.push_back(listener);
+  for (int i = 0; i < 4; ++i) silent_.push_back(BeginToConnect(PortOf(listener)));
+  return PortOf(listener);
 }
 
 std::string Talk::EnterPassive() {
@@ -94,9 +120,9 @@ std::string Talk::AnswerPassive(const std::string& reply) {
   return Hear();
 }
 
-void Talk::AcceptData(int held_bytes) {
+void Talk::AcceptData(int held_bytes, const std::string& words) {
   CloseData();
-  Say("150 here it comes\r\n");
+  Say(words + "\r\n");
   data_ = ::accept(data_listener_, nullptr, nullptr);
   if (data_ < 0) return;
   server_.Keep(data_);
@@ -109,12 +135,19 @@ std::string Talk::ReceiveData(std::size_t most) {
   std::string received;
   std::array<char, 65536> bytes{};
   while (received.size() < most) {
-    const ssize_t got = ::recv(data_, bytes.data(), bytes.size(), 0);
+    const std::size_t wanted = std::min(bytes.size(), most - received.size());
+    const ssize_t got = ::recv(data_, bytes.data(), wanted, 0);
     data_reset_ = got < 0;
     if (got <= 0) break;
     received.append(bytes.data(), static_cast<std::size_t>(got));
   }
   return received;
+}
+
+void Talk::ReceiveDataByByte(int interval_ms) {
+  while (!ReceiveData(1).empty()) {
+    if (HangsUpWithin(interval_ms)) return;
+  }
 }
 
 void Talk::CloseData() {

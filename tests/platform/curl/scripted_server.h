@@ -24,14 +24,18 @@ class Talk {
 
   /// False when nobody is there any more.
   bool Say(const std::string& bytes) { return Send(socket_, bytes); }
-  /// The next line without its end; empty when the client hung up.
+  /// The next line without its end; empty when the client hung up. What is the
+  /// same in every conversation is answered and not heard: no encryption (AUTH),
+  /// the folder (PWD), the kind of data (TYPE).
   std::string Hear();
+  /// The next line, whatever it is.
+  std::string HearAny();
   /// Waits until the client hangs up.
   void Hang();
   /// Says the same again and again, at intervals, until the client hangs up.
   void SayForever(const std::string& bytes, int interval_ms);
 
-  /// Greets, and answers USER, PASS and TYPE.
+  /// Greets, and answers USER and PASS.
   void LogIn();
   /// Answers EPSV with the port of a data connection, and hears the command
   /// that follows.
@@ -39,13 +43,17 @@ class Talk {
   /// Answers EPSV with this text.
   std::string AnswerPassive(const std::string& reply);
   int DataPort();
-  /// Says "150" and takes the client's data connection. The system takes so many
+  /// Says this and takes the client's data connection. The system takes so many
   /// bytes that the script hasn't received; 0: as many as it likes.
-  void AcceptData(int held_bytes = 0);
+  void AcceptData(int held_bytes = 0, const std::string& words = "150 here it comes");
+  /// The port of a listener that answers nobody: neither yes nor no.
+  int SilentDataPort();
   bool SendData(const std::string& bytes) { return Send(data_, bytes); }
   void SendDataForever(const std::string& bytes, int interval_ms);
   /// Reads data up to the client's end, or so many bytes.
   std::string ReceiveData(std::size_t most = std::string::npos);
+  /// Takes one byte at each interval, until the client hangs up.
+  void ReceiveDataByByte(int interval_ms);
   /// The client ended its data with a reset.
   bool DataWereReset() const { return data_reset_; }
   void CloseData();
@@ -55,10 +63,12 @@ class Talk {
  private:
   bool Send(int socket, const std::string& bytes);
   void SendForever(int socket, const std::string& bytes, int interval_ms);
+  bool HangsUpWithin(int wait_ms);
 
   ScriptedServer& server_;
   int socket_;
   int data_listener_ = -1;
+  std::vector<int> silent_;
   int data_ = -1;
   bool data_reset_ = false;
   std::string heard_;
