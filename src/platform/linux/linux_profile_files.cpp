@@ -255,10 +255,10 @@ bool LinuxProfileFiles::Put(Profile& profile, const Place& place) {
     struct stat state {};
     std::string old;
     if (now.exists && ReadFile(now.Native(), state, old) && old == bytes) {
-      if ((now.info.st_mode & 07777) != kFileMode) {
-        ::fchmodat(AT_FDCWD, now.Native().c_str(), kFileMode, AT_SYMLINK_NOFOLLOW);
+      if ((now.info.st_mode & 07777) == kFileMode ||
+          ::fchmodat(AT_FDCWD, now.Native().c_str(), kFileMode, AT_SYMLINK_NOFOLLOW) == 0) {
+        return true;
       }
-      return true;
     }
     if (!WriteBeside(profile, now, bytes)) return false;
     const FolderLock lock(now.folder);
