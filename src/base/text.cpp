@@ -45,6 +45,15 @@ std::string FileNameOf(std::string_view path) {
   return last == std::string_view::npos ? std::string() : std::string(path.substr(last + 1));
 }
 
+std::string OneLine(std::string_view text) {
+  constexpr char kDelete = 0x7F;
+  std::string line(text);
+  std::replace_if(
+      line.begin(), line.end(),
+      [](char c) { return static_cast<unsigned char>(c) < ' ' || c == kDelete; }, '?');
+  return line;
+}
+
 int CountChar(std::string_view text, std::string_view character) {
   if (CountCharacters(character) != 1) return 0;
   int count = 0;

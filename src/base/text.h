@@ -25,6 +25,10 @@ std::string WithBackslash(std::string_view path);
 /// The text behind the last backslash; empty when there is none.
 std::string FileNameOf(std::string_view path);
 
+/// `text` as what it says on one line: each control character below a space, line
+/// ends and zero bytes among them, and the one behind "~" are "?".
+std::string OneLine(std::string_view text);
+
 /// How many times the one-character text `character` stands in `text`: 0 when
 /// `character` isn't exactly one character long.
 int CountChar(std::string_view text, std::string_view character);

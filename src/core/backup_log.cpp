@@ -1,5 +1,7 @@
 #include "core/backup_log.h"
 
+#include "base/text.h"
+
 namespace tarnvale {
 namespace {
 
@@ -12,11 +14,11 @@ void BackupLog::Open(const std::string& data_folder) {
 }
 
 void BackupLog::PrintLine(const std::string& text) {
-  machine_.open_files.Write(kLogFileNumber, text + "\r\n");
+  machine_.open_files.Write(kLogFileNumber, OneLine(text) + "\r\n");
 }
 
 void BackupLog::Print(const std::string& text) {
-  machine_.open_files.Write(kLogFileNumber, text);
+  machine_.open_files.Write(kLogFileNumber, OneLine(text));
 }
 
 void BackupLog::Close() {

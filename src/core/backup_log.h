@@ -9,7 +9,8 @@ namespace tarnvale {
 
 /// "Backup Log.txt" in the data folder, made anew at each run and held open
 /// under file number 1 until the run's last copy. Lines end in carriage return
-/// and line feed. Every call raises what the table of open files raises.
+/// and line feed; a name that holds line ends of its own is written without them
+/// (OneLine) and makes no lines. Every call raises what the table of open files raises.
 class BackupLog {
  public:
   explicit BackupLog(Machine& machine) : machine_(machine) {}

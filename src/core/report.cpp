@@ -1,6 +1,7 @@
 #include "core/report.h"
 
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace tarnvale {
 namespace {
@@ -23,10 +24,11 @@ std::string Stages(const BackupSettings& settings) {
   std::string text;
   const auto add_line = [&text](const std::string& line) { text += kLineEnd + line; };
   if (settings.AutoCompress) {
-    add_line(">> Backed Up Files Have Been Compressed To: " + settings.CompressDir.Get());
+    add_line(">> Backed Up Files Have Been Compressed To: " + OneLine(settings.CompressDir.Get()));
   }
   if (settings.AutoUpload) {
-    add_line(">> Compressed File Has Been Uploaded To Server: " + settings.FtpServer.Get());
+    add_line(">> Compressed File Has Been Uploaded To Server: " +
+             OneLine(settings.FtpServer.Get()));
   }
   if (!settings.AutoCompress) add_line(">> Compression Has Not Been Selected For Automation");
   if (!settings.AutoUpload) add_line(">> Server Upload Has Not Been Selected For Automation");

@@ -10,6 +10,7 @@
 namespace tarnvale {
 
 /// What the report of a run says; lines end in carriage return and line feed.
+/// A folder or a server with line ends in its name adds none (OneLine).
 /// Required: it is written from the plan. It tells of success, compression and
 /// upload whatever became of them, and its total counts single files only.
 std::string ReportText(Machine& machine, const BackupSettings& settings, const RunFacts& facts);

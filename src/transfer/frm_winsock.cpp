@@ -1,6 +1,9 @@
 #include "transfer/frm_winsock.h"
 
+#include <algorithm>
+
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace tarnvale {
 namespace {
@@ -9,6 +12,22 @@ namespace {
 constexpr std::uint16_t kPort = 25;
 
 constexpr double kPauseBeforeData = 0.5;
+
+constexpr const char* kLineEnd = "\r\n";
+
+// Chosen: a server that never stops talking costs no more than this. Real ones say
+// a few hundred bytes.
+constexpr std::size_t kMostOfServer = 65536;
+constexpr std::size_t kMostOfLog = 1 << 20;
+
+/// What stays of a log that is too long: half of what it may hold, so that it isn't
+/// cut at every line, from the start of a line where there is one. A log ends with
+/// a line end.
+std::string Latest(const std::string& log) {
+  const std::size_t cut = log.size() - kMostOfLog / 2;
+  const std::size_t line_end = log.find(kLineEnd, cut);
+  return log.substr(line_end + 2 < log.size() ? line_end + 2 : cut);
+}
 
 }  // namespace
 
@@ -24,15 +43,18 @@ frmWinsock::frmWinsock(Machine& machine, const BackupSettings& settings, const R
     txtData.Selection = TextSelection{txtData.Text.Get().size(), 0};
   });
   WireSocket();
-  Closed.Listen([this] { Winsock->Close(); });
+  Closed.Listen([this] {
+    Winsock->Close();
+    was_closed_ = true;
+  });
 }
 
 void frmWinsock::WireSocket() {
-  Winsock->Connected.Listen([this] { SmtpConversation(); });
-  Winsock->DataArrived.Listen([this](const std::string& bytes) {
-    last_reply_ = bytes;
-    Status(bytes);
+  Winsock->Connected.Listen([this] {
+    room_for_server_ = kMostOfServer;
+    SmtpConversation();
   });
+  Winsock->DataArrived.Listen([this](const std::string& bytes) { LogServer(bytes); });
   // Required: this end stays open, and a conversation goes on.
   Winsock->ClosedByPeer.Listen([this] { Status("<CONNECTION CLOSED>"); });
   Winsock->Failed.Listen([this](int number) {
@@ -40,30 +62,49 @@ void frmWinsock::WireSocket() {
   });
 }
 
+void frmWinsock::LogServer(const std::string& bytes) {
+  last_reply_ = bytes.substr(0, kMostOfServer);
+  if (room_for_server_ == 0) return;
+  const std::size_t count = std::min(bytes.size(), room_for_server_);
+  room_for_server_ -= count;
+  Status(bytes.substr(0, count));
+}
+
 void frmWinsock::StartSend() {
   Winsock->Connect(settings_.SmtpServer, kPort);
 }
 
-void frmWinsock::WinsockReady() {
-  machine_.loop.Yield();
-  while (last_reply_.empty() && !machine_.loop.IsEnding()) machine_.loop.WaitPass();
+bool frmWinsock::IsOver() const {
+  return was_closed_ || machine_.loop.IsEnding();
 }
 
-void frmWinsock::Pause(double seconds) {
+bool frmWinsock::WinsockReady() {
+  machine_.loop.Yield();
+  while (last_reply_.empty() && !IsOver()) machine_.loop.WaitPass();
+  return !IsOver();
+}
+
+bool frmWinsock::Pause(double seconds) {
   const auto start = static_cast<double>(RoundHalfEven(machine_.clock.SecondsSinceMidnight()));
   // Required: one that spans midnight lasts until the next day's same time.
-  while (machine_.clock.SecondsSinceMidnight() - start < seconds && !machine_.loop.IsEnding()) {
+  while (machine_.clock.SecondsSinceMidnight() - start < seconds && !IsOver()) {
     machine_.loop.WaitPass();
   }
+  return !IsOver();
 }
 
 void frmWinsock::Status(const std::string& text) {
-  txtData.Append(text + "\r\n");
+  txtData.Append(text + kLineEnd);
+  if (txtData.Text.Get().size() > kMostOfLog) txtData.Text = Latest(txtData.Text.Get());
 }
 
 void frmWinsock::SendData(const std::string& text) {
-  Winsock->Send(text + "\r\n");
+  Winsock->Send(text + kLineEnd);
   Status("> " + text);
+}
+
+void frmWinsock::SendCommand(const std::string& text) {
+  SendData(OneLine(text));
 }
 
 // Required: what the server answers changes nothing, and as LastReply is never
@@ -74,37 +115,38 @@ void frmWinsock::SmtpConversation() {
   const std::string subject = mail_.Subject;
   const std::string body = mail_.Body;
   Status("<CONNECTED>");
-  SendData("HELO x.x");
-  WinsockReady();
-  SendData("MAIL FROM: " + sender);
-  SendRecipients(recipients);
-  Pause(kPauseBeforeData);
-  SendMessage(subject, body);
+  SendCommand("HELO x.x");
+  if (!WinsockReady()) return;
+  SendCommand("MAIL FROM: " + sender);
+  if (!SendRecipients(recipients)) return;
+  if (!Pause(kPauseBeforeData)) return;
+  if (!SendMessage(subject, body)) return;
   Winsock->Close();
   Status("<CONNECTION CLOSED>");
 }
 
 // Required: an empty text, and nothing between two commas, make a line too.
-void frmWinsock::SendRecipients(std::string recipients) {
+bool frmWinsock::SendRecipients(std::string recipients) {
   if (!recipients.ends_with(',')) recipients += ',';
   std::size_t comma = recipients.find(',');
   while (comma != std::string::npos) {
-    WinsockReady();
-    SendData("RCPT TO: " + recipients.substr(0, comma));
+    if (!WinsockReady()) return false;
+    SendCommand("RCPT TO: " + recipients.substr(0, comma));
     recipients.erase(0, comma + 1);
     comma = recipients.find(',');
   }
+  return true;
 }
 
 // Required: no empty line behind the subject, and points aren't doubled.
-void frmWinsock::SendMessage(const std::string& subject, const std::string& body) {
-  SendData("DATA");
-  WinsockReady();
-  SendData("SUBJECT: " + subject);
-  WinsockReady();
+bool frmWinsock::SendMessage(const std::string& subject, const std::string& body) {
+  SendCommand("DATA");
+  if (!WinsockReady()) return false;
+  SendCommand("SUBJECT: " + subject);
+  if (!WinsockReady()) return false;
   SendData(body);
   SendData("\r\n\r\n.");
-  WinsockReady();
+  return WinsockReady();
 }
 
 }  // namespace tarnvale

@@ -17,7 +17,11 @@ namespace tarnvale {
 /// it went: what the server says is only logged.
 ///
 /// One of it is loaded at a time (WindowSlot): closing it closes the connection
-/// and unloads it. A conversation that waits goes on then, and reaches nobody.
+/// and unloads it. A conversation that waits then ends, as it does when the program
+/// ends: nothing more of it is sent.
+///
+/// The log keeps the first 64 KiB that a server says on one connection and, of all,
+/// the latest mebibyte at most.
 class frmWinsock : public Window {
  public:
   /// All must outlive the window. `last_reply` is LastReply, which stays when the
@@ -30,19 +34,20 @@ class frmWinsock : public Window {
   /// runs from the loop: what the mail says is read when the connection stands.
   void StartSend();
 
-  /// Waits, yielding once at least, until a server has ever said anything or the
-  /// program ends. Required: there is no time-out.
-  void WinsockReady();
+  /// Waits, yielding once at least, until a server has ever said anything. False
+  /// when the program ends or the window was closed: the conversation is over.
+  /// Required: there is no time-out.
+  bool WinsockReady();
 
-  /// Waits, yielding, by the clock that starts anew at midnight, at most until the
-  /// program ends. As the start is rounded, half a second lasts anything up to one,
+  /// Waits, yielding, by the clock that starts anew at midnight. False as with
+  /// WinsockReady. As the start is rounded, half a second lasts anything up to one,
   /// and what begins in a day's last half second never ends.
-  void Pause(double seconds);
+  bool Pause(double seconds);
 
   /// Adds a line to the log.
   void Status(const std::string& text);
 
-  /// Sends a line, and logs it.
+  /// Sends a text with a line end behind it, and logs it.
   void SendData(const std::string& text);
 
  private:
@@ -57,16 +62,23 @@ class frmWinsock : public Window {
 
  private:
   void WireSocket();
+  void LogServer(const std::string& bytes);
+  bool IsOver() const;
+  /// Sends what is one line, whatever was pasted into its parts.
+  void SendCommand(const std::string& text);
 
-  // The conversation, in the order in which it runs. Each yields.
+  // The conversation, in the order in which it runs. Each yields; false when the
+  // conversation is over.
   void SmtpConversation();
-  void SendRecipients(std::string recipients);
-  void SendMessage(const std::string& subject, const std::string& body);
+  bool SendRecipients(std::string recipients);
+  bool SendMessage(const std::string& subject, const std::string& body);
 
   Machine& machine_;
   const BackupSettings& settings_;
   const ReportMail& mail_;
   std::string& last_reply_;
+  std::size_t room_for_server_ = 0;  ///< of the connection, in the log
+  bool was_closed_ = false;
 };
 
 /// Gives the log its place.

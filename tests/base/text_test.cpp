@@ -23,6 +23,12 @@ TEST(TextTest, ABackslashIsAddedWhereThereIsNone) {
   EXPECT_EQ(WithBackslash(""), "\\");
 }
 
+TEST(TextTest, OneLineHasNoControlCharacters) {
+  EXPECT_EQ(OneLine("a\r\nb\tc\x1B[1m\x7F~ \xC3\xBC"), "a??b?c?[1m?~ \xC3\xBC");
+  EXPECT_EQ(OneLine(std::string_view("a\0b", 3)), "a?b");
+  EXPECT_EQ(OneLine(""), "");
+}
+
 TEST(TextTest, TheFileNameStandsBehindTheLastBackslash) {
   EXPECT_EQ(FileNameOf("C:\\Data\\a.txt"), "a.txt");
   EXPECT_EQ(FileNameOf("C:\\Data\\"), "");

@@ -96,6 +96,18 @@ TEST_F(BackupLogTest, AFolderOfManyFilesCountsAsOne) {
   EXPECT_THAT(Log(), ::testing::EndsWith(End(1)));
 }
 
+TEST_F(BackupLogTest, LineEndsInANameForgeNoLines) {
+  AddFile("C:\\Src\\a\r\nSuccess - Copied\x1B[2J", "a");
+  machine.files.MakeFolder("C:\\Src\\b\nc");
+  Add("C:\\Src\\b\nc\\*+++++*");
+  Run();
+  EXPECT_EQ(Log(), kBegin +
+                       std::string("C:\\Src\\a??Success - Copied?[2J -> "
+                                   "C:\\Backup\\a??Success - Copied?[2J, Backup Status: OK!"
+                                   "C:\\Src\\b?c -> C:\\Backup\\b?c, Backup Status: OK!") +
+                       End(2));
+}
+
 TEST_F(BackupLogTest, AFailedCopyIsLoggedAsOk) {
   AddFile("C:\\Src\\a.txt", "a");
   machine.files.FailNext("CopyWhole", 61);

@@ -1,6 +1,8 @@
 // What goes over the wire, and what the log says of it.
 #include "transfer/frm_winsock.h"
 
+#include <algorithm>
+
 #include "tests/transfer/frm_winsock_fixture.h"
 
 namespace tarnvale::testing {
@@ -91,6 +93,56 @@ TEST_F(FrmWinsockTest, ALoneStopInTheBodyEndsTheMessageEarlyAndTheRestGoesOutAsC
   ASSERT_NE(message_end, std::string::npos);
   EXPECT_THAT(sent.substr(0, message_end), ::testing::EndsWith("DATA\r\nSUBJECT: 0\r\nbefore"));
   EXPECT_EQ(sent.substr(message_end + end.size()), "after\r\n..two\r\n.three\r\n\r\n\r\n.\r\n");
+}
+
+TEST_F(FrmWinsockTest, LineEndsInAnAddressOrASubjectMakeNoCommands) {
+  settings.ReportTo = std::string("ann@home.example\r\nRCPT TO: eve@x\nDATA\0.", 39);
+  mail.Sender = "me@home.example\rQUIT";
+  mail.Subject = "0\r\n\r\n.\r\nRSET\t";
+  AnswerWith("220 ready\r\n", "250 ok\r\n");
+  Send();
+  EXPECT_EQ(Sent(),
+            "HELO x.x\r\n"
+            "MAIL FROM: me@home.example?QUIT\r\n"
+            "RCPT TO: ann@home.example??RCPT TO: eve@x?DATA?.\r\n"
+            "DATA\r\n"
+            "SUBJECT: 0????.??RSET?\r\n"
+            "All is well.\r\n\r\n\r\n.\r\n");
+}
+
+TEST_F(FrmWinsockTest, TheLogKeepsTheFirst64KiBThatAServerSaysOnAConnection) {
+  const std::string flood(100000, 'f');
+  server.on_connect = [&](FakeConnection& c) {
+    for (int i = 0; i < 50; ++i) c.Say(flood, std::chrono::milliseconds(i));
+  };
+  Send();
+  const std::string log = Log();
+  EXPECT_EQ(std::count(log.begin(), log.end(), 'f'), 65536);
+  EXPECT_THAT(log, ::testing::StartsWith("<CONNECTED>\r\n> HELO x.x\r\nffff"));
+  EXPECT_THAT(log, ::testing::EndsWith("<CONNECTION CLOSED>\r\n"));
+  EXPECT_LE(last_reply.size(), 65536U);
+  EXPECT_EQ(Sent(), whole_mail);
+}
+
+TEST_F(FrmWinsockTest, TheLogKeepsTheLatestMebibyteAndBeginsWithALine) {
+  const std::string line(98, 'x');
+  for (int i = 0; i < 30000; ++i) window->Status(line);
+  window->Status("the last");
+  EXPECT_LE(Log().size(), 1U << 20);
+  EXPECT_GE(Log().size(), 1U << 19);
+  EXPECT_TRUE(Log().starts_with(line + "\r\n"));
+  EXPECT_TRUE(Log().ends_with(line + "\r\nthe last\r\n"));
+  EXPECT_EQ(window->txtData.Selection.Get(), (TextSelection{Log().size(), 0}));
+}
+
+TEST_F(FrmWinsockTest, TheLogOfAnEnormousBodyKeepsTheEndOfIt) {
+  mail.Body = std::string(5'000'000, 'b');
+  AnswerWith("220 ready\r\n", "250 ok\r\n");
+  Send();
+  EXPECT_LE(Log().size(), 1U << 20);
+  EXPECT_THAT(Log(), ::testing::StartsWith("bbbb"));
+  EXPECT_THAT(Log(), ::testing::EndsWith("<CONNECTION CLOSED>\r\n"));
+  EXPECT_EQ(Sent().size(), whole_mail.size() - 12 + 5'000'000);
 }
 
 TEST_F(FrmWinsockTest, AnErrorReplyToEachCommandChangesNothing) {
