@@ -31,15 +31,16 @@ Program::Program(Machine& machine)
     : engine(machine),
       form(engine),
       Splash(machine, engine.settings, HooksOfSplash()),
-      Agreement(machine.windows, [this] { return Make<Accept>(HooksOfAgreement()); }),
+      Agreement(machine.loop, machine.windows, [this] { return Make<Accept>(HooksOfAgreement()); }),
       popups(engine, DrawProgramIcon),
-      Compressor(machine.windows, [this] { return MakeCompressor(); }),
-      Splitter(machine.windows, [this] { return Make<frmMain>(); }),
-      RegistryBackup(machine.windows, [this] { return Make<registry>(); }),
-      UserData(machine.windows, [this] { return Make<userdata>(); }),
-      Mailer(machine.windows,
+      Compressor(machine.loop, machine.windows, [this] { return MakeCompressor(); }),
+      Splitter(machine.loop, machine.windows, [this] { return Make<frmMain>(); }),
+      RegistryBackup(machine.loop, machine.windows, [this] { return Make<registry>(); }),
+      UserData(
+          machine.loop, machine.windows, [this] { return Make<userdata>(); }, WhenClosed::kHidden),
+      Mailer(machine.loop, machine.windows,
              [this] { return Make<frmWinsock>(engine.settings, engine.mail, last_reply_); }),
-      Transfer(machine.windows, [this] { return MakeTransfer(); }),
+      Transfer(machine.loop, machine.windows, [this] { return MakeTransfer(); }),
       machine_(machine) {
   machine.windows.Adopt(form);
   SetWindowIcon(Splash, "AAA");

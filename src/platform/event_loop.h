@@ -1,7 +1,9 @@
 // The event loop: the one thread's turn-taking.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <vector>
 
 #include "base/failure.h"
 #include "base/signal.h"
@@ -43,6 +45,37 @@ class EventLoop {
 
   /// Told of each error that left a handler. The program shows it.
   Signal<const ProgramError&> Fault;
+
+  /// The number of the handler that runs, counted from 1; 0 outside of all.
+  std::uint64_t RunningHandler() const { return running_.empty() ? 0 : running_.back(); }
+
+  /// How many passes and loops are within each other; 1 in one that no handler
+  /// waits for.
+  virtual int Nesting() const = 0;
+
+  /// Calls `job` from the loop as soon as nothing can know any more what was made
+  /// in handler `first` and is in nobody's hands from now on: none of the handlers
+  /// from `first` up to this call runs any more, and all that the host did around
+  /// them has returned too.
+  void AfterHandlersSince(std::uint64_t first, std::function<void()> job);
+
+ private:
+  struct Later {
+    std::uint64_t first;
+    std::uint64_t last;
+    int nesting;
+    std::function<void()> job;
+  };
+
+  void LookForLater(std::uint64_t ended);
+  bool MayRun(const Later& later) const;
+  void RunLater();
+
+  std::uint64_t begun_ = 0;
+  std::vector<std::uint64_t> running_;
+  std::vector<Later> later_;
+  bool is_look_posted_ = false;
+  std::uint64_t look_ = 0;  ///< the handler that looked last
 };
 
 }  // namespace tarnvale

@@ -129,12 +129,12 @@ class WindowHost {
   virtual ~WindowHost() = default;
 
   /// Mirrors a window from now on. Its placements, frame and menus must be
-  /// complete. The record must live until the loop has ended; the host may
-  /// outlive it and then doesn't touch it.
+  /// complete. The record must live until it is dropped or the loop has ended; the
+  /// host may outlive it and then doesn't touch it.
   virtual void Adopt(Window& window) = 0;
 
-  /// Takes the native window of an adopted one away, after the present event.
-  /// The record must live until the loop has ended, as if it were adopted still.
+  /// Deletes the native window of an adopted one, whose record may go then. To be
+  /// called when nothing of either runs any more (EventLoop::AfterHandlersSince).
   virtual void Drop(Window& window) = 0;
 
   /// Opens a menu at the pointer and returns when it has closed, the chosen

@@ -13,8 +13,10 @@ userdata::userdata(Machine& machine)
   WirePanels();
   WireOperations();
   Timer1.Tick.Listen([this] { FollowProfile(); });
-  // The record outlives its window: nothing may go on ticking in it.
-  Closed.Listen([this] { Timer1.Enabled = false; });
+  // Nobody sees its ticks while it is hidden.
+  const auto wake_while_seen = [this] { Timer1.WakesLoop = Visible.Get(); };
+  Visible.Changed.Listen(wake_while_seen);
+  wake_while_seen();
 }
 
 std::string userdata::Reg_Read(const std::string& path) {

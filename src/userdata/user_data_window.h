@@ -17,7 +17,7 @@
 
 namespace tarnvale {
 
-/// One of it is loaded at a time (WindowSlot): closing it unloads it. No
+/// One of it is made (WindowSlot); closing it hides it, and it stays as it is. No
 /// operation can be called off or tells a failure, and nothing locks the window
 /// while one runs.
 class userdata : public Window {

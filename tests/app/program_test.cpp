@@ -331,7 +331,7 @@ TEST_F(ProgramTest, WhatIsTypedIntoTheTransferWindowIsSavedWhenItIsClosed) {
               ::testing::AllOf(::testing::HasSubstr("Server=ftp.home"),
                                ::testing::HasSubstr("Password=s3cret")));
   machine.Advance(100ms);
-  EXPECT_NE(&p.Transfer.Get(), &first) << "the engine reads its status";
+  EXPECT_TRUE(p.Transfer.IsLoaded()) << "the engine reads its status";
   EXPECT_EQ(p.Transfer.Get().txtServer.Text.Get(), "ftp.home");
   EXPECT_FALSE(p.Transfer.Get().Visible);
 }
@@ -459,6 +459,64 @@ TEST_F(ProgramTest, AClosedToolIsMadeAnewByItsNextUse) {
   EXPECT_TRUE(p.Splitter.Get().Visible);
 }
 
+TEST_F(ProgramTest, AClosedToolIsDeletedWhenNothingOfItRuns) {
+  GivenWizard("1");
+  Program& p = Start();
+  const std::size_t before = machine.windows.Adopted().size();
+  for (int i = 0; i < 5; ++i) {
+    machine.loop.Post([&] { p.form.Label42.Clicked.Emit(); });
+    machine.Advance(1s);
+    EXPECT_EQ(machine.windows.Adopted().size(), before + 1);
+    machine.loop.Post([&] { p.Splitter.Get().Close(); });
+    machine.Advance(1s);
+    EXPECT_EQ(machine.windows.Adopted().size(), before);
+  }
+}
+
+// The mail server is silent, so a conversation waits all the while.
+TEST_F(MailTest, AClosedToolIsDeletedThoughAMailWaitsForItsServer) {
+  GivenSettings("False");
+  Program& p = Start();
+  server.on_connect = nullptr;
+  std::size_t before = 0;
+  std::size_t open = 0;
+  std::size_t closed = 0;
+  machine.loop.OnYield(100, [&] {
+    before = machine.windows.Adopted().size();
+    p.form.Label42.Clicked.Emit();
+    open = machine.windows.Adopted().size();
+  });
+  machine.loop.OnYield(200, [&] { p.Splitter.Get().Close(); });
+  machine.loop.OnYield(300, [&] {
+    closed = machine.windows.Adopted().size();
+    machine.loop.Quit(0);
+  });
+  p.form.Advanced.chameleonButton6.Click.Emit();
+  machine.Advance(1min);
+  EXPECT_EQ(open, before + 1);
+  EXPECT_EQ(closed, before);
+}
+
+TEST_F(ProgramTest, AToolThatIsClosedWhileItWorksIsDeletedBehindItsWork) {
+  GivenWizard("1");
+  machine.files.Write("C:\\Work\\a.bin", std::string(100000, 'a'));
+  Program& p = Start();
+  const std::size_t before = machine.windows.Adopted().size();
+  std::size_t during = 0;
+  machine.loop.Post([&] {
+    p.form.Label42.Clicked.Emit();
+    frmMain& tool = p.Splitter.Get();
+    // As a click would: the handler goes on while the window is closed in a pass.
+    machine.loop.Post([&] { p.Splitter.Get().Close(); });
+    for (int i = 0; i < 50; ++i) machine.loop.WaitPass();
+    during = machine.windows.Adopted().size();
+    tool.Caption = "still there";
+  });
+  machine.Advance(1s);
+  EXPECT_EQ(during, before + 1);
+  EXPECT_EQ(machine.windows.Adopted().size(), before);
+}
+
 TEST_F(ProgramTest, TheRegistryWindowOpensFromTheTaskPanelAndTheMenu) {
   GivenWizard("1");
   Program& p = Start();
@@ -484,10 +542,25 @@ TEST_F(ProgramTest, TheUserDataWindowOpensFromTheTaskPanelAndTheMenuAndKnowsItsP
   EXPECT_FALSE(first.Icon.Get().empty());
   machine.Advance(500ms);
   EXPECT_EQ(first.Text5.Text.Get(), "C:\\Documents and Settings\\ann\\Favorites");
-  first.Close();
-  EXPECT_FALSE(p.UserData.IsLoaded());
   p.form.mnudata.Clicked.Emit();
   EXPECT_TRUE(p.UserData.Get().Visible);
+}
+
+TEST_F(ProgramTest, AClosedUserDataWindowStaysLoadedAsItIs) {
+  GivenWizard("1");
+  Program& p = Start();
+  p.form.Label34.Clicked.Emit();
+  userdata& window = p.UserData.Get();
+  window.Label30.Clicked.Emit();
+  window.Text21.Text = "D:\\Typed";
+  window.Close();
+  machine.Advance(1min);
+  EXPECT_TRUE(p.UserData.IsLoaded());
+  EXPECT_FALSE(window.Visible);
+  p.form.Label34.Clicked.Emit();
+  EXPECT_EQ(&p.UserData.Get(), &window);
+  EXPECT_TRUE(window.Visible);
+  EXPECT_EQ(window.Text21.Text.Get(), "D:\\Typed");
 }
 
 }  // namespace

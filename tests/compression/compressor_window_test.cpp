@@ -145,7 +145,7 @@ TEST_F(CompressorWindowTest, QuittingClosesItAndStopsItsTimer) {
 }
 
 TEST_F(CompressorWindowTest, TheNextUseAfterQuittingIsANewInstanceWithItsDesignText) {
-  WindowSlot<compression> slot(machine.windows, [this] {
+  WindowSlot<compression> slot(machine.loop, machine.windows, [this] {
     return std::make_unique<compression>(machine.Interfaces(), settings);
   });
   machine.Advance(200ms);

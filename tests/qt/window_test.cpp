@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "platform/timer.h"
+#include "platform/window_slot.h"
 #include "tests/qt/qt_fixture.h"
 
 namespace tarnvale {
@@ -269,42 +270,43 @@ TEST_F(QtWindows, ALinkOfAPopupIsClickedWithoutTheFocus) {
   EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(QtWindows, AWindowThatWasDroppedJustNowGoesWithItsHost) {
-  auto other =
-      std::make_unique<QtWindowHost>(loop, files, [](const std::string& native) { return native; });
-  Window dropped;
-  TextBox box(TextKind::kMemo);
-  dropped.ClientSize = {100, 100};
-  dropped.Place({{&box, nullptr, {10, 10, 80, 80}}});
-  other->Adopt(dropped);
-  dropped.Show();
-  ASSERT_TRUE(WaitFor([&] { return other->NativeOf(dropped)->isVisible(); }));
-  const QPointer<QtWindow> native = other->NativeOf(dropped);
-  other->Drop(dropped);
-  EXPECT_FALSE(native.isNull()) << "an event of its own may be under way";
-  other.reset();
-  EXPECT_TRUE(native.isNull());
-}
+class SlotWindow : public Window {
+ public:
+  SlotWindow() {
+    ClientSize = {100, 100};
+    Place({{&box, nullptr, {10, 10, 80, 80}}});
+  }
+  TextBox box{TextKind::kMemo};
+};
 
-TEST_F(QtWindows, AWindowThatWasDroppedGoesWhenNoHandlerIsUnderWay) {
-  Window dropped;
-  dropped.ClientSize = {100, 100};
-  host.Adopt(dropped);
-  dropped.Show();
-  ASSERT_TRUE(WaitFor([&] { return host.NativeOf(dropped)->isVisible(); }));
-  const QPointer<QtWindow> native = host.NativeOf(dropped);
+TEST_F(QtWindows, AClosedWindowOfASlotGoesWithItsNativeOneWhenNoHandlerOfItRuns) {
+  WindowSlot<SlotWindow> slot(loop, host, [] { return std::make_unique<SlotWindow>(); });
+  QPointer<QtWindow> native;
   bool lived_through_the_handler = false;
   Timer timer(loop.Timers(), 10, true);
   timer.Tick.Listen([&] {
     timer.Enabled = false;
-    host.Drop(dropped);
+    slot.Show();
+    native = host.NativeOf(slot.Get());
+    ASSERT_TRUE(WaitFor([&] { return native->isVisible(); }));
+    slot.Get().Close();
     QElapsedTimer since;
     since.start();
-    while (since.elapsed() < 600) loop.WaitPass();
-    lived_through_the_handler = !native.isNull();
+    while (since.elapsed() < 300) loop.WaitPass();
+    lived_through_the_handler = !native.isNull() && !native->isVisible();
   });
-  EXPECT_TRUE(WaitFor([&] { return native.isNull(); }));
+  EXPECT_TRUE(WaitFor([&] { return !timer.Enabled && native.isNull(); }));
   EXPECT_TRUE(lived_through_the_handler);
+}
+
+TEST_F(QtWindows, AWindowThatIsClosedByItsCrossGoesAsWell) {
+  WindowSlot<SlotWindow> slot(loop, host, [] { return std::make_unique<SlotWindow>(); });
+  slot.Show();
+  const QPointer<QtWindow> native = host.NativeOf(slot.Get());
+  ASSERT_TRUE(WaitFor([&] { return native->isVisible(); }));
+  native->close();
+  EXPECT_TRUE(WaitFor([&] { return native.isNull(); }));
+  EXPECT_FALSE(slot.IsLoaded());
 }
 
 TEST_F(QtWindows, AClickIntoAWindowThatIsNotActiveIsNotLost) {

@@ -89,7 +89,7 @@ TEST_F(FrmMainTest, QuitClosesTheWindowAndStopsItsTimer) {
 }
 
 TEST_F(FrmMainTest, TheNextUseMakesItAnew) {
-  WindowSlot<frmMain> slot(machine.windows,
+  WindowSlot<frmMain> slot(machine.loop, machine.windows,
                            [&] { return std::make_unique<frmMain>(machine.Interfaces()); });
   slot.Get().txtSFName.Text = "C:\\in\\a.tvz";
   slot.Get().Text3.Text = "C:\\out";

@@ -11,6 +11,14 @@ namespace {
 // moment are taken for that.
 constexpr int kMostPasses = 10000;
 
+struct Deeper {
+  explicit Deeper(int& passes) : passes_(passes) { ++passes_; }
+  Deeper(const Deeper&) = delete;
+  Deeper& operator=(const Deeper&) = delete;
+  ~Deeper() { --passes_; }
+  int& passes_;
+};
+
 }  // namespace
 
 ManualLoop::ManualLoop(FakeClock& clock)
@@ -50,6 +58,7 @@ bool ManualLoop::RunJobs() {
 }
 
 void ManualLoop::Yield() {
+  const Deeper pass(passes_);
   const int present = ++yield_count_;
   RunJobs();
   timers_.RunDue();
@@ -69,6 +78,7 @@ void ManualLoop::WaitPass() {
 
 // Everything that can happen without time moving on.
 void ManualLoop::Pass() {
+  const Deeper pass(passes_);
   int passes = 0;
   while (RunJobs()) {
     if (++passes < kMostPasses) continue;

@@ -30,6 +30,7 @@ class ManualLoop : public EventLoop {
   int Run() override;
   void Quit(int code) override { quit_code_ = code; }
   bool IsEnding() const override { return quit_code_.has_value(); }
+  int Nesting() const override { return passes_; }
   void Post(std::function<void()> job) override;
   TimerQueue& Timers() override { return timers_; }
 
@@ -57,6 +58,7 @@ class ManualLoop : public EventLoop {
   std::deque<std::function<void()>> jobs_;
   std::multimap<int, std::function<void()>> yield_actions_;
   int yield_count_ = 0;
+  int passes_ = 0;
   std::optional<int> quit_code_;
 };
 

@@ -136,7 +136,7 @@ TEST_F(FtpWindowTest, AClosedWindowTicksNoMoreAndHearsNothing) {
 }
 
 TEST_F(FtpWindowTest, ANewWindowAfterAClosedOneHasTheSettingsAndTheDesignState) {
-  WindowSlot<Main> slot(machine.windows,
+  WindowSlot<Main> slot(machine.loop, machine.windows,
                         [this] { return std::make_unique<Main>(machine.Interfaces(), settings); });
   Main& first = slot.Get();
   window.Close();

@@ -246,16 +246,24 @@ TEST_F(UserDataTest, AnApplicationThatThisSystemKeepsElsewhereIsTakenFromThere) 
   EXPECT_EQ(window.Text3.Text.Get(), profile + "\\Application Data\\Thunderbird");
 }
 
-TEST_F(UserDataTest, AClosedWindowTicksNoMoreAndIsMadeAnew) {
-  WindowSlot<userdata> slot(machine.windows,
-                            [&] { return std::make_unique<userdata>(machine.Interfaces()); });
+TEST_F(UserDataTest, AClosedWindowStaysAsItIs) {
+  WindowSlot<userdata> slot(
+      machine.loop, machine.windows,
+      [&] { return std::make_unique<userdata>(machine.Interfaces()); }, WhenClosed::kHidden);
   slot.Show();
-  userdata& first = slot.Get();
-  first.Text14.Text = folder;
-  first.Close();
+  slot.Get().Text14.Text = folder;
+  slot.Get().Close();
   Tick();
-  EXPECT_EQ(first.Text1.Text.Get(), "");
-  EXPECT_EQ(slot.Get().Text14.Text.Get(), "");
+  EXPECT_TRUE(slot.IsLoaded());
+  EXPECT_EQ(slot.Get().Text14.Text.Get(), folder);
+}
+
+TEST_F(UserDataTest, AHiddenWindowWakesNobody) {
+  EXPECT_FALSE(window.Timer1.WakesLoop);
+  window.Show();
+  EXPECT_TRUE(window.Timer1.WakesLoop);
+  window.Close();
+  EXPECT_FALSE(window.Timer1.WakesLoop);
 }
 
 }  // namespace

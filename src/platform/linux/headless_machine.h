@@ -48,6 +48,7 @@ class IdleLoop : public EventLoop {
   int Run() override { return 0; }
   void Quit(int) override {}
   bool IsEnding() const override { return false; }
+  int Nesting() const override { return 1; }
   void Post(std::function<void()> job) override {
     const std::lock_guard lock(jobs_mutex_);
     jobs_.push_back(std::move(job));

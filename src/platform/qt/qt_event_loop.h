@@ -30,9 +30,7 @@ class QtEventLoop final : public EventLoop {
   bool IsEnding() const override { return quit_code_.has_value(); }
   void Post(std::function<void()> job) override;
 
-  /// How many loops are running within each other; 1 outside of all handlers that
-  /// yield or wait.
-  int Nesting() const;
+  int Nesting() const override;
   TimerQueue& Timers() override { return timers_; }
 
  private:

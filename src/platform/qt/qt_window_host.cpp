@@ -8,13 +8,6 @@
 #include "platform/qt/qt_menus.h"
 
 namespace tarnvale {
-namespace {
-
-/// How often it is tried to delete dropped windows, while there are any.
-constexpr int kSweepMs = 200;
-
-}  // namespace
-
 QtWindowHost::QtWindowHost(QtEventLoop& loop, FileSystem& files,
                            std::function<Path(const std::string& native)> program_path)
     : context_{.loop = loop,
@@ -23,8 +16,6 @@ QtWindowHost::QtWindowHost(QtEventLoop& loop, FileSystem& files,
                .files = files,
                .boxes = boxes_,
                .program_path = std::move(program_path)} {
-  sweep_.setInterval(kSweepMs);
-  QObject::connect(&sweep_, &QTimer::timeout, &receiver_, [this] { SweepDropped(); });
   subscriptions_.push_back(desktop_.Pointer.Changed.Subscribe([this] { ShowPointer(); }));
   QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &receiver_,
                    [this](Qt::ApplicationState state) {
@@ -41,20 +32,8 @@ void QtWindowHost::Adopt(Window& window) {
 }
 
 void QtWindowHost::Drop(Window& window) {
-  const auto found = std::find_if(windows_.begin(), windows_.end(),
-                                  [&](const auto& native) { return &native->Record() == &window; });
-  if (found == windows_.end()) return;
-  (*found)->hide();
-  dropped_.push_back(std::move(*found));
-  sweep_.start();
-  windows_.erase(found);
+  std::erase_if(windows_, [&](const auto& native) { return &native->Record() == &window; });
   if (desktop_.ActiveWindow.Get() == &window) desktop_.ActiveWindow = nullptr;
-}
-
-void QtWindowHost::SweepDropped() {
-  if (context_.loop.Nesting() > 1) return;
-  sweep_.stop();
-  dropped_.clear();
 }
 
 QtWindow* QtWindowHost::NativeOf(const Window& window) const {

@@ -3,7 +3,6 @@
 
 #include <QCursor>
 #include <QObject>
-#include <QTimer>
 
 #include <memory>
 #include <vector>
@@ -39,7 +38,6 @@ class QtWindowHost final : public WindowHost {
  private:
   void ShowPointer();
   void ForgetActiveWindow();
-  void SweepDropped();
 
   QtTextPainter text_;
   FrameClock frames_;
@@ -47,11 +45,6 @@ class QtWindowHost final : public WindowHost {
   PeerContext context_;
   Desktop desktop_;
   std::vector<std::unique_ptr<QtWindow>> windows_;
-  /// Hidden for good, to be deleted as soon as no event can be under way that
-  /// knows them: Qt keeps plain pointers to windows while it hands the focus on,
-  /// and a handler may yield then.
-  std::vector<std::unique_ptr<QtWindow>> dropped_;
-  QTimer sweep_;
   std::vector<Subscription> subscriptions_;
   QObject receiver_;
   bool shows_hourglass_ = false;
