@@ -86,5 +86,13 @@ TEST(FixedSeedTest, AnySettingsFileIsLoadedChangedAndSaved) {
       3000, FuzzSettings);
 }
 
+TEST(FixedSeedTest, AnyMailServerGetsTheMailOrItsBeginning) {
+  const Bytes greets_and_ends{2, 4, 3, '2', '2', '0', 8, 1, 4, 2, 'o', 'k', 3, 11, 255, 11, 255, 9};
+  const Bytes resets_late{1, 12, 5, '2', '2', '0', '\r', '\n', 1, 0x2A};
+  const Bytes floods{3, 3, 255, 3, 255, 11, 255, 3, 3, 255, 3, 255, 3, 255};
+  RunSeeds({greets_and_ends, resets_late, floods, BytesOf("\2\4\6hello \1\14\4more\3\4\1x")}, 1500,
+           FuzzMailServer);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

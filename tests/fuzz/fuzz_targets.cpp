@@ -14,6 +14,7 @@
 #include "tests/hosts/native_files.h"
 #include "tests/hosts/temporary_folder.h"
 #include "tests/support/fake_machine.h"
+#include "transfer/frm_winsock.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -32,6 +33,56 @@ Bytes WithMark(std::span<const std::uint8_t> bytes) {
     std::copy(mark.begin(), mark.end(), stream.begin());
   }
   return stream;
+}
+
+// A server that follows the bytes: the first of each step says what it does and
+// when, the next how many of those behind it are said.
+class ScriptedMailServer {
+ public:
+  ScriptedMailServer(FakeServer& server, std::span<const std::uint8_t> script) : script_(script) {
+    server.on_connect = [this](FakeConnection& c) { Follow(c); };
+    server.on_bytes = [this](FakeConnection& c, const std::string&) { Follow(c); };
+  }
+
+ private:
+  std::uint8_t Next() {
+    if (script_.empty()) return 0;
+    const std::uint8_t byte = script_.front();
+    script_ = script_.subspan(1);
+    return byte;
+  }
+
+  void Follow(FakeConnection& connection) {
+    for (int steps = Next() % 4; steps > 0 && !script_.empty(); --steps) {
+      const std::uint8_t what = Next();
+      const std::chrono::milliseconds when(what / 8 * 20);
+      switch (what % 8) {
+        case 0:
+          connection.EndSending(when);
+          break;
+        case 1:
+          connection.HangUp(when);
+          break;
+        case 2:
+          connection.Reset(when);
+          break;
+        case 3:
+          connection.Say(std::string(1000 * std::size_t{Next()}, 'f'), when);
+          break;
+        default:
+          const auto said = script_.first(std::min<std::size_t>(Next(), script_.size()));
+          connection.Say(std::string(said.begin(), said.end()), when);
+          script_ = script_.subspan(said.size());
+      }
+    }
+  }
+
+  std::span<const std::uint8_t> script_;
+};
+
+void RequireWithinLimits(const frmWinsock& window, const std::string& last_reply) {
+  Require(window.txtData.Text.Get().size() <= (1U << 20), "the log is larger than a mebibyte");
+  Require(last_reply.size() <= 65536, "the last reply is larger than 64 KiB");
 }
 
 }  // namespace
@@ -141,6 +192,34 @@ void FuzzSettings(std::span<const std::uint8_t> bytes) {
   Require(settings.DataFolder.Get() == "C:\\Data", "the data folder is another one");
   Require(machine.files.Content("C:\\Data\\Tarnvale.ini") == text, "a load wrote something");
   store.SaveChanges();
+}
+
+void FuzzMailServer(std::span<const std::uint8_t> bytes) {
+  const std::string mail_bytes =
+      "HELO x.x\r\nMAIL FROM: report@site.example\r\nRCPT TO: a@x\r\nRCPT TO: b@x\r\n"
+      "DATA\r\nSUBJECT: 0\r\nAll is well.\r\n\r\n\r\n.\r\n";
+  FakeMachine machine;
+  FakeServer& server = machine.network.AddServer("mail.example", 25);
+  ScriptedMailServer scripted(server, bytes);
+  BackupSettings settings;
+  settings.SmtpServer = "mail.example";
+  settings.ReportTo = "a@x,b@x";
+  ReportMail mail;
+  mail.Sender = "report@site.example";
+  mail.Body = "All is well.";
+  std::string last_reply;
+  frmWinsock window(machine.Interfaces(), settings, mail, last_reply);
+  // A silent server's conversation ends with the program.
+  Timer leaving(machine.loop.Timers(), 20000, true);
+  leaving.Tick.Listen([&] { machine.loop.Quit(0); });
+  for (int i = 0; i < 3; ++i) {
+    window.StartSend();
+    machine.Advance(6s);
+    RequireWithinLimits(window, last_reply);
+  }
+  for (std::size_t i = 0; i < server.ConnectionCount(); ++i) {
+    Require(mail_bytes.starts_with(server.Connection(i).Text()), "something else was sent");
+  }
 }
 
 }  // namespace tarnvale::testing

@@ -23,4 +23,9 @@ void FuzzPointerFile(std::span<const std::uint8_t> bytes);
 /// changes. Three lines in front of it are a section, a key and a new value.
 void FuzzSettings(std::span<const std::uint8_t> bytes);
 
+/// Sends mails to a server that says the bytes, in pieces and at moments that they
+/// decide, and may end, hang up or reset in between: what the program sends is the
+/// mail or the beginning of it, and it keeps no more than it is allowed.
+void FuzzMailServer(std::span<const std::uint8_t> bytes);
+
 }  // namespace tarnvale::testing
