@@ -1,9 +1,10 @@
 // A Linux desktop as one machine.
 #pragma once
 
+#include <optional>
+
 #include "platform/curl/curl_ftp_transport.h"
 #include "platform/linux/linux_host.h"
-#include "platform/linux/linux_sockets.h"
 #include "platform/linux/paths.h"
 #include "platform/machine.h"
 #include "platform/qt/qt_host.h"
@@ -19,15 +20,20 @@ class DesktopMachine {
   DesktopMachine& operator=(const DesktopMachine&) = delete;
 
   Machine& Parts() { return machine_; }
+
+  /// Writes what files are still to get and ends the process, and waits for no
+  /// server. A regular end would wait for a name server that doesn't answer,
+  /// unseen, and the next start would find another instance.
+  [[noreturn]] void EndProcess(int status);
+
   /// Between the program's paths and the system's.
   const DrivePaths& Drive() const { return drive_; }
 
  private:
   const DrivePaths drive_{"/"};
-  LinuxHost system_;
+  std::optional<LinuxHost> system_{std::in_place};
   QtHost desktop_;
-  LinuxSockets sockets_;
-  CurlFtpTransport ftp_;
+  std::optional<CurlFtpTransport> ftp_;
   Machine machine_;
 };
 

@@ -7,5 +7,6 @@ int main(int argc, char** argv) {
   tarnvale::RaiseOutOfMemory();
   tarnvale::DesktopMachine machine(argc, argv);
   tarnvale::ShowFaults(machine.Parts());
-  return tarnvale::Program(machine.Parts()).Run();
+  const int status = tarnvale::Program(machine.Parts()).Run();
+  machine.EndProcess(status);
 }

@@ -1,6 +1,7 @@
 // Client sockets.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -41,6 +42,9 @@ enum class SocketState {
   kFailed,
 };
 
+/// The most that one DataArrived reports: what a server floods waits at its own end.
+inline constexpr std::size_t kMostBytesAtOnce = 65536;
+
 /// A TCP connection to one server at a time.
 ///
 /// No call blocks, raises, yields or emits. What happens is told by the signals,
@@ -63,14 +67,15 @@ class Socket {
   virtual void Send(const std::string& bytes) = 0;
 
   /// Ends the connection, or the attempt. What was sent before still arrives as
-  /// far as the server takes it. Nothing of the old connection is told any more,
-  /// not even what has happened already.
+  /// far as the server takes it, within a minute; of what the server says meanwhile
+  /// no more than kMostBytesAtOnce is read. Nothing of the old connection is told
+  /// any more, not even what has happened already.
   virtual void Close() = 0;
 
   virtual SocketState State() const = 0;
 
   Signal<> Connected;
-  /// Bytes that came, at least one.
+  /// Bytes that came: one to kMostBytesAtOnce.
   Signal<const std::string&> DataArrived;
   /// The server has ended its side; after the last DataArrived.
   Signal<> ClosedByPeer;

@@ -20,11 +20,10 @@
 
 #include "core/engine.h"
 #include "platform/linux/linux_host.h"
-#include "platform/linux/linux_sockets.h"
 #include "platform/no_ftp_transport.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
-#include "platform/qt/qt_socket_watcher.h"
+#include "platform/qt/qt_sockets.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_window_host.h"
@@ -140,8 +139,7 @@ class MainWindowTest : public ::testing::Test {
                         {.to_program = [](const std::string& native) { return "C:" + native; },
                          .to_native = [](const Path&) { return std::string(); }}};
   QtTray tray{loop};
-  QtSocketWatcher watcher{loop};
-  LinuxSockets sockets{loop, watcher};
+  QtSockets sockets{loop};
   NoFtpTransport ftp;
   Machine machine{system.Parts(),
                   {loop, boxes, host.Surroundings(), host, dialogs, tray, sockets, ftp}};

@@ -23,12 +23,11 @@
 
 #include "app/program.h"
 #include "platform/linux/linux_host.h"
-#include "platform/linux/linux_sockets.h"
 #include "platform/no_ftp_transport.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
-#include "platform/qt/qt_socket_watcher.h"
+#include "platform/qt/qt_sockets.h"
 #include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_window_host.h"
 #include "tests/app/mail_server.h"
@@ -137,8 +136,7 @@ class RealReports : public ::testing::Test {
                         {.to_program = [](const std::string& native) { return "C:" + native; },
                          .to_native = [](const Path&) { return std::string(); }}};
   QtTray tray{loop};
-  QtSocketWatcher watcher{loop};
-  LinuxSockets sockets{loop, watcher};
+  QtSockets sockets{loop};
   NoFtpTransport ftp;
   std::unique_ptr<Machine> machine;
   std::unique_ptr<Program> program;

@@ -40,8 +40,7 @@ GuiTest::GuiTest()
       host(loop, system.files, paths.to_program),
       dialogs(host, paths),
       tray(loop),
-      watcher(loop),
-      sockets(loop, watcher),
+      sockets(loop),
       machine{system.Parts(),
               {loop, boxes, host.Surroundings(), host, dialogs, tray, sockets, ftp}} {
   loop.Fault.Listen([](const ProgramError& error) { ADD_FAILURE() << error.what(); });

@@ -15,11 +15,10 @@
 
 #include "app/program.h"
 #include "platform/linux/linux_host.h"
-#include "platform/linux/linux_sockets.h"
 #include "platform/no_ftp_transport.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
-#include "platform/qt/qt_socket_watcher.h"
+#include "platform/qt/qt_sockets.h"
 #include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_window_host.h"
 #include "tests/hosts/temporary_folder.h"
@@ -102,8 +101,7 @@ class GuiTest : public ::testing::Test {
   QtMessageBoxes boxes;
   QtFileDialogs dialogs;
   QtTray tray;
-  QtSocketWatcher watcher;
-  LinuxSockets sockets;
+  QtSockets sockets;
   NoFtpTransport ftp;
   Machine machine;
   std::unique_ptr<Program> program;

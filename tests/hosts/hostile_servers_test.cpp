@@ -1,11 +1,9 @@
-// Real sockets, and the mail window on them, before servers that are slow, rude,
-// endless or silent.
+// Real sockets before servers that are slow, rude, endless or silent.
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <netdb.h>
 
 #include <chrono>
-#include <cmath>
 #include <condition_variable>
 #include <cstdio>
 #include <cstring>
@@ -13,14 +11,7 @@
 #include <mutex>
 #include <vector>
 
-#include "platform/linux/linux_clock.h"
-#include "platform/linux/linux_sockets.h"
-#include "platform/qt/qt_event_loop.h"
-#include "platform/qt/qt_socket_watcher.h"
-#include "tests/hosts/loopback_server.h"
-#include "tests/hosts/redirected_sockets.h"
-#include "tests/support/fake_machine.h"
-#include "transfer/frm_winsock.h"
+#include "tests/hosts/real_sockets.h"
 
 namespace tarnvale::testing {
 
@@ -70,13 +61,9 @@ namespace {
 
 using ::testing::AllOf;
 using ::testing::ElementsAre;
-using ::testing::EndsWith;
 using ::testing::Gt;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Le;
-using ::testing::Not;
-using ::testing::StartsWith;
 
 /// After how many seconds the system asks a quiet server of this machine whether
 /// it is there, on the connection to this port; 0: never. The system tells it in
@@ -99,34 +86,6 @@ double SecondsToTheQuestion(int port) {
   }
   return 0;
 }
-
-class RealSockets : public ::testing::Test {
- protected:
-  RealSockets() {
-    loop.Fault.Listen([this](const ProgramError& error) { faults.push_back(error.Number()); });
-    pulse.Tick.Listen([this] { ++ticks; });
-  }
-
-  /// `each_pass` is what the server does meanwhile.
-  bool WaitFor(
-      const std::function<bool()>& condition, const std::function<void()>& each_pass = [] {}) {
-    const auto start = std::chrono::steady_clock::now();
-    while (!condition()) {
-      if (std::chrono::steady_clock::now() - start > 20s) return false;
-      each_pass();
-      loop.WaitPass();
-    }
-    return true;
-  }
-
-  QtEventLoop loop;
-  QtSocketWatcher watcher{loop};
-  LinuxSockets sockets{loop, watcher};
-  LoopbackServer server;
-  std::vector<int> faults;
-  Timer pulse{loop.Timers(), 20, true};
-  int ticks = 0;
-};
 
 class HostileServers : public RealSockets {
  protected:
@@ -197,6 +156,42 @@ TEST_F(HostileServers, AServerThatTalksBehindTheCloseStillGetsAllThatWasSent) {
   EXPECT_EQ(server.ReadError(), 0) << "no reset";
   EXPECT_EQ(server.Received().size(), 3'000'000U);
   EXPECT_THAT(data, IsEmpty());
+}
+
+TEST_F(HostileServers, AFloodBehindTheCloseIsNotSwallowed) {
+  Connect();
+  socket->Send("the last word");
+  socket->Close();
+  const std::string flood(1'000'000, 'f');
+  std::size_t said = 0;
+  int quiet_passes = 0;
+  ASSERT_TRUE(WaitFor([&] { return quiet_passes > 100; },
+                      [&] {
+                        server.Read();
+                        const std::size_t count = server.Say(flood);
+                        said += count;
+                        quiet_passes = count > 0 ? 0 : quiet_passes + 1;
+                      }));
+  EXPECT_EQ(server.Received(), "the last word");
+  // What fits into the system's own buffers is no reading.
+  EXPECT_LT(said, 50'000'000U);
+}
+
+TEST_F(HostileServers, AServerThatNeitherReadsNorHangsUpIsLeftAtTheLimit) {
+  QtSockets hasty(loop, std::chrono::milliseconds(300));
+  socket = hasty.MakeSocket();
+  Connect();
+  socket->Send(std::string(30'000'000, 'x'));
+  const auto start = std::chrono::steady_clock::now();
+  socket->Close();
+  const int before = ticks;
+  ASSERT_TRUE(WaitFor(
+      [&] { return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(350); }));
+  EXPECT_GT(ticks, before);
+  ASSERT_TRUE(
+      WaitFor([&] { return server.SawEnd() || server.ReadError() != 0; }, [&] { server.Read(); }));
+  EXPECT_LT(server.Received().size(), 30'000'000U);
+  socket.reset();
 }
 
 TEST_F(HostileServers, WhatWasSaidBeforeAResetIsToldBeforeIt) {
@@ -301,140 +296,6 @@ TEST_F(HostileServers, ASocketMayGoInTheMiddleOfEverything) {
                         server.Read();
                       }));
   EXPECT_TRUE(server.Received().empty() || server.Received().size() == 5'000'000U);
-}
-
-// The window on real sockets; its pause takes up to a second of real time.
-class HostileMailServers : public RealSockets {
- protected:
-  HostileMailServers() {
-    settings.SmtpServer = "mail.example";
-    settings.ReportTo = "ann@home.example";
-    mail.Sender = "report@site.example";
-    mail.Body = "All is well.";
-  }
-
-  std::string Log() const { return window.txtData.Text.Get(); }
-  bool IsClosed() { return Log().ends_with("> \r\n\r\n.\r\n<CONNECTION CLOSED>\r\n"); }
-  /// The window's last line, other than the program's own closing, may come from
-  /// the server.
-  bool IsDone() { return window.Winsock->State() == SocketState::kClosed; }
-
-  /// Begins early in a second, so that the pause lasts two tenths at least, and
-  /// never spans midnight.
-  void Begin() {
-    ASSERT_TRUE(WaitFor([&] { return std::fmod(clock.SecondsSinceMidnight(), 1) < 0.3; }));
-    window.StartSend();
-  }
-  void Open() {
-    Begin();
-    ASSERT_TRUE(WaitFor([&] { return server.Accept(); }));
-  }
-  bool WaitForCommand(const char* command) {
-    return WaitFor([&] { return server.Received().find(command) != std::string::npos; },
-                   [&] { server.Read(); });
-  }
-
-  const std::string whole_mail =
-      "HELO x.x\r\nMAIL FROM: report@site.example\r\nRCPT TO: ann@home.example\r\n"
-      "DATA\r\nSUBJECT: 0\r\nAll is well.\r\n\r\n\r\n.\r\n";
-
-  FakeMachine fake;
-  LinuxClock clock;
-  RedirectedSockets redirected{sockets, server.Port()};
-  Machine machine{{fake.files, fake.open_files, fake.profiles, fake.processes, clock, fake.random,
-                   fake.formats, fake.registry, fake.applications},
-                  {loop, fake.boxes, fake.desktop, fake.windows, fake.dialogs, fake.tray,
-                   redirected, fake.ftp}};
-  BackupSettings settings;
-  ReportMail mail;
-  std::string last_reply;
-  frmWinsock window{machine, settings, mail, last_reply};
-};
-
-TEST_F(HostileMailServers, APoliteServerGetsTheWholeMail) {
-  Open();
-  server.Say("220 ready\r\n");
-  ASSERT_TRUE(WaitFor([&] { return server.SawEnd(); }, [&] { server.Read(); }));
-  EXPECT_EQ(server.Received(), whole_mail);
-  EXPECT_THAT(Log(), StartsWith("<CONNECTED>\r\n> HELO x.x\r\n"));
-  EXPECT_TRUE(IsClosed());
-}
-
-// The conversation waits inside the very call of the loop that began it: what
-// the server does has to come from a timer.
-TEST_F(HostileMailServers, ASilentServerIsWaitedForWhileTheProgramLives) {
-  std::string log_before;
-  Begin();
-  Timer later(loop.Timers(), 300, true);
-  later.Tick.Listen([&] {
-    later.Enabled = false;
-    log_before = Log();
-    server.Say("220 at last\r\n");
-  });
-  Timer accepting(loop.Timers(), 10, true);
-  accepting.Tick.Listen([&] { server.Accept(); });
-  ASSERT_TRUE(WaitFor([&] { return IsDone() && !log_before.empty(); }));
-  EXPECT_EQ(log_before, "<CONNECTED>\r\n> HELO x.x\r\n");
-  EXPECT_GT(ticks, 10);
-  server.Read();
-  EXPECT_EQ(server.Received(), whole_mail);
-}
-
-TEST_F(HostileMailServers, AServerThatEndsAtOnceOrResetsInTheMiddleLeavesWindowAndLog) {
-  last_reply = "220 from before";
-  for (const bool resets : {false, true}) {
-    Begin();
-    Timer rude(loop.Timers(), 10, true);
-    rude.Tick.Listen([&] {
-      if (!server.Accept()) return;
-      rude.Enabled = false;
-      resets ? server.Reset() : server.HangUp();
-    });
-    ASSERT_TRUE(WaitFor([&] { return IsDone() && !rude.Enabled; }));
-    EXPECT_THAT(Log(), EndsWith("<CONNECTION CLOSED>\r\n"));
-  }
-  EXPECT_THAT(Log(), HasSubstr("<WINSOCK ERROR> 100"));
-  EXPECT_THAT(faults, IsEmpty());
-}
-
-TEST_F(HostileMailServers, AFloodDoesNotKeepTheMailFromEnding) {
-  Begin();
-  Timer flooding(loop.Timers(), 10, true);
-  const std::string flood(100'000, 'f');
-  flooding.Tick.Listen([&] {
-    server.Accept();
-    if (!server.HasConnection()) return;
-    server.Say(flood);
-    server.Read();
-  });
-  ASSERT_TRUE(WaitFor([&] { return IsDone() && server.SawEnd(); }));
-  EXPECT_EQ(server.Received(), whole_mail);
-  EXPECT_THAT(Log(), EndsWith("<CONNECTION CLOSED>\r\n"));
-}
-
-TEST_F(HostileMailServers, AServerThatNeverReadsDoesNotKeepTheMailFromEnding) {
-  mail.Body = std::string(10'000'000, 'b');
-  Begin();
-  Timer accepting(loop.Timers(), 10, true);
-  accepting.Tick.Listen([&] {
-    if (server.Accept()) server.Say("220 ready\r\n");
-  });
-  ASSERT_TRUE(WaitFor([&] { return IsDone() && server.HasConnection(); }));
-  EXPECT_THAT(Log(), EndsWith("<CONNECTION CLOSED>\r\n"));
-  ASSERT_TRUE(WaitFor([&] { return server.SawEnd(); }, [&] { server.Read(); }));
-  EXPECT_THAT(server.Received().substr(10'000'000), EndsWith("b\r\n\r\n\r\n.\r\n"));
-}
-
-TEST_F(HostileMailServers, OddBytesOfAServerStayOddInTheLog) {
-  const std::string odd("220 \0\x01\xFF\x1B[31m\r\n", 13);
-  Begin();
-  Timer accepting(loop.Timers(), 10, true);
-  accepting.Tick.Listen([&] {
-    if (server.Accept()) server.Say(odd);
-  });
-  ASSERT_TRUE(WaitFor([&] { return IsDone() && server.HasConnection(); }));
-  EXPECT_EQ(last_reply, odd);
-  EXPECT_THAT(Log(), HasSubstr(odd));
 }
 
 }  // namespace

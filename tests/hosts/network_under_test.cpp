@@ -2,9 +2,8 @@
 
 #include <chrono>
 
-#include "platform/linux/linux_sockets.h"
 #include "platform/qt/qt_event_loop.h"
-#include "platform/qt/qt_socket_watcher.h"
+#include "platform/qt/qt_sockets.h"
 #include "tests/hosts/loopback_server.h"
 #include "tests/support/fake_machine.h"
 
@@ -73,8 +72,7 @@ class LoopbackNetworkUnderTest final : public NetworkUnderTest {
 
  private:
   QtEventLoop loop_;
-  QtSocketWatcher watcher_{loop_};
-  LinuxSockets sockets_{loop_, watcher_};
+  QtSockets sockets_{loop_};
   LoopbackServer server_;
   LoopbackServer dead_;
 };

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "tests/hosts/network_under_test.h"
@@ -78,6 +79,19 @@ TEST_P(SocketContract, BytesGoBothWaysAsTheyAre) {
   network->Say(odd);
   ASSERT_TRUE(WaitForTold(2));
   EXPECT_THAT(told, ElementsAre("connected", "data " + odd));
+}
+
+TEST_P(SocketContract, NoReportHoldsMoreThan64KiB) {
+  std::size_t largest = 0;
+  std::size_t all = 0;
+  socket->DataArrived.Listen([&](const std::string& bytes) {
+    largest = std::max(largest, bytes.size());
+    all += bytes.size();
+  });
+  Connect();
+  network->Say(std::string(200000, 'x'));
+  ASSERT_TRUE(WaitFor([&] { return all == 200000; }));
+  EXPECT_LE(largest, kMostBytesAtOnce);
 }
 
 TEST_P(SocketContract, AGreetingIsToldDuringAYieldOfTheConnectedHandler) {

@@ -116,7 +116,11 @@ void FakeConnection::Later(Nanoseconds after, std::function<void(FakeSocket&)> d
 }
 
 void FakeConnection::Say(const std::string& bytes, Nanoseconds after) {
-  Later(after, [bytes](FakeSocket& socket) { socket.PeerSays(bytes); });
+  for (std::size_t at = 0; at < bytes.size(); at += kMostBytesAtOnce) {
+    Later(after, [part = bytes.substr(at, kMostBytesAtOnce)](FakeSocket& socket) {
+      socket.PeerSays(part);
+    });
+  }
 }
 
 void FakeConnection::EndSending(Nanoseconds after) {

@@ -11,6 +11,7 @@
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_socket_watcher.h"
+#include "platform/qt/qt_sockets.h"
 #include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_window_host.h"
 
@@ -31,6 +32,7 @@ class QtHost {
   FileDialogs& Dialogs() { return dialogs_; }
   NotificationArea& Tray() { return tray_; }
   SocketWatcher& Sockets() { return sockets_; }
+  QtSockets& Network() { return network_; }
   Desktop& Surroundings() { return windows_.Surroundings(); }
 
  private:
@@ -48,6 +50,7 @@ class QtHost {
   QtFileDialogs dialogs_;
   QtTray tray_;
   QtSocketWatcher sockets_;
+  QtSockets network_;
 };
 
 }  // namespace tarnvale
