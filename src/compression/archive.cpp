@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "compression/container_writer.h"
 #include "compression/enumeration.h"
+#include "compression/extraction_names.h"
 #include "compression/file_numbers.h"
 
 namespace tarnvale {
@@ -148,6 +149,21 @@ void usercontrol11::CompressStage(const Path& stage, const Path& archive) {
   machine_.files.Delete(stage);
 }
 
+// All names of a container, as far as it can be read.
+std::vector<std::string> usercontrol11::NamesIn(const Path& container) {
+  std::vector<std::string> names;
+  const int number = OpenContainer(container);
+  PassedOver pass;
+  pass.Step([&] {
+    ContainerReader reader(machine_.open_files, number);
+    for (std::int32_t left = reader.ReadCount(); left > 0; --left) {
+      names.push_back(reader.ReadName());
+    }
+  });
+  machine_.open_files.Close(number);
+  return names;
+}
+
 // Required: names are taken as they stand; nothing keeps them in the folder. One
 // with a drive in it makes no path, also where the system would take it for one.
 Path usercontrol11::PathOfEntry(const Path& target_folder, const ContainerRecord& record) {
@@ -181,13 +197,16 @@ std::int32_t usercontrol11::ExtractFilesFromArchiv(const Path& archive, const Pa
   const std::int32_t count = reader.ReadCount();
   Raise(ArchiveStatus::kExtracting);
   ContainerRecord record;
+  ExtractionNames names(machine_.files, target,
+                        [&] { return NamesIn(ContainerOf(archive, compress)); });
   for (std::int32_t done = 0; done < count;) {
     reader.ReadRecord(record);
-    const Path file = PathOfEntry(target, record);
-    const SplitName split = SplitAtLastBackslash(file);
+    if (HoldsDrive(record.name)) throw ProgramError(kPathNotFound);
+    const std::optional<Path> file = names.PathOf(record.name);
+    const SplitName split = SplitAtLastBackslash(file.value_or(target + record.name));
     ExtractingFileFromArchive.Emit(split.file, split.folder,
                                    ToInt32(static_cast<std::int64_t>(record.content.Size())));
-    WriteEntry(file, record);
+    if (file) WriteEntry(*file, record);
     machine_.loop.Yield();
     ExtractArchiveProgress.Emit(PercentOf(++done, count));
   }

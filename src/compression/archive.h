@@ -127,6 +127,7 @@ class usercontrol11 {
   void CompressStage(const Path& stage, const Path& archive);
   bool ArchiveExists(const Path& archive) { return !machine_.files.List(archive, {}).empty(); }
   bool RequireArchive(const Path& archive, const std::string& message);
+  std::vector<std::string> NamesIn(const Path& container);
   Path PathOfEntry(const Path& target_folder, const ContainerRecord& record);
   void WriteEntry(const Path& file, const ContainerRecord& record);
   bool ExtractNamed(ContainerReader& reader, const std::string& entry_name,

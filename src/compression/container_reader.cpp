@@ -54,11 +54,28 @@ std::int32_t ContainerReader::ReadCount() {
   return static_cast<std::int32_t>(ReadNumber(4));
 }
 
-void ContainerReader::ReadRecord(ContainerRecord& record) {
+std::string ContainerReader::TakeName() {
   const std::size_t name_bytes = CheckLength(static_cast<std::int16_t>(ReadNumber(2)));
   ByteBuffer name(name_bytes);
   ReadBytes(name.Bytes());
-  record.name = name.Text();
+  return std::string(name.Text());
+}
+
+std::string ContainerReader::ReadName() {
+  std::string name = TakeName();
+  PassBy(CheckLength(static_cast<std::int32_t>(ReadNumber(4))));
+  return name;
+}
+
+void ContainerReader::PassBy(std::size_t count) {
+  const std::size_t ready = std::min(count, ahead_.Size() - taken_);
+  taken_ += ready;
+  left_ -= static_cast<std::int64_t>(count);
+  if (ready < count) open_files_.Seek(number_, open_files_.Length(number_) - left_);
+}
+
+void ContainerReader::ReadRecord(ContainerRecord& record) {
+  record.name = TakeName();
   const std::size_t content_bytes = CheckLength(static_cast<std::int32_t>(ReadNumber(4)));
   record.content.Renew(content_bytes, content_bytes);
   ReadBytes(record.content.Bytes());

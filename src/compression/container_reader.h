@@ -26,10 +26,14 @@ class ContainerReader {
   std::int32_t ReadCount();
   /// Reads the next record whole into `record`.
   void ReadRecord(ContainerRecord& record);
+  /// Reads the next record's name and passes its content by.
+  std::string ReadName();
 
  private:
   std::uint32_t ReadNumber(std::size_t size_bytes);
   std::size_t CheckLength(std::int32_t length) const;
+  std::string TakeName();
+  void PassBy(std::size_t count);
   void ReadBytes(std::span<std::uint8_t> to);
 
   OpenFiles& open_files_;

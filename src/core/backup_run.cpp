@@ -32,7 +32,8 @@ BackupRun::BackupRun(Machine& machine, BackupSettings& settings, RunState& state
       stages_(stages),
       log_(machine),
       failures_(machine),
-      sync_(machine) {}
+      sync_(machine),
+      targets_(machine.files) {}
 
 // The handler's only reachable answer is to go on with the next statement.
 template <class Statement>
@@ -60,9 +61,11 @@ void BackupRun::RunBackup() {
     OpenLog();
     ResetBars();
     run_.count = static_cast<std::int64_t>(settings_.Entries.Count());
+    ChooseTargets();
     CopySingleFiles();
     CopyWholeFolders();
     CloseLog();
+    targets_.End();
   }
   ShowEnd();
   RunStages();
@@ -91,6 +94,25 @@ void BackupRun::BuildRunFiles() {
     });
     if (!NextIndex()) break;
   }
+}
+
+void BackupRun::ChooseTargets() {
+  std::vector<std::string> files;
+  for (std::size_t row = 0; row <= state_.Files.UpperBound(); ++row) {
+    const std::string name = FileNameOf(state_.Files.Row(static_cast<std::int64_t>(row)).Path);
+    if (!name.empty()) files.push_back(name);
+  }
+  std::vector<std::string> folders;
+  PassedOver pass;
+  for (std::size_t i = 0; i < settings_.Entries.Count(); ++i) {
+    std::string item = settings_.Entries.At(i);
+    if (CountChar(item, state_.MarkerChar.Get()) != kMarkersOfFolder) continue;
+    pReplace(item, "\\" + std::string(kFolderMarker), "");
+    pass.Step([&] {
+      folders.push_back(GetFolder(item, ToInt16(CountChar(item, state_.PathSepChar.Get()))));
+    });
+  }
+  targets_.Begin(std::move(files), std::move(folders));
 }
 
 void BackupRun::OpenLog() {
@@ -160,9 +182,18 @@ void BackupRun::CopyRow(const RunFile& row) {
   ShowTotal();
 }
 
+void BackupRun::CopyToStorage(const RunFile& row) {
+  const auto target = targets_.FileIn(state_.RunDestination.Get(), FileNameOf(row.Path));
+  if (target) {
+    machine_.files.CopyWhole(row.Path, *target);
+  } else {
+    machine_.files.CopyWhole(row.Path, TargetOf(row));
+  }
+}
+
 void BackupRun::CopyAlways(const RunFile& row) {
   state_.CopyBar = 25;
-  Step([&] { machine_.files.CopyWhole(row.Path, TargetOf(row)); });
+  Step([&] { CopyToStorage(row); });
   if (settings_.SaveLog) {
     // Required: "OK!" is logged after a failed copy too.
     Step([&] { log_.Print(row.Path + " -> " + TargetOf(row) + ", Backup Status: OK!"); });
@@ -174,7 +205,7 @@ void BackupRun::CopyChanged(const RunFile& row) {
   if (settings_.SaveLog) {
     Step([&] { log_.Print(row.Path + " -> " + TargetOf(row) + ", Backup Status: "); });
   }
-  Step([&] { machine_.files.CopyWhole(row.Path, TargetOf(row)); });
+  Step([&] { CopyToStorage(row); });
   // Required: any attribute counts as changed, and 32 is taken away whether or
   // not the archive bit is in it. An impossible value fails and passes.
   Step([&] { machine_.files.SetAttributes(row.Path, run_.attributes - attribute::kArchive); });
@@ -214,11 +245,12 @@ void BackupRun::FolderRound() {
   if (settings_.BackupMode.Sync) {
     Step([&] { sync_.SyncFolders(item, destination, true); });
   }
-  if (settings_.BackupMode.Incremental) {
-    Step([&] { sync_.SyncFolders(item, run_.folder_destination, false); });
+  const std::string folder = run_.real_folder_destination;
+  if (settings_.BackupMode.Incremental && !folder.empty()) {
+    Step([&] { sync_.SyncFolders(item, folder, false); });
   }
-  if (settings_.BackupMode.Complete) {
-    Step([&] { sync_.SyncFolders(item, run_.folder_destination, false); });
+  if (settings_.BackupMode.Complete && !folder.empty()) {
+    Step([&] { sync_.SyncFolders(item, folder, false); });
   }
   if (settings_.SaveLog) {
     Step([&] {
@@ -245,12 +277,32 @@ void BackupRun::ChooseFolderDestination() {
           GetFolder(item, ToInt16(RoundHalfEven(ToNumber(state_.PathSepCount.Get()))));
     });
   }
-  Step([&] { machine_.files.CreateFolder(state_.RunDestination.Get() + run_.folder_name); });
+  MakeFolderInStorage();
   run_.folder_destination = state_.RunDestination.Get() + run_.folder_name;
   state_.SourceCaption = item;
   state_.TargetCaption = run_.folder_destination;
   state_.StatusCaption = "File: " + ToText(state_.RunIndex) + " Out Of: " + ListCount();
   state_.CopyBar = 75;
+}
+
+// An existing folder makes this fail, and the run passes on.
+void BackupRun::MakeFolderInStorage() {
+  const std::string location = state_.RunDestination;
+  run_.real_folder_destination = location + run_.folder_name;
+  const auto target = targets_.FolderIn(location, run_.folder_name);
+  if (!target) {
+    Step([&] { machine_.files.CreateFolder(location + run_.folder_name); });
+    return;
+  }
+  if (target->name.empty()) return;
+  run_.real_folder_destination = location + target->name;
+  PassedOver pass;
+  Step([&] {
+    pass.Step([&] { target->folder.MakeFolder(target->name); });
+    if (pass.StandingError()) throw ProgramError(*pass.StandingError());
+  });
+  const auto& failure = pass.StandingError();
+  if (failure && failure->Number() == kFileAlreadyExists) run_.real_folder_destination.clear();
 }
 
 void BackupRun::CloseLog() {

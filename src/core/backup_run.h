@@ -8,6 +8,7 @@
 #include "core/hooks.h"
 #include "core/run_failures.h"
 #include "core/run_state.h"
+#include "core/run_targets.h"
 #include "platform/machine.h"
 #include "settings/backup_settings.h"
 #include "userdata/file_sync.h"
@@ -38,18 +39,21 @@ class BackupRun {
   // In the order in which they run.
   void Prepare();
   void BuildRunFiles();
+  void ChooseTargets();
   void OpenLog();
   void ResetBars();
   void CopySingleFiles();
   void FileRound();
   void RoundBeyondTable();
   void CopyRow(const RunFile& row);
+  void CopyToStorage(const RunFile& row);
   void CopyAlways(const RunFile& row);
   void CopyChanged(const RunFile& row);
   void CountFile(const RunFile& row);
   void CopyWholeFolders();
   void FolderRound();
   void ChooseFolderDestination();
+  void MakeFolderInStorage();
   void CloseLog();
   void ShowEnd();
   void RunStages();
@@ -70,6 +74,7 @@ class BackupRun {
   BackupLog log_;
   RunFailures failures_;
   FileSync sync_;
+  RunTargets targets_;
 
   // The totals and work fields of one run.
   struct Locals {
@@ -81,6 +86,9 @@ class BackupRun {
     std::uint8_t attributes = 0;
     std::string folder_name;
     std::string folder_destination;
+    /// The same under the name that the folder has there; empty when the medium has
+    /// no room for it beside one of another case.
+    std::string real_folder_destination;
   };
   Locals run_;
   /// The target of the present row, for the failure handler.

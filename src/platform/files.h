@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarnvale {
@@ -61,9 +62,43 @@ class MediumFlush {
   virtual bool IsDone() = 0;
 };
 
+/// A folder that is held: it stays this one, whatever comes to stand at its path.
+/// Names are exact here: one in another case is another name. Links are not
+/// followed. All members raise 76 once the folder is gone.
+class HeldFolder {
+ public:
+  virtual ~HeldFolder() = default;
+
+  /// What it holds now. Raises 75, 57.
+  virtual FolderContents Contents() = 0;
+
+  /// A folder within it, held likewise; `names` leads there, with backslashes
+  /// between; empty for this one, held once more. Raises 76 when there is none, also
+  /// where a link is in the way, 75.
+  virtual std::unique_ptr<HeldFolder> Inner(const std::string& names) = 0;
+
+  /// Make an empty folder, an empty file. Raise 75 when the name is taken or can't
+  /// be a name, 58 when the medium doesn't tell it from another one that is taken,
+  /// 61, 70.
+  virtual void MakeFolder(const std::string& name) = 0;
+  virtual void MakeFile(const std::string& name) = 0;
+};
+
+/// What a held folder has under this name, or would have. As a target it is the
+/// entry of exactly this name: copying raises 58 when the medium doesn't tell the
+/// name from another one that is taken.
+struct HeldEntry {
+  HeldFolder& folder;  ///< of the same file system
+  std::string name;
+};
+
 class FileSystem {
  public:
   virtual ~FileSystem() = default;
+
+  /// A form of a name in which names are equal that differ in the case of letters
+  /// only. For comparing; it is the name of nothing.
+  virtual std::string FoldCase(std::string_view name) = 0;
 
   /// The folder that the running program lies in, without a backslash at its
   /// end.
@@ -93,17 +128,22 @@ class FileSystem {
   /// the target), 61 (medium full), 70 (source or target folder refused), 75
   /// (the target is read-only or a folder). Doesn't yield.
   virtual void CopyWhole(const Path& source, const Path& target) = 0;
+  /// Likewise, to an entry of a held folder; raises 58 as well.
+  virtual void CopyWhole(const Path& source, const HeldEntry& target) = 0;
 
-  /// As CopyWhole for an entry of an opened folder: a symbolic link is copied
-  /// as a link.
-  virtual void CopyEntry(const Path& source, const Path& target) = 0;
+  /// As CopyWhole, but a symbolic link is copied as a link.
+  virtual void CopyEntry(const HeldEntry& source, const HeldEntry& target) = 0;
 
   /// Copies a folder with all that is in it into `target`, which is made if it
   /// is missing (its parent must exist), replacing files that are there and
   /// deleting nothing. An entry that fails doesn't stop the others: the first
-  /// failure is raised at the end. Calls `between` after each file. Raises 76
-  /// when `source` is no folder or the parent of `target` is missing.
+  /// failure is raised at the end. Names are paired as PairNames says; a second
+  /// one that the target's medium doesn't tell from the first fails with 58. Calls
+  /// `between` after each file. Both folders stay those that it began with. Raises
+  /// 76 when `source` is no folder or the parent of `target` is missing.
   virtual void CopyTree(const Path& source, const Path& target,
+                        const std::function<void()>& between) = 0;
+  virtual void CopyTree(const HeldEntry& source, const HeldEntry& target,
                         const std::function<void()>& between) = 0;
 
   /// Moves a folder. Raises 76 when `source` is no folder, 58 when the target
@@ -130,8 +170,9 @@ class FileSystem {
   /// With neither flag, hidden and system folders are left out. Raises 76, 75.
   virtual std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) = 0;
 
-  /// Raises 76 when `folder` is no folder, 75 when it can't be read.
-  virtual FolderContents OpenFolder(const Path& folder) = 0;
+  /// Holds a folder; a link to one counts as the folder that it leads to. Raises 76
+  /// when `folder` is none, 75 when it can't be read.
+  virtual std::unique_ptr<HeldFolder> OpenFolder(const Path& folder) = 0;
 
   /// Begins to put everything written so far to the medium that holds `folder`
   /// onto it, and returns at once: that can take minutes, and happens beside the

@@ -4,10 +4,15 @@
 // other, or left alone where the sync goes one way only.
 #pragma once
 
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/machine.h"
+#include "platform/name_pairs.h"
 
 namespace tarnvale {
 
@@ -33,8 +38,8 @@ class FileSync {
   explicit FileSync(Machine& machine) : machine_(machine) {}
 
   /// One row for each file of the first folder, in its order, then one for each
-  /// file that only the second has. Names are matched without regard to case,
-  /// times by the whole second. Raises nothing: a folder that can't be read
+  /// file that only the second has. Names are matched as PairNames says, times by
+  /// the whole second. Raises nothing: a folder that can't be read
   /// counts as empty. Doesn't yield.
   std::vector<FileDifference> CompareFolders(const Path& first, const Path& second);
 
@@ -45,22 +50,52 @@ class FileSync {
   void SyncFiles(const Path& first, const Path& second, bool two_way);
 
   /// SyncFiles for two folders and all folders in them. A second folder that is
-  /// missing is made by one copy of the first. Ignores all failures. Yields.
+  /// missing is made by one copy of the first. To the end it works on the two folders
+  /// that the paths led to at its start. Ignores all failures. Yields.
   void SyncFolders(const Path& first, const Path& second, bool two_way);
 
  private:
+  /// Two folders that are kept in step: held, and what they held when they were
+  /// read.
   struct FolderPair {
-    Path first;   ///< with a backslash at the end
-    Path second;  ///< likewise
+    std::unique_ptr<HeldFolder> first;
+    std::unique_ptr<HeldFolder> second;
     FolderContents in_first;
     FolderContents in_second;
+    NamePairs names;
   };
-  enum class Attributes { kCompare, kIgnore };
+  /// A file under its name in each of two folders.
+  struct Row {
+    std::string first;
+    std::string second;
+    int status;
+  };
+  struct SubFolders {
+    std::string first;
+    std::string second;  ///< the first's, where it has none of its own
+    bool in_both = false;
+  };
+  /// Two folders whose files are in step, and what of the folders in them is still to
+  /// come. Their paths count from the roots.
+  struct Level {
+    Path first;
+    Path second;
+    std::vector<SubFolders> folders;
+    std::vector<std::string> only_in_second;
+    std::size_t next = 0;
+  };
 
-  std::vector<FileDifference> Compare(const FolderPair& pair, Attributes attributes);
+  NamePairs Pair(const FolderContents& first, const FolderContents& second);
+  void Read(FolderPair& pair);
+  static std::vector<Row> Compare(const FolderContents& first, const FolderContents& second,
+                                  const NamePairs& pairs);
   void SyncPair(const FolderPair& pair, bool two_way);
-  void SyncSubFolders(const FolderPair& pair, bool two_way);
-  void CopyFolder(const Path& source, const Path& target);
+  void SyncTrees(FolderPair& roots, bool two_way);
+  std::optional<Level> EnterFolders(const FolderPair& roots, const Level& outer,
+                                    const SubFolders& folders, bool two_way);
+  static Level LevelOf(const FolderPair& pair, const Path& first, const Path& second);
+  void CopyFile(const HeldEntry& source, const HeldEntry& target);
+  std::function<void()> Yielding();
 
   Machine& machine_;
 };

@@ -230,7 +230,7 @@ TEST_F(RunFoldersTest, ItemsThatAreNoFoldersArePassedOver) {
   machine.files.Write("C:\\Few\\f.txt", "f");
   Add("C:\\Few\\*.*");
   Run();
-  EXPECT_THAT(machine.files.Calls(), Not(Contains(HasSubstr("Folder "))));
+  EXPECT_THAT(machine.files.Calls(), Not(Contains(HasSubstr("CreateFolder "))));
   EXPECT_EQ(machine.files.CallsOf("CopyTree"), 0);
 }
 

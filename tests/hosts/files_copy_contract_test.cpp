@@ -106,10 +106,54 @@ TEST_P(CopyContract, ACopyOntoItselfChangesNothing) {
 TEST_P(CopyContract, CopyEntryCopiesAPlainFileWhole) {
   host.Write("C:\\From\\a.txt", "hello");
   host.SetModified("C:\\From\\a.txt", 1205492401);
-  files.CopyEntry("C:\\From\\a.txt", "C:\\To\\a.txt");
+  const auto from = files.OpenFolder("C:\\From");
+  const auto to = files.OpenFolder("C:\\To");
+  files.CopyEntry({*from, "a.txt"}, {*to, "a.txt"});
   EXPECT_EQ(host.Content("C:\\To\\a.txt"), "hello");
   EXPECT_EQ(host.Modified("C:\\To\\a.txt"), 1205492401);
-  EXPECT_EQ(RaisedBy([&] { files.CopyEntry("C:\\From\\missing", "C:\\To\\a.txt"); }), 53);
+  EXPECT_EQ(RaisedBy([&] { files.CopyEntry({*from, "missing"}, {*to, "a.txt"}); }), 53);
+}
+
+TEST_P(CopyContract, AHeldFolderIsReadAndFilledByExactNames) {
+  host.Write("C:\\From\\a.txt", "hello");
+  host.MakeFolder("C:\\From\\Sub\\Deep");
+  const auto from = files.OpenFolder("C:\\from");
+  const auto to = files.OpenFolder("C:\\To");
+  EXPECT_EQ(from->Contents().files.size(), 1U);
+  EXPECT_THAT(from->Contents().folders, ElementsAre("Sub"));
+  EXPECT_THAT(from->Inner("Sub")->Contents().folders, ElementsAre("Deep"));
+  EXPECT_THAT(from->Inner("Sub\\Deep")->Contents().folders, ElementsAre());
+  EXPECT_THAT(from->Inner("")->Contents().folders, ElementsAre("Sub"));
+  EXPECT_EQ(RaisedBy([&] { from->Inner("missing"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { from->Inner("a.txt"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { from->Inner(".."); }), 76);
+  files.CopyWhole("C:\\From\\a.txt", {*to, "b.txt"});
+  EXPECT_EQ(host.Content("C:\\To\\b.txt"), "hello");
+  files.CopyTree({*from, "Sub"}, {*to, "New"}, [] {});
+  EXPECT_TRUE(files.FolderExists("C:\\To\\New\\Deep"));
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree({*from, "missing"}, {*to, "New"}, [] {}); }), 76);
+}
+
+TEST_P(CopyContract, AHeldFolderMakesWhatIsNotThere) {
+  const auto to = files.OpenFolder("C:\\To");
+  to->MakeFolder("Sub");
+  to->MakeFile("a.txt");
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "");
+  EXPECT_TRUE(files.FolderExists("C:\\To\\Sub"));
+  EXPECT_EQ(RaisedBy([&] { to->MakeFolder("Sub"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { to->MakeFile("Sub"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { to->MakeFile("a.txt"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { to->MakeFolder(".."); }), 75);
+  EXPECT_EQ(RaisedBy([&] { to->MakeFile("a*"); }), 75);
+}
+
+TEST_P(CopyContract, AFoldedNameIsTheSameForAllCases) {
+  EXPECT_EQ(files.FoldCase("Read Me.TXT"), files.FoldCase("READ ME.txt"));
+  EXPECT_EQ(files.FoldCase("Grüße"), files.FoldCase("GRÜßE"));
+  EXPECT_EQ(files.FoldCase("ΩΜΈΓΑ Жук"), files.FoldCase("ωμέγα жУК"));
+  EXPECT_NE(files.FoldCase("Grüße"), files.FoldCase("Gruße"));
+  EXPECT_EQ(files.FoldCase("a\xfc"), files.FoldCase("A\xfc"));
+  EXPECT_NE(files.FoldCase("a\xfc"), files.FoldCase("a\xdc"));
 }
 
 TEST_P(CopyContract, CopyTreeCopiesAllThatIsInAFolder) {

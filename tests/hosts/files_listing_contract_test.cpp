@@ -105,14 +105,14 @@ TEST_P(ListingContract, AnOpenedFolderTellsAllItsFilesAndFolders) {
   host.Write("C:\\Data\\.a", "");
   host.HideFile("C:\\Data\\.a");
   host.SetModified("C:\\Data\\.a", 1205492402);
-  const FolderContents contents = files.OpenFolder("C:\\data");
+  const FolderContents contents = files.OpenFolder("C:\\data")->Contents();
   EXPECT_THAT(contents.files,
               ElementsAre(FolderEntry{".a", 0, 1205492402}, FolderEntry{"b.txt", 5, 1205492401}));
   EXPECT_THAT(contents.folders, ElementsAre(".git", "Sub"));
 }
 
 TEST_P(ListingContract, AnEmptyFolderOpensEmpty) {
-  const FolderContents contents = files.OpenFolder("C:\\Data\\");
+  const FolderContents contents = files.OpenFolder("C:\\Data\\")->Contents();
   EXPECT_THAT(contents.files, IsEmpty());
   EXPECT_THAT(contents.folders, IsEmpty());
 }

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cwchar>
+#include <locale>
 #include <utility>
 
 #include "base/failure.h"
@@ -57,6 +59,50 @@ bool IsReadOnly(const FakeNode& node) {
 
 }  // namespace
 
+std::string FoldedName(std::string_view name) {
+  static const std::locale all_letters("C.UTF-8");
+  const auto& letters = std::use_facet<std::ctype<wchar_t>>(all_letters);
+  const auto& utf8 = std::use_facet<std::codecvt<wchar_t, char, std::mbstate_t>>(all_letters);
+  std::wstring wide(name.size(), L'\0');
+  std::mbstate_t state{};
+  const char* from = name.data();
+  wchar_t* to = wide.data();
+  if (utf8.in(state, name.data(), name.data() + name.size(), from, wide.data(),
+              wide.data() + wide.size(), to) != std::codecvt_base::ok ||
+      from != name.data() + name.size()) {
+    return ToLower(name);
+  }
+  wide.resize(static_cast<std::size_t>(to - wide.data()));
+  letters.toupper(wide.data(), wide.data() + wide.size());
+  letters.tolower(wide.data(), wide.data() + wide.size());
+  std::string folded(wide.size() * 4, '\0');
+  const wchar_t* wide_end = nullptr;
+  char* end = folded.data();
+  state = {};
+  utf8.out(state, wide.data(), wide.data() + wide.size(), wide_end, folded.data(),
+           folded.data() + folded.size(), end);
+  folded.resize(static_cast<std::size_t>(end - folded.data()));
+  return folded;
+}
+
+std::string FakeNode::KeyOf(const std::string& name_in_it) const {
+  const std::string folded = FoldedName(name_in_it);
+  return tells_case ? folded + '\0' + name_in_it : folded;
+}
+
+std::shared_ptr<FakeNode> FakeNode::Entry(const std::string& name_in_it) const {
+  const auto found = entries.find(KeyOf(name_in_it));
+  return found == entries.end() ? nullptr : found->second;
+}
+
+std::shared_ptr<FakeNode> FakeNode::EntryInAnyCase(const std::string& name_in_it) const {
+  if (auto exact = Entry(name_in_it)) return exact;
+  const std::string folded = FoldedName(name_in_it);
+  const auto next = entries.lower_bound(folded);
+  const bool is_variant = next != entries.end() && FoldedName(next->second->name) == folded;
+  return is_variant ? next->second : nullptr;
+}
+
 int FakeNode::Attributes() const {
   if (is_folder) return attribute::kDirectory | flags;
   return flags | (archive ? attribute::kArchive : 0);
@@ -79,9 +125,9 @@ FakeFiles::Located FakeFiles::Locate(const Path& path) const {
   Located at{drive->second, {}};
   for (const std::string& name : split->components) {
     if (!at.name.empty()) {
-      const auto next = at.folder->entries.find(ToLower(at.name));
-      if (next == at.folder->entries.end() || !next->second->is_folder) return {};
-      at.folder = next->second;
+      NodePtr next = at.folder->EntryInAnyCase(at.name);
+      if (next == nullptr || !next->is_folder) return {};
+      at.folder = std::move(next);
     }
     at.name = name;
   }
@@ -91,8 +137,7 @@ FakeFiles::Located FakeFiles::Locate(const Path& path) const {
 FakeFiles::NodePtr FakeFiles::Find(const Path& path) const {
   const Located at = Locate(path);
   if (at.folder == nullptr || at.name.empty()) return at.folder;
-  const auto entry = at.folder->entries.find(ToLower(at.name));
-  return entry == at.folder->entries.end() ? nullptr : entry->second;
+  return at.folder->EntryInAnyCase(at.name);
 }
 
 FakeFiles::NodePtr FakeFiles::Require(const Path& path) const {
@@ -118,7 +163,8 @@ FakeFiles::NodePtr FakeFiles::AddEntry(FakeNode& folder, const std::string& name
   node->name = name;
   node->is_folder = is_folder;
   node->modified_s = clock_.UnixSeconds();
-  folder.entries[ToLower(name)] = node;
+  node->tells_case = folder.tells_case;
+  folder.entries[folder.KeyOf(name)] = node;
   return node;
 }
 
@@ -169,12 +215,8 @@ FakeFiles::NodePtr FakeFiles::EnsureFolder(const Path& folder) {
   if (!split || drives_.count(split->drive) == 0) throw ProgramError(kPathNotFound);
   NodePtr at = drives_.at(split->drive);
   for (const std::string& name : split->components) {
-    const auto next = at->entries.find(ToLower(name));
-    if (next == at->entries.end()) {
-      at = AddEntry(*at, name, true);
-    } else {
-      at = next->second;
-    }
+    const NodePtr next = at->EntryInAnyCase(name);
+    at = next == nullptr ? AddEntry(*at, name, true) : next;
     if (!at->is_folder) throw ProgramError(kPathFileAccess);
   }
   return at;
@@ -182,7 +224,7 @@ FakeFiles::NodePtr FakeFiles::EnsureFolder(const Path& folder) {
 
 void FakeFiles::Remove(const Path& path) {
   const Located at = Locate(path);
-  if (at.folder != nullptr) at.folder->entries.erase(ToLower(at.name));
+  if (const NodePtr node = Find(path)) at.folder->entries.erase(at.folder->KeyOf(node->name));
 }
 
 void FakeFiles::SetModified(const Path& path, std::int64_t seconds) {
@@ -209,6 +251,10 @@ void FakeFiles::AddDrive(const std::string& letter) {
   auto root = std::make_shared<FakeNode>();
   root->is_folder = true;
   drives_[ToLower(letter).front()] = std::move(root);
+}
+
+void FakeFiles::TellCaseApart(const std::string& letter) {
+  drives_.at(ToLower(letter).front())->tells_case = true;
 }
 
 void FakeFiles::RemoveDrive(const std::string& letter) {
@@ -257,13 +303,13 @@ bool FakeFiles::FileExists(const Path& file) {
   return node != nullptr && !node->is_folder;
 }
 
-void FakeFiles::CopyFile(const Path& source, const Path& target) {
-  const NodePtr from = Find(source);
+// `old` is what the copy replaces, if anything.
+void FakeFiles::CopyFile(const NodePtr& from, const NodePtr& old, FakeNode& folder,
+                         const std::string& name) {
   if (from == nullptr || from->is_folder) throw ProgramError(kFileNotFound);
-  const NodePtr old = Find(target);
   if (old == from) return;
-  if (old != nullptr && IsReadOnly(*old)) throw ProgramError(kPathFileAccess);
-  const NodePtr to = FileForWriting(target);
+  if (old != nullptr && (old->is_folder || IsReadOnly(*old))) throw ProgramError(kPathFileAccess);
+  const NodePtr to = old == nullptr ? AddEntry(folder, name, false) : old;
   SetContent(*to, from->content);
   to->flags = from->flags;
   to->modified_s = from->modified_s;
@@ -271,12 +317,12 @@ void FakeFiles::CopyFile(const Path& source, const Path& target) {
 
 void FakeFiles::CopyWhole(const Path& source, const Path& target) {
   Enter("CopyWhole", source, target);
-  CopyFile(source, target);
-}
-
-void FakeFiles::CopyEntry(const Path& source, const Path& target) {
-  Enter("CopyEntry", source, target);
-  CopyFile(source, target);
+  const NodePtr from = Find(source);
+  if (from == nullptr || from->is_folder) throw ProgramError(kFileNotFound);
+  const Located at = Locate(target);
+  if (at.folder == nullptr) throw ProgramError(kPathNotFound);
+  if (at.name.empty()) throw ProgramError(kPathFileAccess);
+  CopyFile(from, Find(target), *at.folder, at.name);
 }
 
 void FakeFiles::CreateFolder(const Path& folder) {

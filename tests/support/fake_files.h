@@ -26,14 +26,26 @@ struct FakeNode {
   std::int64_t modified_s = 0;
   std::uint64_t revision = 0;  ///< grows with each change of the content
   bool on_medium = true;       ///< false once its drive was removed
-  std::map<std::string, std::shared_ptr<FakeNode>> entries;  ///< by folded name
+  bool tells_case = false;     ///< a folder's: names in two cases are two names
+  std::map<std::string, std::shared_ptr<FakeNode>> entries;  ///< by KeyOf
+
+  /// Orders names as listings do; one key for all that the medium takes for one.
+  std::string KeyOf(const std::string& name_in_it) const;
+  /// What the medium finds by a name; null for nothing.
+  std::shared_ptr<FakeNode> Entry(const std::string& name_in_it) const;
+  /// As the medium finds it, or else the first that differs in case.
+  std::shared_ptr<FakeNode> EntryInAnyCase(const std::string& name_in_it) const;
 
   int Attributes() const;
   std::int64_t Length() const;
 };
 
+/// Lower case of the letters of all alphabets, in UTF-8.
+std::string FoldedName(std::string_view name);
+
 /// Drives with folders and files. Names are kept as first written and found
-/// without regard to the case of ASCII letters; every name can carry every
+/// exactly, or else without regard to the case of letters; a drive takes names in
+/// two cases for one unless it is to tell them apart. Every name can carry every
 /// attribute. There are no symbolic links. "." and ".." in paths are resolved by
 /// text. Text that is no absolute path names nothing: 76. Names with one of
 /// * ? " : < > | can't be made: 75.
@@ -65,10 +77,13 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   /// How often each flush says that it isn't done yet, once at least.
   void FlushSlowly(int times) { flush_times_ = times; }
   void AddDrive(const std::string& letter);
+  /// From now on, what is made on this drive tells `a` from `A`.
+  void TellCaseApart(const std::string& letter);
   /// What was open on it stays open and fails.
   void RemoveDrive(const std::string& letter);
 
   // The interface.
+  std::string FoldCase(std::string_view name) override { return FoldedName(name); }
   Path ProgramFolder() override;
   std::int64_t Length(const Path& file) override;
   int Attributes(const Path& path) override;
@@ -76,8 +91,11 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   bool FolderExists(const Path& folder) override;
   bool FileExists(const Path& file) override;
   void CopyWhole(const Path& source, const Path& target) override;
-  void CopyEntry(const Path& source, const Path& target) override;
+  void CopyWhole(const Path& source, const HeldEntry& target) override;
+  void CopyEntry(const HeldEntry& source, const HeldEntry& target) override;
   void CopyTree(const Path& source, const Path& target,
+                const std::function<void()>& between) override;
+  void CopyTree(const HeldEntry& source, const HeldEntry& target,
                 const std::function<void()>& between) override;
   void MoveTree(const Path& source, const Path& target) override;
   void CreateFolder(const Path& folder) override;
@@ -85,7 +103,7 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   void Delete(const Path& file) override;
   std::vector<std::string> List(const Path& pattern, ListKinds kinds) override;
   std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) override;
-  FolderContents OpenFolder(const Path& folder) override;
+  std::unique_ptr<HeldFolder> OpenFolder(const Path& folder) override;
   std::unique_ptr<MediumFlush> BeginFlush(const Path& folder) override;
 
   // For the fakes that work on these files.
@@ -97,6 +115,10 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   /// The file to write to, made when missing. Raises 76, 75 for a folder.
   NodePtr FileForWriting(const Path& file);
   void SetContent(FakeNode& file, std::string content);
+  /// The held folders of these files.
+  std::unique_ptr<HeldFolder> Hold(const Path& path, NodePtr folder);
+  std::unique_ptr<HeldFolder> HoldInner(const HeldFolder& folder, const std::string& names);
+  void MakeHeld(HeldFolder& folder, const std::string& name, bool is_folder);
   /// Delete raises 70 for files of which this is true.
   void RefuseToDelete(std::function<bool(const FakeNode&)> is_open) {
     is_open_ = std::move(is_open);
@@ -113,10 +135,21 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   NodePtr RequireFile(const Path& path) const;
   NodePtr RequireFolder(const Path& path) const;
   NodePtr AddEntry(FakeNode& folder, const std::string& name, bool is_folder);
-  void CopyFile(const Path& source, const Path& target);
+  void CopyFile(const NodePtr& from, const NodePtr& old, FakeNode& folder, const std::string& name);
+  void CopyToHeld(const NodePtr& from, const HeldEntry& target);
   NodePtr EnsureFolder(const Path& folder);
-  void CopyTreeInto(const Path& source, const Path& target, const std::function<void()>& between,
-                    std::optional<int>& first_failure);
+  /// A tree under way: where it comes from and goes to, and what failed first.
+  struct TreeInWork {
+    Path source;
+    Path target;
+    NodePtr from;
+    NodePtr into;
+    NodePtr root;  ///< the whole copy's target
+  };
+  void FillTree(const TreeInWork& tree, const std::function<void()>& between,
+                std::optional<int>& first_failure);
+  void CopyFolderTree(const Path& source, const Path& target, const std::function<void()>& between);
+  NodePtr EnsureEntry(FakeNode& folder, const std::string& name);
 
   FakeClock& clock_;
   std::map<char, NodePtr> drives_;

@@ -1,9 +1,11 @@
 // Listings and whole trees of the file system in memory.
+#include <algorithm>
 #include <optional>
 #include <utility>
 
 #include "base/failure.h"
 #include "base/text.h"
+#include "platform/name_pairs.h"
 #include "tests/support/fake_files.h"
 
 namespace tarnvale::testing {
@@ -19,7 +21,7 @@ bool Matches(std::string_view pattern, std::string_view name) {
 }
 
 bool MatchesPattern(const std::string& pattern, const std::string& name) {
-  return pattern.empty() || pattern == "*.*" || Matches(ToLower(pattern), ToLower(name));
+  return pattern.empty() || pattern == "*.*" || Matches(FoldedName(pattern), FoldedName(name));
 }
 
 bool IsListed(const FakeNode& node, ListKinds kinds) {
@@ -54,10 +56,16 @@ std::vector<std::string> FakeFiles::ListFolders(const Path& folder, ListKinds ki
   return names;
 }
 
-FolderContents FakeFiles::OpenFolder(const Path& folder) {
+std::unique_ptr<HeldFolder> FakeFiles::OpenFolder(const Path& folder) {
   Enter("OpenFolder", folder);
+  return Hold(folder, RequireFolder(folder));
+}
+
+namespace {
+
+FolderContents ContentsOf(const FakeNode& folder) {
   FolderContents contents;
-  for (const auto& [key, node] : RequireFolder(folder)->entries) {
+  for (const auto& [key, node] : folder.entries) {
     if (node->is_folder) {
       contents.folders.push_back(node->name);
     } else {
@@ -67,37 +75,139 @@ FolderContents FakeFiles::OpenFolder(const Path& folder) {
   return contents;
 }
 
+// Held: the node stays the same one, whatever its path leads to.
+class FakeFolder final : public HeldFolder {
+ public:
+  FakeFolder(FakeFiles& files, Path path, FakeFiles::NodePtr node)
+      : files_(files), path_(std::move(path)), node_(std::move(node)) {}
+
+  FolderContents Contents() override {
+    if (!node_->on_medium) throw ProgramError(kPathNotFound);
+    return ContentsOf(*node_);
+  }
+  std::unique_ptr<HeldFolder> Inner(const std::string& names) override {
+    return files_.HoldInner(*this, names);
+  }
+  void MakeFolder(const std::string& name) override { files_.MakeHeld(*this, name, true); }
+  void MakeFile(const std::string& name) override { files_.MakeHeld(*this, name, false); }
+
+  const FakeFiles::NodePtr& Node() const { return node_; }
+  const Path& OwnPath() const { return path_; }
+  Path PathOf(const std::string& name) const { return WithBackslash(path_) + name; }
+
+  static const FakeFolder& Of(const HeldFolder& folder) {
+    return static_cast<const FakeFolder&>(folder);
+  }
+  static Path PathOf(const HeldEntry& entry) { return Of(entry.folder).PathOf(entry.name); }
+  /// The entry of exactly this name; null for none. Raises 58 for one that only
+  /// the medium takes for it.
+  static FakeFiles::NodePtr NodeOf(const HeldEntry& entry) {
+    FakeFiles::NodePtr node = Of(entry.folder).Node()->Entry(entry.name);
+    if (node != nullptr && node->name != entry.name) throw ProgramError(kFileAlreadyExists);
+    return node;
+  }
+
+ private:
+  FakeFiles& files_;
+  Path path_;
+  FakeFiles::NodePtr node_;
+};
+
+}  // namespace
+
+std::unique_ptr<HeldFolder> FakeFiles::Hold(const Path& path, NodePtr folder) {
+  return std::make_unique<FakeFolder>(*this, path, std::move(folder));
+}
+
+std::unique_ptr<HeldFolder> FakeFiles::HoldInner(const HeldFolder& folder,
+                                                 const std::string& names) {
+  const FakeFolder& outer = FakeFolder::Of(folder);
+  if (names.empty()) return Hold(outer.OwnPath(), outer.Node());
+  Enter("OpenFolder", outer.PathOf(names));
+  NodePtr node = outer.Node();
+  for (std::size_t at = 0; at <= names.size();) {
+    const std::size_t end = std::min(names.find('\\', at), names.size());
+    const std::string name = names.substr(at, end - at);
+    NodePtr next = node->Entry(name);
+    if (next == nullptr || next->name != name || !next->is_folder) {
+      throw ProgramError(kPathNotFound);
+    }
+    node = std::move(next);
+    at = end + 1;
+  }
+  return Hold(outer.PathOf(names), std::move(node));
+}
+
+void FakeFiles::MakeHeld(HeldFolder& folder, const std::string& name, bool is_folder) {
+  const HeldEntry entry{folder, name};
+  Enter(is_folder ? "CreateFolder" : "MakeFile", FakeFolder::PathOf(entry));
+  if (name.empty() || name == "." || name == ".." || FakeFolder::NodeOf(entry) != nullptr) {
+    throw ProgramError(kPathFileAccess);
+  }
+  AddEntry(*FakeFolder::Of(folder).Node(), name, is_folder);
+}
+
+void FakeFiles::CopyToHeld(const NodePtr& from, const HeldEntry& target) {
+  if (from == nullptr || from->is_folder) throw ProgramError(kFileNotFound);
+  CopyFile(from, FakeFolder::NodeOf(target), *FakeFolder::Of(target.folder).Node(), target.name);
+}
+
+void FakeFiles::CopyWhole(const Path& source, const HeldEntry& target) {
+  Enter("CopyWhole", source, FakeFolder::PathOf(target));
+  CopyToHeld(Find(source), target);
+}
+
+void FakeFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target) {
+  Enter("CopyEntry", FakeFolder::PathOf(source), FakeFolder::PathOf(target));
+  CopyToHeld(FakeFolder::Of(source.folder).Node()->Entry(source.name), target);
+}
+
+// A folder to fill; raises 58 as a held entry's copy does.
+FakeFiles::NodePtr FakeFiles::EnsureEntry(FakeNode& folder, const std::string& name) {
+  NodePtr node = folder.Entry(name);
+  if (node == nullptr) return AddEntry(folder, name, true);
+  if (node->name != name) throw ProgramError(kFileAlreadyExists);
+  if (!node->is_folder) throw ProgramError(kPathFileAccess);
+  return node;
+}
+
 // The files that are there when the folder's turn comes; what `between` does
 // to them in the meantime is met as it is then.
-void FakeFiles::CopyTreeInto(const Path& source, const Path& target,
-                             const std::function<void()>& between,
-                             std::optional<int>& first_failure) {
-  std::vector<std::string> files;
-  std::vector<std::string> folders;
-  for (const auto& [key, node] : RequireFolder(source)->entries) {
-    (node->is_folder ? folders : files).push_back(node->name);
-  }
-  if (Locate(target).folder == nullptr) throw ProgramError(kPathNotFound);
-  EnsureFolder(target);
+void FakeFiles::FillTree(const TreeInWork& tree, const std::function<void()>& between,
+                         std::optional<int>& first_failure) {
+  const FolderContents names = ContentsOf(*tree.from);
+  const FolderContents there = ContentsOf(*tree.into);
+  const NamePairs pairs = PairNames(names, there, &FoldedName);
   PassedOver pass;
   const auto note = [&] {
     if (!first_failure && pass.StandingError()) first_failure = pass.StandingError()->Number();
     pass.Clear();
   };
-  for (const std::string& name : files) {
-    const Path from = WithBackslash(source) + name;
-    const Path to = WithBackslash(target) + name;
+  const std::unique_ptr<HeldFolder> into = Hold(tree.target, tree.into);
+  for (std::size_t i = 0; i < names.files.size(); ++i) {
+    const std::string& name = names.files[i].name;
+    const bool is_paired = pairs.files[i] != NamePairs::kNone;
+    const std::string to = is_paired ? there.files[pairs.files[i]].name : name;
     pass.Step([&] {
-      RaiseScripted("CopyEntry", from, to);
-      CopyFile(from, to);
+      RaiseScripted("CopyEntry", WithBackslash(tree.source) + name,
+                    WithBackslash(tree.target) + to);
+      CopyToHeld(tree.from->Entry(name), {*into, to});
     });
     note();
     if (between) between();
   }
-  for (const std::string& name : folders) {
+  for (std::size_t i = 0; i < names.folders.size(); ++i) {
+    const std::string& name = names.folders[i];
+    const bool is_paired = pairs.folders[i] != NamePairs::kNone;
+    const std::string to = is_paired ? there.folders[pairs.folders[i]] : name;
     pass.Step([&] {
-      CopyTreeInto(WithBackslash(source) + name, WithBackslash(target) + name, between,
-                   first_failure);
+      NodePtr from = tree.from->Entry(name);
+      if (from == nullptr || !from->is_folder) throw ProgramError(kPathNotFound);
+      // A folder that is copied into itself: what is made doesn't belong to it.
+      if (from == tree.root) return;
+      FillTree({WithBackslash(tree.source) + name, WithBackslash(tree.target) + to, from,
+                EnsureEntry(*tree.into, to), tree.root},
+               between, first_failure);
     });
     note();
   }
@@ -106,8 +216,29 @@ void FakeFiles::CopyTreeInto(const Path& source, const Path& target,
 void FakeFiles::CopyTree(const Path& source, const Path& target,
                          const std::function<void()>& between) {
   Enter("CopyTree", source, target);
+  CopyFolderTree(source, target, between);
+}
+
+void FakeFiles::CopyFolderTree(const Path& source, const Path& target,
+                               const std::function<void()>& between) {
+  const NodePtr from = RequireFolder(source);
+  if (Locate(target).folder == nullptr) throw ProgramError(kPathNotFound);
   std::optional<int> first_failure;
-  CopyTreeInto(source, target, between, first_failure);
+  const NodePtr into = EnsureFolder(target);
+  FillTree({source, target, from, into, into}, between, first_failure);
+  if (first_failure) throw ProgramError(*first_failure);
+}
+
+void FakeFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
+                         const std::function<void()>& between) {
+  const Path from_path = FakeFolder::PathOf(source);
+  const Path to_path = FakeFolder::PathOf(target);
+  Enter("CopyTree", from_path, to_path);
+  const NodePtr from = FakeFolder::Of(source.folder).Node()->Entry(source.name);
+  if (from == nullptr || !from->is_folder) throw ProgramError(kPathNotFound);
+  std::optional<int> first_failure;
+  const NodePtr into = EnsureEntry(*FakeFolder::Of(target.folder).Node(), target.name);
+  FillTree({from_path, to_path, from, into, into}, between, first_failure);
   if (first_failure) throw ProgramError(*first_failure);
 }
 
@@ -118,9 +249,7 @@ void FakeFiles::MoveTree(const Path& source, const Path& target) {
   if (EqualIgnoringCase(target.substr(0, source.size() + 1), WithBackslash(source))) {
     throw ProgramError(kPathFileAccess);
   }
-  std::optional<int> first_failure;
-  CopyTreeInto(source, target, {}, first_failure);
-  if (first_failure) throw ProgramError(*first_failure);
+  CopyFolderTree(source, target, {});
   Remove(source);
 }
 

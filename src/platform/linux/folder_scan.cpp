@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <utility>
 
 #include "base/failure.h"
+#include "platform/linux/name_case.h"
 #include "platform/linux/native_errors.h"
 #include "platform/linux/own_links.h"
 #include "platform/linux/paths.h"
@@ -71,6 +73,46 @@ Descriptor OpenNativeFolder(const std::string& folder, bool follow) {
     throw ProgramError(kPathNotFound);
   }
   RaiseNative(errno, Attempt::kAsk);
+}
+
+Descriptor OpenInnerFolder(int folder_fd, std::string_view names) {
+  if (names.size() >= PATH_MAX) throw ProgramError(kPathNotFound);
+  constexpr int kFolder = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+  Descriptor inner;
+  for (std::size_t at = 0; at < names.size();) {
+    const std::size_t end = std::min(names.find('/', at), names.size());
+    const std::string name(names.substr(at, end - at));
+    if (name.empty() || IsDots(name.c_str())) throw ProgramError(kPathNotFound);
+    // A folder on the way need only be one that can be entered.
+    inner = Descriptor(::openat(inner ? inner.Get() : folder_fd, name.c_str(), O_PATH | kFolder));
+    if (!inner) break;
+    at = end + 1;
+  }
+  if (inner || names.empty()) {
+    inner = Descriptor(::openat(inner ? inner.Get() : folder_fd, ".", O_RDONLY | kFolder));
+  }
+  if (inner) return inner;
+  if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG) {
+    throw ProgramError(kPathNotFound);
+  }
+  RaiseNative(errno, Attempt::kAsk);
+}
+
+void RequireExactName(int folder_fd, const std::string& name, const struct stat& there) {
+  const std::string other = InOtherCase(name);
+  struct stat info {};
+  // Only a medium that folds names finds the same thing by both.
+  if (other == name || ::fstatat(folder_fd, other.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0 ||
+      info.st_dev != there.st_dev || info.st_ino != there.st_ino) {
+    return;
+  }
+  const std::unique_ptr<DIR, int (*)(DIR*)> folder(
+      ::fdopendir(OpenInnerFolder(folder_fd, {}).Release()), &::closedir);
+  if (!folder) RaiseNative(errno, Attempt::kAsk);
+  while (const dirent* entry = ::readdir(folder.get())) {
+    if (name == entry->d_name) return;
+  }
+  throw ProgramError(kFileAlreadyExists);
 }
 
 }  // namespace tarnvale

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <dirent.h>
+#include <sys/stat.h>
 
 #include <memory>
 #include <string>
@@ -42,5 +43,14 @@ class FolderScan {
 /// and for a link to one unless `follow`; 75 when it can't be read or is reached by
 /// a link of somebody else.
 Descriptor OpenNativeFolder(const std::string& folder, bool follow);
+
+/// Opens a folder within an open one for reading; `names` leads there, with slashes
+/// between, and may be empty for that very folder. Links aren't followed, and "."
+/// and ".." not taken. Raises 76, also for names too long for a path; 75.
+Descriptor OpenInnerFolder(int folder_fd, std::string_view names);
+
+/// Raises 58 when `there`, which the medium found in an open folder by `name`, has
+/// its name in another case.
+void RequireExactName(int folder_fd, const std::string& name, const struct stat& there);
 
 }  // namespace tarnvale

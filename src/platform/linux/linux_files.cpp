@@ -8,16 +8,18 @@
 #include <climits>
 #include <cstddef>
 #include <cstdio>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <thread>
 
 #include "base/failure.h"
+#include "platform/linux/linux_folder.h"
 #include "platform/linux/listing.h"
+#include "platform/linux/name_case.h"
 #include "platform/linux/native_errors.h"
 #include "platform/linux/own_links.h"
 #include "platform/linux/own_program.h"
-#include "platform/linux/tree_copy.h"
 
 namespace tarnvale {
 namespace {
@@ -89,6 +91,22 @@ class FlushBesideTheLoop final : public MediumFlush {
 
   std::shared_ptr<std::atomic<State>> state_ = std::make_shared<std::atomic<State>>(State::kInWork);
 };
+
+void RequireCopyable(const struct stat& info) {
+  if (S_ISDIR(info.st_mode)) throw ProgramError(kFileNotFound);
+  if (IsSystem(info)) throw ProgramError(kPermissionDenied);
+}
+
+// Where a copy to an entry of a held folder goes; none when it would go onto itself.
+std::optional<CopyTarget> TargetOf(const HeldEntry& target, const struct stat& source) {
+  const LinuxFolder& folder = LinuxFolder::Of(target);
+  RequireName(target.name);
+  struct stat there {};
+  const bool exists = ::fstatat(folder.Fd(), target.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0;
+  if (exists) RequireExactName(folder.Fd(), target.name, there);
+  if (exists && !MayReplace(source, there)) return std::nullopt;
+  return CopyTarget{{folder.Fd(), target.name.c_str()}, folder.Native(), !exists};
+}
 
 // Makes one folder. Raises 75 when something is there already.
 void MakeNative(const Located& located) {
@@ -186,35 +204,49 @@ Located LinuxFiles::LocateTarget(const Path& target) {
   return located;
 }
 
-void LinuxFiles::CopyWhole(const Path& source, const Path& target) {
-  Copy(source, target, Links::kFollow);
-}
-
-void LinuxFiles::CopyEntry(const Path& source, const Path& target) {
-  Copy(source, target, Links::kKeep);
-}
-
-void LinuxFiles::Copy(const Path& source, const Path& target, Links links) {
+// A file to be copied, `info` that of the file behind a link.
+Located LinuxFiles::SourceOfCopy(const Path& source) {
   Located from = locator_.Locate(source);
   if (from.error != 0) RaiseNative(from.error, Attempt::kChange);
   if (!from.found) throw ProgramError(kFileNotFound);
-  const std::string source_native = from.Native();
-  const bool as_link = S_ISLNK(from.info.st_mode) && links == Links::kKeep;
-  if (S_ISLNK(from.info.st_mode) && !as_link &&
-      !StateByOwnLinks(AT_FDCWD, source_native, from.info)) {
+  if (S_ISLNK(from.info.st_mode) && !StateByOwnLinks(AT_FDCWD, from.Native(), from.info)) {
     throw ProgramError(errno == EACCES ? kPermissionDenied : kFileNotFound);
   }
-  if (S_ISDIR(from.info.st_mode)) throw ProgramError(kFileNotFound);
-  if (IsSystem(from.info)) throw ProgramError(kPermissionDenied);
+  RequireCopyable(from.info);
+  return from;
+}
+
+void LinuxFiles::CopyWhole(const Path& source, const Path& target) {
+  const Located from = SourceOfCopy(source);
   const Located to = LocateTarget(target);
   if (to.found && !MayReplace(from.info, to.info)) return;
   SweepOnce(to.folder);
+  const std::string source_native = from.Native();
   const std::string target_native = to.Native();
-  const CopyTarget spot{{AT_FDCWD, target_native.c_str()}, to.folder, !to.found};
-  if (as_link) {
-    copy_.CopyLink({AT_FDCWD, source_native.c_str()}, from.info, spot);
+  copy_.CopyFile({AT_FDCWD, source_native.c_str()}, Links::kFollow,
+                 {{AT_FDCWD, target_native.c_str()}, to.folder, !to.found});
+}
+
+void LinuxFiles::CopyWhole(const Path& source, const HeldEntry& target) {
+  const Located from = SourceOfCopy(source);
+  const auto to = TargetOf(target, from.info);
+  const std::string native = from.Native();
+  if (to) copy_.CopyFile({AT_FDCWD, native.c_str()}, Links::kFollow, *to);
+}
+
+void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target) {
+  const NativeSpot from{LinuxFolder::Of(source).Fd(), source.name.c_str()};
+  struct stat info {};
+  if (::fstatat(from.folder_fd, from.path, &info, AT_SYMLINK_NOFOLLOW) != 0) {
+    RaiseNative(errno, Attempt::kChange);
+  }
+  RequireCopyable(info);
+  const auto to = TargetOf(target, info);
+  if (!to) return;
+  if (S_ISLNK(info.st_mode)) {
+    copy_.CopyLink(from, info, *to);
   } else {
-    copy_.CopyFile({AT_FDCWD, source_native.c_str()}, links, spot);
+    copy_.CopyFile(from, Links::kKeep, *to);
   }
 }
 
@@ -230,26 +262,42 @@ void LinuxFiles::SweepOnce(const std::string& folder) {
   swept_.insert(folder);
 }
 
-// The native folder to read a tree from; a link to one is followed.
-std::string LinuxFiles::TreeSource(const Path& source) {
+// The folder to read a tree from; a link to one is followed.
+Descriptor LinuxFiles::OpenTreeSource(const Path& source) {
   const Located located = locator_.Locate(source);
   if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
   if (!IsFolder(located)) throw ProgramError(kPathNotFound);
-  return EndOfLinks(located);
+  return OpenNativeFolder(located.Native(), true);
 }
 
-// The native folder to write a tree to, there or not.
-std::string LinuxFiles::TreeTarget(const Path& target) {
+// The folder to write a tree to, there or not. Links lead to the one that holds it.
+TreeTarget LinuxFiles::TargetOfTree(const Path& target, Descriptor& parent) {
   const Located located = LocateTarget(target);
-  if (!located.found || S_ISDIR(located.info.st_mode)) return located.Native();
-  if (IsFolder(located) && EndsInBackslash(target)) return EndOfLinks(located);
-  throw ProgramError(kPathFileAccess);
+  const bool is_link = located.found && !S_ISDIR(located.info.st_mode);
+  if (is_link && !(IsFolder(located) && EndsInBackslash(target))) {
+    throw ProgramError(kPathFileAccess);
+  }
+  if (is_link || located.name == ".") {
+    parent = OpenNativeFolder(located.Native(), true);
+    return {parent.Get(), located.Native(), {}, false};
+  }
+  parent = OpenNativeFolder(located.folder + "/.", true);
+  return {parent.Get(), located.folder, located.name, false};
 }
 
 void LinuxFiles::CopyTree(const Path& source, const Path& target,
                           const std::function<void()>& between) {
-  const std::string from = TreeSource(source);
-  TreeCopy(temporaries_, between).Run(from, TreeTarget(target));
+  const Descriptor from = OpenTreeSource(source);
+  Descriptor parent;
+  const TreeTarget to = TargetOfTree(target, parent);
+  TreeCopy(temporaries_, between).Run(from.Get(), to);
+}
+
+void LinuxFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
+                          const std::function<void()>& between) {
+  const Descriptor from = OpenInnerFolder(LinuxFolder::Of(source).Fd(), source.name);
+  const LinuxFolder& to = LinuxFolder::Of(target);
+  TreeCopy(temporaries_, between).Run(from.Get(), {to.Fd(), to.Native(), target.name, true});
 }
 
 void LinuxFiles::MoveTree(const Path& source, const Path& target) {
@@ -273,7 +321,9 @@ void LinuxFiles::MoveTree(const Path& source, const Path& target) {
   }
   const std::function<void()> nothing;
   TreeCopy copy(temporaries_, nothing);
-  copy.Run(source_native, target_native);
+  Descriptor parent;
+  const Descriptor opened = OpenNativeFolder(source_native, false);
+  copy.Run(opened.Get(), TargetOfTree(target, parent));
   if (!copy.CopiedAll()) throw ProgramError(kPathFileAccess);
   RemoveTree(source_native);
 }
@@ -322,16 +372,16 @@ std::vector<std::string> LinuxFiles::ListFolders(const Path& folder, ListKinds k
   return ListSubFolders(OpenNativeFolder(*native, true), kinds, temporaries_);
 }
 
-FolderContents LinuxFiles::OpenFolder(const Path& folder) {
+std::unique_ptr<HeldFolder> LinuxFiles::OpenFolder(const Path& folder) {
   const Located located = locator_.Locate(folder);
   if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
   if (!located.found) throw ProgramError(kPathNotFound);
-  const std::string native = located.Native();
-  FolderContents contents =
-      ReadContents(OpenNativeFolder(native, EndsInBackslash(folder)), temporaries_);
-  if (swept_.size() >= kMostSwept) swept_.clear();
-  swept_.insert(native);
-  return contents;
+  return std::make_unique<LinuxFolder>(OpenNativeFolder(located.Native(), true), located.Native(),
+                                       temporaries_);
+}
+
+std::string LinuxFiles::FoldCase(std::string_view name) {
+  return tarnvale::FoldCase(name);
 }
 
 std::unique_ptr<MediumFlush> LinuxFiles::BeginFlush(const Path& folder) {

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -13,15 +15,16 @@
 #include "platform/linux/locator.h"
 #include "platform/linux/state_folder.h"
 #include "platform/linux/temporaries.h"
+#include "platform/linux/tree_copy.h"
 
 namespace tarnvale {
 
 /// Drive C: is the root of the file system; no other drive exists. Read-only is
 /// a missing write permission of the owner, hidden a leading point, system a
 /// device, socket or pipe; these are never opened. A path to a link names the
-/// link for CopyEntry, Delete, OpenFolder and the target of a copy, and what it
-/// leads to otherwise, or when a backslash follows it. A link of somebody else leads
-/// nowhere: what would follow it raises 75 or 70, and listings leave it out.
+/// link for Delete and the target of a copy, and what it leads to otherwise, or when
+/// a backslash follows it. A link of somebody else leads nowhere: what would follow it
+/// raises 75 or 70, and listings leave it out.
 class LinuxFiles : public FileSystem {
  public:
   /// `root` is the native folder that C:\ stands for. `state_folder`, native
@@ -30,6 +33,7 @@ class LinuxFiles : public FileSystem {
   explicit LinuxFiles(const std::string& root = "/",
                       const std::string& state_folder = DefaultStateFolder());
 
+  std::string FoldCase(std::string_view name) override;
   Path ProgramFolder() override;
   std::int64_t Length(const Path& file) override;
   int Attributes(const Path& path) override;
@@ -37,8 +41,11 @@ class LinuxFiles : public FileSystem {
   bool FolderExists(const Path& folder) override;
   bool FileExists(const Path& file) override;
   void CopyWhole(const Path& source, const Path& target) override;
-  void CopyEntry(const Path& source, const Path& target) override;
+  void CopyWhole(const Path& source, const HeldEntry& target) override;
+  void CopyEntry(const HeldEntry& source, const HeldEntry& target) override;
   void CopyTree(const Path& source, const Path& target,
+                const std::function<void()>& between) override;
+  void CopyTree(const HeldEntry& source, const HeldEntry& target,
                 const std::function<void()>& between) override;
   void MoveTree(const Path& source, const Path& target) override;
   void CreateFolder(const Path& folder) override;
@@ -46,7 +53,7 @@ class LinuxFiles : public FileSystem {
   void Delete(const Path& file) override;
   std::vector<std::string> List(const Path& pattern, ListKinds kinds) override;
   std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) override;
-  FolderContents OpenFolder(const Path& folder) override;
+  std::unique_ptr<HeldFolder> OpenFolder(const Path& folder) override;
   std::unique_ptr<MediumFlush> BeginFlush(const Path& folder) override;
 
   /// From now on Delete raises 70 for what is open in this table, which must
@@ -56,10 +63,10 @@ class LinuxFiles : public FileSystem {
  private:
   Located FindFollowed(const Path& path);
   Located LocateTarget(const Path& target);
-  void Copy(const Path& source, const Path& target, Links links);
+  Located SourceOfCopy(const Path& source);
   void SweepOnce(const std::string& folder);
-  std::string TreeSource(const Path& source);
-  std::string TreeTarget(const Path& target);
+  Descriptor OpenTreeSource(const Path& source);
+  TreeTarget TargetOfTree(const Path& target, Descriptor& parent);
 
   Temporaries temporaries_;
   Locator locator_;

@@ -107,10 +107,14 @@ FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries) {
       contents.files.push_back({std::move(entry.name), info.st_size, info.st_mtim.tv_sec});
     }
   }
+  SortContents(contents);
+  return contents;
+}
+
+void SortContents(FolderContents& contents) {
   SortNames(contents.folders);
   std::sort(contents.files.begin(), contents.files.end(),
             [](const FolderEntry& a, const FolderEntry& b) { return ComesBefore(a.name, b.name); });
-  return contents;
 }
 
 std::vector<std::string> ListFiles(Descriptor folder, std::string_view pattern, ListKinds kinds,

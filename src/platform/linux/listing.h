@@ -17,6 +17,9 @@ bool MatchesPattern(std::string_view name, std::string_view pattern);
 /// The contents of an open native folder. Raises 75, 57.
 FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries);
 
+/// Puts both lists in the order of listings.
+void SortContents(FolderContents& contents);
+
 /// Names of the files in an open folder that match, in order. Links count as
 /// what they lead to.
 std::vector<std::string> ListFiles(Descriptor folder, std::string_view pattern, ListKinds kinds,

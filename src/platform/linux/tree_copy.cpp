@@ -2,14 +2,15 @@
 
 #include <fcntl.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <memory>
 
-#include "base/text.h"
+#include "platform/linux/listing.h"
+#include "platform/linux/name_case.h"
 #include "platform/linux/native_errors.h"
+#include "platform/linux/paths.h"
 
 namespace tarnvale {
 namespace {
@@ -32,12 +33,13 @@ EntryKind KindOfEntry(int folder_fd, const dirent& entry) {
 }
 
 // Makes a folder; false when it is there already. Raises 76, 75 (something else
-// is there), 70.
-bool MakeFolder(const std::string& path, mode_t mode) {
-  if (::mkdir(path.c_str(), mode) == 0) return true;
+// is there), 58 (one of another name is there), 70.
+bool MakeFolder(int parent_fd, const std::string& name, mode_t mode, bool exactly) {
+  if (::mkdirat(parent_fd, name.c_str(), mode) == 0) return true;
   const int error = errno;
   struct stat info {};
-  if (error == EEXIST && ::lstat(path.c_str(), &info) == 0) {
+  if (error == EEXIST && ::fstatat(parent_fd, name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0) {
+    if (exactly) RequireExactName(parent_fd, name, info);
     if (S_ISDIR(info.st_mode)) return false;
     throw ProgramError(kPathFileAccess);
   }
@@ -45,9 +47,9 @@ bool MakeFolder(const std::string& path, mode_t mode) {
   RaiseNative(error, Attempt::kChange);
 }
 
-void KeepFolderTime(const std::string& path, const struct stat& source) {
-  const std::array<timespec, 2> times{source.st_atim, source.st_mtim};
-  ::utimensat(AT_FDCWD, path.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
+std::string Joined(const std::string& folder, const std::string& name) {
+  if (folder.empty() || name.empty()) return folder + name;
+  return folder + "/" + name;
 }
 
 }  // namespace
@@ -55,8 +57,23 @@ void KeepFolderTime(const std::string& path, const struct stat& source) {
 TreeCopy::TreeCopy(Temporaries& temporaries, const std::function<void()>& between)
     : temporaries_(temporaries), copy_(temporaries), between_(between) {}
 
-void TreeCopy::Run(const std::string& source, const std::string& target) {
-  CopyFolder(source, target);
+void TreeCopy::Run(int source_fd, const TreeTarget& target) {
+  source_fd_ = source_fd;
+  target_fd_ = target.parent_fd;
+  target_path_ = target.parent;
+  Try([&] { CopyFolder({}, target.name, target.exactly); });
+  while (!levels_.empty()) {
+    Level& level = levels_.back();
+    if (level.next == level.folders.size()) {
+      if (level.was_made) KeepFolderTime(level);
+      levels_.pop_back();
+      continue;
+    }
+    const SubFolder& folder = level.folders[level.next++];
+    const std::string from = Joined(level.source, folder.source);
+    const std::string to = Joined(level.target, folder.target);
+    Try([&, exactly = folder.exactly] { CopyFolder(from, to, exactly); });
+  }
   if (first_failure_) throw ProgramError(*first_failure_);
 }
 
@@ -70,59 +87,55 @@ void TreeCopy::Try(Step&& step) {
   }
 }
 
-void TreeCopy::CopyFolder(const std::string& source, const std::string& target) {
-  SourceNames names;
-  struct stat info {};
-  bool was_made = false;
-  std::vector<std::pair<std::string, std::string>> folders;
-  {
-    // Nothing stays open while the folders inside are copied, however deep.
-    FolderScan scan(OpenNativeFolder(source, false), temporaries_);
-    if (::fstat(scan.Fd(), &info) != 0) RaiseNative(errno, Attempt::kAsk);
-    // A folder that is copied into itself: what is made doesn't belong to it.
-    if (IsTargetRoot(info)) return;
-    TargetFolder into = OpenTarget(target, scan.Fd(), info);
-    was_made = into.was_made;
-    names = ReadSource(scan);
-    CopyFiles(scan.Fd(), names, into);
-    for (const std::string& name : names.folders) {
-      folders.emplace_back(source + "/" + name, target + "/" + TargetNameOf(name, names, into));
-    }
+// Copies the files of one folder. Nothing of it stays open, however deep it goes on:
+// the folders in it are found by their names below the roots.
+void TreeCopy::CopyFolder(const std::string& source, const std::string& target, bool exactly) {
+  Level level{source, target, {}, 0, false, {}};
+  FolderScan scan(OpenInnerFolder(source_fd_, source), temporaries_);
+  if (::fstat(scan.Fd(), &level.info) != 0) RaiseNative(errno, Attempt::kAsk);
+  // A folder that is copied into itself: what is made doesn't belong to it.
+  if (IsTargetRoot(level.info)) return;
+  const TargetFolder into = OpenTarget(target, exactly, scan.Fd(), level.info);
+  level.was_made = into.was_made;
+  const FolderContents names = ReadSource(scan);
+  const NamePairs pairs = PairNames(names, into.names, &FoldCase);
+  CopyFiles(scan.Fd(), names, into, pairs);
+  for (std::size_t i = 0; i < names.folders.size(); ++i) {
+    const std::string& name = names.folders[i];
+    const bool is_paired = pairs.folders[i] != NamePairs::kNone;
+    level.folders.push_back(
+        {name, is_paired ? into.names.folders[pairs.folders[i]] : name, !is_paired});
   }
-  for (const auto& [from, to] : folders) {
-    Try([&, &folder = from, &copy = to] { CopyFolder(folder, copy); });
-  }
-  if (was_made) KeepFolderTime(target, info);
+  levels_.push_back(std::move(level));
 }
 
-TreeCopy::SourceNames TreeCopy::ReadSource(FolderScan& scan) {
-  SourceNames names;
+FolderContents TreeCopy::ReadSource(FolderScan& scan) {
+  FolderContents names;
   while (const dirent* entry = scan.Next()) {
     const EntryKind kind = KindOfEntry(scan.Fd(), *entry);
     if (kind == EntryKind::kOther) {
       copied_all_ = false;
-      continue;
-    }
-    names.all.emplace(entry->d_name);
-    if (kind == EntryKind::kFolder) {
+    } else if (kind == EntryKind::kFolder) {
       names.folders.emplace_back(entry->d_name);
     } else {
-      names.files.push_back({entry->d_name, kind == EntryKind::kLink});
+      names.files.push_back({entry->d_name});
     }
   }
   if (scan.LeftOut()) copied_all_ = false;
-  std::sort(names.folders.begin(), names.folders.end(), ComesBefore);
-  std::sort(names.files.begin(), names.files.end(),
-            [](const SourceFile& a, const SourceFile& b) { return ComesBefore(a.name, b.name); });
+  SortContents(names);
   return names;
 }
 
-TreeCopy::TargetFolder TreeCopy::OpenTarget(const std::string& path, int source_fd,
+TreeCopy::TargetFolder TreeCopy::OpenTarget(const std::string& path, bool exactly, int source_fd,
                                             const struct stat& source) {
   // One must be able to fill it, whatever the source allows.
   const mode_t mode = (source.st_mode & 0777) | S_IRWXU;
-  TargetFolder target{path, {}, MakeFolder(path, mode), {}};
-  target.fd = OpenNativeFolder(path, false);
+  const std::string name(NativeNameOf(path));
+  const Descriptor parent = OpenInnerFolder(target_fd_, NativeFolderOf(path));
+  TargetFolder target;
+  target.path = path.empty() ? target_path_ : target_path_ + "/" + path;
+  target.was_made = !name.empty() && MakeFolder(parent.Get(), name, mode, exactly);
+  target.fd = OpenInnerFolder(parent.Get(), name);
   struct stat made {};
   if (::fstat(target.fd.Get(), &made) != 0) RaiseNative(errno, Attempt::kChange);
   if (!target_root_) target_root_.emplace(made.st_dev, made.st_ino);
@@ -130,58 +143,57 @@ TreeCopy::TargetFolder TreeCopy::OpenTarget(const std::string& path, int source_
     CopyExtendedAttributes(source_fd, target.fd.Get());
     // A medium without permissions refuses; that does no harm.
     if ((made.st_mode & 0777) != mode) ::fchmod(target.fd.Get(), mode);
-  } else {
-    ReadTarget(target);
+    return target;
   }
+  FolderScan scan(OpenInnerFolder(target.fd.Get(), {}), temporaries_);
+  while (const dirent* entry = scan.Next()) {
+    if (KindOfEntry(scan.Fd(), *entry) == EntryKind::kFolder) {
+      target.names.folders.emplace_back(entry->d_name);
+    } else {
+      target.names.files.push_back({entry->d_name});
+    }
+  }
+  SortContents(target.names);
   return target;
 }
 
-void TreeCopy::ReadTarget(TargetFolder& target) {
-  FolderScan scan(OpenNativeFolder(target.path, false), temporaries_);
-  while (const dirent* entry = scan.Next()) {
-    std::string name = entry->d_name;
-    auto [place, added] = target.names.by_folded.try_emplace(ToLower(name), name);
-    if (!added && name < place->second) place->second = name;
-    target.names.all.insert(std::move(name));
-  }
-}
-
-std::string TreeCopy::TargetNameOf(const std::string& name, const SourceNames& source,
-                                   const TargetFolder& target) {
-  if (target.was_made || target.names.all.contains(name)) return name;
-  const auto variant = target.names.by_folded.find(ToLower(name));
-  if (variant == target.names.by_folded.end()) return name;
-  // The one that has this very name goes there.
-  return source.all.contains(variant->second) ? name : variant->second;
-}
-
-void TreeCopy::CopyFiles(int source_fd, const SourceNames& source, const TargetFolder& target) {
-  for (const SourceFile& file : source.files) {
-    Try([&] { CopyOne(source_fd, file, target, TargetNameOf(file.name, source, target)); });
+void TreeCopy::CopyFiles(int source_fd, const FolderContents& source, const TargetFolder& target,
+                         const NamePairs& pairs) {
+  for (std::size_t i = 0; i < source.files.size(); ++i) {
+    const std::string& name = source.files[i].name;
+    const bool is_paired = pairs.files[i] != NamePairs::kNone;
+    const std::string& target_name = is_paired ? target.names.files[pairs.files[i]].name : name;
+    Try([&] { CopyOne(source_fd, name, target, target_name, is_paired); });
     if (between_) between_();
   }
 }
 
-void TreeCopy::CopyOne(int source_fd, const SourceFile& file, const TargetFolder& target,
-                       const std::string& target_name) {
-  const NativeSpot from{source_fd, file.name.c_str()};
-  const bool exists = target.names.all.contains(target_name);
-  const CopyTarget to{{target.fd.Get(), target_name.c_str()}, target.path, !exists};
+void TreeCopy::CopyOne(int source_fd, const std::string& name, const TargetFolder& target,
+                       const std::string& target_name, bool is_paired) {
+  const NativeSpot from{source_fd, name.c_str()};
   struct stat info {};
-  if ((exists || file.is_link) &&
-      ::fstatat(source_fd, from.path, &info, AT_SYMLINK_NOFOLLOW) != 0) {
+  if (::fstatat(source_fd, from.path, &info, AT_SYMLINK_NOFOLLOW) != 0) {
     RaiseNative(errno, Attempt::kChange);
   }
   struct stat old {};
-  if (exists && ::fstatat(to.spot.folder_fd, to.spot.path, &old, AT_SYMLINK_NOFOLLOW) == 0 &&
-      !MayReplace(info, old)) {
-    return;
-  }
-  if (file.is_link) {
+  const NativeSpot spot{target.fd.Get(), target_name.c_str()};
+  const bool exists = ::fstatat(spot.folder_fd, spot.path, &old, AT_SYMLINK_NOFOLLOW) == 0;
+  if (exists && !is_paired) RequireExactName(spot.folder_fd, target_name, old);
+  if (exists && !MayReplace(info, old)) return;
+  const CopyTarget to{spot, target.path, !exists};
+  if (S_ISLNK(info.st_mode)) {
     copy_.CopyLink(from, info, to);
   } else {
     copy_.CopyFile(from, Links::kKeep, to);
   }
+}
+
+void TreeCopy::KeepFolderTime(const Level& level) const {
+  PassedOver pass;
+  pass.Step([&] {
+    const std::array<timespec, 2> times{level.info.st_atim, level.info.st_mtim};
+    ::futimens(OpenInnerFolder(target_fd_, level.target).Get(), times.data());
+  });
 }
 
 bool TreeCopy::IsTargetRoot(const struct stat& folder) const {
@@ -189,19 +201,29 @@ bool TreeCopy::IsTargetRoot(const struct stat& folder) const {
 }
 
 void RemoveTree(const std::string& folder) {
-  const std::unique_ptr<DIR, int (*)(DIR*)> opened(::opendir(folder.c_str()), &::closedir);
-  if (!opened) RaiseNative(errno, Attempt::kChange);
-  std::vector<std::string> folders;
-  while (const dirent* entry = ::readdir(opened.get())) {
-    const std::string name = entry->d_name;
-    if (name == "." || name == "..") continue;
-    if (KindOfEntry(::dirfd(opened.get()), *entry) == EntryKind::kFolder) {
-      folders.push_back(name);
-    } else if (::unlinkat(::dirfd(opened.get()), name.c_str(), 0) != 0) {
+  const Descriptor root = OpenNativeFolder(folder, false);
+  std::vector<std::string> folders{{}};
+  for (std::size_t i = 0; i < folders.size(); ++i) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> opened(
+        ::fdopendir(OpenInnerFolder(root.Get(), folders[i]).Release()), &::closedir);
+    if (!opened) RaiseNative(errno, Attempt::kChange);
+    while (const dirent* entry = ::readdir(opened.get())) {
+      const std::string name = entry->d_name;
+      if (name == "." || name == "..") continue;
+      if (KindOfEntry(::dirfd(opened.get()), *entry) == EntryKind::kFolder) {
+        folders.push_back(Joined(folders[i], name));
+      } else if (::unlinkat(::dirfd(opened.get()), name.c_str(), 0) != 0) {
+        RaiseNative(errno, Attempt::kChange);
+      }
+    }
+  }
+  for (std::size_t i = folders.size(); --i > 0;) {
+    const Descriptor parent = OpenInnerFolder(root.Get(), NativeFolderOf(folders[i]));
+    const std::string name(NativeNameOf(folders[i]));
+    if (::unlinkat(parent.Get(), name.c_str(), AT_REMOVEDIR) != 0) {
       RaiseNative(errno, Attempt::kChange);
     }
   }
-  for (const std::string& name : folders) RemoveTree(folder + "/" + name);
   if (::rmdir(folder.c_str()) != 0) RaiseNative(errno, Attempt::kChange);
 }
 

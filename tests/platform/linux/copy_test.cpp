@@ -10,7 +10,16 @@ namespace tarnvale {
 namespace {
 
 using Names = std::vector<std::string>;
-using CopyTest = LinuxDriveTest;
+class CopyTest : public LinuxDriveTest {
+ protected:
+  // From one place on the drive to another, each a folder and a name.
+  void CopyEntry(const Path& from, const std::string& name, const Path& to,
+                 const std::string& target) {
+    const auto source_folder = files_.OpenFolder(from);
+    const auto target_folder = files_.OpenFolder(to);
+    files_.CopyEntry({*source_folder, name}, {*target_folder, target});
+  }
+};
 
 std::string Pattern(std::size_t count) {
   std::string content(count, '\0');
@@ -131,7 +140,7 @@ TEST_F(CopyTest, CopyWholeFollowsALinkAndCopyEntryKeepsIt) {
   Link("link", "file");
   SetModified("link", 1000, 5);
   files_.CopyWhole("C:\\link", "C:\\sub\\whole");
-  files_.CopyEntry("C:\\link", "C:\\sub\\entry");
+  CopyEntry("C:\\", "link", "C:\\sub", "entry");
   EXPECT_EQ(Read("sub/whole"), "content");
   EXPECT_EQ(std::filesystem::read_symlink(Native("sub/entry")), "file");
   EXPECT_EQ(Info("sub/entry").st_mtim.tv_sec, 1000);
@@ -141,7 +150,7 @@ TEST_F(CopyTest, CopyWholeFollowsALinkAndCopyEntryKeepsIt) {
 TEST_F(CopyTest, CopyEntryReplacesALinkByALink) {
   Link("link", "one");
   Link("target", "two");
-  files_.CopyEntry("C:\\link", "C:\\target");
+  CopyEntry("C:\\", "link", "C:\\", "target");
   EXPECT_EQ(std::filesystem::read_symlink(Native("target")), "one");
   EXPECT_EQ(NamesIn("."), (Names{"link", "target"}));
 }

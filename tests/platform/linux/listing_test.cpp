@@ -75,7 +75,7 @@ TEST_F(ListingTest, OpenFolderTellsSizesAndWholeSeconds) {
   SetModified("A", -5, 500'000'000);
   MakeFolder("sub");
   MakeFolder(".dot");
-  const FolderContents contents = files_.OpenFolder("C:\\");
+  const FolderContents contents = files_.OpenFolder("C:\\")->Contents();
   EXPECT_EQ(contents.files, (std::vector<FolderEntry>{{"A", 0, -5}, {"b", 3, 1'000'000'000}}));
   EXPECT_EQ(contents.folders, (Names{".dot", "sub"}));
 }
@@ -85,7 +85,7 @@ TEST_F(ListingTest, OpenFolderHasLinksAmongTheFilesAndLeavesOutPipes) {
   Link("link", "folder");
   SetModified("link", 77, 0);
   ASSERT_EQ(::mkfifo(Native("pipe").c_str(), 0600), 0);
-  const FolderContents contents = files_.OpenFolder("C:\\");
+  const FolderContents contents = files_.OpenFolder("C:\\")->Contents();
   EXPECT_EQ(contents.files, (std::vector<FolderEntry>{{"link", 6, 77}}));
   EXPECT_EQ(contents.folders, Names{"folder"});
 }
@@ -97,7 +97,7 @@ TEST_F(ListingTest, WhatNoPathCanNameIsLeftOut) {
   Write("fine?", "");
   EXPECT_EQ(files_.List("C:\\*", {}), Names{"fine?"});
   EXPECT_EQ(files_.ListFolders("C:\\", {}), Names{});
-  EXPECT_EQ(files_.OpenFolder("C:\\").files.size(), 1U);
+  EXPECT_EQ(files_.OpenFolder("C:\\")->Contents().files.size(), 1U);
 }
 
 TEST_F(ListingTest, OpenFolderRaises76ForWhatIsNoFolder) {
@@ -107,12 +107,15 @@ TEST_F(ListingTest, OpenFolderRaises76ForWhatIsNoFolder) {
   EXPECT_EQ(RaisedBy([&] { files_.OpenFolder("D:\\"); }), kPathNotFound);
 }
 
-TEST_F(ListingTest, ALinkIsOpenedOnlyWithABackslashBehindIt) {
+TEST_F(ListingTest, AFolderBehindALinkIsOpenedAndNoneWithinIt) {
   MakeFolder("folder");
   Write("folder/x", "");
   Link("link", "folder");
-  EXPECT_EQ(RaisedBy([&] { files_.OpenFolder("C:\\link"); }), kPathNotFound);
-  EXPECT_EQ(files_.OpenFolder("C:\\link\\").files.size(), 1U);
+  MakeFolder("other");
+  Link("folder/inner", "../other");
+  const auto held = files_.OpenFolder("C:\\link");
+  EXPECT_EQ(held->Contents().files.size(), 2U);
+  EXPECT_EQ(RaisedBy([&] { held->Inner("inner"); }), kPathNotFound);
 }
 
 }  // namespace

@@ -47,7 +47,7 @@ TEST_F(TemporariesTest, OpeningAFolderDeletesLeftoversThatNoSlotNames) {
   MakeFolder("z");
   LeaveOne("z");
   std::filesystem::remove_all(state_);
-  EXPECT_EQ(files_.OpenFolder("C:\\z").files.size(), 0U);
+  EXPECT_EQ(files_.OpenFolder("C:\\z")->Contents().files.size(), 0U);
   EXPECT_EQ(NamesIn("z"), Names{});
 }
 
@@ -77,7 +77,7 @@ TEST_F(TemporariesTest, TheTemporaryOfALivingProcessIsLeftAlone) {
   const std::string path = alive.Begin(Native("z"));
   std::ofstream(path) << "in work";
   LinuxFiles other(root_, state_);
-  EXPECT_EQ(other.OpenFolder("C:\\z").files.size(), 0U);
+  EXPECT_EQ(other.OpenFolder("C:\\z")->Contents().files.size(), 0U);
   EXPECT_EQ(NamesIn("z").size(), 1U);
 }
 
@@ -86,7 +86,7 @@ TEST_F(TemporariesTest, SomebodyElsesTemporaryIsNeitherListedNorDeleted) {
   const std::string foreign = ".tarnvale-0123456789abcdef-fedcba9876543210.part";
   ASSERT_TRUE(IsTemporaryName(foreign));
   Write("z/" + foreign, "theirs");
-  EXPECT_EQ(files_.OpenFolder("C:\\z").files.size(), 0U);
+  EXPECT_EQ(files_.OpenFolder("C:\\z")->Contents().files.size(), 0U);
   EXPECT_EQ(files_.List("C:\\z\\*", {.hidden = true}), Names{});
   EXPECT_EQ(NamesIn("z"), Names{foreign});
 }
@@ -99,7 +99,7 @@ TEST_F(TemporariesTest, NamesThatOnlyResembleOneAreOrdinaryFiles) {
     EXPECT_FALSE(IsTemporaryName(name)) << name;
   }
   Write(".tarnvale-notes.part", "");
-  EXPECT_EQ(files_.OpenFolder("C:\\").files.size(), 1U);
+  EXPECT_EQ(files_.OpenFolder("C:\\")->Contents().files.size(), 1U);
 }
 
 TEST_F(TemporariesTest, ASlotThatNamesAStrangersFileDeletesNothing) {
