@@ -152,7 +152,7 @@ void usercontrol11::CompressStage(const Path& stage, const Path& archive) {
 // All names of a container, as far as it can be read.
 std::vector<std::string> usercontrol11::NamesIn(const Path& container) {
   std::vector<std::string> names;
-  const int number = OpenContainer(container);
+  const int number = OpenUnderFreeNumber(machine_.open_files, container);
   PassedOver pass;
   pass.Step([&] {
     ContainerReader reader(machine_.open_files, number);
