@@ -133,7 +133,7 @@ TEST_F(HuffmanFilesTest, AFullMediumRaises61AndTheDestinationStaysOpen) {
 
 TEST_F(HuffmanFilesTest, ASourceThatCannotBeReadStaysOpen) {
   files.Write(source, "ab");
-  machine.open_files.FailNext("ReadInto", 57);
+  machine.open_files.FailNext("Read", 57);
   EXPECT_EQ(RaisedBy([&] { codec.EncodeFile(source, packed); }), 57);
   EXPECT_EQ(machine.open_files.OpenCount(), 1);
 }

@@ -1,4 +1,6 @@
 // A run whose archive takes more memory than there is.
+#include <chrono>
+
 #include "compression/compressor_window.h"
 #include "tests/runs/real_run.h"
 #include "tests/support/in_a_child.h"
@@ -18,8 +20,9 @@ TEST_F(OutOfMemoryRunTest, AfterTheFailedCompressionTheChainGoesOnAndTheNextRunP
   engine.settings.AutoCompress = true;
   engine.settings.AutoReport = true;
   engine.settings.CompressDir = "C:\\Archives";
+  engine.settings.DestinationDir = "C:\\Store";
   compression compressor(interfaces, engine.settings);
-  compressor.Text1.Text = "C:\\Store";
+  machine.Advance(std::chrono::seconds(1));
   engine.stages.Compress = [&] { compressor.Compress(); };
   int reports = 0;
   engine.stages.SendReport = [&](const RunFacts&) { ++reports; };
