@@ -17,7 +17,7 @@ Timer::~Timer() {
 }
 
 void Timer::Restart() {
-  due_ = queue_.Aligned(queue_.uptime_() + std::chrono::milliseconds(interval_ms_), *this);
+  due_ = queue_.uptime_() + std::chrono::milliseconds(interval_ms_);
   queue_.Rescheduled.Emit();
 }
 

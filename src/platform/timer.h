@@ -63,9 +63,10 @@ class TimerQueue {
   /// no timer that wakes it is enabled and outside its handler.
   std::optional<Nanoseconds> NextDue() const;
 
-  /// Lets a host move due moments so that timers share them. `later` is given a
-  /// due moment and the timer's interval in milliseconds and returns that moment
-  /// or a later one. For who sets nothing, intervals are exact.
+  /// Lets a host move due moments so that timers share them: all of a timer but
+  /// the first since it was enabled, which comes after the very interval. `later`
+  /// is given a due moment and the timer's interval in milliseconds and returns
+  /// that moment or a later one. For who sets nothing, intervals are exact.
   void AlignWith(std::function<Nanoseconds(Nanoseconds due, int interval_ms)> later) {
     later_ = std::move(later);
   }

@@ -35,6 +35,23 @@ TEST_F(TimerTest, TicksEachInterval) {
   EXPECT_EQ(ticks, 11);
 }
 
+TEST_F(TimerTest, AHostMovesEveryTickButTheFirst) {
+  queue.AlignWith([](std::chrono::nanoseconds due, int) {
+    return (due + 99999999ns) / 100ms * std::chrono::nanoseconds(100ms);
+  });
+  machine.Advance(130ms - machine.clock.Uptime() % 100ms);
+  Timer timer(queue, 200, true);
+  CountTicks(timer);
+  machine.Advance(199ms);
+  EXPECT_EQ(ticks, 0);
+  machine.Advance(1ms);
+  EXPECT_EQ(ticks, 1);
+  machine.Advance(269ms);
+  EXPECT_EQ(ticks, 1);
+  machine.Advance(1ms);
+  EXPECT_EQ(ticks, 2);
+}
+
 TEST_F(TimerTest, ADisabledTimerDoesNotTick) {
   Timer timer(queue, 100, false);
   CountTicks(timer);

@@ -22,14 +22,16 @@ TEST_F(QtLoop, TicksATimerNoEarlierThanItsInterval) {
   EXPECT_GE(Clock::now() - start, milliseconds(30));
 }
 
-TEST_F(QtLoop, TicksTimersOfWholeTenthsInOneMoment) {
+TEST_F(QtLoop, TicksTimersOfWholeTenthsInOneMomentFromTheSecondTickOn) {
   Timer first(loop.Timers(), 100, true);
   std::vector<Clock::time_point> moments;
   first.Tick.Listen([&] { moments.push_back(Clock::now()); });
   const auto start = Clock::now();
   ASSERT_TRUE(WaitFor([&] { return Clock::now() - start > milliseconds(37); }));
   Timer second(loop.Timers(), 200, true);
+  int ticks = 0;
   second.Tick.Listen([&] {
+    if (++ticks < 2) return;
     second.Enabled = false;
     moments.push_back(Clock::now());
   });
