@@ -119,9 +119,9 @@ class Main : public Window {
 
   // The session.
   void ConfigureTransport();
-  void WaitForTransport();
+  [[nodiscard]] bool WaitForTransport();
   bool IsTransportIdle() const { return !Inet1.IsBusy(); }
-  void WaitUntilIdle();
+  [[nodiscard]] bool WaitUntilIdle();
   void Pause(int yields);
   void ShowState(TransportState state);
   void ShowError();
@@ -133,8 +133,8 @@ class Main : public Window {
   void Upload();
   void Download();
   Path AskForTarget();
-  void SendFile();
-  void FetchFile();
+  [[nodiscard]] bool SendFile();
+  [[nodiscard]] bool FetchFile();
 
   // What the flows have in common.
   void CopyFields();

@@ -35,7 +35,7 @@ void Main::Verify() {
     SetBars(0);
     ConfigureTransport();
     Inet1.Execute("DIR");
-    WaitUntilIdle();
+    if (!WaitUntilIdle()) return;
     Tell("Your Settings Have Been Verified. Connection Established!");
     ConnectionStatus = "Connected To Server";
   } catch (const ProgramError&) {
@@ -70,10 +70,10 @@ void Main::Upload() {
     SetBars(0);
     ConfigureTransport();
     Inet1.Execute("DIR");
-    WaitForTransport();
+    if (!WaitForTransport()) return;
     ConnectionStatus = "Connected To Server";
     Start(Timer3);
-    SendFile();
+    if (!SendFile()) return;
     EndTransfer();
     EnableUpload(true);
   } catch (const ProgramError&) {
@@ -93,17 +93,16 @@ void Main::Download() {
     EnableUpload(false);
     ConfigureTransport();
     Inet1.Execute("DIR");
-    WaitUntilIdle();
+    if (!WaitUntilIdle()) return;
     ConnectionStatus = "Connected To Server";
     Text20.Text = Text22.Text.Get() + "." + Text23.Text.Get();
     Text21.Text = AskForTarget();
     Start(Timer3);
-    FetchFile();
+    if (!FetchFile()) return;
     EndTransfer();
     ConnectionStatus = "Action Completed";
     EnableUpload(true);
-    WaitForTransport();
-    Inet1.Execute("CLOSE");
+    if (WaitForTransport()) Inet1.Execute("CLOSE");
   } catch (const ProgramError&) {
     // Required: after a cancel of the dialog too.
     TellFailure(kTransferError, kTransferErrorTitle);
@@ -133,10 +132,10 @@ void Main::CompressFTP() {
     XP_ProgressBar1.Value = 0;
     Start(Timer3);
     Inet1.Execute("DIR");
-    WaitForTransport();
+    if (!WaitForTransport()) return;
     ConnectionStatus = "Connected To Server";
     Start(Timer3);
-    SendFile();
+    if (!SendFile()) return;
     EndTransfer();
     EnableUpload(true);
   } catch (const ProgramError&) {
@@ -148,16 +147,17 @@ void Main::CompressFTP() {
   }
 }
 
-void Main::SendFile() {
+bool Main::SendFile() {
   Inet1.Execute("PUT " + Quoted(txtLocal.Text) + " " + Quoted(txtRemote.Text));
-  WaitForTransport();
+  if (!WaitForTransport()) return false;
   // Required: nobody waits for its end.
   Inet1.Execute("CLOSE");
+  return true;
 }
 
-void Main::FetchFile() {
+bool Main::FetchFile() {
   Inet1.Execute("GET " + Quoted(Text20.Text) + " " + Quoted(Text21.Text));
-  WaitUntilIdle();
+  return WaitUntilIdle();
 }
 
 void Main::EndTransfer() {

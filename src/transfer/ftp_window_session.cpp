@@ -54,13 +54,16 @@ void Main::Pause(int yields) {
 }
 
 // Required: two forms of the wait, told apart by their yields. Only the
-// transport's own time limit ends either.
-void Main::WaitForTransport() {
-  while (Inet1.IsBusy()) Pause(3);
+// transport's own time limit ends either, and the end of the program: false then,
+// and the flow goes no further.
+bool Main::WaitForTransport() {
+  while (Inet1.IsBusy() && !machine_.loop.IsEnding()) Pause(3);
+  return !machine_.loop.IsEnding();
 }
 
-void Main::WaitUntilIdle() {
-  while (!IsTransportIdle()) Pause(4);
+bool Main::WaitUntilIdle() {
+  while (!IsTransportIdle() && !machine_.loop.IsEnding()) Pause(4);
+  return !machine_.loop.IsEnding();
 }
 
 void Main::ShowState(TransportState state) {

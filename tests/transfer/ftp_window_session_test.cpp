@@ -107,6 +107,53 @@ TEST_F(FtpWaitTest, AWaitHasNoLimitOfItsOwn) {
   EXPECT_EQ(window.ConnectionStatus.Get(), "File Transferring...");
 }
 
+class FtpEndTest : public FtpWaitTest {
+ protected:
+  /// The program is ended while a command of the flow runs.
+  void ExpectEnd(const std::function<void()>& flow, std::size_t commands) {
+    for (const char* verb : {"DIR", "PUT", "GET"}) ftp.Let(verb, {.lasts = 50ms});
+    ftp.Called.Listen([this, commands](const std::string&) {
+      if (ftp.Commands().size() + 1 == commands)
+        machine.loop.OnYield(2, [this] { machine.loop.Quit(0); });
+    });
+    const auto begun = machine.clock.Uptime();
+    flow();
+    EXPECT_TRUE(ftp.IsBusy()) << "nobody waited for it";
+    EXPECT_LT(machine.clock.Uptime() - begun, 200ms);
+    EXPECT_EQ(ftp.Commands().size(), commands);
+    EXPECT_THAT(machine.boxes.Shown(), IsEmpty());
+  }
+};
+
+TEST_F(FtpEndTest, TheProgramsEndEndsAVerify) {
+  ExpectEnd([this] { Click(window.chameleonButton4); }, 1);
+}
+
+TEST_F(FtpEndTest, TheProgramsEndEndsAnUploadBeforeItsFile) {
+  ExpectEnd([this] { Click(window.chameleonButton1); }, 1);
+}
+
+TEST_F(FtpEndTest, TheProgramsEndEndsAnUploadOfItsFile) {
+  ExpectEnd([this] { Click(window.chameleonButton1); }, 2);
+}
+
+TEST_F(FtpEndTest, TheProgramsEndEndsAnAutomaticUpload) {
+  ExpectEnd([this] { window.CompressFTP(); }, 1);
+}
+
+TEST_F(FtpEndTest, TheProgramsEndEndsAnAutomaticUploadOfItsFile) {
+  ExpectEnd([this] { window.CompressFTP(); }, 2);
+}
+
+TEST_F(FtpEndTest, TheProgramsEndEndsADownloadBeforeItsFile) {
+  ExpectEnd([this] { Click(window.chameleonButton3); }, 1);
+}
+
+TEST_F(FtpEndTest, TheProgramsEndEndsADownloadOfItsFile) {
+  machine.dialogs.Choose(Dialog::kSave, "C:\\Store\\far.tvz");
+  ExpectEnd([this] { Click(window.chameleonButton3); }, 2);
+}
+
 // --- Errors during a wait -----------------------------------------------------------------
 
 TEST_F(FtpWaitTest, AnAbortedConnectionEndsTheWaitAndItsTextStandsUntilTheNextTick) {
