@@ -91,6 +91,8 @@ class DataPointer {
 
   void MakeFolder(const Path& folder) {
     if (files_.FolderExists(folder)) return;
+    // Settings and log will lie in it: a folder for its owner alone.
+    ::umask(077);
     try {
       files_.CreateFolder(folder);
     } catch (const ProgramError&) {

@@ -113,9 +113,10 @@ std::int32_t usercontrol11::SaveFilesToArchiv(const Path& root_folder, const Pat
 void usercontrol11::BuildContainer(const Path& root, const Path& container,
                                    const std::vector<std::string>& names) {
   const std::int32_t count = ToInt32(static_cast<std::int64_t>(names.size()));
-  // Required: a stage file that was left is written over from its start, and a
-  // longer old tail stays.
-  const int number = OpenUnderFreeNumber(machine_.open_files, container);
+  // Required: a stage file of the user's that was left is written over from its
+  // start, and a longer old tail stays.
+  const int number = FreeFileNumber(machine_.open_files);
+  machine_.open_files.OpenOwn(number, container);
   ContainerWriter writer(machine_.open_files, number);
   writer.WriteCount(count);
   std::int32_t done = 0;
@@ -175,7 +176,7 @@ Path usercontrol11::PathOfEntry(const Path& target_folder, const ContainerRecord
 
 void usercontrol11::WriteEntry(const Path& file, const ContainerRecord& record) {
   const int number = FreeFileNumber(machine_.open_files);
-  machine_.open_files.OpenOutput(number, file);
+  machine_.open_files.OpenOutput(number, file, Rights::kNewFile);
   WriteBytes(machine_.open_files, number, record.content.View());
   machine_.open_files.Close(number);
 }

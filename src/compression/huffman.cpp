@@ -36,7 +36,8 @@ ByteBuffer clsHuffman::ReadWhole(const Path& file) {
 
 void clsHuffman::Replace(const Path& file, const ByteBuffer& bytes) {
   if (FileExist(file)) files_.Delete(file);
-  const int number = OpenUnderFreeNumber(open_files_, file);
+  const int number = FreeFileNumber(open_files_);
+  open_files_.OpenOwn(number, file);
   WriteBytes(open_files_, number, bytes.View());
   open_files_.Close(number);
 }

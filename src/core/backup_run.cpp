@@ -185,9 +185,9 @@ void BackupRun::CopyRow(const RunFile& row) {
 void BackupRun::CopyToStorage(const RunFile& row) {
   const auto target = targets_.FileIn(state_.RunDestination.Get(), FileNameOf(row.Path));
   if (target) {
-    machine_.files.CopyWhole(row.Path, *target);
+    machine_.files.CopyWhole(row.Path, *target, Rights::kSource);
   } else {
-    machine_.files.CopyWhole(row.Path, TargetOf(row));
+    machine_.files.CopyWhole(row.Path, TargetOf(row), Rights::kSource);
   }
 }
 

@@ -62,6 +62,18 @@ class MediumFlush {
   virtual bool IsDone() = 0;
 };
 
+/// What others than its owner may do with a file or folder that is made. Whoever
+/// copies knows which side is the computer and which the storage, the system doesn't.
+enum class Rights {
+  /// Nothing.
+  kOwner,
+  /// What the user lets others do with new files. Of a copy, nothing that the
+  /// source's rights forbid: for whatever comes from a medium to the computer.
+  kNewFile,
+  /// Of a copy: what the source's let them do, access lists included.
+  kSource,
+};
+
 /// A folder that is held: it stays this one, whatever comes to stand at its path.
 /// Names are exact here: one in another case is another name. Links are not
 /// followed. All members raise 76 once the folder is gone.
@@ -121,18 +133,22 @@ class FileSystem {
   /// True for anything but a folder.
   virtual bool FileExists(const Path& file) = 0;
 
-  /// Copies one file whole, replacing `target`. Modification time, permissions
-  /// and extended attributes go with it. Follows a symbolic link to its file.
+  /// Copies one file whole, replacing `target`. Modification time, extended
+  /// attributes and those permissions that `rights` lets through go with it, set-id
+  /// bits never. Follows a symbolic link to its file.
   /// The target changes in one step: after any failure it is as it was, and no
   /// other file is left. Raises 53 (no source, or a folder), 76 (no folder for
   /// the target), 61 (medium full), 70 (source or target folder refused), 75
   /// (the target is read-only or a folder). Doesn't yield.
-  virtual void CopyWhole(const Path& source, const Path& target) = 0;
+  virtual void CopyWhole(const Path& source, const Path& target,
+                         Rights rights = Rights::kNewFile) = 0;
   /// Likewise, to an entry of a held folder; raises 58 as well.
-  virtual void CopyWhole(const Path& source, const HeldEntry& target) = 0;
+  virtual void CopyWhole(const Path& source, const HeldEntry& target,
+                         Rights rights = Rights::kNewFile) = 0;
 
   /// As CopyWhole, but a symbolic link is copied as a link.
-  virtual void CopyEntry(const HeldEntry& source, const HeldEntry& target) = 0;
+  virtual void CopyEntry(const HeldEntry& source, const HeldEntry& target,
+                         Rights rights = Rights::kNewFile) = 0;
 
   /// Copies a folder with all that is in it into `target`, which is made if it
   /// is missing (its parent must exist), replacing files that are there and
@@ -142,9 +158,9 @@ class FileSystem {
   /// `between` after each file. Both folders stay those that it began with. Raises
   /// 76 when `source` is no folder or the parent of `target` is missing.
   virtual void CopyTree(const Path& source, const Path& target,
-                        const std::function<void()>& between) = 0;
+                        const std::function<void()>& between, Rights rights = Rights::kNewFile) = 0;
   virtual void CopyTree(const HeldEntry& source, const HeldEntry& target,
-                        const std::function<void()>& between) = 0;
+                        const std::function<void()>& between, Rights rights = Rights::kNewFile) = 0;
 
   /// Moves a folder. Raises 76 when `source` is no folder, 58 when the target
   /// exists, otherwise as CopyTree; the source goes only after all of it has

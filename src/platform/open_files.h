@@ -18,15 +18,22 @@ class OpenFiles {
  public:
   virtual ~OpenFiles() = default;
 
-  /// Opens a text for reading. Numbers are 1 to 511. All three raise 52 (bad
+  /// Opens a text for reading. Numbers are 1 to 511. All four raise 52 (bad
   /// number), 55 (the number is taken), 76, 75, 70; this one 53 as well.
   virtual void OpenInput(int number, const Path& file) = 0;
-  /// Creates a text anew, emptying an old one.
-  virtual void OpenOutput(int number, const Path& file) = 0;
-  /// Opens for reading and writing at any position, creating the file if it is
-  /// missing and keeping what it holds. One that refuses writing is opened for
-  /// reading alone.
+  /// Creates a text anew, emptying an old one, which keeps its rights. A new one has
+  /// `rights`, of a new file or its owner's alone.
+  virtual void OpenOutput(int number, const Path& file, Rights rights = Rights::kOwner) = 0;
+  /// Opens for reading and writing at any position, creating the file, for its owner
+  /// alone, if it is missing, and keeping what it holds. One that refuses writing is
+  /// opened for reading alone.
   virtual void OpenBinary(int number, const Path& file) = 0;
+  /// As OpenBinary, for a file of the program's own making. What has the name is kept
+  /// only if it is a plain file of this user, known under no other name; it is then
+  /// its owner's alone. Anything else but a folder, a link too, is deleted and the
+  /// file made anew. Raises 75 for one that refuses writing and for a folder, and 70
+  /// for what can't be deleted.
+  virtual void OpenOwn(int number, const Path& file) = 0;
 
   /// Writes bytes at the end of what was written (texts) or at the position
   /// (binary), which moves on. Behind the end of a file the gap is filled with

@@ -92,7 +92,7 @@ PartsCode modFHand::Split(const Path& source, std::int32_t segment_bytes,
   do {
     number = Add16(number, 1);
     const Path target = screen_.target_folder.Get() + "\\" + located.name;
-    OpenForWriting(kSecondNumber, PartName(target, number));
+    files.OpenOwn(kSecondNumber, PartName(target, number));
     CopyStep(transfer, std::min(segment_bytes, Subtract32(length, transfer.done)));
     files.Close(kSecondNumber);
     machine_.loop.Yield();
@@ -123,7 +123,7 @@ PartsCode modFHand::Join(Path& part, std::int16_t& part_count) {
   if (IsListed(output)) return PartsCode::kRefused;
 
   OpenFiles& files = machine_.open_files;
-  OpenForWriting(kFirstNumber, output);
+  files.OpenOwn(kFirstNumber, output);
   Transfer transfer{.from = kSecondNumber, .to = kFirstNumber, .total = total};
   for (std::int16_t number = 1; number <= count; ++number) {
     part = PartName(output, number);
@@ -138,13 +138,6 @@ PartsCode modFHand::Join(Path& part, std::int16_t& part_count) {
   part_count = count;
   screen_.spProg(0);
   return PartsCode::kDone;
-}
-
-// Keeps what an old file holds. One that refuses writing opens for reading all
-// the same: writing nothing tells it from the others.
-void modFHand::OpenForWriting(int number, const Path& file) {
-  machine_.open_files.OpenBinary(number, file);
-  machine_.open_files.Write(number, {});
 }
 
 // Moves the bytes of one part.

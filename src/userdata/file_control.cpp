@@ -23,7 +23,8 @@ bool FileControl::CopyFolderTo(const Path& source, const Path& destination, Copy
     if (options.move) {
       machine_.files.MoveTree(source, destination);
     } else {
-      machine_.files.CopyTree(source, destination, [this] { machine_.loop.Yield(); });
+      machine_.files.CopyTree(
+          source, destination, [this] { machine_.loop.Yield(); }, options.rights);
     }
     return true;
   } catch (const ProgramError&) {

@@ -16,6 +16,7 @@ class FileControl {
   struct CopyOptions {
     bool move = false;
     bool overwrite = false;
+    Rights rights = Rights::kNewFile;  ///< of what a copy makes
   };
 
   /// Copies a folder with all that is in it, merging into a folder that is

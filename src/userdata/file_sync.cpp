@@ -7,6 +7,9 @@ namespace tarnvale {
 namespace {
 
 constexpr std::size_t kNone = NamePairs::kNone;
+// The second folder is the storage, which others may write to.
+constexpr Rights kTowardsStorage = Rights::kSource;
+constexpr Rights kTowardsComputer = Rights::kNewFile;
 
 int DateStatus(const FolderEntry& first, const FolderEntry& second) {
   if (second.modified_s < first.modified_s) return difference::kFirstNewer;
@@ -112,9 +115,9 @@ void FileSync::Read(FolderPair& pair) {
 
 // A name that the medium doesn't tell from another one is passed over, and that
 // one stays as it is.
-void FileSync::CopyFile(const HeldEntry& source, const HeldEntry& target) {
+void FileSync::CopyFile(const HeldEntry& source, const HeldEntry& target, Rights rights) {
   try {
-    machine_.files.CopyEntry(source, target);
+    machine_.files.CopyEntry(source, target, rights);
   } catch (const ProgramError& error) {
     if (error.Number() != kFileAlreadyExists) throw;
   }
@@ -133,7 +136,8 @@ void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
     if (copies) {
       const HeldEntry ours{*pair.first, row.first};
       const HeldEntry theirs{*pair.second, row.second};
-      direction == Direction::kFirstToSecond ? CopyFile(ours, theirs) : CopyFile(theirs, ours);
+      direction == Direction::kFirstToSecond ? CopyFile(ours, theirs, kTowardsStorage)
+                                             : CopyFile(theirs, ours, kTowardsComputer);
     }
     machine_.loop.Yield();
   }
@@ -146,7 +150,7 @@ void FileSync::SyncFolders(const Path& first, const Path& second, bool two_way) 
   pass.Step([&] { roots.second = machine_.files.OpenFolder(second); });
   if (!pass.StandingError()) pass.Step([&] { Read(roots); });
   if (pass.StandingError()) {
-    pass.Step([&] { machine_.files.CopyTree(first, second, Yielding()); });
+    pass.Step([&] { machine_.files.CopyTree(first, second, Yielding(), kTowardsStorage); });
     return;
   }
   SyncTrees(roots, two_way);
@@ -175,7 +179,7 @@ void FileSync::SyncTrees(FolderPair& roots, bool two_way) {
         pass.Step([&] {
           const auto from = roots.second->Inner(level.second);
           const auto to = roots.first->Inner(level.first);
-          machine_.files.CopyTree({*from, name}, {*to, name}, Yielding());
+          machine_.files.CopyTree({*from, name}, {*to, name}, Yielding(), kTowardsComputer);
         });
       }
     }
@@ -201,7 +205,8 @@ std::optional<FileSync::Level> FileSync::EnterFolders(const FolderPair& roots, c
     pass.Step([&] {
       const auto from = roots.first->Inner(outer.first);
       const auto to = roots.second->Inner(outer.second);
-      machine_.files.CopyTree({*from, folders.first}, {*to, folders.second}, Yielding());
+      machine_.files.CopyTree({*from, folders.first}, {*to, folders.second}, Yielding(),
+                              kTowardsStorage);
     });
     return std::nullopt;
   }

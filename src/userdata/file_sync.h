@@ -49,9 +49,9 @@ class FileSync {
   /// raised; so is 9 when there is no row. Yields after each row.
   void SyncFiles(const Path& first, const Path& second, bool two_way);
 
-  /// SyncFiles for two folders and all folders in them. A second folder that is
-  /// missing is made by one copy of the first. To the end it works on the two folders
-  /// that the paths led to at its start. Ignores all failures. Yields.
+  /// SyncFiles for two folders, the computer's and the storage's, and all in them. A second folder
+  /// that is missing is made by one copy of the first. To the end it works on the two folders that
+  /// the paths led to at its start. Ignores all failures. Yields.
   void SyncFolders(const Path& first, const Path& second, bool two_way);
 
  private:
@@ -94,7 +94,7 @@ class FileSync {
   std::optional<Level> EnterFolders(const FolderPair& roots, const Level& outer,
                                     const SubFolders& folders, bool two_way);
   static Level LevelOf(const FolderPair& pair, const Path& first, const Path& second);
-  void CopyFile(const HeldEntry& source, const HeldEntry& target);
+  void CopyFile(const HeldEntry& source, const HeldEntry& target, Rights rights);
   std::function<void()> Yielding();
 
   Machine& machine_;

@@ -136,7 +136,7 @@ class userdata : public Window {
   void BackUpSystemFiles();
   void AskForFolder(std::initializer_list<TextBox*> fields);
   void MakeFolder(const Path& folder);
-  void CopyOver(const Path& source, const Path& target);
+  void CopyOver(const Path& source, const Path& target, Rights rights);
   void StartEditor(const std::string& line);
   void TellBackedUp();
   void TellRestored();

@@ -88,10 +88,11 @@ void userdata::MakeFolder(const Path& folder) {
 }
 
 // Required: the result isn't looked at.
-void userdata::CopyOver(const Path& source, const Path& target) {
+void userdata::CopyOver(const Path& source, const Path& target, Rights rights) {
   // Copies: the fields that they come from may change while the folder's copy
   // yields.
-  control_.CopyFolderTo(Path(source), Path(target), {.move = false, .overwrite = true});
+  control_.CopyFolderTo(Path(source), Path(target),
+                        {.move = false, .overwrite = true, .rights = rights});
 }
 
 void userdata::StartEditor(const std::string& line) {
@@ -114,7 +115,7 @@ void userdata::TellRestored() {
 
 void userdata::BackUp(const TextBox& profile, TextBox& chosen, const char* name) {
   AskForFolder({&chosen});
-  CopyOver(profile.Text, chosen.Text.Get() + name);
+  CopyOver(profile.Text, chosen.Text.Get() + name, Rights::kSource);
   TellBackedUp();
 }
 
@@ -122,7 +123,7 @@ void userdata::BackUp(const TextBox& profile, TextBox& chosen, const char* name)
 // made in.
 void userdata::Restore(TextBox& chosen, const TextBox& profile) {
   AskForFolder({&chosen});
-  CopyOver(chosen.Text, profile.Text);
+  CopyOver(chosen.Text, profile.Text, Rights::kNewFile);
   TellRestored();
 }
 
@@ -133,7 +134,7 @@ void userdata::BackUpExplorer() {
   MakeFolder(Text6.Text.Get() + "\\IE Settings");
   Text6.Text = Text15.Text.Get() + "\\IE Settings";
   for (const ExplorerFolder& folder : kExplorerFolders) {
-    CopyOver((this->*folder.place).Text, Text6.Text.Get() + folder.name);
+    CopyOver((this->*folder.place).Text, Text6.Text.Get() + folder.name, Rights::kSource);
   }
   TellBackedUp();
 }
@@ -141,7 +142,7 @@ void userdata::BackUpExplorer() {
 void userdata::RestoreExplorer() {
   AskForFolder({&Text6});
   for (const ExplorerFolder& folder : kExplorerFolders) {
-    CopyOver(Text6.Text.Get() + folder.name, (this->*folder.place).Text);
+    CopyOver(Text6.Text.Get() + folder.name, (this->*folder.place).Text, Rights::kNewFile);
   }
   TellRestored();
 }
@@ -150,7 +151,7 @@ void userdata::BackUpExpress() {
   AskForFolder({&Text9, &Text12});
   MakeFolder(Text9.Text.Get() + "\\Outlook Express Settings");
   Text9.Text = Text12.Text.Get() + "\\Outlook Express Settings";
-  CopyOver(Text11.Text, Text9.Text.Get() + "\\OE Identities");
+  CopyOver(Text11.Text, Text9.Text.Get() + "\\OE Identities", Rights::kSource);
   for (const ExpressBranch& part : kExpressBranches) {
     StartEditor(ExportLine(Text9.Text.Get() + part.file, part.branch));
   }
@@ -162,7 +163,7 @@ void userdata::RestoreExpress() {
   Text13.Text = Text9.Text.Get() + "\\OE Identities";
   // Required: the only operation that a cancel can keep from going on.
   if (Text9.Text.Get().empty()) return;
-  CopyOver(Text13.Text, Text11.Text);
+  CopyOver(Text13.Text, Text11.Text, Rights::kNewFile);
   for (const ExpressBranch& part : kExpressBranches) {
     StartEditor(ImportLine(Text9.Text.Get() + part.file));
   }
@@ -180,7 +181,9 @@ void userdata::BackUpSystemFiles() {
   PassedOver pass;
   int done = 0;
   for (const SystemFile& file : kSystemFiles) {
-    pass.Step([&] { machine_.files.CopyWhole(file.source, Text14.Text.Get() + file.name); });
+    pass.Step([&] {
+      machine_.files.CopyWhole(file.source, Text14.Text.Get() + file.name, Rights::kSource);
+    });
     XP_ProgressBar1.Value = ++done;
   }
   XP_ProgressBar1.Value = XP_ProgressBar1.Max;

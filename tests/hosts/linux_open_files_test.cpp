@@ -119,6 +119,42 @@ TEST_F(LinuxOpenFilesTest, AProgramThatRunsOpensInBinaryForReadingAlone) {
   EXPECT_EQ(RaisedBy([&] { open.Write(1, "x"); }), 75);
 }
 
+TEST_F(LinuxOpenFilesTest, WhatIsMadeIsItsOwnersAloneUnlessOthersMayHaveIt) {
+  const mode_t mask = ::umask(0022);
+  open.OpenOutput(1, "C:\\Data\\log");
+  open.OpenBinary(2, "C:\\Data\\archive");
+  open.OpenOwn(3, "C:\\Data\\stage");
+  open.OpenOutput(4, "C:\\Data\\unpacked", Rights::kNewFile);
+  ::umask(mask);
+  EXPECT_EQ(ModeOf(OnDrive("Data/log")), 0600U);
+  EXPECT_EQ(ModeOf(OnDrive("Data/archive")), 0600U);
+  EXPECT_EQ(ModeOf(OnDrive("Data/stage")), 0600U);
+  EXPECT_EQ(ModeOf(OnDrive("Data/unpacked")), 0644U);
+}
+
+TEST_F(LinuxOpenFilesTest, AnOwnFileThatWasLeftIsItsOwnersAloneFromNowOn) {
+  WriteNative(OnDrive("Data/stage"), "left");
+  ASSERT_EQ(::chmod(OnDrive("Data/stage").c_str(), 0666), 0);
+  open.OpenOwn(1, "C:\\Data\\stage");
+  EXPECT_EQ(ModeOf(OnDrive("Data/stage")), 0600U);
+  EXPECT_EQ(open.Read(1, 10), "left");
+}
+
+TEST_F(LinuxOpenFilesTest, AnOwnFileIsNotWrittenThroughLinksOfEitherKind) {
+  WriteNative(OnDrive("Data/other"), "other");
+  const auto native = OnDrive("Data/stage");
+  for (const auto& link : {&::symlink, &::link}) {
+    ASSERT_EQ(link(OnDrive("Data/other").c_str(), native.c_str()), 0);
+    open.OpenOwn(1, "C:\\Data\\stage");
+    open.Write(1, "new");
+    open.Close(1);
+    EXPECT_EQ(ReadNative(OnDrive("Data/other")), "other");
+    EXPECT_EQ(ReadNative(native), "new");
+    EXPECT_TRUE(S_ISREG(StateOf(native).st_mode));
+    std::filesystem::remove(native);
+  }
+}
+
 TEST_F(LinuxOpenFilesTest, NoChildInheritsAnOpenFile) {
   open.OpenOutput(1, "C:\\Data\\a.txt");
   bool found = false;

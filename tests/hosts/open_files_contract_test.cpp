@@ -56,6 +56,30 @@ TEST_P(OpenFilesContract, OpeningAMissingFileForInputRaises53) {
   EXPECT_FALSE(open.IsOpen(1));
 }
 
+TEST_P(OpenFilesContract, AnOwnFileKeepsWhatItHoldsAndIsMadeWhenItIsMissing) {
+  host.Write("C:\\Data\\left", "0123456789");
+  open.OpenOwn(1, "C:\\Data\\LEFT");
+  open.Write(1, "new");
+  open.Seek(1, 0);
+  EXPECT_EQ(open.Read(1, 20), "new3456789");
+  open.OpenOwn(2, "C:\\Data\\made");
+  open.Write(2, "x");
+  open.CloseAll();
+  EXPECT_EQ(host.Content("C:\\Data\\left"), "new3456789");
+  EXPECT_EQ(host.Content("C:\\Data\\made"), "x");
+}
+
+TEST_P(OpenFilesContract, AnOwnFileThatRefusesWritingAndAFolderRaise75) {
+  host.Write("C:\\Data\\a.txt", "kept");
+  host.Files().SetAttributes("C:\\Data\\a.txt", attribute::kReadOnly);
+  host.MakeFolder("C:\\Data\\folder");
+  EXPECT_EQ(RaisedBy([&] { open.OpenOwn(1, "C:\\Data\\a.txt"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { open.OpenOwn(1, "C:\\Data\\folder"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { open.OpenOwn(1, "C:\\Missing\\a.txt"); }), 76);
+  EXPECT_FALSE(open.IsOpen(1));
+  EXPECT_EQ(host.Content("C:\\Data\\a.txt"), "kept");
+}
+
 TEST_P(OpenFilesContract, AMissingFolderRaises76) {
   EXPECT_EQ(RaisedBy([&] { open.OpenInput(1, "C:\\Missing\\a.txt"); }), 76);
   EXPECT_EQ(RaisedBy([&] { open.OpenOutput(1, "C:\\Missing\\a.txt"); }), 76);

@@ -3,14 +3,19 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
+
 #include "base/failure.h"
+#include "compression/archive.h"
 #include "tests/security/another_user.h"
+#include "tests/support/fake_machine.h"
 #include "tests/support/raised.h"
 
 namespace tarnvale::testing {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 // A file of the user's own that everybody is to keep out of.
@@ -34,13 +39,10 @@ class LinksOfOthersTest : public AttackedStage {
 
 TEST_F(LinksOfOthersTest, AreNotWrittenThrough) {
   PlantLink("Backup Log.txt");
-  for (int number = 0; const auto open : {&OpenFiles::OpenOutput, &OpenFiles::OpenBinary}) {
-    ++number;
-    EXPECT_EQ(
-        RaisedBy([&] { (host.open_files.*open)(number, "C:\\Data\\shared\\Backup Log.txt"); }),
-        kPermissionDenied);
-    EXPECT_FALSE(host.open_files.IsOpen(number));
-  }
+  const Path log = "C:\\Data\\shared\\Backup Log.txt";
+  EXPECT_EQ(RaisedBy([&] { host.open_files.OpenOutput(1, log); }), kPermissionDenied);
+  EXPECT_EQ(RaisedBy([&] { host.open_files.OpenBinary(1, log); }), kPermissionDenied);
+  EXPECT_FALSE(host.open_files.IsOpen(1));
   EXPECT_EQ(ReadNative(secret), kSecret);
 }
 
@@ -49,6 +51,21 @@ TEST_F(LinksOfOthersTest, ThatLeadNowhereMakeNoFile) {
   EXPECT_EQ(RaisedBy([&] { host.open_files.OpenOutput(1, "C:\\Data\\shared\\log"); }),
             kPermissionDenied);
   EXPECT_FALSE(std::filesystem::exists(OnDrive("Data/planted")));
+}
+
+TEST_F(LinksOfOthersTest, AndFilesOfTheirsAreReplacedByTheProgramsOwnFiles) {
+  PlantLink("stage");
+  host.open_files.OpenOwn(1, "C:\\Data\\shared\\stage");
+  host.open_files.Write(1, "container");
+  EXPECT_EQ(ReadNative(secret), kSecret);
+  EXPECT_EQ(ModeOf(Shared("stage")), 0600U);
+
+  AnotherUser::PlantFile("", Shared("part"));
+  ASSERT_EQ(::link(Shared("part").c_str(), OnDrive("Data/held by him").c_str()), 0);
+  host.open_files.OpenOwn(2, "C:\\Data\\shared\\part");
+  host.open_files.Write(2, "part");
+  EXPECT_EQ(ReadNative(OnDrive("Data/held by him")), "");
+  EXPECT_FALSE(AnotherUser::CanRead(Shared("part")));
 }
 
 TEST_F(LinksOfOthersTest, AreNotReadThrough) {
@@ -119,6 +136,69 @@ TEST_F(LinksOfOthersTest, ThatComeIntoAFilesPlaceDuringAFolderCopyAreNotRead) {
             }),
             kPathFileAccess);
   EXPECT_THAT(NativeNames(OnDrive("Data/again")), ElementsAre("1"));
+}
+
+class ArchivesBesideOthersTest : public LinksOfOthersTest {
+ protected:
+  void SetUp() override {
+    LinksOfOthersTest::SetUp();
+    if (IsSkipped()) return;
+    std::filesystem::create_directories(OnDrive("Data/tree"));
+    ASSERT_EQ(::chmod(OnDrive("Data/tree").c_str(), 0777), 0);
+    WriteNative(OnDrive("Data/tree/a.txt"), "hi");
+  }
+
+  void ExpectSound() {
+    EXPECT_EQ(ReadNative(secret), kSecret);
+    EXPECT_EQ(ModeOf(Shared("a.tvz")), 0600U);
+    EXPECT_EQ(StateOf(Shared("a.tvz")).st_uid, ::geteuid());
+    EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Data\\out", true), 1);
+    EXPECT_THAT(NativeNames(OnDrive("Data/out")), ElementsAre("a.txt"));
+  }
+
+  const Path archive = "C:\\Data\\shared\\a.tvz";
+  FakeMachine fake;
+  Machine machine{host.Parts(), fake.Interfaces()};
+  usercontrol11 archiver{machine};
+};
+
+TEST_F(ArchivesBesideOthersTest, GoIntoNoStageFileAndNoArchiveOfTheirs) {
+  PlantLink("a.tvz.tmp");
+  PlantLink("a.tvz");
+  EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data\\tree", archive, true), 1);
+  EXPECT_EQ(ReadNative(secret), kSecret);
+  AnotherUser::PlantFile("", Shared("a.tvz.tmp"));
+  ASSERT_EQ(::link(Shared("a.tvz.tmp").c_str(), OnDrive("Data/held by him").c_str()), 0);
+  EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data\\tree", archive, true), 1);
+  EXPECT_EQ(ReadNative(OnDrive("Data/held by him")), "");
+  PlantLink("a.tvz.tmp");
+  ExpectSound();
+}
+
+TEST_F(ArchivesBesideOthersTest, TakeNoFileThatALinkOfTheirsLeadsTo) {
+  AnotherUser::PlantLink(secret, OnDrive("Data/tree/planted"));
+  EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data\\tree", archive, true), 1);
+  ExpectSound();
+}
+
+TEST_F(ArchivesBesideOthersTest, AreMadeByTheCommandAlike) {
+  AnotherUser::PlantLink(secret, OnDrive("Data/tree/planted"));
+  const std::string command = std::string(TVZ) + " create " + Shared("a.tvz") + " " +
+                              OnDrive("Data/tree") + " 2>" + OnDrive("Data/said");
+  ASSERT_EQ(std::system(command.c_str()), 0) << ReadNative(OnDrive("Data/said"));
+  EXPECT_THAT(ReadNative(OnDrive("Data/said")), HasSubstr("planted: left out"));
+  ExpectSound();
+}
+
+TEST_F(ArchivesBesideOthersTest, AreUnpackedByTheCommandWithTheNarrowerRightsOfWhatTheyReplace) {
+  EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data\\tree", archive, true), 1);
+  WriteNative(OnDrive("Data/shared/a.txt"), "old");
+  ASSERT_EQ(::chmod(OnDrive("Data/shared/a.txt").c_str(), 0600), 0);
+  const std::string command =
+      std::string(TVZ) + " extract " + Shared("a.tvz") + " -C " + OnDrive("Data/shared");
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(ReadNative(OnDrive("Data/shared/a.txt")), "hi");
+  EXPECT_EQ(ModeOf(OnDrive("Data/shared/a.txt")), 0600U);
 }
 
 // What the administrator keeps as a link on the system's own disk stays what it is.

@@ -162,7 +162,7 @@ TEST_F(SplitTest, ARunThatHoldsTheFirstNumberMakesItFailAndLosesItsLog) {
 }
 
 TEST_F(SplitTest, WhatWasWrittenBeforeAnErrorStays) {
-  machine.open_files.FailOn("OpenBinary", "C:\\out\\backup.tvz.002", 61);
+  machine.open_files.FailOn("OpenOwn", "C:\\out\\backup.tvz.002", 61);
   EXPECT_EQ(SplitBytes("abcdef", 4), PartsCode::kFailed);
   EXPECT_EQ(Content("C:\\out\\backup.tvz.001"), "abcd");
   EXPECT_THAT(percents, ElementsAre(16, 33, 50, 66));

@@ -315,7 +315,8 @@ void FakeFiles::CopyFile(const NodePtr& from, const NodePtr& old, FakeNode& fold
   to->modified_s = from->modified_s;
 }
 
-void FakeFiles::CopyWhole(const Path& source, const Path& target) {
+void FakeFiles::CopyWhole(const Path& source, const Path& target, Rights rights) {
+  copied_with_[target] = rights;
   Enter("CopyWhole", source, target);
   const NodePtr from = Find(source);
   if (from == nullptr || from->is_folder) throw ProgramError(kFileNotFound);

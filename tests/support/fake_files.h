@@ -82,6 +82,12 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   /// What was open on it stays open and fails.
   void RemoveDrive(const std::string& letter);
 
+  /// With which rights the last copy onto a path was asked for; none when none was.
+  std::optional<Rights> CopiedWith(const Path& target) const {
+    const auto asked = copied_with_.find(target);
+    return asked == copied_with_.end() ? std::nullopt : std::optional(asked->second);
+  }
+
   // The interface.
   std::string FoldCase(std::string_view name) override { return FoldedName(name); }
   Path ProgramFolder() override;
@@ -90,13 +96,15 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   void SetAttributes(const Path& file, int value) override;
   bool FolderExists(const Path& folder) override;
   bool FileExists(const Path& file) override;
-  void CopyWhole(const Path& source, const Path& target) override;
-  void CopyWhole(const Path& source, const HeldEntry& target) override;
-  void CopyEntry(const HeldEntry& source, const HeldEntry& target) override;
-  void CopyTree(const Path& source, const Path& target,
-                const std::function<void()>& between) override;
+  void CopyWhole(const Path& source, const Path& target, Rights rights = Rights::kNewFile) override;
+  void CopyWhole(const Path& source, const HeldEntry& target,
+                 Rights rights = Rights::kNewFile) override;
+  void CopyEntry(const HeldEntry& source, const HeldEntry& target,
+                 Rights rights = Rights::kNewFile) override;
+  void CopyTree(const Path& source, const Path& target, const std::function<void()>& between,
+                Rights rights = Rights::kNewFile) override;
   void CopyTree(const HeldEntry& source, const HeldEntry& target,
-                const std::function<void()>& between) override;
+                const std::function<void()>& between, Rights rights = Rights::kNewFile) override;
   void MoveTree(const Path& source, const Path& target) override;
   void CreateFolder(const Path& folder) override;
   void CreateFoldersOf(const Path& path) override;
@@ -153,6 +161,7 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
 
   FakeClock& clock_;
   std::map<char, NodePtr> drives_;
+  std::map<Path, Rights> copied_with_;
   std::function<bool(const FakeNode&)> is_open_;
   int flush_times_ = 1;
 };

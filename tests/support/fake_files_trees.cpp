@@ -152,12 +152,14 @@ void FakeFiles::CopyToHeld(const NodePtr& from, const HeldEntry& target) {
   CopyFile(from, FakeFolder::NodeOf(target), *FakeFolder::Of(target.folder).Node(), target.name);
 }
 
-void FakeFiles::CopyWhole(const Path& source, const HeldEntry& target) {
+void FakeFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
+  copied_with_[FakeFolder::PathOf(target)] = rights;
   Enter("CopyWhole", source, FakeFolder::PathOf(target));
   CopyToHeld(Find(source), target);
 }
 
-void FakeFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target) {
+void FakeFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rights rights) {
+  copied_with_[FakeFolder::PathOf(target)] = rights;
   Enter("CopyEntry", FakeFolder::PathOf(source), FakeFolder::PathOf(target));
   CopyToHeld(FakeFolder::Of(source.folder).Node()->Entry(source.name), target);
 }
@@ -214,7 +216,8 @@ void FakeFiles::FillTree(const TreeInWork& tree, const std::function<void()>& be
 }
 
 void FakeFiles::CopyTree(const Path& source, const Path& target,
-                         const std::function<void()>& between) {
+                         const std::function<void()>& between, Rights rights) {
+  copied_with_[target] = rights;
   Enter("CopyTree", source, target);
   CopyFolderTree(source, target, between);
 }
@@ -230,7 +233,8 @@ void FakeFiles::CopyFolderTree(const Path& source, const Path& target,
 }
 
 void FakeFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
-                         const std::function<void()>& between) {
+                         const std::function<void()>& between, Rights rights) {
+  copied_with_[FakeFolder::PathOf(target)] = rights;
   const Path from_path = FakeFolder::PathOf(source);
   const Path to_path = FakeFolder::PathOf(target);
   Enter("CopyTree", from_path, to_path);

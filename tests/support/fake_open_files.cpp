@@ -47,7 +47,7 @@ void FakeOpenFiles::OpenInput(int number, const Path& file) {
   open_[number] = {node, Mode::kInput, false, 0};
 }
 
-void FakeOpenFiles::OpenOutput(int number, const Path& file) {
+void FakeOpenFiles::OpenOutput(int number, const Path& file, Rights) {
   Enter("OpenOutput", file, std::to_string(number));
   CheckFree(number);
   const auto node = files_.FileForWriting(file);
@@ -61,6 +61,14 @@ void FakeOpenFiles::OpenBinary(int number, const Path& file) {
   CheckFree(number);
   const auto node = files_.FileForWriting(file);
   open_[number] = {node, Mode::kBinary, !IsReadOnly(*node), 0};
+}
+
+void FakeOpenFiles::OpenOwn(int number, const Path& file) {
+  Enter("OpenOwn", file, std::to_string(number));
+  CheckFree(number);
+  const auto node = files_.FileForWriting(file);
+  if (IsReadOnly(*node)) throw ProgramError(kPathFileAccess);
+  open_[number] = {node, Mode::kBinary, true, 0};
 }
 
 void FakeOpenFiles::Write(int number, std::string_view bytes) {

@@ -169,8 +169,15 @@ void TargetFolder::Write(const ContainerRecord& record) {
     if (place.from_root) last_folders_.insert(last_folders_.begin(), "/");
   }
   const Leftovers leftovers(last_.Get(), {{{work_name_}, {}, {}}});
+  // Nobody may read or write it who couldn't the file that it replaces.
+  mode_t mode = 0666;
+  struct stat old {};
+  if (::fstatat(last_.Get(), place.file.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0 &&
+      S_ISREG(old.st_mode)) {
+    mode &= old.st_mode;
+  }
   Descriptor file(::openat(last_.Get(), work_name_.c_str(),
-                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
   if (!file) throw CommandFailure(record.name, ReasonOf(errno));
   WriteBytes(file.Get(), record.content.View(), record.name);
   // Onto the medium first: a power cut leaves no name with half a file behind.

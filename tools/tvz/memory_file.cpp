@@ -17,11 +17,15 @@ void MemoryFile::OpenInput(int, const Path&) {
   Refuse();
 }
 
-void MemoryFile::OpenOutput(int, const Path&) {
+void MemoryFile::OpenOutput(int, const Path&, Rights) {
   Refuse();
 }
 
 void MemoryFile::OpenBinary(int, const Path&) {
+  Refuse();
+}
+
+void MemoryFile::OpenOwn(int, const Path&) {
   Refuse();
 }
 

@@ -1,5 +1,7 @@
 #include "tvz/tree_check.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -9,6 +11,7 @@
 #include <utility>
 
 #include "compression/enumeration.h"
+#include "platform/linux/own_links.h"
 #include "platform/linux/paths.h"
 #include "tvz/command_failure.h"
 #include "tvz/native_output.h"
@@ -51,7 +54,9 @@ class TreeCheck {
     std::error_code error;
     const bool is_folder = fs::is_directory(entry.symlink_status(error));
     if (!is_folder && !IsFile(entry)) return;
-    if (!CanBeNamed(name)) {
+    if (IsLinkOfOthers(entry)) {
+      LeaveOut(entry, "a link of another user");
+    } else if (!CanBeNamed(name)) {
       LeaveOut(entry, "a backslash or a star can't stand in an archive");
     } else if (HoldsDrive(name)) {
       LeaveOut(entry, "nothing takes a name like that of a drive out of an archive");
@@ -64,6 +69,12 @@ class TreeCheck {
 
   void LeaveOut(const fs::directory_entry& entry, const char* reason) {
     sums_.left_out.push_back({entry.path().string(), reason});
+  }
+
+  static bool IsLinkOfOthers(const fs::directory_entry& entry) {
+    struct stat info {};
+    return !StateByOwnLinks(AT_FDCWD, entry.path().string(), info) && errno == EACCES &&
+           entry.is_symlink();
   }
 
   // One that has gone meanwhile, and a link that leads nowhere, are none.

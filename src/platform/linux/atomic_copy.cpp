@@ -23,6 +23,7 @@ namespace tarnvale {
 namespace {
 
 constexpr mode_t kPermissions = 07777;
+constexpr mode_t kOwnersAlone = 0600;
 
 // A temporary that goes when it isn't renamed in the end.
 class Provisional {
@@ -67,14 +68,17 @@ Descriptor OpenSource(NativeSpot source, Links links, struct stat& info) {
 }
 
 // True for attributes that belong to the content; others belong to the place.
-bool GoesWithCopy(std::string_view name) {
+bool GoesWithCopy(std::string_view name, Rights rights) {
   if (name == kArchivedAttribute) return false;
-  return name.substr(0, 5) == "user." || name.substr(0, 17) == "system.posix_acl_";
+  return name.starts_with("user.") ||
+         (rights == Rights::kSource && name.starts_with("system.posix_acl_"));
 }
 
-// Both extended attributes and content can be written, whatever comes later.
-mode_t CreationMode(const struct stat& source) {
-  return (source.st_mode & 0777) | S_IRUSR | S_IWUSR;
+// What the user's mask takes from new files.
+mode_t UserMask() {
+  const mode_t mask = ::umask(077);
+  ::umask(mask);
+  return mask;
 }
 
 bool LinkNameless(int file, NativeSpot target) {
@@ -86,21 +90,17 @@ bool LinkNameless(int file, NativeSpot target) {
          0;
 }
 
-mode_t PermissionsFor(const struct stat& source, const struct stat& copy) {
-  // The marks that lend the owner's rights hold for the same owner only.
-  const bool same_owner = source.st_uid == copy.st_uid && source.st_gid == copy.st_gid;
-  return source.st_mode & (same_owner ? kPermissions : mode_t{0777});
-}
-
-void CopyProperties(int source, int target, const struct stat& info) {
-  CopyExtendedAttributes(source, target);
-  struct stat made {};
-  if (::fstat(target, &made) != 0) RaiseNative(errno, Attempt::kChange);
-  const mode_t wanted = PermissionsFor(info, made);
-  // A medium without permissions refuses some; the content counts.
-  if ((made.st_mode & kPermissions) != wanted) ::fchmod(target, wanted);
-  const std::array<timespec, 2> times{info.st_atim, info.st_mtim};
-  if (::futimens(target, times.data()) != 0 && errno == EIO) RaiseNative(errno, Attempt::kChange);
+// `made`: what the system gave the new file. Set-id bits lend the owner's rights,
+// and on a medium any owner can be written: no copy has them.
+mode_t PermissionsFor(Rights rights, mode_t source, mode_t made) {
+  switch (rights) {
+    case Rights::kOwner:
+      return kOwnersAlone;
+    case Rights::kNewFile:
+      return source & made & 0777;
+    default:
+      return source & 0777;
+  }
 }
 
 // Media that can't hold links refuse to make one in these ways.
@@ -110,7 +110,7 @@ bool MeansNoLinks(int error) {
 
 }  // namespace
 
-void CopyExtendedAttributes(int source, int target) {
+void CopyExtendedAttributes(int source, int target, Rights rights) {
   std::array<char, 1024> small{};
   ssize_t length = ::flistxattr(source, small.data(), small.size());
   if (length == 0) return;
@@ -123,7 +123,7 @@ void CopyExtendedAttributes(int source, int target) {
   for (ssize_t at = 0; at < length;) {
     const char* name = names.data() + at;
     at += static_cast<ssize_t>(std::strlen(name)) + 1;
-    if (!GoesWithCopy(name)) continue;
+    if (!GoesWithCopy(name, rights)) continue;
     value.resize(65536);
     const ssize_t size = ::fgetxattr(source, name, value.data(), value.size());
     // Chosen: what the target's medium can't hold is left out; the content counts.
@@ -140,15 +140,35 @@ bool MayReplace(const struct stat& source, const struct stat& target) {
   return true;
 }
 
+// Both extended attributes and content can be written, whatever comes later.
+mode_t AtomicCopy::CreationMode(const Source& source) {
+  mode_t mode = source.rights == Rights::kOwner ? 0 : source.info.st_mode & 0777;
+  // For a file without a name older kernels forget it.
+  if (source.rights == Rights::kNewFile) mode &= ~UserMask();
+  return mode | kOwnersAlone;
+}
+
+void AtomicCopy::CopyProperties(const Source& source, int target) {
+  CopyExtendedAttributes(source.file.Get(), target, source.rights);
+  struct stat made {};
+  if (::fstat(target, &made) != 0) RaiseNative(errno, Attempt::kChange);
+  const mode_t wanted = PermissionsFor(source.rights, source.info.st_mode, made.st_mode);
+  // A medium without permissions refuses some; the content counts.
+  if ((made.st_mode & kPermissions) != wanted) ::fchmod(target, wanted);
+  const std::array<timespec, 2> times{source.info.st_atim, source.info.st_mtim};
+  if (::futimens(target, times.data()) != 0 && errno == EIO) RaiseNative(errno, Attempt::kChange);
+}
+
 NativeSpot AtomicCopy::TemporaryFor(const CopyTarget& target) {
   const std::string& path = temporaries_.Begin(target.folder);
   if (target.spot.folder_fd == AT_FDCWD) return {AT_FDCWD, path.c_str()};
   return {target.spot.folder_fd, path.c_str() + target.folder.size() + 1};
 }
 
-void AtomicCopy::CopyFile(NativeSpot source, Links links, const CopyTarget& target) {
+void AtomicCopy::CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target) {
   Source from;
-  from.file = OpenSource(source, links, from.info);
+  from.rights = manner.rights;
+  from.file = OpenSource(source, manner.links, from.info);
   if (target.is_new && CopyNameless(from, target)) return;
   CopyNamed(from, target);
 }
@@ -160,10 +180,10 @@ bool AtomicCopy::CopyNameless(const Source& source, const CopyTarget& target) {
   const bool absolute = target.spot.folder_fd == AT_FDCWD;
   const std::string folder = absolute ? target.folder + "/." : ".";
   const int flags = O_WRONLY | O_TMPFILE | O_CLOEXEC;
-  Descriptor to(::openat(target.spot.folder_fd, folder.c_str(), flags, CreationMode(source.info)));
+  Descriptor to(::openat(target.spot.folder_fd, folder.c_str(), flags, CreationMode(source)));
   if (!to) return false;
   CopyData(source.file.Get(), to.Get(), source.info);
-  CopyProperties(source.file.Get(), to.Get(), source.info);
+  CopyProperties(source, to.Get());
   if (!LinkNameless(to.Get(), target.spot)) return false;
   if (!to.Close()) RaiseNative(errno, Attempt::kChange);
   return true;
@@ -171,13 +191,13 @@ bool AtomicCopy::CopyNameless(const Source& source, const CopyTarget& target) {
 
 void AtomicCopy::CopyNamed(const Source& source, const CopyTarget& target) {
   const NativeSpot spot = TemporaryFor(target);
-  Descriptor to = CreateFresh(spot.folder_fd, spot.path, CreationMode(source.info));
+  Descriptor to = CreateFresh(spot.folder_fd, spot.path, CreationMode(source));
   if (!to) RaiseForTarget(errno);
   Provisional provisional(spot);
   // It may have been read before.
   if (target.is_new) ::lseek(source.file.Get(), 0, SEEK_SET);
   CopyData(source.file.Get(), to.Get(), source.info);
-  CopyProperties(source.file.Get(), to.Get(), source.info);
+  CopyProperties(source, to.Get());
   if (!to.Close()) RaiseNative(errno, Attempt::kChange);
   provisional.RenameTo(target.spot);
 }

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "platform/files.h"
 #include "platform/linux/descriptor.h"
 #include "platform/linux/temporaries.h"
 
@@ -19,6 +20,11 @@ struct NativeSpot {
 
 /// Whether a copy is one of what a link leads to.
 enum class Links { kFollow, kKeep };
+
+struct CopyManner {
+  Links links;
+  Rights rights;
+};
 
 /// Where a copy goes to.
 struct CopyTarget {
@@ -36,8 +42,8 @@ struct CopyTarget {
 bool MayReplace(const struct stat& source, const struct stat& target);
 
 /// Copies the extended attributes that go with a copy: what the target's medium
-/// can't hold is left out.
-void CopyExtendedAttributes(int source_fd, int target_fd);
+/// can't hold is left out, and so are access lists unless `rights` lets them through.
+void CopyExtendedAttributes(int source_fd, int target_fd, Rights rights);
 
 class AtomicCopy {
  public:
@@ -46,7 +52,7 @@ class AtomicCopy {
   /// Copies a plain file with modification time, permissions and extended
   /// attributes, replacing what is there unasked. Raises 53 (no source), 61, 70,
   /// 57, and 75 for a link that is to be kept; the target is then as it was.
-  void CopyFile(NativeSpot source, Links links, const CopyTarget& target);
+  void CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target);
 
   /// Copies a symbolic link; `info` is its own. Nothing happens on a medium that
   /// can't hold links.
@@ -56,7 +62,11 @@ class AtomicCopy {
   struct Source {
     Descriptor file;
     struct stat info {};
+    Rights rights = Rights::kOwner;  ///< of the copy
   };
+
+  static mode_t CreationMode(const Source& source);
+  static void CopyProperties(const Source& source, int target);
 
   static bool CopyNameless(const Source& source, const CopyTarget& target);
   void CopyNamed(const Source& source, const CopyTarget& target);

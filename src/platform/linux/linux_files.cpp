@@ -216,25 +216,25 @@ Located LinuxFiles::SourceOfCopy(const Path& source) {
   return from;
 }
 
-void LinuxFiles::CopyWhole(const Path& source, const Path& target) {
+void LinuxFiles::CopyWhole(const Path& source, const Path& target, Rights rights) {
   const Located from = SourceOfCopy(source);
   const Located to = LocateTarget(target);
   if (to.found && !MayReplace(from.info, to.info)) return;
   SweepOnce(to.folder);
   const std::string source_native = from.Native();
   const std::string target_native = to.Native();
-  copy_.CopyFile({AT_FDCWD, source_native.c_str()}, Links::kFollow,
+  copy_.CopyFile({AT_FDCWD, source_native.c_str()}, {Links::kFollow, rights},
                  {{AT_FDCWD, target_native.c_str()}, to.folder, !to.found});
 }
 
-void LinuxFiles::CopyWhole(const Path& source, const HeldEntry& target) {
+void LinuxFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
   const Located from = SourceOfCopy(source);
   const auto to = TargetOf(target, from.info);
   const std::string native = from.Native();
-  if (to) copy_.CopyFile({AT_FDCWD, native.c_str()}, Links::kFollow, *to);
+  if (to) copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights}, *to);
 }
 
-void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target) {
+void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rights rights) {
   const NativeSpot from{LinuxFolder::Of(source).Fd(), source.name.c_str()};
   struct stat info {};
   if (::fstatat(from.folder_fd, from.path, &info, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -246,7 +246,7 @@ void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target) {
   if (S_ISLNK(info.st_mode)) {
     copy_.CopyLink(from, info, *to);
   } else {
-    copy_.CopyFile(from, Links::kKeep, *to);
+    copy_.CopyFile(from, {Links::kKeep, rights}, *to);
   }
 }
 
@@ -286,18 +286,19 @@ TreeTarget LinuxFiles::TargetOfTree(const Path& target, Descriptor& parent) {
 }
 
 void LinuxFiles::CopyTree(const Path& source, const Path& target,
-                          const std::function<void()>& between) {
+                          const std::function<void()>& between, Rights rights) {
   const Descriptor from = OpenTreeSource(source);
   Descriptor parent;
   const TreeTarget to = TargetOfTree(target, parent);
-  TreeCopy(temporaries_, between).Run(from.Get(), to);
+  TreeCopy(temporaries_, rights, between).Run(from.Get(), to);
 }
 
 void LinuxFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
-                          const std::function<void()>& between) {
+                          const std::function<void()>& between, Rights rights) {
   const Descriptor from = OpenInnerFolder(LinuxFolder::Of(source).Fd(), source.name);
   const LinuxFolder& to = LinuxFolder::Of(target);
-  TreeCopy(temporaries_, between).Run(from.Get(), {to.Fd(), to.Native(), target.name, true});
+  TreeCopy(temporaries_, rights, between)
+      .Run(from.Get(), {to.Fd(), to.Native(), target.name, true});
 }
 
 void LinuxFiles::MoveTree(const Path& source, const Path& target) {
@@ -320,7 +321,7 @@ void LinuxFiles::MoveTree(const Path& source, const Path& target) {
     RaiseNative(errno, Attempt::kChange);
   }
   const std::function<void()> nothing;
-  TreeCopy copy(temporaries_, nothing);
+  TreeCopy copy(temporaries_, Rights::kSource, nothing);
   Descriptor parent;
   const Descriptor opened = OpenNativeFolder(source_native, false);
   copy.Run(opened.Get(), TargetOfTree(target, parent));

@@ -40,13 +40,15 @@ class LinuxFiles : public FileSystem {
   void SetAttributes(const Path& file, int value) override;
   bool FolderExists(const Path& folder) override;
   bool FileExists(const Path& file) override;
-  void CopyWhole(const Path& source, const Path& target) override;
-  void CopyWhole(const Path& source, const HeldEntry& target) override;
-  void CopyEntry(const HeldEntry& source, const HeldEntry& target) override;
-  void CopyTree(const Path& source, const Path& target,
-                const std::function<void()>& between) override;
+  void CopyWhole(const Path& source, const Path& target, Rights rights = Rights::kNewFile) override;
+  void CopyWhole(const Path& source, const HeldEntry& target,
+                 Rights rights = Rights::kNewFile) override;
+  void CopyEntry(const HeldEntry& source, const HeldEntry& target,
+                 Rights rights = Rights::kNewFile) override;
+  void CopyTree(const Path& source, const Path& target, const std::function<void()>& between,
+                Rights rights = Rights::kNewFile) override;
   void CopyTree(const HeldEntry& source, const HeldEntry& target,
-                const std::function<void()>& between) override;
+                const std::function<void()>& between, Rights rights = Rights::kNewFile) override;
   void MoveTree(const Path& source, const Path& target) override;
   void CreateFolder(const Path& folder) override;
   void CreateFoldersOf(const Path& path) override;

@@ -16,6 +16,7 @@
 #include "platform/linux/native_errors.h"
 #include "platform/linux/own_links.h"
 #include "platform/linux/paths.h"
+#include "platform/linux/temporaries.h"
 
 namespace tarnvale {
 namespace {
@@ -29,6 +30,9 @@ constexpr std::int64_t kLeastGathered = std::int64_t{64} << 10U;
 constexpr std::chrono::milliseconds kLongCopy{20};
 // Should a path lead to a pipe or a terminal, opening doesn't wait.
 constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY;
+// Of files that are made.
+constexpr mode_t kOwnersAlone = 0600;
+constexpr mode_t kNewFile = 0666;  // less what the user's mask takes
 
 [[noreturn]] void RaiseForOpening(int error) {
   RaiseNative(error, Attempt::kChange);
@@ -42,6 +46,12 @@ void RequirePlain(const struct stat& info) {
 // Permissions stop nobody who is root; the read-only attribute does.
 bool IsReadOnly(const struct stat& info) {
   return (info.st_mode & S_IWUSR) == 0;
+}
+
+// Whether what is written to a file reaches this user alone: nobody else has it, under
+// this or another name.
+bool IsNobodyElses(const struct stat& info) {
+  return S_ISREG(info.st_mode) && info.st_uid == ::geteuid() && info.st_nlink == 1;
 }
 
 // Whether a file that can't be opened for writing may still be read: no right, a
@@ -149,7 +159,7 @@ Located LinuxOpenFiles::LocateForWriting(const Path& file) {
   return located;
 }
 
-void LinuxOpenFiles::OpenOutput(int number, const Path& file) {
+void LinuxOpenFiles::OpenOutput(int number, const Path& file, Rights rights) {
   CheckFree(number);
   const Located located = LocateForWriting(file);
   const std::string native = located.Native();
@@ -159,8 +169,8 @@ void LinuxOpenFiles::OpenOutput(int number, const Path& file) {
     RequirePlain(info);
     if (IsReadOnly(info)) throw ProgramError(kPathFileAccess);
   }
-  Descriptor opened =
-      OpenByOwnLinks(AT_FDCWD, native, O_RDWR | O_CREAT | O_TRUNC | kOpenFlags, 0666);
+  Descriptor opened = OpenByOwnLinks(AT_FDCWD, native, O_RDWR | O_CREAT | O_TRUNC | kOpenFlags,
+                                     rights == Rights::kOwner ? kOwnersAlone : kNewFile);
   if (!opened) RaiseForOpening(errno);
   Hold(number, std::move(opened), Mode::kOutput, true);
 }
@@ -177,12 +187,32 @@ void LinuxOpenFiles::OpenBinary(int number, const Path& file) {
   }
   Descriptor opened;
   if (writable) {
-    opened = OpenByOwnLinks(AT_FDCWD, native, O_RDWR | O_CREAT | kOpenFlags, 0666);
+    opened = OpenByOwnLinks(AT_FDCWD, native, O_RDWR | O_CREAT | kOpenFlags, kOwnersAlone);
     writable = opened || !located.found || !RefusesWriting(errno);
   }
   if (!writable) opened = OpenByOwnLinks(AT_FDCWD, native, O_RDONLY | kOpenFlags);
   if (!opened) RaiseForOpening(errno);
   Hold(number, std::move(opened), Mode::kBinary, writable);
+}
+
+void LinuxOpenFiles::OpenOwn(int number, const Path& file) {
+  CheckFree(number);
+  const Located located = LocateForWriting(file);
+  const std::string native = located.Native();
+  constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC | kOpenFlags;
+  Descriptor opened;
+  struct stat info {};
+  if (::lstat(native.c_str(), &info) == 0 && IsNobodyElses(info)) {
+    if (IsReadOnly(info)) throw ProgramError(kPathFileAccess);
+    opened = Descriptor(::open(native.c_str(), kFlags));
+    // Something else may have its place by now.
+    if (!opened || ::fstat(opened.Get(), &info) != 0 || !IsNobodyElses(info)) opened.Close();
+    // A medium without permissions refuses; that does no harm.
+    if (opened) ::fchmod(opened.Get(), kOwnersAlone);
+  }
+  if (!opened) opened = CreateFresh(AT_FDCWD, native.c_str(), kOwnersAlone);
+  if (!opened) RaiseForOpening(errno);
+  Hold(number, std::move(opened), Mode::kBinary, true);
 }
 
 void LinuxOpenFiles::Write(int number, std::string_view bytes) {

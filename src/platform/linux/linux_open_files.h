@@ -29,8 +29,9 @@ class LinuxOpenFiles : public OpenFiles {
   ~LinuxOpenFiles() override { CloseAll(); }
 
   void OpenInput(int number, const Path& file) override;
-  void OpenOutput(int number, const Path& file) override;
+  void OpenOutput(int number, const Path& file, Rights rights = Rights::kOwner) override;
   void OpenBinary(int number, const Path& file) override;
+  void OpenOwn(int number, const Path& file) override;
   void Write(int number, std::string_view bytes) override;
   std::string InputItem(int number) override;
   std::string Read(int number, std::size_t count) override;

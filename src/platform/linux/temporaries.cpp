@@ -72,7 +72,7 @@ bool IsTemporaryName(std::string_view name) {
 }
 
 Descriptor CreateFresh(int folder_fd, const char* name, mode_t mode) {
-  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  const int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
   Descriptor file(::openat(folder_fd, name, flags, mode));
   if (!file && errno == EEXIST && ::unlinkat(folder_fd, name, 0) == 0) {
     file = Descriptor(::openat(folder_fd, name, flags, mode));

@@ -47,6 +47,15 @@ bool MakeFolder(int parent_fd, const std::string& name, mode_t mode, bool exactl
   RaiseNative(error, Attempt::kChange);
 }
 
+// What a new folder is made with. One must be able to fill it, whatever the source
+// allows. Where the sticky bit doesn't go along, nor does what it guarded.
+mode_t FolderMode(mode_t source, Rights rights) {
+  if (rights == Rights::kOwner) return S_IRWXU;
+  if (rights == Rights::kSource) return (source & 01777) | S_IRWXU;
+  const mode_t guarded = (source & S_ISVTX) != 0 ? S_IWGRP | S_IWOTH : 0;
+  return (source & 0777 & ~guarded) | S_IRWXU;
+}
+
 std::string Joined(const std::string& folder, const std::string& name) {
   if (folder.empty() || name.empty()) return folder + name;
   return folder + "/" + name;
@@ -54,8 +63,8 @@ std::string Joined(const std::string& folder, const std::string& name) {
 
 }  // namespace
 
-TreeCopy::TreeCopy(Temporaries& temporaries, const std::function<void()>& between)
-    : temporaries_(temporaries), copy_(temporaries), between_(between) {}
+TreeCopy::TreeCopy(Temporaries& temporaries, Rights rights, const std::function<void()>& between)
+    : temporaries_(temporaries), copy_(temporaries), rights_(rights), between_(between) {}
 
 void TreeCopy::Run(int source_fd, const TreeTarget& target) {
   source_fd_ = source_fd;
@@ -128,8 +137,7 @@ FolderContents TreeCopy::ReadSource(FolderScan& scan) {
 
 TreeCopy::TargetFolder TreeCopy::OpenTarget(const std::string& path, bool exactly, int source_fd,
                                             const struct stat& source) {
-  // One must be able to fill it, whatever the source allows.
-  const mode_t mode = (source.st_mode & 0777) | S_IRWXU;
+  const mode_t mode = FolderMode(source.st_mode, rights_);
   const std::string name(NativeNameOf(path));
   const Descriptor parent = OpenInnerFolder(target_fd_, NativeFolderOf(path));
   TargetFolder target;
@@ -140,9 +148,11 @@ TreeCopy::TargetFolder TreeCopy::OpenTarget(const std::string& path, bool exactl
   if (::fstat(target.fd.Get(), &made) != 0) RaiseNative(errno, Attempt::kChange);
   if (!target_root_) target_root_.emplace(made.st_dev, made.st_ino);
   if (target.was_made) {
-    CopyExtendedAttributes(source_fd, target.fd.Get());
+    CopyExtendedAttributes(source_fd, target.fd.Get(), rights_);
     // A medium without permissions refuses; that does no harm.
-    if ((made.st_mode & 0777) != mode) ::fchmod(target.fd.Get(), mode);
+    if (rights_ == Rights::kSource && (made.st_mode & 01777) != mode) {
+      ::fchmod(target.fd.Get(), mode);
+    }
     return target;
   }
   FolderScan scan(OpenInnerFolder(target.fd.Get(), {}), temporaries_);
@@ -184,7 +194,7 @@ void TreeCopy::CopyOne(int source_fd, const std::string& name, const TargetFolde
   if (S_ISLNK(info.st_mode)) {
     copy_.CopyLink(from, info, to);
   } else {
-    copy_.CopyFile(from, Links::kKeep, to);
+    copy_.CopyFile(from, {Links::kKeep, rights_}, to);
   }
 }
 

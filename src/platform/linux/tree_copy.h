@@ -31,8 +31,9 @@ struct TreeTarget {
 /// rest goes on.
 class TreeCopy {
  public:
-  /// `between` is called after each file; anything may happen in it.
-  TreeCopy(Temporaries& temporaries, const std::function<void()>& between);
+  /// `rights`: of what is made. `between` is called after each file; anything may
+  /// happen in it.
+  TreeCopy(Temporaries& temporaries, Rights rights, const std::function<void()>& between);
 
   /// Copies an open folder to `target` below another one, which is made if it isn't
   /// there. Devices, sockets, pipes and what no path can name are passed over. Both
@@ -82,6 +83,7 @@ class TreeCopy {
 
   Temporaries& temporaries_;
   AtomicCopy copy_;
+  const Rights rights_;
   const std::function<void()>& between_;
   int source_fd_ = -1;
   int target_fd_ = -1;

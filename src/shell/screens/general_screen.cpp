@@ -137,7 +137,8 @@ void GeneralScreen::ExportSettings() {
     Text8.Text = CommonDialog1.FileName;
     CheckBox5.Checked = true;
     Label30.Caption = "Files Status OK!";
-    pass.Step([&] { engine_.machine().files.CopyWhole(SettingsFile(), Text8.Text); });
+    pass.Step(
+        [&] { engine_.machine().files.CopyWhole(SettingsFile(), Text8.Text, Rights::kOwner); });
   }
   if (!pass.StandingError()) {
     // Chosen: what is announced next has reached the medium, if it can.
@@ -156,7 +157,9 @@ void GeneralScreen::ImportSettings() {
   pass.Step([&] { CommonDialog1.ShowOpen(); });
   if (!pass.StandingError()) {
     Text9.Text = CommonDialog1.FileName;
-    pass.Step([&] { engine_.machine().files.CopyWhole(Text9.Text, SettingsFile()); });
+    // Chosen: whatever others may do with the file that the settings come from.
+    pass.Step(
+        [&] { engine_.machine().files.CopyWhole(Text9.Text, SettingsFile(), Rights::kOwner); });
     CheckBox7.Checked = true;
     Label63.Caption = "Files Status OK! - Restart Application";
   }

@@ -183,16 +183,21 @@ TEST_F(CopyTest, FilesThatTheSystemMakesUpAreReadToTheirEnd) {
   EXPECT_NE(Read("version").find("Linux"), std::string::npos);
 }
 
-TEST_F(CopyTest, NothingOfTheOwnersRightsGoesToSomebodyElsesCopy) {
+TEST_F(CopyTest, RightsDecideWhatOthersMayDoWithACopyAndSetIdBitsNeverGoAlong) {
+  const mode_t mask = ::umask(0022);
   Write("source", "x");
-  SetMode("source", 04755);
-  files_.CopyWhole("C:\\source", "C:\\own");
-  EXPECT_EQ(Info("own").st_mode & 07777U, 04755U);
-  if (::geteuid() != 0) return;  // nobody else's files can be made
-  ASSERT_EQ(::chown(Native("source").c_str(), 12345, 12345), 0);
-  SetMode("source", 04755);
-  files_.CopyWhole("C:\\source", "C:\\other");
-  EXPECT_EQ(Info("other").st_mode & 07777U, 0755U);
+  SetMode("source", 07777);
+  for (const char* old : {"", "old"}) {
+    for (const auto& [rights, mode] : std::vector<std::pair<Rights, mode_t>>{
+             {Rights::kSource, 0777}, {Rights::kNewFile, 0755}, {Rights::kOwner, 0600}}) {
+      // A new file and one that is replaced are written in different ways.
+      std::filesystem::remove(Native("target"));
+      if (*old != '\0') Write("target", old);
+      files_.CopyWhole("C:\\source", "C:\\target", rights);
+      EXPECT_EQ(Info("target").st_mode & 07777U, mode) << old;
+    }
+  }
+  ::umask(mask);
 }
 
 }  // namespace

@@ -1,0 +1,93 @@
+// Rights that the author of a medium wrote on it.
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdint>
+
+#include "tests/hosts/linux_stage.h"
+#include "tests/support/fake_machine.h"
+#include "userdata/file_control.h"
+#include "userdata/file_sync.h"
+
+namespace tarnvale::testing {
+namespace {
+
+constexpr const char* kAccessList = "system.posix_acl_access";
+
+// An access list as the system keeps it: user 54321 may read and write.
+constexpr std::array<std::uint8_t, 44> kHeMayWrite{
+    2,    0, 0, 0,                           // version
+    1,    0, 6, 0, 0xff, 0xff, 0xff, 0xff,   // owner
+    2,    0, 6, 0, 0x31, 0xd4, 0,    0,      // user 54321
+    4,    0, 6, 0, 0xff, 0xff, 0xff, 0xff,   // group
+    0x10, 0, 6, 0, 0xff, 0xff, 0xff, 0xff,   // mask
+    0x20, 0, 6, 0, 0xff, 0xff, 0xff, 0xff};  // others
+
+// "Data/medium" holds what its author left there, "Data/home" is the user's.
+class RightsFromAMediumTest : public LinuxStage {
+ protected:
+  void SetUp() override {
+    for (const char* made : {"Data/medium", "Data/medium/folder", "Data/home"}) {
+      std::filesystem::create_directories(OnDrive(made));
+    }
+    WriteNative(OnDrive("Data/medium/tool"), "tool");
+    WriteNative(OnDrive("Data/medium/folder/tool"), "tool");
+    lists_ = ::setxattr(OnDrive("Data/medium/tool").c_str(), kAccessList, kHeMayWrite.data(),
+                        kHeMayWrite.size(), 0) == 0;
+    for (const char* set : {"Data/medium/tool", "Data/medium/folder", "Data/medium/folder/tool"}) {
+      ASSERT_EQ(::chmod(OnDrive(set).c_str(), 07777), 0);
+    }
+    mask_ = ::umask(0022);
+  }
+  void TearDown() override { ::umask(mask_); }
+
+  bool HasAccessList(const std::string& file) const {
+    return ::getxattr(OnDrive(file).c_str(), kAccessList, nullptr, 0) > 0;
+  }
+
+  void ExpectHarmless(const std::string& copy) const {
+    EXPECT_EQ(ModeOf(OnDrive(copy + "/tool")), 0755U);
+    EXPECT_EQ(ModeOf(OnDrive(copy + "/folder")), 0755U);
+    EXPECT_EQ(ModeOf(OnDrive(copy + "/folder/tool")), 0755U);
+    EXPECT_FALSE(HasAccessList(copy + "/tool"));
+  }
+
+  bool lists_ = false;
+  mode_t mask_ = 0;
+  FakeMachine fake;
+  LinuxHost host{surroundings};
+  Machine machine{host.Parts(), fake.Interfaces()};
+};
+
+TEST_F(RightsFromAMediumTest, AreNotRestored) {
+  EXPECT_TRUE(FileControl(machine).CopyFolderTo("C:\\Data\\medium", "C:\\Data\\home\\restored",
+                                                {.overwrite = true}));
+  ExpectHarmless("Data/home/restored");
+}
+
+TEST_F(RightsFromAMediumTest, DoNotComeBackWithATwoWaySync) {
+  FileSync(machine).SyncFolders("C:\\Data\\home", "C:\\Data\\medium", true);
+  ExpectHarmless("Data/home");
+}
+
+TEST_F(RightsFromAMediumTest, DoNotReplaceThoseOfAFileThatIsThere) {
+  WriteNative(OnDrive("Data/home/tool"), "old");
+  SetModifiedNative(OnDrive("Data/home/tool"), 1000);
+  FileSync(machine).SyncFolders("C:\\Data\\home", "C:\\Data\\medium", true);
+  EXPECT_EQ(ReadNative(OnDrive("Data/home/tool")), "tool");
+  ExpectHarmless("Data/home");
+}
+
+TEST_F(RightsFromAMediumTest, ButThoseOfTheUserGoToTheStorageWithoutSetIdBits) {
+  FileSync(machine).SyncFolders("C:\\Data\\medium", "C:\\Data\\home", false);
+  EXPECT_EQ(ModeOf(OnDrive("Data/home/tool")), 0777U);
+  EXPECT_EQ(ModeOf(OnDrive("Data/home/folder")), 01777U);
+  EXPECT_EQ(ModeOf(OnDrive("Data/home/folder/tool")), 0777U);
+  EXPECT_EQ(HasAccessList("Data/home/tool"), lists_);
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
