@@ -7,11 +7,15 @@
 #include <sys/types.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "core/engine.h"
@@ -20,6 +24,27 @@
 #include "tests/support/fake_machine.h"
 
 namespace tarnvale::testing {
+
+/// The test machine's loop, but a wait for the real machine takes the real time and
+/// none of the test's.
+class RealWaits : public EventLoop {
+ public:
+  explicit RealWaits(EventLoop& loop) : loop_(loop) {}
+  void Yield() override { loop_.Yield(); }
+  void WaitPass() override {
+    loop_.Yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  int Run() override { return loop_.Run(); }
+  void Quit(int code) override { loop_.Quit(code); }
+  bool IsEnding() const override { return loop_.IsEnding(); }
+  void Post(std::function<void()> job) override { loop_.Post(std::move(job)); }
+  TimerQueue& Timers() override { return loop_.Timers(); }
+  int Nesting() const override { return loop_.Nesting(); }
+
+ private:
+  EventLoop& loop_;
+};
 
 class RealRun : public ::testing::Test {
  protected:
@@ -65,10 +90,12 @@ class RealRun : public ::testing::Test {
   LinuxHost system{{.root = folder.Path() + "/drive",
                     .state_folder = folder.Path() + "/state",
                     .locale_name = {}}};
+  RealWaits loop{machine.loop};
   Machine interfaces{
       {system.files, system.open_files, system.profiles, machine.processes, machine.clock,
        machine.random, machine.formats, machine.registry, machine.applications},
-      machine.Interfaces()};
+      {loop, machine.boxes, machine.desktop, machine.windows, machine.dialogs, machine.tray,
+       machine.network, machine.ftp}};
   Engine engine{interfaces};
 };
 
