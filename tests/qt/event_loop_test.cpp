@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <chrono>
 
-#include "platform/qt/qt_socket_watcher.h"
 #include "platform/timer.h"
 #include "tests/qt/qt_fixture.h"
 
@@ -103,48 +102,6 @@ TEST_F(QtLoop, TellsAFaultOfAPostedJobAndGoesOn) {
   other.Post([&] { went_on = true; });
   ASSERT_TRUE(WaitFor([&] { return went_on; }));
   EXPECT_EQ(number, kPermissionDenied);
-}
-
-TEST_F(QtLoop, AnAlarmOfNoTimeRingsInTheNextPassAndOnce) {
-  QtSocketWatcher alarms(loop);
-  int rings = 0;
-  const auto alarm = alarms.NewAlarm([&] { ++rings; });
-  alarm->Set(milliseconds(0));
-  EXPECT_EQ(rings, 0);
-  ASSERT_TRUE(WaitFor([&] { return rings > 0; }));
-  const auto start = Clock::now();
-  ASSERT_TRUE(WaitFor([&] { return Clock::now() - start > milliseconds(30); }));
-  EXPECT_EQ(rings, 1);
-}
-
-TEST_F(QtLoop, AnAlarmThatIsSetAnewOrClearedForgetsItsMoment) {
-  QtSocketWatcher alarms(loop);
-  bool late = false;
-  bool cleared = false;
-  const auto again = alarms.NewAlarm([&] { late = true; });
-  const auto never = alarms.NewAlarm([&] { cleared = true; });
-  again->Set(milliseconds(0));
-  again->Set(milliseconds(40));
-  never->Set(milliseconds(0));
-  never->Clear();
-  const auto start = Clock::now();
-  ASSERT_TRUE(WaitFor([&] { return late; }));
-  EXPECT_GE(Clock::now() - start, milliseconds(40));
-  EXPECT_FALSE(cleared);
-}
-
-TEST_F(QtLoop, AnAlarmMayGoInItsOwnHandlerAndItsErrorsAreTold) {
-  QtEventLoop other;
-  int number = 0;
-  other.Fault.Listen([&](const ProgramError& error) { number = error.Number(); });
-  QtSocketWatcher alarms(other);
-  std::unique_ptr<Alarm> alarm = alarms.NewAlarm([&] {
-    alarm.reset();
-    throw ProgramError(kPermissionDenied);
-  });
-  alarm->Set(milliseconds(0));
-  ASSERT_TRUE(WaitFor([&] { return number == kPermissionDenied; }));
-  EXPECT_EQ(alarm, nullptr);
 }
 
 TEST_F(QtLoop, AQuitBeforeRunLetsRunReturnAtOnce) {

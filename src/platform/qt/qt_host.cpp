@@ -27,8 +27,7 @@ QtHost::QtHost(int& argc, char** argv, FileSystem& files, const PathTranslation&
       windows_(loop_, files, paths.to_program),
       dialogs_(windows_, paths),
       tray_(loop_),
-      sockets_(loop_),
-      network_(loop_) {
+      sockets_(loop_) {
   // The programs that this one starts choose for themselves.
   if (preparation_.chose_platform) qunsetenv(kPlatformVariable);
   QtStyle::Install();

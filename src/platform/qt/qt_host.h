@@ -10,7 +10,6 @@
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_message_boxes.h"
-#include "platform/qt/qt_socket_watcher.h"
 #include "platform/qt/qt_sockets.h"
 #include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_window_host.h"
@@ -31,8 +30,7 @@ class QtHost {
   MessageBoxes& Boxes() { return boxes_; }
   FileDialogs& Dialogs() { return dialogs_; }
   NotificationArea& Tray() { return tray_; }
-  SocketWatcher& Sockets() { return sockets_; }
-  QtSockets& Network() { return network_; }
+  Sockets& Network() { return sockets_; }
   Desktop& Surroundings() { return windows_.Surroundings(); }
 
  private:
@@ -49,8 +47,7 @@ class QtHost {
   QtMessageBoxes boxes_;
   QtFileDialogs dialogs_;
   QtTray tray_;
-  QtSocketWatcher sockets_;
-  QtSockets network_;
+  QtSockets sockets_;
 };
 
 }  // namespace tarnvale
