@@ -30,6 +30,39 @@ class ArchiveOnLinuxTest : public LinuxStage {
   const Path archive = "C:\\Store\\a.tvz";
 };
 
+TEST_F(ArchiveOnLinuxTest, NamesThatDifferInCaseAreUnpackedAsTwo) {
+  for (const char* place : {"Two/Doc", "Two/doc"}) {
+    std::filesystem::create_directories(OnDrive(place));
+    WriteNative(OnDrive(place) + "/x.txt", place);
+  }
+  WriteNative(OnDrive("Two/Ä.txt"), "capital");
+  WriteNative(OnDrive("Two/ä.txt"), "small");
+  EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Two", archive, true), 4);
+  // The exact name wins, whatever stood in the folder before.
+  std::filesystem::create_directories(OnDrive("Out/doc"));
+  WriteNative(OnDrive("Out/ä.txt"), "old");
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Out", true), 4);
+    EXPECT_EQ(ReadNative(OnDrive("Out/Ä.txt")), "capital");
+    EXPECT_EQ(ReadNative(OnDrive("Out/ä.txt")), "small");
+    EXPECT_EQ(ReadNative(OnDrive("Out/Doc/x.txt")), "Two/Doc");
+    EXPECT_EQ(ReadNative(OnDrive("Out/doc/x.txt")), "Two/doc");
+  }
+  EXPECT_EQ(NativeNames(OnDrive("Out")).size(), 4U);
+}
+
+TEST_F(ArchiveOnLinuxTest, AnotherCaseStandsForANameThatNeitherSideHas) {
+  std::filesystem::create_directories(OnDrive("One/Sub"));
+  WriteNative(OnDrive("One/Sub/a.TXT"), "new");
+  EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\One", archive, true), 1);
+  std::filesystem::create_directories(OnDrive("Out/SUB"));
+  WriteNative(OnDrive("Out/SUB/A.txt"), "old");
+  EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Out", true), 1);
+  EXPECT_THAT(NativeNames(OnDrive("Out")), ElementsAre("SUB"));
+  EXPECT_THAT(NativeNames(OnDrive("Out/SUB")), ElementsAre("A.txt"));
+  EXPECT_EQ(ReadNative(OnDrive("Out/SUB/A.txt")), "new");
+}
+
 TEST_F(ArchiveOnLinuxTest, ATreeComesBackWithoutWhatIsHidden) {
   EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data", archive, true), 2);
   EXPECT_THAT(NativeNames(OnDrive("Store")), ElementsAre("a.tvz"));

@@ -31,6 +31,7 @@ TEST_F(RunFilesLoopTest, CompleteModeCopiesEveryFileAndLeavesItsAttributes) {
   Run();
   EXPECT_EQ(machine.files.Content("C:\\Backup\\a.txt"), "a");
   EXPECT_EQ(machine.files.Content("C:\\Backup\\b.txt"), "b");
+  EXPECT_EQ(machine.files.CopiedWith("C:\\Backup\\b.txt"), Rights::kSource);
   EXPECT_EQ(machine.files.CallsOf("SetAttributes"), 0);
 }
 

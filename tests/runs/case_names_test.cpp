@@ -133,6 +133,98 @@ TEST_P(CaseNamesTest, AWholeFolderItemThatIsALinkIsComparedAsWhatItLeadsTo) {
   EXPECT_TRUE(std::filesystem::is_symlink(Native("Work/Link")));
 }
 
+// --- folders that change while they are walked
+
+class SwappedFolderTest : public RealRun {
+ protected:
+  SwappedFolderTest() {
+    std::filesystem::create_directories(Native("Elsewhere/Deep"));
+    for (int i = 0; i < 20; ++i) {
+      Write("Work/Pair/Sub/Deep/" + std::to_string(i), "secret");
+      Write("Work/Pair/" + std::to_string(i), "secret");
+    }
+    engine.settings.Entries.Assign({"C:\\Work\\Pair\\*+++++*"});
+    engine.settings.BackupMode.Sync = true;
+  }
+
+  // Puts a link to another place where a folder is.
+  void Swap(const std::string& folder) {
+    std::filesystem::rename(Native(folder), Native("Moved"));
+    std::filesystem::create_directory_symlink(Native("Elsewhere"), Native(folder));
+  }
+
+  std::size_t FilesElsewhere() const {
+    std::size_t files = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(Native("Elsewhere"))) {
+      if (!entry.is_directory()) ++files;
+    }
+    return files;
+  }
+};
+
+TEST_F(SwappedFolderTest, ALinkInPlaceOfTheTargetsFolderLeadsNothingOutOfIt) {
+  std::filesystem::create_directories(Native("Store/Sub/Deep"));
+  for (const int yield : {4, 10, 25, 30, 40}) {
+    machine.loop.OnYield(yield, [&] {
+      if (!std::filesystem::exists(Native("Moved"))) Swap("Store/Sub");
+    });
+    Run();
+    EXPECT_TRUE(std::filesystem::is_symlink(Native("Store/Sub"))) << "it was swapped in time";
+    EXPECT_EQ(FilesElsewhere(), 0U) << yield;
+    std::filesystem::remove(Native("Store/Sub"));
+    std::filesystem::remove_all(Native("Moved"));
+    std::filesystem::remove_all(Native("Store"));
+    std::filesystem::create_directories(Native("Store/Sub/Deep"));
+  }
+}
+
+TEST_F(SwappedFolderTest, ALinkInPlaceOfANewFolderLeadsNothingOutOfIt) {
+  // The whole of it is copied as one tree.
+  bool is_swapped = false;
+  machine.loop.OnYield(26, [&] {
+    is_swapped = std::filesystem::exists(Native("Store/Sub"));
+    if (is_swapped) Swap("Store/Sub");
+  });
+  Write("Work/Pair/Sub/a", "first");
+  Write("Work/Pair/Sub/b", "second");
+  Run();
+  EXPECT_TRUE(is_swapped);
+  EXPECT_EQ(FilesElsewhere(), 0U);
+}
+
+TEST_F(SwappedFolderTest, TheTwoSidesStayThoseOfTheStart) {
+  machine.loop.OnYield(10, [&] { Swap("Store"); });
+  Run();
+  EXPECT_EQ(FilesElsewhere(), 0U);
+  EXPECT_EQ(Content("Moved/19"), "secret");
+  EXPECT_EQ(Content("Moved/Sub/Deep/19"), "secret");
+}
+
+TEST_F(SwappedFolderTest, NothingIsReadThroughALinkInPlaceOfTheSourcesFolder) {
+  Write("Elsewhere/Deep/other", "not to be copied");
+  std::filesystem::create_directories(Native("Store/Sub/Deep"));
+  machine.loop.OnYield(10, [&] { Swap("Work/Pair/Sub"); });
+  Run();
+  EXPECT_EQ(Content("Store/Sub/Deep/other"), "(missing)");
+}
+
+// Deeper than a path of the system can tell: made folder by folder.
+TEST_F(SwappedFolderTest, ATreeDeeperThanAnyPathHarmsNoOther) {
+  int folder_fd = ::open(Native("Work/Pair").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  for (int depth = 0; depth < 4000; ++depth) {
+    ASSERT_EQ(::mkdirat(folder_fd, "d", 0700), 0);
+    const int inner = ::openat(folder_fd, "d", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ::close(folder_fd);
+    folder_fd = inner;
+  }
+  ::close(folder_fd);
+  Write("Work/Pair/z/last", "last");
+  Run();
+  EXPECT_EQ(Content("Store/z/last"), "last");
+  Run();
+  EXPECT_EQ(Content("Store/z/last"), "last");
+}
+
 // --- random trees
 
 struct Held {

@@ -35,6 +35,7 @@ TEST_F(Form1ExchangeTest, AnExportCopiesTheFileOnTheMediumNotWhatIsSet) {
   machine.dialogs.Choose(Kind::kSave, "C:\\out.ini");
   form.General.chameleonButton2.Click.Emit();
   EXPECT_EQ(machine.files.Content("C:\\out.ini"), machine.files.Content("C:\\Data\\Tarnvale.ini"));
+  EXPECT_EQ(machine.files.CopiedWith("C:\\out.ini"), Rights::kOwner);
   EXPECT_EQ(form.General.Text8.Text.Get(), "C:\\out.ini");
   ExpectExport(true, true);
   const FileDialogRecord& asked = machine.dialogs.Seen().at(0).file;
@@ -123,6 +124,7 @@ TEST_F(Form1ExchangeTest, AnImportReplacesTheFileAndLoadsNothing) {
   machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");
   form.General.chameleonButton3.Click.Emit();
   EXPECT_EQ(machine.files.Content("C:\\Data\\Tarnvale.ini"), "[Destiny]\r\nDir=C:\\Imported\r\n");
+  EXPECT_EQ(machine.files.CopiedWith("C:\\Data\\Tarnvale.ini"), Rights::kOwner);
   EXPECT_EQ(form.Storage.Text1.Text.Get(), "C:\\Store");
   ExpectImport(true, true);
 }
@@ -231,6 +233,7 @@ TEST_F(Form1RestoreTest, PausesForFourSecondsAndCopies) {
   form.Restore.chameleonButton8.Click.Emit();
   EXPECT_EQ(before_the_end_of_the_pause, "lost");
   EXPECT_EQ(machine.files.Content("C:\\Work\\a.txt"), "backed up");
+  EXPECT_EQ(machine.files.CopiedWith("C:\\Work"), Rights::kNewFile);
   EXPECT_EQ(form.Restore.XP_ProgressBar3.Value, 100);
   EXPECT_FALSE(engine.timers.RestoreShow().Enabled);
   EXPECT_GE(machine.clock.Uptime() - start, 4s);

@@ -61,6 +61,8 @@ TEST_F(UserDataTest, ThePlainApplicationsHaveFoldersOfTheirOwn) {
     EXPECT_THAT(CallsOf("CopyTree"),
                 ElementsAre(each.profile.Text.Get() + " -> " + folder + each.name,
                             folder + each.name + " -> " + each.profile.Text.Get()));
+    EXPECT_EQ(machine.files.CopiedWith(folder + each.name), Rights::kSource);
+    EXPECT_EQ(machine.files.CopiedWith(each.profile.Text.Get()), Rights::kNewFile);
   }
 }
 
