@@ -46,11 +46,22 @@ std::string FileNameOf(std::string_view path) {
 }
 
 std::string OneLine(std::string_view text) {
-  constexpr char kDelete = 0x7F;
-  std::string line(text);
-  std::replace_if(
-      line.begin(), line.end(),
-      [](char c) { return static_cast<unsigned char>(c) < ' ' || c == kDelete; }, '?');
+  const auto is_control = [](char32_t c) {
+    return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
+  };
+  std::string line;
+  line.reserve(text.size());
+  while (!text.empty()) {
+    // A byte that is no UTF-8 stays what it is.
+    const Character first = FirstCharacter(text);
+    const std::size_t bytes = FirstCharacterBytes(text);
+    if (first.bytes > 0 && is_control(first.value)) {
+      line += '?';
+    } else {
+      line += text.substr(0, bytes);
+    }
+    text.remove_prefix(bytes);
+  }
   return line;
 }
 

@@ -174,7 +174,8 @@ TEST_F(MainWindowTest, APersonMakesAListChoosesThePlaceSetsTheScheduleSavesAndBa
   QTest::keyClicks(&WidgetOf(form.Schedule.MaskEdBox1), "1234");
   EXPECT_EQ(form.Schedule.MaskEdBox1.Text.Get(), "12:34");
   QTest::keyClick(&WidgetOf(form.Schedule.MaskEdBox1), Qt::Key_Tab);
-  EXPECT_EQ(form.Schedule.Label60.Caption.Get().empty(), false);
+  EXPECT_TRUE(WaitFor([&] { return form.Schedule.Label60.Caption.Get().find("12:34") == 0; }))
+      << form.Schedule.Label60.Caption.Get();
 
   AnswerNextBox(QMessageBox::Ok);
   Click(form.Label45);

@@ -27,6 +27,8 @@ TEST(TextTest, OneLineHasNoControlCharacters) {
   EXPECT_EQ(OneLine("a\r\nb\tc\x1B[1m\x7F~ \xC3\xBC"), "a??b?c?[1m?~ \xC3\xBC");
   EXPECT_EQ(OneLine(std::string_view("a\0b", 3)), "a?b");
   EXPECT_EQ(OneLine(""), "");
+  // The next line of the second control set, and Unicode's line and paragraph ends.
+  EXPECT_EQ(OneLine("a\xC2\x85-\xE2\x80\xA8-\xE2\x80\xA9-\x85\xFF"), "a?-?-?-\x85\xFF");
 }
 
 TEST(TextTest, TheFileNameStandsBehindTheLastBackslash) {

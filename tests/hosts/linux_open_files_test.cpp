@@ -132,6 +132,13 @@ TEST_F(LinuxOpenFilesTest, WhatIsMadeIsItsOwnersAloneUnlessOthersMayHaveIt) {
   EXPECT_EQ(ModeOf(OnDrive("Data/unpacked")), 0644U);
 }
 
+TEST_F(LinuxOpenFilesTest, AnOldLogIsItsOwnersAloneFromNowOn) {
+  WriteNative(OnDrive("Data/log"), "old");
+  ASSERT_EQ(::chmod(OnDrive("Data/log").c_str(), 0644), 0);
+  open.OpenOutput(1, "C:\\Data\\log");
+  EXPECT_EQ(ModeOf(OnDrive("Data/log")), 0600U);
+}
+
 TEST_F(LinuxOpenFilesTest, AnOwnFileThatWasLeftIsItsOwnersAloneFromNowOn) {
   WriteNative(OnDrive("Data/stage"), "left");
   ASSERT_EQ(::chmod(OnDrive("Data/stage").c_str(), 0666), 0);

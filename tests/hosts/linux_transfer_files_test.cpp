@@ -54,6 +54,11 @@ TEST_F(LinuxTransferFilesTest, ATargetThatIsGivenUpLeavesWhatWasThere) {
   EXPECT_THAT(Names(), ElementsAre("a"));
 }
 
+TEST_F(LinuxTransferFilesTest, ANewFileIsItsOwnersAlone) {
+  transfers.OpenTarget("C:\\Data\\new")->Commit();
+  EXPECT_EQ(ModeOf(OnDrive("Data/new")), 0600U);
+}
+
 TEST_F(LinuxTransferFilesTest, ATargetReplacesTheFileOfItsNameInAnyCaseAndKeepsItsPermissions) {
   WriteNative(OnDrive("Data/Report.txt"), "was here");
   std::filesystem::permissions(OnDrive("Data/Report.txt"), std::filesystem::perms(0640));

@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "tests/hosts/linux_stage.h"
+#include "tests/security/another_user.h"
 #include "tests/support/fake_machine.h"
 #include "userdata/file_control.h"
 #include "userdata/file_sync.h"
@@ -87,6 +88,23 @@ TEST_F(RightsFromAMediumTest, ButThoseOfTheUserGoToTheStorageWithoutSetIdBits) {
   EXPECT_EQ(ModeOf(OnDrive("Data/home/folder")), 01777U);
   EXPECT_EQ(ModeOf(OnDrive("Data/home/folder/tool")), 0777U);
   EXPECT_EQ(HasAccessList("Data/home/tool"), lists_);
+}
+
+using HomesTest = AttackedStage;
+
+TEST_F(HomesTest, AFolderBelowOneThatCanOnlyBeEnteredIsCopiedTo) {
+  std::filesystem::create_directories(OnDrive("Data/homes/his"));
+  std::filesystem::create_directories(OnDrive("Data/medium"));
+  WriteNative(OnDrive("Data/medium/letter"), "letter");
+  ASSERT_EQ(::chown(OnDrive("Data/homes/his").c_str(), AnotherUser::kNumber, AnotherUser::kNumber),
+            0);
+  ASSERT_EQ(::chmod(OnDrive("Data/homes").c_str(), 0711), 0);
+  EXPECT_TRUE(AnotherUser::Does([&] {
+    LinuxHost host{surroundings};
+    host.files.CopyTree("C:\\Data\\medium", "C:\\Data\\homes\\his", {}, Rights::kNewFile);
+    return true;
+  }));
+  EXPECT_EQ(ReadNative(OnDrive("Data/homes/his/letter")), "letter");
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ class StartTest : public Form1Test {
 
   int declines = 0;
   int main_window_shows = 0;
-  WindowSlot<Accept> agreement{machine.windows, [this] {
+  WindowSlot<Accept> agreement{machine.loop, machine.windows, [this] {
                                  return std::make_unique<Accept>(
                                      machine.Interfaces(),
                                      AgreementHooks{

@@ -73,8 +73,10 @@ std::string FoldedName(std::string_view name) {
     return ToLower(name);
   }
   wide.resize(static_cast<std::size_t>(to - wide.data()));
-  letters.toupper(wide.data(), wide.data() + wide.size());
-  letters.tolower(wide.data(), wide.data() + wide.size());
+  for (wchar_t& c : wide) {
+    const wchar_t low = letters.tolower(letters.toupper(c));
+    if (c < 0x80 || low >= 0x80) c = low;
+  }
   std::string folded(wide.size() * 4, '\0');
   const wchar_t* wide_end = nullptr;
   char* end = folded.data();

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -56,6 +57,21 @@ bool HasReplyCode(std::string_view line) {
 }
 
 }  // namespace
+
+// Nothing that is raised may pass through libcurl. Memory that can't be had ends the
+// request, by what `refusal` means to libcurl.
+template <class Result, class Step>
+Result FtpSession::Called(void* self, Result refusal, Step&& step) {
+  FtpSession& session = *static_cast<FtpSession*>(self);
+  Lock lock(session.mutex_);
+  try {
+    return step(session, lock);
+  } catch (const std::bad_alloc&) {
+    if (!lock.owns_lock()) lock.lock();
+    session.local_error_ = kTransferWriteFault;
+    return refusal;
+  }
+}
 
 std::int32_t TransferErrorOf(const ProgramError& error, FtpVerb verb) {
   switch (error.Number()) {
@@ -329,7 +345,9 @@ bool FtpSession::NoteReply(std::string_view line) {
   if (in_reply_) return true;
   Post(TransportState::kResponseReceived);
   moved_at_ = Clock::now();
-  if (line.front() == '1' && SocketOf(Role::kData)) {
+  // An upload begins with every reply that isn't a refusal.
+  const bool begins = line.front() == '1' || (spoken_ == "STOR" && line.front() < '4');
+  if (begins && !transferring_ && SocketOf(Role::kData)) {
     transferring_ = true;
     began_at_ = span_at_ = moved_at_;
     span_taken_ = taken_;
@@ -403,80 +421,88 @@ std::uint64_t FtpSession::Taken() const {
 
 int FtpSession::OnDebug(CURL*, curl_infotype type, char* bytes, std::size_t count, void* self) {
   if (type != CURLINFO_HEADER_OUT) return 0;
-  FtpSession& session = *static_cast<FtpSession*>(self);
-  const Lock lock(session.mutex_);
-  session.NoteCommand({bytes, count});
-  return 0;
+  return Called(self, 0, [&](FtpSession& session, Lock&) {
+    session.NoteCommand({bytes, count});
+    return 0;
+  });
 }
 
 std::size_t FtpSession::OnHeader(char* bytes, std::size_t, std::size_t count, void* self) {
-  FtpSession& session = *static_cast<FtpSession*>(self);
-  const Lock lock(session.mutex_);
-  return session.NoteReply({bytes, count}) ? count : 0;
+  return Called(self, std::size_t{0}, [&](FtpSession& session, Lock&) {
+    return session.NoteReply({bytes, count}) ? count : std::size_t{0};
+  });
 }
 
 std::size_t FtpSession::OnRead(char* bytes, std::size_t, std::size_t count, void* self) {
-  FtpSession& session = *static_cast<FtpSession*>(self);
-  Lock lock(session.mutex_);
-  return session.ReadSource({bytes, count}, lock);
+  return Called(self, std::size_t{CURL_READFUNC_ABORT}, [&](FtpSession& session, Lock& lock) {
+    return session.ReadSource({bytes, count}, lock);
+  });
 }
 
 std::size_t FtpSession::OnWrite(char* bytes, std::size_t, std::size_t count, void* self) {
-  FtpSession& session = *static_cast<FtpSession*>(self);
-  const Lock lock(session.mutex_);
-  return session.WriteTarget({bytes, count});
+  return Called(self, std::size_t{0}, [&](FtpSession& session, Lock&) {
+    return session.WriteTarget({bytes, count});
+  });
 }
 
 // Numeric addresses come here too, those of data connections included.
 int FtpSession::OnResolve(void*, void*, void* self) {
-  FtpSession& session = *static_cast<FtpSession*>(self);
-  const Lock lock(session.mutex_);
-  const bool for_session = session.spoken_.empty() && session.request_.verb != FtpVerb::kClose;
-  if (for_session) session.Post(TransportState::kResolvingHost);
-  return 0;
+  return Called(self, 1, [](FtpSession& session, Lock&) {
+    const bool for_session = session.spoken_.empty() && session.request_.verb != FtpVerb::kClose;
+    if (for_session) session.Post(TransportState::kResolvingHost);
+    return 0;
+  });
 }
 
 curl_socket_t FtpSession::OnOpen(void* self, curlsocktype, curl_sockaddr* address) {
-  FtpSession& session = *static_cast<FtpSession*>(self);
-  const Lock lock(session.mutex_);
+  return Called(self, curl_socket_t{CURL_SOCKET_BAD},
+                [&](FtpSession& session, Lock&) { return session.OpenSocket(*address); });
+}
+
+curl_socket_t FtpSession::OpenSocket(const curl_sockaddr& address) {
   // Nobody connects only to say goodbye.
-  if (session.dropped_ || session.request_.verb == FtpVerb::kClose) return CURL_SOCKET_BAD;
-  if (session.last_ == TransportState::kResolvingHost) {
-    session.Post(TransportState::kHostResolved);
-    session.Post(TransportState::kConnecting);
-    session.moved_at_ = Clock::now();
+  if (dropped_ || request_.verb == FtpVerb::kClose) return CURL_SOCKET_BAD;
+  if (last_ == TransportState::kResolvingHost) {
+    Post(TransportState::kHostResolved);
+    Post(TransportState::kConnecting);
+    moved_at_ = Clock::now();
   }
   const curl_socket_t socket =
-      ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+      ::socket(address.family, address.socktype | SOCK_CLOEXEC, address.protocol);
   if (socket == CURL_SOCKET_BAD) return socket;
-  session.sockets_[socket] = session.spoken_.empty() ? Role::kControl : Role::kData;
+  try {
+    sockets_[socket] = spoken_.empty() ? Role::kControl : Role::kData;
+  } catch (const std::bad_alloc&) {
+    ::close(socket);
+    throw;
+  }
   return socket;
 }
 
 int FtpSession::OnClose(void* self, curl_socket_t socket) {
-  FtpSession& session = *static_cast<FtpSession*>(self);
-  const Lock lock(session.mutex_);
-  const auto known = session.sockets_.find(socket);
-  if (known != session.sockets_.end() && known->second == Role::kData) {
-    session.transferring_ = false;
-    session.moved_at_ = Clock::now();
-  }
-  session.sockets_.erase(socket);
-  return ::close(socket);
+  return Called(self, 0, [&](FtpSession& session, Lock&) {
+    const auto known = session.sockets_.find(socket);
+    if (known != session.sockets_.end() && known->second == Role::kData) {
+      session.transferring_ = false;
+      session.moved_at_ = Clock::now();
+    }
+    session.sockets_.erase(socket);
+    return ::close(socket);
+  });
 }
 
 int FtpSession::OnProgress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
-  FtpSession& session = *static_cast<FtpSession*>(self);
-  const Lock lock(session.mutex_);
-  if (session.last_ == TransportState::kConnecting) {
-    curl_off_t connected_after = 0;
-    curl_easy_getinfo(session.easy_, CURLINFO_CONNECT_TIME_T, &connected_after);
-    if (connected_after > 0) {
-      session.Post(TransportState::kConnected);
-      session.moved_at_ = Clock::now();
+  return Called(self, 1, [](FtpSession& session, Lock&) {
+    if (session.last_ == TransportState::kConnecting) {
+      curl_off_t connected_after = 0;
+      curl_easy_getinfo(session.easy_, CURLINFO_CONNECT_TIME_T, &connected_after);
+      if (connected_after > 0) {
+        session.Post(TransportState::kConnected);
+        session.moved_at_ = Clock::now();
+      }
     }
-  }
-  return session.dropped_ ? 1 : 0;
+    return session.dropped_ ? 1 : 0;
+  });
 }
 
 }  // namespace tarnvale

@@ -90,6 +90,9 @@ class FtpSession : public std::enable_shared_from_this<FtpSession> {
   using Lock = std::unique_lock<std::mutex>;
   enum class Role { kControl, kData };
 
+  template <class Result, class Step>
+  static Result Called(void* self, Result refusal, Step&& step);
+
   // What libcurl calls, on the thread.
   static int OnDebug(CURL*, curl_infotype type, char* bytes, std::size_t count, void* self);
   static std::size_t OnHeader(char* bytes, std::size_t, std::size_t count, void* self);
@@ -110,6 +113,7 @@ class FtpSession : public std::enable_shared_from_this<FtpSession> {
   std::int32_t ErrorOf(CURLcode result) const;
   void Post(TransportState state, std::int32_t code = kTransferNoError);
   void PostOnce(TransportState state);
+  curl_socket_t OpenSocket(const curl_sockaddr& address);
   void NoteCommand(std::string_view line);
   bool NoteReply(std::string_view line);
   std::size_t ReadSource(std::span<char> bytes, Lock& lock);

@@ -64,10 +64,10 @@ const dirent* FolderScan::Next() {
   }
 }
 
-Descriptor OpenNativeFolder(const std::string& folder, bool follow) {
-  constexpr int kFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-  Descriptor fd = follow ? OpenByOwnLinks(AT_FDCWD, folder, kFlags)
-                         : Descriptor(::open(folder.c_str(), kFlags | O_NOFOLLOW));
+Descriptor OpenNativeFolder(const std::string& folder, bool follow, FolderUse use) {
+  const int flags = static_cast<int>(use) | O_DIRECTORY | O_CLOEXEC;
+  Descriptor fd = follow ? OpenByOwnLinks(AT_FDCWD, folder, flags)
+                         : Descriptor(::open(folder.c_str(), flags | O_NOFOLLOW));
   if (fd) return fd;
   if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG) {
     throw ProgramError(kPathNotFound);
@@ -75,7 +75,7 @@ Descriptor OpenNativeFolder(const std::string& folder, bool follow) {
   RaiseNative(errno, Attempt::kAsk);
 }
 
-Descriptor OpenInnerFolder(int folder_fd, std::string_view names) {
+Descriptor OpenInnerFolder(int folder_fd, std::string_view names, FolderUse use) {
   if (names.size() >= PATH_MAX) throw ProgramError(kPathNotFound);
   constexpr int kFolder = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
   Descriptor inner;
@@ -89,7 +89,8 @@ Descriptor OpenInnerFolder(int folder_fd, std::string_view names) {
     at = end + 1;
   }
   if (inner || names.empty()) {
-    inner = Descriptor(::openat(inner ? inner.Get() : folder_fd, ".", O_RDONLY | kFolder));
+    const int holder = inner ? inner.Get() : folder_fd;
+    inner = Descriptor(::openat(holder, ".", static_cast<int>(use) | kFolder));
   }
   if (inner) return inner;
   if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG) {

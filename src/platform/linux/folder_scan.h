@@ -2,6 +2,7 @@
 #pragma once
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <memory>
@@ -39,15 +40,21 @@ class FolderScan {
   bool left_out_ = false;
 };
 
-/// Opens a native folder for reading. Raises 76 when it is none or isn't there,
+enum class FolderUse {
+  kRead = O_RDONLY,
+  kEnter = O_PATH,  ///< only for what it holds: it need not be readable
+};
+
+/// Opens a native folder. Raises 76 when it is none or isn't there,
 /// and for a link to one unless `follow`; 75 when it can't be read or is reached by
 /// a link of somebody else.
-Descriptor OpenNativeFolder(const std::string& folder, bool follow);
+Descriptor OpenNativeFolder(const std::string& folder, bool follow,
+                            FolderUse use = FolderUse::kRead);
 
-/// Opens a folder within an open one for reading; `names` leads there, with slashes
+/// Opens a folder within an open one; `names` leads there, with slashes
 /// between, and may be empty for that very folder. Links aren't followed, and "."
 /// and ".." not taken. Raises 76, also for names too long for a path; 75.
-Descriptor OpenInnerFolder(int folder_fd, std::string_view names);
+Descriptor OpenInnerFolder(int folder_fd, std::string_view names, FolderUse use = FolderUse::kRead);
 
 /// Raises 58 when `there`, which the medium found in an open folder by `name`, has
 /// its name in another case.

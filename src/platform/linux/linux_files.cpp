@@ -51,19 +51,18 @@ bool IsFolder(const Located& located) {
           S_ISDIR(info.st_mode));
 }
 
-// The native path that an entry leads to. Raises 75 for a link of somebody else.
-std::string EndOfLinks(const Located& located) {
+// Sets the mode of the very file that `info` tells of: another one may have come into
+// its place meanwhile, or into a folder's on the way. Raises 75 then, and for a link of
+// somebody else.
+void SetMode(const Located& located, const struct stat& info, mode_t mode) {
   std::string native = located.Native();
-  struct stat info {};
-  if (!GoByOwnLinks(AT_FDCWD, native, info)) RaiseNative(errno, Attempt::kAsk);
-  return native;
-}
-
-// Links are not followed: one may have come into the file's place meanwhile.
-void SetMode(const std::string& native, mode_t mode) {
-  if (::fchmodat(AT_FDCWD, native.c_str(), mode, AT_SYMLINK_NOFOLLOW) != 0) {
-    RaiseNative(errno, Attempt::kAsk);
-  }
+  struct stat end {};
+  if (!GoByOwnLinks(AT_FDCWD, native, end)) RaiseNative(errno, Attempt::kAsk);
+  const Descriptor file(::open(native.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+  if (!file || ::fstat(file.Get(), &end) != 0) RaiseNative(errno, Attempt::kAsk);
+  if (end.st_dev != info.st_dev || end.st_ino != info.st_ino) throw ProgramError(kPathFileAccess);
+  const std::string held = "/proc/self/fd/" + std::to_string(file.Get());
+  if (::chmod(held.c_str(), mode) != 0) RaiseNative(errno, Attempt::kAsk);
 }
 
 // The kernel doesn't let go of a thread that flushes. Nobody waits for this one:
@@ -180,11 +179,11 @@ void LinuxFiles::SetAttributes(const Path& file, int value) {
   const mode_t wanted = read_only ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR;
   // A file that isn't read-only any more takes the mark, and so does one that
   // isn't yet.
-  if (!read_only && wanted != mode) SetMode(EndOfLinks(located), wanted);
+  if (!read_only && wanted != mode) SetMode(located, info, wanted);
   if (!system && archive != archive_.IsSet(native, info)) {
     archive ? archive_.Set(native) : archive_.Clear(native, info);
   }
-  if (read_only && wanted != mode) SetMode(EndOfLinks(located), wanted);
+  if (read_only && wanted != mode) SetMode(located, info, wanted);
 }
 
 bool LinuxFiles::FolderExists(const Path& folder) {
@@ -281,7 +280,8 @@ TreeTarget LinuxFiles::TargetOfTree(const Path& target, Descriptor& parent) {
     parent = OpenNativeFolder(located.Native(), true);
     return {parent.Get(), located.Native(), {}, false};
   }
-  parent = OpenNativeFolder(located.folder + "/.", true);
+  // One that can be entered will do, like the folder of all homes.
+  parent = OpenNativeFolder(located.folder + "/.", true, FolderUse::kEnter);
   return {parent.Get(), located.folder, located.name, false};
 }
 

@@ -172,6 +172,10 @@ void LinuxOpenFiles::OpenOutput(int number, const Path& file, Rights rights) {
   Descriptor opened = OpenByOwnLinks(AT_FDCWD, native, O_RDWR | O_CREAT | O_TRUNC | kOpenFlags,
                                      rights == Rights::kOwner ? kOwnersAlone : kNewFile);
   if (!opened) RaiseForOpening(errno);
+  // An old file of the user's own loses wider rights. A medium without permissions
+  // refuses; that does no harm.
+  const bool is_own = ::fstat(opened.Get(), &info) == 0 && info.st_uid == ::geteuid();
+  if (rights == Rights::kOwner && is_own && ::fchmod(opened.Get(), kOwnersAlone) != 0) errno = 0;
   Hold(number, std::move(opened), Mode::kOutput, true);
 }
 

@@ -17,7 +17,7 @@
 namespace tarnvale {
 namespace {
 
-constexpr mode_t kNewFileMode = 0666;  // less what the user's mask takes
+constexpr mode_t kNewFileMode = 0600;
 
 class FileToSend final : public TransferSource {
  public:
@@ -98,8 +98,8 @@ std::unique_ptr<TransferTarget> LinuxTransferFiles::OpenTarget(const Path& file)
   std::string temporary = temporaries_.Begin(located.folder);
   Descriptor opened = CreateFresh(AT_FDCWD, temporary.c_str(), kNewFileMode);
   if (!opened) RaiseNative(errno, Attempt::kChange);
-  // Who could read the file before can read it after.
-  if (located.found && S_ISREG(located.info.st_mode)) {
+  // Who could read the user's file before can read it after.
+  if (located.found && S_ISREG(located.info.st_mode) && located.info.st_uid == ::geteuid()) {
     ::fchmod(opened.Get(), located.info.st_mode & 0777U);
   }
   return std::make_unique<FileToReceive>(std::move(opened), std::move(temporary), located.Native());

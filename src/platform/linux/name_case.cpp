@@ -23,9 +23,11 @@ char Other(char c) {
   return Lower(c);
 }
 
+// By way of the capital, which several small letters can share. Nothing becomes a
+// letter of ASCII: a dotless i is no i.
 wint_t Folded(wint_t c) {
-  // By way of the capital, which several small letters can share.
-  return ::towlower_l(::towupper_l(c, AllLetters()), AllLetters());
+  const wint_t folded = ::towlower_l(::towupper_l(c, AllLetters()), AllLetters());
+  return folded < 0x80 ? c : folded;
 }
 
 wint_t Other(wint_t c) {

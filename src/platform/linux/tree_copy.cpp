@@ -139,7 +139,7 @@ TreeCopy::TargetFolder TreeCopy::OpenTarget(const std::string& path, bool exactl
                                             const struct stat& source) {
   const mode_t mode = FolderMode(source.st_mode, rights_);
   const std::string name(NativeNameOf(path));
-  const Descriptor parent = OpenInnerFolder(target_fd_, NativeFolderOf(path));
+  const Descriptor parent = OpenInnerFolder(target_fd_, NativeFolderOf(path), FolderUse::kEnter);
   TargetFolder target;
   target.path = path.empty() ? target_path_ : target_path_ + "/" + path;
   target.was_made = !name.empty() && MakeFolder(parent.Get(), name, mode, exactly);

@@ -96,7 +96,7 @@ class Farewell : public QObject {
  private:
   void Advance() {
     const Waiting waiting = heard_ < kMostOfFarewell ? Look(*connection_) : Waiting::kEnd;
-    if (waiting == Waiting::kBytes) heard_ += connection_->read(kMostOfFarewell).size();
+    if (waiting == Waiting::kBytes) heard_ += connection_->read(kMostOfFarewell - heard_).size();
     // A server that has said all may still be reading.
     if (connection_->bytesToWrite() > 0 && waiting != Waiting::kReset) return;
     ::shutdown(Descriptor(*connection_), SHUT_WR);
