@@ -33,6 +33,7 @@ BackupRun::BackupRun(Machine& machine, BackupSettings& settings, RunState& state
       log_(machine),
       failures_(machine),
       sync_(machine),
+      sources_(machine.files),
       targets_(machine.files) {}
 
 // The handler's only reachable answer is to go on with the next statement.
@@ -97,9 +98,12 @@ void BackupRun::BuildRunFiles() {
 }
 
 void BackupRun::ChooseTargets() {
+  std::vector<Path> sources;
   std::vector<std::string> files;
   for (std::size_t row = 0; row <= state_.Files.UpperBound(); ++row) {
-    const std::string name = FileNameOf(state_.Files.Row(static_cast<std::int64_t>(row)).Path);
+    const Path& path = state_.Files.Row(static_cast<std::int64_t>(row)).Path;
+    sources.push_back(path);
+    const std::string name = FileNameOf(path);
     if (!name.empty()) files.push_back(name);
   }
   std::vector<std::string> folders;
@@ -108,10 +112,12 @@ void BackupRun::ChooseTargets() {
     std::string item = settings_.Entries.At(i);
     if (CountChar(item, state_.MarkerChar.Get()) != kMarkersOfFolder) continue;
     pReplace(item, "\\" + std::string(kFolderMarker), "");
+    sources.push_back(item);
     pass.Step([&] {
       folders.push_back(GetFolder(item, ToInt16(CountChar(item, state_.PathSepChar.Get()))));
     });
   }
+  sources_.Begin(sources);
   targets_.Begin(std::move(files), std::move(folders));
 }
 
@@ -168,7 +174,7 @@ void BackupRun::RoundBeyondTable() {
 void BackupRun::CopyRow(const RunFile& row) {
   present_target_ = TargetOf(row);
   // A value above 255 keeps that of the row before.
-  Step([&] { run_.attributes = ToByte(machine_.files.Attributes(row.Path)); });
+  Step([&] { run_.attributes = ToByte(machine_.files.Attributes(sources_.At(row.Path))); });
   state_.SourceCaption = row.Path;
   state_.TargetCaption = TargetOf(row);
   state_.StatusCaption = "File: " + ToText(state_.RunIndex) + " Out Of: " + ListCount();
@@ -183,11 +189,12 @@ void BackupRun::CopyRow(const RunFile& row) {
 }
 
 void BackupRun::CopyToStorage(const RunFile& row) {
+  const Path& source = sources_.At(row.Path);
   const auto target = targets_.FileIn(state_.RunDestination.Get(), FileNameOf(row.Path));
   if (target) {
-    machine_.files.CopyWhole(row.Path, *target, Rights::kSource);
+    machine_.files.CopyWhole(source, *target, Rights::kSource);
   } else {
-    machine_.files.CopyWhole(row.Path, TargetOf(row), Rights::kSource);
+    machine_.files.CopyWhole(source, TargetOf(row), Rights::kSource);
   }
 }
 
@@ -208,14 +215,18 @@ void BackupRun::CopyChanged(const RunFile& row) {
   Step([&] { CopyToStorage(row); });
   // Required: any attribute counts as changed, and 32 is taken away whether or
   // not the archive bit is in it. An impossible value fails and passes.
-  Step([&] { machine_.files.SetAttributes(row.Path, run_.attributes - attribute::kArchive); });
+  Step([&] {
+    machine_.files.SetAttributes(sources_.At(row.Path), run_.attributes - attribute::kArchive);
+  });
   if (settings_.SaveLog) Step([&] { log_.PrintLine(">> Ok"); });
   CountFile(row);
 }
 
 void BackupRun::CountFile(const RunFile& row) {
   // A sum beyond 32 bits fails, and the total stays.
-  Step([&] { run_.total_bytes = Add32(run_.total_bytes, machine_.files.Length(row.Path)); });
+  Step([&] {
+    run_.total_bytes = Add32(run_.total_bytes, machine_.files.Length(sources_.At(row.Path)));
+  });
   Step([&] { run_.files_counted = Add32(run_.files_counted, 1); });
 }
 
@@ -243,14 +254,14 @@ void BackupRun::FolderRound() {
   // The choice of a mode may change while a sync yields: each is asked anew.
   const std::string destination = state_.RunDestination;
   if (settings_.BackupMode.Sync) {
-    Step([&] { sync_.SyncFolders(item, destination, true); });
+    Step([&] { sync_.SyncFolders(sources_.At(item), destination, true); });
   }
   const std::string folder = run_.real_folder_destination;
   if (settings_.BackupMode.Incremental && !folder.empty()) {
-    Step([&] { sync_.SyncFolders(item, folder, false); });
+    Step([&] { sync_.SyncFolders(sources_.At(item), folder, false); });
   }
   if (settings_.BackupMode.Complete && !folder.empty()) {
-    Step([&] { sync_.SyncFolders(item, folder, false); });
+    Step([&] { sync_.SyncFolders(sources_.At(item), folder, false); });
   }
   if (settings_.SaveLog) {
     Step([&] {
@@ -302,7 +313,9 @@ void BackupRun::MakeFolderInStorage() {
     if (pass.StandingError()) throw ProgramError(*pass.StandingError());
   });
   const auto& failure = pass.StandingError();
-  if (failure && failure->Number() == kFileAlreadyExists) run_.real_folder_destination.clear();
+  // By its path another one would be found, of another case.
+  const bool is_there = !failure || failure->Number() == kPathFileAccess;
+  if (!is_there) run_.real_folder_destination.clear();
 }
 
 void BackupRun::CloseLog() {

@@ -7,6 +7,7 @@
 #include "core/backup_log.h"
 #include "core/hooks.h"
 #include "core/run_failures.h"
+#include "core/run_sources.h"
 #include "core/run_state.h"
 #include "core/run_targets.h"
 #include "platform/machine.h"
@@ -74,6 +75,7 @@ class BackupRun {
   BackupLog log_;
   RunFailures failures_;
   FileSync sync_;
+  RunSources sources_;
   RunTargets targets_;
 
   // The totals and work fields of one run.

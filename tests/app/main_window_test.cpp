@@ -247,11 +247,11 @@ TEST_F(MainWindowTest, ABadIntervalBringsItsBoxAndTheFocusBack) {
   Click(form.Schedule.Optionbutton2);
   QTest::keyClicks(&WidgetOf(form.Schedule.MaskEdBox2), "2500");
   AnswerNextBox(QMessageBox::Ok);
-  Click(form.Label37);
+  Click(form.Schedule.Checkbox2[0]);
   EXPECT_EQ(box_text, "An Invalid Interval Has Been Entered.");
   EXPECT_EQ(engine.settings.EachTime, 0);
   EXPECT_EQ(form.Focused(), &form.Schedule.MaskEdBox2);
-  EXPECT_FALSE(form.List.GroupBox1.Visible) << "the click that was interrupted does nothing";
+  EXPECT_FALSE(form.Schedule.Checkbox2[0].Value) << "the click that was interrupted does nothing";
 }
 
 TEST_F(MainWindowTest, AWindowBroughtUpRightAfterTheStartStaysUp) {

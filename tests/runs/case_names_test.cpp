@@ -117,6 +117,31 @@ TEST_P(CaseNamesTest, TwoWholeFolderItemsStayTwo) {
   EXPECT_EQ(Content("Store/doc/a.txt"), "small");
 }
 
+TEST_P(CaseNamesTest, TheLastCopyOfAFileThatHasGoneIsNotReplacedByItsTwin) {
+  Write("Work/Makefile", "capital");
+  Write("Work/makefile", "small");
+  engine.settings.Entries.Assign({"C:\\Work\\Makefile", "C:\\Work\\makefile"});
+  Run();
+  std::filesystem::remove(Native("Work/Makefile"));
+  Write("Work/makefile", "small, and changed");
+  RunTwice();
+  EXPECT_EQ(Content("Store/Makefile"), "capital");
+  EXPECT_EQ(Content("Store/makefile"), "small, and changed");
+}
+
+TEST_P(CaseNamesTest, TheLastCopyOfAFolderThatHasGoneIsNotReplacedByItsTwin) {
+  if (GetParam() == Mode::kSync) return;  // it goes to the location itself
+  Write("Work/Doc/a.txt", "capital");
+  Write("Work/doc/a.txt", "small");
+  engine.settings.Entries.Assign({"C:\\Work\\Doc\\*+++++*", "C:\\Work\\doc\\*+++++*"});
+  Run();
+  std::filesystem::remove_all(Native("Work/Doc"));
+  Write("Work/doc/a.txt", "small, and changed");
+  RunTwice();
+  EXPECT_EQ(Content("Store/Doc/a.txt"), "capital");
+  EXPECT_EQ(Content("Store/doc/a.txt"), "small, and changed");
+}
+
 TEST_P(CaseNamesTest, AWholeFolderItemThatIsALinkIsComparedAsWhatItLeadsTo) {
   Write("Work/Real/a.txt", "old");
   SetModified("Work/Real/a.txt", kNoon);

@@ -3,10 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cwchar>
+#include <array>
 #include <locale>
 #include <utility>
 
+#include "base/characters.h"
 #include "base/failure.h"
 #include "base/text.h"
 
@@ -59,31 +60,37 @@ bool IsReadOnly(const FakeNode& node) {
 
 }  // namespace
 
+namespace {
+
+// `character` isn't plain.
+void AppendCharacter(std::string& text, char32_t character) {
+  const int more = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+  constexpr std::array<unsigned, 4> kLeads{0, 0xC0, 0xE0, 0xF0};
+  const auto byte = [&](int i) { return static_cast<unsigned>(character >> (6 * i)); };
+  text += static_cast<char>(kLeads.at(static_cast<std::size_t>(more)) | byte(more));
+  for (int i = more - 1; i >= 0; --i) text += static_cast<char>(0x80U | (byte(i) & 0x3FU));
+}
+
+}  // namespace
+
 std::string FoldedName(std::string_view name) {
   static const std::locale all_letters("C.UTF-8");
   const auto& letters = std::use_facet<std::ctype<wchar_t>>(all_letters);
-  const auto& utf8 = std::use_facet<std::codecvt<wchar_t, char, std::mbstate_t>>(all_letters);
-  std::wstring wide(name.size(), L'\0');
-  std::mbstate_t state{};
-  const char* from = name.data();
-  wchar_t* to = wide.data();
-  if (utf8.in(state, name.data(), name.data() + name.size(), from, wide.data(),
-              wide.data() + wide.size(), to) != std::codecvt_base::ok ||
-      from != name.data() + name.size()) {
-    return ToLower(name);
+  std::string folded;
+  while (!name.empty()) {
+    const Character first = FirstCharacter(name);
+    const auto letter = static_cast<wchar_t>(first.value);
+    const wchar_t low = letters.tolower(letters.toupper(letter));
+    const std::size_t bytes = FirstCharacterBytes(name);
+    if (first.bytes == 1) {
+      folded += ToLower(name.substr(0, 1));
+    } else if (first.bytes > 1 && low >= 0x80) {
+      AppendCharacter(folded, static_cast<char32_t>(low));
+    } else {
+      folded += name.substr(0, bytes);
+    }
+    name.remove_prefix(bytes);
   }
-  wide.resize(static_cast<std::size_t>(to - wide.data()));
-  for (wchar_t& c : wide) {
-    const wchar_t low = letters.tolower(letters.toupper(c));
-    if (c < 0x80 || low >= 0x80) c = low;
-  }
-  std::string folded(wide.size() * 4, '\0');
-  const wchar_t* wide_end = nullptr;
-  char* end = folded.data();
-  state = {};
-  utf8.out(state, wide.data(), wide.data() + wide.size(), wide_end, folded.data(),
-           folded.data() + folded.size(), end);
-  folded.resize(static_cast<std::size_t>(end - folded.data()));
   return folded;
 }
 

@@ -24,7 +24,11 @@ class UserDataTest : public ::testing::Test {
   void Click(chameleonButton& button) {
     machine.loop.Deliver([&] { button.Click.Emit(); });
   }
-  void Tick() { machine.Advance(500ms); }
+  /// Half a second with the window up: a hidden one doesn't wake the loop.
+  void Tick() {
+    window.Show();
+    machine.Advance(500ms);
+  }
 
   void Choose(const Path& chosen) { machine.dialogs.Choose(FakeDialogs::Kind::kFolder, chosen); }
   void Cancel() { machine.dialogs.Cancel(FakeDialogs::Kind::kFolder); }

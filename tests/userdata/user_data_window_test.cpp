@@ -164,6 +164,7 @@ TEST_F(UserDataTest, NothingReachesOverTheEdgeOfWhatHoldsIt) {
 }
 
 TEST_F(UserDataTest, ThePathsAreFilledHalfASecondAfterTheWindowOpened) {
+  window.Show();
   machine.Advance(499ms);
   EXPECT_EQ(window.Text1.Text.Get(), "");
   machine.Advance(1ms);
