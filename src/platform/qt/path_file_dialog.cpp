@@ -58,7 +58,7 @@ void PathFileDialog::accept() {
   QLineEdit* field = NameField();
   missing_ = field == nullptr ? Path() : MissingPath(field->text());
   if (!missing_.empty()) {
-    QDialog::accept();
+    done(QDialog::Accepted);
   } else if (field == nullptr || MayAccept(*field)) {
     QFileDialog::accept();
   }
