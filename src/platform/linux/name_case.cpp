@@ -1,8 +1,9 @@
 #include "platform/linux/name_case.h"
 
 #include <clocale>
-#include <cstddef>
 #include <cwctype>
+
+#include "base/characters.h"
 
 namespace tarnvale {
 namespace {
@@ -39,24 +40,6 @@ bool IsPlain(char c) {
   return static_cast<unsigned char>(c) < 0x80;
 }
 
-// The character at `at` and how many bytes it takes; 0 where there is none.
-std::size_t Decode(std::string_view text, std::size_t at, wint_t& character) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[at + i]); };
-  const unsigned char lead = byte(0);
-  const std::size_t length = lead < 0xC2   ? 0
-                             : lead < 0xE0 ? 2
-                             : lead < 0xF0 ? 3
-                             : lead < 0xF5 ? 4
-                                           : 0;
-  if (length == 0 || text.size() - at < length) return 0;
-  character = lead & (0x7FU >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0U) != 0x80U) return 0;
-    character = character << 6U | (byte(i) & 0x3FU);
-  }
-  return length;
-}
-
 void Append(std::string& text, wint_t character) {
   if (character < 0x80) {
     text += static_cast<char>(character);
@@ -70,19 +53,19 @@ void Append(std::string& text, wint_t character) {
   }
 }
 
+// Bytes that are no text stay.
 template <class Change>
 std::string WithLetters(std::string_view name, Change&& change) {
   std::string changed;
   changed.reserve(name.size());
-  for (std::size_t at = 0; at < name.size();) {
-    wint_t character = 0;
-    const std::size_t length = Decode(name, at, character);
-    if (length == 0) {
-      changed += name[at++];
+  while (!name.empty()) {
+    const Character first = FirstCharacter(name);
+    if (first.bytes == 0) {
+      changed += name.front();
     } else {
-      Append(changed, change(character));
-      at += length;
+      Append(changed, change(static_cast<wint_t>(first.value)));
     }
+    name.remove_prefix(FirstCharacterBytes(name));
   }
   return changed;
 }
