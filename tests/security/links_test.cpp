@@ -17,6 +17,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 // A file of the user's own that everybody is to keep out of.
 constexpr const char* kSecret = "the user's own";
@@ -133,6 +134,87 @@ TEST_F(LinksOfOthersTest, ThatComeIntoAFilesPlaceDuringAFolderCopyAreNotRead) {
   });
   EXPECT_EQ(ReadNative(OnDrive("Data/copy/1")), "first");
   EXPECT_FALSE(S_ISREG(StateOf(OnDrive("Data/copy/2")).st_mode));
+}
+
+// A folder that others can rename is exchanged for a link, which leads to where names are
+// alike.
+class FoldersExchangedForLinksTest : public LinksOfOthersTest {
+ protected:
+  void SetUp() override {
+    LinksOfOthersTest::SetUp();
+    if (IsSkipped()) return;
+    std::filesystem::create_directories(Shared("photos"));
+    std::filesystem::create_directories(OnDrive("Data/keys"));
+    WriteNative(Shared("photos/1"), "first");
+    WriteNative(Shared("photos/2"), "second");
+    WriteNative(OnDrive("Data/keys/2"), kSecret);
+  }
+
+  void Exchange() {
+    ASSERT_TRUE(AnotherUser::Does([&] {
+      return ::rename(Shared("photos").c_str(), Shared("away").c_str()) == 0 &&
+             ::symlink(OnDrive("Data/keys").c_str(), Shared("photos").c_str()) == 0;
+    }));
+  }
+
+  const Path file = "C:\\Data\\shared\\photos\\2";
+};
+
+TEST_F(FoldersExchangedForLinksTest, LeadToNoFileThatIsRead) {
+  Exchange();
+  EXPECT_EQ(RaisedBy([&] { host.open_files.OpenInput(1, file); }), kPermissionDenied);
+  EXPECT_EQ(RaisedBy([&] { host.open_files.OpenBinary(1, file); }), kPermissionDenied);
+  EXPECT_EQ(RaisedBy([&] { host.transfer_files.OpenSource(file); }), kPermissionDenied);
+  EXPECT_EQ(RaisedBy([&] { host.files.CopyWhole(file, "C:\\Data\\copy"); }), kPermissionDenied);
+  EXPECT_FALSE(std::filesystem::exists(OnDrive("Data/copy")));
+  EXPECT_EQ(RaisedBy([&] { host.files.OpenFolder("C:\\Data\\shared\\photos\\."); }),
+            kPathFileAccess);
+}
+
+TEST_F(FoldersExchangedForLinksTest, LeadToNoFileThatIsWritten) {
+  Exchange();
+  EXPECT_NE(RaisedBy([&] { host.open_files.OpenOutput(1, file); }), 0);
+  EXPECT_NE(RaisedBy([&] { host.open_files.OpenOwn(1, file); }), 0);
+  WriteNative(OnDrive("Data/copied"), "copied");
+  EXPECT_NE(RaisedBy([&] { host.files.CopyWhole("C:\\Data\\copied", file); }), 0);
+  EXPECT_NE(RaisedBy([&] { host.transfer_files.OpenTarget(file); }), 0);
+  EXPECT_EQ(ReadNative(OnDrive("Data/keys/2")), kSecret);
+  EXPECT_THAT(NativeNames(OnDrive("Data/keys")), ElementsAre("2"));
+}
+
+TEST_F(FoldersExchangedForLinksTest, TakeNoTransferThatHasBegun) {
+  const auto target = host.transfer_files.OpenTarget(file);
+  target->Write(std::string_view("received"));
+  Exchange();
+  target->Commit();
+  EXPECT_EQ(ReadNative(Shared("away/2")), "received");
+  EXPECT_THAT(NativeNames(OnDrive("Data/keys")), ElementsAre("2"));
+  EXPECT_EQ(ReadNative(OnDrive("Data/keys/2")), kSecret);
+}
+
+TEST_F(FoldersExchangedForLinksTest, ArePackedByNoArchiveThatHasListedThem) {
+  FakeMachine fake;
+  Machine machine(host.Parts(), fake.Interfaces());
+  usercontrol11 archiver(machine);
+  archiver.AddingFile.Listen([&](const std::string& name, const Path&, std::int32_t) {
+    if (name == "1") Exchange();
+  });
+  EXPECT_NE(
+      RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Data\\shared", "C:\\Data\\a.tvz", false); }),
+      0);
+  EXPECT_THAT(ReadNative(OnDrive("Data/a.tvz")), Not(HasSubstr(kSecret)));
+}
+
+// Links of the user's own, and the administrator's, are followed on the way too.
+TEST_F(FoldersExchangedForLinksTest, AreFollowedWhereTheUserOwnsThem) {
+  ASSERT_EQ(::symlink(Shared("photos").c_str(), OnDrive("Data/absolute").c_str()), 0);
+  ASSERT_EQ(::symlink("../Data/absolute/", OnDrive("Data/relative").c_str()), 0);
+  host.files.CopyWhole("C:\\Data\\relative\\2", "C:\\Data\\relative\\3");
+  EXPECT_EQ(ReadNative(Shared("photos/3")), "second");
+  AnotherUser::PlantLink(Shared("photos"), Shared("his"));
+  ASSERT_EQ(::symlink("shared/his", OnDrive("Data/behind").c_str()), 0);
+  EXPECT_EQ(RaisedBy([&] { host.files.CopyWhole("C:\\Data\\behind\\2", "C:\\Data\\copy"); }),
+            kPermissionDenied);
 }
 
 class ArchivesBesideOthersTest : public LinksOfOthersTest {

@@ -161,7 +161,6 @@ void AtomicCopy::CopyProperties(const Source& source, int target) {
 
 NativeSpot AtomicCopy::TemporaryFor(const CopyTarget& target) {
   const std::string& path = temporaries_.Begin(target.folder);
-  if (target.spot.folder_fd == AT_FDCWD) return {AT_FDCWD, path.c_str()};
   return {target.spot.folder_fd, path.c_str() + target.folder.size() + 1};
 }
 
@@ -177,10 +176,8 @@ void AtomicCopy::CopyFile(NativeSpot source, CopyManner manner, const CopyTarget
 // wherever the process ends, and it is faster than a temporary name. False when
 // the medium knows no such files, or when something has the name by now.
 bool AtomicCopy::CopyNameless(const Source& source, const CopyTarget& target) {
-  const bool absolute = target.spot.folder_fd == AT_FDCWD;
-  const std::string folder = absolute ? target.folder + "/." : ".";
   const int flags = O_WRONLY | O_TMPFILE | O_CLOEXEC;
-  Descriptor to(::openat(target.spot.folder_fd, folder.c_str(), flags, CreationMode(source)));
+  Descriptor to(::openat(target.spot.folder_fd, ".", flags, CreationMode(source)));
   if (!to) return false;
   CopyData(source.file.Get(), to.Get(), source.info);
   CopyProperties(source, to.Get());

@@ -11,8 +11,8 @@
 
 namespace tarnvale {
 
-/// Where a copy comes from or goes to: a path relative to an open folder, or an
-/// absolute one with AT_FDCWD.
+/// Where a copy comes from or goes to: a path relative to an open folder, or, of a
+/// source only, an absolute one with AT_FDCWD.
 struct NativeSpot {
   int folder_fd;
   const char* path;

@@ -220,10 +220,10 @@ void LinuxFiles::CopyWhole(const Path& source, const Path& target, Rights rights
   const Located to = LocateTarget(target);
   if (to.found && !MayReplace(from.info, to.info)) return;
   SweepOnce(to.folder);
-  const std::string source_native = from.Native();
-  const std::string target_native = to.Native();
-  copy_.CopyFile({AT_FDCWD, source_native.c_str()}, {Links::kFollow, rights},
-                 {{AT_FDCWD, target_native.c_str()}, to.folder, !to.found});
+  const std::string native = from.Native();
+  const Descriptor folder = OpenNativeFolder(to.folder + "/.", true, FolderUse::kEnter);
+  copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights},
+                 {{folder.Get(), to.name.c_str()}, to.folder, !to.found});
 }
 
 void LinuxFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
@@ -293,12 +293,21 @@ void LinuxFiles::CopyTree(const Path& source, const Path& target,
   TreeCopy(temporaries_, rights, between).Run(from.Get(), to);
 }
 
+void LinuxFiles::CopyTree(const Path& source, const HeldEntry& target,
+                          const std::function<void()>& between, Rights rights) {
+  CopyTree(OpenTreeSource(source), target, between, rights);
+}
+
 void LinuxFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
                           const std::function<void()>& between, Rights rights) {
-  const Descriptor from = OpenInnerFolder(LinuxFolder::Of(source).Fd(), source.name);
+  CopyTree(OpenInnerFolder(LinuxFolder::Of(source).Fd(), source.name), target, between, rights);
+}
+
+void LinuxFiles::CopyTree(const Descriptor& source, const HeldEntry& target,
+                          const std::function<void()>& between, Rights rights) {
   const LinuxFolder& to = LinuxFolder::Of(target);
   TreeCopy(temporaries_, rights, between)
-      .Run(from.Get(), {to.Fd(), to.Native(), target.name, true});
+      .Run(source.Get(), {to.Fd(), to.Native(), target.name, true});
 }
 
 void LinuxFiles::MoveTree(const Path& source, const Path& target) {

@@ -47,6 +47,8 @@ class LinuxFiles : public FileSystem {
                  Rights rights = Rights::kNewFile) override;
   void CopyTree(const Path& source, const Path& target, const std::function<void()>& between,
                 Rights rights = Rights::kNewFile) override;
+  void CopyTree(const Path& source, const HeldEntry& target, const std::function<void()>& between,
+                Rights rights = Rights::kNewFile) override;
   void CopyTree(const HeldEntry& source, const HeldEntry& target,
                 const std::function<void()>& between, Rights rights = Rights::kNewFile) override;
   void MoveTree(const Path& source, const Path& target) override;
@@ -69,6 +71,8 @@ class LinuxFiles : public FileSystem {
   void SweepOnce(const std::string& folder);
   Descriptor OpenTreeSource(const Path& source);
   TreeTarget TargetOfTree(const Path& target, Descriptor& parent);
+  void CopyTree(const Descriptor& source, const HeldEntry& target,
+                const std::function<void()>& between, Rights rights);
 
   Temporaries temporaries_;
   Locator locator_;

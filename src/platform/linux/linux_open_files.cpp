@@ -13,6 +13,7 @@
 #include "base/failure.h"
 #include "platform/input_item.h"
 #include "platform/linux/copy_data.h"
+#include "platform/linux/folder_scan.h"
 #include "platform/linux/native_errors.h"
 #include "platform/linux/own_links.h"
 #include "platform/linux/paths.h"
@@ -202,19 +203,20 @@ void LinuxOpenFiles::OpenBinary(int number, const Path& file) {
 void LinuxOpenFiles::OpenOwn(int number, const Path& file) {
   CheckFree(number);
   const Located located = LocateForWriting(file);
-  const std::string native = located.Native();
+  const Descriptor folder = OpenNativeFolder(located.folder + "/.", true, FolderUse::kEnter);
+  const char* const name = located.name.c_str();
   constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC | kOpenFlags;
   Descriptor opened;
   struct stat info {};
-  if (::lstat(native.c_str(), &info) == 0 && IsNobodyElses(info)) {
+  if (::fstatat(folder.Get(), name, &info, AT_SYMLINK_NOFOLLOW) == 0 && IsNobodyElses(info)) {
     if (IsReadOnly(info)) throw ProgramError(kPathFileAccess);
-    opened = Descriptor(::open(native.c_str(), kFlags));
+    opened = Descriptor(::openat(folder.Get(), name, kFlags));
     // Something else may have its place by now.
     if (!opened || ::fstat(opened.Get(), &info) != 0 || !IsNobodyElses(info)) opened.Close();
     // A medium without permissions refuses; that does no harm.
     if (opened) ::fchmod(opened.Get(), kOwnersAlone);
   }
-  if (!opened) opened = CreateFresh(AT_FDCWD, native.c_str(), kOwnersAlone);
+  if (!opened) opened = CreateFresh(folder.Get(), name, kOwnersAlone);
   if (!opened) RaiseForOpening(errno);
   Hold(number, std::move(opened), Mode::kBinary, true);
 }

@@ -10,6 +10,7 @@
 
 #include "base/failure.h"
 #include "platform/linux/descriptor.h"
+#include "platform/linux/folder_scan.h"
 #include "platform/linux/native_errors.h"
 #include "platform/linux/own_links.h"
 #include "platform/linux/paths.h"
@@ -39,15 +40,18 @@ class FileToSend final : public TransferSource {
   Descriptor file_;
 };
 
-/// A file under a temporary name until it is whole.
+/// A file under a temporary name until it is whole, in a folder that is held.
 class FileToReceive final : public TransferTarget {
  public:
-  FileToReceive(Descriptor file, std::string temporary, std::string target)
-      : file_(std::move(file)), temporary_(std::move(temporary)), target_(std::move(target)) {}
+  FileToReceive(Descriptor folder, Descriptor file, std::string temporary, std::string target)
+      : folder_(std::move(folder)),
+        file_(std::move(file)),
+        temporary_(std::move(temporary)),
+        target_(std::move(target)) {}
   FileToReceive(const FileToReceive&) = delete;
   FileToReceive& operator=(const FileToReceive&) = delete;
   ~FileToReceive() override {
-    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+    if (!temporary_.empty()) ::unlinkat(folder_.Get(), temporary_.c_str(), 0);
   }
 
   void Write(std::span<const char> bytes) override {
@@ -58,11 +62,14 @@ class FileToReceive final : public TransferTarget {
 
   void Commit() override {
     if (!file_.Close()) RaiseNative(errno, Attempt::kChange);
-    if (::rename(temporary_.c_str(), target_.c_str()) != 0) RaiseNative(errno, Attempt::kChange);
+    if (::renameat(folder_.Get(), temporary_.c_str(), folder_.Get(), target_.c_str()) != 0) {
+      RaiseNative(errno, Attempt::kChange);
+    }
     temporary_.clear();
   }
 
  private:
+  Descriptor folder_;
   Descriptor file_;
   std::string temporary_;  ///< empty once it was renamed
   std::string target_;
@@ -95,14 +102,16 @@ std::unique_ptr<TransferTarget> LinuxTransferFiles::OpenTarget(const Path& file)
   if (!located.folder_found) throw ProgramError(kPathNotFound);
   if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
   if (located.found) RequireReplaceable(located.info);
-  std::string temporary = temporaries_.Begin(located.folder);
-  Descriptor opened = CreateFresh(AT_FDCWD, temporary.c_str(), kNewFileMode);
+  Descriptor folder = OpenNativeFolder(located.folder + "/.", true, FolderUse::kEnter);
+  std::string temporary(NativeNameOf(temporaries_.Begin(located.folder)));
+  Descriptor opened = CreateFresh(folder.Get(), temporary.c_str(), kNewFileMode);
   if (!opened) RaiseNative(errno, Attempt::kChange);
   // Who could read the user's file before can read it after.
   if (located.found && S_ISREG(located.info.st_mode) && located.info.st_uid == ::geteuid()) {
     ::fchmod(opened.Get(), located.info.st_mode & 0777U);
   }
-  return std::make_unique<FileToReceive>(std::move(opened), std::move(temporary), located.Native());
+  return std::make_unique<FileToReceive>(std::move(folder), std::move(opened), std::move(temporary),
+                                         located.name);
 }
 
 }  // namespace tarnvale

@@ -1,9 +1,9 @@
-// Following links at the end of a path, as long as nobody else made them.
+// Following the links of a path, as long as nobody else made them.
 //
 // Whoever can write to a folder can put a link there in place of a file that the
-// program reads or writes. The kernel's own protection holds in sticky folders
-// only, so a link is followed only if this user owns it; so is each link that it
-// leads to. Folders on the way to the end of a path are followed as ever.
+// program reads or writes, or of a folder on the way to it. The kernel's own
+// protection holds in sticky folders only, so a link is followed only if this user
+// owns it; so is each link that it leads to.
 #pragma once
 
 #include <sys/stat.h>
