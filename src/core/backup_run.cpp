@@ -253,22 +253,29 @@ void BackupRun::FolderRound() {
   if (!settings_.BackupMode.Sync) ChooseFolderDestination();
   // The choice of a mode may change while a sync yields: each is asked anew.
   const std::string destination = state_.RunDestination;
-  if (settings_.BackupMode.Sync) {
-    Step([&] { sync_.SyncFolders(sources_.At(item), destination, true); });
-  }
-  const std::string folder = run_.real_folder_destination;
-  if (settings_.BackupMode.Incremental && !folder.empty()) {
-    Step([&] { sync_.SyncFolders(sources_.At(item), folder, false); });
-  }
-  if (settings_.BackupMode.Complete && !folder.empty()) {
-    Step([&] { sync_.SyncFolders(sources_.At(item), folder, false); });
-  }
+  if (settings_.BackupMode.Sync) SyncItem(item, {destination, {}}, true);
+  const auto folder = run_.folder;
+  if (settings_.BackupMode.Incremental && folder) SyncItem(item, *folder, false);
+  if (settings_.BackupMode.Complete && folder) SyncItem(item, *folder, false);
   if (settings_.SaveLog) {
     Step([&] {
       log_.Print(state_.ItemText.Get() + " -> " + state_.RunDestination.Get() + run_.folder_name +
                  ", Backup Status: OK!");
     });
   }
+}
+
+// The storage location stays the folder that the run began with.
+void BackupRun::SyncItem(const Path& item, const FolderInStorage& folder, bool two_way) {
+  const auto held = targets_.FolderIn(folder.location, {});
+  Step([&] {
+    const Path& source = sources_.At(item);
+    if (held) {
+      sync_.SyncFolders(source, HeldEntry{held->folder, folder.name}, two_way);
+    } else {
+      sync_.SyncFolders(source, folder.location + folder.name, two_way);
+    }
+  });
 }
 
 void BackupRun::ChooseFolderDestination() {
@@ -299,14 +306,14 @@ void BackupRun::ChooseFolderDestination() {
 // An existing folder makes this fail, and the run passes on.
 void BackupRun::MakeFolderInStorage() {
   const std::string location = state_.RunDestination;
-  run_.real_folder_destination = location + run_.folder_name;
+  run_.folder = FolderInStorage{location, run_.folder_name};
   const auto target = targets_.FolderIn(location, run_.folder_name);
   if (!target) {
     Step([&] { machine_.files.CreateFolder(location + run_.folder_name); });
     return;
   }
   if (target->name.empty()) return;
-  run_.real_folder_destination = location + target->name;
+  run_.folder->name = target->name;
   PassedOver pass;
   Step([&] {
     pass.Step([&] { target->folder.MakeFolder(target->name); });
@@ -315,7 +322,7 @@ void BackupRun::MakeFolderInStorage() {
   const auto& failure = pass.StandingError();
   // By its path another one would be found, of another case.
   const bool is_there = !failure || failure->Number() == kPathFileAccess;
-  if (!is_there) run_.real_folder_destination.clear();
+  if (!is_there) run_.folder.reset();
 }
 
 void BackupRun::CloseLog() {

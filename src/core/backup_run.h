@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "core/backup_log.h"
@@ -78,6 +79,12 @@ class BackupRun {
   RunSources sources_;
   RunTargets targets_;
 
+  struct FolderInStorage {
+    Path location;
+    std::string name;  ///< empty: the location itself
+  };
+  void SyncItem(const Path& item, const FolderInStorage& folder, bool two_way);
+
   // The totals and work fields of one run.
   struct Locals {
     DateTime start = 0;
@@ -88,9 +95,9 @@ class BackupRun {
     std::uint8_t attributes = 0;
     std::string folder_name;
     std::string folder_destination;
-    /// The same under the name that the folder has there; empty when the medium has
+    /// The same under the name that the folder has there; none when the medium has
     /// no room for it beside one of another case.
-    std::string real_folder_destination;
+    std::optional<FolderInStorage> folder;
   };
   Locals run_;
   /// The target of the present row, for the failure handler.

@@ -98,7 +98,8 @@ class HeldFolder {
 
 /// What a held folder has under this name, or would have. As a target it is the
 /// entry of exactly this name: copying raises 58 when the medium doesn't tell the
-/// name from another one that is taken.
+/// name from another one that is taken. Without a name it is that folder itself, as
+/// the target of a tree.
 struct HeldEntry {
   HeldFolder& folder;  ///< of the same file system
   std::string name;
@@ -158,6 +159,8 @@ class FileSystem {
   /// `between` after each file. Both folders stay those that it began with. Raises
   /// 76 when `source` is no folder or the parent of `target` is missing.
   virtual void CopyTree(const Path& source, const Path& target,
+                        const std::function<void()>& between, Rights rights = Rights::kNewFile) = 0;
+  virtual void CopyTree(const Path& source, const HeldEntry& target,
                         const std::function<void()>& between, Rights rights = Rights::kNewFile) = 0;
   virtual void CopyTree(const HeldEntry& source, const HeldEntry& target,
                         const std::function<void()>& between, Rights rights = Rights::kNewFile) = 0;

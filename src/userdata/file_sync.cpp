@@ -143,17 +143,39 @@ void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
   }
 }
 
-void FileSync::SyncFolders(const Path& first, const Path& second, bool two_way) {
+template <class Hold, class CopyWhole>
+void FileSync::SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& copy_whole,
+                           bool two_way) {
   FolderPair roots;
   PassedOver pass;
   pass.Step([&] { roots.first = machine_.files.OpenFolder(first); });
-  pass.Step([&] { roots.second = machine_.files.OpenFolder(second); });
+  pass.Step([&] { roots.second = hold_second(); });
   if (!pass.StandingError()) pass.Step([&] { Read(roots); });
   if (pass.StandingError()) {
-    pass.Step([&] { machine_.files.CopyTree(first, second, Yielding(), kTowardsStorage); });
+    pass.Step([&] { copy_whole(); });
     return;
   }
   SyncTrees(roots, two_way);
+}
+
+void FileSync::SyncFolders(const Path& first, const Path& second, bool two_way) {
+  SyncFolders(
+      first, [&] { return machine_.files.OpenFolder(second); },
+      [&] { machine_.files.CopyTree(first, second, Yielding(), kTowardsStorage); }, two_way);
+}
+
+void FileSync::SyncFolders(const Path& first, const HeldEntry& second, bool two_way) {
+  // Held here as well: the caller's may go while this yields.
+  std::unique_ptr<HeldFolder> storage;
+  PassedOver pass;
+  pass.Step([&] { storage = second.folder.Inner({}); });
+  if (!storage) return;
+  SyncFolders(
+      first, [&, name = second.name] { return storage->Inner(name); },
+      [&, name = second.name] {
+        machine_.files.CopyTree(first, {*storage, name}, Yielding(), kTowardsStorage);
+      },
+      two_way);
 }
 
 // Both sides are found from the two folders that are held, so they stay these two.

@@ -53,6 +53,8 @@ class FileSync {
   /// that is missing is made by one copy of the first. To the end it works on the two folders that
   /// the paths led to at its start. Ignores all failures. Yields.
   void SyncFolders(const Path& first, const Path& second, bool two_way);
+  /// Likewise, with the storage's folder in one that is held.
+  void SyncFolders(const Path& first, const HeldEntry& second, bool two_way);
 
  private:
   /// Two folders that are kept in step: held, and what they held when they were
@@ -90,6 +92,8 @@ class FileSync {
   static std::vector<Row> Compare(const FolderContents& first, const FolderContents& second,
                                   const NamePairs& pairs);
   void SyncPair(const FolderPair& pair, bool two_way);
+  template <class Hold, class CopyWhole>
+  void SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& copy_whole, bool two_way);
   void SyncTrees(FolderPair& roots, bool two_way);
   std::optional<Level> EnterFolders(const FolderPair& roots, const Level& outer,
                                     const SubFolders& folders, bool two_way);

@@ -134,6 +134,17 @@ TEST_P(CopyContract, AHeldFolderIsReadAndFilledByExactNames) {
   EXPECT_EQ(RaisedBy([&] { files.CopyTree({*from, "missing"}, {*to, "New"}, [] {}); }), 76);
 }
 
+TEST_P(CopyContract, CopyTreeFillsAHeldFolder) {
+  host.Write("C:\\From\\a.txt", "hello");
+  const auto to = files.OpenFolder("C:\\To");
+  files.CopyTree("C:\\From", {*to, "New"}, [] {});
+  EXPECT_EQ(host.Content("C:\\To\\New\\a.txt"), "hello");
+  files.CopyTree("C:\\From", {*to, ""}, [] {});
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "hello");
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\Missing", {*to, ""}, [] {}); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\From", {*to, "a.txt"}, [] {}); }), 75);
+}
+
 TEST_P(CopyContract, AHeldFolderMakesWhatIsNotThere) {
   const auto to = files.OpenFolder("C:\\To");
   to->MakeFolder("Sub");

@@ -103,6 +103,8 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
                  Rights rights = Rights::kNewFile) override;
   void CopyTree(const Path& source, const Path& target, const std::function<void()>& between,
                 Rights rights = Rights::kNewFile) override;
+  void CopyTree(const Path& source, const HeldEntry& target, const std::function<void()>& between,
+                Rights rights = Rights::kNewFile) override;
   void CopyTree(const HeldEntry& source, const HeldEntry& target,
                 const std::function<void()>& between, Rights rights = Rights::kNewFile) override;
   void MoveTree(const Path& source, const Path& target) override;
@@ -157,6 +159,8 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   void FillTree(const TreeInWork& tree, const std::function<void()>& between,
                 std::optional<int>& first_failure);
   void CopyFolderTree(const Path& source, const Path& target, const std::function<void()>& between);
+  void CopyFolderTree(const Path& source, const NodePtr& from, const HeldEntry& target,
+                      const std::function<void()>& between);
   NodePtr EnsureEntry(FakeNode& folder, const std::string& name);
 
   FakeClock& clock_;

@@ -93,7 +93,9 @@ class FakeFolder final : public HeldFolder {
 
   const FakeFiles::NodePtr& Node() const { return node_; }
   const Path& OwnPath() const { return path_; }
-  Path PathOf(const std::string& name) const { return WithBackslash(path_) + name; }
+  Path PathOf(const std::string& name) const {
+    return name.empty() ? path_ : WithBackslash(path_) + name;
+  }
 
   static const FakeFolder& Of(const HeldFolder& folder) {
     return static_cast<const FakeFolder&>(folder);
@@ -232,17 +234,30 @@ void FakeFiles::CopyFolderTree(const Path& source, const Path& target,
   if (first_failure) throw ProgramError(*first_failure);
 }
 
+void FakeFiles::CopyTree(const Path& source, const HeldEntry& target,
+                         const std::function<void()>& between, Rights rights) {
+  copied_with_[FakeFolder::PathOf(target)] = rights;
+  Enter("CopyTree", source, FakeFolder::PathOf(target));
+  CopyFolderTree(source, RequireFolder(source), target, between);
+}
+
 void FakeFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
                          const std::function<void()>& between, Rights rights) {
   copied_with_[FakeFolder::PathOf(target)] = rights;
-  const Path from_path = FakeFolder::PathOf(source);
-  const Path to_path = FakeFolder::PathOf(target);
-  Enter("CopyTree", from_path, to_path);
+  const Path path = FakeFolder::PathOf(source);
+  Enter("CopyTree", path, FakeFolder::PathOf(target));
   const NodePtr from = FakeFolder::Of(source.folder).Node()->Entry(source.name);
   if (from == nullptr || !from->is_folder) throw ProgramError(kPathNotFound);
+  CopyFolderTree(path, from, target, between);
+}
+
+void FakeFiles::CopyFolderTree(const Path& source, const NodePtr& from, const HeldEntry& target,
+                               const std::function<void()>& between) {
+  const NodePtr& folder = FakeFolder::Of(target.folder).Node();
+  if (!folder->on_medium) throw ProgramError(kPathNotFound);
+  const NodePtr into = target.name.empty() ? folder : EnsureEntry(*folder, target.name);
   std::optional<int> first_failure;
-  const NodePtr into = EnsureEntry(*FakeFolder::Of(target.folder).Node(), target.name);
-  FillTree({from_path, to_path, from, into, into}, between, first_failure);
+  FillTree({source, FakeFolder::PathOf(target), from, into, into}, between, first_failure);
   if (first_failure) throw ProgramError(*first_failure);
 }
 
