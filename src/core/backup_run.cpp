@@ -212,12 +212,23 @@ void BackupRun::CopyChanged(const RunFile& row) {
   if (settings_.SaveLog) {
     Step([&] { log_.Print(row.Path + " -> " + TargetOf(row) + ", Backup Status: "); });
   }
-  Step([&] { CopyToStorage(row); });
-  // Required: any attribute counts as changed, and 32 is taken away whether or
-  // not the archive bit is in it. An impossible value fails and passes.
+  bool has_room = true;
   Step([&] {
-    machine_.files.SetAttributes(sources_.At(row.Path), run_.attributes - attribute::kArchive);
+    PassedOver pass;
+    pass.Step([&] { CopyToStorage(row); });
+    if (!pass.StandingError()) return;
+    has_room = pass.StandingError()->Number() != kFileAlreadyExists;
+    throw ProgramError(*pass.StandingError());
   });
+  // Required: any attribute counts as changed, and 32 is taken away whether or
+  // not the archive bit is in it, after a failed copy too. An impossible value fails
+  // and passes.
+  // Chosen: not from a file that the medium doesn't tell from another one.
+  if (has_room) {
+    Step([&] {
+      machine_.files.SetAttributes(sources_.At(row.Path), run_.attributes - attribute::kArchive);
+    });
+  }
   if (settings_.SaveLog) Step([&] { log_.PrintLine(">> Ok"); });
   CountFile(row);
 }

@@ -253,6 +253,18 @@ TEST_F(RunFilesLoopTest, AFailedCopyLosesTheArchiveBitAllTheSame) {
   EXPECT_EQ(machine.files.Attributes("C:\\Src\\a.txt"), 0);
 }
 
+TEST_F(RunFilesLoopTest, AFileThatTheMediumHasNoRoomForKeepsItsArchiveBit) {
+  engine.settings.BackupMode.Incremental = true;
+  machine.files.AddDrive("W");
+  machine.files.TellCaseApart("W");
+  AddFile("W:\\Makefile", "capital");
+  AddFile("W:\\makefile", "small");
+  Run();
+  EXPECT_EQ(machine.files.Content("C:\\Backup\\Makefile"), "capital");
+  EXPECT_EQ(machine.files.Attributes("W:\\Makefile"), 0);
+  EXPECT_EQ(machine.files.Attributes("W:\\makefile"), attribute::kArchive);
+}
+
 TEST_F(RunFilesLoopTest, AnAttributeValueAbove255KeepsThatOfTheRowBefore) {
   engine.settings.BackupMode.Incremental = true;
   AddFile("C:\\Src\\a.txt", "a");

@@ -252,6 +252,23 @@ TEST_P(CopyContract, MoveTreeTakesAFolderAway) {
   EXPECT_FALSE(files.FolderExists("C:\\From"));
 }
 
+TEST_P(CopyContract, AMovedFileCountsAsChanged) {
+  host.Write("C:\\From\\a.txt", "a");
+  files.SetAttributes("C:\\From\\a.txt", 0);
+  files.MoveTree("C:\\From", "C:\\To\\New");
+  EXPECT_EQ(files.Attributes("C:\\To\\New\\a.txt"), attribute::kArchive);
+}
+
+TEST_P(CopyContract, AReplacedFileCountsAsChanged) {
+  host.Write("C:\\From\\a.txt", "a");
+  host.Write("C:\\To\\a.txt", "b");
+  host.SetModified("C:\\From\\a.txt", 1205492401);
+  host.SetModified("C:\\To\\a.txt", 1205492401);
+  files.SetAttributes("C:\\To\\a.txt", 0);
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_EQ(files.Attributes("C:\\To\\a.txt"), attribute::kArchive);
+}
+
 TEST_P(CopyContract, MoveTreeRaises58WhenTheTargetIsThere) {
   host.Write("C:\\From\\a.txt", "one");
   host.Write("C:\\To\\b.txt", "two");

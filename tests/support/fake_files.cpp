@@ -200,8 +200,13 @@ void FakeFiles::SetContent(FakeNode& file, std::string content) {
 }
 
 void FakeFiles::Write(const Path& file, std::string content) {
-  EnsureFolder(file.substr(0, file.rfind('\\')));
-  SetContent(*FileForWriting(file), std::move(content));
+  const std::size_t last = file.rfind('\\');
+  const std::string name = file.substr(last + 1);
+  const NodePtr folder = EnsureFolder(file.substr(0, last), &FakeNode::Entry);
+  NodePtr node = folder->Entry(name);
+  if (node == nullptr) node = AddEntry(*folder, name, false);
+  if (node->is_folder) throw ProgramError(kPathFileAccess);
+  SetContent(*node, std::move(content));
 }
 
 std::string FakeFiles::Content(const Path& file) const {
@@ -216,15 +221,15 @@ bool FakeFiles::Exists(const Path& path) const {
 }
 
 void FakeFiles::MakeFolder(const Path& folder) {
-  EnsureFolder(folder);
+  EnsureFolder(folder, &FakeNode::Entry);
 }
 
-FakeFiles::NodePtr FakeFiles::EnsureFolder(const Path& folder) {
+FakeFiles::NodePtr FakeFiles::EnsureFolder(const Path& folder, Lookup find) {
   const auto split = Split(folder);
   if (!split || drives_.count(split->drive) == 0) throw ProgramError(kPathNotFound);
   NodePtr at = drives_.at(split->drive);
   for (const std::string& name : split->components) {
-    const NodePtr next = at->EntryInAnyCase(name);
+    const NodePtr next = ((*at).*find)(name);
     at = next == nullptr ? AddEntry(*at, name, true) : next;
     if (!at->is_folder) throw ProgramError(kPathFileAccess);
   }

@@ -54,7 +54,8 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   /// Drive C: with the program folder C:\Program.
   explicit FakeFiles(FakeClock& clock);
 
-  // What tests set up and look at; none of it is recorded or can fail.
+  // What tests set up and look at; none of it is recorded or can fail. Names go by
+  // the medium when something is made, and are looked up as the interface does.
 
   /// Gives a file this content, and makes it and its folders when missing. Sets
   /// its archive bit and, as modification time, the virtual clock.
@@ -147,7 +148,8 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   NodePtr AddEntry(FakeNode& folder, const std::string& name, bool is_folder);
   void CopyFile(const NodePtr& from, const NodePtr& old, FakeNode& folder, const std::string& name);
   void CopyToHeld(const NodePtr& from, const HeldEntry& target);
-  NodePtr EnsureFolder(const Path& folder);
+  using Lookup = NodePtr (FakeNode::*)(const std::string& name) const;
+  NodePtr EnsureFolder(const Path& folder, Lookup find = &FakeNode::EntryInAnyCase);
   /// A tree under way: where it comes from and goes to, and what failed first.
   struct TreeInWork {
     Path source;

@@ -9,17 +9,36 @@
 #include <cerrno>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "base/failure.h"
 #include "platform/linux/descriptor.h"
+#include "platform/linux/stable_hash.h"
 
 namespace tarnvale {
 namespace {
 
-constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
+template <class Time>
+std::int64_t Nanoseconds(const Time& time) {
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
 
-ArchiveMark MarkOf(const struct stat& info) {
-  return {info.st_size, info.st_mtim.tv_sec * kNanosecondsPerSecond + info.st_mtim.tv_nsec};
+ArchiveMark MarkOf(const std::string& native, const struct stat& info) {
+  struct statx more {};
+  const bool is_told = ::statx(AT_FDCWD, native.c_str(), 0, STATX_BTIME, &more) == 0 &&
+                       (more.stx_mask & STATX_BTIME) != 0;
+  return {info.st_size, Nanoseconds(info.st_mtim), info.st_ino,
+          is_told ? Nanoseconds(more.stx_btime) : 0};
+}
+
+// Media with an archive bit number their files anew each time they are mounted.
+ArchiveMark WithoutInode(ArchiveMark mark) {
+  mark.inode = 0;
+  return mark;
+}
+
+std::string AttributeText(const std::string& native, const ArchiveMark& mark) {
+  return mark.ToText() + " " + StableHash(native);
 }
 
 // The attribute byte that the medium itself keeps; none where it keeps none.
@@ -52,32 +71,32 @@ bool HasNoExtendedAttributes(int error) {
 }  // namespace
 
 bool ArchiveBit::IsSet(const std::string& native, const struct stat& info) {
-  std::array<char, 64> text{};
+  const ArchiveMark mark = MarkOf(native, info);
+  const ArchiveMark* const last = index_.Find(native);
+  std::array<char, 160> text{};
   const ssize_t length = ::getxattr(native.c_str(), kArchivedAttribute, text.data(), text.size());
-  if (length > 0) {
-    ArchiveMark mark;
-    const std::string value(text.data(), static_cast<std::size_t>(length));
-    if (ArchiveMark::FromText(value, mark) && mark == MarkOf(info)) return false;
-  } else if (length < 0 && HasNoExtendedAttributes(errno)) {
-    if (const auto archive = MediumAttributes(native).Archive()) return *archive;
+  if (length < 0 && HasNoExtendedAttributes(errno)) {
+    if (const auto archive = MediumAttributes(native).Archive()) {
+      return *archive || last == nullptr || *last != WithoutInode(mark);
+    }
   }
-  const ArchiveMark* mark = index_.Find(native);
-  return mark == nullptr || *mark != MarkOf(info);
+  // What had this name last counts for more than what the file says of itself: an
+  // older version can come back to its name, and one file can have two names.
+  if (last != nullptr) return *last != mark;
+  return length <= 0 || std::string_view(text.data(), static_cast<std::size_t>(length)) !=
+                            AttributeText(native, mark);
 }
 
 void ArchiveBit::Clear(const std::string& native, const struct stat& info) {
-  const ArchiveMark mark = MarkOf(info);
-  const std::string text = mark.ToText();
-  if (::setxattr(native.c_str(), kArchivedAttribute, text.data(), text.size(), 0) == 0) {
-    index_.Remove(native);
+  const ArchiveMark mark = MarkOf(native, info);
+  index_.Set(native, mark);
+  const std::string text = AttributeText(native, mark);
+  if (::setxattr(native.c_str(), kArchivedAttribute, text.data(), text.size(), 0) == 0 ||
+      !HasNoExtendedAttributes(errno)) {
     return;
   }
-  if (HasNoExtendedAttributes(errno)) {
-    MediumAttributes medium(native);
-    if (medium.Archive() && medium.SetArchive(false)) return;
-  }
-  // Not one's own file, a read-only one, no room: the index serves them all.
-  index_.Set(native, mark);
+  MediumAttributes medium(native);
+  if (medium.Archive() && medium.SetArchive(false)) index_.Set(native, WithoutInode(mark));
 }
 
 void ArchiveBit::Set(const std::string& native) {

@@ -12,10 +12,11 @@ namespace tarnvale {
 /// The extended attribute that holds the mark of a cleared file.
 inline constexpr char kArchivedAttribute[] = "user.tarnvale.archived";
 
-/// Clearing stores the file's size and modification time, in an extended
-/// attribute of the file; the attribute counts as set again as soon as either
-/// differs. Where the medium or the file's permissions don't allow that, media
-/// with an archive bit of their own use it, and others the index.
+/// Clearing notes which file it was, by size, modification time, inode and birth
+/// time, twice: in the index, under the file's path, and in an extended attribute of
+/// the file, with its path. The attribute is set again as soon as anything of it
+/// differs. The index decides; the file's own mark serves where it knows nothing. Media
+/// with an archive bit use that in place of the mark, and then both must say so.
 class ArchiveBit {
  public:
   explicit ArchiveBit(const std::string& state_folder) : index_(state_folder) {}
@@ -23,8 +24,9 @@ class ArchiveBit {
   /// `info` is the file's, links followed. Raises 75.
   bool IsSet(const std::string& native, const struct stat& info);
 
-  /// Raises 75 when it can be kept nowhere.
+  /// Raises 75 when the index can't be written; it stays as it was then.
   void Clear(const std::string& native, const struct stat& info);
+  /// Raises 75.
   void Set(const std::string& native);
 
  private:

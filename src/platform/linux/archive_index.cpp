@@ -45,6 +45,16 @@ std::string Unescape(std::string_view text) {
   return path;
 }
 
+// A number and the blank behind it.
+template <class Number>
+bool TakeNumber(std::string_view& text, Number& number) {
+  const char* const end = text.data() + text.size();
+  const auto [behind, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || behind == end || *behind != ' ') return false;
+  text.remove_prefix(static_cast<std::size_t>(behind - text.data()) + 1);
+  return true;
+}
+
 std::string LineOf(const std::string& native, const ArchiveMark& mark) {
   return mark.ToText() + " " + Escape(native) + "\n";
 }
@@ -52,15 +62,17 @@ std::string LineOf(const std::string& native, const ArchiveMark& mark) {
 }  // namespace
 
 std::string ArchiveMark::ToText() const {
-  return std::to_string(size_bytes) + " " + std::to_string(modified_ns);
+  return std::to_string(size_bytes) + " " + std::to_string(modified_ns) + " " +
+         std::to_string(inode) + " " + std::to_string(born_ns);
 }
 
-bool ArchiveMark::FromText(const std::string& text, ArchiveMark& mark) {
-  const char* end = text.data() + text.size();
-  const auto size = std::from_chars(text.data(), end, mark.size_bytes);
-  if (size.ec != std::errc() || size.ptr == end || *size.ptr != ' ') return false;
-  const auto modified = std::from_chars(size.ptr + 1, end, mark.modified_ns);
-  return modified.ec == std::errc() && modified.ptr == end;
+std::optional<ArchiveMark> ArchiveMark::Take(std::string_view& text) {
+  ArchiveMark mark;
+  if (TakeNumber(text, mark.size_bytes) && TakeNumber(text, mark.modified_ns) &&
+      TakeNumber(text, mark.inode) && TakeNumber(text, mark.born_ns)) {
+    return mark;
+  }
+  return std::nullopt;
 }
 
 ArchiveIndex::ArchiveIndex(std::string state_folder)
@@ -97,16 +109,12 @@ void ArchiveIndex::Load() {
   if (lines > 2 * marks_.size() + 100) Compact();
 }
 
-void ArchiveIndex::TakeLine(const std::string& line) {
+void ArchiveIndex::TakeLine(std::string_view line) {
   if (line.starts_with("- ")) {
-    marks_.erase(Unescape(std::string_view(line).substr(2)));
-    return;
+    marks_.erase(Unescape(line.substr(2)));
+  } else if (const auto mark = ArchiveMark::Take(line)) {
+    marks_[Unescape(line)] = *mark;
   }
-  const auto first = line.find(' ');
-  const auto second = first == std::string::npos ? first : line.find(' ', first + 1);
-  ArchiveMark mark;
-  if (second == std::string::npos || !ArchiveMark::FromText(line.substr(0, second), mark)) return;
-  marks_[Unescape(std::string_view(line).substr(second + 1))] = mark;
 }
 
 void ArchiveIndex::Compact() {

@@ -1,27 +1,34 @@
-// The archive marks of files on media that can't hold them.
+// The archive marks of files, by their paths.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace tarnvale {
 
-/// What a file was like when its archive attribute was cleared.
+/// Which file it was whose archive attribute was cleared. No device: its number
+/// changes from one start of the system to the next.
 struct ArchiveMark {
   std::int64_t size_bytes = 0;
   std::int64_t modified_ns = 0;  ///< since 1970-01-01 UTC
+  std::uint64_t inode = 0;       ///< 0 where that isn't the file's for good
+  std::int64_t born_ns = 0;      ///< since 1970-01-01 UTC; 0 where nobody knows
   bool operator==(const ArchiveMark&) const = default;
 
-  /// "size modified_ns", both decimal.
+  /// "size modified_ns inode born_ns", all decimal.
   std::string ToText() const;
-  /// False for a text that is none.
-  static bool FromText(const std::string& text, ArchiveMark& mark);
+  /// Takes such a text and a blank from the front of `text`; none where there is
+  /// something else, as in the marks of older releases.
+  static std::optional<ArchiveMark> Take(std::string_view& text);
 };
 
 /// Marks by native path, kept in one text file: a line for each change, "size
-/// modified_ns path" or "- path" for a mark that was taken away, the last one
-/// of a path counts. Backslashes and line feeds in a path are written "\\", "\n".
+/// modified_ns inode born_ns path" or "- path" for a mark that was taken away, the
+/// last one of a path counts. Backslashes and line feeds in a path are written
+/// "\\", "\n".
 class ArchiveIndex {
  public:
   /// `state_folder` is a native folder, made when it is first needed.
@@ -37,7 +44,7 @@ class ArchiveIndex {
 
  private:
   void Load();
-  void TakeLine(const std::string& line);
+  void TakeLine(std::string_view line);
   void Compact();
   void Append(const std::string& line);
 

@@ -1,10 +1,13 @@
 #include "platform/linux/archive_bit.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <fstream>
 
+#include "platform/linux/stable_hash.h"
 #include "tests/platform/linux/linux_drive.h"
 
 namespace tarnvale {
@@ -33,14 +36,36 @@ TEST_F(ArchiveBitTest, StaysClearedUntilTheFileChanges) {
   EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
 }
 
-TEST_F(ArchiveBitTest, TheMarkHoldsSizeAndTime) {
+TEST_F(ArchiveBitTest, TheMarkTellsWhichFileItWas) {
   Write("file", "12345");
   SetModified("file", 1'700'000'000, 123'456'789);
   files_.SetAttributes("C:\\file", 0);
-  std::string value(64, '\0');
+  std::string value(160, '\0');
   value.resize(static_cast<std::size_t>(
       ::getxattr(Native("file").c_str(), "user.tarnvale.archived", value.data(), value.size())));
-  EXPECT_EQ(value, "5 1700000000123456789");
+  struct statx born {};
+  ASSERT_EQ(::statx(AT_FDCWD, Native("file").c_str(), 0, STATX_BTIME, &born), 0);
+  const bool is_known = (born.stx_mask & STATX_BTIME) != 0;
+  const std::int64_t born_ns =
+      is_known ? born.stx_btime.tv_sec * 1'000'000'000 + born.stx_btime.tv_nsec : 0;
+  EXPECT_EQ(value, "5 1700000000123456789 " + std::to_string(Info("file").st_ino) + " " +
+                       std::to_string(born_ns) + " " + StableHash(Native("file")));
+}
+
+TEST_F(ArchiveBitTest, AMarkOfAnOlderReleaseDoesNotCount) {
+  Write("file", "12345");
+  SetModified("file", 1'700'000'000, 5);
+  const std::string mark = "5 1700000000000000005";
+  ASSERT_EQ(
+      ::setxattr(Native("file").c_str(), "user.tarnvale.archived", mark.data(), mark.size(), 0), 0);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, NothingIsClearedThatTheIndexCannotNote) {
+  Write("file", "");
+  std::ofstream(state_) << "no folder";
+  EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\file", 0); }), kPathFileAccess);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
 }
 
 TEST_F(ArchiveBitTest, CanBeSetAgain) {
@@ -117,6 +142,9 @@ TEST_F(ArchiveBitTest, IsKeptInTheIndexWhereTheMediumHoldsNothing) {
   info.st_mtim.tv_nsec = 7;
   EXPECT_TRUE(next_run.IsSet(kBare, info));
   info.st_mtim.tv_nsec = 6;
+  info.st_ino = 8;
+  EXPECT_TRUE(next_run.IsSet(kBare, info)) << "another file";
+  info.st_ino = 0;
   next_run.Set(kBare);
   EXPECT_TRUE(next_run.IsSet(kBare, info));
   EXPECT_TRUE(ArchiveBit(state_).IsSet(kBare, info));
@@ -125,32 +153,40 @@ TEST_F(ArchiveBitTest, IsKeptInTheIndexWhereTheMediumHoldsNothing) {
 using ArchiveIndexTest = LinuxDriveTest;
 
 TEST_F(ArchiveIndexTest, KeepsPathsWithLineFeedsAndBackslashes) {
-  ArchiveIndex(state_).Set("/a\nb\\n c", {1, 2});
+  ArchiveIndex(state_).Set("/a\nb\\n c", {1, 2, 3, -4});
   ArchiveIndex next_run(state_);
   ASSERT_NE(next_run.Find("/a\nb\\n c"), nullptr);
-  EXPECT_EQ(*next_run.Find("/a\nb\\n c"), (ArchiveMark{1, 2}));
+  EXPECT_EQ(*next_run.Find("/a\nb\\n c"), (ArchiveMark{1, 2, 3, -4}));
 }
 
 TEST_F(ArchiveIndexTest, ALineThatACrashCutOffHarmsNoOther) {
-  ArchiveIndex(state_).Set("/a", {1, 2});
-  { std::ofstream(state_ + "/archived", std::ios::app) << "3 4 /b"; }
+  ArchiveIndex(state_).Set("/a", {1, 2, 3, 4});
+  { std::ofstream(state_ + "/archived", std::ios::app) << "3 4 5 6 /b"; }
   ArchiveIndex next_run(state_);
   EXPECT_EQ(next_run.Find("/b"), nullptr);
-  next_run.Set("/c", {5, 6});
+  next_run.Set("/c", {5, 6, 7, 8});
   ArchiveIndex last_run(state_);
   EXPECT_NE(last_run.Find("/a"), nullptr);
   EXPECT_NE(last_run.Find("/c"), nullptr);
 }
 
+TEST_F(ArchiveIndexTest, ALineOfAnOlderReleaseDoesNotCount) {
+  std::filesystem::create_directories(state_);
+  { std::ofstream(state_ + "/archived") << "1 2 /a\n1 2 3 4 /b\n"; }
+  ArchiveIndex index(state_);
+  EXPECT_EQ(index.Find("/a"), nullptr);
+  EXPECT_NE(index.Find("/b"), nullptr);
+}
+
 TEST_F(ArchiveIndexTest, IsShortenedWhenItHasGrown) {
   ArchiveIndex index(state_);
-  for (int i = 0; i < 500; ++i) index.Set("/a", {i, i});
+  for (int i = 0; i < 500; ++i) index.Set("/a", {i, i, 7, i});
   ArchiveIndex next_run(state_);
-  EXPECT_EQ(*next_run.Find("/a"), (ArchiveMark{499, 499}));
+  EXPECT_EQ(*next_run.Find("/a"), (ArchiveMark{499, 499, 7, 499}));
   std::ifstream file(state_ + "/archived");
   std::string line;
   std::getline(file, line);
-  EXPECT_EQ(line, "499 499 /a");
+  EXPECT_EQ(line, "499 499 7 499 /a");
   EXPECT_FALSE(std::getline(file, line));
 }
 
