@@ -31,6 +31,8 @@ class BackupRun {
   void RunBackup();
 
   RunFailures& Failures() { return failures_; }
+  /// What compares and copies the whole folders.
+  FileSync& Sync() { return sync_; }
 
  private:
   template <class Statement>

@@ -17,20 +17,18 @@ int DateStatus(const FolderEntry& first, const FolderEntry& second) {
   return difference::kNone;
 }
 
-enum class Direction { kNeither, kFirstToSecond, kSecondToFirst };
-
-Direction DirectionOf(int status) {
+SyncDirection DirectionOf(int status) {
   switch (status) {
     case difference::kNone:
     case difference::kAttributesDiffer:
-      return Direction::kNeither;
+      return SyncDirection::kNeither;
     case difference::kOnlyInFirst:
-      return Direction::kFirstToSecond;
+      return SyncDirection::kFirstToSecond;
     case difference::kOnlyInSecond:
-      return Direction::kSecondToFirst;
+      return SyncDirection::kSecondToFirst;
     default:
-      return (status & 3) == difference::kSecondNewer ? Direction::kSecondToFirst
-                                                      : Direction::kFirstToSecond;
+      return (status & 3) == difference::kSecondNewer ? SyncDirection::kSecondToFirst
+                                                      : SyncDirection::kFirstToSecond;
   }
 }
 
@@ -129,15 +127,20 @@ void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
   // Required: an empty table fails the pass. SyncFolders goes on all the same.
   if (table.empty()) throw ProgramError(kSubscriptOutOfRange);
   for (const Row& row : table) {
-    const Direction direction = DirectionOf(row.status);
-    const bool copies = direction == Direction::kFirstToSecond ||
-                        (direction == Direction::kSecondToFirst && two_way);
-    if (copies && (!pair.first || !pair.second)) throw ProgramError(kPathNotFound);
+    const SyncDirection direction = DirectionOf(row.status);
+    const bool copies = direction == SyncDirection::kFirstToSecond ||
+                        (direction == SyncDirection::kSecondToFirst && two_way);
+    const bool both_are_there = pair.first && pair.second;
+    if (copies && !both_are_there) throw ProgramError(kPathNotFound);
+    if (both_are_there && OnCompared) {
+      OnCompared(
+          {{*pair.first, row.first}, {*pair.second, row.second}, row.status, direction, copies});
+    }
     if (copies) {
       const HeldEntry ours{*pair.first, row.first};
       const HeldEntry theirs{*pair.second, row.second};
-      direction == Direction::kFirstToSecond ? CopyFile(ours, theirs, kTowardsStorage)
-                                             : CopyFile(theirs, ours, kTowardsComputer);
+      direction == SyncDirection::kFirstToSecond ? CopyFile(ours, theirs, kTowardsStorage)
+                                                 : CopyFile(theirs, ours, kTowardsComputer);
     }
     machine_.loop.Yield();
   }

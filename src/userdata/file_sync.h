@@ -27,6 +27,17 @@ inline constexpr int kSizesDiffer = 4;       ///< added to the date's value
 inline constexpr int kAttributesDiffer = 8;  ///< added likewise
 }  // namespace difference
 
+enum class SyncDirection { kNeither, kFirstToSecond, kSecondToFirst };
+
+/// A file of two folders that a sync has compared, and what becomes of it.
+struct ComparedFile {
+  HeldEntry first;
+  HeldEntry second;
+  int status = difference::kNone;
+  SyncDirection direction = SyncDirection::kNeither;  ///< of the rules
+  bool copies = false;  ///< not when it would go to the first folder, one way
+};
+
 struct FileDifference {
   std::string name;
   int status = difference::kNone;
@@ -55,6 +66,10 @@ class FileSync {
   void SyncFolders(const Path& first, const Path& second, bool two_way);
   /// Likewise, with the storage's folder in one that is held.
   void SyncFolders(const Path& first, const HeldEntry& second, bool two_way);
+
+  /// Notified of each file of two folders that both are there, before it is copied
+  /// or left alone.
+  std::function<void(const ComparedFile&)> OnCompared;
 
  private:
   /// Two folders that are kept in step: held, and what they held when they were
