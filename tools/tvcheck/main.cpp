@@ -1,0 +1,48 @@
+// tvcheck: what became of the backup.
+
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "base/failure.h"
+#include "base/out_of_memory.h"
+#include "base/shown_text.h"
+#include "tvcheck/command.h"
+#include "tvz/command_failure.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr int kGood = 0;
+constexpr int kNotGood = 1;
+constexpr int kNotChecked = 2;
+
+int Complain(const std::string& reason) {
+  const std::string line = "tvcheck: " + Shown(reason) + "\n";
+  std::fputs(line.c_str(), stderr);
+  return kNotChecked;
+}
+
+int Run(const std::vector<std::string>& arguments) {
+  RaiseOutOfMemory();
+  try {
+    const Request request = ParseArguments(arguments);
+    if (request.help || request.version) {
+      std::fputs(request.help ? kHelpText : "tvcheck " TARNVALE_VERSION " (Tarnvale)\n", stdout);
+      return std::fflush(stdout) == 0 ? kGood : kNotChecked;
+    }
+    return RunCheck(request) ? kGood : kNotGood;
+  } catch (const ProgramError& error) {
+    return Complain(error.Description());
+  } catch (const std::exception& error) {
+    return Complain(error.what());
+  }
+}
+
+}  // namespace
+}  // namespace tarnvale
+
+int main(int argc, char** argv) {
+  return tarnvale::Run(std::vector<std::string>(argv + 1, argv + argc));
+}

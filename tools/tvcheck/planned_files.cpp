@@ -1,0 +1,113 @@
+#include "tvcheck/planned_files.h"
+
+#include <utility>
+
+#include "base/text.h"
+
+namespace tarnvale {
+namespace {
+
+class NothingToFlush final : public MediumFlush {
+ public:
+  bool IsDone() override { return true; }
+};
+
+// What `ask` raises, if anything.
+template <class Ask>
+std::optional<ProgramError> FailureOf(Ask&& ask) {
+  PassedOver pass;
+  pass.Step(std::forward<Ask>(ask));
+  return pass.StandingError();
+}
+
+}  // namespace
+
+std::string NativePathOf(LinuxHost& host, const Path& path) {
+  std::string there = host.NativeOf(path);
+  if (there.empty()) there = DrivePaths("/").ToNative(path).value_or(path);
+  while (there.size() > 1 && (there.ends_with('/') || there.ends_with("/."))) there.pop_back();
+  return there;
+}
+
+FolderContents PlannedFolder::Contents() {
+  FolderContents contents = folder_->Contents();
+  watch_.OnRead({Native().Fd(), Native().Native(), {}}, contents);
+  return contents;
+}
+
+std::unique_ptr<HeldFolder> PlannedFolder::Inner(const std::string& names) {
+  return std::make_unique<PlannedFolder>(folder_->Inner(names), watch_);
+}
+
+// One that is there makes this fail, as it does in a run.
+void PlannedFolder::MakeFolder(const std::string& name) {
+  const auto failure = FailureOf([&] { folder_->Inner(name); });
+  if (!failure || failure->Number() != kPathNotFound) throw ProgramError(kPathFileAccess);
+}
+
+NativeEntry PlannedFolder::EntryOf(const HeldEntry& entry) {
+  const LinuxFolder& folder = static_cast<const PlannedFolder&>(entry.folder).Native();
+  return {folder.Fd(), folder.Native(), entry.name};
+}
+
+std::int64_t PlannedFiles::Length(const Path& file) {
+  std::int64_t length = 0;
+  const auto failure = FailureOf([&] { length = host_.files.Length(file); });
+  watch_.OnRow(file, failure);
+  if (failure) throw ProgramError(*failure);
+  return length;
+}
+
+int PlannedFiles::Attributes(const Path& path) {
+  const int value = host_.files.Attributes(path);
+  watch_.OnAsked(path, value);
+  return value == 0 ? attribute::kArchive : value;
+}
+
+std::vector<std::string> PlannedFiles::List(const Path& pattern, ListKinds kinds) {
+  std::vector<std::string> names;
+  auto failure = FailureOf([&] { names = host_.files.List(pattern, kinds); });
+  const Path folder = pattern.substr(0, pattern.size() - FileNameOf(pattern).size());
+  if (!failure && !host_.files.FolderExists(folder)) failure = ProgramError(kPathNotFound);
+  // A whole folder's pattern is another one, which hardly ever finds anything.
+  if (FileNameOf(pattern) == "*.*") watch_.OnListed(folder, failure);
+  if (failure && failure->Number() != kPathNotFound) throw ProgramError(*failure);
+  return names;
+}
+
+std::unique_ptr<HeldFolder> PlannedFiles::OpenFolder(const Path& folder) {
+  return std::make_unique<PlannedFolder>(host_.files.OpenFolder(folder), watch_);
+}
+
+std::unique_ptr<MediumFlush> PlannedFiles::BeginFlush(const Path&) {
+  watch_.OnEnd();
+  return std::make_unique<NothingToFlush>();
+}
+
+void PlannedFiles::CopyWhole(const Path& source, const Path& target, Rights) {
+  watch_.OnFile(source, NativePathOf(host_, target));
+}
+
+void PlannedFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights) {
+  watch_.OnFile(source, PlannedFolder::EntryOf(target).Path());
+}
+
+void PlannedFiles::CopyTree(const Path& source, const Path& target, const std::function<void()>&,
+                            Rights) {
+  watch_.OnTree(EndOf(source), EndOf(target));
+}
+
+void PlannedFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
+                            const std::function<void()>&, Rights) {
+  watch_.OnTree(EndOf(source), EndOf(target));
+}
+
+TreeEnd PlannedFiles::EndOf(const Path& folder) {
+  return {NativePathOf(host_, folder), [this, folder] { return OpenFolder(folder); }};
+}
+
+TreeEnd PlannedFiles::EndOf(const HeldEntry& entry) {
+  return {PlannedFolder::EntryOf(entry).Path(), [entry] { return entry.folder.Inner(entry.name); }};
+}
+
+}  // namespace tarnvale

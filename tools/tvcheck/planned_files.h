@@ -1,0 +1,122 @@
+// A file system that only notes what a run would copy.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/failure.h"
+#include "platform/files.h"
+#include "platform/linux/linux_folder.h"
+#include "platform/linux/linux_host.h"
+
+namespace tarnvale {
+
+/// An entry of a folder that is held open.
+struct NativeEntry {
+  int folder_fd;
+  std::string folder;  ///< where it was found, absolute
+  std::string name;
+
+  std::string Path() const { return folder + "/" + name; }
+};
+
+/// One end of a tree's copy.
+struct TreeEnd {
+  std::string native;
+  std::function<std::unique_ptr<HeldFolder>()> open;  ///< raises as OpenFolder does
+};
+
+/// What a run asks of its files, and copies.
+class RunWatch {
+ public:
+  virtual ~RunWatch() = default;
+
+  /// A row of the table of files; `error` when the file's length can't be had.
+  virtual void OnRow(const Path& file, const std::optional<ProgramError>& error) = 0;
+  /// The files of a folder were listed for the table.
+  virtual void OnListed(const Path& folder, const std::optional<ProgramError>& error) = 0;
+  /// The run has come to a row. `attributes`: what the file has.
+  virtual void OnAsked(const Path& file, int attributes) = 0;
+  /// `target`: native.
+  virtual void OnFile(const Path& source, const std::string& target) = 0;
+  /// A tree that is to be copied whole: `target` isn't there, or one of the two can't
+  /// be read.
+  virtual void OnTree(const TreeEnd& source, const TreeEnd& target) = 0;
+  /// A folder was read.
+  virtual void OnRead(const NativeEntry& folder, const FolderContents& contents) = 0;
+  /// The last copy was made; the table of files is still there.
+  virtual void OnEnd() = 0;
+};
+
+/// A folder that nothing is made in.
+class PlannedFolder final : public HeldFolder {
+ public:
+  PlannedFolder(std::unique_ptr<HeldFolder> folder, RunWatch& watch)
+      : folder_(std::move(folder)), watch_(watch) {}
+
+  FolderContents Contents() override;
+  std::unique_ptr<HeldFolder> Inner(const std::string& names) override;
+  void MakeFolder(const std::string& name) override;
+  void MakeFile(const std::string&) override { throw ProgramError(kPermissionDenied); }
+
+  static NativeEntry EntryOf(const HeldEntry& entry);
+
+ private:
+  const LinuxFolder& Native() const { return static_cast<const LinuxFolder&>(*folder_); }
+
+  std::unique_ptr<HeldFolder> folder_;
+  RunWatch& watch_;
+};
+
+/// Reads as the host does. What would change something is noted and taken for done.
+class PlannedFiles final : public FileSystem {
+ public:
+  PlannedFiles(LinuxHost& host, RunWatch& watch) : host_(host), watch_(watch) {}
+
+  std::string FoldCase(std::string_view name) override { return host_.files.FoldCase(name); }
+  Path ProgramFolder() override { return host_.files.ProgramFolder(); }
+  std::int64_t Length(const Path& file) override;
+  /// Archive in place of none, so that an incremental run copies what it has copied
+  /// before.
+  int Attributes(const Path& path) override;
+  bool FolderExists(const Path& folder) override { return host_.files.FolderExists(folder); }
+  bool FileExists(const Path& file) override { return host_.files.FileExists(file); }
+  std::vector<std::string> List(const Path& pattern, ListKinds kinds) override;
+  std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) override {
+    return host_.files.ListFolders(folder, kinds);
+  }
+  std::unique_ptr<HeldFolder> OpenFolder(const Path& folder) override;
+  std::unique_ptr<MediumFlush> BeginFlush(const Path& folder) override;
+
+  void CopyWhole(const Path& source, const Path& target, Rights rights) override;
+  void CopyWhole(const Path& source, const HeldEntry& target, Rights rights) override;
+  void CopyTree(const Path& source, const Path& target, const std::function<void()>& between,
+                Rights rights) override;
+  void CopyTree(const HeldEntry& source, const HeldEntry& target,
+                const std::function<void()>& between, Rights rights) override;
+  // The sync tells of single entries itself.
+  void CopyEntry(const HeldEntry&, const HeldEntry&, Rights) override {}
+  void CreateFolder(const Path&) override {}
+  void SetAttributes(const Path&, int) override {}
+
+  // No run does these.
+  void MoveTree(const Path&, const Path&) override { Refuse(); }
+  void CreateFoldersOf(const Path&) override { Refuse(); }
+  void Delete(const Path&) override { Refuse(); }
+
+ private:
+  TreeEnd EndOf(const Path& folder);
+  static TreeEnd EndOf(const HeldEntry& entry);
+  [[noreturn]] static void Refuse() { throw ProgramError(kPermissionDenied); }
+
+  LinuxHost& host_;
+  RunWatch& watch_;
+};
+
+/// The native path of what a path names, there or not.
+std::string NativePathOf(LinuxHost& host, const Path& path);
+
+}  // namespace tarnvale
