@@ -97,6 +97,11 @@ void PlannedFiles::CopyTree(const Path& source, const Path& target, const std::f
   watch_.OnTree(EndOf(source), EndOf(target));
 }
 
+void PlannedFiles::CopyTree(const Path& source, const HeldEntry& target,
+                            const std::function<void()>&, Rights) {
+  watch_.OnTree(EndOf(source), EndOf(target));
+}
+
 void PlannedFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
                             const std::function<void()>&, Rights) {
   watch_.OnTree(EndOf(source), EndOf(target));

@@ -14,13 +14,13 @@
 
 namespace tarnvale {
 
-/// An entry of a folder that is held open.
+/// An entry of a folder that is held open; without a name that folder itself.
 struct NativeEntry {
   int folder_fd;
   std::string folder;  ///< where it was found, absolute
   std::string name;
 
-  std::string Path() const { return folder + "/" + name; }
+  std::string Path() const { return name.empty() ? folder : folder + "/" + name; }
 };
 
 /// One end of a tree's copy.
@@ -94,6 +94,8 @@ class PlannedFiles final : public FileSystem {
   void CopyWhole(const Path& source, const Path& target, Rights rights) override;
   void CopyWhole(const Path& source, const HeldEntry& target, Rights rights) override;
   void CopyTree(const Path& source, const Path& target, const std::function<void()>& between,
+                Rights rights) override;
+  void CopyTree(const Path& source, const HeldEntry& target, const std::function<void()>& between,
                 Rights rights) override;
   void CopyTree(const HeldEntry& source, const HeldEntry& target,
                 const std::function<void()>& between, Rights rights) override;
