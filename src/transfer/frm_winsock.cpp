@@ -1,6 +1,7 @@
 #include "transfer/frm_winsock.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/numbers.h"
 #include "base/text.h"
@@ -54,7 +55,10 @@ void frmWinsock::WireSocket() {
     room_for_server_ = kMostOfServer;
     SmtpConversation();
   });
-  Winsock->DataArrived.Listen([this](const std::string& bytes) { LogServer(bytes); });
+  Winsock->DataArrived.Listen([this](const std::string& bytes) {
+    LogServer(bytes);
+    SendUnanswered();
+  });
   // Required: this end stays open, and a conversation goes on.
   Winsock->ClosedByPeer.Listen([this] { Status("<CONNECTION CLOSED>"); });
   Winsock->Failed.Listen([this](int number) {
@@ -109,18 +113,31 @@ void frmWinsock::SendCommand(const std::string& text) {
 
 // Required: what the server answers changes nothing, and as LastReply is never
 // cleared, only the first wait of all can last.
+// Chosen: that one is no wait within this handler. A run may be waiting around it, and
+// a server that says nothing would hold it.
 void frmWinsock::SmtpConversation() {
-  const std::string recipients = settings_.ReportTo;
-  const std::string sender = mail_.Sender;
-  const std::string subject = mail_.Subject;
-  const std::string body = mail_.Body;
+  Mail mail{settings_.ReportTo, mail_.Sender, mail_.Subject, mail_.Body};
   Status("<CONNECTED>");
   SendCommand("HELO x.x");
+  if (last_reply_.empty()) {
+    unanswered_.push_back(std::move(mail));
+  } else {
+    SendMail(mail);
+  }
+}
+
+// The latest first, and the next when it has ended.
+void frmWinsock::SendUnanswered() {
+  const auto mails = std::exchange(unanswered_, {});
+  for (auto mail = mails.rbegin(); mail != mails.rend(); ++mail) SendMail(*mail);
+}
+
+void frmWinsock::SendMail(const Mail& mail) {
   if (!WinsockReady()) return;
-  SendCommand("MAIL FROM: " + sender);
-  if (!SendRecipients(recipients)) return;
+  SendCommand("MAIL FROM: " + mail.sender);
+  if (!SendRecipients(mail.recipients)) return;
   if (!Pause(kPauseBeforeData)) return;
-  if (!SendMessage(subject, body)) return;
+  if (!SendMessage(mail.subject, mail.body)) return;
   Winsock->Close();
   Status("<CONNECTION CLOSED>");
 }

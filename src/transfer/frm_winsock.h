@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/controls.h"
 #include "platform/machine.h"
@@ -17,8 +18,8 @@ namespace tarnvale {
 /// it went: what the server says is only logged.
 ///
 /// One of it is loaded at a time (WindowSlot): closing it closes the connection
-/// and unloads it. A conversation that waits then ends, as it does when the program
-/// ends: nothing more of it is sent.
+/// and unloads it. A conversation then ends, as it does when the program ends: nothing
+/// more of it is sent.
 ///
 /// The log keeps the first 64 KiB that a server says on one connection and, of all,
 /// the latest mebibyte at most.
@@ -67,9 +68,19 @@ class frmWinsock : public Window {
   /// Sends what is one line, whatever was pasted into its parts.
   void SendCommand(const std::string& text);
 
-  // The conversation, in the order in which it runs. Each yields; false when the
-  // conversation is over.
+  struct Mail {
+    std::string recipients;
+    std::string sender;
+    std::string subject;
+    std::string body;
+  };
+
+  // The conversation, in the order in which it runs. From SendMail on each yields; false
+  // when the conversation is over.
   void SmtpConversation();
+  /// Goes on with what no server had said a word to, now that one has.
+  void SendUnanswered();
+  void SendMail(const Mail& mail);
   bool SendRecipients(std::string recipients);
   bool SendMessage(const std::string& subject, const std::string& body);
 
@@ -77,6 +88,7 @@ class frmWinsock : public Window {
   const BackupSettings& settings_;
   const ReportMail& mail_;
   std::string& last_reply_;
+  std::vector<Mail> unanswered_;     ///< the conversations before any server's first word
   std::size_t room_for_server_ = 0;  ///< of the connection, in the log
   bool was_closed_ = false;
 };

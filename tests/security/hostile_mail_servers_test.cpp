@@ -72,8 +72,32 @@ TEST_F(HostileMailServers, APoliteServerGetsTheWholeMail) {
   EXPECT_TRUE(IsClosed());
 }
 
-// The conversation waits inside the very call of the loop that began it: what
-// the server does has to come from a timer.
+// The connection comes while something else waits, as a run does.
+TEST_F(HostileMailServers, ASilentServerHoldsNothingThatWaitsWhenItAccepts) {
+  bool has_spoken = false;
+  bool run_ended_before = false;
+  Timer run(loop.Timers(), 10, true);
+  run.Tick.Listen([&] {
+    run.Enabled = false;
+    Begin();
+    while (Log().empty()) loop.WaitPass();
+    run_ended_before = !has_spoken;
+  });
+  Timer speaking(loop.Timers(), 2000, true);
+  speaking.Tick.Listen([&] {
+    speaking.Enabled = false;
+    has_spoken = true;
+    server.Say("220 at last\r\n");
+  });
+  Timer accepting(loop.Timers(), 10, true);
+  accepting.Tick.Listen([&] { server.Accept(); });
+  ASSERT_TRUE(WaitFor([&] { return IsDone() && has_spoken; }));
+  EXPECT_TRUE(run_ended_before);
+  server.Read();
+  EXPECT_EQ(server.Received(), whole_mail);
+}
+
+// What the server does comes from a timer.
 TEST_F(HostileMailServers, ASilentServerIsWaitedForWhileTheProgramLives) {
   std::string log_before;
   Begin();

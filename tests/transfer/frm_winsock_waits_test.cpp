@@ -30,24 +30,51 @@ TEST_F(FrmWinsockTest, WithoutAGreetingTheWaitLastsAndTheProgramLives) {
   int ticks = 0;
   Timer timer(machine.loop.Timers(), 1000, true);
   timer.Tick.Listen([&] { ++ticks; });
-  std::string log_after_hours;
-  machine.loop.OnYield(50000, [this] { machine.clock.Move(std::chrono::hours(3)); });
-  machine.loop.OnYield(50100, [&, this] {
-    log_after_hours = Log();
-    server.Connection().Say("220 at last\r\n");
-  });
-  Send();
-  EXPECT_EQ(log_after_hours, "<CONNECTED>\r\n> HELO x.x\r\n");
-  EXPECT_GT(ticks, 400);
+  window->StartSend();
+  machine.Advance(std::chrono::hours(3));
+  EXPECT_EQ(Log(), "<CONNECTED>\r\n> HELO x.x\r\n");
+  EXPECT_EQ(ticks, 3 * 3600);
+  server.Connection().Say("220 at last\r\n");
+  machine.Advance(10s);
   EXPECT_THAT(Log(), HasSubstr("> HELO x.x\r\n220 at last\r\n\r\n> MAIL FROM"));
   EXPECT_EQ(Sent(), whole_mail);
 }
 
 TEST_F(FrmWinsockTest, AMailThatWaitsForASilentServerEndsWithTheProgramUnsent) {
-  machine.loop.OnYield(100, [&] { machine.loop.Quit(0); });
   Send();
+  machine.loop.Quit(0);
+  server.Connection().Say("220 at last\r\n");
+  machine.Advance(10s);
   EXPECT_EQ(Sent(), "HELO x.x\r\n");
+}
+
+// The connection comes while a run waits for something.
+TEST_F(FrmWinsockTest, AMailThatWaitsForASilentServerHoldsNoOtherWait) {
+  bool run_ended = false;
+  Timer run(machine.loop.Timers(), 10, true);
+  run.Tick.Listen([&] {
+    run.Enabled = false;
+    window->StartSend();
+    while (Log().empty()) machine.loop.WaitPass();
+    run_ended = true;
+  });
+  machine.Advance(10s);
+  EXPECT_TRUE(run_ended);
   EXPECT_EQ(Log(), "<CONNECTED>\r\n> HELO x.x\r\n");
+}
+
+// The first one's server ends without a word, and the second one's speaks.
+TEST_F(FrmWinsockTest, TheFirstWordsOfAServerEndTheWaitOfEveryMail) {
+  server.on_connect = [](FakeConnection& c) { c.EndSending(50ms); };
+  Send();
+  server.on_connect = nullptr;
+  settings.ReportTo = "bob@home.example";
+  Send();
+  server.Connection(1).Say("220 at last\r\n");
+  machine.Advance(10s);
+  EXPECT_THAT(Sent(1),
+              HasSubstr("MAIL FROM: report@site.example\r\nRCPT TO: bob@home.example\r\n"));
+  EXPECT_THAT(Log(), HasSubstr("> RCPT TO: ann@home.example\r\n"));
 }
 
 TEST_F(FrmWinsockTest, AMailInItsPauseEndsWithTheProgramUnsent) {
@@ -99,15 +126,12 @@ TEST_F(FrmWinsockTest, AnUnloadedWindowLeavesItsLastReplyToTheNext) {
 }
 
 TEST_F(FrmWinsockTest, ClosingTheWindowEndsAWaitForASilentServer) {
-  int yields_at_closing = 0;
-  machine.loop.OnYield(100, [&, this] {
-    window->Close();
-    yields_at_closing = machine.loop.YieldCount();
-  });
   Send();
+  window->Close();
+  server.Connection().Say("220 at last\r\n");
+  machine.Advance(10s);
   EXPECT_EQ(Sent(), "HELO x.x\r\n");
   EXPECT_EQ(Log(), "<CONNECTED>\r\n> HELO x.x\r\n");
-  EXPECT_EQ(machine.loop.YieldCount(), yields_at_closing);
 }
 
 TEST_F(FrmWinsockTest, ClosingTheWindowClosesTheConnectionAndEndsTheConversation) {
