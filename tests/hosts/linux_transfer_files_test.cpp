@@ -54,6 +54,16 @@ TEST_F(LinuxTransferFilesTest, ATargetThatIsGivenUpLeavesWhatWasThere) {
   EXPECT_THAT(Names(), ElementsAre("a"));
 }
 
+// As a medium that hung lets go of it.
+TEST_F(LinuxTransferFilesTest, ATargetThatIsGivenUpLateTakesNothingFromTheNext) {
+  auto late = transfers.OpenTarget("C:\\Data\\a");
+  const auto next = transfers.OpenTarget("C:\\Data\\a");
+  next->Write(std::string("next"));
+  late.reset();
+  next->Commit();
+  EXPECT_EQ(ReadNative(OnDrive("Data/a")), "next");
+}
+
 TEST_F(LinuxTransferFilesTest, ANewFileIsItsOwnersAlone) {
   transfers.OpenTarget("C:\\Data\\new")->Commit();
   EXPECT_EQ(ModeOf(OnDrive("Data/new")), 0600U);

@@ -158,6 +158,8 @@ void FtpSession::CloseFile(bool whole) {
 }
 
 std::future<void> FtpSession::Drop() {
+  // Closed when the mutex is free again, as that may take long.
+  FtpRequest request;
   const Lock lock(mutex_);
   dropped_ = true;
   for (const auto& [socket, role] : sockets_) {
@@ -167,7 +169,7 @@ std::future<void> FtpSession::Drop() {
       ::shutdown(socket, SHUT_RDWR);
     }
   }
-  request_ = {};
+  request = std::exchange(request_, {});
   changed_.notify_all();
   return std::move(thread_);
 }
@@ -355,15 +357,32 @@ bool FtpSession::NoteReply(std::string_view line) {
   return true;
 }
 
+// Reads or writes the local file, which may take for ever. False when that failed or
+// the session was dropped meanwhile.
+template <class File, class Step>
+bool FtpSession::Use(std::shared_ptr<File> file, Lock& lock, Step&& step) {
+  const FtpVerb verb = request_.verb;
+  std::optional<std::int32_t> failure;
+  lock.unlock();
+  try {
+    step(*file);
+  } catch (const ProgramError& error) {
+    failure = TransferErrorOf(error, verb);
+  }
+  // A dropped session's file is closed here.
+  file.reset();
+  lock.lock();
+  if (dropped_) return false;
+  if (failure) local_error_ = failure;
+  return !failure;
+}
+
 std::size_t FtpSession::ReadSource(std::span<char> bytes, Lock& lock) {
   if (!request_.source) return CURL_READFUNC_ABORT;
   // What is sent belongs to the request.
   PostOnce(TransportState::kRequesting);
   std::size_t count = 0;
-  try {
-    count = request_.source->Read(bytes);
-  } catch (const ProgramError& error) {
-    local_error_ = TransferErrorOf(error, request_.verb);
+  if (!Use(request_.source, lock, [&](TransferSource& file) { count = file.Read(bytes); })) {
     BreakData();
     return CURL_READFUNC_ABORT;
   }
@@ -387,19 +406,15 @@ bool FtpSession::WaitUntilTaken(Lock& lock) {
 }
 
 // A count of fewer bytes ends the transfer.
-std::size_t FtpSession::WriteTarget(std::span<const char> bytes) {
+std::size_t FtpSession::WriteTarget(std::span<const char> bytes, Lock& lock) {
   // What is received belongs to the response.
   PostOnce(TransportState::kReceivingResponse);
   bytes_ += bytes.size();
   if (request_.verb == FtpVerb::kList && bytes_ <= patience_.listing_bytes) return bytes.size();
   if (!request_.target) return 0;
-  try {
-    request_.target->Write(bytes);
-  } catch (const ProgramError& error) {
-    local_error_ = TransferErrorOf(error, request_.verb);
-    return 0;
-  }
-  return bytes.size();
+  const bool is_written =
+      Use(request_.target, lock, [&](TransferTarget& file) { file.Write(bytes); });
+  return is_written ? bytes.size() : 0;
 }
 
 void FtpSession::BreakData() {
@@ -440,8 +455,8 @@ std::size_t FtpSession::OnRead(char* bytes, std::size_t, std::size_t count, void
 }
 
 std::size_t FtpSession::OnWrite(char* bytes, std::size_t, std::size_t count, void* self) {
-  return Called(self, std::size_t{0}, [&](FtpSession& session, Lock&) {
-    return session.WriteTarget({bytes, count});
+  return Called(self, std::size_t{0}, [&](FtpSession& session, Lock& lock) {
+    return session.WriteTarget({bytes, count}, lock);
   });
 }
 

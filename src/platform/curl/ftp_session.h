@@ -3,7 +3,8 @@
 // libcurl speaks FTP, and some of its calls wait for the server. They run on a
 // thread that may be left to itself at any moment: a session that was dropped
 // breaks its connections, touches no file and tells nothing any more, and ends
-// when libcurl comes back.
+// when libcurl comes back. So does a local file whose medium has stopped answering:
+// nothing is locked while it is read or written.
 #pragma once
 
 #include <curl/curl.h>
@@ -50,8 +51,8 @@ struct FtpPatience {
 struct FtpRequest {
   FtpVerb verb = FtpVerb::kList;
   std::string remote = {};                      ///< of an upload and a download
-  std::unique_ptr<TransferSource> source = {};  ///< of an upload
-  std::unique_ptr<TransferTarget> target = {};  ///< of a download
+  std::shared_ptr<TransferSource> source = {};  ///< of an upload
+  std::shared_ptr<TransferTarget> target = {};  ///< of a download
   std::int32_t silence_s = 0;                   ///< longest silence; 0: no limit
 };
 
@@ -81,7 +82,8 @@ class FtpSession : public std::enable_shared_from_this<FtpSession> {
   /// Closes the local file of a request that ended; `whole` gives a download its
   /// name first. Raises what the file raises.
   void CloseFile(bool whole);
-  /// Ends everything, so that the server sees that a transfer isn't whole. What
+  /// Ends everything, so that the server sees that a transfer isn't whole. The local
+  /// file is closed, unless the thread is held up by it and closes it then. What
   /// comes back is ready when the thread has ended; not valid when there is none.
   std::future<void> Drop();
 
@@ -118,7 +120,9 @@ class FtpSession : public std::enable_shared_from_this<FtpSession> {
   bool NoteReply(std::string_view line);
   std::size_t ReadSource(std::span<char> bytes, Lock& lock);
   bool WaitUntilTaken(Lock& lock);
-  std::size_t WriteTarget(std::span<const char> bytes);
+  std::size_t WriteTarget(std::span<const char> bytes, Lock& lock);
+  template <class File, class Step>
+  bool Use(std::shared_ptr<File> file, Lock& lock, Step&& step);
   void BreakData();
   std::optional<curl_socket_t> SocketOf(Role role) const;
   std::uint64_t Taken() const;

@@ -51,7 +51,7 @@ class FileToReceive final : public TransferTarget {
   FileToReceive(const FileToReceive&) = delete;
   FileToReceive& operator=(const FileToReceive&) = delete;
   ~FileToReceive() override {
-    if (!temporary_.empty()) ::unlinkat(folder_.Get(), temporary_.c_str(), 0);
+    if (!temporary_.empty() && HasItsName()) ::unlinkat(folder_.Get(), temporary_.c_str(), 0);
   }
 
   void Write(std::span<const char> bytes) override {
@@ -69,6 +69,15 @@ class FileToReceive final : public TransferTarget {
   }
 
  private:
+  // One that a hanging medium let go of late may have lost it to the next download.
+  bool HasItsName() const {
+    struct stat own {};
+    struct stat there {};
+    return ::fstat(file_.Get(), &own) != 0 ||
+           ::fstatat(folder_.Get(), temporary_.c_str(), &there, AT_SYMLINK_NOFOLLOW) != 0 ||
+           (own.st_dev == there.st_dev && own.st_ino == there.st_ino);
+  }
+
   Descriptor folder_;
   Descriptor file_;
   std::string temporary_;  ///< empty once it was renamed

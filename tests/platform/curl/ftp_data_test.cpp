@@ -25,6 +25,56 @@ void BeginDownload(Talk& talk) {
   talk.AcceptData();
 }
 
+/// Files on a medium that has stopped answering.
+class HangingFiles final : public TransferFiles {
+ public:
+  ~HangingFiles() override { GoOn(); }
+
+  std::unique_ptr<TransferSource> OpenSource(const Path&) override {
+    return std::make_unique<File>(state_);
+  }
+  std::unique_ptr<TransferTarget> OpenTarget(const Path&) override {
+    return std::make_unique<File>(state_);
+  }
+
+  bool IsReached() const { return state_->reached; }
+  bool IsClosed() const { return state_->closed; }
+  void GoOn() { state_->goes_on = true; }
+
+ private:
+  struct State {
+    std::atomic<bool> reached = false;
+    std::atomic<bool> goes_on = false;
+    std::atomic<bool> closed = false;
+  };
+
+  class File final : public TransferSource, public TransferTarget {
+   public:
+    explicit File(std::shared_ptr<State> state) : state_(std::move(state)) {}
+    ~File() override { state_->closed = true; }
+
+    std::size_t Read(std::span<char>) override {
+      Hang();
+      return 0;
+    }
+    void Write(std::span<const char>) override { Hang(); }
+    void Commit() override { ADD_FAILURE() << "of a file that isn't whole"; }
+
+   private:
+    // Not for ever, so that whoever waits for it fails and doesn't hang too.
+    void Hang() {
+      state_->reached = true;
+      for (int i = 0; i < 500 && !state_->goes_on; ++i) {
+        std::this_thread::sleep_for(milliseconds(10));
+      }
+    }
+
+    std::shared_ptr<State> state_;
+  };
+
+  std::shared_ptr<State> state_ = std::make_shared<State>();
+};
+
 class FtpData : public FtpStage {
  protected:
   FtpRun RunAgainst(const ScriptedServer::Script& script, const std::string& command) {
@@ -238,6 +288,44 @@ TEST_F(FtpData, ASizeThatTheServerMadeUpChangesNothing) {
   EXPECT_EQ(run.code, kTransferNoError);
   EXPECT_EQ(ReadNative(Native("a")), "short");
 }
+
+class FtpHangingFiles : public FtpData, public ::testing::WithParamInterface<const char*> {
+ protected:
+  FtpHangingFiles() {
+    transport = std::make_unique<CurlFtpTransport>(loop, files);
+    transport->StateChanged.Listen(
+        [this](TransportState state) { told.push_back(static_cast<int>(state)); });
+    server = std::make_unique<ScriptedServer>(
+        [](Talk& talk) { BeginDownload(talk), talk.SendData("some"), talk.Hang(); });
+  }
+  ~FtpHangingFiles() override { transport.reset(); }
+
+  HangingFiles files;
+};
+
+TEST_P(FtpHangingFiles, HoldTheTransferAndNothingElse) {
+  Configure(server->Port(), kLimitSeconds);
+  EXPECT_EQ(Run(GetParam()).code, kTransferTimeOut);
+  EXPECT_TRUE(files.IsReached());
+  EXPECT_FALSE(files.IsClosed());
+  EXPECT_LT(WorstGap(), 1.0);
+  files.GoOn();
+  EXPECT_TRUE(WaitFor([this] { return files.IsClosed(); }));
+}
+
+TEST_P(FtpHangingFiles, AreLeftToThemselvesByACancel) {
+  Configure(server->Port(), 40);
+  transport->Execute(GetParam());
+  ASSERT_TRUE(WaitFor([this] { return files.IsReached(); }));
+  transport->Cancel();
+  EXPECT_FALSE(transport->IsBusy());
+  EXPECT_FALSE(files.IsClosed());
+  files.GoOn();
+  EXPECT_TRUE(WaitFor([this] { return files.IsClosed(); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Transfers, FtpHangingFiles, ::testing::Values(kGet, kPut),
+                         [](const auto& row) { return row.param == kGet ? "Download" : "Upload"; });
 
 TEST_F(FtpData, ACancelledDownloadLeavesNothingBehind) {
   WriteNative(Native("a"), "was here");
