@@ -24,10 +24,10 @@
 #include <string>
 #include <vector>
 
-#include "compression/huffman.h"
-#include "compression/huffman_decode.h"
-#include "compression/huffman_encode.h"
-#include "platform/linux/linux_host.h"
+#include "codec/huffman.h"
+#include "codec/huffman_decode.h"
+#include "codec/huffman_encode.h"
+#include "hosts/linux/linux_host.h"
 
 namespace tarnvale {
 namespace {

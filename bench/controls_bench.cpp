@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "controls/chameleon_button.h"
-#include "controls/progress_bar.h"
+#include "kit/chameleon_button.h"
+#include "kit/progress_bar.h"
 #include "tools/pictures/bitmap_font.h"
 
 namespace {

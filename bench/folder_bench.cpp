@@ -9,14 +9,16 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <random>
 #include <string>
 
-#include "platform/flush_medium.h"
-#include "platform/linux/headless_machine.h"
-#include "userdata/file_sync.h"
+#include "core/file_sync.h"
+#include "hosts/linux/linux_host.h"
+#include "ui/flush_medium.h"
+#include "ui/headless_machine.h"
 
 namespace {
 
@@ -80,13 +82,28 @@ tarnvale::LinuxSurroundings Surroundings() {
   return surroundings;
 }
 
+// As many timers as the program has, whose ticks do nothing: a yield then costs
+// what the program's does while nobody touches its windows.
+class IdleTimers {
+ public:
+  explicit IdleTimers(tarnvale::TimerQueue& queue) {
+    for (int i = 0; i < 21; ++i) timers_.emplace_back(queue, 100 + 50 * i, true);
+  }
+
+ private:
+  std::deque<tarnvale::Timer> timers_;
+};
+
 void Sync(const std::string& first, const std::string& second) {
-  tarnvale::HeadlessMachine machine(Surroundings(), tarnvale::kTimersOfProgram);
+  tarnvale::LinuxHost host(Surroundings());
+  tarnvale::HeadlessMachine machine(host.Parts());
+  const IdleTimers timers(machine.Parts().loop.Timers());
   tarnvale::FileSync(machine.Parts()).SyncFolders(PathOf(first), PathOf(second), false);
 }
 
 void Flush(const std::string& folder) {
-  tarnvale::HeadlessMachine machine(Surroundings(), tarnvale::kTimersOfProgram);
+  tarnvale::LinuxHost host(Surroundings());
+  tarnvale::HeadlessMachine machine(host.Parts());
   const auto start = std::chrono::steady_clock::now();
   tarnvale::FlushMedium(machine.Parts().files, machine.Parts().loop, PathOf(folder));
   const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;

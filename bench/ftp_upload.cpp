@@ -15,9 +15,9 @@
 #include <string>
 
 #include "bench/pulse.h"
-#include "platform/curl/curl_ftp_transport.h"
-#include "platform/linux/linux_host.h"
-#include "platform/qt/qt_event_loop.h"
+#include "hosts/curl/curl_ftp_transport.h"
+#include "hosts/linux/linux_host.h"
+#include "hosts/qt/qt_event_loop.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 set -euo pipefail
 self=$(readlink -f "$0")
 cd "$(dirname "$self")/.."
-if [[ ${1:-} != --inside ]]; then exec tests/qt/with-display "$self" --inside "$@"; fi
+if [[ ${1:-} != --inside ]]; then exec tests/hosts/qt/with-display "$self" --inside "$@"; fi
 shift
 
 seconds=${1:-60}

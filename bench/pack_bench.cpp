@@ -20,8 +20,9 @@
 
 #include <unistd.h>
 
-#include "compression/archive.h"
-#include "platform/linux/headless_machine.h"
+#include "codec/archive.h"
+#include "hosts/linux/linux_host.h"
+#include "ui/headless_machine.h"
 
 namespace tarnvale {
 namespace {
@@ -122,7 +123,8 @@ class Contest {
     surroundings.root = folder_.string();
     surroundings.state_folder = (folder_ / "state").string();
     LoudBoxes boxes;
-    HeadlessMachine machine(surroundings, boxes);
+    LinuxHost host(surroundings);
+    HeadlessMachine machine(host.Parts(), boxes);
     usercontrol11 archiver(machine.Parts());
     if (archiver.SaveFilesToArchiv("C:\\" + tree, "C:\\" + archive + ".tvz", true) != files) {
       std::fprintf(stderr, "pack_bench: not all files were packed\n");

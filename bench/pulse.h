@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "platform/timer.h"
+#include "ui/timer.h"
 
 namespace tarnvale {
 

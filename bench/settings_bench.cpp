@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/linux/linux_host.h"
+#include "hosts/linux/linux_host.h"
 
 namespace {
 

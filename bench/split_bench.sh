@@ -10,7 +10,7 @@
 set -euo pipefail
 export LC_ALL=C
 self=$(readlink -f "$0")
-if [[ ${1:-} != --inside ]]; then exec "${self%/*}/../tests/qt/with-display" "$self" --inside "$@"; fi
+if [[ ${1:-} != --inside ]]; then exec "${self%/*}/../tests/hosts/qt/with-display" "$self" --inside "$@"; fi
 shift
 
 program=$(realpath "$1")

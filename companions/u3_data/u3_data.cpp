@@ -20,16 +20,16 @@
 #include <string_view>
 
 #include "base/failure.h"
+#include "hosts/linux/descriptor.h"
+#include "hosts/linux/linux_files.h"
+#include "hosts/linux/linux_open_files.h"
+#include "hosts/linux/locator.h"
+#include "hosts/linux/native_errors.h"
+#include "hosts/linux/own_program.h"
+#include "hosts/linux/paths.h"
+#include "hosts/linux/state_folder.h"
+#include "hosts/linux/temporaries.h"
 #include "platform/input_item.h"
-#include "platform/linux/descriptor.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_open_files.h"
-#include "platform/linux/locator.h"
-#include "platform/linux/native_errors.h"
-#include "platform/linux/own_program.h"
-#include "platform/linux/paths.h"
-#include "platform/linux/state_folder.h"
-#include "platform/linux/temporaries.h"
 
 namespace tarnvale {
 namespace {

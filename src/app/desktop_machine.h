@@ -3,11 +3,11 @@
 
 #include <optional>
 
-#include "platform/curl/curl_ftp_transport.h"
-#include "platform/linux/linux_host.h"
-#include "platform/linux/paths.h"
-#include "platform/machine.h"
-#include "platform/qt/qt_host.h"
+#include "hosts/curl/curl_ftp_transport.h"
+#include "hosts/linux/linux_host.h"
+#include "hosts/linux/paths.h"
+#include "hosts/qt/qt_host.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

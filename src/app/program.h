@@ -4,18 +4,18 @@
 #include <memory>
 #include <string>
 
-#include "compression/compressor_window.h"
-#include "core/alerts.h"
+#include "compressor/compressor_window.h"
 #include "core/engine.h"
-#include "platform/machine.h"
-#include "platform/window_slot.h"
 #include "registry/registry.h"
 #include "shell/accept.h"
+#include "shell/alerts.h"
 #include "shell/form1.h"
 #include "shell/splash.h"
 #include "splitter/frm_main.h"
 #include "transfer/frm_winsock.h"
 #include "transfer/ftp_window.h"
+#include "ui/machine.h"
+#include "ui/window_slot.h"
 #include "userdata/user_data_window.h"
 
 namespace tarnvale {

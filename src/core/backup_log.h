@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/machine.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

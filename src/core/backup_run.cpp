@@ -3,7 +3,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "core/text_procedures.h"
-#include "platform/flush_medium.h"
+#include "ui/flush_medium.h"
 
 namespace tarnvale {
 namespace {

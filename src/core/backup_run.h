@@ -6,14 +6,14 @@
 #include <string>
 
 #include "core/backup_log.h"
+#include "core/file_sync.h"
 #include "core/hooks.h"
 #include "core/run_failures.h"
 #include "core/run_sources.h"
 #include "core/run_state.h"
 #include "core/run_targets.h"
-#include "platform/machine.h"
 #include "settings/backup_settings.h"
-#include "userdata/file_sync.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "core/hooks.h"
-#include "platform/machine.h"
 #include "settings/backup_settings.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

@@ -7,12 +7,12 @@
 #include "core/engine_timers.h"
 #include "core/hooks.h"
 #include "core/list_commands.h"
+#include "core/report_mail.h"
 #include "core/run_state.h"
 #include "core/scheduler.h"
-#include "platform/machine.h"
 #include "settings/backup_settings.h"
 #include "settings/settings_store.h"
-#include "transfer/report_mail.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

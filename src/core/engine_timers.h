@@ -6,7 +6,7 @@
 #include <functional>
 #include <span>
 
-#include "platform/timer.h"
+#include "ui/timer.h"
 
 namespace tarnvale {
 

@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "platform/controls.h"
-#include "platform/machine.h"
 #include "settings/backup_list.h"
+#include "ui/controls.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "core/hooks.h"
-#include "platform/machine.h"
 #include "settings/backup_settings.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

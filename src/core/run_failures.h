@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "base/failure.h"
-#include "platform/machine.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/machine.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "core/hooks.h"
-#include "platform/machine.h"
 #include "settings/backup_settings.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

@@ -1,8 +1,8 @@
 #include "registry/registry.h"
 
 #include "base/failure.h"
-#include "dialogs/file_dialog.h"
-#include "registry/registry_editor.h"
+#include "core/registry_editor.h"
+#include "ui/file_dialog.h"
 
 namespace tarnvale {
 namespace {

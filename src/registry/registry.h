@@ -3,12 +3,12 @@
 // nothing. Where things stand is in registry_layout.cpp.
 #pragma once
 
-#include "controls/chameleon_button.h"
-#include "controls/group_box.h"
-#include "platform/controls.h"
-#include "platform/machine.h"
-#include "platform/timer.h"
-#include "platform/window.h"
+#include "kit/chameleon_button.h"
+#include "kit/group_box.h"
+#include "ui/controls.h"
+#include "ui/machine.h"
+#include "ui/timer.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/row_list.h"
+#include "ui/row_list.h"
 
 namespace tarnvale {
 

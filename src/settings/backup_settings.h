@@ -9,8 +9,8 @@
 
 #include "base/date_time.h"
 #include "base/property.h"
-#include "platform/controls.h"
 #include "settings/backup_list.h"
+#include "ui/controls.h"
 
 namespace tarnvale {
 

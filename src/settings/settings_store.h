@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/machine.h"
 #include "settings/backup_settings.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

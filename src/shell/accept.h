@@ -3,10 +3,10 @@
 
 #include <functional>
 
-#include "controls/chameleon_button.h"
-#include "platform/controls.h"
-#include "platform/machine.h"
-#include "platform/window.h"
+#include "kit/chameleon_button.h"
+#include "ui/controls.h"
+#include "ui/machine.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

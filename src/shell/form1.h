@@ -3,8 +3,6 @@
 #pragma once
 
 #include "core/engine.h"
-#include "platform/controls.h"
-#include "platform/window.h"
 #include "shell/screens/advanced_screen.h"
 #include "shell/screens/general_screen.h"
 #include "shell/screens/list_screen.h"
@@ -14,6 +12,8 @@
 #include "shell/screens/storage_screen.h"
 #include "shell/sys_tray.h"
 #include "shell/tool_hooks.h"
+#include "ui/controls.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "base/failure.h"
-#include "platform/sampled_drawing.h"
+#include "ui/sampled_drawing.h"
 
 namespace tarnvale {
 namespace {

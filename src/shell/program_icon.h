@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/raster.h"
-#include "platform/window.h"
+#include "ui/raster.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -3,10 +3,10 @@
 
 #include <functional>
 
-#include "platform/controls.h"
-#include "platform/machine.h"
-#include "platform/window.h"
 #include "settings/backup_settings.h"
+#include "ui/controls.h"
+#include "ui/machine.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

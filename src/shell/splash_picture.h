@@ -1,8 +1,8 @@
 // The picture of the program's first seconds.
 #pragma once
 
-#include "platform/geometry.h"
-#include "platform/raster.h"
+#include "ui/geometry.h"
+#include "ui/raster.h"
 
 namespace tarnvale {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/controls.h"
-#include "platform/machine.h"
+#include "ui/controls.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "dialogs/file_dialog.h"
+#include "ui/file_dialog.h"
 
 namespace tarnvale {
 

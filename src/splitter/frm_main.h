@@ -6,14 +6,14 @@
 #include <cstdint>
 #include <string>
 
-#include "controls/chameleon_button.h"
-#include "controls/group_box.h"
-#include "controls/progress_bar.h"
-#include "platform/controls.h"
-#include "platform/machine.h"
-#include "platform/window.h"
+#include "kit/chameleon_button.h"
+#include "kit/group_box.h"
+#include "kit/progress_bar.h"
 #include "splitter/progress_picture.h"
 #include "splitter/split_join.h"
+#include "ui/controls.h"
+#include "ui/machine.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -1,8 +1,8 @@
 // The join command.
 #include "base/failure.h"
 #include "base/numbers.h"
-#include "dialogs/file_dialog.h"
 #include "splitter/frm_main.h"
+#include "ui/file_dialog.h"
 
 namespace tarnvale {
 

@@ -1,7 +1,7 @@
 // The split command.
 #include "base/numbers.h"
-#include "dialogs/file_dialog.h"
 #include "splitter/frm_main.h"
+#include "ui/file_dialog.h"
 
 namespace tarnvale {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/owner_drawn.h"
+#include "ui/owner_drawn.h"
 
 namespace tarnvale {
 

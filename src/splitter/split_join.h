@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "base/property.h"
-#include "platform/machine.h"
+#include "ui/machine.h"
 
 namespace tarnvale {
 

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/controls.h"
-#include "platform/machine.h"
+#include "core/report_mail.h"
 #include "platform/socket.h"
-#include "platform/window.h"
 #include "settings/backup_settings.h"
-#include "transfer/report_mail.h"
+#include "ui/controls.h"
+#include "ui/machine.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -6,15 +6,15 @@
 #include <functional>
 #include <string>
 
-#include "controls/chameleon_button.h"
-#include "controls/group_box.h"
-#include "controls/progress_bar.h"
-#include "platform/controls.h"
+#include "kit/chameleon_button.h"
+#include "kit/group_box.h"
+#include "kit/progress_bar.h"
 #include "platform/ftp_transport.h"
-#include "platform/machine.h"
-#include "platform/timer.h"
-#include "platform/window.h"
 #include "settings/backup_settings.h"
+#include "ui/controls.h"
+#include "ui/machine.h"
+#include "ui/timer.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -1,8 +1,8 @@
 // The flows of the window, each under a trap of its own. Required: what a
 // failure path leaves as it was; no two are alike.
 #include "base/failure.h"
-#include "dialogs/file_dialog.h"
 #include "transfer/ftp_window.h"
+#include "ui/file_dialog.h"
 
 namespace tarnvale {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/sampled_drawing.h"
+#include "ui/sampled_drawing.h"
 
 namespace tarnvale {
 namespace {

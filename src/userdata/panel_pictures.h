@@ -1,7 +1,7 @@
 // The pictures of the user data window's panels, drawn by code.
 #pragma once
 
-#include "platform/raster.h"
+#include "ui/raster.h"
 
 namespace tarnvale {
 

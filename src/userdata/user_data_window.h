@@ -6,14 +6,14 @@
 #include <initializer_list>
 #include <string>
 
-#include "controls/chameleon_button.h"
-#include "controls/group_box.h"
-#include "controls/progress_bar.h"
-#include "platform/controls.h"
-#include "platform/machine.h"
-#include "platform/timer.h"
-#include "platform/window.h"
-#include "userdata/file_control.h"
+#include "core/file_control.h"
+#include "kit/chameleon_button.h"
+#include "kit/group_box.h"
+#include "kit/progress_bar.h"
+#include "ui/controls.h"
+#include "ui/machine.h"
+#include "ui/timer.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "base/failure.h"
-#include "dialogs/file_dialog.h"
-#include "registry/registry_editor.h"
+#include "core/registry_editor.h"
+#include "ui/file_dialog.h"
 #include "userdata/user_data_window.h"
 
 namespace tarnvale {

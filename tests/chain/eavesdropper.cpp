@@ -8,7 +8,7 @@
 #include <memory>
 #include <sstream>
 
-#include "tests/hosts/native_files.h"
+#include "tests/hosts/contract/native_files.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "tests/hosts/native_files.h"
+#include "tests/hosts/contract/native_files.h"
 
 namespace tarnvale::testing {
 namespace {

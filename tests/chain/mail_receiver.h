@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "tests/app/mail_server.h"
-#include "tests/hosts/loopback_server.h"
+#include "tests/gui/mail_server.h"
+#include "tests/hosts/contract/loopback_server.h"
 
 namespace tarnvale::testing {
 

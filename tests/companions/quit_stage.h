@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/hosts/temporary_folder.h"
+#include "tests/hosts/contract/temporary_folder.h"
 
 namespace tarnvale::testing {
 

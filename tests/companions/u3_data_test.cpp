@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "platform/input_item.h"
-#include "tests/hosts/temporary_folder.h"
+#include "tests/hosts/contract/temporary_folder.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/compression/generated_inputs.h"
+#include "tests/codec/generated_inputs.h"
 #include "tests/fuzz/fuzz_targets.h"
 
 namespace tarnvale::testing {

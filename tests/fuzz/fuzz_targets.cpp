@@ -6,13 +6,13 @@
 #include <optional>
 #include <string>
 
-#include "compression/archive.h"
-#include "platform/linux/linux_host.h"
+#include "codec/archive.h"
+#include "hosts/linux/linux_host.h"
 #include "platform/profile_text.h"
 #include "settings/settings_store.h"
-#include "tests/compression/codec_under_test.h"
-#include "tests/hosts/native_files.h"
-#include "tests/hosts/temporary_folder.h"
+#include "tests/codec/codec_under_test.h"
+#include "tests/hosts/contract/native_files.h"
+#include "tests/hosts/contract/temporary_folder.h"
 #include "tests/support/fake_machine.h"
 #include "transfer/frm_winsock.h"
 

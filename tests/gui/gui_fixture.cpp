@@ -18,7 +18,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "platform/qt/qt_text.h"
+#include "hosts/qt/qt_text.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -14,14 +14,14 @@
 #include <vector>
 
 #include "app/program.h"
-#include "platform/linux/linux_host.h"
+#include "hosts/linux/linux_host.h"
+#include "hosts/qt/qt_file_dialogs.h"
+#include "hosts/qt/qt_message_boxes.h"
+#include "hosts/qt/qt_sockets.h"
+#include "hosts/qt/qt_tray.h"
+#include "hosts/qt/qt_window_host.h"
 #include "platform/no_ftp_transport.h"
-#include "platform/qt/qt_file_dialogs.h"
-#include "platform/qt/qt_message_boxes.h"
-#include "platform/qt/qt_sockets.h"
-#include "platform/qt/qt_tray.h"
-#include "platform/qt/qt_window_host.h"
-#include "tests/hosts/temporary_folder.h"
+#include "tests/hosts/contract/temporary_folder.h"
 
 namespace tarnvale::testing {
 

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-#include "platform/qt/qt_text.h"
+#include "hosts/qt/qt_text.h"
 #include "tests/gui/gui_fixture.h"
 
 namespace tarnvale::testing {

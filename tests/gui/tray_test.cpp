@@ -7,7 +7,7 @@
 #include <QScreen>
 #include <QTest>
 
-#include "platform/qt/qt_text.h"
+#include "hosts/qt/qt_text.h"
 #include "tests/gui/gui_fixture.h"
 
 namespace tarnvale::testing {

@@ -1,8 +1,8 @@
 // What a program that stands for the registry editor is given on Linux.
 #include <sys/stat.h>
 
-#include "registry/registry_editor.h"
-#include "tests/hosts/linux_stage.h"
+#include "core/registry_editor.h"
+#include "tests/hosts/linux/linux_stage.h"
 
 namespace tarnvale::testing {
 namespace {

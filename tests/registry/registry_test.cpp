@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "platform/window_slot.h"
 #include "tests/support/fake_machine.h"
+#include "ui/window_slot.h"
 
 namespace tarnvale::testing {
 namespace {

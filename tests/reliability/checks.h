@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "platform/linux/linux_host.h"
+#include "hosts/linux/linux_host.h"
 
 namespace tarnvale::reliability {
 

@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/headless_machine.h"
+#include "core/file_sync.h"
+#include "hosts/linux/linux_host.h"
 #include "tests/reliability/checks.h"
 #include "tests/reliability/workbench.h"
-#include "userdata/file_sync.h"
+#include "ui/headless_machine.h"
 
 namespace tarnvale::reliability {
 namespace {
@@ -134,7 +135,8 @@ class CopyKills {
 }  // namespace
 
 void SyncPass(const LinuxSurroundings& surroundings) {
-  HeadlessMachine machine(surroundings, kTimersOfProgram);
+  LinuxHost host(surroundings);
+  HeadlessMachine machine(host.Parts());
   FileSync(machine.Parts()).SyncFolders("C:\\source", "C:\\target", false);
 }
 

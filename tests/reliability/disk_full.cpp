@@ -11,11 +11,12 @@
 #include <stdexcept>
 #include <string>
 
-#include "platform/linux/headless_machine.h"
+#include "core/file_sync.h"
+#include "hosts/linux/linux_host.h"
 #include "tests/reliability/checks.h"
 #include "tests/reliability/counted_medium.h"
 #include "tests/reliability/workbench.h"
-#include "userdata/file_sync.h"
+#include "ui/headless_machine.h"
 
 namespace tarnvale::reliability {
 namespace {
@@ -112,8 +113,9 @@ void FillMedium(const fs::path& work) {
   for (const std::string how : {"sync", "tree copy"}) {
     WriteTree(drive / "source", 1, kOldBytes);
     fs::remove_all(drive / "target" / "copy");
-    HeadlessMachine machine(SurroundingsIn(work), kTimersOfProgram);
-    FileSystem& files = machine.Parts().files;
+    LinuxHost host(SurroundingsIn(work));
+    HeadlessMachine machine(host.Parts());
+    FileSystem& files = host.files;
     files.CopyTree("C:\\source", "C:\\target\\copy", {});
     WriteTree(drive / "source", 2, kNewBytes);
     const int error = ErrorOfCopy([&] {

@@ -4,7 +4,7 @@
 #include <random>
 #include <string>
 
-#include "platform/linux/headless_machine.h"
+#include "hosts/linux/linux_host.h"
 #include "tests/reliability/checks.h"
 #include "tests/reliability/workbench.h"
 
@@ -24,8 +24,8 @@ std::string ValueOf(int generation, int key) {
 }
 
 void Save(const LinuxSurroundings& surroundings, int generation) {
-  HeadlessMachine machine(surroundings, kTimersOfProgram);
-  ProfileFiles& profiles = machine.Parts().profiles;
+  LinuxHost host(surroundings);
+  ProfileFiles& profiles = host.profiles;
   for (int section = 0; section < kSections; ++section) {
     for (int key = 0; key < kKeys; ++key) {
       profiles.Write("Section" + std::to_string(section), "Key" + std::to_string(key),

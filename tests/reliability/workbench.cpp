@@ -18,7 +18,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/linux/temporaries.h"
+#include "hosts/linux/temporaries.h"
 
 namespace tarnvale::reliability {
 

@@ -10,7 +10,7 @@
 #include <random>
 #include <string>
 
-#include "platform/linux/linux_host.h"
+#include "hosts/linux/linux_host.h"
 
 namespace tarnvale::reliability {
 

@@ -6,8 +6,8 @@
 #include <random>
 #include <set>
 
+#include "core/file_sync.h"
 #include "tests/runs/real_run.h"
-#include "userdata/file_sync.h"
 
 namespace tarnvale::testing {
 namespace {

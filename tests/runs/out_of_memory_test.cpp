@@ -1,7 +1,7 @@
 // A run whose archive takes more memory than there is.
 #include <chrono>
 
-#include "compression/compressor_window.h"
+#include "compressor/compressor_window.h"
 #include "tests/runs/real_run.h"
 #include "tests/support/in_a_child.h"
 

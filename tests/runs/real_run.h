@@ -19,8 +19,8 @@
 #include <vector>
 
 #include "core/engine.h"
-#include "platform/linux/linux_host.h"
-#include "tests/hosts/temporary_folder.h"
+#include "hosts/linux/linux_host.h"
+#include "tests/hosts/contract/temporary_folder.h"
 #include "tests/support/fake_machine.h"
 
 namespace tarnvale::testing {

@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/hosts/linux_stage.h"
+#include "tests/hosts/linux/linux_stage.h"
 
 namespace tarnvale::testing {
 

@@ -6,9 +6,9 @@
 #include <cmath>
 #include <fstream>
 
-#include "platform/linux/linux_clock.h"
-#include "tests/hosts/real_sockets.h"
-#include "tests/hosts/redirected_sockets.h"
+#include "hosts/linux/linux_clock.h"
+#include "tests/hosts/contract/real_sockets.h"
+#include "tests/hosts/contract/redirected_sockets.h"
 #include "tests/support/fake_machine.h"
 #include "transfer/frm_winsock.h"
 

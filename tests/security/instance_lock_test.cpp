@@ -2,9 +2,9 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "platform/linux/linux_processes.h"
-#include "platform/linux/stable_hash.h"
-#include "tests/hosts/variable_for.h"
+#include "hosts/linux/linux_processes.h"
+#include "hosts/linux/stable_hash.h"
+#include "tests/hosts/contract/variable_for.h"
 #include "tests/security/another_user.h"
 
 namespace tarnvale::testing {

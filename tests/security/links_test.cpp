@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "base/failure.h"
-#include "compression/archive.h"
+#include "codec/archive.h"
 #include "tests/security/another_user.h"
 #include "tests/support/fake_machine.h"
 #include "tests/support/raised.h"

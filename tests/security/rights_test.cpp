@@ -7,11 +7,11 @@
 #include <array>
 #include <cstdint>
 
-#include "tests/hosts/linux_stage.h"
+#include "core/file_control.h"
+#include "core/file_sync.h"
+#include "tests/hosts/linux/linux_stage.h"
 #include "tests/security/another_user.h"
 #include "tests/support/fake_machine.h"
-#include "userdata/file_control.h"
-#include "userdata/file_sync.h"
 
 namespace tarnvale::testing {
 namespace {

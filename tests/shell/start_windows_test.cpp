@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/window_slot.h"
 #include "shell/accept.h"
 #include "shell/program_icon.h"
 #include "shell/splash.h"
 #include "shell/splash_picture.h"
 #include "tests/shell/form1_fixture.h"
+#include "ui/window_slot.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/window_slot.h"
-#include "tests/controls/recording_painter.h"
+#include "tests/kit/recording_painter.h"
 #include "tests/splitter/frm_main_fixture.h"
 #include "tests/support/raised.h"
+#include "ui/window_slot.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -1,8 +1,8 @@
 // Splitting and joining real files.
 #include <gmock/gmock.h>
 
-#include "tests/hosts/full_medium.h"
-#include "tests/hosts/linux_stage.h"
+#include "tests/hosts/contract/full_medium.h"
+#include "tests/hosts/linux/linux_stage.h"
 #include "tests/splitter/splitter_fixture.h"
 
 namespace tarnvale::testing {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/message_boxes.h"
 #include "tests/support/manual_loop.h"
 #include "tests/support/scripted_answers.h"
+#include "ui/message_boxes.h"
 
 namespace tarnvale::testing {
 

@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "platform/dialogs.h"
 #include "tests/support/manual_loop.h"
 #include "tests/support/scripted_answers.h"
+#include "ui/dialogs.h"
 
 namespace tarnvale::testing {
 

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "platform/ftp_transport.h"
-#include "platform/timer.h"
 #include "tests/support/manual_loop.h"
 #include "tests/support/scripted_failures.h"
+#include "ui/timer.h"
 
 namespace tarnvale::testing {
 

@@ -5,7 +5,6 @@
 #include <deque>
 #include <string_view>
 
-#include "platform/machine.h"
 #include "tests/support/fake_boxes.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_dialogs.h"
@@ -20,6 +19,7 @@
 #include "tests/support/fake_registry.h"
 #include "tests/support/fake_windows.h"
 #include "tests/support/manual_loop.h"
+#include "ui/machine.h"
 
 namespace tarnvale::testing {
 

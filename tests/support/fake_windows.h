@@ -5,9 +5,9 @@
 #include <functional>
 #include <vector>
 
-#include "platform/controls.h"
-#include "platform/tray.h"
-#include "platform/window.h"
+#include "ui/controls.h"
+#include "ui/tray.h"
+#include "ui/window.h"
 
 namespace tarnvale::testing {
 

@@ -9,8 +9,8 @@
 #include <mutex>
 #include <optional>
 
-#include "platform/event_loop.h"
 #include "tests/support/fake_clock.h"
+#include "ui/event_loop.h"
 
 namespace tarnvale::testing {
 

@@ -2,8 +2,8 @@
 // that transfer nothing.
 #include <set>
 
-#include "platform/window_slot.h"
 #include "tests/transfer/ftp_window_fixture.h"
+#include "ui/window_slot.h"
 
 namespace tarnvale::testing {
 namespace {

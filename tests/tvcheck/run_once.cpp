@@ -11,10 +11,11 @@
 #include <string>
 
 #include "base/failure.h"
-#include "compression/archive.h"
+#include "codec/archive.h"
 #include "core/engine.h"
-#include "platform/linux/headless_machine.h"
-#include "platform/linux/temporaries.h"
+#include "hosts/linux/linux_host.h"
+#include "hosts/linux/temporaries.h"
+#include "ui/headless_machine.h"
 
 namespace tarnvale {
 namespace {
@@ -23,7 +24,8 @@ namespace fs = std::filesystem;
 
 // The program finds its settings by a folder, this one is given the file.
 void Run(const std::string& settings, const std::string& mode) {
-  HeadlessMachine machine({});
+  LinuxHost host;
+  HeadlessMachine machine(host.Parts());
   Engine engine(machine.Parts());
   const Path path = DrivePaths("/").FromNative(fs::absolute(settings).parent_path().string());
   BackupSettings& chosen = engine.settings;
@@ -43,7 +45,8 @@ void Run(const std::string& settings, const std::string& mode) {
 }
 
 void Pack(const std::string& folder, const std::string& archive) {
-  HeadlessMachine machine({});
+  LinuxHost host;
+  HeadlessMachine machine(host.Parts());
   usercontrol11(machine.Parts())
       .SaveFilesToArchiv(DrivePaths("/").FromNative(folder), DrivePaths("/").FromNative(archive),
                          true);

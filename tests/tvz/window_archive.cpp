@@ -6,16 +6,17 @@
 #include <string>
 
 #include "base/failure.h"
-#include "compression/archive.h"
-#include "platform/linux/headless_machine.h"
-#include "platform/linux/paths.h"
+#include "codec/archive.h"
+#include "hosts/linux/linux_host.h"
+#include "ui/headless_machine.h"
 
 namespace tarnvale {
 namespace {
 
 int Run(const std::string& what, const std::string& from, const std::string& to) {
   const DrivePaths drive("/");
-  HeadlessMachine machine({});
+  LinuxHost host;
+  HeadlessMachine machine(host.Parts());
   usercontrol11 component(machine.Parts());
   if (what == "pack") {
     component.SaveFilesToArchiv(drive.FromNative(from), drive.FromNative(to), true);

@@ -5,9 +5,9 @@
 
 #include <string>
 
+#include "core/file_sync.h"
 #include "tests/support/fake_machine.h"
 #include "tests/support/raised.h"
-#include "userdata/file_sync.h"
 
 namespace tarnvale::testing {
 

@@ -10,8 +10,8 @@
 #include <cstdlib>
 #include <ostream>
 
-#include "tests/hosts/linux_stage.h"
-#include "tests/hosts/ordinary_user.h"
+#include "tests/hosts/contract/ordinary_user.h"
+#include "tests/hosts/linux/linux_stage.h"
 #include "tests/support/fake_machine.h"
 #include "userdata/user_data_window.h"
 

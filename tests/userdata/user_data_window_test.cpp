@@ -6,9 +6,9 @@
 #include <array>
 #include <vector>
 
-#include "platform/window_slot.h"
 #include "tests/support/raised.h"
 #include "tests/userdata/user_data_fixture.h"
+#include "ui/window_slot.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -1,7 +1,7 @@
 #include <array>
 #include <functional>
 
-#include "controls/chameleon_button.h"
+#include "kit/chameleon_button.h"
 #include "tools/gallery/scenes.h"
 #include "tools/gallery/sheet_writer.h"
 

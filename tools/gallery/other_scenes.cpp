@@ -1,8 +1,8 @@
 #include <string>
 
-#include "controls/check_box.h"
-#include "controls/group_box.h"
-#include "controls/progress_bar.h"
+#include "kit/check_box.h"
+#include "kit/group_box.h"
+#include "kit/progress_bar.h"
 #include "tools/gallery/scenes.h"
 #include "tools/gallery/sheet_writer.h"
 

@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "controls/system_colors.h"
-#include "platform/owner_drawn.h"
+#include "kit/system_colors.h"
 #include "tools/pictures/bitmap_font.h"
 #include "tools/pictures/sheet.h"
+#include "ui/owner_drawn.h"
 
 namespace tarnvale {
 

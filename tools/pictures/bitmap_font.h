@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/raster.h"
+#include "ui/raster.h"
 
 namespace tarnvale {
 

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "platform/raster.h"
+#include "ui/raster.h"
 
 namespace tarnvale {
 

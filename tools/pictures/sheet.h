@@ -1,7 +1,7 @@
 // Sheets of pictures: several drawings on one ground.
 #pragma once
 
-#include "platform/raster.h"
+#include "ui/raster.h"
 
 namespace tarnvale {
 

@@ -10,9 +10,9 @@
 
 #include "base/failure.h"
 #include "base/text.h"
-#include "platform/linux/own_links.h"
-#include "platform/linux/paths.h"
-#include "platform/linux/temporaries.h"
+#include "hosts/linux/own_links.h"
+#include "hosts/linux/paths.h"
+#include "hosts/linux/temporaries.h"
 #include "tvz/native_output.h"
 
 namespace tarnvale {

@@ -8,13 +8,13 @@
 #include <unordered_set>
 #include <vector>
 
+#include "core/file_sync.h"
 #include "core/run_state.h"
 #include "tvcheck/check_progress.h"
 #include "tvcheck/contents.h"
 #include "tvcheck/findings.h"
 #include "tvcheck/packed_copies.h"
 #include "tvcheck/planned_files.h"
-#include "userdata/file_sync.h"
 
 namespace tarnvale {
 

@@ -7,12 +7,12 @@
 
 #include "base/text.h"
 #include "core/backup_run.h"
-#include "platform/linux/headless_machine.h"
 #include "settings/settings_store.h"
 #include "tvcheck/check.h"
 #include "tvcheck/report.h"
 #include "tvz/command_failure.h"
 #include "tvz/native_output.h"
+#include "ui/headless_machine.h"
 
 namespace tarnvale {
 namespace {
@@ -65,7 +65,7 @@ class QuietMachine {
 
  private:
   NamedProfile profiles_;
-  IdleLoop loop_{0};
+  IdleLoop loop_;
   NoDesktop desktop_;
   NoFtpTransport ftp_;
   Machine parts_;

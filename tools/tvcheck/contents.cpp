@@ -10,7 +10,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/linux/own_links.h"
+#include "hosts/linux/own_links.h"
 #include "tvz/native_output.h"
 
 namespace tarnvale {

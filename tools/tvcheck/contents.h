@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/descriptor.h"
+#include "hosts/linux/descriptor.h"
 #include "tvcheck/planned_files.h"
 
 namespace tarnvale {

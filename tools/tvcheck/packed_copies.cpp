@@ -8,8 +8,8 @@
 #include <unordered_map>
 #include <utility>
 
-#include "compression/enumeration.h"
-#include "platform/linux/own_links.h"
+#include "codec/enumeration.h"
+#include "hosts/linux/own_links.h"
 #include "tvz/archive_contents.h"
 #include "tvz/command_failure.h"
 #include "tvz/native_output.h"

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "base/failure.h"
+#include "hosts/linux/linux_folder.h"
+#include "hosts/linux/linux_host.h"
 #include "platform/files.h"
-#include "platform/linux/linux_folder.h"
-#include "platform/linux/linux_host.h"
 
 namespace tarnvale {
 

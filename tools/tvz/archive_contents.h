@@ -5,8 +5,8 @@
 #include <functional>
 #include <string>
 
-#include "compression/byte_buffer.h"
-#include "compression/container_reader.h"
+#include "codec/byte_buffer.h"
+#include "codec/container_reader.h"
 #include "tvz/progress.h"
 
 namespace tarnvale {

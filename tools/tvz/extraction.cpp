@@ -13,7 +13,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/linux/paths.h"
+#include "hosts/linux/paths.h"
 #include "tvz/command_failure.h"
 #include "tvz/leftovers.h"
 #include "tvz/native_output.h"

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "compression/container_reader.h"
-#include "platform/linux/descriptor.h"
+#include "codec/container_reader.h"
+#include "hosts/linux/descriptor.h"
 
 namespace tarnvale {
 

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "platform/linux/descriptor.h"
+#include "hosts/linux/descriptor.h"
 #include "tvz/command_failure.h"
 
 namespace tarnvale {

@@ -10,13 +10,14 @@
 #include <system_error>
 
 #include "base/failure.h"
-#include "compression/archive.h"
-#include "platform/linux/descriptor.h"
-#include "platform/linux/headless_machine.h"
-#include "platform/linux/paths.h"
+#include "codec/archive.h"
+#include "hosts/linux/descriptor.h"
+#include "hosts/linux/linux_host.h"
+#include "hosts/linux/paths.h"
 #include "tvz/command_failure.h"
 #include "tvz/leftovers.h"
 #include "tvz/native_output.h"
+#include "ui/headless_machine.h"
 
 namespace tarnvale {
 namespace {
@@ -64,7 +65,8 @@ Target TargetOf(const std::string& archive) {
 void BuildArchive(const std::string& native, const std::string& folder, const TreeSums& expected,
                   Progress& progress) {
   const DrivePaths drive("/");
-  HeadlessMachine machine({});
+  LinuxHost host;
+  HeadlessMachine machine(host.Parts());
   usercontrol11 builder(machine.Parts());
   builder.BuildArchiveProgress.Listen([&](std::int16_t done) { progress.Show("adding", done); });
   builder.CompressArchiveProgress.Listen(

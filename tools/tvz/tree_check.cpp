@@ -10,9 +10,9 @@
 #include <system_error>
 #include <utility>
 
-#include "compression/enumeration.h"
-#include "platform/linux/own_links.h"
-#include "platform/linux/paths.h"
+#include "codec/enumeration.h"
+#include "hosts/linux/own_links.h"
+#include "hosts/linux/paths.h"
 #include "tvz/command_failure.h"
 #include "tvz/native_output.h"
 

@@ -1,7 +1,7 @@
 #include "shell/screens/advanced_screen.h"
 
-#include "dialogs/file_dialog.h"
 #include "shell/screens/screen.h"
+#include "ui/file_dialog.h"
 
 namespace tarnvale {
 

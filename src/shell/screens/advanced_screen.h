@@ -1,12 +1,12 @@
 // The screen for what follows a run: archive, upload and report.
 #pragma once
 
-#include "controls/chameleon_button.h"
-#include "controls/group_box.h"
 #include "core/engine.h"
-#include "platform/controls.h"
-#include "platform/window.h"
+#include "kit/chameleon_button.h"
+#include "kit/group_box.h"
 #include "shell/tool_hooks.h"
+#include "ui/controls.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -1,8 +1,8 @@
 #include "shell/screens/general_screen.h"
 
 #include "base/failure.h"
-#include "platform/flush_medium.h"
 #include "shell/screens/screen.h"
+#include "ui/flush_medium.h"
 
 namespace tarnvale {
 namespace {

@@ -2,13 +2,13 @@
 // program and in again.
 #pragma once
 
-#include "controls/chameleon_button.h"
-#include "controls/check_box.h"
-#include "controls/group_box.h"
 #include "core/engine.h"
-#include "dialogs/file_dialog.h"
-#include "platform/controls.h"
-#include "platform/window.h"
+#include "kit/chameleon_button.h"
+#include "kit/check_box.h"
+#include "kit/group_box.h"
+#include "ui/controls.h"
+#include "ui/file_dialog.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -1,12 +1,12 @@
 // The screen that follows a run.
 #pragma once
 
-#include "controls/group_box.h"
-#include "controls/progress_bar.h"
 #include "core/engine.h"
-#include "platform/controls.h"
-#include "platform/window.h"
+#include "kit/group_box.h"
+#include "kit/progress_bar.h"
 #include "shell/tool_hooks.h"
+#include "ui/controls.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

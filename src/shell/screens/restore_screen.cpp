@@ -1,9 +1,9 @@
 #include "shell/screens/restore_screen.h"
 
 #include "base/failure.h"
-#include "platform/flush_medium.h"
+#include "core/file_control.h"
 #include "shell/screens/screen.h"
-#include "userdata/file_control.h"
+#include "ui/flush_medium.h"
 
 namespace tarnvale {
 namespace {

@@ -1,12 +1,12 @@
 // The screen that copies a backup back.
 #pragma once
 
-#include "controls/chameleon_button.h"
-#include "controls/group_box.h"
-#include "controls/progress_bar.h"
 #include "core/engine.h"
-#include "platform/controls.h"
-#include "platform/window.h"
+#include "kit/chameleon_button.h"
+#include "kit/group_box.h"
+#include "kit/progress_bar.h"
+#include "ui/controls.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

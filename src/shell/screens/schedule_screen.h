@@ -4,11 +4,11 @@
 
 #include <array>
 
-#include "controls/check_box.h"
-#include "controls/group_box.h"
 #include "core/engine.h"
-#include "platform/controls.h"
-#include "platform/window.h"
+#include "kit/check_box.h"
+#include "kit/group_box.h"
+#include "ui/controls.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -1,6 +1,6 @@
 #include "shell/screens/screen.h"
 
-#include "platform/controls.h"
+#include "ui/controls.h"
 
 namespace tarnvale {
 

@@ -1,8 +1,8 @@
 // What the screens of the main window share.
 #pragma once
 
-#include "platform/geometry.h"
-#include "platform/window.h"
+#include "ui/geometry.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

@@ -1,11 +1,11 @@
 // The screen on which the place of the copies is chosen.
 #pragma once
 
-#include "controls/chameleon_button.h"
-#include "controls/group_box.h"
 #include "core/engine.h"
-#include "platform/controls.h"
-#include "platform/window.h"
+#include "kit/chameleon_button.h"
+#include "kit/group_box.h"
+#include "ui/controls.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 

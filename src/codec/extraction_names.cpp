@@ -1,0 +1,107 @@
+#include "codec/extraction_names.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/failure.h"
+
+namespace tarnvale {
+namespace {
+
+bool LeadsStraightDown(std::string_view entry) {
+  for (std::size_t at = 0; at <= entry.size();) {
+    const std::size_t end = std::min(entry.find_first_of("\\/", at), entry.size());
+    const std::string_view part = entry.substr(at, end - at);
+    if (part.empty() || part == "." || part == "..") return false;
+    at = end + 1;
+  }
+  return entry.find('/') == std::string_view::npos;
+}
+
+}  // namespace
+
+std::optional<Path> ExtractionNames::PathOf(const std::string& entry) {
+  Path path = target_;
+  if (!LeadsStraightDown(entry)) {
+    path += entry;
+    files_.CreateFoldersOf(path);
+    return path;
+  }
+  for (std::size_t at = 0; at <= entry.size();) {
+    const std::size_t end = std::min(entry.find('\\', at), entry.size());
+    const bool is_last = end == entry.size();
+    const std::string folder = entry.substr(0, at);
+    const auto name = NameIn(PlaceAt(folder, path), folder, entry.substr(at, end - at),
+                             is_last ? Kind::kFile : Kind::kFolder);
+    if (!name) return std::nullopt;
+    path += *name;
+    if (!is_last) path += '\\';
+    at = end + 1;
+  }
+  files_.CreateFoldersOf(path);
+  return path;
+}
+
+ExtractionNames::Place& ExtractionNames::PlaceAt(const std::string& folder, const Path& path) {
+  const auto [found, added] = places_.try_emplace(folder);
+  Place& place = found->second;
+  if (!added) return place;
+  place.path = path;
+  PassedOver pass;
+  pass.Step([&] {
+    const FolderContents there = files_.OpenFolder(path)->Contents();
+    for (const FolderEntry& file : there.files) {
+      place.real.insert(file.name);
+      place.files[*place.folded.insert(files_.FoldCase(file.name)).first].push_back(file.name);
+    }
+    for (const std::string& name : there.folders) {
+      place.real.insert(name);
+      place.folders[*place.folded.insert(files_.FoldCase(name)).first].push_back(name);
+    }
+  });
+  return place;
+}
+
+// The real name for one of the archive; none when the medium has no room for it.
+std::optional<std::string> ExtractionNames::NameIn(Place& place, const std::string& folder,
+                                                   const std::string& name, Kind kind) {
+  if (const auto given = place.given.find(name); given != place.given.end()) return given->second;
+  if (place.real.contains(name)) return name;
+  const std::string folded = files_.FoldCase(name);
+  auto& variants = kind == Kind::kFile ? place.files[folded] : place.folders[folded];
+  for (auto variant = variants.begin(); variant != variants.end(); ++variant) {
+    if (ArchiveHas(folder, *variant)) continue;
+    const std::string real = *variant;
+    variants.erase(variant);
+    place.given[name] = real;
+    return real;
+  }
+  if (!place.folded.insert(folded).second) {
+    // Something of another case is there: this one needs a place of its own.
+    PassedOver pass;
+    pass.Step([&] {
+      const auto held = files_.OpenFolder(place.path);
+      kind == Kind::kFile ? held->MakeFile(name) : held->MakeFolder(name);
+    });
+    const auto& failure = pass.StandingError();
+    if (failure && failure->Number() == kFileAlreadyExists) return std::nullopt;
+  }
+  place.real.insert(name);
+  return name;
+}
+
+bool ExtractionNames::ArchiveHas(const std::string& folder, const std::string& name) {
+  if (!archive_) {
+    archive_.emplace();
+    for (const std::string& entry : read_names_()) {
+      for (std::size_t end = entry.find('\\'); end != std::string::npos;
+           end = entry.find('\\', end + 1)) {
+        archive_->insert(entry.substr(0, end));
+      }
+      archive_->insert(entry);
+    }
+  }
+  return archive_->contains(folder + name);
+}
+
+}  // namespace tarnvale

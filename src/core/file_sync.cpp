@@ -1,0 +1,261 @@
+#include "core/file_sync.h"
+
+#include "base/text.h"
+#include "platform/name_pairs.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr std::size_t kNone = NamePairs::kNone;
+// The second folder is the storage, which others may write to.
+constexpr Rights kTowardsStorage = Rights::kSource;
+constexpr Rights kTowardsComputer = Rights::kNewFile;
+
+int DateStatus(const FolderEntry& first, const FolderEntry& second) {
+  if (second.modified_s < first.modified_s) return difference::kFirstNewer;
+  if (second.modified_s > first.modified_s) return difference::kSecondNewer;
+  return difference::kNone;
+}
+
+SyncDirection DirectionOf(int status) {
+  switch (status) {
+    case difference::kNone:
+    case difference::kAttributesDiffer:
+      return SyncDirection::kNeither;
+    case difference::kOnlyInFirst:
+      return SyncDirection::kFirstToSecond;
+    case difference::kOnlyInSecond:
+      return SyncDirection::kSecondToFirst;
+    default:
+      return (status & 3) == difference::kSecondNewer ? SyncDirection::kSecondToFirst
+                                                      : SyncDirection::kFirstToSecond;
+  }
+}
+
+// For each name of the second folder, whether one of the first belongs to it.
+std::vector<bool> Taken(const std::vector<std::size_t>& partners, std::size_t count) {
+  std::vector<bool> taken(count, false);
+  for (const std::size_t partner : partners) {
+    if (partner != kNone) taken[partner] = true;
+  }
+  return taken;
+}
+
+Path Below(const Path& folder, const std::string& name) {
+  return folder.empty() ? name : WithBackslash(folder) + name;
+}
+
+}  // namespace
+
+std::vector<FileSync::Row> FileSync::Compare(const FolderContents& first,
+                                             const FolderContents& second, const NamePairs& pairs) {
+  std::vector<Row> table;
+  table.reserve(first.files.size());
+  for (std::size_t i = 0; i < first.files.size(); ++i) {
+    const FolderEntry& file = first.files[i];
+    if (pairs.files[i] == kNone) {
+      table.push_back({file.name, file.name, difference::kOnlyInFirst});
+      continue;
+    }
+    const FolderEntry& other = second.files[pairs.files[i]];
+    int status = DateStatus(file, other);
+    if (file.size_bytes != other.size_bytes) status += difference::kSizesDiffer;
+    table.push_back({file.name, other.name, status});
+  }
+  const std::vector<bool> taken = Taken(pairs.files, second.files.size());
+  for (std::size_t i = 0; i < second.files.size(); ++i) {
+    const std::string& name = second.files[i].name;
+    if (!taken[i]) table.push_back({name, name, difference::kOnlyInSecond});
+  }
+  return table;
+}
+
+NamePairs FileSync::Pair(const FolderContents& first, const FolderContents& second) {
+  return PairNames(first, second,
+                   [this](std::string_view name) { return machine_.files.FoldCase(name); });
+}
+
+std::vector<FileDifference> FileSync::CompareFolders(const Path& first, const Path& second) {
+  FolderContents in_first;
+  FolderContents in_second;
+  PassedOver pass;
+  pass.Step([&] { in_first = machine_.files.OpenFolder(first)->Contents(); });
+  pass.Step([&] { in_second = machine_.files.OpenFolder(second)->Contents(); });
+  std::vector<FileDifference> table;
+  for (const Row& row : Compare(in_first, in_second, Pair(in_first, in_second))) {
+    const bool in_both = row.status >= difference::kNone;
+    table.push_back({row.status == difference::kOnlyInSecond ? row.second : row.first, row.status});
+    pass.Step([&] {
+      if (!in_both) return;
+      const int ours = machine_.files.Attributes(WithBackslash(first) + row.first);
+      const int theirs = machine_.files.Attributes(WithBackslash(second) + row.second);
+      if (ours != theirs) table.back().status += difference::kAttributesDiffer;
+    });
+  }
+  return table;
+}
+
+void FileSync::SyncFiles(const Path& first, const Path& second, bool two_way) {
+  FolderPair pair;
+  PassedOver pass;
+  pass.Step([&] { pair.first = machine_.files.OpenFolder(first); });
+  pass.Step([&] { pair.second = machine_.files.OpenFolder(second); });
+  pass.Step([&] { Read(pair); });
+  SyncPair(pair, two_way);
+}
+
+// What each of the two holds, as far as they are there.
+void FileSync::Read(FolderPair& pair) {
+  if (pair.first) pair.in_first = pair.first->Contents();
+  if (pair.second) pair.in_second = pair.second->Contents();
+  pair.names = Pair(pair.in_first, pair.in_second);
+}
+
+// A name that the medium doesn't tell from another one is passed over, and that
+// one stays as it is.
+void FileSync::CopyFile(const HeldEntry& source, const HeldEntry& target, Rights rights) {
+  try {
+    machine_.files.CopyEntry(source, target, rights);
+  } catch (const ProgramError& error) {
+    if (error.Number() != kFileAlreadyExists) throw;
+  }
+}
+
+void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
+  // Attributes cost two look-ups a file and decide no direction.
+  const std::vector<Row> table = Compare(pair.in_first, pair.in_second, pair.names);
+  // Required: an empty table fails the pass. SyncFolders goes on all the same.
+  if (table.empty()) throw ProgramError(kSubscriptOutOfRange);
+  for (const Row& row : table) {
+    const SyncDirection direction = DirectionOf(row.status);
+    const bool copies = direction == SyncDirection::kFirstToSecond ||
+                        (direction == SyncDirection::kSecondToFirst && two_way);
+    const bool both_are_there = pair.first && pair.second;
+    if (copies && !both_are_there) throw ProgramError(kPathNotFound);
+    if (both_are_there && OnCompared) {
+      OnCompared(
+          {{*pair.first, row.first}, {*pair.second, row.second}, row.status, direction, copies});
+    }
+    if (copies) {
+      const HeldEntry ours{*pair.first, row.first};
+      const HeldEntry theirs{*pair.second, row.second};
+      direction == SyncDirection::kFirstToSecond ? CopyFile(ours, theirs, kTowardsStorage)
+                                                 : CopyFile(theirs, ours, kTowardsComputer);
+    }
+    machine_.loop.Yield();
+  }
+}
+
+template <class Hold, class CopyWhole>
+void FileSync::SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& copy_whole,
+                           bool two_way) {
+  FolderPair roots;
+  PassedOver pass;
+  pass.Step([&] { roots.first = machine_.files.OpenFolder(first); });
+  pass.Step([&] { roots.second = hold_second(); });
+  if (!pass.StandingError()) pass.Step([&] { Read(roots); });
+  if (pass.StandingError()) {
+    pass.Step([&] { copy_whole(); });
+    return;
+  }
+  SyncTrees(roots, two_way);
+}
+
+void FileSync::SyncFolders(const Path& first, const Path& second, bool two_way) {
+  SyncFolders(
+      first, [&] { return machine_.files.OpenFolder(second); },
+      [&] { machine_.files.CopyTree(first, second, Yielding(), kTowardsStorage); }, two_way);
+}
+
+void FileSync::SyncFolders(const Path& first, const HeldEntry& second, bool two_way) {
+  // Held here as well: the caller's may go while this yields.
+  std::unique_ptr<HeldFolder> storage;
+  PassedOver pass;
+  pass.Step([&] { storage = second.folder.Inner({}); });
+  if (!storage) return;
+  SyncFolders(
+      first, [&, name = second.name] { return storage->Inner(name); },
+      [&, name = second.name] {
+        machine_.files.CopyTree(first, {*storage, name}, Yielding(), kTowardsStorage);
+      },
+      two_way);
+}
+
+// Both sides are found from the two folders that are held, so they stay these two.
+// Nothing else is held while the folders within are walked, however deep.
+void FileSync::SyncTrees(FolderPair& roots, bool two_way) {
+  std::vector<Level> levels;
+  PassedOver pass;
+  pass.Step([&] { SyncPair(roots, two_way); });
+  levels.push_back(LevelOf(roots, {}, {}));
+  while (!levels.empty()) {
+    Level& level = levels.back();
+    if (level.next < level.folders.size()) {
+      const SubFolders& folders = level.folders[level.next++];
+      if (auto inner = EnterFolders(roots, level, folders, two_way)) {
+        levels.push_back(std::move(*inner));
+      } else {
+        machine_.loop.Yield();
+      }
+      continue;
+    }
+    if (two_way) {
+      for (const std::string& name : level.only_in_second) {
+        pass.Step([&] {
+          const auto from = roots.second->Inner(level.second);
+          const auto to = roots.first->Inner(level.first);
+          machine_.files.CopyTree({*from, name}, {*to, name}, Yielding(), kTowardsComputer);
+        });
+      }
+    }
+    levels.pop_back();
+    if (!levels.empty()) machine_.loop.Yield();
+  }
+}
+
+// Syncs the files of two folders within; none when there was but a whole copy to
+// make.
+std::optional<FileSync::Level> FileSync::EnterFolders(const FolderPair& roots, const Level& outer,
+                                                      const SubFolders& folders, bool two_way) {
+  const Path first = Below(outer.first, folders.first);
+  const Path second = Below(outer.second, folders.second);
+  FolderPair pair;
+  PassedOver pass;
+  if (folders.in_both) {
+    pass.Step([&] { pair.first = roots.first->Inner(first); });
+    pass.Step([&] { pair.second = roots.second->Inner(second); });
+    if (!pass.StandingError()) pass.Step([&] { Read(pair); });
+  }
+  if (!folders.in_both || pass.StandingError()) {
+    pass.Step([&] {
+      const auto from = roots.first->Inner(outer.first);
+      const auto to = roots.second->Inner(outer.second);
+      machine_.files.CopyTree({*from, folders.first}, {*to, folders.second}, Yielding(),
+                              kTowardsStorage);
+    });
+    return std::nullopt;
+  }
+  pass.Step([&] { SyncPair(pair, two_way); });
+  return LevelOf(pair, first, second);
+}
+
+FileSync::Level FileSync::LevelOf(const FolderPair& pair, const Path& first, const Path& second) {
+  Level level{first, second, {}, {}, 0};
+  for (std::size_t i = 0; i < pair.in_first.folders.size(); ++i) {
+    const std::string& name = pair.in_first.folders[i];
+    const std::size_t partner = pair.names.folders[i];
+    const bool in_both = partner != kNone;
+    level.folders.push_back({name, in_both ? pair.in_second.folders[partner] : name, in_both});
+  }
+  const std::vector<bool> taken = Taken(pair.names.folders, pair.in_second.folders.size());
+  for (std::size_t i = 0; i < taken.size(); ++i) {
+    if (!taken[i]) level.only_in_second.push_back(pair.in_second.folders[i]);
+  }
+  return level;
+}
+
+std::function<void()> FileSync::Yielding() {
+  return [this] { machine_.loop.Yield(); };
+}
+
+}  // namespace tarnvale

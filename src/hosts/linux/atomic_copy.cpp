@@ -1,0 +1,222 @@
+#include "hosts/linux/atomic_copy.h"
+
+#include <fcntl.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#include "base/failure.h"
+#include "hosts/linux/archive_bit.h"
+#include "hosts/linux/copy_data.h"
+#include "hosts/linux/descriptor.h"
+#include "hosts/linux/native_errors.h"
+#include "hosts/linux/own_links.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr mode_t kPermissions = 07777;
+constexpr mode_t kOwnersAlone = 0600;
+
+// A temporary that goes when it isn't renamed in the end.
+class Provisional {
+ public:
+  explicit Provisional(NativeSpot spot) : spot_(spot) {}
+  Provisional(const Provisional&) = delete;
+  Provisional& operator=(const Provisional&) = delete;
+  ~Provisional() {
+    if (!renamed_) ::unlinkat(spot_.folder_fd, spot_.path, 0);
+  }
+
+  void RenameTo(NativeSpot target) {
+    if (::renameat(spot_.folder_fd, spot_.path, target.folder_fd, target.path) != 0) {
+      RaiseNative(errno, Attempt::kChange);
+    }
+    renamed_ = true;
+  }
+
+ private:
+  NativeSpot spot_;
+  bool renamed_ = false;
+};
+
+Descriptor OpenSource(NativeSpot source, Links links, struct stat& info) {
+  // Should a pipe have come into the file's place meanwhile, this doesn't wait; nor
+  // does it follow a link that came there.
+  constexpr int kFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  Descriptor file = links == Links::kFollow
+                        ? OpenByOwnLinks(source.folder_fd, source.path, kFlags)
+                        : Descriptor(::openat(source.folder_fd, source.path, kFlags | O_NOFOLLOW));
+  if (!file) RaiseNative(errno == ENOTDIR ? ENOENT : errno, Attempt::kChange);
+  if (::fstat(file.Get(), &info) != 0) RaiseNative(errno, Attempt::kChange);
+  if (S_ISDIR(info.st_mode)) throw ProgramError(kFileNotFound);
+  if (!S_ISREG(info.st_mode)) throw ProgramError(kPermissionDenied);
+  return file;
+}
+
+[[noreturn]] void RaiseForTarget(int error) {
+  // What is missing here is the folder.
+  if (error == ENOENT) throw ProgramError(kPathNotFound);
+  RaiseNative(error, Attempt::kChange);
+}
+
+// True for attributes that belong to the content; others belong to the place.
+bool GoesWithCopy(std::string_view name, Rights rights) {
+  if (name == kArchivedAttribute) return false;
+  return name.starts_with("user.") ||
+         (rights == Rights::kSource && name.starts_with("system.posix_acl_"));
+}
+
+// What the user's mask takes from new files.
+mode_t UserMask() {
+  const mode_t mask = ::umask(077);
+  ::umask(mask);
+  return mask;
+}
+
+bool LinkNameless(int file, NativeSpot target) {
+  if (::linkat(file, "", target.folder_fd, target.path, AT_EMPTY_PATH) == 0) return true;
+  if (errno == EEXIST) return false;
+  // Older kernels allow that to the superuser only.
+  const std::string file_link = "/proc/self/fd/" + std::to_string(file);
+  return ::linkat(AT_FDCWD, file_link.c_str(), target.folder_fd, target.path, AT_SYMLINK_FOLLOW) ==
+         0;
+}
+
+// `made`: what the system gave the new file. Set-id bits lend the owner's rights,
+// and on a medium any owner can be written: no copy has them.
+mode_t PermissionsFor(Rights rights, mode_t source, mode_t made) {
+  switch (rights) {
+    case Rights::kOwner:
+      return kOwnersAlone;
+    case Rights::kNewFile:
+      return source & made & 0777;
+    default:
+      return source & 0777;
+  }
+}
+
+// Media that can't hold links refuse to make one in these ways.
+bool MeansNoLinks(int error) {
+  return error == EPERM || error == EOPNOTSUPP || error == ENOSYS;
+}
+
+}  // namespace
+
+void CopyExtendedAttributes(int source, int target, Rights rights) {
+  std::array<char, 1024> small{};
+  ssize_t length = ::flistxattr(source, small.data(), small.size());
+  if (length == 0) return;
+  std::vector<char> names(small.begin(), small.end());
+  if (length < 0 && errno == ERANGE) {
+    names.resize(65536);
+    length = ::flistxattr(source, names.data(), names.size());
+  }
+  std::vector<char> value;
+  for (ssize_t at = 0; at < length;) {
+    const char* name = names.data() + at;
+    at += static_cast<ssize_t>(std::strlen(name)) + 1;
+    if (!GoesWithCopy(name, rights)) continue;
+    value.resize(65536);
+    const ssize_t size = ::fgetxattr(source, name, value.data(), value.size());
+    // Chosen: what the target's medium can't hold is left out; the content counts.
+    if (size >= 0) ::fsetxattr(target, name, value.data(), static_cast<std::size_t>(size), 0);
+  }
+}
+
+bool MayReplace(const struct stat& source, const struct stat& target) {
+  if (source.st_dev == target.st_dev && source.st_ino == target.st_ino) return false;
+  if (S_ISLNK(target.st_mode)) return true;
+  if (!S_ISREG(target.st_mode) || (target.st_mode & S_IWUSR) == 0) {
+    throw ProgramError(kPathFileAccess);
+  }
+  return true;
+}
+
+// Both extended attributes and content can be written, whatever comes later.
+mode_t AtomicCopy::CreationMode(const Source& source) {
+  mode_t mode = source.rights == Rights::kOwner ? 0 : source.info.st_mode & 0777;
+  // For a file without a name older kernels forget it.
+  if (source.rights == Rights::kNewFile) mode &= ~UserMask();
+  return mode | kOwnersAlone;
+}
+
+void AtomicCopy::CopyProperties(const Source& source, int target) {
+  CopyExtendedAttributes(source.file.Get(), target, source.rights);
+  struct stat made {};
+  if (::fstat(target, &made) != 0) RaiseNative(errno, Attempt::kChange);
+  const mode_t wanted = PermissionsFor(source.rights, source.info.st_mode, made.st_mode);
+  // A medium without permissions refuses some; the content counts.
+  if ((made.st_mode & kPermissions) != wanted) ::fchmod(target, wanted);
+  const std::array<timespec, 2> times{source.info.st_atim, source.info.st_mtim};
+  if (::futimens(target, times.data()) != 0 && errno == EIO) RaiseNative(errno, Attempt::kChange);
+}
+
+NativeSpot AtomicCopy::TemporaryFor(const CopyTarget& target) {
+  const std::string& path = temporaries_.Begin(target.folder);
+  return {target.spot.folder_fd, path.c_str() + target.folder.size() + 1};
+}
+
+void AtomicCopy::CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target) {
+  Source from;
+  from.rights = manner.rights;
+  from.file = OpenSource(source, manner.links, from.info);
+  if (target.is_new && CopyNameless(from, target)) return;
+  CopyNamed(from, target);
+}
+
+// Writes a file that has no name until it is whole: nothing is left of it
+// wherever the process ends, and it is faster than a temporary name. False when
+// the medium knows no such files, or when something has the name by now.
+bool AtomicCopy::CopyNameless(const Source& source, const CopyTarget& target) {
+  const int flags = O_WRONLY | O_TMPFILE | O_CLOEXEC;
+  Descriptor to(::openat(target.spot.folder_fd, ".", flags, CreationMode(source)));
+  if (!to) return false;
+  CopyData(source.file.Get(), to.Get(), source.info);
+  CopyProperties(source, to.Get());
+  if (!LinkNameless(to.Get(), target.spot)) return false;
+  if (!to.Close()) RaiseNative(errno, Attempt::kChange);
+  return true;
+}
+
+void AtomicCopy::CopyNamed(const Source& source, const CopyTarget& target) {
+  const NativeSpot spot = TemporaryFor(target);
+  Descriptor to = CreateFresh(spot.folder_fd, spot.path, CreationMode(source));
+  if (!to) RaiseForTarget(errno);
+  Provisional provisional(spot);
+  // It may have been read before.
+  if (target.is_new) ::lseek(source.file.Get(), 0, SEEK_SET);
+  CopyData(source.file.Get(), to.Get(), source.info);
+  CopyProperties(source, to.Get());
+  if (!to.Close()) RaiseNative(errno, Attempt::kChange);
+  provisional.RenameTo(target.spot);
+}
+
+void AtomicCopy::CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target) {
+  std::array<char, PATH_MAX> text{};
+  const ssize_t length = ::readlinkat(source.folder_fd, source.path, text.data(), text.size() - 1);
+  if (length < 0) RaiseNative(errno, Attempt::kChange);
+  text[static_cast<std::size_t>(length)] = '\0';
+  const NativeSpot spot = TemporaryFor(target);
+  int failed = ::symlinkat(text.data(), spot.folder_fd, spot.path);
+  if (failed != 0 && errno == EEXIST && ::unlinkat(spot.folder_fd, spot.path, 0) == 0) {
+    failed = ::symlinkat(text.data(), spot.folder_fd, spot.path);
+  }
+  // Chosen: passed over like a device, so that it doesn't keep others from
+  // being copied.
+  if (failed != 0 && MeansNoLinks(errno)) return;
+  if (failed != 0) RaiseForTarget(errno);
+  Provisional provisional(spot);
+  const std::array<timespec, 2> times{info.st_atim, info.st_mtim};
+  ::utimensat(spot.folder_fd, spot.path, times.data(), AT_SYMLINK_NOFOLLOW);
+  provisional.RenameTo(target.spot);
+}
+
+}  // namespace tarnvale

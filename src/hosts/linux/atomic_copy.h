@@ -1,0 +1,78 @@
+// Copying one file or link so that its target changes in one step.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <string>
+
+#include "hosts/linux/descriptor.h"
+#include "hosts/linux/temporaries.h"
+#include "platform/files.h"
+
+namespace tarnvale {
+
+/// Where a copy comes from or goes to: a path relative to an open folder, or, of a
+/// source only, an absolute one with AT_FDCWD.
+struct NativeSpot {
+  int folder_fd;
+  const char* path;
+};
+
+/// Whether a copy is one of what a link leads to.
+enum class Links { kFollow, kKeep };
+
+struct CopyManner {
+  Links links;
+  Rights rights;
+};
+
+/// Where a copy goes to.
+struct CopyTarget {
+  NativeSpot spot;
+  /// The native folder that it lies in, absolute.
+  const std::string& folder;
+  /// Nothing has this name yet, as far as is known.
+  bool is_new = false;
+};
+
+/// Whether a copy from something with the properties `source` may replace what
+/// stands at its target. Raises 75 for a folder, a device, a socket, a pipe and
+/// a read-only file. False when both are one and the same file, so that there is
+/// nothing to do.
+bool MayReplace(const struct stat& source, const struct stat& target);
+
+/// Copies the extended attributes that go with a copy: what the target's medium
+/// can't hold is left out, and so are access lists unless `rights` lets them through.
+void CopyExtendedAttributes(int source_fd, int target_fd, Rights rights);
+
+class AtomicCopy {
+ public:
+  explicit AtomicCopy(Temporaries& temporaries) : temporaries_(temporaries) {}
+
+  /// Copies a plain file with modification time, permissions and extended
+  /// attributes, replacing what is there unasked. Raises 53 (no source), 61, 70,
+  /// 57, and 75 for a link that is to be kept; the target is then as it was.
+  void CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target);
+
+  /// Copies a symbolic link; `info` is its own. Nothing happens on a medium that
+  /// can't hold links.
+  void CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target);
+
+ private:
+  struct Source {
+    Descriptor file;
+    struct stat info {};
+    Rights rights = Rights::kOwner;  ///< of the copy
+  };
+
+  static mode_t CreationMode(const Source& source);
+  static void CopyProperties(const Source& source, int target);
+
+  static bool CopyNameless(const Source& source, const CopyTarget& target);
+  void CopyNamed(const Source& source, const CopyTarget& target);
+  NativeSpot TemporaryFor(const CopyTarget& target);
+
+  Temporaries& temporaries_;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,119 @@
+#include "hosts/linux/folder_scan.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <utility>
+
+#include "base/failure.h"
+#include "hosts/linux/name_case.h"
+#include "hosts/linux/native_errors.h"
+#include "hosts/linux/own_links.h"
+#include "hosts/linux/paths.h"
+
+namespace tarnvale {
+namespace {
+
+unsigned char Folded(char c) {
+  return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+}
+
+bool IsDots(const char* name) {
+  return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+}  // namespace
+
+bool ComesBefore(std::string_view a, std::string_view b) {
+  const std::size_t shared = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < shared; ++i) {
+    const unsigned char x = Folded(a[i]);
+    const unsigned char y = Folded(b[i]);
+    if (x != y) return x < y;
+  }
+  return a.size() != b.size() ? a.size() < b.size() : a < b;
+}
+
+FolderScan::FolderScan(Descriptor folder, const Temporaries& temporaries)
+    : folder_(nullptr, &::closedir), temporaries_(temporaries) {
+  folder_.reset(::fdopendir(folder.Get()));
+  if (!folder_) RaiseNative(errno, Attempt::kAsk);
+  folder.Release();
+}
+
+const dirent* FolderScan::Next() {
+  for (;;) {
+    errno = 0;
+    const dirent* entry = ::readdir(folder_.get());
+    if (entry == nullptr) {
+      if (errno != 0) RaiseNative(errno, Attempt::kAsk);
+      return nullptr;
+    }
+    const char* name = entry->d_name;
+    if (name[0] == '.') {
+      if (IsDots(name)) continue;
+      if (IsTemporaryName(name)) {
+        temporaries_.Sweep(Fd(), name);
+        continue;
+      }
+    }
+    if (CanBeNamed(name)) return entry;
+    left_out_ = true;
+  }
+}
+
+Descriptor OpenNativeFolder(const std::string& folder, bool follow, FolderUse use) {
+  const int flags = static_cast<int>(use) | O_DIRECTORY | O_CLOEXEC;
+  Descriptor fd = follow ? OpenByOwnLinks(AT_FDCWD, folder, flags)
+                         : Descriptor(::open(folder.c_str(), flags | O_NOFOLLOW));
+  if (fd) return fd;
+  if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG) {
+    throw ProgramError(kPathNotFound);
+  }
+  RaiseNative(errno, Attempt::kAsk);
+}
+
+Descriptor OpenInnerFolder(int folder_fd, std::string_view names, FolderUse use) {
+  if (names.size() >= PATH_MAX) throw ProgramError(kPathNotFound);
+  constexpr int kFolder = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+  Descriptor inner;
+  for (std::size_t at = 0; at < names.size();) {
+    const std::size_t end = std::min(names.find('/', at), names.size());
+    const std::string name(names.substr(at, end - at));
+    if (name.empty() || IsDots(name.c_str())) throw ProgramError(kPathNotFound);
+    // A folder on the way need only be one that can be entered.
+    inner = Descriptor(::openat(inner ? inner.Get() : folder_fd, name.c_str(), O_PATH | kFolder));
+    if (!inner) break;
+    at = end + 1;
+  }
+  if (inner || names.empty()) {
+    const int holder = inner ? inner.Get() : folder_fd;
+    inner = Descriptor(::openat(holder, ".", static_cast<int>(use) | kFolder));
+  }
+  if (inner) return inner;
+  if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG) {
+    throw ProgramError(kPathNotFound);
+  }
+  RaiseNative(errno, Attempt::kAsk);
+}
+
+void RequireExactName(int folder_fd, const std::string& name, const struct stat& there) {
+  const std::string other = InOtherCase(name);
+  struct stat info {};
+  // Only a medium that folds names finds the same thing by both.
+  if (other == name || ::fstatat(folder_fd, other.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0 ||
+      info.st_dev != there.st_dev || info.st_ino != there.st_ino) {
+    return;
+  }
+  const std::unique_ptr<DIR, int (*)(DIR*)> folder(
+      ::fdopendir(OpenInnerFolder(folder_fd, {}).Release()), &::closedir);
+  if (!folder) RaiseNative(errno, Attempt::kAsk);
+  while (const dirent* entry = ::readdir(folder.get())) {
+    if (name == entry->d_name) return;
+  }
+  throw ProgramError(kFileAlreadyExists);
+}
+
+}  // namespace tarnvale

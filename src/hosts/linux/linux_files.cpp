@@ -1,0 +1,403 @@
+#include "hosts/linux/linux_files.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstddef>
+#include <cstdio>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <thread>
+
+#include "base/failure.h"
+#include "hosts/linux/linux_folder.h"
+#include "hosts/linux/listing.h"
+#include "hosts/linux/name_case.h"
+#include "hosts/linux/native_errors.h"
+#include "hosts/linux/own_links.h"
+#include "hosts/linux/own_program.h"
+
+namespace tarnvale {
+namespace {
+
+// More folders than this are simply looked through once more.
+constexpr std::size_t kMostSwept = 65536;
+
+bool EndsInBackslash(const Path& path) {
+  return !path.empty() && (path.back() == '\\' || path.back() == '/');
+}
+
+bool IsReadOnly(const struct stat& info) {
+  return (info.st_mode & S_IWUSR) == 0;
+}
+
+bool IsSystem(const struct stat& info) {
+  return !S_ISREG(info.st_mode) && !S_ISDIR(info.st_mode) && !S_ISLNK(info.st_mode);
+}
+
+bool IsHidden(const Located& located) {
+  return located.name.size() > 1 && located.name.front() == '.';
+}
+
+bool IsFolder(const Located& located) {
+  if (!located.found) return false;
+  struct stat info {};
+  return S_ISDIR(located.info.st_mode) ||
+         (S_ISLNK(located.info.st_mode) && ::stat(located.Native().c_str(), &info) == 0 &&
+          S_ISDIR(info.st_mode));
+}
+
+// Sets the mode of the very file that `info` tells of: another one may have come into
+// its place meanwhile, or into a folder's on the way. Raises 75 then, and for a link of
+// somebody else.
+void SetMode(const Located& located, const struct stat& info, mode_t mode) {
+  std::string native = located.Native();
+  struct stat end {};
+  if (!GoByOwnLinks(AT_FDCWD, native, end)) RaiseNative(errno, Attempt::kAsk);
+  const Descriptor file(::open(native.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+  if (!file || ::fstat(file.Get(), &end) != 0) RaiseNative(errno, Attempt::kAsk);
+  if (end.st_dev != info.st_dev || end.st_ino != info.st_ino) throw ProgramError(kPathFileAccess);
+  const std::string held = "/proc/self/fd/" + std::to_string(file.Get());
+  if (::chmod(held.c_str(), mode) != 0) RaiseNative(errno, Attempt::kAsk);
+}
+
+// The kernel doesn't let go of a thread that flushes. Nobody waits for this one:
+// what it works on is its own.
+class FlushBesideTheLoop final : public MediumFlush {
+ public:
+  explicit FlushBesideTheLoop(Descriptor folder) {
+    try {
+      std::thread([state = state_, folder = std::move(folder)] {
+        *state = ::syncfs(folder.Get()) == 0 ? State::kDone : State::kFailed;
+      }).detach();
+    } catch (const std::system_error&) {
+      throw ProgramError(kDeviceIoError);
+    }
+  }
+
+  bool IsDone() override {
+    const State state = *state_;
+    if (state == State::kFailed) throw ProgramError(kDeviceIoError);
+    return state == State::kDone;
+  }
+
+ private:
+  enum class State { kInWork, kDone, kFailed };
+
+  std::shared_ptr<std::atomic<State>> state_ = std::make_shared<std::atomic<State>>(State::kInWork);
+};
+
+void RequireCopyable(const struct stat& info) {
+  if (S_ISDIR(info.st_mode)) throw ProgramError(kFileNotFound);
+  if (IsSystem(info)) throw ProgramError(kPermissionDenied);
+}
+
+// Where a copy to an entry of a held folder goes; none when it would go onto itself.
+std::optional<CopyTarget> TargetOf(const HeldEntry& target, const struct stat& source) {
+  const LinuxFolder& folder = LinuxFolder::Of(target);
+  RequireName(target.name);
+  struct stat there {};
+  const bool exists = ::fstatat(folder.Fd(), target.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0;
+  if (exists) RequireExactName(folder.Fd(), target.name, there);
+  if (exists && !MayReplace(source, there)) return std::nullopt;
+  return CopyTarget{{folder.Fd(), target.name.c_str()}, folder.Native(), !exists};
+}
+
+// Makes one folder. Raises 75 when something is there already.
+void MakeNative(const Located& located) {
+  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (located.found || !CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
+  if (::mkdir(located.Native().c_str(), 0777) == 0) return;
+  if (errno == EEXIST) throw ProgramError(kPathFileAccess);
+  if (errno == ENOENT) throw ProgramError(kPathNotFound);
+  RaiseNative(errno, Attempt::kChange);
+}
+
+}  // namespace
+
+LinuxFiles::LinuxFiles(const std::string& root, const std::string& state_folder)
+    : temporaries_(state_folder),
+      locator_(DrivePaths(root), temporaries_),
+      copy_(temporaries_),
+      archive_(state_folder) {}
+
+Path LinuxFiles::ProgramFolder() {
+  const std::string native = OwnProgramFile();
+  return locator_.Drive().FromNative(NativeFolderOf(native));
+}
+
+// As Locator::Find, with `info` that of the file behind a link.
+Located LinuxFiles::FindFollowed(const Path& path) {
+  Located located = locator_.Find(path);
+  if (S_ISLNK(located.info.st_mode) && !StateByOwnLinks(AT_FDCWD, located.Native(), located.info)) {
+    if (errno == ENOTDIR || errno == ELOOP) errno = ENOENT;
+    RaiseNative(errno, Attempt::kAsk);
+  }
+  return located;
+}
+
+std::int64_t LinuxFiles::Length(const Path& file) {
+  const Located located = FindFollowed(file);
+  if (S_ISDIR(located.info.st_mode)) throw ProgramError(kFileNotFound);
+  if (!S_ISREG(located.info.st_mode)) throw ProgramError(kPathFileAccess);
+  return located.info.st_size;
+}
+
+int LinuxFiles::Attributes(const Path& path) {
+  const Located located = FindFollowed(path);
+  const struct stat& info = located.info;
+  int value = 0;
+  if (IsReadOnly(info)) value |= attribute::kReadOnly;
+  if (IsHidden(located)) value |= attribute::kHidden;
+  if (IsSystem(info)) value |= attribute::kSystem;
+  if (S_ISDIR(info.st_mode)) value |= attribute::kDirectory;
+  if (S_ISREG(info.st_mode) && archive_.IsSet(located.Native(), info)) value |= attribute::kArchive;
+  return value;
+}
+
+void LinuxFiles::SetAttributes(const Path& file, int value) {
+  constexpr int kAll =
+      attribute::kReadOnly | attribute::kHidden | attribute::kSystem | attribute::kArchive;
+  if (value < 0 || (value & ~kAll) != 0) throw ProgramError(kInvalidCall);
+  const Located located = FindFollowed(file);
+  const struct stat& info = located.info;
+  if (S_ISDIR(info.st_mode)) throw ProgramError(kPathFileAccess);
+  const bool hidden = (value & attribute::kHidden) != 0;
+  const bool system = (value & attribute::kSystem) != 0;
+  const bool archive = (value & attribute::kArchive) != 0;
+  if (hidden != IsHidden(located) || system != IsSystem(info) || (system && archive)) {
+    throw ProgramError(kInvalidCall);
+  }
+  const std::string native = located.Native();
+  const bool read_only = (value & attribute::kReadOnly) != 0;
+  const mode_t mode = info.st_mode & 07777;
+  const mode_t wanted = read_only ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR;
+  // A file that isn't read-only any more takes the mark, and so does one that
+  // isn't yet.
+  if (!read_only && wanted != mode) SetMode(located, info, wanted);
+  if (!system && archive != archive_.IsSet(native, info)) {
+    archive ? archive_.Set(native) : archive_.Clear(native, info);
+  }
+  if (read_only && wanted != mode) SetMode(located, info, wanted);
+}
+
+bool LinuxFiles::FolderExists(const Path& folder) {
+  return IsFolder(locator_.Locate(folder));
+}
+
+bool LinuxFiles::FileExists(const Path& file) {
+  const Located located = locator_.Locate(file);
+  return located.found && !IsFolder(located);
+}
+
+Located LinuxFiles::LocateTarget(const Path& target) {
+  Located located = locator_.Locate(target);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
+  return located;
+}
+
+// A file to be copied, `info` that of the file behind a link.
+Located LinuxFiles::SourceOfCopy(const Path& source) {
+  Located from = locator_.Locate(source);
+  if (from.error != 0) RaiseNative(from.error, Attempt::kChange);
+  if (!from.found) throw ProgramError(kFileNotFound);
+  if (S_ISLNK(from.info.st_mode) && !StateByOwnLinks(AT_FDCWD, from.Native(), from.info)) {
+    throw ProgramError(errno == EACCES ? kPermissionDenied : kFileNotFound);
+  }
+  RequireCopyable(from.info);
+  return from;
+}
+
+void LinuxFiles::CopyWhole(const Path& source, const Path& target, Rights rights) {
+  const Located from = SourceOfCopy(source);
+  const Located to = LocateTarget(target);
+  if (to.found && !MayReplace(from.info, to.info)) return;
+  SweepOnce(to.folder);
+  const std::string native = from.Native();
+  const Descriptor folder = OpenNativeFolder(to.folder + "/.", true, FolderUse::kEnter);
+  copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights},
+                 {{folder.Get(), to.name.c_str()}, to.folder, !to.found});
+}
+
+void LinuxFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
+  const Located from = SourceOfCopy(source);
+  const auto to = TargetOf(target, from.info);
+  const std::string native = from.Native();
+  if (to) copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights}, *to);
+}
+
+void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rights rights) {
+  const NativeSpot from{LinuxFolder::Of(source).Fd(), source.name.c_str()};
+  struct stat info {};
+  if (::fstatat(from.folder_fd, from.path, &info, AT_SYMLINK_NOFOLLOW) != 0) {
+    RaiseNative(errno, Attempt::kChange);
+  }
+  RequireCopyable(info);
+  const auto to = TargetOf(target, info);
+  if (!to) return;
+  if (S_ISLNK(info.st_mode)) {
+    copy_.CopyLink(from, info, *to);
+  } else {
+    copy_.CopyFile(from, {Links::kKeep, rights}, *to);
+  }
+}
+
+// Deletes what is left over in a folder before the first copy into it.
+void LinuxFiles::SweepOnce(const std::string& folder) {
+  if (swept_.contains(folder)) return;
+  PassedOver pass;
+  pass.Step([&] {
+    FolderScan scan(OpenNativeFolder(folder + "/.", true), temporaries_);
+    while (scan.Next() != nullptr) continue;
+  });
+  if (swept_.size() >= kMostSwept) swept_.clear();
+  swept_.insert(folder);
+}
+
+// The folder to read a tree from; a link to one is followed.
+Descriptor LinuxFiles::OpenTreeSource(const Path& source) {
+  const Located located = locator_.Locate(source);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (!IsFolder(located)) throw ProgramError(kPathNotFound);
+  return OpenNativeFolder(located.Native(), true);
+}
+
+// The folder to write a tree to, there or not. Links lead to the one that holds it.
+TreeTarget LinuxFiles::TargetOfTree(const Path& target, Descriptor& parent) {
+  const Located located = LocateTarget(target);
+  const bool is_link = located.found && !S_ISDIR(located.info.st_mode);
+  if (is_link && !(IsFolder(located) && EndsInBackslash(target))) {
+    throw ProgramError(kPathFileAccess);
+  }
+  if (is_link || located.name == ".") {
+    parent = OpenNativeFolder(located.Native(), true);
+    return {parent.Get(), located.Native(), {}, false};
+  }
+  // One that can be entered will do, like the folder of all homes.
+  parent = OpenNativeFolder(located.folder + "/.", true, FolderUse::kEnter);
+  return {parent.Get(), located.folder, located.name, false};
+}
+
+void LinuxFiles::CopyTree(const Path& source, const Path& target,
+                          const std::function<void()>& between, Rights rights) {
+  const Descriptor from = OpenTreeSource(source);
+  Descriptor parent;
+  const TreeTarget to = TargetOfTree(target, parent);
+  TreeCopy(temporaries_, rights, between).Run(from.Get(), to);
+}
+
+void LinuxFiles::CopyTree(const Path& source, const HeldEntry& target,
+                          const std::function<void()>& between, Rights rights) {
+  CopyTree(OpenTreeSource(source), target, between, rights);
+}
+
+void LinuxFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
+                          const std::function<void()>& between, Rights rights) {
+  CopyTree(OpenInnerFolder(LinuxFolder::Of(source).Fd(), source.name), target, between, rights);
+}
+
+void LinuxFiles::CopyTree(const Descriptor& source, const HeldEntry& target,
+                          const std::function<void()>& between, Rights rights) {
+  const LinuxFolder& to = LinuxFolder::Of(target);
+  TreeCopy(temporaries_, rights, between)
+      .Run(source.Get(), {to.Fd(), to.Native(), target.name, true});
+}
+
+void LinuxFiles::MoveTree(const Path& source, const Path& target) {
+  const Located from = locator_.Locate(source);
+  if (from.error != 0) RaiseNative(from.error, Attempt::kAsk);
+  if (!from.found || !S_ISDIR(from.info.st_mode)) throw ProgramError(kPathNotFound);
+  const Located to = LocateTarget(target);
+  if (to.found) throw ProgramError(kFileAlreadyExists);
+  const std::string source_native = from.Native();
+  const std::string target_native = to.Native();
+  if (::renameat2(AT_FDCWD, source_native.c_str(), AT_FDCWD, target_native.c_str(),
+                  RENAME_NOREPLACE) == 0) {
+    return;
+  }
+  if (errno == EEXIST) throw ProgramError(kFileAlreadyExists);
+  // A folder that is to go into itself would be deleted with its source.
+  const std::string source_start = source_native + "/";
+  if (target_native.compare(0, source_start.size(), source_start) == 0 ||
+      (errno != EXDEV && errno != EINVAL && errno != EPERM)) {
+    RaiseNative(errno, Attempt::kChange);
+  }
+  const std::function<void()> nothing;
+  TreeCopy copy(temporaries_, Rights::kSource, nothing);
+  Descriptor parent;
+  const Descriptor opened = OpenNativeFolder(source_native, false);
+  copy.Run(opened.Get(), TargetOfTree(target, parent));
+  if (!copy.CopiedAll()) throw ProgramError(kPathFileAccess);
+  RemoveTree(source_native);
+}
+
+void LinuxFiles::CreateFolder(const Path& folder) {
+  MakeNative(locator_.Locate(folder));
+}
+
+void LinuxFiles::CreateFoldersOf(const Path& path) {
+  const auto last = path.find_last_of("\\/");
+  const auto native = locator_.Drive().ToNative(path);
+  if (last == Path::npos || !native || native->size() >= PATH_MAX) {
+    throw ProgramError(kPathNotFound);
+  }
+  for (std::size_t end = path.find_first_of("\\/"); end != Path::npos;
+       end = path.find_first_of("\\/", end + 1)) {
+    const Located located = locator_.Locate(path.substr(0, end + 1));
+    if (IsFolder(located)) continue;
+    MakeNative(located);
+  }
+}
+
+void LinuxFiles::Delete(const Path& file) {
+  const Located located = locator_.Find(file);
+  if (S_ISDIR(located.info.st_mode)) throw ProgramError(kFileNotFound);
+  if (!S_ISLNK(located.info.st_mode) && IsReadOnly(located.info)) {
+    throw ProgramError(kPathFileAccess);
+  }
+  if (open_files_ != nullptr && open_files_->HoldsOpen(located.info)) {
+    throw ProgramError(kPermissionDenied);
+  }
+  if (::unlink(located.Native().c_str()) != 0) RaiseNative(errno, Attempt::kChange);
+}
+
+std::vector<std::string> LinuxFiles::List(const Path& pattern, ListKinds kinds) {
+  const auto last = pattern.find_last_of("\\/");
+  if (last == Path::npos) return {};
+  const auto folder = locator_.FindFolder(pattern.substr(0, last + 1));
+  if (!folder) return {};
+  return ListFiles(OpenNativeFolder(*folder, true), pattern.substr(last + 1), kinds, temporaries_);
+}
+
+std::vector<std::string> LinuxFiles::ListFolders(const Path& folder, ListKinds kinds) {
+  const auto native = locator_.FindFolder(folder);
+  if (!native) throw ProgramError(kPathNotFound);
+  return ListSubFolders(OpenNativeFolder(*native, true), kinds, temporaries_);
+}
+
+std::unique_ptr<HeldFolder> LinuxFiles::OpenFolder(const Path& folder) {
+  const Located located = locator_.Locate(folder);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (!located.found) throw ProgramError(kPathNotFound);
+  return std::make_unique<LinuxFolder>(OpenNativeFolder(located.Native(), true), located.Native(),
+                                       temporaries_);
+}
+
+std::string LinuxFiles::FoldCase(std::string_view name) {
+  return tarnvale::FoldCase(name);
+}
+
+std::unique_ptr<MediumFlush> LinuxFiles::BeginFlush(const Path& folder) {
+  const auto native = locator_.FindFolder(folder);
+  if (!native) throw ProgramError(kPathNotFound);
+  return std::make_unique<FlushBesideTheLoop>(OpenNativeFolder(*native, true));
+}
+
+}  // namespace tarnvale

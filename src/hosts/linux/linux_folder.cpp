@@ -1,0 +1,57 @@
+#include "hosts/linux/linux_folder.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "base/failure.h"
+#include "hosts/linux/folder_scan.h"
+#include "hosts/linux/listing.h"
+#include "hosts/linux/native_errors.h"
+#include "hosts/linux/paths.h"
+
+namespace tarnvale {
+
+void RequireName(const std::string& name) {
+  if (name.empty() || name == "." || name == ".." || !CanBeNamed(name) ||
+      name.find_first_of(std::string_view("/\0", 2)) != std::string::npos) {
+    throw ProgramError(kPathFileAccess);
+  }
+}
+
+FolderContents LinuxFolder::Contents() {
+  return ReadContents(OpenInnerFolder(Fd(), {}), temporaries_);
+}
+
+std::unique_ptr<HeldFolder> LinuxFolder::Inner(const std::string& names) {
+  std::string native = names;
+  std::replace(native.begin(), native.end(), '\\', '/');
+  Descriptor inner = OpenInnerFolder(Fd(), native);
+  const std::string below = native.empty() ? native : "/" + native;
+  return std::make_unique<LinuxFolder>(std::move(inner), native_ + below, temporaries_);
+}
+
+void LinuxFolder::MakeFolder(const std::string& name) {
+  RequireName(name);
+  if (::mkdirat(Fd(), name.c_str(), 0777) != 0) RaiseForMaking(name, errno);
+}
+
+void LinuxFolder::MakeFile(const std::string& name) {
+  RequireName(name);
+  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  const Descriptor made(::openat(Fd(), name.c_str(), flags, 0666));
+  if (!made) RaiseForMaking(name, errno);
+}
+
+void LinuxFolder::RaiseForMaking(const std::string& name, int error) const {
+  struct stat there {};
+  if (error == EEXIST && ::fstatat(Fd(), name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0) {
+    RequireExactName(Fd(), name, there);
+  }
+  if (error == EEXIST) throw ProgramError(kPathFileAccess);
+  if (error == ENOENT) throw ProgramError(kPathNotFound);
+  RaiseNative(error, Attempt::kChange);
+}
+
+}  // namespace tarnvale

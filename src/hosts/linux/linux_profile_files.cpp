@@ -1,0 +1,282 @@
+#include "hosts/linux/linux_profile_files.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <string_view>
+#include <utility>
+
+#include "base/characters.h"
+#include "base/failure.h"
+#include "base/text.h"
+#include "hosts/linux/folder_scan.h"
+#include "hosts/linux/name_case.h"
+#include "hosts/linux/own_links.h"
+#include "hosts/linux/paths.h"
+
+namespace tarnvale {
+namespace {
+
+// Chosen: a settings file holds passwords, so it is its owner's alone.
+constexpr mode_t kFileMode = 0600;
+
+bool SameTime(const timespec& a, const timespec& b) {
+  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+bool SameFile(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
+         SameTime(a.st_mtim, b.st_mtim) && SameTime(a.st_ctim, b.st_ctim);
+}
+
+bool ReadWhole(int file, std::string& bytes) {
+  std::array<char, 65536> buffer{};
+  while (true) {
+    const ssize_t got = ::read(file, buffer.data(), buffer.size());
+    if (got == 0) return true;
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return false;
+    bytes.append(buffer.data(), static_cast<std::size_t>(got));
+  }
+}
+
+// Reads a plain file and its state. Should a pipe have taken its place, this
+// doesn't wait for it.
+bool ReadFile(const std::string& native, struct stat& state, std::string& bytes) {
+  const Descriptor file(OpenByOwnLinks(AT_FDCWD, native, O_RDONLY | O_NONBLOCK | O_NOCTTY));
+  return file && ::fstat(file.Get(), &state) == 0 && S_ISREG(state.st_mode) &&
+         ReadWhole(file.Get(), bytes);
+}
+
+bool MayBeReplaced(const struct stat& info, const std::string& native) {
+  // The owner's write bit is asked for too: it stops nobody who is root.
+  return S_ISREG(info.st_mode) && (info.st_mode & S_IWUSR) != 0 &&
+         ::faccessat(AT_FDCWD, native.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+// Keeps other instances from replacing a file of this folder while we look and
+// replace it. They hold it for microseconds; whoever holds it for longer, or a
+// medium without locks, doesn't stop us.
+class FolderLock {
+ public:
+  explicit FolderLock(const std::string& folder)
+      : folder_(::open((folder + "/.").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    constexpr int kMostTries = 20;
+    constexpr timespec kPause{0, 1'000'000};
+    for (int i = 0; i < kMostTries && folder_; ++i) {
+      if (::flock(folder_.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return;
+      ::nanosleep(&kPause, nullptr);
+    }
+  }
+
+  /// Lets go of the lock. Some media can't flush folders; the file itself is safe
+  /// all the same.
+  void UnlockAndFlush() const {
+    if (!folder_) return;
+    ::flock(folder_.Get(), LOCK_UN);
+    ::fsync(folder_.Get());
+  }
+
+ private:
+  Descriptor folder_;
+};
+
+// What processes left in the folder that were killed between write and flush.
+void SweepFolder(const std::string& folder, const Temporaries& temporaries) {
+  try {
+    FolderScan scan(OpenNativeFolder(folder + "/.", true), temporaries);
+    while (scan.Next() != nullptr) {
+    }
+  } catch (const ProgramError&) {
+    // A folder that can be written but not read keeps its leftovers.
+  }
+}
+
+}  // namespace
+
+LinuxProfileFiles::LinuxProfileFiles(Locator& locator, std::string state_folder)
+    : locator_(locator), state_folder_(std::move(state_folder)) {}
+
+LinuxProfileFiles::~LinuxProfileFiles() {
+  for (auto& [native, profile] : profiles_) LetGo(profile);
+}
+
+// False when no file could lie there.
+bool LinuxProfileFiles::Find(const Path& file, Place& place) {
+  const Located located = locator_.Locate(file);
+  if (!located.folder_found || located.error != 0 || !CanBeNamed(located.name)) return false;
+  place.folder = located.folder;
+  place.name = located.name;
+  place.exists = located.found;
+  place.info = located.info;
+  if (!place.exists || !S_ISLNK(place.info.st_mode)) return true;
+  std::string native = place.Native();
+  place.exists = GoByOwnLinks(AT_FDCWD, native, place.info);
+  if (!place.exists && errno != ENOENT) return false;
+  place.folder = NativeFolderOf(native);
+  place.name = NativeNameOf(native);
+  return true;
+}
+
+LinuxProfileFiles::Place LinuxProfileFiles::AsItIs(Place place) {
+  place.exists = ::lstat(place.Native().c_str(), &place.info) == 0;
+  return place;
+}
+
+bool LinuxProfileFiles::IsAsItWas(const Place& place) {
+  const Place now = AsItIs(place);
+  return now.exists == place.exists && (!now.exists || SameFile(now.info, place.info));
+}
+
+// The profile of a place. Held-back writes belong to the path that they were
+// made with: the file may have come or gone in the meantime. One that isn't
+// there goes by any spelling of its name.
+LinuxProfileFiles::Profile& LinuxProfileFiles::ProfileAt(const Path& file, const Place& place) {
+  const std::string missing = place.folder + "/" + FoldCase(place.name) + "/missing";
+  const std::string key = place.exists ? place.Native() : missing;
+  Profile& profile = profiles_[key];
+  if (!profile.edits.empty()) return profile;
+  const auto held = std::find_if(profiles_.begin(), profiles_.end(), [&](const auto& entry) {
+    const auto& [native, other] = entry;
+    return !other.edits.empty() && (native == missing || other.file == file);
+  });
+  if (held == profiles_.end()) return profile;
+  profile = std::move(held->second);
+  profiles_.erase(held);
+  return profile;
+}
+
+// Brings the text up to what the medium holds, with the held-back edits. False
+// when the file is there but can't be read: its text then counts as empty.
+bool LinuxProfileFiles::Refresh(Profile& profile, const Place& place) {
+  const bool same = profile.known && profile.existed == place.exists &&
+                    (!place.exists || SameFile(profile.state, place.info));
+  if (same) return true;
+  std::string bytes;
+  profile.existed = place.exists;
+  profile.state = place.info;
+  profile.known = !place.exists || ReadFile(place.Native(), profile.state, bytes);
+  profile.text = ProfileText(profile.known ? bytes : std::string());
+  for (const Edit& edit : profile.edits) profile.text.Set(edit.section, edit.key, edit.value);
+  return profile.known;
+}
+
+std::string LinuxProfileFiles::Read(const std::string& section, const std::string& key,
+                                    const std::string& fallback, std::size_t buffer_size,
+                                    const Path& file) {
+  std::string value = fallback;
+  Place place;
+  if (Find(file, place)) {
+    Profile& profile = ProfileAt(file, place);
+    Refresh(profile, place);
+    if (auto found = profile.text.Value(section, key)) value = std::move(*found);
+  }
+  return std::string(FirstCharacters(value, buffer_size == 0 ? 0 : buffer_size - 1));
+}
+
+bool LinuxProfileFiles::Write(const std::string& section, const std::string& key,
+                              const std::string& value, const Path& file) {
+  Place place;
+  if (!ProfileText::CanHold(section, key, value) || !Find(file, place)) return false;
+  if (place.exists && !MayBeReplaced(place.info, place.Native())) return false;
+  Profile& profile = ProfileAt(file, place);
+  if (!Refresh(profile, place)) return false;
+  if (profile.text.Holds(section, key, value)) return true;
+  if (profile.temporary_path.empty() && !BeginTemporary(profile, place)) return false;
+  profile.file = file;
+  profile.text.Set(section, key, value);
+  profile.edits.push_back({section, key, value});
+  return true;
+}
+
+// Makes the temporary beside the file, in place of one that it had.
+bool LinuxProfileFiles::BeginTemporary(Profile& profile, const Place& place) {
+  DropTemporary(profile);
+  if (!profile.temporaries) profile.temporaries = std::make_unique<Temporaries>(state_folder_);
+  const std::string& path = profile.temporaries->Begin(place.folder);
+  profile.temporary = CreateFresh(AT_FDCWD, path.c_str(), kFileMode);
+  if (!profile.temporary) return false;
+  profile.temporary_path = path;
+  return true;
+}
+
+void LinuxProfileFiles::DropTemporary(Profile& profile) {
+  if (!profile.temporary_path.empty()) ::unlink(profile.temporary_path.c_str());
+  profile.temporary_path.clear();
+  profile.temporary.Close();
+}
+
+void LinuxProfileFiles::LetGo(Profile& profile) {
+  DropTemporary(profile);
+  if (!profile.edits.empty()) profile.known = false;
+  profile.edits.clear();
+}
+
+// Gives up what is held back for a path that leads nowhere any more. False when
+// there was something.
+bool LinuxProfileFiles::GiveUp(const Path& file) {
+  bool nothing = true;
+  for (auto& [native, profile] : profiles_) {
+    if (profile.edits.empty() || !EqualIgnoringCase(profile.file, file)) continue;
+    LetGo(profile);
+    nothing = false;
+  }
+  return nothing;
+}
+
+bool LinuxProfileFiles::Flush(const Path& file) {
+  Place place;
+  if (!Find(file, place)) return GiveUp(file);
+  Profile& profile = ProfileAt(file, place);
+  if (profile.edits.empty()) return true;
+  const bool done = Put(profile, place);
+  const auto temporaries = std::move(profile.temporaries);
+  LetGo(profile);
+  if (done) SweepFolder(place.folder, *temporaries);
+  return done;
+}
+
+// The medium may take its time, so the folder isn't locked meanwhile: whether
+// somebody else has replaced the file is asked once more right before we do, and
+// what he wrote is then taken in.
+bool LinuxProfileFiles::Put(Profile& profile, const Place& place) {
+  constexpr int kMostTries = 20;
+  for (int tries = 1;; ++tries) {
+    const Place now = AsItIs(place);
+    if (now.exists && !MayBeReplaced(now.info, now.Native())) return false;
+    if (!Refresh(profile, now)) return false;
+    const std::string bytes = profile.text.Bytes();
+    struct stat state {};
+    std::string old;
+    if (now.exists && ReadFile(now.Native(), state, old) && old == bytes) {
+      if ((now.info.st_mode & 07777) == kFileMode ||
+          ::fchmodat(AT_FDCWD, now.Native().c_str(), kFileMode, AT_SYMLINK_NOFOLLOW) == 0) {
+        return true;
+      }
+    }
+    if (!WriteBeside(profile, now, bytes)) return false;
+    const FolderLock lock(now.folder);
+    if (tries < kMostTries && !IsAsItWas(now)) continue;
+    if (::rename(profile.temporary_path.c_str(), now.Native().c_str()) != 0) return false;
+    profile.temporary_path.clear();
+    lock.UnlockAndFlush();
+    return true;
+  }
+}
+
+bool LinuxProfileFiles::WriteBeside(Profile& profile, const Place& place,
+                                    const std::string& bytes) {
+  if (!BeginTemporary(profile, place)) return false;
+  const int file = profile.temporary.Get();
+  // Ownership is kept where that is allowed.
+  if (place.exists && ::fchown(file, place.info.st_uid, place.info.st_gid) != 0) errno = 0;
+  return WriteAll(file, bytes) && ::fsync(file) == 0 && profile.temporary.Close();
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,146 @@
+#include "hosts/linux/listing.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+#include "base/characters.h"
+#include "hosts/linux/name_case.h"
+#include "hosts/linux/own_links.h"
+
+namespace tarnvale {
+namespace {
+
+// Behind the one character that stands at `at`.
+std::size_t BehindCharacter(std::string_view text, std::size_t at) {
+  return at + FirstCharacterBytes(text.substr(at));
+}
+
+bool MatchesFolded(std::string_view name, std::string_view pattern) {
+  std::size_t in_name = 0;
+  std::size_t in_pattern = 0;
+  std::optional<std::size_t> star;  // behind the last star
+  std::size_t star_end = 0;         // where what it took ends
+  while (in_name < name.size()) {
+    if (in_pattern < pattern.size() && pattern[in_pattern] == '*') {
+      star = ++in_pattern;
+      star_end = in_name;
+    } else if (in_pattern < pattern.size() && pattern[in_pattern] == '?') {
+      ++in_pattern;
+      in_name = BehindCharacter(name, in_name);
+    } else if (in_pattern < pattern.size() && pattern[in_pattern] == name[in_name]) {
+      ++in_pattern;
+      ++in_name;
+    } else if (star) {
+      in_pattern = *star;
+      in_name = star_end = BehindCharacter(name, star_end);
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of('*', in_pattern) == std::string_view::npos;
+}
+
+// What an entry is, links not followed; asked of the medium only where reading the
+// folder didn't tell. DT_UNKNOWN for one that has gone meanwhile.
+unsigned char KindOf(int folder_fd, const dirent& entry) {
+  if (entry.d_type != DT_UNKNOWN) return entry.d_type;
+  struct stat info {};
+  if (::fstatat(folder_fd, entry.d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) return DT_UNKNOWN;
+  return static_cast<unsigned char>(IFTODT(info.st_mode));
+}
+
+// As KindOf, but a link is what it leads to; one of somebody else leads nowhere.
+unsigned char KindBehindLinks(int folder_fd, const dirent& entry) {
+  const unsigned char kind = KindOf(folder_fd, entry);
+  struct stat info {};
+  if (kind != DT_LNK) return kind;
+  if (!StateByOwnLinks(folder_fd, entry.d_name, info)) return DT_UNKNOWN;
+  return static_cast<unsigned char>(IFTODT(info.st_mode));
+}
+
+bool IsHidden(const dirent& entry) {
+  return entry.d_name[0] == '.';
+}
+
+void SortNames(std::vector<std::string>& names) {
+  std::sort(names.begin(), names.end(), ComesBefore);
+}
+
+}  // namespace
+
+bool MatchesPattern(std::string_view name, std::string_view pattern) {
+  if (pattern.empty() || pattern == "*.*") return true;
+  return MatchesFolded(FoldCase(name), FoldCase(pattern));
+}
+
+FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries) {
+  struct Unasked {
+    ino_t inode;
+    std::string name;
+  };
+  FolderContents contents;
+  FolderScan scan(std::move(folder), temporaries);
+  std::vector<Unasked> entries;
+  while (const dirent* entry = scan.Next()) {
+    if (entry->d_type == DT_DIR) {
+      contents.folders.emplace_back(entry->d_name);
+    } else if (entry->d_type == DT_REG || entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN) {
+      entries.push_back({entry->d_ino, entry->d_name});
+    }
+  }
+  // Asked for in the order in which the medium keeps them, which spares a disk
+  // that turns its seeks.
+  std::sort(entries.begin(), entries.end(),
+            [](const Unasked& a, const Unasked& b) { return a.inode < b.inode; });
+  contents.files.reserve(entries.size());
+  for (Unasked& entry : entries) {
+    struct stat info {};
+    if (::fstatat(scan.Fd(), entry.name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0) continue;
+    if (S_ISDIR(info.st_mode)) {
+      contents.folders.push_back(std::move(entry.name));
+    } else if (S_ISREG(info.st_mode) || S_ISLNK(info.st_mode)) {
+      contents.files.push_back({std::move(entry.name), info.st_size, info.st_mtim.tv_sec});
+    }
+  }
+  SortContents(contents);
+  return contents;
+}
+
+void SortContents(FolderContents& contents) {
+  SortNames(contents.folders);
+  std::sort(contents.files.begin(), contents.files.end(),
+            [](const FolderEntry& a, const FolderEntry& b) { return ComesBefore(a.name, b.name); });
+}
+
+std::vector<std::string> ListFiles(Descriptor folder, std::string_view pattern, ListKinds kinds,
+                                   const Temporaries& temporaries) {
+  std::vector<std::string> names;
+  FolderScan scan(std::move(folder), temporaries);
+  while (const dirent* entry = scan.Next()) {
+    if ((IsHidden(*entry) && !kinds.hidden) || !MatchesPattern(entry->d_name, pattern)) continue;
+    const unsigned char kind = KindBehindLinks(scan.Fd(), *entry);
+    if (kind == DT_DIR || kind == DT_UNKNOWN) continue;
+    if (kind == DT_REG || kinds.system) names.emplace_back(entry->d_name);
+  }
+  SortNames(names);
+  return names;
+}
+
+std::vector<std::string> ListSubFolders(Descriptor folder, ListKinds kinds,
+                                        const Temporaries& temporaries) {
+  std::vector<std::string> names;
+  FolderScan scan(std::move(folder), temporaries);
+  while (const dirent* entry = scan.Next()) {
+    if (IsHidden(*entry) && !kinds.hidden) continue;
+    if (KindOf(scan.Fd(), *entry) == DT_DIR) names.emplace_back(entry->d_name);
+  }
+  SortNames(names);
+  return names;
+}
+
+}  // namespace tarnvale

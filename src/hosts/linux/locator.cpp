@@ -1,0 +1,111 @@
+#include "hosts/linux/locator.h"
+
+#include <cerrno>
+#include <climits>
+#include <utility>
+
+#include "base/failure.h"
+#include "hosts/linux/folder_scan.h"
+#include "hosts/linux/name_case.h"
+#include "hosts/linux/native_errors.h"
+
+namespace tarnvale {
+namespace {
+
+bool IsFolder(const std::string& native) {
+  struct stat info {};
+  return ::stat((native + "/.").c_str(), &info) == 0;
+}
+
+bool MeansMissing(int error) {
+  return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
+}
+
+}  // namespace
+
+Locator::Locator(DrivePaths drive, const Temporaries& temporaries)
+    : drive_(std::move(drive)), temporaries_(temporaries) {}
+
+Located Locator::Locate(const Path& path) const {
+  Located located;
+  const auto native = drive_.ToNative(path);
+  if (!native || native->size() >= PATH_MAX) return located;
+  located.folder = NativeFolderOf(*native);
+  located.name = NativeNameOf(*native);
+  const bool can_be_named = CanBeNamed(located.name);
+  if (can_be_named && ::lstat(native->c_str(), &located.info) == 0) {
+    located.found = located.folder_found = true;
+    return located;
+  }
+  if (can_be_named && !MeansMissing(errno)) {
+    located.error = errno;
+    located.folder_found = true;
+    return located;
+  }
+  auto folder = RealFolder(located.folder);
+  if (!folder) return located;
+  located.folder = std::move(*folder);
+  located.folder_found = true;
+  if (!can_be_named) return located;
+  if (::lstat(located.Native().c_str(), &located.info) == 0) {
+    located.found = true;
+  } else if (auto variant = VariantOf(located.folder, located.name)) {
+    located.found = ::lstat((located.folder + "/" + *variant).c_str(), &located.info) == 0;
+    if (located.found) located.name = std::move(*variant);
+  }
+  return located;
+}
+
+Located Locator::Find(const Path& path) const {
+  Located located = Locate(path);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (!located.found) throw ProgramError(kFileNotFound);
+  return located;
+}
+
+std::optional<std::string> Locator::FindFolder(const Path& path) const {
+  const Located located = Locate(path);
+  if (!located.found) return std::nullopt;
+  std::string native = located.Native();
+  if (S_ISDIR(located.info.st_mode) || IsFolder(native)) return native;
+  return std::nullopt;
+}
+
+std::optional<std::string> Locator::RealFolder(std::string_view folder) const {
+  std::string asked(folder);
+  if (IsFolder(asked)) return asked;
+  if (asked.size() <= drive_.Root().size()) return std::nullopt;
+  const auto parent = RealFolder(NativeFolderOf(folder));
+  if (!parent) return std::nullopt;
+  const std::string name(NativeNameOf(folder));
+  std::string real = *parent + "/" + name;
+  struct stat info {};
+  if (::lstat(real.c_str(), &info) != 0) {
+    const auto variant = VariantOf(*parent, name);
+    if (!variant) return std::nullopt;
+    real = *parent + "/" + *variant;
+  }
+  if (!IsFolder(real)) return std::nullopt;
+  return real;
+}
+
+// The name in a native folder that differs from `name` in case only; the first
+// by bytes of several.
+std::optional<std::string> Locator::VariantOf(const std::string& folder,
+                                              const std::string& name) const {
+  const std::string folded = FoldCase(name);
+  std::optional<std::string> variant;
+  // A folder that may be entered but not read has no variants for us.
+  PassedOver pass;
+  pass.Step([&] {
+    FolderScan scan(OpenNativeFolder(folder + "/.", true), temporaries_);
+    while (const dirent* entry = scan.Next()) {
+      if (FoldCase(entry->d_name) != folded) continue;
+      if (!variant || entry->d_name < *variant) variant = entry->d_name;
+    }
+  });
+  return variant;
+}
+
+}  // namespace tarnvale

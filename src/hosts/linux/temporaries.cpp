@@ -1,0 +1,163 @@
+#include "hosts/linux/temporaries.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "hosts/linux/paths.h"
+#include "hosts/linux/stable_hash.h"
+#include "hosts/linux/state_folder.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr std::string_view kPrefix = ".tarnvale-";
+constexpr std::string_view kSuffix = ".part";
+constexpr std::size_t kDigits = 16;
+constexpr std::size_t kMarkAt = kPrefix.size();
+constexpr std::size_t kSlotAt = kMarkAt + kDigits + 1;
+constexpr std::size_t kNameLength = kSlotAt + kDigits + kSuffix.size();
+constexpr std::size_t kLongestRecord = 8192;
+
+bool AreDigits(std::string_view text) {
+  return text.size() == kDigits && text.find_first_not_of("0123456789abcdef") == std::string::npos;
+}
+
+std::string MarkOf(const std::string& state_folder) {
+  std::string machine;
+  std::ifstream("/etc/machine-id") >> machine;
+  return StableHash(machine + '\n' + std::to_string(::geteuid()) + '\n' + state_folder);
+}
+
+std::string RandomDigits() {
+  std::uint64_t value = 0;
+  if (::getrandom(&value, sizeof value, 0) != static_cast<ssize_t>(sizeof value)) {
+    const auto now = std::chrono::system_clock::now().time_since_epoch().count();
+    value = static_cast<std::uint64_t>(now) * 0x9e3779b97f4a7c15U +
+            static_cast<std::uint64_t>(::getpid());
+  }
+  return Hexadecimal(value);
+}
+
+std::string_view SlotOf(std::string_view temporary) {
+  return temporary.substr(kSlotAt, kDigits);
+}
+
+std::string ReadSlot(int fd) {
+  std::string record(kLongestRecord, '\0');
+  const ssize_t got = ::pread(fd, record.data(), record.size(), 0);
+  record.resize(got < 0 ? 0 : static_cast<std::size_t>(got));
+  record.resize(std::min(record.size(), record.find('\0')));
+  return record;
+}
+
+}  // namespace
+
+bool IsTemporaryName(std::string_view name) {
+  return name.size() == kNameLength && name.substr(0, kPrefix.size()) == kPrefix &&
+         name.substr(kNameLength - kSuffix.size()) == kSuffix &&
+         AreDigits(name.substr(kMarkAt, kDigits)) && name[kSlotAt - 1] == '-' &&
+         AreDigits(SlotOf(name));
+}
+
+Descriptor CreateFresh(int folder_fd, const char* name, mode_t mode) {
+  const int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  Descriptor file(::openat(folder_fd, name, flags, mode));
+  if (!file && errno == EEXIST && ::unlinkat(folder_fd, name, 0) == 0) {
+    file = Descriptor(::openat(folder_fd, name, flags, mode));
+  }
+  return file;
+}
+
+Temporaries::Temporaries(const std::string& state_folder)
+    : slots_folder_(state_folder + "/copies"),
+      mark_(MarkOf(state_folder)),
+      slot_(RandomDigits()),
+      name_(std::string(kPrefix) + mark_ + "-" + slot_ + std::string(kSuffix)) {
+  CleanSlots();
+}
+
+Temporaries::~Temporaries() {
+  if (slot_file_) ::unlink((slots_folder_ + "/" + slot_).c_str());
+}
+
+const std::string& Temporaries::Begin(std::string_view folder) {
+  if (!slot_tried_) OpenSlot();
+  if (folder != folder_in_slot_ || path_.empty()) {
+    folder_in_slot_ = folder;
+    path_ = folder_in_slot_ + "/" + name_;
+    // Without a slot a leftover is still found when its folder is read.
+    const std::size_t length = path_.size() + 1;
+    if (slot_file_ && ::pwrite(slot_file_.Get(), path_.c_str(), length, 0) < 0) slot_file_.Close();
+  }
+  return path_;
+}
+
+bool Temporaries::IsStale(std::string_view name) const {
+  if (!IsTemporaryName(name) || name.substr(kMarkAt, kDigits) != mark_) return false;
+  // No folder is read while a copy of our own is in work.
+  return SlotOf(name) == slot_ || !SlotIsAlive(SlotOf(name));
+}
+
+void Temporaries::Sweep(int folder_fd, const char* name) const {
+  if (IsStale(name)) ::unlinkat(folder_fd, name, 0);
+}
+
+void Temporaries::OpenSlot() {
+  slot_tried_ = true;
+  if (!MakeStateFolder(slots_folder_)) return;
+  const std::string path = slots_folder_ + "/" + slot_;
+  // Another process may take the fresh slot for a left one before it is locked,
+  // and delete it: then it is made anew.
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    Descriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    if (!file || ::flock(file.Get(), LOCK_EX) != 0) return;
+    struct stat info {};
+    if (::fstat(file.Get(), &info) != 0) return;
+    if (info.st_nlink == 0) continue;
+    slot_file_ = std::move(file);
+    return;
+  }
+}
+
+void Temporaries::CleanSlots() {
+  const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(slots_folder_.c_str()), &::closedir);
+  if (!folder) return;
+  std::vector<std::string> slots;
+  while (const dirent* entry = ::readdir(folder.get())) {
+    if (AreDigits(entry->d_name)) slots.emplace_back(entry->d_name);
+  }
+  for (const std::string& slot : slots) CleanSlot(::dirfd(folder.get()), slot);
+}
+
+void Temporaries::CleanSlot(int folder_fd, const std::string& slot) {
+  const Descriptor file(::openat(folder_fd, slot.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+  if (!file || ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return;
+  const std::string path = ReadSlot(file.Get());
+  const std::string_view name = NativeNameOf(path);
+  if (IsTemporaryName(name) && name.substr(kMarkAt, kDigits) == mark_ && SlotOf(name) == slot) {
+    const bool gone = ::unlink(path.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR;
+    // A medium that is away for now: the slot stays until it is back.
+    if (!gone) return;
+  }
+  ::unlinkat(folder_fd, slot.c_str(), 0);
+}
+
+bool Temporaries::SlotIsAlive(std::string_view slot) const {
+  const std::string path = slots_folder_ + "/" + std::string(slot);
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+  return file && ::flock(file.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+}  // namespace tarnvale

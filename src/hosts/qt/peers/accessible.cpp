@@ -1,0 +1,154 @@
+#include "hosts/qt/peers/accessible.h"
+
+#include <QAccessibleWidget>
+#include <QLineEdit>
+#include <QVariant>
+
+namespace tarnvale {
+namespace {
+
+class SelfDrawnAccessible final : public QAccessibleWidget, public QAccessibleValueInterface {
+ public:
+  SelfDrawnAccessible(QWidget* widget, AccessibleSource& source)
+      : QAccessibleWidget(widget, source.AccessibleRole()), source_(source) {}
+
+  QAccessible::Role role() const override { return source_.AccessibleRole(); }
+
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    const AccessibleState told = source_.StateForReaders();
+    state.checkable = told.checked.has_value();
+    state.checked = told.checked.value_or(false);
+    state.pressed = told.pressed;
+    return state;
+  }
+
+  void* interface_cast(QAccessible::InterfaceType type) override {
+    if (type == QAccessible::ValueInterface && source_.StateForReaders().range) {
+      return static_cast<QAccessibleValueInterface*>(this);
+    }
+    return QAccessibleWidget::interface_cast(type);
+  }
+
+  // How far it got. It only shows that.
+  QVariant currentValue() const override { return Range().value; }
+  QVariant minimumValue() const override { return Range().min; }
+  QVariant maximumValue() const override { return Range().max; }
+  QVariant minimumStepSize() const override { return 1; }
+  void setCurrentValue(const QVariant&) override {}
+
+  QStringList actionNames() const override {
+    QStringList names = QAccessibleWidget::actionNames();
+    if (source_.CanBePressed() && widget()->isEnabled()) names.prepend(pressAction());
+    return names;
+  }
+
+  void doAction(const QString& name) override {
+    if (name == pressAction() && source_.CanBePressed() && widget()->isEnabled()) {
+      source_.PressAccessibly();
+    } else {
+      QAccessibleWidget::doAction(name);
+    }
+  }
+
+ private:
+  AccessibleRange Range() const {
+    return source_.StateForReaders().range.value_or(AccessibleRange{});
+  }
+
+  AccessibleSource& source_;
+};
+
+QAccessibleInterface* MakeAccessible(const QString& /*class_name*/, QObject* object) {
+  auto* source = dynamic_cast<AccessibleSource*>(object);
+  auto* widget = qobject_cast<QWidget*>(object);
+  if (source == nullptr || widget == nullptr) return nullptr;
+  return new SelfDrawnAccessible(widget, *source);
+}
+
+bool HidesItsText(QAccessibleEvent& event) {
+  const QAccessibleInterface* source = event.accessibleInterface();
+  const auto* edit = source == nullptr ? nullptr : qobject_cast<QLineEdit*>(source->object());
+  return edit != nullptr && edit->echoMode() != QLineEdit::Normal;
+}
+
+QString Stars(const QString& text) {
+  return QString(text.size(), QLatin1Char('*'));
+}
+
+void HandleUpdate(QAccessibleEvent* event);
+
+// Who tells readers when nobody handles updates can't be called by anything else.
+void TellDesktop(QAccessibleEvent& event) {
+  QAccessible::installUpdateHandler(nullptr);
+  QAccessible::updateAccessibility(&event);
+  QAccessible::installUpdateHandler(HandleUpdate);
+}
+
+template <class Event>
+void TellDesktop(Event told, const QAccessibleTextCursorEvent& event) {
+  told.setCursorPosition(event.cursorPosition());
+  TellDesktop(static_cast<QAccessibleEvent&>(told));
+}
+
+// Qt hides a password from those who ask for it, and tells it to those who listen:
+// here they get stars, as the eye does.
+void TellStars(QAccessibleEvent& event) {
+  QObject* edit = event.accessibleInterface()->object();
+  switch (event.type()) {
+    case QAccessible::TextInserted: {
+      const auto& now = static_cast<QAccessibleTextInsertEvent&>(event);
+      const QString stars = Stars(now.textInserted());
+      TellDesktop(QAccessibleTextInsertEvent(edit, now.changePosition(), stars), now);
+      return;
+    }
+    case QAccessible::TextRemoved: {
+      const auto& now = static_cast<QAccessibleTextRemoveEvent&>(event);
+      const QString stars = Stars(now.textRemoved());
+      TellDesktop(QAccessibleTextRemoveEvent(edit, now.changePosition(), stars), now);
+      return;
+    }
+    case QAccessible::TextUpdated: {
+      const auto& now = static_cast<QAccessibleTextUpdateEvent&>(event);
+      TellDesktop(QAccessibleTextUpdateEvent(edit, now.changePosition(), Stars(now.textRemoved()),
+                                             Stars(now.textInserted())),
+                  now);
+      return;
+    }
+    case QAccessible::ValueChanged:
+      return;
+    default:
+      TellDesktop(event);
+  }
+}
+
+void HandleUpdate(QAccessibleEvent* event) {
+  if (HidesItsText(*event)) {
+    TellStars(*event);
+  } else {
+    TellDesktop(*event);
+  }
+}
+
+}  // namespace
+
+void InstallAccessibility() {
+  QAccessible::installFactory(MakeAccessible);
+  QAccessible::installUpdateHandler(HandleUpdate);
+}
+
+void TellReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now) {
+  QAccessible::State changed;
+  changed.checked = before.checked != now.checked;
+  changed.pressed = before.pressed != now.pressed;
+  if (changed.checked || changed.pressed) {
+    QAccessibleStateChangeEvent event(&widget, changed);
+    QAccessible::updateAccessibility(&event);
+  }
+  if (now.range && before.range != now.range) {
+    QAccessibleValueChangeEvent event(&widget, now.range->value);
+    QAccessible::updateAccessibility(&event);
+  }
+}
+
+}  // namespace tarnvale

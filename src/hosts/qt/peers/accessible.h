@@ -1,0 +1,32 @@
+// Screen readers and widgets that draw themselves.
+#pragma once
+
+#include <QAccessible>
+#include <QString>
+#include <QWidget>
+
+#include "ui/owner_drawn.h"
+
+namespace tarnvale {
+
+/// What a widget that draws itself tells a screen reader. To be inherited beside
+/// QWidget.
+class AccessibleSource {
+ public:
+  virtual ~AccessibleSource() = default;
+  virtual QAccessible::Role AccessibleRole() const = 0;
+  /// What it tells beside what every widget does.
+  virtual AccessibleState StateForReaders() const { return {}; }
+  /// A screen reader can press it.
+  virtual bool CanBePressed() const { return false; }
+  virtual void PressAccessibly() {}
+};
+
+/// Makes Qt ask such widgets, and tell readers nothing of what a password field
+/// holds but its length. Once, after the QApplication was made.
+void InstallAccessibility();
+
+/// Tells a screen reader that listens what has changed in a widget's state.
+void TellReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now);
+
+}  // namespace tarnvale

@@ -1,0 +1,175 @@
+#include "hosts/qt/peers/label_peer.h"
+
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include "hosts/qt/peers/accessible.h"
+#include "hosts/qt/peers/picture_box_peer.h"
+#include "hosts/qt/qt_look.h"
+#include "hosts/qt/qt_text.h"
+
+namespace tarnvale {
+
+class LabelWidget final : public QWidget, public AccessibleSource {
+ public:
+  LabelWidget(LabelPeer& peer, QWidget& parent) : QWidget(&parent), peer_(peer) {
+    setFont(FontOf(peer.TheLabel().Role));
+    if (!IsLink()) return;
+    setFocusPolicy(Qt::TabFocus);
+    setCursor(Qt::PointingHandCursor);
+  }
+
+  QString text;
+
+  QAccessible::Role AccessibleRole() const override {
+    return IsLink() ? QAccessible::Link : QAccessible::StaticText;
+  }
+  bool CanBePressed() const override { return IsLink(); }
+  void PressAccessibly() override { peer_.Click(); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+  bool event(QEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  bool IsLink() const { return peer_.TheLabel().Role == TextRole::kLink; }
+  bool IsBlock() const { return peer_.TheLabel().Wrap || text.contains(QLatin1Char('\n')); }
+  /// The heading of a group in the task panel stands in a bar of its own.
+  bool IsPanelHeading() const {
+    return peer_.TheLabel().Role == TextRole::kHeading && IsTaskPanel(*parentWidget());
+  }
+  QRect TextArea() const { return IsPanelHeading() ? rect().adjusted(9, 0, -6, 0) : rect(); }
+  QString Shown() const;
+  int Alignment() const;
+  void PaintPanelHeading(QPainter& painter) const;
+  void PaintFocus(QPainter& painter, const QString& shown) const;
+
+  LabelPeer& peer_;
+  bool is_pressed_ = false;
+};
+
+QString LabelWidget::Shown() const {
+  if (IsBlock()) return text;
+  const bool middle = peer_.TheLabel().Role == TextRole::kValue;
+  return fontMetrics().elidedText(text, middle ? Qt::ElideMiddle : Qt::ElideRight,
+                                  TextArea().width());
+}
+
+int LabelWidget::Alignment() const {
+  int flags = IsBlock() ? Qt::AlignTop : Qt::AlignVCenter;
+  switch (peer_.TheLabel().Align) {
+    case TextAlign::kLeft:
+      flags |= Qt::AlignLeft;
+      break;
+    case TextAlign::kCenter:
+      flags |= Qt::AlignHCenter;
+      break;
+    case TextAlign::kRight:
+      flags |= Qt::AlignRight;
+      break;
+  }
+  if (peer_.TheLabel().Wrap) flags |= Qt::TextWordWrap;
+  return flags;
+}
+
+void LabelWidget::PaintPanelHeading(QPainter& painter) const {
+  QLinearGradient bar(0, 0, width(), 0);
+  bar.setColorAt(0, Qt::white);
+  bar.setColorAt(1, QColor(look::kPanelBar));
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(bar);
+  painter.drawRoundedRect(rect(), 3, 3);
+  painter.drawRect(rect().adjusted(0, height() / 2, 0, 0));
+  painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+void LabelWidget::PaintFocus(QPainter& painter, const QString& shown) const {
+  QRect ring = fontMetrics().boundingRect(TextArea(), Alignment(), shown);
+  ring = ring.adjusted(-2, 0, 1, 0).intersected(rect().adjusted(0, 0, -1, -1));
+  painter.setPen(QPen(QColor(look::kLink), 1, Qt::DotLine));
+  painter.drawRect(ring);
+}
+
+void LabelWidget::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  if (IsPanelHeading()) PaintPanelHeading(painter);
+  const bool is_over = IsLink() && isEnabled() && underMouse();
+  QFont shown_font = font();
+  shown_font.setUnderline(is_over);
+  painter.setFont(shown_font);
+  painter.setPen(is_over ? QColor(look::kLinkOver) : ColorOf(peer_.TheLabel().Role, isEnabled()));
+  const QString shown = Shown();
+  painter.drawText(TextArea(), Alignment(), shown);
+  if (IsLink() && hasFocus()) PaintFocus(painter, shown);
+}
+
+bool LabelWidget::event(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::Enter:
+    case QEvent::Leave:
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+      if (IsLink()) update();
+      break;
+    case QEvent::ToolTip:
+      if (toolTip().isEmpty() && !IsBlock() && Shown() != text) {
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text, this);
+        return true;
+      }
+      break;
+    default:
+      break;
+  }
+  return QWidget::event(event);
+}
+
+void LabelWidget::mousePressEvent(QMouseEvent* event) {
+  is_pressed_ = event->button() == Qt::LeftButton;
+}
+
+void LabelWidget::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton || !is_pressed_) return;
+  is_pressed_ = false;
+  if (rect().contains(event->position().toPoint())) peer_.Click();
+}
+
+void LabelWidget::keyPressEvent(QKeyEvent* event) {
+  const Key key = ToKeyPress(*event).key;
+  if (IsLink() && (key == Key::kSpace || key == Key::kEnter)) {
+    if (!event->isAutoRepeat()) peer_.Click();
+    return;
+  }
+  QWidget::keyPressEvent(event);
+}
+
+LabelPeer::LabelPeer(PeerContext& context, Label& label, QWidget& parent)
+    : Peer(context, label), label_(label), widget_(new LabelWidget(*this, parent)) {
+  widget_->text = ToShown(label_.Shown());
+  Follow(label_.Caption.Changed(), [this] { RequestFrame(); });
+  Adopt(widget_);
+  if (label_.Role == TextRole::kLink && label_.Pointer.Get() == PointerShape::kDefault) {
+    widget_->setCursor(Qt::PointingHandCursor);
+  }
+}
+
+QString LabelPeer::OwnName() const {
+  return widget_->text;
+}
+
+void LabelPeer::OnFrame() {
+  widget_->text = ToShown(label_.Shown());
+  UpdateName();
+  widget_->update();
+}
+
+void LabelPeer::Click() {
+  Report([this] { label_.Clicked.Emit(); });
+}
+
+}  // namespace tarnvale

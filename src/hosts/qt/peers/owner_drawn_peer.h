@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QImage>
+#include <QPoint>
+
+#include "hosts/qt/peers/peer.h"
+#include "ui/owner_drawn.h"
+
+namespace tarnvale {
+
+class DrawnWidget;
+
+/// A control that draws itself: keeps what it drew, and hands on what the user
+/// does.
+class OwnerDrawnPeer final : public Peer {
+ public:
+  OwnerDrawnPeer(PeerContext& context, OwnerDrawn& drawn, QWidget& parent);
+  ~OwnerDrawnPeer() override;
+
+  QString OwnName() const override;
+  void OnFrame() override;
+
+  // For the widget.
+  OwnerDrawn& Drawn() { return drawn_; }
+  /// What the control looks like at a number of device pixels to the logical
+  /// pixel, which may be a fraction.
+  const QImage& Picture(qreal pixel_ratio);
+  void Resize(QSize size);
+  /// Lends the control what it stands on.
+  void Lend();
+  void Tell(const std::function<void()>& deed) { Report(deed); }
+
+ protected:
+  void OnFocus(bool has_focus) override;
+
+ private:
+  void FollowAccessKey();
+  AmbientLook AmbientOfContainer() const;
+  Raster CopyOfContainer() const;
+  void DragAway(DragStep& step);
+
+  OwnerDrawn& drawn_;
+  DrawnWidget* widget_ = nullptr;
+  QImage picture_;
+  bool is_stale_ = true;
+  /// What a screen reader was told last.
+  AccessibleState told_state_;
+  char32_t access_key_ = 0;
+  int shortcut_ = 0;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,80 @@
+#include "hosts/qt/qt_look.h"
+
+#include <QFontDatabase>
+
+#include <algorithm>
+#include <cmath>
+#include <initializer_list>
+
+namespace tarnvale {
+namespace {
+
+QString FirstInstalled(std::initializer_list<const char*> families, const char* fallback) {
+  const QStringList installed = QFontDatabase::families();
+  for (const char* family : families) {
+    if (installed.contains(QLatin1String(family))) return QLatin1String(family);
+  }
+  return QLatin1String(fallback);
+}
+
+QFont MakeFont(const QString& family, double size_pt, bool bold) {
+  QFont font(family);
+  font.setPixelSize(std::max(1, static_cast<int>(std::lround(size_pt * 96 / 72))));
+  font.setBold(bold);
+  font.setStyleStrategy(
+      static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
+  font.setHintingPreference(QFont::PreferVerticalHinting);
+  return font;
+}
+
+}  // namespace
+
+QFont ProgramFont(double size_pt, bool bold) {
+  static const QString kFamily =
+      FirstInstalled({"Open Sans", "Noto Sans", "DejaVu Sans"}, "Sans Serif");
+  return MakeFont(kFamily, size_pt, bold);
+}
+
+QFont FixedWidthFont(double size_pt) {
+  static const QString kFamily = FirstInstalled(
+      {"Courier", "DejaVu Sans Mono", "Noto Sans Mono", "Liberation Mono"}, "Monospace");
+  return MakeFont(kFamily, size_pt, false);
+}
+
+QFont FontOf(TextRole role) {
+  switch (role) {
+    case TextRole::kTitle:
+      return ProgramFont(27, true);
+    case TextRole::kStrong:
+      return ProgramFont(9, true);
+    case TextRole::kHeading:
+      return ProgramFont(9.75, true);
+    case TextRole::kNote:
+      return ProgramFont(8.25);
+    case TextRole::kBody:
+    case TextRole::kLink:
+    case TextRole::kValue:
+      break;
+  }
+  return ProgramFont(9);
+}
+
+QColor ColorOf(TextRole role, bool enabled) {
+  if (!enabled) return look::kTextOff;
+  switch (role) {
+    case TextRole::kTitle:
+    case TextRole::kHeading:
+      return look::kHeading;
+    case TextRole::kNote:
+      return look::kNote;
+    case TextRole::kLink:
+      return look::kLink;
+    case TextRole::kBody:
+    case TextRole::kStrong:
+    case TextRole::kValue:
+      break;
+  }
+  return look::kText;
+}
+
+}  // namespace tarnvale

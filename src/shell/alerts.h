@@ -1,0 +1,58 @@
+// The popups of the program: who makes them, and who shows them.
+#pragma once
+
+#include <memory>
+
+#include "core/engine.h"
+#include "shell/alert_popup.h"
+#include "shell/popup_pictures.h"
+#include "shell/progress_popup.h"
+
+namespace tarnvale {
+
+/// The one popup of each kind. It is loaded, hidden, at its first use and lives
+/// as long as this does; hiding or closing it doesn't unload it.
+class Popups {
+ public:
+  /// `emblem` paints the program's emblem. The engine must outlive this.
+  Popups(Engine& engine, EmblemPainter emblem);
+  Popups(const Popups&) = delete;
+  Popups& operator=(const Popups&) = delete;
+
+  /// Sets what the engine asks of the popups.
+  void ConnectStages();
+
+  bool IsAlertLoaded() const { return alert_ != nullptr; }
+  bool IsProgressLoaded() const { return progress_ != nullptr; }
+
+  /// Loads the alert. False when it is to stay hidden, as no run could start.
+  bool LoadAlert();
+  /// The alert, which must be loaded.
+  frmGmail& Alert() { return *alert_; }
+
+  /// The progress window; loads it when it isn't.
+  Progress& ProgressPopup();
+
+ private:
+  Engine& engine_;
+  EmblemPainter emblem_;
+  std::unique_ptr<frmGmail> alert_;
+  std::unique_ptr<Progress> progress_;
+};
+
+/// Shows the popups, each without waiting. Made anew for each use; it keeps
+/// nothing but the way to them.
+class cAlert {
+ public:
+  explicit cAlert(Popups& popups) : popups_(popups) {}
+
+  /// Announces a run.
+  void Gmail();
+  /// Shows how far the run is.
+  void ProgressWindow();
+
+ private:
+  Popups& popups_;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,16 @@
+// Waiting until a medium holds what was written to it.
+#pragma once
+
+#include "platform/files.h"
+#include "ui/event_loop.h"
+
+namespace tarnvale {
+
+/// Returns when everything written so far to the medium that holds `folder` has
+/// reached it, or when the program ends. Yields by wait passes. Raises 76, 57.
+inline void FlushMedium(FileSystem& files, EventLoop& loop, const Path& folder) {
+  const auto flush = files.BeginFlush(folder);
+  while (!flush->IsDone() && !loop.IsEnding()) loop.WaitPass();
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,61 @@
+// The program's codec, called as the plain one is.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/failure.h"
+#include "codec/huffman.h"
+#include "tests/codec/plain_coder.h"
+#include "tests/support/fake_machine.h"
+
+namespace tarnvale::testing {
+
+inline Bytes ToBytes(const ByteBuffer& buffer) {
+  return {buffer.View().begin(), buffer.View().end()};
+}
+
+inline ByteBuffer ToBuffer(const Bytes& bytes) {
+  ByteBuffer buffer(bytes.size());
+  std::copy(bytes.begin(), bytes.end(), buffer.Data());
+  return buffer;
+}
+
+inline Bytes BytesOf(std::string_view text) {
+  return {text.begin(), text.end()};
+}
+
+class CodecUnderTest {
+ public:
+  CodecUnderTest() {
+    codec_.Progress.Listen([this](std::int16_t percent) { progress_.push_back(percent); });
+  }
+
+  Outcome Encode(const Bytes& input) { return Run(input, &clsHuffman::EncodeByte); }
+  Outcome Decode(const Bytes& stream) { return Run(stream, &clsHuffman::DecodeByte); }
+
+ private:
+  Outcome Run(const Bytes& bytes, void (clsHuffman::*code)(ByteBuffer&, std::int32_t)) {
+    progress_.clear();
+    ByteBuffer buffer = ToBuffer(bytes);
+    Outcome outcome;
+    try {
+      (codec_.*code)(buffer, static_cast<std::int32_t>(bytes.size()));
+    } catch (const ProgramError& error) {
+      outcome.error = error.Number();
+      // The classic errors have no source of the codec's own.
+      if (error.Number() == kProgramDefinedError) outcome.source = error.Source();
+      outcome.description = error.Description();
+    }
+    outcome.bytes = ToBytes(buffer);
+    outcome.progress = progress_;
+    return outcome;
+  }
+
+  FakeMachine machine_;
+  clsHuffman codec_{machine_.files, machine_.open_files};
+  std::vector<int> progress_;
+};
+
+}  // namespace tarnvale::testing

@@ -1,0 +1,295 @@
+// Copying files and folders: what every file system must do.
+#include <gmock/gmock.h>
+
+#include "tests/hosts/contract/host_under_test.h"
+#include "tests/support/raised.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using ::testing::ElementsAre;
+
+class CopyContract : public HostTest {
+ protected:
+  CopyContract() {
+    host.MakeFolder("C:\\From");
+    host.MakeFolder("C:\\To");
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Hosts, CopyContract, ::testing::ValuesIn(AllHosts()), NameOfHost);
+
+TEST_P(CopyContract, TheCopyHasContentAndTimeOfItsSource) {
+  host.Write("C:\\From\\a.txt", "hello");
+  host.SetModified("C:\\From\\a.txt", 1205492401);
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\b.txt");
+  EXPECT_EQ(host.Content("C:\\To\\b.txt"), "hello");
+  EXPECT_EQ(host.Modified("C:\\To\\b.txt"), 1205492401);
+  EXPECT_EQ(host.Content("C:\\From\\a.txt"), "hello");
+}
+
+TEST_P(CopyContract, TheCopyReplacesItsTarget) {
+  host.Write("C:\\From\\a.txt", "new");
+  host.Write("C:\\To\\a.txt", "old and longer");
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "new");
+  EXPECT_THAT(host.Names("C:\\To"), ElementsAre("a.txt"));
+}
+
+TEST_P(CopyContract, ATargetThatDiffersInCaseIsTheSameFile) {
+  host.Write("C:\\From\\A.TXT", "new");
+  host.Write("C:\\To\\a.txt", "old");
+  files.CopyWhole("C:\\From\\A.TXT", "C:\\To\\A.TXT");
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "new");
+  EXPECT_EQ(host.Names("C:\\To").size(), 1U);
+}
+
+TEST_P(CopyContract, ReadOnlyGoesWithTheCopy) {
+  host.Write("C:\\From\\a.txt", "hello");
+  files.SetAttributes("C:\\From\\a.txt", attribute::kReadOnly);
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_NE(files.Attributes("C:\\To\\a.txt") & attribute::kReadOnly, 0);
+}
+
+TEST_P(CopyContract, ACopyCountsAsChangedEvenIfItsSourceDoesNot) {
+  host.Write("C:\\From\\a.txt", "hello");
+  files.SetAttributes("C:\\From\\a.txt", 0);
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_EQ(files.Attributes("C:\\To\\a.txt"), attribute::kArchive);
+  EXPECT_EQ(files.Attributes("C:\\From\\a.txt"), 0);
+}
+
+TEST_P(CopyContract, ACopyOverAClearedFileSetsItsArchiveAttribute) {
+  host.Write("C:\\From\\a.txt", "new content");
+  host.Write("C:\\To\\a.txt", "old");
+  files.SetAttributes("C:\\To\\a.txt", 0);
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_EQ(files.Attributes("C:\\To\\a.txt"), attribute::kArchive);
+}
+
+TEST_P(CopyContract, WithoutASourceItRaises53) {
+  host.Write("C:\\To\\a.txt", "old");
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\missing", "C:\\To\\a.txt"); }), 53);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\Missing\\a.txt", "C:\\To\\a.txt"); }), 53);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From", "C:\\To\\a.txt"); }), 53);
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "old");
+}
+
+TEST_P(CopyContract, WithoutAFolderForTheTargetItRaises76) {
+  host.Write("C:\\From\\a.txt", "hello");
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "C:\\Missing\\a.txt"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "D:\\a.txt"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "None\\a.txt"); }), 76);
+}
+
+TEST_P(CopyContract, AReadOnlyTargetRaises75AndStays) {
+  host.Write("C:\\From\\a.txt", "new");
+  host.Write("C:\\To\\a.txt", "old");
+  files.SetAttributes("C:\\To\\a.txt", attribute::kReadOnly);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt"); }), 75);
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "old");
+  EXPECT_THAT(host.Names("C:\\To"), ElementsAre("a.txt"));
+}
+
+TEST_P(CopyContract, ATargetThatIsAFolderRaises75) {
+  host.Write("C:\\From\\a.txt", "new");
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "C:\\To"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "C:\\"); }), 75);
+}
+
+TEST_P(CopyContract, ACopyOntoItselfChangesNothing) {
+  host.Write("C:\\From\\a.txt", "hello");
+  files.CopyWhole("C:\\From\\a.txt", "C:\\FROM\\A.TXT");
+  EXPECT_EQ(host.Content("C:\\From\\a.txt"), "hello");
+  EXPECT_EQ(host.Names("C:\\From").size(), 1U);
+}
+
+TEST_P(CopyContract, CopyEntryCopiesAPlainFileWhole) {
+  host.Write("C:\\From\\a.txt", "hello");
+  host.SetModified("C:\\From\\a.txt", 1205492401);
+  const auto from = files.OpenFolder("C:\\From");
+  const auto to = files.OpenFolder("C:\\To");
+  files.CopyEntry({*from, "a.txt"}, {*to, "a.txt"});
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "hello");
+  EXPECT_EQ(host.Modified("C:\\To\\a.txt"), 1205492401);
+  EXPECT_EQ(RaisedBy([&] { files.CopyEntry({*from, "missing"}, {*to, "a.txt"}); }), 53);
+}
+
+TEST_P(CopyContract, AHeldFolderIsReadAndFilledByExactNames) {
+  host.Write("C:\\From\\a.txt", "hello");
+  host.MakeFolder("C:\\From\\Sub\\Deep");
+  const auto from = files.OpenFolder("C:\\from");
+  const auto to = files.OpenFolder("C:\\To");
+  EXPECT_EQ(from->Contents().files.size(), 1U);
+  EXPECT_THAT(from->Contents().folders, ElementsAre("Sub"));
+  EXPECT_THAT(from->Inner("Sub")->Contents().folders, ElementsAre("Deep"));
+  EXPECT_THAT(from->Inner("Sub\\Deep")->Contents().folders, ElementsAre());
+  EXPECT_THAT(from->Inner("")->Contents().folders, ElementsAre("Sub"));
+  EXPECT_EQ(RaisedBy([&] { from->Inner("missing"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { from->Inner("a.txt"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { from->Inner(".."); }), 76);
+  files.CopyWhole("C:\\From\\a.txt", {*to, "b.txt"});
+  EXPECT_EQ(host.Content("C:\\To\\b.txt"), "hello");
+  files.CopyTree({*from, "Sub"}, {*to, "New"}, [] {});
+  EXPECT_TRUE(files.FolderExists("C:\\To\\New\\Deep"));
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree({*from, "missing"}, {*to, "New"}, [] {}); }), 76);
+}
+
+TEST_P(CopyContract, CopyTreeFillsAHeldFolder) {
+  host.Write("C:\\From\\a.txt", "hello");
+  const auto to = files.OpenFolder("C:\\To");
+  files.CopyTree("C:\\From", {*to, "New"}, [] {});
+  EXPECT_EQ(host.Content("C:\\To\\New\\a.txt"), "hello");
+  files.CopyTree("C:\\From", {*to, ""}, [] {});
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "hello");
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\Missing", {*to, ""}, [] {}); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\From", {*to, "a.txt"}, [] {}); }), 75);
+}
+
+TEST_P(CopyContract, AHeldFolderMakesWhatIsNotThere) {
+  const auto to = files.OpenFolder("C:\\To");
+  to->MakeFolder("Sub");
+  to->MakeFile("a.txt");
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "");
+  EXPECT_TRUE(files.FolderExists("C:\\To\\Sub"));
+  EXPECT_EQ(RaisedBy([&] { to->MakeFolder("Sub"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { to->MakeFile("Sub"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { to->MakeFile("a.txt"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { to->MakeFolder(".."); }), 75);
+  EXPECT_EQ(RaisedBy([&] { to->MakeFile("a*"); }), 75);
+}
+
+TEST_P(CopyContract, AFoldedNameIsTheSameForAllCases) {
+  EXPECT_EQ(files.FoldCase("Read Me.TXT"), files.FoldCase("READ ME.txt"));
+  EXPECT_EQ(files.FoldCase("Grüße"), files.FoldCase("GRÜßE"));
+  EXPECT_EQ(files.FoldCase("ΩΜΈΓΑ Жук"), files.FoldCase("ωμέγα жУК"));
+  EXPECT_NE(files.FoldCase("Grüße"), files.FoldCase("Gruße"));
+  EXPECT_NE(files.FoldCase("kıl"), files.FoldCase("kil"));
+  EXPECT_NE(files.FoldCase("ſ"), files.FoldCase("s"));
+  EXPECT_EQ(files.FoldCase("a\xfc"), files.FoldCase("A\xfc"));
+  EXPECT_NE(files.FoldCase("a\xfc"), files.FoldCase("a\xdc"));
+}
+
+TEST_P(CopyContract, CopyTreeCopiesAllThatIsInAFolder) {
+  host.MakeFolder("C:\\From\\Sub\\Empty");
+  host.Write("C:\\From\\a.txt", "one");
+  host.Write("C:\\From\\Sub\\b.txt", "two");
+  files.CopyTree("C:\\From", "C:\\New", [] {});
+  EXPECT_EQ(host.Content("C:\\New\\a.txt"), "one");
+  EXPECT_EQ(host.Content("C:\\New\\Sub\\b.txt"), "two");
+  EXPECT_TRUE(files.FolderExists("C:\\New\\Sub\\Empty"));
+}
+
+TEST_P(CopyContract, CopyTreeReplacesFilesAndDeletesNothing) {
+  host.Write("C:\\From\\a.txt", "new");
+  host.MakeFolder("C:\\To\\kept");
+  host.Write("C:\\To\\a.txt", "old");
+  host.Write("C:\\To\\z.txt", "mine");
+  files.CopyTree("C:\\From", "C:\\To", [] {});
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "new");
+  EXPECT_THAT(host.Names("C:\\To"), ElementsAre("a.txt", "kept", "z.txt"));
+}
+
+TEST_P(CopyContract, CopyTreeMergesIntoFoldersThatDifferInCase) {
+  host.MakeFolder("C:\\From\\SUB");
+  host.Write("C:\\From\\SUB\\A.TXT", "new");
+  host.MakeFolder("C:\\To\\Sub");
+  host.Write("C:\\To\\Sub\\a.txt", "old");
+  files.CopyTree("C:\\From", "C:\\To", [] {});
+  EXPECT_EQ(host.Content("C:\\To\\Sub\\a.txt"), "new");
+  EXPECT_EQ(host.Names("C:\\To").size(), 1U);
+  EXPECT_EQ(host.Names("C:\\To\\Sub").size(), 1U);
+}
+
+TEST_P(CopyContract, CopyTreeCallsBetweenAfterEachFile) {
+  host.MakeFolder("C:\\From\\Sub");
+  host.Write("C:\\From\\a.txt", "one");
+  host.Write("C:\\From\\b.txt", "two");
+  host.Write("C:\\From\\Sub\\c.txt", "three");
+  int calls = 0;
+  files.CopyTree("C:\\From", "C:\\New", [&] { ++calls; });
+  EXPECT_EQ(calls, 3);
+}
+
+TEST_P(CopyContract, CopyTreeGoesOnAfterAFailureAndRaisesTheFirst) {
+  host.MakeFolder("C:\\From\\Sub");
+  host.Write("C:\\From\\a.txt", "new a");
+  host.Write("C:\\From\\b.txt", "new b");
+  host.Write("C:\\From\\Sub\\c.txt", "new c");
+  host.Write("C:\\To\\a.txt", "old a");
+  files.SetAttributes("C:\\To\\a.txt", attribute::kReadOnly);
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\From", "C:\\To", [] {}); }), 75);
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "old a");
+  EXPECT_EQ(host.Content("C:\\To\\b.txt"), "new b");
+  EXPECT_EQ(host.Content("C:\\To\\Sub\\c.txt"), "new c");
+}
+
+TEST_P(CopyContract, CopyTreeRaises76WithoutSourceOrParent) {
+  host.Write("C:\\From\\a.txt", "one");
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\Missing", "C:\\New", [] {}); }), 76);
+  EXPECT_FALSE(files.FolderExists("C:\\New"));
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\From\\a.txt", "C:\\New", [] {}); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\From", "C:\\Missing\\New", [] {}); }), 76);
+}
+
+TEST_P(CopyContract, CopyTreeOntoAFileRaises75) {
+  host.Write("C:\\To\\a.txt", "old");
+  EXPECT_EQ(RaisedBy([&] { files.CopyTree("C:\\From", "C:\\To\\a.txt", [] {}); }), 75);
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "old");
+}
+
+TEST_P(CopyContract, CopyTreeIntoItselfEnds) {
+  host.Write("C:\\From\\a.txt", "one");
+  files.CopyTree("C:\\From", "C:\\From\\Inside", [] {});
+  EXPECT_EQ(host.Content("C:\\From\\Inside\\a.txt"), "one");
+  EXPECT_FALSE(files.FolderExists("C:\\From\\Inside\\Inside"));
+}
+
+TEST_P(CopyContract, MoveTreeTakesAFolderAway) {
+  host.MakeFolder("C:\\From\\Sub");
+  host.Write("C:\\From\\Sub\\a.txt", "one");
+  files.MoveTree("C:\\From", "C:\\To\\New");
+  EXPECT_EQ(host.Content("C:\\To\\New\\Sub\\a.txt"), "one");
+  EXPECT_FALSE(files.FolderExists("C:\\From"));
+}
+
+TEST_P(CopyContract, AMovedFileCountsAsChanged) {
+  host.Write("C:\\From\\a.txt", "a");
+  files.SetAttributes("C:\\From\\a.txt", 0);
+  files.MoveTree("C:\\From", "C:\\To\\New");
+  EXPECT_EQ(files.Attributes("C:\\To\\New\\a.txt"), attribute::kArchive);
+}
+
+TEST_P(CopyContract, AReplacedFileCountsAsChanged) {
+  host.Write("C:\\From\\a.txt", "a");
+  host.Write("C:\\To\\a.txt", "b");
+  host.SetModified("C:\\From\\a.txt", 1205492401);
+  host.SetModified("C:\\To\\a.txt", 1205492401);
+  files.SetAttributes("C:\\To\\a.txt", 0);
+  files.CopyWhole("C:\\From\\a.txt", "C:\\To\\a.txt");
+  EXPECT_EQ(files.Attributes("C:\\To\\a.txt"), attribute::kArchive);
+}
+
+TEST_P(CopyContract, MoveTreeRaises58WhenTheTargetIsThere) {
+  host.Write("C:\\From\\a.txt", "one");
+  host.Write("C:\\To\\b.txt", "two");
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From", "C:\\To"); }), 58);
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From", "C:\\To\\b.txt"); }), 58);
+  EXPECT_EQ(host.Content("C:\\From\\a.txt"), "one");
+}
+
+TEST_P(CopyContract, MoveTreeRaises76WithoutSourceOrParent) {
+  host.Write("C:\\From\\a.txt", "one");
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\Missing", "C:\\New"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From\\a.txt", "C:\\New"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From", "C:\\Missing\\New"); }), 76);
+  EXPECT_EQ(host.Content("C:\\From\\a.txt"), "one");
+}
+
+TEST_P(CopyContract, AFolderCannotBeMovedIntoItself) {
+  host.Write("C:\\From\\a.txt", "one");
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From", "C:\\From\\Inside"); }), 75);
+  EXPECT_EQ(host.Content("C:\\From\\a.txt"), "one");
+}
+
+}  // namespace
+}  // namespace tarnvale::testing

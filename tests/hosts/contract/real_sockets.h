@@ -1,0 +1,44 @@
+// Sockets of this machine, in a loop that a test drives, and one server.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <vector>
+
+#include "hosts/qt/qt_event_loop.h"
+#include "hosts/qt/qt_sockets.h"
+#include "tests/hosts/contract/loopback_server.h"
+#include "ui/timer.h"
+
+namespace tarnvale::testing {
+
+class RealSockets : public ::testing::Test {
+ protected:
+  RealSockets() {
+    loop.Fault.Listen([this](const ProgramError& error) { faults.push_back(error.Number()); });
+    pulse.Tick.Listen([this] { ++ticks; });
+  }
+
+  /// `each_pass` is what the server does meanwhile.
+  bool WaitFor(
+      const std::function<bool()>& condition, const std::function<void()>& each_pass = [] {}) {
+    const auto start = std::chrono::steady_clock::now();
+    while (!condition()) {
+      if (std::chrono::steady_clock::now() - start > std::chrono::seconds(20)) return false;
+      each_pass();
+      loop.WaitPass();
+    }
+    return true;
+  }
+
+  QtEventLoop loop;
+  QtSockets sockets{loop};
+  LoopbackServer server;
+  std::vector<int> faults;
+  Timer pulse{loop.Timers(), 20, true};
+  int ticks = 0;
+};
+
+}  // namespace tarnvale::testing

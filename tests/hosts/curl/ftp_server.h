@@ -1,0 +1,51 @@
+// A real FTP server on the loopback, for as long as the object lives.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <string>
+
+#include "tests/hosts/contract/temporary_folder.h"
+
+namespace tarnvale::testing {
+
+inline constexpr const char* kServerUser = "ann";
+inline constexpr const char* kServerPassword = "open sesame";
+
+class FtpServer {
+ public:
+  /// What it does about encryption.
+  enum class Encryption { kNone, kOffered, kDemanded };
+
+  /// Starts it on a port, 0 for a free one, and waits until it answers.
+  explicit FtpServer(int port = 0, Encryption encryption = Encryption::kNone);
+  FtpServer(const FtpServer&) = delete;
+  FtpServer& operator=(const FtpServer&) = delete;
+  ~FtpServer();
+
+  /// False when there is no such server, or it didn't start.
+  bool Answers() const { return answers_; }
+  int Port() const { return port_; }
+  /// The user's root folder.
+  std::filesystem::path Home() const;
+  std::string PathOf(const std::string& name) const { return Home() / name; }
+
+  /// How often it was given this command by anybody, e.g. "USER".
+  int Count(const std::string& command) const;
+
+ private:
+  void WriteUsers() const;
+  void WriteConfiguration() const;
+  void MakeCertificate() const;
+  void Launch();
+  bool WaitUntilItAnswers() const;
+
+  TemporaryFolder folder_;
+  Encryption encryption_;
+  int port_ = 0;
+  pid_t process_ = 0;
+  bool answers_ = false;
+};
+
+}  // namespace tarnvale::testing

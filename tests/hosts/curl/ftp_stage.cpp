@@ -1,0 +1,80 @@
+#include "tests/hosts/curl/ftp_stage.h"
+
+#include <algorithm>
+
+namespace tarnvale::testing {
+namespace {
+
+constexpr std::chrono::seconds kPatience{60};
+
+double Seconds(std::chrono::steady_clock::duration time) {
+  return std::chrono::duration<double>(time).count();
+}
+
+}  // namespace
+
+FtpStage::FtpStage() {
+  loop.Fault.Listen([](const ProgramError& error) { ADD_FAILURE() << error.what(); });
+  SetPatience({});
+  pulse_.Tick.Listen([this] {
+    const auto now = Clock::now();
+    worst_gap_ = std::max(worst_gap_, Seconds(now - last_pulse_));
+    last_pulse_ = now;
+  });
+}
+
+FtpStage::~FtpStage() = default;
+
+void FtpStage::SetPatience(const FtpPatience& patience) {
+  transport = std::make_unique<CurlFtpTransport>(loop, host->transfer_files, patience);
+  transport->StateChanged.Listen([this](TransportState state) {
+    told.push_back(static_cast<int>(state));
+    if (state == TransportState::kError) {
+      EXPECT_NE(transport->ResponseCode(), kTransferNoError);
+    }
+  });
+}
+
+void FtpStage::Configure(const std::string& address, const std::string& user,
+                         const std::string& password, int limit_s) {
+  transport->SetProtocol(TransferProtocol::kFtp);
+  transport->SetRemoteHost(address);
+  transport->SetUserName(user);
+  transport->Cancel();
+  transport->SetPassword(password);
+  transport->SetRequestTimeout(limit_s);
+}
+
+void FtpStage::Configure(int port, int limit_s) {
+  Configure("127.0.0.1:" + std::to_string(port), "ann", "open sesame", limit_s);
+}
+
+FtpRun FtpStage::Run(const std::string& command) {
+  told.clear();
+  last_pulse_ = Clock::now();
+  transport->Execute(command);
+  EXPECT_TRUE(transport->IsBusy());
+  EXPECT_TRUE(told.empty()) << "nothing is told before the loop yields";
+  return Wait();
+}
+
+FtpRun FtpStage::Wait() {
+  const auto start = Clock::now();
+  EXPECT_TRUE(WaitFor([this] { return !transport->IsBusy(); }));
+  FtpRun run{.states = told, .seconds = Seconds(Clock::now() - start)};
+  if (!told.empty() && told.back() == static_cast<int>(TransportState::kError)) {
+    run.code = transport->ResponseCode();
+  }
+  return run;
+}
+
+bool FtpStage::WaitFor(const std::function<bool()>& condition) {
+  const auto limit = Clock::now() + kPatience;
+  while (!condition()) {
+    if (Clock::now() > limit) return false;
+    loop.WaitPass();
+  }
+  return true;
+}
+
+}  // namespace tarnvale::testing

@@ -1,0 +1,69 @@
+// The FTP client on the program's own event loop, with a drive of its own.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "hosts/curl/curl_ftp_transport.h"
+#include "hosts/qt/qt_event_loop.h"
+#include "tests/hosts/linux/linux_stage.h"
+#include "ui/timer.h"
+
+namespace tarnvale::testing {
+
+/// How a command went.
+struct FtpRun {
+  std::vector<int> states;
+  int code = kTransferNoError;  ///< 0 when it completed
+  double seconds = 0;
+};
+
+/// More than the systems at both ends hold, if many.
+inline std::string Megabytes(std::size_t count) {
+  return std::string(count * 1000000, 'x');
+}
+
+class FtpStage : public LinuxStage {
+ protected:
+  FtpStage();
+  ~FtpStage() override;
+
+  /// Sets host, login and a limit in this order, as a session is set up.
+  void Configure(const std::string& host, const std::string& user, const std::string& password,
+                 int limit_s = 10);
+  void Configure(int port, int limit_s = 10);
+
+  /// A new client, with this patience.
+  void SetPatience(const FtpPatience& patience);
+
+  /// Executes a command and waits for its end.
+  FtpRun Run(const std::string& command);
+  /// Waits for the end of what runs.
+  FtpRun Wait();
+  /// Lets the loop run until `condition` holds. False when it never did.
+  bool WaitFor(const std::function<bool()>& condition);
+
+  /// The longest time in which no timer of the program could tick, so far.
+  double WorstGap() const { return worst_gap_; }
+
+  std::string Native(const std::string& name) const { return OnDrive("Data/" + name); }
+
+  std::unique_ptr<LinuxHost> host = std::make_unique<LinuxHost>(surroundings);
+  QtEventLoop loop;
+  std::unique_ptr<CurlFtpTransport> transport;
+  /// All that was told since the last command began.
+  std::vector<int> told;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  Timer pulse_{loop.Timers(), 10, true};
+  Clock::time_point last_pulse_ = Clock::now();
+  double worst_gap_ = 0;
+};
+
+}  // namespace tarnvale::testing

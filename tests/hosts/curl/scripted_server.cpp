@@ -1,0 +1,212 @@
+#include "tests/hosts/curl/scripted_server.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+#include "tests/hosts/curl/loopback.h"
+
+namespace tarnvale::testing {
+
+Talk::Talk(ScriptedServer& server, int socket) : server_(server), socket_(socket) {
+  server_.Keep(socket_);
+}
+
+Talk::~Talk() {
+  CloseData();
+  if (data_listener_ >= 0) server_.Drop(data_listener_);
+  for (const int socket : silent_) ::close(socket);
+  server_.Drop(socket_);
+}
+
+bool Talk::Send(int socket, const std::string& bytes) {
+  std::size_t sent = 0;
+  while (sent < bytes.size()) {
+    const ssize_t done = ::send(socket, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+    if (done <= 0) return false;
+    sent += static_cast<std::size_t>(done);
+  }
+  return true;
+}
+
+std::string Talk::Hear() {
+  for (;;) {
+    std::string line = HearAny();
+    if (line.starts_with("AUTH ")) {
+      Say("502 no\r\n");
+    } else if (line == "PWD") {
+      Say("257 \"/\"\r\n");
+    } else if (line.starts_with("TYPE ")) {
+      Say("200 so be it\r\n");
+    } else {
+      if (!line.empty()) server_.Note(line);
+      return line;
+    }
+  }
+}
+
+std::string Talk::HearAny() {
+  while (heard_.find('\n') == std::string::npos) {
+    std::array<char, 4096> bytes{};
+    const ssize_t got = ::recv(socket_, bytes.data(), bytes.size(), 0);
+    if (got <= 0) return {};
+    heard_.append(bytes.data(), static_cast<std::size_t>(got));
+  }
+  const auto end = heard_.find('\n');
+  std::string line = heard_.substr(0, end);
+  heard_.erase(0, end + 1);
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  return line;
+}
+
+void Talk::Hang() {
+  while (!Hear().empty()) continue;
+}
+
+void Talk::SendForever(int socket, const std::string& bytes, int interval_ms) {
+  while (Send(socket, bytes)) {
+    if (HangsUpWithin(interval_ms)) return;
+  }
+}
+
+bool Talk::HangsUpWithin(int wait_ms) {
+  pollfd client{.fd = socket_, .events = POLLRDHUP, .revents = 0};
+  return ::poll(&client, 1, wait_ms) != 0;
+}
+
+void Talk::SayForever(const std::string& bytes, int interval_ms) {
+  SendForever(socket_, bytes, interval_ms);
+}
+
+void Talk::SendDataForever(const std::string& bytes, int interval_ms) {
+  SendForever(data_, bytes, interval_ms);
+}
+
+void Talk::LogIn() {
+  Say("220 ready\r\n");
+  Hear();
+  Say("331 password\r\n");
+  Hear();
+  Say("230 in\r\n");
+}
+
+int Talk::DataPort() {
+  if (data_listener_ < 0) {
+    data_listener_ = ListenOnLoopback(0);
+    server_.Keep(data_listener_);
+  }
+  return PortOf(data_listener_);
+}
+
+// A queue that is full takes no more knocks.
+int Talk::SilentDataPort() {
+  const int listener = ListenOnLoopback(0, 0);
+  silent_.push_back(listener);
+  for (int i = 0; i < 4; ++i) silent_.push_back(BeginToConnect(PortOf(listener)));
+  return PortOf(listener);
+}
+
+std::string Talk::EnterPassive() {
+  return AnswerPassive("229 ok (|||" + std::to_string(DataPort()) + "|)\r\n");
+}
+
+std::string Talk::AnswerPassive(const std::string& reply) {
+  Hear();
+  Say(reply);
+  return Hear();
+}
+
+void Talk::AcceptData(int held_bytes, const std::string& words) {
+  CloseData();
+  Say(words + "\r\n");
+  data_ = ::accept(data_listener_, nullptr, nullptr);
+  if (data_ < 0) return;
+  server_.Keep(data_);
+  if (held_bytes > 0) {
+    ::setsockopt(data_, SOL_SOCKET, SO_RCVBUF, &held_bytes, sizeof held_bytes);
+  }
+}
+
+std::string Talk::ReceiveData(std::size_t most) {
+  std::string received;
+  std::array<char, 65536> bytes{};
+  while (received.size() < most) {
+    const std::size_t wanted = std::min(bytes.size(), most - received.size());
+    const ssize_t got = ::recv(data_, bytes.data(), wanted, 0);
+    data_reset_ = got < 0;
+    if (got <= 0) break;
+    received.append(bytes.data(), static_cast<std::size_t>(got));
+  }
+  return received;
+}
+
+void Talk::ReceiveDataByByte(int interval_ms) {
+  while (!ReceiveData(1).empty()) {
+    if (HangsUpWithin(interval_ms)) return;
+  }
+}
+
+void Talk::CloseData() {
+  if (data_ >= 0) server_.Drop(data_);
+  data_ = -1;
+}
+
+void Talk::BreakData() {
+  const linger at_once{.l_onoff = 1, .l_linger = 0};
+  ::setsockopt(data_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+  CloseData();
+}
+
+ScriptedServer::ScriptedServer(Script script, int port)
+    : script_(std::move(script)), listener_(ListenOnLoopback(port)), port_(PortOf(listener_)) {
+  thread_ = std::thread([this] { Serve(); });
+}
+
+ScriptedServer::~ScriptedServer() {
+  stopping_ = true;
+  ::shutdown(listener_, SHUT_RDWR);
+  {
+    const std::lock_guard lock(mutex_);
+    for (const int socket : sockets_) ::shutdown(socket, SHUT_RDWR);
+  }
+  thread_.join();
+  ::close(listener_);
+}
+
+std::vector<std::string> ScriptedServer::Heard() {
+  const std::lock_guard lock(mutex_);
+  return heard_;
+}
+
+void ScriptedServer::Serve() {
+  while (!stopping_) {
+    const int socket = ::accept(listener_, nullptr, nullptr);
+    if (socket < 0) continue;
+    ++connections_;
+    Talk talk(*this, socket);
+    script_(talk);
+  }
+}
+
+void ScriptedServer::Keep(int socket) {
+  const std::lock_guard lock(mutex_);
+  sockets_.insert(socket);
+  if (stopping_) ::shutdown(socket, SHUT_RDWR);
+}
+
+void ScriptedServer::Drop(int socket) {
+  const std::lock_guard lock(mutex_);
+  sockets_.erase(socket);
+  ::close(socket);
+}
+
+void ScriptedServer::Note(const std::string& line) {
+  const std::lock_guard lock(mutex_);
+  heard_.push_back(line);
+}
+
+}  // namespace tarnvale::testing

@@ -1,0 +1,194 @@
+#include "hosts/linux/archive_bit.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "hosts/linux/stable_hash.h"
+#include "tests/hosts/linux/linux_drive.h"
+
+namespace tarnvale {
+namespace {
+
+using attribute::kArchive;
+using attribute::kHidden;
+using attribute::kReadOnly;
+using attribute::kSystem;
+
+using ArchiveBitTest = LinuxDriveTest;
+
+TEST_F(ArchiveBitTest, StaysClearedUntilTheFileChanges) {
+  Write("file", "one");
+  SetModified("file", 1000, 1);
+  files_.SetAttributes("C:\\file", 0);
+  EXPECT_EQ(files_.Attributes("C:\\file"), 0);
+  LinuxFiles next_run(root_, base_ + "/other_state");
+  EXPECT_EQ(next_run.Attributes("C:\\file"), 0);
+  SetModified("file", 1000, 2);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+  SetModified("file", 1000, 1);
+  EXPECT_EQ(files_.Attributes("C:\\file"), 0);
+  Write("file", "longer");
+  SetModified("file", 1000, 1);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, TheMarkTellsWhichFileItWas) {
+  Write("file", "12345");
+  SetModified("file", 1'700'000'000, 123'456'789);
+  files_.SetAttributes("C:\\file", 0);
+  std::string value(160, '\0');
+  value.resize(static_cast<std::size_t>(
+      ::getxattr(Native("file").c_str(), "user.tarnvale.archived", value.data(), value.size())));
+  struct statx born {};
+  ASSERT_EQ(::statx(AT_FDCWD, Native("file").c_str(), 0, STATX_BTIME, &born), 0);
+  const bool is_known = (born.stx_mask & STATX_BTIME) != 0;
+  const std::int64_t born_ns =
+      is_known ? born.stx_btime.tv_sec * 1'000'000'000 + born.stx_btime.tv_nsec : 0;
+  EXPECT_EQ(value, "5 1700000000123456789 " + std::to_string(Info("file").st_ino) + " " +
+                       std::to_string(born_ns) + " " + StableHash(Native("file")));
+}
+
+TEST_F(ArchiveBitTest, AMarkOfAnOlderReleaseDoesNotCount) {
+  Write("file", "12345");
+  SetModified("file", 1'700'000'000, 5);
+  const std::string mark = "5 1700000000000000005";
+  ASSERT_EQ(
+      ::setxattr(Native("file").c_str(), "user.tarnvale.archived", mark.data(), mark.size(), 0), 0);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, NothingIsClearedThatTheIndexCannotNote) {
+  Write("file", "");
+  std::ofstream(state_) << "no folder";
+  EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\file", 0); }), kPathFileAccess);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, CanBeSetAgain) {
+  Write("file", "");
+  files_.SetAttributes("C:\\file", 0);
+  files_.SetAttributes("C:\\file", kArchive);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, IsSetOnTheCopyOfAClearedFile) {
+  Write("file", "");
+  files_.SetAttributes("C:\\file", 0);
+  files_.CopyWhole("C:\\file", "C:\\copy");
+  EXPECT_EQ(files_.Attributes("C:\\copy"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, IsClearedOnAReadOnlyFileToo) {
+  Write("file", "");
+  SetMode("file", 0444);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive + kReadOnly);
+  files_.SetAttributes("C:\\file", kReadOnly);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kReadOnly);
+  LinuxFiles next_run(root_, state_);
+  EXPECT_EQ(next_run.Attributes("C:\\file"), kReadOnly);
+}
+
+TEST_F(ArchiveBitTest, IsClearedTogetherWithReadOnly) {
+  Write("file", "");
+  SetMode("file", 0664);
+  files_.SetAttributes("C:\\file", kReadOnly);
+  EXPECT_EQ(Info("file").st_mode & 07777U, 0464U);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kReadOnly);
+  files_.SetAttributes("C:\\file", 0);
+  EXPECT_EQ(Info("file").st_mode & 07777U, 0664U);
+  EXPECT_EQ(files_.Attributes("C:\\file"), 0);
+}
+
+TEST_F(ArchiveBitTest, ValuesThatNoFileCanHaveChangeNothing) {
+  Write("file", "");
+  for (const int value : {-31, -1, 16, 64, 48, 256, kHidden, kSystem, kHidden + kReadOnly}) {
+    EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\file", value); }), kInvalidCall) << value;
+  }
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+}
+
+TEST_F(ArchiveBitTest, AHiddenNameNeedsTheHiddenBit) {
+  Write(".file", "");
+  EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\.file", 0); }), kInvalidCall);
+  files_.SetAttributes("C:\\.file", kHidden);
+  EXPECT_EQ(files_.Attributes("C:\\.file"), kHidden);
+}
+
+TEST_F(ArchiveBitTest, MissingFilesAreTold) {
+  MakeFolder("folder");
+  EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\none", 0); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\folder", 0); }), kPathFileAccess);
+}
+
+// A file whose medium knows neither extended attributes nor an archive bit.
+constexpr char kBare[] = "/proc/version";
+
+TEST_F(ArchiveBitTest, IsKeptInTheIndexWhereTheMediumHoldsNothing) {
+  struct stat info {};
+  info.st_size = 7;
+  info.st_mtim = {5, 6};
+  {
+    ArchiveBit archive(state_);
+    EXPECT_TRUE(archive.IsSet(kBare, info));
+    archive.Clear(kBare, info);
+    EXPECT_FALSE(archive.IsSet(kBare, info));
+  }
+  ArchiveBit next_run(state_);
+  EXPECT_FALSE(next_run.IsSet(kBare, info));
+  info.st_mtim.tv_nsec = 7;
+  EXPECT_TRUE(next_run.IsSet(kBare, info));
+  info.st_mtim.tv_nsec = 6;
+  info.st_ino = 8;
+  EXPECT_TRUE(next_run.IsSet(kBare, info)) << "another file";
+  info.st_ino = 0;
+  next_run.Set(kBare);
+  EXPECT_TRUE(next_run.IsSet(kBare, info));
+  EXPECT_TRUE(ArchiveBit(state_).IsSet(kBare, info));
+}
+
+using ArchiveIndexTest = LinuxDriveTest;
+
+TEST_F(ArchiveIndexTest, KeepsPathsWithLineFeedsAndBackslashes) {
+  ArchiveIndex(state_).Set("/a\nb\\n c", {1, 2, 3, -4});
+  ArchiveIndex next_run(state_);
+  ASSERT_NE(next_run.Find("/a\nb\\n c"), nullptr);
+  EXPECT_EQ(*next_run.Find("/a\nb\\n c"), (ArchiveMark{1, 2, 3, -4}));
+}
+
+TEST_F(ArchiveIndexTest, ALineThatACrashCutOffHarmsNoOther) {
+  ArchiveIndex(state_).Set("/a", {1, 2, 3, 4});
+  { std::ofstream(state_ + "/archived", std::ios::app) << "3 4 5 6 /b"; }
+  ArchiveIndex next_run(state_);
+  EXPECT_EQ(next_run.Find("/b"), nullptr);
+  next_run.Set("/c", {5, 6, 7, 8});
+  ArchiveIndex last_run(state_);
+  EXPECT_NE(last_run.Find("/a"), nullptr);
+  EXPECT_NE(last_run.Find("/c"), nullptr);
+}
+
+TEST_F(ArchiveIndexTest, ALineOfAnOlderReleaseDoesNotCount) {
+  std::filesystem::create_directories(state_);
+  { std::ofstream(state_ + "/archived") << "1 2 /a\n1 2 3 4 /b\n"; }
+  ArchiveIndex index(state_);
+  EXPECT_EQ(index.Find("/a"), nullptr);
+  EXPECT_NE(index.Find("/b"), nullptr);
+}
+
+TEST_F(ArchiveIndexTest, IsShortenedWhenItHasGrown) {
+  ArchiveIndex index(state_);
+  for (int i = 0; i < 500; ++i) index.Set("/a", {i, i, 7, i});
+  ArchiveIndex next_run(state_);
+  EXPECT_EQ(*next_run.Find("/a"), (ArchiveMark{499, 499, 7, 499}));
+  std::ifstream file(state_ + "/archived");
+  std::string line;
+  std::getline(file, line);
+  EXPECT_EQ(line, "499 499 7 499 /a");
+  EXPECT_FALSE(std::getline(file, line));
+}
+
+}  // namespace
+}  // namespace tarnvale

@@ -1,0 +1,204 @@
+// Copying single files.
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include "tests/hosts/linux/linux_drive.h"
+
+namespace tarnvale {
+namespace {
+
+using Names = std::vector<std::string>;
+class CopyTest : public LinuxDriveTest {
+ protected:
+  // From one place on the drive to another, each a folder and a name.
+  void CopyEntry(const Path& from, const std::string& name, const Path& to,
+                 const std::string& target) {
+    const auto source_folder = files_.OpenFolder(from);
+    const auto target_folder = files_.OpenFolder(to);
+    files_.CopyEntry({*source_folder, name}, {*target_folder, target});
+  }
+};
+
+std::string Pattern(std::size_t count) {
+  std::string content(count, '\0');
+  for (std::size_t i = 0; i < count; ++i) content[i] = static_cast<char>((i * 2654435761U) >> 13U);
+  return content;
+}
+
+TEST_F(CopyTest, ContentArrivesWhateverItsLength) {
+  for (const std::size_t size : {0U, 1U, 262143U, 262144U, 262145U, 3000000U}) {
+    Write("source", Pattern(size));
+    files_.CopyWhole("C:\\source", "C:\\target");
+    EXPECT_TRUE(Read("target") == Pattern(size)) << size;
+  }
+}
+
+TEST_F(CopyTest, TimePermissionsAndExtendedAttributesGoAlong) {
+  Write("source", "x");
+  SetMode("source", 0751);
+  SetModified("source", 1'234'567'890, 123'456'789);
+  ASSERT_EQ(::setxattr(Native("source").c_str(), "user.colour", "blue", 4, 0), 0);
+  files_.CopyWhole("C:\\source", "C:\\target");
+  const struct stat info = Info("target");
+  EXPECT_EQ(info.st_mode & 07777U, 0751U);
+  EXPECT_EQ(info.st_mtim.tv_sec, 1'234'567'890);
+  EXPECT_EQ(info.st_mtim.tv_nsec, 123'456'789);
+  std::string value(16, '\0');
+  value.resize(static_cast<std::size_t>(
+      ::getxattr(Native("target").c_str(), "user.colour", value.data(), value.size())));
+  EXPECT_EQ(value, "blue");
+}
+
+TEST_F(CopyTest, AReadOnlyFileIsCopiedWithItsExtendedAttributes) {
+  Write("source", "x");
+  ASSERT_EQ(::setxattr(Native("source").c_str(), "user.colour", "blue", 4, 0), 0);
+  SetMode("source", 0444);
+  files_.CopyWhole("C:\\source", "C:\\target");
+  EXPECT_EQ(Info("target").st_mode & 07777U, 0444U);
+  EXPECT_EQ(::getxattr(Native("target").c_str(), "user.colour", nullptr, 0), 4);
+}
+
+TEST_F(CopyTest, AnOldTargetIsReplaced) {
+  Write("source", "new");
+  Write("target", "old and longer");
+  files_.CopyWhole("C:\\source", "C:\\target");
+  EXPECT_EQ(Read("target"), "new");
+  EXPECT_EQ(NamesIn("."), (Names{"source", "target"}));
+}
+
+TEST_F(CopyTest, ATargetOfOtherCaseIsReplacedUnderItsName) {
+  Write("source", "new");
+  Write("Target", "old");
+  files_.CopyWhole("C:\\source", "C:\\TARGET");
+  EXPECT_EQ(Read("Target"), "new");
+  EXPECT_EQ(NamesIn("."), (Names{"Target", "source"}));
+}
+
+TEST_F(CopyTest, NewNamesOfOneFolderStayOneName) {
+  Write("source", "1");
+  files_.CopyWhole("C:\\source", "C:\\First");
+  files_.CopyWhole("C:\\source", "C:\\FIRST");
+  EXPECT_EQ(NamesIn("."), (Names{"First", "source"}));
+}
+
+TEST_F(CopyTest, AReadOnlyTargetIsRefused) {
+  Write("source", "new");
+  Write("target", "old");
+  SetMode("target", 0444);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\target"); }), kPathFileAccess);
+  EXPECT_EQ(Read("target"), "old");
+}
+
+TEST_F(CopyTest, FailuresAreToldByNumber) {
+  MakeFolder("folder");
+  Write("source", "");
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\none", "C:\\target"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\folder", "C:\\target"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\none\\x"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "D:\\x"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\folder"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\a*b"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\" + std::string(256, 'n')); }),
+            kPathFileAccess);
+  EXPECT_EQ(NamesIn("."), (Names{"folder", "source"}));
+}
+
+TEST_F(CopyTest, APipeIsNotOpened) {
+  ASSERT_EQ(::mkfifo(Native("pipe").c_str(), 0600), 0);
+  Write("file", "");
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\pipe", "C:\\target"); }), kPermissionDenied);
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\file", "C:\\pipe"); }), kPathFileAccess);
+  EXPECT_TRUE(S_ISFIFO(Info("pipe").st_mode));
+}
+
+TEST_F(CopyTest, AFileCopiedOntoItselfStaysWhole) {
+  Write("file", "content");
+  files_.CopyWhole("C:\\file", "C:\\FILE");
+  Link("link", "file");
+  files_.CopyWhole("C:\\link", "C:\\file");
+  ASSERT_EQ(::link(Native("file").c_str(), Native("twin").c_str()), 0);
+  files_.CopyWhole("C:\\file", "C:\\twin");
+  EXPECT_EQ(Read("file"), "content");
+  EXPECT_EQ(Read("twin"), "content");
+  EXPECT_EQ(Info("file").st_nlink, 2U);
+}
+
+TEST_F(CopyTest, ALinkedTargetIsReplacedAndNotWrittenThrough) {
+  Write("source", "new");
+  Write("file", "old");
+  Link("target", "file");
+  files_.CopyWhole("C:\\source", "C:\\target");
+  EXPECT_EQ(Read("file"), "old");
+  EXPECT_TRUE(S_ISREG(Info("target").st_mode));
+}
+
+TEST_F(CopyTest, CopyWholeFollowsALinkAndCopyEntryKeepsIt) {
+  MakeFolder("sub");
+  Write("file", "content");
+  Link("link", "file");
+  SetModified("link", 1000, 5);
+  files_.CopyWhole("C:\\link", "C:\\sub\\whole");
+  CopyEntry("C:\\", "link", "C:\\sub", "entry");
+  EXPECT_EQ(Read("sub/whole"), "content");
+  EXPECT_EQ(std::filesystem::read_symlink(Native("sub/entry")), "file");
+  EXPECT_EQ(Info("sub/entry").st_mtim.tv_sec, 1000);
+  EXPECT_EQ(Info("sub/entry").st_mtim.tv_nsec, 5);
+}
+
+TEST_F(CopyTest, CopyEntryReplacesALinkByALink) {
+  Link("link", "one");
+  Link("target", "two");
+  CopyEntry("C:\\", "link", "C:\\", "target");
+  EXPECT_EQ(std::filesystem::read_symlink(Native("target")), "one");
+  EXPECT_EQ(NamesIn("."), (Names{"link", "target"}));
+}
+
+TEST_F(CopyTest, NamesOf255BytesAreCopied) {
+  MakeFolder("sub");
+  const std::string name(255, 'n');
+  Write(name, "content");
+  files_.CopyWhole("C:\\" + name, "C:\\sub\\" + name);
+  EXPECT_EQ(Read("sub/" + name), "content");
+}
+
+TEST_F(CopyTest, HolesStayHoles) {
+  Write("source", "");
+  ASSERT_EQ(::truncate(Native("source").c_str(), 64 * 1024 * 1024), 0);
+  const int fd = ::open(Native("source").c_str(), O_WRONLY | O_CLOEXEC);
+  ASSERT_EQ(::pwrite(fd, "middle", 6, 32 * 1024 * 1024), 6);
+  ::close(fd);
+  files_.CopyWhole("C:\\source", "C:\\target");
+  EXPECT_EQ(Info("target").st_size, 64 * 1024 * 1024);
+  EXPECT_LT(Info("target").st_blocks, 1024 * 1024 / 512);
+  EXPECT_TRUE(Read("target") == Read("source"));
+}
+
+TEST_F(CopyTest, FilesThatTheSystemMakesUpAreReadToTheirEnd) {
+  LinuxFiles whole("/", state_);
+  std::string target = "C:" + Native("version");
+  for (char& c : target) c = c == '/' ? '\\' : c;
+  whole.CopyWhole("C:\\proc\\version", target);
+  EXPECT_NE(Read("version").find("Linux"), std::string::npos);
+}
+
+TEST_F(CopyTest, RightsDecideWhatOthersMayDoWithACopyAndSetIdBitsNeverGoAlong) {
+  const mode_t mask = ::umask(0022);
+  Write("source", "x");
+  SetMode("source", 07777);
+  for (const char* old : {"", "old"}) {
+    for (const auto& [rights, mode] : std::vector<std::pair<Rights, mode_t>>{
+             {Rights::kSource, 0777}, {Rights::kNewFile, 0755}, {Rights::kOwner, 0600}}) {
+      // A new file and one that is replaced are written in different ways.
+      std::filesystem::remove(Native("target"));
+      if (*old != '\0') Write("target", old);
+      files_.CopyWhole("C:\\source", "C:\\target", rights);
+      EXPECT_EQ(Info("target").st_mode & 07777U, mode) << old;
+    }
+  }
+  ::umask(mask);
+}
+
+}  // namespace
+}  // namespace tarnvale

@@ -1,0 +1,199 @@
+// Finding files and folders, asking for their properties.
+#include <fcntl.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "tests/hosts/linux/linux_drive.h"
+
+namespace tarnvale {
+namespace {
+
+using LookupTest = LinuxDriveTest;
+
+TEST_F(LookupTest, NamesAreFoundWithoutRegardToCase) {
+  MakeFolder("Home/Ann");
+  Write("Home/Ann/Letter.TXT", "four");
+  EXPECT_EQ(files_.Length("C:\\HOME\\ann\\letter.txt"), 4);
+  EXPECT_TRUE(files_.FolderExists("\\home\\ANN\\"));
+}
+
+TEST_F(LookupTest, TheExactNameComesFirst) {
+  Write("name", "1");
+  Write("NAME", "22");
+  Write("Name", "333");
+  EXPECT_EQ(files_.Length("C:\\name"), 1);
+  EXPECT_EQ(files_.Length("C:\\NAME"), 2);
+  EXPECT_EQ(files_.Length("C:\\nAME"), 2) << "the first by bytes of several";
+}
+
+TEST_F(LookupTest, AChangedFolderIsLookedThroughAnew) {
+  EXPECT_FALSE(files_.FileExists("C:\\LATER"));
+  Write("later", "1");
+  EXPECT_TRUE(files_.FileExists("C:\\LATER"));
+  ::unlink(Native("later").c_str());
+  EXPECT_FALSE(files_.FileExists("C:\\LATER"));
+}
+
+TEST_F(LookupTest, AFolderThatMovedIsFoundInItsNewPlace) {
+  MakeFolder("Old");
+  Write("Old/x", "1");
+  EXPECT_EQ(files_.Length("C:\\OLD\\X"), 1);
+  std::filesystem::rename(Native("Old"), Native("oLD"));
+  EXPECT_EQ(files_.Length("C:\\OLD\\X"), 1);
+}
+
+TEST_F(LookupTest, LettersOfEveryAlphabetHaveACase) {
+  Write("Grüße.txt", "1");
+  Write("Ωμέγα", "22");
+  Write("Жук", "333");
+  EXPECT_EQ(files_.Length("C:\\GRÜßE.TXT"), 1);
+  EXPECT_EQ(files_.Length("C:\\ωΜΈΓΑ"), 2);
+  EXPECT_EQ(files_.Length("C:\\жУК"), 3);
+  EXPECT_FALSE(files_.FileExists("C:\\Gruße.txt"));
+}
+
+TEST_F(LookupTest, BytesThatAreNoTextAreComparedAsTheyAre) {
+  Write("a\xfc\xe4.txt", "1");
+  EXPECT_EQ(files_.Length("C:\\A\xfc\xe4.TXT"), 1);
+  EXPECT_FALSE(files_.FileExists("C:\\a\xdc\xc4.txt"));
+}
+
+// A medium's clock can tick so slowly that two changes leave a folder's time alone.
+TEST_F(LookupTest, AChangeThatLeavesTheFoldersTimeAloneIsSeen) {
+  MakeFolder("Data");
+  Write("Data/Grüße.Txt", "old");
+  SetModified("Data", 1'000'000, 0);
+  ASSERT_EQ(files_.Length("C:\\Data\\GRÜßE.TXT"), 3);
+  std::filesystem::remove(Native("Data/Grüße.Txt"));
+  Write("source", "new");
+  SetModified("Data", 1'000'000, 0);
+  files_.CopyWhole("C:\\source", "C:\\Data\\grüße.tXT");
+  EXPECT_EQ(NamesIn("Data"), std::vector<std::string>{"grüße.tXT"});
+  Write("Data/Later", "1");
+  SetModified("Data", 1'000'000, 0);
+  EXPECT_EQ(files_.Length("C:\\Data\\LATER"), 1);
+}
+
+TEST_F(LookupTest, APathOfTensOfThousandsOfPartsLeadsNowhere) {
+  Path path = "C:";
+  for (int part = 0; part < 100'000; ++part) path += "\\d";
+  EXPECT_EQ(RaisedBy([&] { files_.Length(path); }), kPathNotFound);
+  EXPECT_FALSE(files_.FolderExists(path));
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFoldersOf(path); }), kPathNotFound);
+  EXPECT_FALSE(Exists("d")) << "nothing of it is made";
+  EXPECT_EQ(files_.List(path + "\\*.*", {}).size(), 0U);
+}
+
+TEST_F(LookupTest, LengthTellsWhatIsMissing) {
+  MakeFolder("folder");
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\none"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\folder"); }), kFileNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\none\\x"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("D:\\x"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\folder\\*.*"); }), kFileNotFound);
+}
+
+TEST_F(LookupTest, AStarInAPathFindsNoFileOfThatName) {
+  Write("a*b", "1");
+  EXPECT_FALSE(files_.FileExists("C:\\a*b"));
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\a*b", "C:\\c"); }), kFileNotFound);
+}
+
+TEST_F(LookupTest, LengthsBeyond32BitsAreTold) {
+  Write("large", "");
+  ASSERT_EQ(::truncate(Native("large").c_str(), 5'000'000'000), 0);
+  EXPECT_EQ(files_.Length("C:\\large"), 5'000'000'000);
+}
+
+TEST_F(LookupTest, AttributesComeFromModeNameAndKind) {
+  Write("plain", "");
+  EXPECT_EQ(files_.Attributes("C:\\plain"), attribute::kArchive);
+  Write(".hidden", "");
+  EXPECT_EQ(files_.Attributes("C:\\.hidden"), attribute::kArchive + attribute::kHidden);
+  SetMode("plain", 0444);
+  EXPECT_EQ(files_.Attributes("C:\\plain"), attribute::kArchive + attribute::kReadOnly);
+  MakeFolder(".folder");
+  EXPECT_EQ(files_.Attributes("C:\\.folder"), attribute::kDirectory + attribute::kHidden);
+  EXPECT_EQ(files_.Attributes("C:\\"), attribute::kDirectory);
+}
+
+TEST_F(LookupTest, APipeIsASystemFile) {
+  ASSERT_EQ(::mkfifo(Native("pipe").c_str(), 0600), 0);
+  EXPECT_EQ(files_.Attributes("C:\\pipe"), attribute::kSystem);
+  EXPECT_TRUE(files_.FileExists("C:\\pipe"));
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\pipe"); }), kPathFileAccess);
+}
+
+TEST_F(LookupTest, ALinkCountsAsWhatItLeadsTo) {
+  MakeFolder("folder");
+  Write("file", "12345");
+  Link("to_file", "file");
+  Link("to_folder", "folder");
+  Link("to_nothing", "none");
+  EXPECT_EQ(files_.Length("C:\\to_file"), 5);
+  EXPECT_TRUE(files_.FolderExists("C:\\to_folder"));
+  EXPECT_FALSE(files_.FileExists("C:\\to_folder"));
+  EXPECT_TRUE(files_.FileExists("C:\\to_nothing"));
+  EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\to_nothing"); }), kFileNotFound);
+}
+
+TEST_F(LookupTest, AFileIsNoFolderAndAFolderNoFile) {
+  MakeFolder("folder");
+  Write("file", "");
+  EXPECT_TRUE(files_.FolderExists("C:\\folder"));
+  EXPECT_FALSE(files_.FileExists("C:\\folder"));
+  EXPECT_FALSE(files_.FolderExists("C:\\file"));
+  EXPECT_TRUE(files_.FileExists("C:\\file"));
+  EXPECT_FALSE(files_.FolderExists("C:\\file\\x"));
+}
+
+TEST_F(LookupTest, FoldersAreMadeUpToTheLastBackslash) {
+  files_.CreateFoldersOf("C:\\a\\b\\c.txt");
+  EXPECT_TRUE(files_.FolderExists("C:\\a\\b"));
+  EXPECT_FALSE(Exists("a/b/c.txt"));
+  files_.CreateFoldersOf("C:\\A\\B\\D\\");
+  EXPECT_EQ(NamesIn("a/b"), std::vector<std::string>{"D"});
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFoldersOf("D:\\a\\"); }), kPathNotFound);
+  Write("file", "");
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFoldersOf("C:\\file\\x\\"); }), kPathFileAccess);
+}
+
+TEST_F(LookupTest, AFolderIsMadeOnceWhateverItsCase) {
+  files_.CreateFolder("C:\\New");
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFolder("C:\\NEW"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFolder("C:\\none\\x"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.CreateFolder("C:\\x*"); }), kPathFileAccess);
+}
+
+TEST_F(LookupTest, AReadOnlyFileIsNotDeleted) {
+  Write("file", "");
+  SetMode("file", 0444);
+  EXPECT_EQ(RaisedBy([&] { files_.Delete("C:\\file"); }), kPathFileAccess);
+  SetMode("file", 0644);
+  files_.Delete("C:\\FILE");
+  EXPECT_FALSE(Exists("file"));
+  EXPECT_EQ(RaisedBy([&] { files_.Delete("C:\\file"); }), kFileNotFound);
+}
+
+TEST_F(LookupTest, DeletingALinkLeavesItsFile) {
+  Write("file", "");
+  Link("link", "file");
+  files_.Delete("C:\\link");
+  EXPECT_TRUE(Exists("file"));
+  EXPECT_FALSE(Exists("link"));
+}
+
+TEST_F(LookupTest, AProgramOutsideTheDriveLiesAtItsRoot) {
+  EXPECT_EQ(files_.ProgramFolder(), "C:");
+  LinuxFiles whole("/", state_);
+  const Path folder = whole.ProgramFolder();
+  EXPECT_FALSE(whole.List(folder + "\\linux_test*", {}).empty()) << folder;
+}
+
+TEST_F(LookupTest, FlushNeedsAFolder) {
+  EXPECT_EQ(RaisedBy([&] { files_.BeginFlush("C:\\"); }), 0);
+  EXPECT_EQ(RaisedBy([&] { files_.BeginFlush("C:\\none"); }), kPathNotFound);
+}
+
+}  // namespace
+}  // namespace tarnvale

@@ -1,0 +1,19 @@
+#include "hosts/linux/stable_hash.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnvale {
+namespace {
+
+TEST(StableHashTest, NamesStayWhatTheyWereInEarlierReleases) {
+  EXPECT_EQ(StableHash(""), "cbf29ce484222325");
+  EXPECT_EQ(StableHash("a"), "af63dc4c8601ec8c");
+  EXPECT_EQ(StableHash("foobar"), "85944171f73967e8");
+}
+
+TEST(StableHashTest, SmallValuesHaveAllSixteenDigits) {
+  EXPECT_EQ(Hexadecimal(0x1f), "000000000000001f");
+}
+
+}  // namespace
+}  // namespace tarnvale

@@ -1,0 +1,158 @@
+#include "hosts/linux/temporaries.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <memory>
+
+#include "tests/hosts/linux/linux_drive.h"
+
+namespace tarnvale {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class TemporariesTest : public LinuxDriveTest {
+ protected:
+  /// Has a process begin a copy into a folder and killed in the middle. Returns
+  /// the name that it left.
+  std::string LeaveOne(const std::string& place) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+      Temporaries temporaries(state_);
+      std::ofstream(temporaries.Begin(Native(place))) << "half";
+      ::raise(SIGKILL);
+    }
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    const Names names = NamesIn(place);
+    EXPECT_EQ(names.size(), 1U);
+    return names.empty() ? std::string() : names.front();
+  }
+};
+
+TEST_F(TemporariesTest, TheNextStartDeletesWhatAKilledProcessLeft) {
+  MakeFolder("z");
+  EXPECT_TRUE(IsTemporaryName(LeaveOne("z")));
+  LinuxFiles next_run(root_, state_);
+  EXPECT_EQ(NamesIn("z"), Names{});
+  EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
+}
+
+TEST_F(TemporariesTest, OpeningAFolderDeletesLeftoversThatNoSlotNames) {
+  MakeFolder("z");
+  LeaveOne("z");
+  std::filesystem::remove_all(state_);
+  EXPECT_EQ(files_.OpenFolder("C:\\z")->Contents().files.size(), 0U);
+  EXPECT_EQ(NamesIn("z"), Names{});
+}
+
+TEST_F(TemporariesTest, TheFirstCopyIntoAFolderDeletesLeftoversThatNoSlotNames) {
+  MakeFolder("z");
+  LeaveOne("z");
+  std::filesystem::remove_all(state_);
+  Write("source", "");
+  files_.CopyWhole("C:\\source", "C:\\z\\target");
+  EXPECT_EQ(NamesIn("z"), Names{"target"});
+}
+
+TEST_F(TemporariesTest, CopyingATreeDeletesLeftoversOnBothSides) {
+  MakeFolder("a");
+  MakeFolder("z");
+  LeaveOne("a");
+  LeaveOne("z");
+  std::filesystem::remove_all(state_);
+  files_.CopyTree("C:\\a", "C:\\z", {});
+  EXPECT_EQ(NamesIn("a"), Names{});
+  EXPECT_EQ(NamesIn("z"), Names{});
+}
+
+TEST_F(TemporariesTest, TheTemporaryOfALivingProcessIsLeftAlone) {
+  MakeFolder("z");
+  Temporaries alive(state_);
+  const std::string path = alive.Begin(Native("z"));
+  std::ofstream(path) << "in work";
+  LinuxFiles other(root_, state_);
+  EXPECT_EQ(other.OpenFolder("C:\\z")->Contents().files.size(), 0U);
+  EXPECT_EQ(NamesIn("z").size(), 1U);
+}
+
+TEST_F(TemporariesTest, SomebodyElsesTemporaryIsNeitherListedNorDeleted) {
+  MakeFolder("z");
+  const std::string foreign = ".tarnvale-0123456789abcdef-fedcba9876543210.part";
+  ASSERT_TRUE(IsTemporaryName(foreign));
+  Write("z/" + foreign, "theirs");
+  EXPECT_EQ(files_.OpenFolder("C:\\z")->Contents().files.size(), 0U);
+  EXPECT_EQ(files_.List("C:\\z\\*", {.hidden = true}), Names{});
+  EXPECT_EQ(NamesIn("z"), Names{foreign});
+}
+
+TEST_F(TemporariesTest, NamesThatOnlyResembleOneAreOrdinaryFiles) {
+  for (const char* name :
+       {".tarnvale-", ".tarnvale-0123456789abcdef-fedcba987654321.part",
+        ".tarnvale-0123456789abcdef-fedcba9876543210.parts",
+        ".tarnvale-0123456789ABCDEF-fedcba9876543210.part", "tarnvale-0123456789abcdef"}) {
+    EXPECT_FALSE(IsTemporaryName(name)) << name;
+  }
+  Write(".tarnvale-notes.part", "");
+  EXPECT_EQ(files_.OpenFolder("C:\\")->Contents().files.size(), 1U);
+}
+
+TEST_F(TemporariesTest, ASlotThatNamesAStrangersFileDeletesNothing) {
+  Write("precious", "");
+  std::filesystem::create_directories(state_ + "/copies");
+  std::ofstream(state_ + "/copies/0123456789abcdef") << Native("precious");
+  LinuxFiles next_run(root_, state_);
+  EXPECT_TRUE(Exists("precious"));
+  EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
+}
+
+TEST_F(TemporariesTest, AFreshFileReplacesALeftover) {
+  MakeFolder("z");
+  Temporaries temporaries(state_);
+  const std::string path = temporaries.Begin(Native("z"));
+  std::ofstream(path) << "half";
+  ASSERT_TRUE(CreateFresh(AT_FDCWD, path.c_str(), 0600));
+  EXPECT_EQ(NamesIn("z").size(), 1U);
+  EXPECT_EQ(std::filesystem::file_size(path), 0U);
+}
+
+TEST_F(TemporariesTest, AFreshFileReplacesALinkAndLeavesWhereItLedAlone) {
+  Write("precious", "content");
+  std::filesystem::create_symlink(Native("precious"), Native("fresh"));
+  ASSERT_TRUE(CreateFresh(AT_FDCWD, Native("fresh").c_str(), 0600));
+  EXPECT_FALSE(std::filesystem::is_symlink(Native("fresh")));
+  EXPECT_EQ(Read("precious"), "content");
+}
+
+TEST_F(TemporariesTest, AFolderInItsPlaceIsNoFreshFile) {
+  MakeFolder("z");
+  EXPECT_FALSE(CreateFresh(AT_FDCWD, Native("z").c_str(), 0600));
+}
+
+TEST_F(TemporariesTest, CopiesWorkWithoutAStateFolder) {
+  Write("state_is_a_file", "");
+  LinuxFiles stateless(root_, Native("state_is_a_file"));
+  Write("source", "content");
+  Write("target", "old");
+  stateless.CopyWhole("C:\\source", "C:\\target");
+  EXPECT_EQ(Read("target"), "content");
+}
+
+TEST_F(TemporariesTest, NothingIsLeftInTheStateFolderAfterAnOrderlyEnd) {
+  Write("source", "content");
+  Write("target", "old");
+  {
+    LinuxFiles run(root_, state_);
+    run.CopyWhole("C:\\source", "C:\\target");
+    EXPECT_FALSE(std::filesystem::is_empty(state_ + "/copies"));
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
+}
+
+}  // namespace
+}  // namespace tarnvale

@@ -1,0 +1,200 @@
+#include "hosts/linux/tree_copy.h"
+
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include "tests/hosts/linux/linux_drive.h"
+
+namespace tarnvale {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class TreeCopyTest : public LinuxDriveTest {
+ protected:
+  void CopyTree(const Path& source, const Path& target) {
+    files_.CopyTree(source, target, [this] { ++between_; });
+  }
+  int between_ = 0;
+};
+
+TEST_F(TreeCopyTest, EverythingInTheFolderIsCopied) {
+  MakeFolder("a/b/c");
+  Write("a/1", "one");
+  Write("a/b/2", "two");
+  Write("a/b/c/.3", "three");
+  MakeFolder("a/empty");
+  CopyTree("C:\\a", "C:\\z");
+  EXPECT_EQ(Read("z/1"), "one");
+  EXPECT_EQ(Read("z/b/2"), "two");
+  EXPECT_EQ(Read("z/b/c/.3"), "three");
+  EXPECT_EQ(NamesIn("z"), (Names{"1", "b", "empty"}));
+  EXPECT_EQ(between_, 3);
+}
+
+TEST_F(TreeCopyTest, WhatIsThereIsReplacedAndNothingDeleted) {
+  MakeFolder("a/sub");
+  MakeFolder("z/sub");
+  Write("a/sub/both", "new");
+  Write("z/sub/BOTH", "old");
+  Write("z/sub/kept", "kept");
+  CopyTree("C:\\a", "C:\\z");
+  EXPECT_EQ(NamesIn("z/sub"), (Names{"BOTH", "kept"}));
+  EXPECT_EQ(Read("z/sub/BOTH"), "new");
+  EXPECT_EQ(Read("z/sub/kept"), "kept");
+}
+
+TEST_F(TreeCopyTest, NamesThatDifferOnlyInCaseBothArrive) {
+  MakeFolder("a");
+  MakeFolder("z");
+  Write("a/x", "small");
+  Write("a/X", "large");
+  Write("z/X", "old");
+  CopyTree("C:\\a", "C:\\new");
+  CopyTree("C:\\a", "C:\\z");
+  for (const std::string place : {"new", "z"}) {
+    EXPECT_EQ(Read(place + "/x"), "small");
+    EXPECT_EQ(Read(place + "/X"), "large");
+  }
+}
+
+TEST_F(TreeCopyTest, AFailingEntryDoesNotStopTheOthers) {
+  MakeFolder("a/m");
+  MakeFolder("z");
+  Write("a/1", "new");
+  Write("a/2", "new");
+  Write("a/3", "new");
+  Write("a/m/4", "new");
+  Write("z/2", "old");
+  SetMode("z/2", 0444);
+  Write("z/m", "a file where a folder should go");
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a", "C:\\z"); }), kPathFileAccess);
+  EXPECT_EQ(Read("z/1"), "new");
+  EXPECT_EQ(Read("z/2"), "old");
+  EXPECT_EQ(Read("z/3"), "new");
+  EXPECT_EQ(Read("z/m"), "a file where a folder should go");
+}
+
+TEST_F(TreeCopyTest, WhatNoPathCanNameAndPipesDoNoHarm) {
+  MakeFolder("a/fol\\der");
+  Write("a/fol\\der/x", "");
+  Write("a/st*r", "");
+  Write("a/plain", "content");
+  ASSERT_EQ(::mkfifo(Native("a/pipe").c_str(), 0600), 0);
+  CopyTree("C:\\a", "C:\\z");
+  EXPECT_EQ(NamesIn("z"), Names{"plain"});
+}
+
+TEST_F(TreeCopyTest, LinksAreCopiedAsLinksAndNotFollowed) {
+  MakeFolder("a");
+  MakeFolder("elsewhere");
+  Write("elsewhere/x", "");
+  Link("a/to_folder", "../elsewhere");
+  Link("a/loop", ".");
+  Link("a/dangling", "none");
+  CopyTree("C:\\a", "C:\\z");
+  EXPECT_EQ(NamesIn("z"), (Names{"dangling", "loop", "to_folder"}));
+  EXPECT_EQ(std::filesystem::read_symlink(Native("z/to_folder")), "../elsewhere");
+}
+
+TEST_F(TreeCopyTest, ALinkInTheTargetIsNotWrittenThrough) {
+  MakeFolder("a/sub");
+  Write("a/sub/x", "new");
+  MakeFolder("elsewhere");
+  MakeFolder("z");
+  Link("z/sub", "../elsewhere");
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a", "C:\\z"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a\\sub", "C:\\z\\sub"); }), kPathFileAccess);
+  EXPECT_EQ(NamesIn("elsewhere"), Names{});
+  CopyTree("C:\\a\\sub", "C:\\z\\sub\\");
+  EXPECT_EQ(NamesIn("elsewhere"), Names{"x"});
+}
+
+TEST_F(TreeCopyTest, AFolderCopiedIntoItselfEnds) {
+  MakeFolder("a/b");
+  Write("a/1", "one");
+  Write("a/b/2", "two");
+  CopyTree("C:\\a", "C:\\a\\copy");
+  EXPECT_EQ(NamesIn("a/copy"), (Names{"1", "b"}));
+  CopyTree("C:\\a", "C:\\a\\b\\deep");
+  EXPECT_EQ(NamesIn("a/b/deep"), (Names{"1", "b", "copy"}));
+  EXPECT_EQ(NamesIn("a/b/deep/b"), Names{"2"});
+  CopyTree("C:\\a", "C:\\A");
+  EXPECT_EQ(Read("a/1"), "one");
+}
+
+TEST_F(TreeCopyTest, ANewFolderKeepsTimeAndPermissions) {
+  MakeFolder("a/sub");
+  Write("a/sub/x", "");
+  SetMode("a/sub", 0550);
+  SetModified("a/sub", 1'000'000, 42);
+  ASSERT_EQ(::setxattr(Native("a").c_str(), "user.colour", "blue", 4, 0), 0);
+  CopyTree("C:\\a", "C:\\z");
+  EXPECT_EQ(Info("z/sub").st_mode & 07777U, 0750U) << "its owner can fill it";
+  EXPECT_EQ(Info("z/sub").st_mtim.tv_sec, 1'000'000);
+  EXPECT_EQ(Info("z/sub").st_mtim.tv_nsec, 42);
+  EXPECT_EQ(::getxattr(Native("z").c_str(), "user.colour", nullptr, 0), 4);
+  SetMode("a/sub", 0750);
+}
+
+TEST_F(TreeCopyTest, MissingFoldersAreTold) {
+  MakeFolder("a");
+  Write("file", "");
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\none", "C:\\z"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\file", "C:\\z"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a", "C:\\none\\z"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a", "C:\\file"); }), kPathFileAccess);
+}
+
+TEST_F(TreeCopyTest, DeepTreesAreCopiedWithFewOpenFiles) {
+  std::string place = "a";
+  for (int depth = 0; depth < 600; ++depth) place += "/d";
+  MakeFolder(place);
+  Write(place + "/leaf", "content");
+  CopyTree("C:\\a", "C:\\z");
+  EXPECT_EQ(Read("z" + place.substr(1) + "/leaf"), "content");
+}
+
+TEST_F(TreeCopyTest, WhatHappensBetweenFilesMayCopyToo) {
+  MakeFolder("a");
+  Write("a/1", "one");
+  Write("a/2", "two");
+  files_.CopyTree("C:\\a", "C:\\z", [this] {
+    files_.CopyWhole("C:\\a\\1", "C:\\other");
+    files_.OpenFolder("C:\\z");
+  });
+  EXPECT_EQ(NamesIn("z"), (Names{"1", "2"}));
+  EXPECT_EQ(Read("other"), "one");
+}
+
+TEST_F(TreeCopyTest, AMovedFolderIsInItsNewPlaceOnly) {
+  MakeFolder("a/b");
+  Write("a/b/x", "content");
+  files_.MoveTree("C:\\A", "C:\\z");
+  EXPECT_FALSE(Exists("a"));
+  EXPECT_EQ(Read("z/b/x"), "content");
+}
+
+TEST_F(TreeCopyTest, AMoveOntoSomethingOrIntoItselfIsRefused) {
+  MakeFolder("a");
+  Write("a/x", "content");
+  MakeFolder("z");
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\a", "C:\\Z"); }), kFileAlreadyExists);
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\a", "C:\\a\\b"); }), kPathFileAccess);
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\none", "C:\\b"); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\a\\x", "C:\\b"); }), kPathNotFound);
+  EXPECT_EQ(Read("a/x"), "content");
+}
+
+TEST_F(TreeCopyTest, ARemovedTreeTakesNothingBehindItsLinksAlong) {
+  MakeFolder("a/b");
+  Write("a/b/x", "");
+  Write("kept", "");
+  Link("a/link", "../kept");
+  Link("a/to_root", "..");
+  RemoveTree(Native("a"));
+  EXPECT_EQ(NamesIn("."), Names{"kept"});
+}
+
+}  // namespace
+}  // namespace tarnvale

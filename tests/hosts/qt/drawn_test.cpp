@@ -1,0 +1,260 @@
+#include <QApplication>
+#include <cmath>
+
+#include "tests/hosts/qt/qt_fixture.h"
+#include "ui/owner_drawn.h"
+
+namespace tarnvale {
+namespace {
+
+/// Writes down all that it hears.
+class Recorder : public OwnerDrawn {
+ public:
+  bool TakesFocus() const override { return true; }
+  Kind AccessibleKind() const override { return Kind::kButton; }
+  AccessibleState StateForReaders() const override { return state; }
+  std::string AccessibleText() const override { return "Backup Selected Items"; }
+  char32_t AccessKeyChar() const override { return access_key; }
+  void Press() override { heard.push_back("press"); }
+  void Paint(Canvas& canvas, TextPainter&) override {
+    ++paints;
+    scale = canvas.Scale();
+    canvas.FillRect({0, 0, 10, 10}, MakeColor(255, 0, 0));
+  }
+  void OnMouseDown(MouseButton button, Point at) override { Hear("down", button, at); }
+  void OnMouseMove(MouseButton button, Point at) override { Hear("move", button, at); }
+  void OnMouseUp(MouseButton button, Point at) override { Hear("up", button, at); }
+  void OnDoubleClick(MouseButton button, Point at) override { Hear("double", button, at); }
+  void OnClick(MouseButton) override { heard.push_back("click"); }
+  void OnMouseLeave() override { heard.push_back("leave"); }
+  void OnKeyDown(const KeyPress& press) override {
+    heard.push_back(press.key == Key::kSpace ? "space down" : "key down");
+  }
+  void OnKeyUp(const KeyPress& press) override {
+    heard.push_back(press.key == Key::kSpace ? "space up" : "key up");
+  }
+  void OnAccessKey() override { heard.push_back("access key"); }
+  void OnFocusChanged(bool has_focus) override { focused = has_focus; }
+  void OnResize(Size to) override { size = to; }
+
+  AccessibleState state;
+  std::vector<std::string> heard;
+  char32_t access_key = U'b';
+  bool focused = false;
+  int paints = 0;
+  int scale = 0;
+  Size size;
+
+ private:
+  void Hear(const char* what, MouseButton button, Point at) {
+    const char* held = button == MouseButton::kLeft    ? " left "
+                       : button == MouseButton::kRight ? " right "
+                                                       : " none ";
+    heard.push_back(what + std::string(held) + std::to_string(at.x_px) + "," +
+                    std::to_string(at.y_px));
+  }
+};
+
+using Heard = std::vector<std::string>;
+
+class QtDrawn : public QtFixture {
+ protected:
+  void ShowDrawn() {
+    Place(drawn);
+    Show();
+    ASSERT_TRUE(WaitFor([&] { return drawn.paints > 0; }));
+    drawn.heard.clear();
+  }
+  void Send(QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons held) {
+    QWidget& widget = WidgetOf(drawn);
+    QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, {});
+    QApplication::sendEvent(&widget, &event);
+  }
+
+  Recorder drawn;
+};
+
+TEST_F(QtDrawn, AClickIsDownUpAndClick) {
+  ShowDrawn();
+  Send(QEvent::MouseButtonPress, {3, 4}, Qt::LeftButton, Qt::LeftButton);
+  Send(QEvent::MouseButtonRelease, {5, 6}, Qt::LeftButton, Qt::NoButton);
+  EXPECT_EQ(drawn.heard, (Heard{"down left 3,4", "up left 5,6", "click"}));
+}
+
+TEST_F(QtDrawn, MovesGoOnOutsideWhileAButtonIsHeldAndEndInNoClick) {
+  ShowDrawn();
+  Send(QEvent::MouseButtonPress, {3, 4}, Qt::LeftButton, Qt::LeftButton);
+  Send(QEvent::MouseMove, {-20, 4}, Qt::NoButton, Qt::LeftButton);
+  Send(QEvent::MouseButtonRelease, {-20, 4}, Qt::LeftButton, Qt::NoButton);
+  EXPECT_EQ(drawn.heard, (Heard{"down left 3,4", "move left -20,4", "up left -20,4"}));
+}
+
+TEST_F(QtDrawn, ADoubleClickTakesThePlaceOfTheSecondPress) {
+  ShowDrawn();
+  Send(QEvent::MouseButtonPress, {3, 4}, Qt::LeftButton, Qt::LeftButton);
+  Send(QEvent::MouseButtonRelease, {3, 4}, Qt::LeftButton, Qt::NoButton);
+  Send(QEvent::MouseButtonDblClick, {3, 4}, Qt::LeftButton, Qt::LeftButton);
+  Send(QEvent::MouseButtonRelease, {3, 4}, Qt::LeftButton, Qt::NoButton);
+  EXPECT_EQ(drawn.heard,
+            (Heard{"down left 3,4", "up left 3,4", "click", "double left 3,4", "up left 3,4"}));
+}
+
+TEST_F(QtDrawn, HearsThatThePointerHasLeft) {
+  ShowDrawn();
+  Send(QEvent::MouseMove, {3, 4}, Qt::NoButton, Qt::NoButton);
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(&WidgetOf(drawn), &leave);
+  EXPECT_EQ(drawn.heard, (Heard{"move none 3,4", "leave"}));
+}
+
+TEST_F(QtDrawn, HearsKeysAndTheFocus) {
+  ShowDrawn();
+  EXPECT_TRUE(drawn.focused);
+  QTest::keyClick(&WidgetOf(drawn), Qt::Key_Space);
+  EXPECT_EQ(drawn.heard, (Heard{"space down", "space up"}));
+}
+
+TEST_F(QtDrawn, HearsItsAccessKeyAndItsNextOne) {
+  ShowDrawn();
+  QTest::keyClick(&Native(), Qt::Key_B, Qt::AltModifier);
+  ASSERT_TRUE(WaitFor([&] { return !drawn.heard.empty(); }));
+  EXPECT_EQ(drawn.heard.back(), "access key");
+  drawn.access_key = U'q';
+  drawn.LookChanged.Emit();
+  const int paints = drawn.paints;
+  ASSERT_TRUE(WaitFor([&] { return drawn.paints > paints; }));
+  drawn.heard.clear();
+  QTest::keyClick(&Native(), Qt::Key_Q, Qt::AltModifier);
+  EXPECT_TRUE(WaitFor([&] { return drawn.heard == Heard{"access key"}; }));
+}
+
+TEST_F(QtDrawn, IsPaintedOnceForManyChangesAndNeverWithoutOne) {
+  ShowDrawn();
+  const int paints = drawn.paints;
+  for (int i = 0; i < 1000; ++i) drawn.LookChanged.Emit();
+  ASSERT_TRUE(WaitFor([&] { return drawn.paints > paints; }));
+  WidgetOf(drawn).repaint();
+  WidgetOf(drawn).repaint();
+  EXPECT_EQ(drawn.paints, paints + 1);
+}
+
+TEST_F(QtDrawn, IsPaintedAtMostSixtyTimesASecond) {
+  ShowDrawn();
+  const int paints = drawn.paints;
+  QElapsedTimer since;
+  since.start();
+  while (since.elapsed() < 500) {
+    drawn.LookChanged.Emit();
+    loop.Yield();
+  }
+  EXPECT_GT(drawn.paints - paints, 1);
+  EXPECT_LE(drawn.paints - paints, 32);
+}
+
+TEST_F(QtDrawn, ShowsItsDrawingAndItsParentWhereItIsClear) {
+  ShowDrawn();
+  EXPECT_EQ(drawn.size, (Size{200, 100}));
+  const QImage shown = Native().grab().toImage();
+  const QPoint corner = WidgetOf(drawn).mapTo(&Native(), QPoint(0, 0));
+  const int scale = static_cast<int>(shown.devicePixelRatio());
+  EXPECT_EQ(shown.pixel((corner + QPoint(5, 5)) * scale), qRgb(255, 0, 0));
+  EXPECT_EQ(shown.pixel((corner + QPoint(50, 50)) * scale), shown.pixel(2, 2));
+}
+
+TEST_F(QtDrawn, DrawsAtTheDisplaysScale) {
+  ShowDrawn();
+  EXPECT_EQ(drawn.scale, std::ceil(Native().devicePixelRatioF()));
+}
+
+TEST_F(QtDrawn, HoldsTheControlsThatItContains) {
+  Label label;
+  Place(drawn);
+  window.Place({{&label, &drawn, {5, 5, 50, 20}}});
+  Show();
+  EXPECT_EQ(WidgetOf(label).parentWidget(), &WidgetOf(drawn));
+}
+
+TEST_F(QtDrawn, AScreenReaderReadsAndPressesIt) {
+  ShowDrawn();
+  QAccessibleInterface* accessible = Accessible(drawn);
+  EXPECT_EQ(accessible->role(), QAccessible::Button);
+  EXPECT_EQ(NameOf(drawn), "Backup Selected Items");
+  accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(drawn.heard, Heard{"press"});
+}
+
+TEST_F(QtDrawn, AScreenReaderReadsItsState) {
+  ShowDrawn();
+  QAccessibleInterface* accessible = Accessible(drawn);
+  EXPECT_FALSE(accessible->state().checkable);
+  EXPECT_FALSE(accessible->state().pressed);
+  EXPECT_FALSE(accessible->state().disabled);
+  EXPECT_EQ(accessible->valueInterface(), nullptr);
+  drawn.state = {.checked = true, .pressed = true};
+  EXPECT_TRUE(accessible->state().checkable);
+  EXPECT_TRUE(accessible->state().checked);
+  EXPECT_TRUE(accessible->state().pressed);
+  drawn.Enabled = false;
+  EXPECT_TRUE(accessible->state().disabled);
+}
+
+TEST_F(QtDrawn, AScreenReaderReadsHowFarItGotAndCannotMoveIt) {
+  ShowDrawn();
+  drawn.state.range = AccessibleRange{.value = 40, .min = 10, .max = 200};
+  QAccessibleValueInterface* value = Accessible(drawn)->valueInterface();
+  ASSERT_NE(value, nullptr);
+  EXPECT_EQ(value->currentValue(), 40);
+  EXPECT_EQ(value->minimumValue(), 10);
+  EXPECT_EQ(value->maximumValue(), 200);
+  value->setCurrentValue(90);
+  EXPECT_EQ(value->currentValue(), 40);
+}
+
+/// What a screen reader is told, written down.
+Heard told;
+void WriteDown(QAccessibleEvent* event) {
+  if (event->type() == QAccessible::StateChanged) {
+    const auto* change = static_cast<QAccessibleStateChangeEvent*>(event);
+    if (change->changedStates().checked) told.emplace_back("checked");
+    if (change->changedStates().pressed) told.emplace_back("pressed");
+  } else if (event->type() == QAccessible::ValueChanged) {
+    const auto* change = static_cast<QAccessibleValueChangeEvent*>(event);
+    told.push_back("value " + std::to_string(change->value().toInt()));
+  }
+}
+
+/// Runs where a screen reader can listen: with an accessibility bus.
+using QtReaders = QtDrawn;
+
+TEST_F(QtReaders, AreToldOfEachChangeOfStateOnce) {
+  ShowDrawn();
+  ASSERT_TRUE(WaitFor([] { return QAccessible::isActive(); }));
+  drawn.LookChanged.Emit();
+  const int before = drawn.paints;
+  ASSERT_TRUE(WaitFor([&] { return drawn.paints > before; }));
+  const auto other = QAccessible::installUpdateHandler(WriteDown);
+  told.clear();
+  const auto change = [this](const AccessibleState& state) {
+    drawn.state = state;
+    drawn.LookChanged.Emit();
+    const int paints = drawn.paints;
+    EXPECT_TRUE(WaitFor([&] { return drawn.paints > paints; }));
+  };
+  change({.checked = true});
+  change({.checked = true});
+  change({.checked = true, .pressed = true});
+  change({.checked = true, .pressed = true, .range = AccessibleRange{.value = 7}});
+  QAccessible::installUpdateHandler(other);
+  EXPECT_EQ(told, (Heard{"checked", "pressed", "value 7"}));
+}
+
+TEST_F(QtDrawn, HearsNothingWhileDisabled) {
+  ShowDrawn();
+  drawn.Enabled = false;
+  drawn.heard.clear();
+  QTest::mouseClick(&WidgetOf(drawn), Qt::LeftButton);
+  EXPECT_EQ(drawn.heard, Heard{});
+}
+
+}  // namespace
+}  // namespace tarnvale
