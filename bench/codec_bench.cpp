@@ -24,9 +24,9 @@
 #include <string>
 #include <vector>
 
+#include "codec/decoding.h"
+#include "codec/encoding.h"
 #include "codec/huffman.h"
-#include "codec/huffman_decode.h"
-#include "codec/huffman_encode.h"
 #include "hosts/linux/linux_host.h"
 
 namespace tarnvale {

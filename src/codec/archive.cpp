@@ -6,7 +6,7 @@
 #include "base/failure.h"
 #include "base/numbers.h"
 #include "base/text.h"
-#include "codec/container_writer.h"
+#include "codec/container.h"
 #include "codec/enumeration.h"
 #include "codec/extraction_names.h"
 #include "codec/file_numbers.h"

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "base/signal.h"
-#include "codec/container_reader.h"
+#include "codec/container.h"
 #include "codec/huffman.h"
 #include "ui/machine.h"
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "codec/byte_buffer.h"
+#include "codec/bytes.h"
 #include "platform/open_files.h"
 
 namespace tarnvale {

@@ -2,9 +2,9 @@
 
 #include "base/failure.h"
 #include "base/numbers.h"
+#include "codec/decoding.h"
+#include "codec/encoding.h"
 #include "codec/file_numbers.h"
-#include "codec/huffman_decode.h"
-#include "codec/huffman_encode.h"
 #include "codec/percent_report.h"
 
 namespace tarnvale {

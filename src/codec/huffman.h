@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "base/signal.h"
-#include "codec/byte_buffer.h"
+#include "codec/bytes.h"
 #include "platform/files.h"
 #include "platform/open_files.h"
 

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "codec/packed_codes.h"
+#include "codec/encoding.h"
 #include "tests/support/raised.h"
 
 namespace tarnvale::testing {

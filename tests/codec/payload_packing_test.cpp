@@ -1,4 +1,4 @@
-#include "codec/payload_packing.h"
+#include "codec/encoding.h"
 
 #include <gtest/gtest.h>
 

@@ -12,10 +12,9 @@
 
 #include "base/failure.h"
 #include "base/out_of_memory.h"
-#include "codec/code_reader.h"
-#include "codec/huffman_decode.h"
+#include "codec/code_tree.h"
+#include "codec/decoding.h"
 #include "codec/huffman_stream.h"
-#include "codec/symbol_counts.h"
 #include "hosts/linux/descriptor.h"
 #include "tvz/command_failure.h"
 #include "tvz/memory_file.h"

@@ -5,8 +5,8 @@
 #include <functional>
 #include <string>
 
-#include "codec/byte_buffer.h"
-#include "codec/container_reader.h"
+#include "codec/bytes.h"
+#include "codec/container.h"
 #include "tvz/progress.h"
 
 namespace tarnvale {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "codec/container_reader.h"
+#include "codec/container.h"
 #include "hosts/linux/descriptor.h"
 
 namespace tarnvale {

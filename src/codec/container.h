@@ -1,11 +1,13 @@
-// Writing a container: the number of records, then one record after the other.
+// A container: the number of records, then one record after the other, each a
+// name and the bytes of a file.
 #pragma once
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
-#include "codec/byte_buffer.h"
+#include "codec/bytes.h"
 #include "platform/open_files.h"
 
 namespace tarnvale {
@@ -38,6 +40,39 @@ class ContainerWriter {
   int number_;
   ByteBuffer pending_;
   std::size_t used_ = 0;
+};
+
+struct ContainerRecord {
+  std::string name;
+  ByteBuffer content;
+};
+
+/// Reads ahead in large pieces. Raises 62 when the file ends within a number or
+/// a record, 5 for a negative length, and takes no memory for a length that the
+/// file doesn't have.
+class ContainerReader {
+ public:
+  /// Reads an open number from its position, which must be 0.
+  ContainerReader(OpenFiles& open_files, int number);
+
+  std::int32_t ReadCount();
+  /// Reads the next record whole into `record`.
+  void ReadRecord(ContainerRecord& record);
+  /// Reads the next record's name and passes its content by.
+  std::string ReadName();
+
+ private:
+  std::uint32_t ReadNumber(std::size_t size_bytes);
+  std::size_t CheckLength(std::int32_t length) const;
+  std::string TakeName();
+  void PassBy(std::size_t count);
+  void ReadBytes(std::span<std::uint8_t> to);
+
+  OpenFiles& open_files_;
+  int number_;
+  std::int64_t left_;  // bytes of the file that nobody took yet
+  ByteBuffer ahead_;
+  std::size_t taken_ = 0;  // of `ahead_`
 };
 
 }  // namespace tarnvale

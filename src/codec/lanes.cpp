@@ -1,12 +1,161 @@
-#include "codec/payload_decoding.h"
+#include "codec/lanes.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
 
-#include "codec/byte_order.h"
-#include "codec/substitution.h"
+#include "codec/bytes.h"
+#include "codec/decoding.h"
 
 namespace tarnvale {
 namespace {
+
+// What the next bits of a stream decode to. Serves complete trees with codes
+// of up to kLongestCode bits.
+class DecodingTables {
+ public:
+  // Bits that one look-up sees.
+  static constexpr unsigned kIndexBits = 12;
+  static constexpr std::size_t kEntries = std::size_t{1} << kIndexBits;
+  // Symbols that one entry can hold.
+  static constexpr unsigned kMostSymbols = 6;
+  // A window of 57 bits always holds one.
+  static constexpr unsigned kLongestCode = 56;
+
+  struct Symbol {
+    std::uint8_t value = 0;
+    std::uint8_t length = 0;  ///< bits
+  };
+
+  explicit DecodingTables(const CodeTable& codes);
+
+  // Whether these tables can serve such codes at all.
+  static bool CanServe(const CodeTable& codes);
+
+  // By the next 12 bits: bits used (bits 0 to 7), number of symbols (8 to 15),
+  // and the symbols from bit 16 up. 0 where the first code is longer.
+  const std::uint64_t* Entries() const { return entries_.data(); }
+
+  // The one symbol that a window of at least 56 bits begins with.
+  Symbol First(std::uint64_t window) const {
+    const Symbol symbol = first_[window & (kEntries - 1)];
+    return symbol.length != 0 ? symbol : Long(window);
+  }
+
+  // As First, for a window that begins with a code of more than 12 bits.
+  Symbol Long(std::uint64_t window) const;
+
+  unsigned ShortestCode() const { return shortest_; }
+
+ private:
+  // The codes that begin with one index: what the bits behind it decode to.
+  struct LongCodes {
+    unsigned bits = 0;  // that the sub-table sees
+    std::vector<Symbol> symbols;
+  };
+
+  void FillFirst(const CodeTable& codes);
+  void FillEntries();
+  void FillLong(const CodeTable& codes);
+
+  std::array<std::uint64_t, kEntries> entries_{};
+  std::array<Symbol, kEntries> first_{};
+  std::array<std::uint16_t, kEntries> long_index_{};
+  std::vector<LongCodes> long_codes_;
+  // For codes beyond a sub-table.
+  DecodingTree tree_;
+  unsigned shortest_ = kLongestCode;
+};
+
+// Longer codes are walked: so rare are they.
+constexpr unsigned kMostSubBits = 9;
+
+std::uint64_t BitsOf(const SymbolCode& code) {
+  std::uint64_t bits = 0;
+  for (std::size_t bit = 0; bit < code.Count; ++bit) bits |= std::uint64_t{code.Data[bit]} << bit;
+  return bits;
+}
+
+bool DecodingTables::CanServe(const CodeTable& codes) {
+  return std::all_of(codes.begin(), codes.end(),
+                     [](const SymbolCode& code) { return code.Count <= kLongestCode; });
+}
+
+DecodingTables::DecodingTables(const CodeTable& codes) : tree_(codes) {
+  for (const SymbolCode& code : codes) {
+    if (code.Count > 0) shortest_ = std::min<unsigned>(shortest_, code.Count);
+  }
+  FillFirst(codes);
+  FillEntries();
+  FillLong(codes);
+}
+
+void DecodingTables::FillFirst(const CodeTable& codes) {
+  for (std::size_t value = 0; value < kSymbols; ++value) {
+    const SymbolCode& code = codes[value];
+    if (code.Count == 0 || code.Count > kIndexBits) continue;
+    const std::size_t step = std::size_t{1} << code.Count;
+    for (std::size_t index = BitsOf(code); index < kEntries; index += step) {
+      first_[index] = {static_cast<std::uint8_t>(value), code.Count};
+    }
+  }
+}
+
+void DecodingTables::FillEntries() {
+  for (std::size_t index = 0; index < kEntries; ++index) {
+    std::uint64_t symbols = 0;
+    unsigned count = 0;
+    unsigned used = 0;
+    while (count < kMostSymbols) {
+      const Symbol next = first_[index >> used];
+      if (next.length == 0 || used + next.length > kIndexBits) break;
+      symbols |= std::uint64_t{next.value} << (16 + 8 * count++);
+      used += next.length;
+    }
+    entries_[index] = symbols | (count << 8U) | used;
+  }
+}
+
+void DecodingTables::FillLong(const CodeTable& codes) {
+  // The longest code of each beginning decides how much its sub-table sees.
+  for (const SymbolCode& code : codes) {
+    if (code.Count <= kIndexBits) continue;
+    std::uint16_t& which = long_index_[BitsOf(code) & (kEntries - 1)];
+    if (which == 0) {
+      long_codes_.emplace_back();
+      which = static_cast<std::uint16_t>(long_codes_.size());
+    }
+    unsigned& bits = long_codes_[which - 1U].bits;
+    bits = std::clamp<unsigned>(code.Count - kIndexBits, bits, kMostSubBits);
+  }
+  for (LongCodes& sub : long_codes_) sub.symbols.resize(std::size_t{1} << sub.bits);
+  for (std::size_t value = 0; value < kSymbols; ++value) {
+    const SymbolCode& code = codes[value];
+    if (code.Count <= kIndexBits) continue;
+    LongCodes& sub = long_codes_[long_index_[BitsOf(code) & (kEntries - 1)] - 1U];
+    if (code.Count > kIndexBits + sub.bits) continue;
+    const std::size_t step = std::size_t{1} << (code.Count - kIndexBits);
+    for (std::size_t at = BitsOf(code) >> kIndexBits; at < sub.symbols.size(); at += step) {
+      sub.symbols[at] = {static_cast<std::uint8_t>(value), code.Count};
+    }
+  }
+}
+
+DecodingTables::Symbol DecodingTables::Long(std::uint64_t window) const {
+  const LongCodes& sub = long_codes_[long_index_[window & (kEntries - 1)] - 1U];
+  const std::size_t rest = (window >> kIndexBits) & (sub.symbols.size() - 1);
+  if (sub.symbols[rest].length != 0) return sub.symbols[rest];
+  int node = 0;
+  std::uint8_t length = 0;
+  do {
+    node = tree_.Child(node, ((window >> length++) & 1U) != 0);
+  } while (tree_.Value(node) < 0);
+  return {static_cast<std::uint8_t>(tree_.Value(node)), length};
+}
 
 constexpr unsigned kLookUps = 4;  // from one window of 57 bits
 constexpr std::uint64_t kIndexMask = DecodingTables::kEntries - 1;
@@ -28,11 +177,44 @@ constexpr int kMostJoinSteps = 4096;
 // How far the right cursor then goes on alone.
 constexpr std::uint64_t kAlone = 4 * kUnit;
 
-}  // namespace
+// Four cursors in one stream, the first of which is the right one.
+class LaneDecoder {
+ public:
+  LaneDecoder(std::span<const std::uint8_t> stream, const StreamHead& head, ByteBuffer& result);
 
-bool CanDecodeByTables(const StreamHead& head, const DecodingTree& tree) {
-  return DecodingTables::CanServe(head.codes) && tree.IsComplete();
-}
+  // Decodes all. Returns the number of symbols.
+  std::size_t Run(DecodingReports& reports);
+  std::uint8_t Checksum() const { return checksum_; }
+
+ private:
+  static constexpr std::size_t kLanes = 4;
+
+  struct Lane {
+    std::uint64_t position = 0;  // bit of the stream
+    std::uint8_t* out = nullptr;
+  };
+
+  std::uint64_t Window(std::uint64_t position) const;
+  bool HasRoomFor(std::uint64_t bits) const;
+  bool RunGroup(std::uint64_t span_bits);
+  void RunLanes(std::array<Lane, kLanes>& lanes, const std::array<std::uint64_t, kLanes>& stops);
+  void RunLane(Lane& lane, std::uint64_t stop) const;
+  bool Join(Lane& lane, const Lane& next, std::uint64_t next_start, const std::uint8_t* made);
+  void RunAlone(std::uint64_t bits);
+  void RunExactly();
+  void Advance(const Lane& lane);
+  void DecodeOne(Lane& lane) const;
+
+  const std::span<const std::uint8_t> stream_;
+  const DecodingTables tables_;
+  const std::uint64_t end_bit_;
+  std::uint8_t* const result_begin_;
+  std::uint8_t* const result_end_;
+  const std::ptrdiff_t announced_;
+  Lane lane_;  // the right one
+  std::array<std::unique_ptr<std::uint8_t[]>, kLanes - 1> guesses_;
+  std::uint8_t checksum_ = 0;
+};
 
 LaneDecoder::LaneDecoder(std::span<const std::uint8_t> stream, const StreamHead& head,
                          ByteBuffer& result)
@@ -72,8 +254,6 @@ bool LaneDecoder::HasRoomFor(std::uint64_t bits) const {
          left > bits / tables_.ShortestCode() + kWriteSlack;
 }
 
-namespace {
-
 // As many look-ups as one window allows. The symbols of each are written as one
 // word, whose rest the next one overwrites. A long code stops it: its entry is 0
 // and moves nothing.
@@ -98,8 +278,6 @@ inline void StepLane(const std::uint8_t* stream, const std::uint64_t* entries,
     lane.position += symbol.length;
   }
 }
-
-}  // namespace
 
 void LaneDecoder::RunLane(Lane& lane, std::uint64_t stop) const {
   Lane at = lane;
@@ -218,8 +396,6 @@ std::size_t LaneDecoder::Run(DecodingReports& reports) {
   return static_cast<std::size_t>(lane_.out - result_begin_);
 }
 
-namespace {
-
 // Every code has 8 bits: each byte of the payload is one symbol.
 std::size_t DecodeBytes(std::span<const std::uint8_t> stream, const StreamHead& head,
                         ByteBuffer& result, DecodingReports& reports, std::uint8_t& checksum) {
@@ -251,6 +427,10 @@ bool IsAllBytes(const CodeTable& codes) {
 }
 
 }  // namespace
+
+bool CanDecodeByTables(const StreamHead& head, const DecodingTree& tree) {
+  return DecodingTables::CanServe(head.codes) && tree.IsComplete();
+}
 
 void DecodeByTables(std::span<const std::uint8_t> stream, const StreamHead& head,
                     ByteBuffer& result, DecodingReports& reports, std::uint8_t& checksum) {
