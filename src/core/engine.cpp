@@ -20,15 +20,15 @@ Engine::Engine(Machine& machine)
 }
 
 void Engine::FillTicks() {
-  EngineTicks& ticks = timers.ticks;
-  ticks.TestSchedule = [this] { scheduler.Tick(); };
-  ticks.ShowNextRun = [this] { ShowNextRun(); };
-  ticks.StartRun = [this] { StartRun(); };
-  ticks.EndPause = [this] { EndPause(); };
-  ticks.ComputeEngineFree = [this] { ComputeEngineFree(); };
-  ticks.ShowTrayTip = [this] { ShowTrayTip(); };
-  ticks.WatchDataFolder = [this] { WatchDataFolder(); };
-  ticks.ArmDataFolderWatch = [this] { timers.DataFolderWatch().Enabled = true; };
+  using enum EngineTimer;
+  timers.At(kSchedule, [this] { scheduler.Tick(); });
+  timers.At(kNextRun, [this] { ShowNextRun(); });
+  timers.At(kRunStart, [this] { StartRun(); });
+  timers.At(kRunPause, [this] { EndPause(); });
+  timers.At(kEngineFree, [this] { ComputeEngineFree(); });
+  timers.At(kTrayTip, [this] { ShowTrayTip(); });
+  timers.At(kDataFolderWatch, [this] { WatchDataFolder(); });
+  timers.At(kDataFolderArming, [this] { timers[EngineTimer::kDataFolderWatch].Enabled = true; });
 }
 
 void Engine::LoadSettings() {
@@ -69,15 +69,15 @@ void Engine::OpenLog() {
 }
 
 void Engine::EndPause() {
-  timers.RunStart().Enabled = true;
-  timers.RunPause().Enabled = false;
+  timers[EngineTimer::kRunStart].Enabled = true;
+  timers[EngineTimer::kRunPause].Enabled = false;
 }
 
 // The timer doesn't tick inside its own handler, so that a run of any length
 // is started once.
 void Engine::StartRun() {
   backup.RunBackup();
-  timers.RunStart().Enabled = false;
+  timers[EngineTimer::kRunStart].Enabled = false;
 }
 
 void Engine::ComputeEngineFree() {

@@ -67,7 +67,7 @@ class Engine {
 
  private:
   void FillTicks();
-  void RequestStart() { timers.RunPause().Enabled = true; }
+  void RequestStart() { timers[EngineTimer::kRunPause].Enabled = true; }
 
   // One tick each.
   void EndPause();

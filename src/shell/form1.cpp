@@ -112,29 +112,31 @@ void Form1::Load() {
   List.File1.Folder = "C:\\";
   engine_.LoadSettings();
   State = WindowState::kMinimized;
-  engine_.timers.AutoSettingsLink().Enabled = true;
+  engine_.timers[EngineTimer::kAutoSettingsLink].Enabled = true;
   Show();
   List.ListTree.Start(machine.files.ProgramFolder());
   if (dying_) Close();
 }
 
 void Form1::WireTicks() {
-  EngineTicks& ticks = engine_.timers.ticks;
-  ticks.OpenStorageTree = [this] { OpenTree(Storage.StorageTree, 3); };
-  ticks.OpenRestoreSourceTree = [this] { OpenTree(Restore.RestoreSourceTree, 17); };
-  ticks.OpenRestoreTargetTree = [this] { OpenTree(Restore.RestoreTargetTree, 18); };
-  ticks.FollowFolderTrees = [this] {
+  using enum EngineTimer;
+  engine_.timers.At(kStorageTree, [this] { OpenTree(Storage.StorageTree, kStorageTree); });
+  engine_.timers.At(kRestoreSourceTree,
+                    [this] { OpenTree(Restore.RestoreSourceTree, kRestoreSourceTree); });
+  engine_.timers.At(kRestoreTargetTree,
+                    [this] { OpenTree(Restore.RestoreTargetTree, kRestoreTargetTree); });
+  engine_.timers.At(kFolderTrees, [this] {
     List.FollowTree();
     Restore.FollowTrees();
-  };
-  ticks.ShowWizardPage = [this] { ShowWizardPage(); };
+  });
+  engine_.timers.At(kWizardPage, [this] { ShowWizardPage(); });
 }
 
 // One shot: the timer's own last act is to disable itself.
-void Form1::OpenTree(FolderTree& tree, int timer) {
+void Form1::OpenTree(FolderTree& tree, EngineTimer timer) {
   Show();
   tree.Start(engine_.machine().files.ProgramFolder());
-  engine_.timers.Number(timer).Enabled = false;
+  engine_.timers[timer].Enabled = false;
 }
 
 void Form1::OnKey(KeyEvent& event) {

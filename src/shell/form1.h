@@ -40,7 +40,7 @@ class Form1 : public Window {
   void Decline();
 
   /// Shows the window on its schedule screen a second later. Nothing calls it.
-  void WizardClose() { engine_.timers.WizardPage().Enabled = true; }
+  void WizardClose() { engine_.timers[EngineTimer::kWizardPage].Enabled = true; }
 
   /// The windows that its links open.
   ToolHooks Tools;
@@ -116,7 +116,7 @@ class Form1 : public Window {
   void Exit();
 
   // One tick each.
-  void OpenTree(FolderTree& tree, int timer);
+  void OpenTree(FolderTree& tree, EngineTimer timer);
   void ShowWizardPage();
 
   Engine& engine_;

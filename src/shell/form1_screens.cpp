@@ -104,7 +104,7 @@ void Form1::ShowWizardPage() {
   State = WindowState::kNormal;
   Show();
   SwitchTo(kWizardPage);
-  engine_.timers.WizardPage().Enabled = false;
+  engine_.timers[EngineTimer::kWizardPage].Enabled = false;
 }
 
 }  // namespace tarnvale

@@ -232,7 +232,7 @@ TEST_F(MailTest, TheRunDoesNotWaitForAServerThatSaysNothing) {
   EXPECT_EQ(server.Connection().Text(), "HELO x.x\r\n");
   EXPECT_THAT(p.form.Progress.Label14.Caption.Get(),
               ::testing::StartsWith("Success >> Copied 1 Items"));
-  EXPECT_FALSE(p.engine.timers.RunStart().Enabled) << "the run has returned";
+  EXPECT_FALSE(p.engine.timers[EngineTimer::kRunStart].Enabled) << "the run has returned";
 }
 
 TEST_F(MailTest, AFailedSendGoesUnnoticed) {
@@ -393,7 +393,7 @@ TEST_F(RunWithUploadTest, AFailedUploadLeavesTheEngineFree) {
   machine.Advance(10s);
   EXPECT_EQ(p.Transfer.Get().ConnectionStatus.Get(), "File Transferring...");
   EXPECT_EQ(p.engine.run.EngineFree.Get(), "1");
-  EXPECT_FALSE(p.engine.timers.RunStart().Enabled);
+  EXPECT_FALSE(p.engine.timers[EngineTimer::kRunStart].Enabled);
 }
 
 TEST_F(RunWithUploadTest, ClosingTheWindowDoesNotEndTheUpload) {

@@ -90,7 +90,7 @@ TEST_F(EngineTest, YesShowsTheAlertAndRequestsAStart) {
   machine.boxes.Expect("Now?", BoxIcon::kQuestion, BoxAnswer::kYes);
   engine.AskAndStart("Now?");
   EXPECT_THAT(deeds, ElementsAre("alert"));
-  EXPECT_TRUE(engine.timers.RunPause().Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
   EXPECT_EQ(machine.boxes.Shown().at(0).buttons, BoxButtons::kYesNo);
 }
 
@@ -99,7 +99,7 @@ TEST_F(EngineTest, NoDoesNothing) {
   machine.boxes.Answer(BoxAnswer::kNo);
   engine.AskAndStart("Now?");
   EXPECT_THAT(deeds, IsEmpty());
-  EXPECT_FALSE(engine.timers.RunPause().Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
 TEST_F(EngineTest, AStartByHandIsRequestedWithoutTheAlertToo) {
@@ -108,14 +108,14 @@ TEST_F(EngineTest, AStartByHandIsRequestedWithoutTheAlertToo) {
   machine.boxes.Answer(BoxAnswer::kYes);
   engine.AskAndStart("Now?");
   EXPECT_THAT(deeds, IsEmpty());
-  EXPECT_TRUE(engine.timers.RunPause().Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
 TEST_F(EngineTest, ABusyEngineKeepsTheAlertAwayAndNotTheRequest) {
   machine.boxes.Answer(BoxAnswer::kYes);
   engine.AskAndStart("Now?");
   EXPECT_THAT(deeds, IsEmpty());
-  EXPECT_TRUE(engine.timers.RunPause().Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
 TEST_F(EngineTest, AStartByHandLeavesTheReferenceOfTheIntervalAlone) {

@@ -12,36 +12,36 @@ constexpr bool kOn = true;
 constexpr bool kOff = false;
 
 struct Wiring {
+  EngineTimer timer;
   int number;
   int interval_ms;
   bool on_at_start;
-  std::function<void()> EngineTicks::*tick;
 };
 
-using T = EngineTicks;
+using enum EngineTimer;
 
 const Wiring kWiring[] = {
-    {1, 59000, kOn, &T::TestSchedule},
-    {2, 500, kOn, &T::MirrorPaneFilters},
-    {3, 500, kOn, &T::OpenStorageTree},
-    {4, 100, kOff, &T::LinkAutoSettings},
-    {5, 100, kOn, &T::ShowNextRun},
-    {6, 59999, kOn, nullptr},
-    {7, 8000, kOff, &T::StartRun},
-    {8, 100, kOff, &T::EndPause},
-    {9, 100, kOff, &T::AdvanceRestoreBar},
-    {10, 100, kOn, &T::ComputeEngineFree},
-    {11, 500, kOn, &T::FollowFolderTrees},
-    {12, 1000, kOn, &T::ShowTrayTip},
-    {13, 1000, kOff, &T::ShowWizardPage},
-    {14, 500, kOn, &T::ShowSummary},
-    {15, 100, kOn, &T::AllowReport},
-    {16, 200, kOn, &T::AllowSyncMode},
-    {17, 200, kOn, &T::OpenRestoreSourceTree},
-    {18, 200, kOn, &T::OpenRestoreTargetTree},
-    {19, 1000, kOff, nullptr},
-    {20, 100, kOff, &T::WatchDataFolder},
-    {21, 5000, kOn, &T::ArmDataFolderWatch},
+    {kSchedule, 1, 59000, kOn},
+    {kPaneFilters, 2, 500, kOn},
+    {kStorageTree, 3, 500, kOn},
+    {kAutoSettingsLink, 4, 100, kOff},
+    {kNextRun, 5, 100, kOn},
+    {kUnused6, 6, 59999, kOn},
+    {kRunStart, 7, 8000, kOff},
+    {kRunPause, 8, 100, kOff},
+    {kRestoreBar, 9, 100, kOff},
+    {kEngineFree, 10, 100, kOn},
+    {kFolderTrees, 11, 500, kOn},
+    {kTrayTip, 12, 1000, kOn},
+    {kWizardPage, 13, 1000, kOff},
+    {kSummary, 14, 500, kOn},
+    {kReport, 15, 100, kOn},
+    {kSyncMode, 16, 200, kOn},
+    {kRestoreSourceTree, 17, 200, kOn},
+    {kRestoreTargetTree, 18, 200, kOn},
+    {kUnused19, 19, 1000, kOff},
+    {kDataFolderWatch, 20, 100, kOff},
+    {kDataFolderArming, 21, 5000, kOn},
 };
 
 class WiringTest : public ::testing::TestWithParam<Wiring> {
@@ -50,37 +50,29 @@ class WiringTest : public ::testing::TestWithParam<Wiring> {
   EngineTimers timers{machine.loop.Timers()};
 };
 
-TEST_P(WiringTest, HasItsIntervalAndStartState) {
-  Timer& timer = timers.Number(GetParam().number);
-  EXPECT_EQ(timer.IntervalMs(), GetParam().interval_ms);
-  EXPECT_EQ(timer.Enabled, GetParam().on_at_start);
+TEST_P(WiringTest, HasItsNumberIntervalAndStartState) {
+  const Wiring& row = GetParam();
+  EXPECT_EQ(static_cast<int>(row.timer), row.number);
+  EXPECT_EQ(timers[row.timer].IntervalMs(), row.interval_ms);
+  EXPECT_EQ(timers[row.timer].Enabled, row.on_at_start);
 }
 
-TEST_P(WiringTest, DoesItsOwnDeedAtEachTickAndNoOther) {
-  for (int number = 1; number <= 21; ++number) {
-    timers.Number(number).Enabled = number == GetParam().number;
-  }
+TEST_P(WiringTest, CallsItsOwnHandlerAtEachTickAndNoOther) {
   int ticks = 0;
   int others = 0;
   for (const Wiring& row : kWiring) {
-    if (row.tick != nullptr) timers.ticks.*row.tick = [&others] { ++others; };
+    const bool own = row.timer == GetParam().timer;
+    timers[row.timer].Enabled = own;
+    timers.At(row.timer, [&count = own ? ticks : others] { ++count; });
   }
-  if (GetParam().tick != nullptr) timers.ticks.*GetParam().tick = [&ticks] { ++ticks; };
   machine.Advance(std::chrono::milliseconds(3 * GetParam().interval_ms));
-  EXPECT_EQ(ticks, GetParam().tick == nullptr ? 0 : 3);
+  EXPECT_EQ(ticks, 3);
   EXPECT_EQ(others, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Timers, WiringTest, ::testing::ValuesIn(kWiring), [](const auto& test) {
   return "Timer" + std::to_string(test.param.number);
 });
-
-TEST(EngineTimerTableTest, HasTwentyOneRowsInOrder) {
-  ASSERT_EQ(EngineTimerTable().size(), 21U);
-  for (int number = 1; number <= 21; ++number) {
-    EXPECT_EQ(EngineTimerTable()[static_cast<std::size_t>(number - 1)].number, number);
-  }
-}
 
 // --- which enables which
 
@@ -92,7 +84,7 @@ class StartRoadTest : public EngineFixture {
   }
 
   DateTime Now() { return machine.clock.Now(); }
-  void RequestStart() { engine.timers.RunPause().Enabled = true; }
+  void RequestStart() { engine.timers[EngineTimer::kRunPause].Enabled = true; }
 
   std::vector<std::string> runs;
 };
@@ -100,8 +92,8 @@ class StartRoadTest : public EngineFixture {
 TEST_F(StartRoadTest, TheRunPauseEnablesTheRunStartAndStops) {
   RequestStart();
   machine.Advance(100ms);
-  EXPECT_FALSE(engine.timers.RunPause().Enabled);
-  EXPECT_TRUE(engine.timers.RunStart().Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kRunPause].Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kRunStart].Enabled);
 }
 
 TEST_F(StartRoadTest, ARunBeginsEightSecondsAndATenthAfterItsRequest) {
@@ -115,10 +107,10 @@ TEST_F(StartRoadTest, ARunBeginsEightSecondsAndATenthAfterItsRequest) {
 TEST_F(StartRoadTest, TheRunStartStopsWhenTheRunReturns) {
   RequestStart();
   bool on_in_run = false;
-  engine.stages.FollowCopy = [&] { on_in_run = engine.timers.RunStart().Enabled; };
+  engine.stages.FollowCopy = [&] { on_in_run = engine.timers[EngineTimer::kRunStart].Enabled; };
   machine.Advance(10s);
   EXPECT_TRUE(on_in_run);
-  EXPECT_FALSE(engine.timers.RunStart().Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kRunStart].Enabled);
 }
 
 TEST_F(StartRoadTest, ASecondTickDuringALongRunStartsNothing) {
@@ -155,8 +147,8 @@ TEST_F(StartRoadTest, ARequestAfterARunStartsTheNext) {
 TEST_F(StartRoadTest, NothingRunsWithoutARequest) {
   machine.Advance(10min);
   EXPECT_THAT(runs, IsEmpty());
-  EXPECT_FALSE(engine.timers.RunStart().Enabled);
-  EXPECT_FALSE(engine.timers.RunPause().Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kRunStart].Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
 // --- the watch over the data folder
@@ -176,17 +168,17 @@ class DataFolderWatchTest : public EngineFixture {
 
 TEST_F(DataFolderWatchTest, BeginsAfterFiveSeconds) {
   machine.Advance(4999ms);
-  EXPECT_FALSE(engine.timers.DataFolderWatch().Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kDataFolderWatch].Enabled);
   machine.Advance(1ms);
-  EXPECT_TRUE(engine.timers.DataFolderWatch().Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kDataFolderWatch].Enabled);
 }
 
 TEST_F(DataFolderWatchTest, IsArmedAnewEveryFiveSeconds) {
   machine.Advance(5s);
-  engine.timers.DataFolderWatch().Enabled = false;
+  engine.timers[EngineTimer::kDataFolderWatch].Enabled = false;
   machine.Advance(5s);
-  EXPECT_TRUE(engine.timers.DataFolderWatch().Enabled);
-  EXPECT_TRUE(engine.timers.Number(21).Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kDataFolderWatch].Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kDataFolderArming].Enabled);
 }
 
 TEST_F(DataFolderWatchTest, DoesNothingWhileTheFolderIsThere) {

@@ -152,7 +152,7 @@ TEST_F(ScheduleEntryTest, ATimeCountsFromTheMomentItsFieldIsLeft) {
   TypeFixedTime("12:00");
   machine.SetTime("12:00");
   scheduler.Tick();
-  EXPECT_TRUE(engine.timers.RunPause().Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
   EXPECT_FALSE(machine.files.Exists("C:\\Data\\Tarnvale.ini"));
 }
 

@@ -13,12 +13,12 @@ class SchedulerTest : public EngineFixture {
   SchedulerTest() {
     engine.screens.Show = [this](Screen) { ++matches; };
     engine.stages.ShowAlert = [this] { deeds.push_back("alert"); };
-    // Only the ways of the schedule and of its request; no run begins.
-    for (int number = 2; number <= 21; ++number) engine.timers.Number(number).Enabled = false;
-    engine.timers.ticks.StartRun = [this] {
-      engine.timers.RunStart().Enabled = false;
-      starts.push_back(machine.formats.LongTime(machine.clock.Now()));
-    };
+    // Only the ways of the schedule and of its request; the run copies nothing.
+    engine.timers.Stop();
+    engine.timers[EngineTimer::kSchedule].Enabled = true;
+    engine.run.EngineFree = "0";
+    engine.timers.At(EngineTimer::kRunStart,
+                     [this] { starts.push_back(machine.formats.LongTime(machine.clock.Now())); });
   }
 
   void AtFixedTime(TimeOfDay time) {
@@ -226,12 +226,13 @@ TEST_F(SchedulerTest, TheDayIsThatOfTheTick) {
 
 TEST_F(SchedulerTest, AMatchShowsTheAlertThenTheRunPageAndRequestsAStart) {
   WatchScreens();
-  engine.timers.RunPause().Enabled.Changed.Listen([this] { deeds.push_back("request"); });
+  engine.timers[EngineTimer::kRunPause].Enabled.Changed.Listen(
+      [this] { deeds.push_back("request"); });
   engine.run.EngineFree = "1";
   AtFixedTime({12, 0, 0});
   MatchesAt("12:00:00");
   EXPECT_THAT(deeds, ElementsAre("alert", "show progress", "request"));
-  EXPECT_TRUE(engine.timers.RunPause().Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
 TEST_F(SchedulerTest, AMatchMovesTheReferenceInEitherMode) {
@@ -246,14 +247,14 @@ TEST_F(SchedulerTest, NoAlertComesWithTheAlertOff) {
   AtFixedTime({12, 0, 0});
   EXPECT_EQ(MatchesAt("12:00:00"), 1);
   EXPECT_THAT(deeds, IsEmpty());
-  EXPECT_TRUE(engine.timers.RunPause().Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
 TEST_F(SchedulerTest, ABusyEngineKeepsTheAlertAwayAndNotTheRequest) {
   AtFixedTime({12, 0, 0});
   EXPECT_EQ(MatchesAt("12:00:00"), 1);
   EXPECT_THAT(deeds, IsEmpty());
-  EXPECT_TRUE(engine.timers.RunPause().Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
 TEST_F(SchedulerTest, AFailureLeavesTheCheckInSilence) {
@@ -261,7 +262,7 @@ TEST_F(SchedulerTest, AFailureLeavesTheCheckInSilence) {
   engine.stages.ShowAlert = [] { throw ProgramError(kInvalidCall); };
   AtFixedTime({12, 0, 0});
   EXPECT_EQ(MatchesAt("12:00:00"), 0);
-  EXPECT_FALSE(engine.timers.RunPause().Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kRunPause].Enabled);
   EXPECT_THAT(machine.boxes.Shown(), IsEmpty());
 }
 
@@ -272,7 +273,7 @@ TEST_F(SchedulerTest, AMatchDuringARunMakesItsRequest) {
   Add("C:\\none.txt");
   machine.loop.OnYield(1, [&] {
     engine.scheduler.Tick();
-    requested = engine.timers.RunPause().Enabled;
+    requested = engine.timers[EngineTimer::kRunPause].Enabled;
   });
   engine.backup.RunBackup();
   EXPECT_TRUE(requested);

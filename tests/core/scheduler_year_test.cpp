@@ -18,11 +18,12 @@ constexpr int kFriday = 5;  // Sunday is 0
 class SchedulerYearTest : public EngineFixture {
  protected:
   SchedulerYearTest() {
-    for (int number = 2; number <= 21; ++number) engine.timers.Number(number).Enabled = false;
+    engine.timers.Stop();
+    engine.timers[EngineTimer::kSchedule].Enabled = true;
     engine.screens.Show = [this](Screen) { ++matches; };
     // The request ends here: no run of the year is of interest.
-    engine.timers.RunPause().Enabled.Changed.Listen(
-        [this] { engine.timers.RunPause().Enabled = false; });
+    engine.timers[EngineTimer::kRunPause].Enabled.Changed.Listen(
+        [this] { engine.timers[EngineTimer::kRunPause].Enabled = false; });
   }
 
   // Calls `at` with the minute of the day and the day of the week of each tick.

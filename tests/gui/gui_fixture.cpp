@@ -94,7 +94,7 @@ Program& GuiTest::StartAndBringUp(const std::string& ini) {
   Start(ini);
   EndSplash();
   // The timers of the first second set up the trees and show the window again.
-  EXPECT_TRUE(WaitFor([&] { return !program->engine.timers.Number(3).Enabled; }));
+  EXPECT_TRUE(WaitFor([&] { return !program->engine.timers[EngineTimer::kStorageTree].Enabled; }));
   program->form.State = WindowState::kNormal;
   program->form.InTaskBar = true;
   program->form.Show();
@@ -107,7 +107,7 @@ void GuiTest::EndSplash() {
 }
 
 void GuiTest::EndPauseBeforeRun() {
-  Timer& pause = program->engine.timers.RunStart();
+  Timer& pause = program->engine.timers[EngineTimer::kRunStart];
   ASSERT_TRUE(WaitFor([&] { return pause.Enabled.Get(); }));
   loop.Deliver([&] { pause.Tick.Emit(); });
 }

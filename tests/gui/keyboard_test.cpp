@@ -142,7 +142,7 @@ TEST_F(GuiKeyboard, ABoxIsAnsweredByItsMarksAndLeftByEscape) {
     f.Focus(f.Label49);
     Press(Qt::Key_Space);
     EXPECT_TRUE(DialogsAreDone());
-    EXPECT_FALSE(program->engine.timers.RunPause().Enabled);
+    EXPECT_FALSE(program->engine.timers[EngineTimer::kRunPause].Enabled);
   }
 }
 

@@ -259,7 +259,7 @@ TEST_F(MainWindowTest, AWindowBroughtUpRightAfterTheStartStaysUp) {
   // As the task bar does it: without the record.
   NativeWindow().setWindowState(Qt::WindowActive);
   // The timers of the first second show the window again.
-  ASSERT_TRUE(WaitFor([&] { return !engine.timers.Number(3).Enabled; }));
+  ASSERT_TRUE(WaitFor([&] { return !engine.timers[EngineTimer::kStorageTree].Enabled; }));
   ASSERT_TRUE(WaitFor([&] { return form.State.Get() == WindowState::kNormal; }));
   EXPECT_FALSE(NativeWindow().isMinimized());
 }

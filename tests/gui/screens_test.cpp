@@ -220,8 +220,8 @@ TEST_F(GuiScreens, ARunAnsweredWithNoDoesNotStart) {
   AnswerNextBox(QMessageBox::No);
   Click(p.form.Label49);
   EXPECT_EQ(box_text, "Tarnvale Will Now Perform A Backup On Your Files. Proceed?");
-  EXPECT_FALSE(p.engine.timers.RunPause().Enabled);
-  EXPECT_FALSE(p.engine.timers.RunStart().Enabled);
+  EXPECT_FALSE(p.engine.timers[EngineTimer::kRunPause].Enabled);
+  EXPECT_FALSE(p.engine.timers[EngineTimer::kRunStart].Enabled);
 }
 
 TEST_F(GuiScreens, ABackupIsRestoredIntoTheChosenFolder) {

@@ -251,7 +251,7 @@ TEST_F(Form1CommandsTest, ABackupByHandStartsAfterAPauseWhenConfirmed) {
   machine.boxes.Expect("Tarnvale Will Now Perform A Backup On Your Files. Proceed?",
                        BoxIcon::kQuestion, BoxAnswer::kNo);
   form.Label49.Clicked.Emit();
-  EXPECT_FALSE(engine.timers.RunPause().Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kRunPause].Enabled);
 
   machine.boxes.Expect(
       "Tarnvale Will Now Perform A Backup For Your Files - Compression & FTP Upload Will Occur If "

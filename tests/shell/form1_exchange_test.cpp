@@ -235,7 +235,7 @@ TEST_F(Form1RestoreTest, PausesForFourSecondsAndCopies) {
   EXPECT_EQ(machine.files.Content("C:\\Work\\a.txt"), "backed up");
   EXPECT_EQ(machine.files.CopiedWith("C:\\Work"), Rights::kNewFile);
   EXPECT_EQ(form.Restore.XP_ProgressBar3.Value, 100);
-  EXPECT_FALSE(engine.timers.RestoreShow().Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kRestoreBar].Enabled);
   EXPECT_GE(machine.clock.Uptime() - start, 4s);
   EXPECT_LE(machine.clock.Uptime() - start, 4100ms);
 }
@@ -253,7 +253,7 @@ TEST_F(Form1RestoreTest, AMediumThatCannotBeFlushedEndsInTheSameWords) {
   ExpectDone();
   form.Restore.chameleonButton8.Click.Emit();
   EXPECT_EQ(form.Restore.XP_ProgressBar3.Value, 100);
-  EXPECT_FALSE(engine.timers.RestoreShow().Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kRestoreBar].Enabled);
   EXPECT_EQ(machine.boxes.Shown().size(), 1U);
 }
 

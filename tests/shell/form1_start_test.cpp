@@ -35,9 +35,9 @@ TEST_F(Form1StartTest, TheFilePaneBeginsAtTheDrivesRootAndTheTreeAtTheProgram) {
 }
 
 TEST_F(Form1StartTest, LoadEnablesTheTimerThatLinksCompressionAndUpload) {
-  EXPECT_FALSE(engine.timers.Number(4).Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kAutoSettingsLink].Enabled);
   form.Load();
-  EXPECT_TRUE(engine.timers.Number(4).Enabled);
+  EXPECT_TRUE(engine.timers[EngineTimer::kAutoSettingsLink].Enabled);
 }
 
 TEST_F(Form1StartTest, TheFirstFocusOnTheFixedTimeChoosesTheFixedTime) {

@@ -108,7 +108,7 @@ TEST_F(Form1TicksTest, TheWizardsEndShowsTheScheduleASecondLater) {
   machine.Advance(100ms);
   EXPECT_EQ(form.State.Get(), WindowState::kNormal);
   EXPECT_EQ(VisibleFrames(), std::vector<int>{4});
-  EXPECT_FALSE(engine.timers.Number(13).Enabled);
+  EXPECT_FALSE(engine.timers[EngineTimer::kWizardPage].Enabled);
 }
 
 TEST_F(Form1TicksTest, TheSummaryCountsTheListAndMarksTheStages) {

@@ -28,8 +28,8 @@ AdvancedScreen::AdvancedScreen(Window& window, Engine& engine, const ToolHooks& 
     CallHook(tools.SendTestReport,
              "This Is A Test E-Mail Report From Tarnvale : Your Settings Have Been Confirmed");
   });
-  engine.timers.ticks.LinkAutoSettings = [this] { LinkAutoSettings(); };
-  engine.timers.ticks.AllowReport = [this] { AllowReport(); };
+  engine.timers.At(EngineTimer::kAutoSettingsLink, [this] { LinkAutoSettings(); });
+  engine.timers.At(EngineTimer::kReport, [this] { AllowReport(); });
 }
 
 void AdvancedScreen::LayOut() {

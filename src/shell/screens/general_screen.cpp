@@ -39,7 +39,7 @@ GeneralScreen::GeneralScreen(Window& window, Engine& engine)
   Option3.Clicked.Listen([&settings] { settings.ChooseMode(settings.BackupMode.Sync); });
   chameleonButton2.Click.Listen([this] { ExportSettings(); });
   chameleonButton3.Click.Listen([this] { ImportSettings(); });
-  engine.timers.ticks.AllowSyncMode = [this] { AllowSyncMode(); };
+  engine.timers.At(EngineTimer::kSyncMode, [this] { AllowSyncMode(); });
 }
 
 void GeneralScreen::LayOut() {

@@ -16,7 +16,7 @@ ListScreen::ListScreen(Window& window, Engine& engine)
   List1.MultiSelect = true;
   List1.GotFocus.Listen([this] { list_has_focus_ = true; });
   List1.LostFocus.Listen([this] { list_has_focus_ = false; });
-  engine.timers.ticks.MirrorPaneFilters = [this] { MirrorPaneFilters(); };
+  engine.timers.At(EngineTimer::kPaneFilters, [this] { MirrorPaneFilters(); });
 }
 
 void ListScreen::LayOut() {

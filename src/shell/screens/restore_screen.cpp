@@ -16,7 +16,7 @@ constexpr int kCopyBegins = 40;
 
 RestoreScreen::RestoreScreen(Window& window, Engine& engine) : window_(window), engine_(engine) {
   chameleonButton8.Click.Listen([this] { Restore(); });
-  engine.timers.ticks.AdvanceRestoreBar = [this] { AdvanceBar(); };
+  engine.timers.At(EngineTimer::kRestoreBar, [this] { AdvanceBar(); });
 }
 
 void RestoreScreen::LayOut() {
@@ -72,7 +72,7 @@ void RestoreScreen::Restore() {
       machine.loop.Yield();
       return;
     }
-    Timer& show = engine_.timers.RestoreShow();
+    Timer& show = engine_.timers[EngineTimer::kRestoreBar];
     show.Enabled = true;
     // Required: exactly this value; a second restore inside sets the bar back.
     while (XP_ProgressBar3.Value != kCopyBegins) {

@@ -25,7 +25,7 @@ ScheduleScreen::ScheduleScreen(Window& window, Engine& engine)
   // Chosen: the marks of the summary are a display; nobody can tick them.
   for (CheckBox* mark : {&CheckBox9, &CheckBox10, &CheckBox11}) mark->Enabled = false;
   engine.screens.FocusIntervalField = [this] { window_.Focus(MaskEdBox2); };
-  engine.timers.ticks.ShowSummary = [this] { ShowSummary(); };
+  engine.timers.At(EngineTimer::kSummary, [this] { ShowSummary(); });
 }
 
 void ScheduleScreen::WireTimes() {
