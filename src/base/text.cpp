@@ -65,6 +65,10 @@ std::string OneLine(std::string_view text) {
   return line;
 }
 
+bool FitsOneLine(std::string_view text) {
+  return text.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos;
+}
+
 int CountChar(std::string_view text, std::string_view character) {
   if (CountCharacters(character) != 1) return 0;
   int count = 0;

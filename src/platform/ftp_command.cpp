@@ -29,10 +29,6 @@ std::optional<TwoNames> ReadNames(std::string_view text) {
 
 }  // namespace
 
-bool FitsOneLine(std::string_view text) {
-  return text.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos;
-}
-
 std::optional<FtpCommand> ParseFtpCommand(std::string_view text) {
   const auto blank = text.find(' ');
   const std::string verb = ToLower(text.substr(0, blank));

@@ -25,7 +25,4 @@ struct FtpCommand {
 /// end or a zero byte: nothing of that may reach a server.
 std::optional<FtpCommand> ParseFtpCommand(std::string_view text);
 
-/// True when a server can be told this text as part of one line.
-bool FitsOneLine(std::string_view text);
-
 }  // namespace tarnvale

@@ -39,10 +39,6 @@ std::string_view ValueOf(std::string_view line) {
   return Trimmed(line.substr(line.find('=') + 1));
 }
 
-bool FitsOneLine(std::string_view text) {
-  return text.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos;
-}
-
 std::string Folded(std::string_view name) {
   return ToLower(Trimmed(name));
 }

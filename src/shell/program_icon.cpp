@@ -11,11 +11,11 @@ namespace {
 
 // The icon is drawn on a field of 32 by 32 units: a blue tile with an open box,
 // into which an arrow comes down.
-constexpr double kField = 32;
+constexpr double kDrawnUnits = 32;
 
 constexpr Color kTileTop = 0xCE8A48;
 constexpr Color kTileBottom = 0x945626;
-constexpr Color kArrow = 0x66D6FF;
+constexpr Color kArrowInk = 0x66D6FF;
 
 bool InArrow(Spot spot) {
   const double from_middle = std::abs(spot.x - 16);
@@ -31,16 +31,16 @@ bool InBox(Spot spot) {
 
 Ink InkAt(Spot spot) {
   if (!InRounded(spot, {1, 1}, {31, 31}, 6)) return {};
-  if (InArrow(spot)) return kArrow;
+  if (InArrow(spot)) return kArrowInk;
   if (InBox(spot)) return kWhite;
   // A gentle light from above.
-  return Between(kTileTop, kTileBottom, spot.y / kField);
+  return Between(kTileTop, kTileBottom, spot.y / kDrawnUnits);
 }
 
 }  // namespace
 
 Raster DrawProgramIcon(int size_px) {
-  return DrawSampled(size_px, kField / size_px, InkAt);
+  return DrawSampled(size_px, kDrawnUnits / size_px, InkAt);
 }
 
 std::vector<Raster> ProgramIcons() {

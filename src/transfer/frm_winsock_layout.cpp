@@ -4,7 +4,6 @@
 namespace tarnvale {
 namespace {
 
-constexpr Size kClient{704, 400};
 constexpr Rect kLog{8, 8, 688, 384};
 
 }  // namespace
@@ -12,7 +11,7 @@ constexpr Rect kLog{8, 8, 688, 384};
 void LayOut(frmWinsock& window) {
   window.Caption = "Form1";
   window.Frame = WindowFrame::kFixed;
-  window.ClientSize = kClient;
+  window.ClientSize = Size{704, 400};
   window.txtData.FixedWidth = true;
   // Chosen: what was said isn't edited.
   window.txtData.ReadOnly = true;

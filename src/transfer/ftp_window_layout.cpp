@@ -6,7 +6,6 @@
 namespace tarnvale {
 namespace {
 
-constexpr Size kClient{728, 388};
 constexpr Rect kTaskPanel{0, 0, 224, 388};
 // The three panels have the same size and the same place.
 constexpr Rect kPanel{236, 12, 480, 228};
@@ -127,7 +126,7 @@ void LayOutStatus(Main& w) {
 void LayOut(Main& w) {
   w.Caption = "FTP Server Management";
   w.Frame = WindowFrame::kFixed;
-  w.ClientSize = kClient;
+  w.ClientSize = Size{728, 388};
   LayOutTaskPanel(w);
   LayOutSettings(w);
   LayOutUpload(w);

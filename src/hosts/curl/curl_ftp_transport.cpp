@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/failure.h"
+#include "base/text.h"
 
 namespace tarnvale {
 namespace {
