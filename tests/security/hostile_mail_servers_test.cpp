@@ -182,7 +182,7 @@ TEST_F(HostileMailServers, AFloodTakesNoMemory) {
 }
 
 TEST_F(HostileMailServers, AServerThatNeverReadsDoesNotKeepTheMailFromEnding) {
-  mail.Body.assign(10'000'000, 'b');
+  mail.Body = std::string(10'000'000, 'b');
   Begin();
   Timer accepting(loop.Timers(), 10, true);
   accepting.Tick.Listen([&] {
