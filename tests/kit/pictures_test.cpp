@@ -23,8 +23,10 @@ Raster Gradient(int width, int height) {
   return picture;
 }
 
+// One for each test: several run at once.
 std::filesystem::path PictureFile() {
-  return std::filesystem::path(::testing::TempDir()) / "tarnvale-png-test" / "picture.png";
+  return std::filesystem::path(::testing::TempDir()) / "tarnvale-png-test" /
+         ::testing::UnitTest::GetInstance()->current_test_info()->name() / "picture.png";
 }
 
 TEST(Png, ComesBackAsItWas) {
