@@ -108,7 +108,7 @@ void Program::ConnectStages() {
     return Compressor.Get().XP_ProgressBar1.Value.Get();
   };
   engine.stages.SendReport = [this](const RunFacts& facts) {
-    engine.mail.Body = ReportText(machine_, engine.settings, facts);
+    engine.mail.Body = ReportText(machine_.clock, machine_.formats, engine.settings, facts);
     Mailer.Get().StartSend();
   };
   engine.stages.ShowTransferWindow = [this] { Transfer.Show(); };

@@ -10,19 +10,19 @@ constexpr int kLogFileNumber = 1;
 }  // namespace
 
 void BackupLog::Open(const std::string& data_folder) {
-  machine_.open_files.OpenOutput(kLogFileNumber, PathIn(data_folder));
+  files_.OpenOutput(kLogFileNumber, PathIn(data_folder));
 }
 
 void BackupLog::PrintLine(const std::string& text) {
-  machine_.open_files.Write(kLogFileNumber, OneLine(text) + "\r\n");
+  files_.Write(kLogFileNumber, OneLine(text) + "\r\n");
 }
 
 void BackupLog::Print(const std::string& text) {
-  machine_.open_files.Write(kLogFileNumber, OneLine(text));
+  files_.Write(kLogFileNumber, OneLine(text));
 }
 
 void BackupLog::Close() {
-  machine_.open_files.Close(kLogFileNumber);
+  files_.Close(kLogFileNumber);
 }
 
 }  // namespace tarnvale

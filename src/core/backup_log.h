@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "ui/machine.h"
+#include "platform/open_files.h"
 
 namespace tarnvale {
 
@@ -13,7 +13,7 @@ namespace tarnvale {
 /// (OneLine) and makes no lines. Every call raises what the table of open files raises.
 class BackupLog {
  public:
-  explicit BackupLog(Machine& machine) : machine_(machine) {}
+  explicit BackupLog(OpenFiles& files) : files_(files) {}
 
   static Path PathIn(const std::string& data_folder) { return data_folder + "\\Backup Log.txt"; }
 
@@ -26,7 +26,7 @@ class BackupLog {
   void Close();
 
  private:
-  Machine& machine_;
+  OpenFiles& files_;
 };
 
 }  // namespace tarnvale

@@ -30,7 +30,7 @@ BackupRun::BackupRun(Machine& machine, BackupSettings& settings, RunState& state
       state_(state),
       screens_(screens),
       stages_(stages),
-      log_(machine),
+      log_(machine.open_files),
       failures_(machine),
       sync_(machine),
       sources_(machine.files),
@@ -90,7 +90,7 @@ void BackupRun::BuildRunFiles() {
   const auto count = static_cast<std::int64_t>(settings_.Entries.Count());
   for (state_.RunIndex = 0; state_.RunIndex < count;) {
     Step([&] {
-      state_.Files.AddItem(machine_,
+      state_.Files.AddItem(machine_.files, machine_.boxes,
                            settings_.Entries.At(static_cast<std::size_t>(state_.RunIndex)));
     });
     if (!NextIndex()) break;

@@ -12,46 +12,46 @@ void ShowInstead(const ScreenHooks& screens, Screen screen) {
   }
 }
 
-void Object(Machine& machine, const ScreenHooks& screens, const char* text, Screen screen) {
-  machine.boxes.Show({.text = text, .icon = BoxIcon::kStop});
+void Object(MessageBoxes& boxes, const ScreenHooks& screens, const char* text, Screen screen) {
+  boxes.Show({.text = text, .icon = BoxIcon::kStop});
   ShowInstead(screens, screen);
 }
 
-bool ConfirmsRoot(Machine& machine) {
-  return machine.boxes.Show({.text = "The Destiny Directroy Was Left C:\\.\n\nConfirm?",
-                             .icon = BoxIcon::kExclamation,
-                             .buttons = BoxButtons::kYesNo}) == BoxAnswer::kYes;
+bool ConfirmsRoot(MessageBoxes& boxes) {
+  return boxes.Show({.text = "The Destiny Directroy Was Left C:\\.\n\nConfirm?",
+                     .icon = BoxIcon::kExclamation,
+                     .buttons = BoxButtons::kYesNo}) == BoxAnswer::kYes;
 }
 
 }  // namespace
 
-void CheckSettings(Machine& machine, const BackupSettings& settings, const ScreenHooks& screens,
+void CheckSettings(MessageBoxes& boxes, const BackupSettings& settings, const ScreenHooks& screens,
                    bool& objection) {
   objection = true;
   if (settings.Entries.Count() == 0) {
-    Object(machine, screens, "You Must At Least Have An Item For Backup", Screen::kList);
+    Object(boxes, screens, "You Must At Least Have An Item For Backup", Screen::kList);
     return;
   }
   const std::string& destination = settings.DestinationDir;
   if (destination.empty()) {
-    Object(machine, screens, "You Must Specify The Backup Location", Screen::kStorage);
+    Object(boxes, screens, "You Must Specify The Backup Location", Screen::kStorage);
     CallHook(screens.FocusStorageField);
     return;
   }
   if (destination == "C:\\" || destination == "c:\\") {
     // Required: a confirmed root passes over the tests of the times.
-    objection = !ConfirmsRoot(machine);
+    objection = !ConfirmsRoot(boxes);
     if (!objection) return;
     ShowInstead(screens, Screen::kStorage);
     CallHook(screens.FocusStorageField);
     return;
   }
   if (settings.ScheduleAt && settings.AlwaysAtText.Get() == kNoTimeText) {
-    Object(machine, screens, kNoValidTime, Screen::kSchedule);
+    Object(boxes, screens, kNoValidTime, Screen::kSchedule);
     return;
   }
   if (settings.ScheduleEach && settings.EachText.Get() == kNoTimeText) {
-    Object(machine, screens, kNoValidTime, Screen::kSchedule);
+    Object(boxes, screens, kNoValidTime, Screen::kSchedule);
     CallHook(screens.FocusIntervalField);
     return;
   }

@@ -39,7 +39,7 @@ void Engine::LoadSettings() {
 
 bool Engine::SaveUnlessObjected() {
   bool objection = false;
-  CheckSettings(machine_, settings, screens, objection);
+  CheckSettings(machine_.boxes, settings, screens, objection);
   if (objection) return false;
   SaveChanges();
   return true;

@@ -10,9 +10,9 @@ constexpr double kBytesPerKiB = 1024;
 constexpr std::size_t kRuleLength = 91;
 constexpr const char* kLineEnd = "\r\n";
 
-std::string Outcome(Machine& machine, const BackupSettings& settings, const RunFacts& facts) {
-  const DateTime now = machine.clock.Now();
-  LocaleFormats& formats = machine.formats;
+std::string Outcome(Clock& clock, LocaleFormats& formats, const BackupSettings& settings,
+                    const RunFacts& facts) {
+  const DateTime now = clock.Now();
   return "Success >> Copied " + ToText(static_cast<std::int64_t>(settings.Entries.Count())) +
          " Files, " + formats.StandardNumber(facts.total_bytes / kBytesPerKiB / kBytesPerKiB) +
          " MBs, From " + formats.ShortTime(facts.start) + " To " + formats.ShortTime(now) + " On " +
@@ -37,11 +37,12 @@ std::string Stages(const BackupSettings& settings) {
 
 }  // namespace
 
-std::string ReportText(Machine& machine, const BackupSettings& settings, const RunFacts& facts) {
+std::string ReportText(Clock& clock, LocaleFormats& formats, const BackupSettings& settings,
+                       const RunFacts& facts) {
   std::string text = "This is an automated E-Mail Report from Tarnvale.";
   text += kLineEnd;
   text += kLineEnd;
-  text += "Your Backup Status : " + Outcome(machine, settings, facts) + kLineEnd;
+  text += "Your Backup Status : " + Outcome(clock, formats, settings, facts) + kLineEnd;
   text += Stages(settings);
   text += kLineEnd + std::string(kRuleLength, '_');
   text += kLineEnd;

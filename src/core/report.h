@@ -4,8 +4,9 @@
 #include <string>
 
 #include "core/hooks.h"
+#include "platform/clock.h"
+#include "platform/locale_formats.h"
 #include "settings/backup_settings.h"
-#include "ui/machine.h"
 
 namespace tarnvale {
 
@@ -13,6 +14,7 @@ namespace tarnvale {
 /// A folder or a server with line ends in its name adds none (OneLine).
 /// Required: it is written from the plan. It tells of success, compression and
 /// upload whatever became of them, and its total counts single files only.
-std::string ReportText(Machine& machine, const BackupSettings& settings, const RunFacts& facts);
+std::string ReportText(Clock& clock, LocaleFormats& formats, const BackupSettings& settings,
+                       const RunFacts& facts);
 
 }  // namespace tarnvale

@@ -40,12 +40,12 @@ void RunFiles::AddFileToRun(FileSystem& files, const std::string& path) {
   SetUpperBound(row + 1);
 }
 
-void RunFiles::AddFolderFilesToRun(Machine& machine, std::string pattern) {
+void RunFiles::AddFolderFilesToRun(FileSystem& files, MessageBoxes& boxes, std::string pattern) {
   try {
-    AddMatches(machine.files, std::move(pattern));
+    AddMatches(files, std::move(pattern));
   } catch (const ProgramError& error) {
-    machine.boxes.Show({.text = "Error:\n\n" + ToText(error.Number()) + ":" + error.Description(),
-                        .icon = BoxIcon::kStop});
+    boxes.Show({.text = "Error:\n\n" + ToText(error.Number()) + ":" + error.Description(),
+                .icon = BoxIcon::kStop});
   }
 }
 
@@ -69,12 +69,12 @@ void RunFiles::AddMatches(FileSystem& files, std::string pattern) {
   }
 }
 
-void RunFiles::AddItem(Machine& machine, const std::string& item) {
+void RunFiles::AddItem(FileSystem& files, MessageBoxes& boxes, const std::string& item) {
   if (item.empty() || item.back() != '*') {
-    AddFileToRun(machine.files, item);
+    AddFileToRun(files, item);
     return;
   }
-  AddFolderFilesToRun(machine, std::string(WithoutLastCharacters(item, kPatternLength)));
+  AddFolderFilesToRun(files, boxes, std::string(WithoutLastCharacters(item, kPatternLength)));
 }
 
 }  // namespace tarnvale

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "ui/machine.h"
+#include "platform/files.h"
+#include "ui/message_boxes.h"
 
 namespace tarnvale {
 
@@ -36,10 +37,10 @@ class RunFiles {
 
   /// Adds the files that a pattern matches. A failure is shown in a box and
   /// ends the procedure.
-  void AddFolderFilesToRun(Machine& machine, std::string pattern);
+  void AddFolderFilesToRun(FileSystem& files, MessageBoxes& boxes, std::string pattern);
 
   /// One item of the list: what ends in "*" is a folder's.
-  void AddItem(Machine& machine, const std::string& item);
+  void AddItem(FileSystem& files, MessageBoxes& boxes, const std::string& item);
 
  private:
   void AddMatches(FileSystem& files, std::string pattern);

@@ -24,7 +24,7 @@ class CheckSettingsTest : public EngineFixture {
   bool Objects() {
     // Whatever it held before.
     bool objection = !last_objection_;
-    CheckSettings(machine.Interfaces(), engine.settings, engine.screens, objection);
+    CheckSettings(machine.boxes, engine.settings, engine.screens, objection);
     last_objection_ = objection;
     return objection;
   }

@@ -23,7 +23,9 @@ class ReportTest : public RunFixture {
     engine.settings.FtpPassword = "secret";
   }
 
-  std::string Report() { return ReportText(machine.Interfaces(), engine.settings, facts); }
+  std::string Report() {
+    return ReportText(machine.clock, machine.formats, engine.settings, facts);
+  }
 
   /// The lines on compression and upload.
   std::string Stages() {

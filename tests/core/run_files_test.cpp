@@ -39,7 +39,7 @@ class RunFilesTest : public ::testing::Test {
   void Build(const std::vector<std::string>& items) {
     PassedOver pass;
     for (const std::string& item : items) {
-      pass.Step([&] { table.AddItem(machine.Interfaces(), item); });
+      pass.Step([&] { table.AddItem(machine.files, machine.boxes, item); });
     }
   }
 
