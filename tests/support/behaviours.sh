@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the tests of commands: each behaviour is a function, and runs in a folder
 # of its own below $area.
 

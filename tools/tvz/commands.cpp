@@ -128,7 +128,7 @@ void RunCommand(const Request& request) {
     case Command::kHelp:
       return Print(kHelpText);
     case Command::kVersion:
-      return Print("tvz " TVZ_VERSION " (Tarnvale)\n");
+      return Print("tvz " TARNVALE_VERSION " (Tarnvale)\n");
     case Command::kCreate:
       return Create(request);
     case Command::kExtract:

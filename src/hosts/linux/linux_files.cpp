@@ -127,8 +127,7 @@ LinuxFiles::LinuxFiles(const std::string& root, const std::string& state_folder)
       archive_(state_folder) {}
 
 Path LinuxFiles::ProgramFolder() {
-  const std::string native = OwnProgramFile();
-  return locator_.Drive().FromNative(NativeFolderOf(native));
+  return locator_.Drive().FromNative(OwnProgramFolder());
 }
 
 // As Locator::Find, with `info` that of the file behind a link.
