@@ -1,0 +1,153 @@
+// Every text of every window has room at each scale, and with a larger font; nothing
+// lies over anything else.
+#include <QFontMetricsF>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "hosts/qt/qt_look.h"
+#include "hosts/qt/qt_text.h"
+#include "kit/caption_text.h"
+#include "kit/chameleon_button.h"
+#include "kit/check_box.h"
+#include "tests/gui/every_window.h"
+#include "tests/gui/gui_fixture.h"
+
+namespace tarnvale::testing {
+namespace {
+
+// A size in which a person may see the windows.
+struct Eyes {
+  double scale;      ///< pixels for each of 96 dpi
+  int larger_by_px;  ///< of all fonts, at 96 dpi
+};
+
+// Room that a control's own signs take of its width, at 96 dpi.
+constexpr int kMark = 18;        // the ring or the box before a text
+constexpr int kButtonFrame = 6;  // both sides
+constexpr int kPanelHeading = 15;
+
+/// What a control says, and how much room that has.
+struct Said {
+  std::string text;
+  QFont font;
+  int width_px = 0;  ///< at 96 dpi, as the height
+  int height_px = 0;
+  bool wraps = false;
+};
+
+std::optional<Said> SaidBy(const Placement& placement) {
+  const Rect& place = placement.place;
+  if (const auto* label = dynamic_cast<Label*>(placement.control)) {
+    // A fact that is too long is shown in part, and whole as a tool tip.
+    if (label->Role == TextRole::kValue) return std::nullopt;
+    const int bar = label->Role == TextRole::kHeading && placement.container != nullptr &&
+                            dynamic_cast<PictureBox*>(placement.container) != nullptr
+                        ? kPanelHeading
+                        : 0;
+    const std::string text = label->Shown();
+    return Said{text, FontOf(label->Role), place.width_px - bar, place.height_px,
+                label->Wrap || text.find('\n') != std::string::npos};
+  }
+  if (const auto* button = dynamic_cast<chameleonButton*>(placement.control)) {
+    const Font font = button->Font;
+    return Said{ShownCaption(button->Caption), ProgramFont(font.size_pt, font.bold),
+                place.width_px - kButtonFrame, place.height_px};
+  }
+  if (const auto* box = dynamic_cast<CheckBox*>(placement.control)) {
+    const Font font = box->Font;
+    return Said{ShownCaption(box->Caption), ProgramFont(font.size_pt, font.bold),
+                place.width_px - kMark, place.height_px};
+  }
+  if (const auto* option = dynamic_cast<OptionButton*>(placement.control)) {
+    return Said{ShownCaption(option->Caption), FontOf(TextRole::kBody), place.width_px - kMark,
+                place.height_px};
+  }
+  if (const auto* check = dynamic_cast<CheckButton*>(placement.control)) {
+    return Said{ShownCaption(check->Caption), FontOf(TextRole::kBody), place.width_px - kMark,
+                place.height_px};
+  }
+  return std::nullopt;
+}
+
+// What of the room is missing, in pixels of 96 dpi; 0 when it fits.
+double MissingRoom(const Said& said, const Eyes& eyes) {
+  QFont font = said.font;
+  font.setPixelSize(
+      static_cast<int>(std::lround((font.pixelSize() + eyes.larger_by_px) * eyes.scale)));
+  const QFontMetricsF metrics(font);
+  const QString text = ToQt(said.text);
+  if (!said.wraps) {
+    return std::max(0.0, metrics.horizontalAdvance(text) / eyes.scale - said.width_px);
+  }
+  const QRectF room(0, 0, said.width_px * eyes.scale, 1e6);
+  const double height = metrics.boundingRect(room, Qt::TextWordWrap, text).height();
+  return std::max(0.0, height / eyes.scale - said.height_px);
+}
+
+class GuiFits : public EveryWindowTest {
+ protected:
+  static void ExpectTextsFit(Window& window, const std::string& name, const Eyes& eyes) {
+    for (const Placement& placement : window.Placements()) {
+      const auto said = SaidBy(placement);
+      if (!said || said->text.empty()) continue;
+      ++met;
+      const double missing = MissingRoom(*said, eyes);
+      EXPECT_LE(missing, 0.5) << name << " at " << eyes.scale << ", font +" << eyes.larger_by_px
+                              << ": \"" << said->text << "\" lacks " << missing << " pixels";
+    }
+  }
+
+  static bool IsContainer(const Window& window, const Control* control) {
+    const auto& all = window.Placements();
+    return dynamic_cast<const GroupBox*>(control) != nullptr ||
+           dynamic_cast<const PictureBox*>(control) != nullptr ||
+           std::any_of(all.begin(), all.end(),
+                       [&](const Placement& other) { return other.container == control; });
+  }
+
+  static void ExpectNothingOverlaps(Window& window, const std::string& name) {
+    const auto& all = window.Placements();
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      for (std::size_t j = i + 1; j < all.size(); ++j) {
+        const Placement& a = all[i];
+        const Placement& b = all[j];
+        if (a.container != b.container || !a.control->Visible || !b.control->Visible) continue;
+        if (IsContainer(window, a.control) || IsContainer(window, b.control)) continue;
+        const bool apart =
+            a.place.RightPx() <= b.place.left_px || b.place.RightPx() <= a.place.left_px ||
+            a.place.BottomPx() <= b.place.top_px || b.place.BottomPx() <= a.place.top_px;
+        EXPECT_TRUE(apart) << name << ": control " << i << " (" << TextOf(a) << ") lies over " << j
+                           << " (" << TextOf(b) << ")";
+      }
+    }
+  }
+
+  static std::string TextOf(const Placement& placement) {
+    const auto said = SaidBy(placement);
+    return said ? said->text : "no text";
+  }
+
+  static inline int met = 0;
+};
+
+TEST_F(GuiFits, EveryTextAtEachScaleAndWithALargerFont) {
+  Program& p = StartAndBringUp();
+  LoadEveryWindow(p);
+  for (const Eyes& eyes : {Eyes{1, 0}, Eyes{1.5, 0}, Eyes{2, 0}, Eyes{3, 0}, Eyes{1, 1}}) {
+    ExpectTextsFit(p.form, "main window", eyes);
+    for (Window* window : OtherWindows(p)) ExpectTextsFit(*window, NameOf(*window), eyes);
+  }
+  EXPECT_GT(met, 500);
+}
+
+TEST_F(GuiFits, NothingLiesOverAnythingElse) {
+  Program& p = StartAndBringUp();
+  LoadEveryWindow(p);
+  ExpectNothingOverlaps(p.form, "main window");
+  for (Window* window : OtherWindows(p)) ExpectNothingOverlaps(*window, NameOf(*window));
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
