@@ -26,7 +26,12 @@ std::string FakeProfiles::Read(const std::string& section, const std::string& ke
                                const std::string& fallback, std::size_t buffer_size,
                                const Path& file) {
   std::optional<std::string> value;
-  if (!EnterAndFails("Read", file)) value = Current(file).text.Value(section, key);
+  if (EnterAndFails("Read", file)) {
+    unread_.insert(file);
+  } else {
+    unread_.erase(file);
+    value = Current(file).text.Value(section, key);
+  }
   return std::string(
       FirstCharacters(value.value_or(fallback), buffer_size == 0 ? 0 : buffer_size - 1));
 }
@@ -42,7 +47,8 @@ bool FakeProfiles::CanWrite(const Path& file) {
 bool FakeProfiles::Write(const std::string& section, const std::string& key,
                          const std::string& value, const Path& file) {
   if (EnterAndFails("Write", file)) return false;
-  if (!ProfileText::CanHold(section, key, value) || !CanWrite(file)) return false;
+  if (unread_.contains(file) || !ProfileText::CanHold(section, key, value) || !CanWrite(file))
+    return false;
   Profile& profile = Current(file);
   if (profile.text.Set(section, key, value)) profile.edits.push_back({section, key, value});
   return true;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,7 @@ namespace tarnvale::testing {
 /// Holds every write back until Flush. A scripted failure of "Write" or "Flush"
 /// makes it return false, whatever its number. One of "Read" stands for a file
 /// that is there and can't be read: a read then gives the fallback, and the two
-/// others fail as well.
+/// others fail as well, and a write goes on failing until a read has succeeded.
 class FakeProfiles : public ProfileFiles, public ScriptedFailures {
  public:
   explicit FakeProfiles(FakeFiles& files) : files_(files) {}
@@ -46,6 +47,7 @@ class FakeProfiles : public ProfileFiles, public ScriptedFailures {
 
   FakeFiles& files_;
   std::map<std::string, Profile> profiles_;  // by folded path
+  std::set<Path> unread_;
 };
 
 }  // namespace tarnvale::testing

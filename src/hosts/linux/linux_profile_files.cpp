@@ -172,9 +172,10 @@ std::string LinuxProfileFiles::Read(const std::string& section, const std::strin
                                     const Path& file) {
   std::string value = fallback;
   Place place;
+  unread_.erase(file);
   if (Find(file, place)) {
     Profile& profile = ProfileAt(file, place);
-    Refresh(profile, place);
+    if (!Refresh(profile, place)) unread_.insert(file);
     if (auto found = profile.text.Value(section, key)) value = std::move(*found);
   }
   return std::string(FirstCharacters(value, buffer_size == 0 ? 0 : buffer_size - 1));
@@ -183,7 +184,9 @@ std::string LinuxProfileFiles::Read(const std::string& section, const std::strin
 bool LinuxProfileFiles::Write(const std::string& section, const std::string& key,
                               const std::string& value, const Path& file) {
   Place place;
-  if (!ProfileText::CanHold(section, key, value) || !Find(file, place)) return false;
+  if (unread_.contains(file) || !ProfileText::CanHold(section, key, value) || !Find(file, place)) {
+    return false;
+  }
   if (place.exists && !MayBeReplaced(place.info, place.Native())) return false;
   Profile& profile = ProfileAt(file, place);
   if (!Refresh(profile, place)) return false;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "hosts/linux/descriptor.h"
@@ -78,6 +79,9 @@ class LinuxProfileFiles : public ProfileFiles {
   Locator& locator_;
   std::string state_folder_;
   std::unordered_map<std::string, Profile> profiles_;  // by native path
+  // There, but not readable when they were last read: what they hold is not known to
+  // whoever would write them.
+  std::unordered_set<Path> unread_;
 };
 
 }  // namespace tarnvale

@@ -30,6 +30,7 @@ class FakeHost : public HostUnderTest {
     machine_.profiles.FailOn("Read", file, 75);
     return true;
   }
+  void MakeReadable(const Path&) override { machine_.profiles.ClearFailures(); }
   void SetModified(const Path& file, std::int64_t seconds) override {
     machine_.files.SetModified(file, seconds);
   }

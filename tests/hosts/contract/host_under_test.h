@@ -44,6 +44,8 @@ class HostUnderTest {
   /// Lets reads of a file fail that may still be replaced, as long as this host
   /// lives. False where the system won't have that.
   virtual bool MakeUnreadable(const Path& file) = 0;
+  /// Ends that.
+  virtual void MakeReadable(const Path& file) = 0;
   virtual void SetModified(const Path& file, std::int64_t seconds) = 0;
   virtual std::int64_t Modified(const Path& file) = 0;
   /// Names that are hidden begin with a point, so that every host can hide them.

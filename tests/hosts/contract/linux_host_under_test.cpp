@@ -58,6 +58,9 @@ class LinuxHostUnderTest : public HostUnderTest {
     if (can_be_read() && AsOrdinaryUser::IsPossible()) user_.emplace(folder_.Path());
     return !can_be_read();
   }
+  void MakeReadable(const Path& file) override {
+    EXPECT_EQ(::chmod(Native(file).c_str(), S_IRUSR | S_IWUSR), 0);
+  }
   void SetModified(const Path& file, std::int64_t seconds) override {
     SetModifiedNative(Native(file), seconds);
   }

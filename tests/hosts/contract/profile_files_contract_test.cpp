@@ -296,6 +296,20 @@ TEST_P(ProfilesContract, AFileThatCannotBeReadStaysAsItIs) {
   EXPECT_EQ(host.Content(kFile), "[A]\r\nx=1\r\n");
 }
 
+TEST_P(ProfilesContract, AFileThatCouldNotBeReadIsNotWrittenBeforeItHasBeenRead) {
+  host.Write(kFile, "[A]\r\nx=1\r\n");
+  if (!host.MakeUnreadable(kFile)) GTEST_SKIP() << "this user may read every file";
+  EXPECT_EQ(Read("A", "x"), "(none)");
+  host.MakeReadable(kFile);
+  EXPECT_FALSE(profiles.Write("A", "x", "", kFile)) << "what it holds was never seen";
+  EXPECT_TRUE(profiles.Flush(kFile));
+  EXPECT_EQ(host.Content(kFile), "[A]\r\nx=1\r\n");
+  EXPECT_EQ(Read("A", "x"), "1");
+  EXPECT_TRUE(profiles.Write("A", "x", "2", kFile));
+  EXPECT_TRUE(profiles.Flush(kFile));
+  EXPECT_EQ(host.Content(kFile), "[A]\r\nx=2\r\n");
+}
+
 TEST_P(ProfilesContract, AFileThatCannotBeReadAnyMoreFailsTheFlushAndStaysAsItIs) {
   EXPECT_TRUE(profiles.Write("A", "x", "2", kFile));
   host.Write(kFile, "[A]\r\nx=1\r\n");
