@@ -35,7 +35,7 @@ bool MayFollow(const Descriptor& link, const struct stat& info) {
 // there is no link, EACCES for one of somebody else.
 std::string TargetOf(const Descriptor& link) {
   struct stat info {};
-  if (!link || ::fstat(link.Get(), &info) != 0) return {};
+  if (::fstat(link.Get(), &info) != 0) return {};
   if (!S_ISLNK(info.st_mode) || !MayFollow(link, info)) {
     errno = S_ISLNK(info.st_mode) ? EACCES : EINVAL;
     return {};
@@ -57,10 +57,11 @@ Descriptor WalkTo(int folder_fd, std::string left) {
     left.erase(0, name.size() + 1);
     if (name.empty()) continue;
     Descriptor next(::openat(folder.Get(), name.c_str(), kOnlyThere));
+    if (!next) return {};
     std::string target = TargetOf(next);
     if (target.empty()) {
       // No link: as likely no folder, which the next name will show.
-      if (next && errno != EINVAL) return {};
+      if (errno != EINVAL) return {};
       folder = std::move(next);
       continue;
     }
@@ -99,8 +100,9 @@ End EndOf(int folder_fd, const std::string& path) {
 // `errno` set as by TargetOf.
 bool GoOn(const End& end, std::string& path) {
   // Held open, so that nobody can turn it between the question and the reading.
-  std::string target =
-      TargetOf(Descriptor(::openat(end.folder.Get(), end.name.c_str(), kOnlyThere)));
+  const Descriptor link(::openat(end.folder.Get(), end.name.c_str(), kOnlyThere));
+  if (!link) return false;
+  std::string target = TargetOf(link);
   if (target.empty()) return false;
   // A slash at the end would have a link there followed unasked.
   while (target.size() > 1 && target.back() == '/') target.pop_back();

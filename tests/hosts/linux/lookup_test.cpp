@@ -3,6 +3,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "hosts/linux/own_links.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {
@@ -82,6 +83,16 @@ TEST_F(LookupTest, APathOfTensOfThousandsOfPartsLeadsNowhere) {
   EXPECT_EQ(RaisedBy([&] { files_.CreateFoldersOf(path); }), kPathNotFound);
   EXPECT_FALSE(Exists("d")) << "nothing of it is made";
   EXPECT_EQ(files_.List(path + "\\*.*", {}).size(), 0U);
+}
+
+TEST_F(LookupTest, AMissingFolderBehindALinkIsToldAsMissing) {
+  MakeFolder("real");
+  Link("way", "real");
+  EXPECT_FALSE(OpenByOwnLinks(AT_FDCWD, Native("way/missing/a.txt"), O_RDONLY));
+  EXPECT_EQ(errno, ENOENT);
+  struct stat info {};
+  EXPECT_FALSE(StateByOwnLinks(AT_FDCWD, Native("way/missing/a.txt"), info));
+  EXPECT_EQ(errno, ENOENT);
 }
 
 TEST_F(LookupTest, LengthTellsWhatIsMissing) {
