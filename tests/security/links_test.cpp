@@ -269,6 +269,17 @@ TEST_F(ArchivesBesideOthersTest, AreMadeByTheCommandAlike) {
   ExpectSound();
 }
 
+TEST_F(ArchivesBesideOthersTest, AreNotMadeByTheCommandWhereALinkOfAnotherUserLeads) {
+  AnotherUser::PlantLink(secret, Shared("a.tvz"));
+  const std::string before = ReadNative(secret);
+  const std::string command = std::string(TVZ) + " create " + Shared("a.tvz") + " " +
+                              OnDrive("Data/tree") + " 2>" + OnDrive("Data/said");
+  EXPECT_NE(std::system(command.c_str()), 0);
+  EXPECT_THAT(ReadNative(OnDrive("Data/said")), HasSubstr("a.tvz"));
+  EXPECT_EQ(ReadNative(secret), before);
+  EXPECT_FALSE(std::filesystem::is_symlink(secret));
+}
+
 TEST_F(ArchivesBesideOthersTest, AreUnpackedByTheCommandWithTheNarrowerRightsOfWhatTheyReplace) {
   EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data\\tree", archive, true), 1);
   WriteNative(OnDrive("Data/shared/a.txt"), "old");

@@ -13,6 +13,7 @@
 #include "codec/archive.h"
 #include "hosts/linux/descriptor.h"
 #include "hosts/linux/linux_host.h"
+#include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
 #include "tvz/command_failure.h"
 #include "tvz/leftovers.h"
@@ -55,7 +56,11 @@ Target TargetOf(const std::string& archive) {
   if (fs::exists(status)) {
     if (fs::is_directory(status)) throw CommandFailure(archive, "is a folder");
     if (!fs::is_regular_file(status)) throw CommandFailure(archive, "is no plain file");
-    path = fs::canonical(path, error);
+    // Over what a link of somebody else leads to, nothing is written.
+    std::string own = archive;
+    struct stat info {};
+    if (!GoByOwnLinks(AT_FDCWD, own, info)) throw CommandFailure(archive, ReasonOf(errno));
+    path = fs::canonical(own, error);
   }
   const std::string name = path.filename().string();
   if (name.empty() || name == "." || name == "..") throw CommandFailure(archive, "names no file");
