@@ -207,7 +207,10 @@ std::int32_t usercontrol11::ExtractFilesFromArchiv(const Path& archive, const Pa
     const SplitName split = SplitAtLastBackslash(file.value_or(target + record.name));
     ExtractingFileFromArchive.Emit(split.file, split.folder,
                                    ToInt32(static_cast<std::int64_t>(record.content.Size())));
-    if (file) WriteEntry(*file, record);
+    if (file) {
+      names.MakeNewFile();
+      WriteEntry(*file, record);
+    }
     machine_.loop.Yield();
     ExtractArchiveProgress.Emit(PercentOf(++done, count));
   }

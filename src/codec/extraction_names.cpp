@@ -22,6 +22,7 @@ bool LeadsStraightDown(std::string_view entry) {
 
 std::optional<Path> ExtractionNames::PathOf(const std::string& entry) {
   Path path = target_;
+  new_file_.reset();
   if (!LeadsStraightDown(entry)) {
     path += entry;
     files_.CreateFoldersOf(path);
@@ -76,18 +77,34 @@ std::optional<std::string> ExtractionNames::NameIn(Place& place, const std::stri
     place.given[name] = real;
     return real;
   }
-  if (!place.folded.insert(folded).second) {
-    // Something of another case is there: this one needs a place of its own.
-    PassedOver pass;
-    pass.Step([&] {
-      const auto held = files_.OpenFolder(place.path);
-      kind == Kind::kFile ? held->MakeFile(name) : held->MakeFolder(name);
-    });
-    const auto& failure = pass.StandingError();
-    if (failure && failure->Number() == kFileAlreadyExists) return std::nullopt;
+  if (place.folded.insert(folded).second) {
+    if (kind == Kind::kFile) new_file_ = NewFile{place.path, name};
+  } else if (!Make(place.path, name, kind)) {
+    // Something of another case is there, and there is no place beside it.
+    return std::nullopt;
   }
   place.real.insert(name);
   return name;
+}
+
+void ExtractionNames::MakeNewFile() {
+  if (new_file_) Make(new_file_->folder, new_file_->name, Kind::kFile);
+}
+
+// Makes it by this very name, whatever of another case is there. False when the medium
+// has no room for it; any other failure shows when it is used.
+bool ExtractionNames::Make(const Path& folder, const std::string& name, Kind kind) {
+  PassedOver pass;
+  pass.Step([&] {
+    if (held_ == nullptr || held_path_ != folder) {
+      held_.reset();
+      held_ = files_.OpenFolder(folder);
+      held_path_ = folder;
+    }
+    kind == Kind::kFile ? held_->MakeFile(name) : held_->MakeFolder(name);
+  });
+  const auto& failure = pass.StandingError();
+  return !failure || failure->Number() != kFileAlreadyExists;
 }
 
 bool ExtractionNames::ArchiveHas(const std::string& folder, const std::string& name) {

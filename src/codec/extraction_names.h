@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -31,6 +32,10 @@ class ExtractionNames {
   /// hold empty parts are taken as they stand. Raises 76, 75, 70.
   std::optional<Path> PathOf(const std::string& entry);
 
+  /// Makes an empty file at the last path, if nothing was there. Nobody has to go through
+  /// the whole folder then for one of another case. Leaves failures to who writes it.
+  void MakeNewFile();
+
  private:
   /// One folder of the archive in the target.
   struct Place {
@@ -47,12 +52,20 @@ class ExtractionNames {
   std::optional<std::string> NameIn(Place& place, const std::string& folder,
                                     const std::string& name, Kind kind);
   bool ArchiveHas(const std::string& folder, const std::string& name);
+  bool Make(const Path& folder, const std::string& name, Kind kind);
 
   FileSystem& files_;
   Path target_;
   std::function<std::vector<std::string>()> read_names_;
   std::optional<std::unordered_set<std::string>> archive_;  ///< entries, and their folders
   std::map<std::string, Place> places_;
+  struct NewFile {
+    Path folder;
+    std::string name;
+  };
+  std::optional<NewFile> new_file_;
+  Path held_path_;  ///< of the folder where something was made last
+  std::unique_ptr<HeldFolder> held_;
 };
 
 }  // namespace tarnvale

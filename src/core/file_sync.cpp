@@ -1,5 +1,8 @@
 #include "core/file_sync.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "base/text.h"
 #include "platform/name_pairs.h"
 
@@ -39,6 +42,11 @@ std::vector<bool> Taken(const std::vector<std::size_t>& partners, std::size_t co
     if (partner != kNone) taken[partner] = true;
   }
   return taken;
+}
+
+bool IsIn(const LeftOutFolders& folders, HeldFolder& folder) {
+  return std::any_of(folders.begin(), folders.end(),
+                     [&](const HeldFolder* other) { return folder.Is(*other); });
 }
 
 Path Below(const Path& folder, const std::string& name) {
@@ -112,7 +120,7 @@ void FileSync::Read(FolderPair& pair) {
 }
 
 // A name that the medium doesn't tell from another one is passed over, and that
-// one stays as it is.
+// one stays as it is; so is a link where a folder has its place.
 void FileSync::CopyFile(const HeldEntry& source, const HeldEntry& target, Rights rights) {
   try {
     machine_.files.CopyEntry(source, target, rights);
@@ -148,23 +156,31 @@ void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
 
 template <class Hold, class CopyWhole>
 void FileSync::SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& copy_whole,
-                           bool two_way) {
-  FolderPair roots;
+                           bool two_way, LeftOutFolders left_out) {
+  Roots roots;
   PassedOver pass;
   pass.Step([&] { roots.first = machine_.files.OpenFolder(first); });
   pass.Step([&] { roots.second = hold_second(); });
   if (!pass.StandingError()) pass.Step([&] { Read(roots); });
   if (pass.StandingError()) {
-    pass.Step([&] { copy_whole(); });
+    pass.Step([&] { copy_whole(left_out); });
     return;
   }
+  // Chosen: what is met in itself isn't copied. The copies would be copied again, and
+  // more of them with each run.
+  roots.left_out = std::move(left_out);
+  roots.left_out.push_back(roots.first.get());
+  roots.left_out.push_back(roots.second.get());
   SyncTrees(roots, two_way);
 }
 
 void FileSync::SyncFolders(const Path& first, const Path& second, bool two_way) {
   SyncFolders(
       first, [&] { return machine_.files.OpenFolder(second); },
-      [&] { machine_.files.CopyTree(first, second, Yielding(), kTowardsStorage); }, two_way);
+      [&](const LeftOutFolders&) {
+        machine_.files.CopyTree(first, second, Yielding(), kTowardsStorage);
+      },
+      two_way, {});
 }
 
 void FileSync::SyncFolders(const Path& first, const HeldEntry& second, bool two_way) {
@@ -175,15 +191,15 @@ void FileSync::SyncFolders(const Path& first, const HeldEntry& second, bool two_
   if (!storage) return;
   SyncFolders(
       first, [&, name = second.name] { return storage->Inner(name); },
-      [&, name = second.name] {
-        machine_.files.CopyTree(first, {*storage, name}, Yielding(), kTowardsStorage);
+      [&, name = second.name](const LeftOutFolders& left_out) {
+        machine_.files.CopyTree(first, {*storage, name}, Yielding(), kTowardsStorage, left_out);
       },
-      two_way);
+      two_way, {storage.get()});
 }
 
 // Both sides are found from the two folders that are held, so they stay these two.
 // Nothing else is held while the folders within are walked, however deep.
-void FileSync::SyncTrees(FolderPair& roots, bool two_way) {
+void FileSync::SyncTrees(Roots& roots, bool two_way) {
   std::vector<Level> levels;
   PassedOver pass;
   pass.Step([&] { SyncPair(roots, two_way); });
@@ -203,8 +219,10 @@ void FileSync::SyncTrees(FolderPair& roots, bool two_way) {
       for (const std::string& name : level.only_in_second) {
         pass.Step([&] {
           const auto from = roots.second->Inner(level.second);
+          if (IsIn(roots.left_out, *from->Inner(name))) return;
           const auto to = roots.first->Inner(level.first);
-          machine_.files.CopyTree({*from, name}, {*to, name}, Yielding(), kTowardsComputer);
+          machine_.files.CopyTree({*from, name}, {*to, name}, Yielding(), kTowardsComputer,
+                                  roots.left_out);
         });
       }
     }
@@ -215,23 +233,25 @@ void FileSync::SyncTrees(FolderPair& roots, bool two_way) {
 
 // Syncs the files of two folders within; none when there was but a whole copy to
 // make.
-std::optional<FileSync::Level> FileSync::EnterFolders(const FolderPair& roots, const Level& outer,
+std::optional<FileSync::Level> FileSync::EnterFolders(const Roots& roots, const Level& outer,
                                                       const SubFolders& folders, bool two_way) {
   const Path first = Below(outer.first, folders.first);
   const Path second = Below(outer.second, folders.second);
   FolderPair pair;
   PassedOver pass;
-  if (folders.in_both) {
-    pass.Step([&] { pair.first = roots.first->Inner(first); });
-    pass.Step([&] { pair.second = roots.second->Inner(second); });
-    if (!pass.StandingError()) pass.Step([&] { Read(pair); });
+  pass.Step([&] { pair.first = roots.first->Inner(first); });
+  if (folders.in_both) pass.Step([&] { pair.second = roots.second->Inner(second); });
+  if ((pair.first && IsIn(roots.left_out, *pair.first)) ||
+      (pair.second && IsIn(roots.left_out, *pair.second))) {
+    return std::nullopt;
   }
+  if (folders.in_both && !pass.StandingError()) pass.Step([&] { Read(pair); });
   if (!folders.in_both || pass.StandingError()) {
     pass.Step([&] {
       const auto from = roots.first->Inner(outer.first);
       const auto to = roots.second->Inner(outer.second);
       machine_.files.CopyTree({*from, folders.first}, {*to, folders.second}, Yielding(),
-                              kTowardsStorage);
+                              kTowardsStorage, roots.left_out);
     });
     return std::nullopt;
   }

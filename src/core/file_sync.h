@@ -62,9 +62,10 @@ class FileSync {
 
   /// SyncFiles for two folders, the computer's and the storage's, and all in them. A second folder
   /// that is missing is made by one copy of the first. To the end it works on the two folders that
-  /// the paths led to at its start. Ignores all failures. Yields.
+  /// the paths led to at its start, and enters neither where it meets it inside the other. Ignores
+  /// all failures. Yields.
   void SyncFolders(const Path& first, const Path& second, bool two_way);
-  /// Likewise, with the storage's folder in one that is held.
+  /// Likewise, with the storage's folder in one that is held, which isn't entered either.
   void SyncFolders(const Path& first, const HeldEntry& second, bool two_way);
 
   /// Notified of each file of two folders that both are there, before it is copied
@@ -80,6 +81,10 @@ class FileSync {
     FolderContents in_first;
     FolderContents in_second;
     NamePairs names;
+  };
+  /// The two folders of a whole sync.
+  struct Roots : FolderPair {
+    LeftOutFolders left_out;  ///< not entered where they are met on the way down
   };
   /// A file under its name in each of two folders.
   struct Row {
@@ -108,9 +113,10 @@ class FileSync {
                                   const NamePairs& pairs);
   void SyncPair(const FolderPair& pair, bool two_way);
   template <class Hold, class CopyWhole>
-  void SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& copy_whole, bool two_way);
-  void SyncTrees(FolderPair& roots, bool two_way);
-  std::optional<Level> EnterFolders(const FolderPair& roots, const Level& outer,
+  void SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& copy_whole, bool two_way,
+                   LeftOutFolders left_out);
+  void SyncTrees(Roots& roots, bool two_way);
+  std::optional<Level> EnterFolders(const Roots& roots, const Level& outer,
                                     const SubFolders& folders, bool two_way);
   static Level LevelOf(const FolderPair& pair, const Path& first, const Path& second);
   void CopyFile(const HeldEntry& source, const HeldEntry& target, Rights rights);

@@ -94,7 +94,13 @@ class HeldFolder {
   /// 61, 70.
   virtual void MakeFolder(const std::string& name) = 0;
   virtual void MakeFile(const std::string& name) = 0;
+
+  /// Whether both are the same folder. `other` is one of the same file system.
+  virtual bool Is(const HeldFolder& other) = 0;
 };
+
+/// Folders that a copy doesn't enter wherever it meets them on its way down.
+using LeftOutFolders = std::vector<const HeldFolder*>;
 
 /// What a held folder has under this name, or would have. As a target it is the
 /// entry of exactly this name: copying raises 58 when the medium doesn't tell the
@@ -147,7 +153,8 @@ class FileSystem {
   virtual void CopyWhole(const Path& source, const HeldEntry& target,
                          Rights rights = Rights::kNewFile) = 0;
 
-  /// As CopyWhole, but a symbolic link is copied as a link.
+  /// As CopyWhole, but a symbolic link is copied as a link. Raises 58 as well when a
+  /// folder has the link's place.
   virtual void CopyEntry(const HeldEntry& source, const HeldEntry& target,
                          Rights rights = Rights::kNewFile) = 0;
 
@@ -156,14 +163,18 @@ class FileSystem {
   /// deleting nothing. An entry that fails doesn't stop the others: the first
   /// failure is raised at the end. Names are paired as PairNames says; a second
   /// one that the target's medium doesn't tell from the first fails with 58. Calls
-  /// `between` after each file. Both folders stay those that it began with. Raises
+  /// `between` after each file. Nothing is copied of folders in it that are in
+  /// `left_out`. Both folders stay those that it began with. Raises
   /// 76 when `source` is no folder or the parent of `target` is missing.
   virtual void CopyTree(const Path& source, const Path& target,
-                        const std::function<void()>& between, Rights rights = Rights::kNewFile) = 0;
+                        const std::function<void()>& between, Rights rights = Rights::kNewFile,
+                        const LeftOutFolders& left_out = {}) = 0;
   virtual void CopyTree(const Path& source, const HeldEntry& target,
-                        const std::function<void()>& between, Rights rights = Rights::kNewFile) = 0;
+                        const std::function<void()>& between, Rights rights = Rights::kNewFile,
+                        const LeftOutFolders& left_out = {}) = 0;
   virtual void CopyTree(const HeldEntry& source, const HeldEntry& target,
-                        const std::function<void()>& between, Rights rights = Rights::kNewFile) = 0;
+                        const std::function<void()>& between, Rights rights = Rights::kNewFile,
+                        const LeftOutFolders& left_out = {}) = 0;
 
   /// Moves a folder. Raises 76 when `source` is no folder, 58 when the target
   /// exists, otherwise as CopyTree; the source goes only after all of it has

@@ -41,6 +41,49 @@ TEST_F(NamesTest, NamesThatNoPathCanTellHarmNoOther) {
   EXPECT_EQ(Content("Store/Odd/c*d.txt"), "(missing)");
 }
 
+// --- names that come and go between the runs of one process
+
+TEST_F(NamesTest, ASyncFindsWhatCameSinceTheLastOne) {
+  constexpr std::int64_t kNoon = 1205496000;
+  const auto write = [&](const std::string& path, const std::string& text, int time) {
+    Write(path, text);
+    SetModified(path, kNoon + time);
+  };
+  engine.settings.Entries.Assign({"C:\\Work\\*+++++*"});
+  engine.settings.BackupMode.Sync = true;
+  write("Work/a.txt", "new", 0);
+  Run();
+  EXPECT_EQ(Content("Store/a.txt"), "new");
+  write("Work/a.txt", "changed", 1);
+  write("Work/B.txt", "old", 0);
+  write("Store/b.txt", "newer", 2);
+  write("Work/c.txt", "c", 0);
+  Run();
+  EXPECT_EQ(Content("Store/a.txt"), "changed");
+  EXPECT_EQ(Content("Work/B.txt"), "newer");
+  EXPECT_EQ(Content("Store/c.txt"), "c");
+  write("Work/D.txt", "newer", 2);
+  write("Store/d.txt", "old", 0);
+  Run();
+  EXPECT_EQ(Content("Store/d.txt"), "newer");
+  EXPECT_EQ(Content("Store/D.txt"), "(missing)") << "one spelling only";
+}
+
+TEST_F(NamesTest, AFolderThatARunMadeIsFoundByTheNextInAnyCase) {
+  Write("Work/One/.cFg/a.txt", "a");
+  Write("Work/Two/.cFg/b.txt", "b");
+  Write("Work/Three/.cfg/c.txt", "c");
+  for (const char* item : {"C:\\Work\\One\\.cFg\\a.txt", "C:\\Work\\Two\\.cFg\\*+++++*",
+                           "C:\\Work\\Three\\.cfg\\*+++++*"}) {
+    engine.settings.Entries.Assign({item});
+    Run();
+  }
+  EXPECT_EQ(Content("Store/a.txt"), "a");
+  EXPECT_EQ(Content("Store/.cFg/b.txt"), "b");
+  EXPECT_EQ(Content("Store/.cFg/c.txt"), "c");
+  EXPECT_FALSE(std::filesystem::exists(Native("Store/.cfg"))) << "one folder";
+}
+
 TEST_F(NamesTest, AFileWithFivePlusSignsIsTakenForAFolder) {
   Write("Work/a+++++.txt", "plus");
   engine.settings.Entries.Assign({"C:\\Work\\a+++++.txt"});

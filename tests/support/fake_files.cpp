@@ -126,7 +126,19 @@ FakeFiles::FakeFiles(FakeClock& clock) : clock_(clock) {
   MakeFolder("C:\\Program");
 }
 
+Path WithoutSeparator(Path path) {
+  if (!path.empty() && IsSeparator(path.back())) path.pop_back();
+  return path;
+}
+
+// With a separator at its end a path leads to a folder or to nowhere.
 FakeFiles::Located FakeFiles::Locate(const Path& path) const {
+  if (const Path folder = WithoutSeparator(path); folder != path && Split(folder)) {
+    Located at = Locate(folder);
+    if (at.folder == nullptr || at.name.empty()) return at;
+    const NodePtr node = at.folder->EntryInAnyCase(at.name);
+    return node != nullptr && node->is_folder ? at : Located{};
+  }
   const auto split = Split(path);
   if (!split) return {};
   const auto drive = drives_.find(split->drive);
@@ -342,7 +354,7 @@ void FakeFiles::CopyWhole(const Path& source, const Path& target, Rights rights)
 
 void FakeFiles::CreateFolder(const Path& folder) {
   Enter("CreateFolder", folder);
-  const Located at = Locate(folder);
+  const Located at = Locate(WithoutSeparator(folder));
   if (at.folder == nullptr) throw ProgramError(kPathNotFound);
   if (Find(folder) != nullptr) throw ProgramError(kPathFileAccess);
   AddEntry(*at.folder, at.name, true);

@@ -40,6 +40,9 @@ struct FakeNode {
   std::int64_t Length() const;
 };
 
+/// Of a path: what a folder is named by, without one at its end.
+Path WithoutSeparator(Path path);
+
 /// Lower case of the letters of all alphabets, in UTF-8.
 std::string FoldedName(std::string_view name);
 
@@ -103,11 +106,12 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   void CopyEntry(const HeldEntry& source, const HeldEntry& target,
                  Rights rights = Rights::kNewFile) override;
   void CopyTree(const Path& source, const Path& target, const std::function<void()>& between,
-                Rights rights = Rights::kNewFile) override;
+                Rights rights = Rights::kNewFile, const LeftOutFolders& left_out = {}) override;
   void CopyTree(const Path& source, const HeldEntry& target, const std::function<void()>& between,
-                Rights rights = Rights::kNewFile) override;
+                Rights rights = Rights::kNewFile, const LeftOutFolders& left_out = {}) override;
   void CopyTree(const HeldEntry& source, const HeldEntry& target,
-                const std::function<void()>& between, Rights rights = Rights::kNewFile) override;
+                const std::function<void()>& between, Rights rights = Rights::kNewFile,
+                const LeftOutFolders& left_out = {}) override;
   void MoveTree(const Path& source, const Path& target) override;
   void CreateFolder(const Path& folder) override;
   void CreateFoldersOf(const Path& path) override;
@@ -156,13 +160,14 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
     Path target;
     NodePtr from;
     NodePtr into;
-    NodePtr root;  ///< the whole copy's target
+    std::vector<NodePtr> left_out;  ///< the whole copy's target among them
   };
   void FillTree(const TreeInWork& tree, const std::function<void()>& between,
                 std::optional<int>& first_failure);
-  void CopyFolderTree(const Path& source, const Path& target, const std::function<void()>& between);
+  void CopyFolderTree(const Path& source, const Path& target, const std::function<void()>& between,
+                      const LeftOutFolders& left_out);
   void CopyFolderTree(const Path& source, const NodePtr& from, const HeldEntry& target,
-                      const std::function<void()>& between);
+                      const std::function<void()>& between, const LeftOutFolders& left_out);
   NodePtr EnsureEntry(FakeNode& folder, const std::string& name);
 
   FakeClock& clock_;

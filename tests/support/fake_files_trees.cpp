@@ -90,6 +90,7 @@ class FakeFolder final : public HeldFolder {
   }
   void MakeFolder(const std::string& name) override { files_.MakeHeld(*this, name, true); }
   void MakeFile(const std::string& name) override { files_.MakeHeld(*this, name, false); }
+  bool Is(const HeldFolder& other) override { return Of(other).Node() == node_; }
 
   const FakeFiles::NodePtr& Node() const { return node_; }
   const Path& OwnPath() const { return path_; }
@@ -207,57 +208,76 @@ void FakeFiles::FillTree(const TreeInWork& tree, const std::function<void()>& be
     pass.Step([&] {
       NodePtr from = tree.from->Entry(name);
       if (from == nullptr || !from->is_folder) throw ProgramError(kPathNotFound);
-      // A folder that is copied into itself: what is made doesn't belong to it.
-      if (from == tree.root) return;
+      if (std::find(tree.left_out.begin(), tree.left_out.end(), from) != tree.left_out.end()) {
+        return;
+      }
       FillTree({WithBackslash(tree.source) + name, WithBackslash(tree.target) + to, from,
-                EnsureEntry(*tree.into, to), tree.root},
+                EnsureEntry(*tree.into, to), tree.left_out},
                between, first_failure);
     });
     note();
   }
 }
 
+namespace {
+
+// A folder that is copied into itself: what is made doesn't belong to it.
+std::vector<FakeFiles::NodePtr> NodesOf(const LeftOutFolders& left_out,
+                                        FakeFiles::NodePtr target_root) {
+  std::vector<FakeFiles::NodePtr> nodes{std::move(target_root)};
+  for (const HeldFolder* folder : left_out) nodes.push_back(FakeFolder::Of(*folder).Node());
+  return nodes;
+}
+
+}  // namespace
+
 void FakeFiles::CopyTree(const Path& source, const Path& target,
-                         const std::function<void()>& between, Rights rights) {
+                         const std::function<void()>& between, Rights rights,
+                         const LeftOutFolders& left_out) {
   copied_with_[target] = rights;
   Enter("CopyTree", source, target);
-  CopyFolderTree(source, target, between);
+  CopyFolderTree(source, target, between, left_out);
 }
 
 void FakeFiles::CopyFolderTree(const Path& source, const Path& target,
-                               const std::function<void()>& between) {
+                               const std::function<void()>& between,
+                               const LeftOutFolders& left_out) {
   const NodePtr from = RequireFolder(source);
-  if (Locate(target).folder == nullptr) throw ProgramError(kPathNotFound);
+  if (Locate(WithoutSeparator(target)).folder == nullptr) throw ProgramError(kPathNotFound);
   std::optional<int> first_failure;
   const NodePtr into = EnsureFolder(target);
-  FillTree({source, target, from, into, into}, between, first_failure);
+  FillTree({source, target, from, into, NodesOf(left_out, into)}, between, first_failure);
   if (first_failure) throw ProgramError(*first_failure);
 }
 
 void FakeFiles::CopyTree(const Path& source, const HeldEntry& target,
-                         const std::function<void()>& between, Rights rights) {
+                         const std::function<void()>& between, Rights rights,
+                         const LeftOutFolders& left_out) {
   copied_with_[FakeFolder::PathOf(target)] = rights;
   Enter("CopyTree", source, FakeFolder::PathOf(target));
-  CopyFolderTree(source, RequireFolder(source), target, between);
+  CopyFolderTree(source, RequireFolder(source), target, between, left_out);
 }
 
 void FakeFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
-                         const std::function<void()>& between, Rights rights) {
+                         const std::function<void()>& between, Rights rights,
+                         const LeftOutFolders& left_out) {
   copied_with_[FakeFolder::PathOf(target)] = rights;
   const Path path = FakeFolder::PathOf(source);
   Enter("CopyTree", path, FakeFolder::PathOf(target));
   const NodePtr from = FakeFolder::Of(source.folder).Node()->Entry(source.name);
   if (from == nullptr || !from->is_folder) throw ProgramError(kPathNotFound);
-  CopyFolderTree(path, from, target, between);
+  CopyFolderTree(path, from, target, between, left_out);
 }
 
 void FakeFiles::CopyFolderTree(const Path& source, const NodePtr& from, const HeldEntry& target,
-                               const std::function<void()>& between) {
+                               const std::function<void()>& between,
+                               const LeftOutFolders& left_out) {
   const NodePtr& folder = FakeFolder::Of(target.folder).Node();
   if (!folder->on_medium) throw ProgramError(kPathNotFound);
   const NodePtr into = target.name.empty() ? folder : EnsureEntry(*folder, target.name);
   std::optional<int> first_failure;
-  FillTree({source, FakeFolder::PathOf(target), from, into, into}, between, first_failure);
+  FillTree({source, FakeFolder::PathOf(target), from, into, NodesOf(left_out, into)}, between,
+           first_failure);
   if (first_failure) throw ProgramError(*first_failure);
 }
 
@@ -268,7 +288,7 @@ void FakeFiles::MoveTree(const Path& source, const Path& target) {
   if (EqualIgnoringCase(target.substr(0, source.size() + 1), WithBackslash(source))) {
     throw ProgramError(kPathFileAccess);
   }
-  CopyFolderTree(source, target, {});
+  CopyFolderTree(source, target, {}, {});
   Remove(source);
 }
 

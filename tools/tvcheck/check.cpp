@@ -119,7 +119,7 @@ Finding Check::Judge(const ComparedFile& file, const NativeEntry& source, const 
   return finding;
 }
 
-void Check::OnTree(const TreeEnd& source, const TreeEnd& target) {
+void Check::OnTree(const TreeEnd& source, const TreeEnd& target, const LeftOutFolders& left_out) {
   PassedOver pass;
   std::unique_ptr<HeldFolder> from;
   if (!pass.Step([&] { from = source.open(); })) {
@@ -137,11 +137,12 @@ void Check::OnTree(const TreeEnd& source, const TreeEnd& target) {
       return;
     }
   }
-  AddTree(*from, source, target);
+  AddTree(*from, source, target, left_out);
 }
 
 // Folders are found from the first one, so that not all on the way are held.
-void Check::AddTree(HeldFolder& source, const TreeEnd& from, const TreeEnd& to) {
+void Check::AddTree(HeldFolder& source, const TreeEnd& from, const TreeEnd& to,
+                    const LeftOutFolders& left_out) {
   std::vector<std::string> folders{std::string()};
   while (!folders.empty()) {
     const std::string inner = std::move(folders.back());
@@ -149,15 +150,21 @@ void Check::AddTree(HeldFolder& source, const TreeEnd& from, const TreeEnd& to) 
     const std::string below = inner.empty() ? "/" : "/" + inner + "/";
     PassedOver pass;
     FolderContents contents;
+    bool is_left_out = false;
     pass.Step([&] {
       std::string names = inner;
       std::replace(names.begin(), names.end(), '/', '\\');
-      contents = source.Inner(names)->Contents();
+      const auto folder = source.Inner(names);
+      const auto is_it = [&](const HeldFolder* other) { return folder->Is(*other); };
+      is_left_out = !inner.empty() && std::any_of(left_out.begin(), left_out.end(), is_it);
+      if (is_left_out) return;
+      contents = folder->Contents();
     });
     if (pass.StandingError()) {
       AddUnreadable(from.native + below, pass.StandingError()->Description());
       continue;
     }
+    if (is_left_out) continue;
     for (const FolderEntry& file : contents.files) {
       AddMissing(from.native + below + file.name, to.native + below + file.name);
     }

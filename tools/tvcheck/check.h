@@ -38,7 +38,8 @@ class Check final : public RunWatch {
   void OnListed(const Path& folder, const std::optional<ProgramError>& error) override;
   void OnAsked(const Path& file, int attributes) override;
   void OnFile(const Path& source, const std::string& target) override;
-  void OnTree(const TreeEnd& source, const TreeEnd& target) override;
+  void OnTree(const TreeEnd& source, const TreeEnd& target,
+              const LeftOutFolders& left_out) override;
   void OnRead(const NativeEntry& folder, const FolderContents& contents) override;
   void OnEnd() override;
 
@@ -57,7 +58,8 @@ class Check final : public RunWatch {
   void Add(Finding finding);
   void AddUnreadable(const std::string& native, const std::string& reason);
   void PassOver(const std::string& native, Rule rule);
-  void AddTree(HeldFolder& source, const TreeEnd& from, const TreeEnd& to);
+  void AddTree(HeldFolder& source, const TreeEnd& from, const TreeEnd& to,
+               const LeftOutFolders& left_out);
   void AddMissing(const std::string& source, const std::string& copy);
   Finding Judge(const ComparedFile& file, const NativeEntry& source, const NativeEntry& copy);
   Finding Judge(const SingleFile& file);

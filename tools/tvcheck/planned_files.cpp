@@ -93,18 +93,18 @@ void PlannedFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights
 }
 
 void PlannedFiles::CopyTree(const Path& source, const Path& target, const std::function<void()>&,
-                            Rights) {
-  watch_.OnTree(EndOf(source), EndOf(target));
+                            Rights, const LeftOutFolders& left_out) {
+  watch_.OnTree(EndOf(source), EndOf(target), left_out);
 }
 
 void PlannedFiles::CopyTree(const Path& source, const HeldEntry& target,
-                            const std::function<void()>&, Rights) {
-  watch_.OnTree(EndOf(source), EndOf(target));
+                            const std::function<void()>&, Rights, const LeftOutFolders& left_out) {
+  watch_.OnTree(EndOf(source), EndOf(target), left_out);
 }
 
 void PlannedFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
-                            const std::function<void()>&, Rights) {
-  watch_.OnTree(EndOf(source), EndOf(target));
+                            const std::function<void()>&, Rights, const LeftOutFolders& left_out) {
+  watch_.OnTree(EndOf(source), EndOf(target), left_out);
 }
 
 TreeEnd PlannedFiles::EndOf(const Path& folder) {

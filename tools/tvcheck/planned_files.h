@@ -43,8 +43,9 @@ class RunWatch {
   /// `target`: native.
   virtual void OnFile(const Path& source, const std::string& target) = 0;
   /// A tree that is to be copied whole: `target` isn't there, or one of the two can't
-  /// be read.
-  virtual void OnTree(const TreeEnd& source, const TreeEnd& target) = 0;
+  /// be read. Nothing of the folders in it that are left out.
+  virtual void OnTree(const TreeEnd& source, const TreeEnd& target,
+                      const LeftOutFolders& left_out) = 0;
   /// A folder was read.
   virtual void OnRead(const NativeEntry& folder, const FolderContents& contents) = 0;
   /// The last copy was made; the table of files is still there.
@@ -61,6 +62,9 @@ class PlannedFolder final : public HeldFolder {
   std::unique_ptr<HeldFolder> Inner(const std::string& names) override;
   void MakeFolder(const std::string& name) override;
   void MakeFile(const std::string&) override { throw ProgramError(kPermissionDenied); }
+  bool Is(const HeldFolder& other) override {
+    return folder_->Is(*static_cast<const PlannedFolder&>(other).folder_);
+  }
 
   static NativeEntry EntryOf(const HeldEntry& entry);
 
@@ -94,11 +98,12 @@ class PlannedFiles final : public FileSystem {
   void CopyWhole(const Path& source, const Path& target, Rights rights) override;
   void CopyWhole(const Path& source, const HeldEntry& target, Rights rights) override;
   void CopyTree(const Path& source, const Path& target, const std::function<void()>& between,
-                Rights rights) override;
+                Rights rights, const LeftOutFolders& left_out) override;
   void CopyTree(const Path& source, const HeldEntry& target, const std::function<void()>& between,
-                Rights rights) override;
+                Rights rights, const LeftOutFolders& left_out) override;
   void CopyTree(const HeldEntry& source, const HeldEntry& target,
-                const std::function<void()>& between, Rights rights) override;
+                const std::function<void()>& between, Rights rights,
+                const LeftOutFolders& left_out) override;
   // The sync tells of single entries itself.
   void CopyEntry(const HeldEntry&, const HeldEntry&, Rights) override {}
   void CreateFolder(const Path&) override {}

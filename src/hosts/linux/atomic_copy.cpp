@@ -134,6 +134,7 @@ void CopyExtendedAttributes(int source, int target, Rights rights) {
 bool MayReplace(const struct stat& source, const struct stat& target) {
   if (source.st_dev == target.st_dev && source.st_ino == target.st_ino) return false;
   if (S_ISLNK(target.st_mode)) return true;
+  if (S_ISLNK(source.st_mode) && S_ISDIR(target.st_mode)) throw ProgramError(kFileAlreadyExists);
   if (!S_ISREG(target.st_mode) || (target.st_mode & S_IWUSR) == 0) {
     throw ProgramError(kPathFileAccess);
   }

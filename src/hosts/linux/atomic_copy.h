@@ -37,8 +37,8 @@ struct CopyTarget {
 
 /// Whether a copy from something with the properties `source` may replace what
 /// stands at its target. Raises 75 for a folder, a device, a socket, a pipe and
-/// a read-only file. False when both are one and the same file, so that there is
-/// nothing to do.
+/// a read-only file, but 58 for a link in whose place is a folder. False when both
+/// are one and the same file, so that there is nothing to do.
 bool MayReplace(const struct stat& source, const struct stat& target);
 
 /// Copies the extended attributes that go with a copy: what the target's medium

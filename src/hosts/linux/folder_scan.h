@@ -32,7 +32,7 @@ class FolderScan {
   int Fd() const { return ::dirfd(folder_.get()); }
 
   /// True when an entry so far was left out because no path can name it.
-  bool LeftOut() const { return left_out_; }
+  bool LeftOutFolders() const { return left_out_; }
 
  private:
   std::unique_ptr<DIR, int (*)(DIR*)> folder_;

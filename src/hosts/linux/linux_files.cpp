@@ -27,10 +27,6 @@ namespace {
 // More folders than this are simply looked through once more.
 constexpr std::size_t kMostSwept = 65536;
 
-bool EndsInBackslash(const Path& path) {
-  return !path.empty() && (path.back() == '\\' || path.back() == '/');
-}
-
 bool IsReadOnly(const struct stat& info) {
   return (info.st_mode & S_IWUSR) == 0;
 }
@@ -194,8 +190,7 @@ bool LinuxFiles::FileExists(const Path& file) {
   return located.found && !IsFolder(located);
 }
 
-Located LinuxFiles::LocateTarget(const Path& target) {
-  Located located = locator_.Locate(target);
+Located LinuxFiles::RequireTarget(Located located) {
   if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
   if (!located.folder_found) throw ProgramError(kPathNotFound);
   if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
@@ -216,7 +211,7 @@ Located LinuxFiles::SourceOfCopy(const Path& source) {
 
 void LinuxFiles::CopyWhole(const Path& source, const Path& target, Rights rights) {
   const Located from = SourceOfCopy(source);
-  const Located to = LocateTarget(target);
+  const Located to = RequireTarget(locator_.Locate(target));
   if (to.found && !MayReplace(from.info, to.info)) return;
   SweepOnce(to.folder);
   const std::string native = from.Native();
@@ -270,9 +265,9 @@ Descriptor LinuxFiles::OpenTreeSource(const Path& source) {
 
 // The folder to write a tree to, there or not. Links lead to the one that holds it.
 TreeTarget LinuxFiles::TargetOfTree(const Path& target, Descriptor& parent) {
-  const Located located = LocateTarget(target);
+  const Located located = RequireTarget(locator_.LocateFolder(target));
   const bool is_link = located.found && !S_ISDIR(located.info.st_mode);
-  if (is_link && !(IsFolder(located) && EndsInBackslash(target))) {
+  if (is_link && !(IsFolder(located) && EndsInSeparator(target))) {
     throw ProgramError(kPathFileAccess);
   }
   if (is_link || located.name == ".") {
@@ -285,27 +280,32 @@ TreeTarget LinuxFiles::TargetOfTree(const Path& target, Descriptor& parent) {
 }
 
 void LinuxFiles::CopyTree(const Path& source, const Path& target,
-                          const std::function<void()>& between, Rights rights) {
+                          const std::function<void()>& between, Rights rights,
+                          const LeftOutFolders& left_out) {
   const Descriptor from = OpenTreeSource(source);
   Descriptor parent;
   const TreeTarget to = TargetOfTree(target, parent);
-  TreeCopy(temporaries_, rights, between).Run(from.Get(), to);
+  TreeCopy(temporaries_, rights, between, left_out).Run(from.Get(), to);
 }
 
 void LinuxFiles::CopyTree(const Path& source, const HeldEntry& target,
-                          const std::function<void()>& between, Rights rights) {
-  CopyTree(OpenTreeSource(source), target, between, rights);
+                          const std::function<void()>& between, Rights rights,
+                          const LeftOutFolders& left_out) {
+  CopyTree(OpenTreeSource(source), target, between, rights, left_out);
 }
 
 void LinuxFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
-                          const std::function<void()>& between, Rights rights) {
-  CopyTree(OpenInnerFolder(LinuxFolder::Of(source).Fd(), source.name), target, between, rights);
+                          const std::function<void()>& between, Rights rights,
+                          const LeftOutFolders& left_out) {
+  CopyTree(OpenInnerFolder(LinuxFolder::Of(source).Fd(), source.name), target, between, rights,
+           left_out);
 }
 
 void LinuxFiles::CopyTree(const Descriptor& source, const HeldEntry& target,
-                          const std::function<void()>& between, Rights rights) {
+                          const std::function<void()>& between, Rights rights,
+                          const LeftOutFolders& left_out) {
   const LinuxFolder& to = LinuxFolder::Of(target);
-  TreeCopy(temporaries_, rights, between)
+  TreeCopy(temporaries_, rights, between, left_out)
       .Run(source.Get(), {to.Fd(), to.Native(), target.name, true});
 }
 
@@ -313,7 +313,7 @@ void LinuxFiles::MoveTree(const Path& source, const Path& target) {
   const Located from = locator_.Locate(source);
   if (from.error != 0) RaiseNative(from.error, Attempt::kAsk);
   if (!from.found || !S_ISDIR(from.info.st_mode)) throw ProgramError(kPathNotFound);
-  const Located to = LocateTarget(target);
+  const Located to = RequireTarget(locator_.LocateFolder(target));
   if (to.found) throw ProgramError(kFileAlreadyExists);
   const std::string source_native = from.Native();
   const std::string target_native = to.Native();
@@ -338,7 +338,7 @@ void LinuxFiles::MoveTree(const Path& source, const Path& target) {
 }
 
 void LinuxFiles::CreateFolder(const Path& folder) {
-  MakeNative(locator_.Locate(folder));
+  MakeNative(locator_.LocateFolder(folder));
 }
 
 void LinuxFiles::CreateFoldersOf(const Path& path) {
@@ -349,7 +349,7 @@ void LinuxFiles::CreateFoldersOf(const Path& path) {
   }
   for (std::size_t end = path.find_first_of("\\/"); end != Path::npos;
        end = path.find_first_of("\\/", end + 1)) {
-    const Located located = locator_.Locate(path.substr(0, end + 1));
+    const Located located = locator_.LocateFolder(path.substr(0, end + 1));
     if (IsFolder(located)) continue;
     MakeNative(located);
   }

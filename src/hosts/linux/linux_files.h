@@ -46,11 +46,12 @@ class LinuxFiles : public FileSystem {
   void CopyEntry(const HeldEntry& source, const HeldEntry& target,
                  Rights rights = Rights::kNewFile) override;
   void CopyTree(const Path& source, const Path& target, const std::function<void()>& between,
-                Rights rights = Rights::kNewFile) override;
+                Rights rights = Rights::kNewFile, const LeftOutFolders& left_out = {}) override;
   void CopyTree(const Path& source, const HeldEntry& target, const std::function<void()>& between,
-                Rights rights = Rights::kNewFile) override;
+                Rights rights = Rights::kNewFile, const LeftOutFolders& left_out = {}) override;
   void CopyTree(const HeldEntry& source, const HeldEntry& target,
-                const std::function<void()>& between, Rights rights = Rights::kNewFile) override;
+                const std::function<void()>& between, Rights rights = Rights::kNewFile,
+                const LeftOutFolders& left_out = {}) override;
   void MoveTree(const Path& source, const Path& target) override;
   void CreateFolder(const Path& folder) override;
   void CreateFoldersOf(const Path& path) override;
@@ -66,13 +67,14 @@ class LinuxFiles : public FileSystem {
 
  private:
   Located FindFollowed(const Path& path);
-  Located LocateTarget(const Path& target);
+  static Located RequireTarget(Located located);
   Located SourceOfCopy(const Path& source);
   void SweepOnce(const std::string& folder);
   Descriptor OpenTreeSource(const Path& source);
   TreeTarget TargetOfTree(const Path& target, Descriptor& parent);
   void CopyTree(const Descriptor& source, const HeldEntry& target,
-                const std::function<void()>& between, Rights rights);
+                const std::function<void()>& between, Rights rights,
+                const LeftOutFolders& left_out);
 
   Temporaries temporaries_;
   Locator locator_;

@@ -44,6 +44,14 @@ void LinuxFolder::MakeFile(const std::string& name) {
   if (!made) RaiseForMaking(name, errno);
 }
 
+bool LinuxFolder::Is(const HeldFolder& other) {
+  struct stat one {};
+  struct stat two {};
+  return ::fstat(Fd(), &one) == 0 &&
+         ::fstat(static_cast<const LinuxFolder&>(other).Fd(), &two) == 0 &&
+         one.st_dev == two.st_dev && one.st_ino == two.st_ino;
+}
+
 void LinuxFolder::RaiseForMaking(const std::string& name, int error) const {
   struct stat there {};
   if (error == EEXIST && ::fstatat(Fd(), name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0) {

@@ -22,6 +22,7 @@ class LinuxFolder final : public HeldFolder {
   std::unique_ptr<HeldFolder> Inner(const std::string& names) override;
   void MakeFolder(const std::string& name) override;
   void MakeFile(const std::string& name) override;
+  bool Is(const HeldFolder& other) override;
 
   int Fd() const { return folder_.Get(); }
   /// Only what was its path once: for the book on temporaries.

@@ -27,6 +27,16 @@ Locator::Locator(DrivePaths drive, const Temporaries& temporaries)
     : drive_(std::move(drive)), temporaries_(temporaries) {}
 
 Located Locator::Locate(const Path& path) const {
+  Located located = LocateFolder(path);
+  const bool is_folder =
+      located.found && (S_ISDIR(located.info.st_mode) || IsFolder(located.Native()));
+  if (EndsInSeparator(path) && located.error == 0 && !is_folder) {
+    located.found = located.folder_found = false;
+  }
+  return located;
+}
+
+Located Locator::LocateFolder(const Path& path) const {
   Located located;
   const auto native = drive_.ToNative(path);
   if (!native || native->size() >= PATH_MAX) return located;

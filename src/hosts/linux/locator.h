@@ -34,8 +34,11 @@ class Locator {
  public:
   Locator(DrivePaths drive, const Temporaries& temporaries);
 
-  /// A path that is too long for the system leads to nothing.
+  /// A path that is too long for the system leads to nothing. With a separator at its
+  /// end it leads to a folder, or else to a missing one: no file is made there.
   Located Locate(const Path& path) const;
+  /// Likewise, but that folder may be about to be made.
+  Located LocateFolder(const Path& path) const;
 
   /// As Locate, but raises 53 when nothing is there, 76 when the folder is
   /// missing, 75 when it can't be asked.

@@ -21,6 +21,10 @@ std::optional<std::string_view> BehindDrive(std::string_view path) {
 
 }  // namespace
 
+bool EndsInSeparator(const Path& path) {
+  return !path.empty() && IsSeparator(path.back());
+}
+
 bool CanBeNamed(std::string_view native_name) {
   return native_name.find_first_of("\\*") == std::string_view::npos;
 }

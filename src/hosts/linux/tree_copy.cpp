@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <memory>
 
+#include "hosts/linux/linux_folder.h"
 #include "hosts/linux/listing.h"
 #include "hosts/linux/name_case.h"
 #include "hosts/linux/native_errors.h"
@@ -63,8 +65,17 @@ std::string Joined(const std::string& folder, const std::string& name) {
 
 }  // namespace
 
-TreeCopy::TreeCopy(Temporaries& temporaries, Rights rights, const std::function<void()>& between)
-    : temporaries_(temporaries), copy_(temporaries), rights_(rights), between_(between) {}
+TreeCopy::TreeCopy(Temporaries& temporaries, Rights rights, const std::function<void()>& between,
+                   const LeftOutFolders& left_out)
+    : temporaries_(temporaries), copy_(temporaries), rights_(rights), between_(between) {
+  for (const HeldFolder* folder : left_out) {
+    struct stat info {};
+    if (::fstat(static_cast<const LinuxFolder*>(folder)->Fd(), &info) != 0) {
+      RaiseNative(errno, Attempt::kAsk);
+    }
+    left_out_.emplace_back(info.st_dev, info.st_ino);
+  }
+}
 
 void TreeCopy::Run(int source_fd, const TreeTarget& target) {
   source_fd_ = source_fd;
@@ -102,8 +113,7 @@ void TreeCopy::CopyFolder(const std::string& source, const std::string& target, 
   Level level{source, target, {}, 0, false, {}};
   FolderScan scan(OpenInnerFolder(source_fd_, source), temporaries_);
   if (::fstat(scan.Fd(), &level.info) != 0) RaiseNative(errno, Attempt::kAsk);
-  // A folder that is copied into itself: what is made doesn't belong to it.
-  if (IsTargetRoot(level.info)) return;
+  if (!source.empty() && IsLeftOut(level.info)) return;
   const TargetFolder into = OpenTarget(target, exactly, scan.Fd(), level.info);
   level.was_made = into.was_made;
   const FolderContents names = ReadSource(scan);
@@ -130,7 +140,7 @@ FolderContents TreeCopy::ReadSource(FolderScan& scan) {
       names.files.push_back({entry->d_name});
     }
   }
-  if (scan.LeftOut()) copied_all_ = false;
+  if (scan.LeftOutFolders()) copied_all_ = false;
   SortContents(names);
   return names;
 }
@@ -146,7 +156,8 @@ TreeCopy::TargetFolder TreeCopy::OpenTarget(const std::string& path, bool exactl
   target.fd = OpenInnerFolder(parent.Get(), name);
   struct stat made {};
   if (::fstat(target.fd.Get(), &made) != 0) RaiseNative(errno, Attempt::kChange);
-  if (!target_root_) target_root_.emplace(made.st_dev, made.st_ino);
+  // A folder that is copied into itself: what is made doesn't belong to it.
+  if (!std::exchange(has_target_root_, true)) left_out_.emplace_back(made.st_dev, made.st_ino);
   if (target.was_made) {
     CopyExtendedAttributes(source_fd, target.fd.Get(), rights_);
     // A medium without permissions refuses; that does no harm.
@@ -206,8 +217,9 @@ void TreeCopy::KeepFolderTime(const Level& level) const {
   });
 }
 
-bool TreeCopy::IsTargetRoot(const struct stat& folder) const {
-  return target_root_ && *target_root_ == std::pair(folder.st_dev, folder.st_ino);
+bool TreeCopy::IsLeftOut(const struct stat& folder) const {
+  return std::find(left_out_.begin(), left_out_.end(), std::pair(folder.st_dev, folder.st_ino)) !=
+         left_out_.end();
 }
 
 void RemoveTree(const std::string& folder) {

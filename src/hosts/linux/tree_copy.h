@@ -32,8 +32,9 @@ struct TreeTarget {
 class TreeCopy {
  public:
   /// `rights`: of what is made. `between` is called after each file; anything may
-  /// happen in it.
-  TreeCopy(Temporaries& temporaries, Rights rights, const std::function<void()>& between);
+  /// happen in it. Folders in `left_out` aren't entered.
+  TreeCopy(Temporaries& temporaries, Rights rights, const std::function<void()>& between,
+           const LeftOutFolders& left_out = {});
 
   /// Copies an open folder to `target` below another one, which is made if it isn't
   /// there. Devices, sockets, pipes and what no path can name are passed over. Both
@@ -77,7 +78,7 @@ class TreeCopy {
   void CopyOne(int source_fd, const std::string& name, const TargetFolder& target,
                const std::string& target_name, bool is_paired);
   void KeepFolderTime(const Level& level) const;
-  bool IsTargetRoot(const struct stat& folder) const;
+  bool IsLeftOut(const struct stat& folder) const;
   template <class Step>
   void Try(Step&& step);
 
@@ -90,7 +91,8 @@ class TreeCopy {
   std::string target_path_;
   std::vector<Level> levels_;
   std::optional<ProgramError> first_failure_;
-  std::optional<std::pair<dev_t, ino_t>> target_root_;
+  std::vector<std::pair<dev_t, ino_t>> left_out_;
+  bool has_target_root_ = false;  ///< among `left_out_`
   bool copied_all_ = true;
 };
 

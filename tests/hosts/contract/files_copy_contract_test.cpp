@@ -35,6 +35,30 @@ TEST_P(CopyContract, TheCopyReplacesItsTarget) {
   EXPECT_THAT(host.Names("C:\\To"), ElementsAre("a.txt"));
 }
 
+TEST_P(CopyContract, ATargetWithASeparatorAtItsEndIsNoFile) {
+  host.Write("C:\\From\\a.txt", "a");
+  host.Write("C:\\To\\b.txt", "b");
+  for (const char* target : {"C:\\To\\New\\", "C:\\To\\New/", "C:\\To\\b.txt\\"}) {
+    EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", target); }), 76) << target;
+    EXPECT_EQ(RaisedBy([&] { host.Open().OpenOutput(1, target); }), 76) << target;
+    EXPECT_EQ(RaisedBy([&] { host.Open().OpenBinary(1, target); }), 76) << target;
+    EXPECT_EQ(RaisedBy([&] { host.Open().OpenOwn(1, target); }), 76) << target;
+  }
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", "C:\\To\\"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { files.Length("C:\\To\\b.txt\\"); }), 76);
+  EXPECT_THAT(host.Names("C:\\To"), ElementsAre("b.txt"));
+  EXPECT_EQ(host.Content("C:\\To\\b.txt"), "b");
+}
+
+TEST_P(CopyContract, AFolderMayHaveASeparatorAtItsEnd) {
+  host.Write("C:\\From\\a.txt", "a");
+  files.CreateFolder("C:\\To\\New\\");
+  files.CopyTree("C:\\From\\", "C:\\To\\Tree\\", [] {});
+  files.MoveTree("C:\\From\\", "C:\\To\\Moved\\");
+  EXPECT_THAT(host.Names("C:\\To"), ElementsAre("Moved", "New", "Tree"));
+  EXPECT_EQ(host.Content("C:\\To\\Moved\\a.txt"), "a");
+}
+
 TEST_P(CopyContract, ATargetThatDiffersInCaseIsTheSameFile) {
   host.Write("C:\\From\\A.TXT", "new");
   host.Write("C:\\To\\a.txt", "old");
@@ -242,6 +266,28 @@ TEST_P(CopyContract, CopyTreeIntoItselfEnds) {
   files.CopyTree("C:\\From", "C:\\From\\Inside", [] {});
   EXPECT_EQ(host.Content("C:\\From\\Inside\\a.txt"), "one");
   EXPECT_FALSE(files.FolderExists("C:\\From\\Inside\\Inside"));
+}
+
+TEST_P(CopyContract, ATreeIsCopiedWithoutTheFoldersThatAreLeftOut) {
+  host.MakeFolder("C:\\From\\Sub");
+  host.MakeFolder("C:\\From\\Sub\\Out");
+  host.Write("C:\\From\\Sub\\a.txt", "a");
+  host.Write("C:\\From\\Sub\\Out\\b.txt", "b");
+  const auto from = files.OpenFolder("C:\\From");
+  const auto to = files.OpenFolder("C:\\To");
+  const auto out = files.OpenFolder("C:\\From\\Sub\\Out\\");
+  files.CopyTree({*from, "Sub"}, {*to, "Sub"}, [] {}, Rights::kSource, {out.get()});
+  EXPECT_THAT(host.Names("C:\\To\\Sub"), ElementsAre("a.txt"));
+  files.CopyTree({*from, "Sub"}, {*to, "Sub"}, [] {});
+  EXPECT_EQ(host.Content("C:\\To\\Sub\\Out\\b.txt"), "b");
+}
+
+TEST_P(CopyContract, AFolderIsItselfByWhateverPathItIsHeld) {
+  host.MakeFolder("C:\\From\\Sub");
+  const auto from = files.OpenFolder("C:\\From");
+  const auto sub = files.OpenFolder("C:\\From\\Sub");
+  EXPECT_TRUE(from->Inner("Sub")->Is(*sub));
+  EXPECT_FALSE(from->Is(*sub));
 }
 
 TEST_P(CopyContract, MoveTreeTakesAFolderAway) {
