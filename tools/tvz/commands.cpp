@@ -29,6 +29,10 @@ std::string Native(std::string name) {
   return name;
 }
 
+std::string Counted(std::int64_t number, const std::string& one, const std::string& many) {
+  return std::to_string(number) + " " + (number == 1 ? one : many);
+}
+
 void Create(const Request& request) {
   std::vector<LeftOut> left_out;
   {
@@ -53,10 +57,24 @@ void Extract(const Request& request) {
   });
   target.Make();
   std::int64_t done = 0;
+  std::vector<std::string> left_out;
   contents.ForEach([&](const ContainerRecord& record) {
-    target.Write(record);
+    try {
+      target.Write(record);
+    } catch (const Twin& twin) {
+      left_out.push_back(Native(twin.what()));
+    }
     progress.Show("writing", static_cast<int>(++done * 100 / entries));
   });
+  progress.Clear();
+  for (const std::string& entry : left_out) {
+    std::fputs(("tvz: " + Shown(entry) + "\n").c_str(), stderr);
+  }
+  if (!left_out.empty()) {
+    throw CommandFailure(
+        request.archive,
+        Counted(static_cast<std::int64_t>(left_out.size()), "entry", "entries") + " left out");
+  }
 }
 
 void List(const Request& request) {
@@ -79,10 +97,6 @@ void List(const Request& request) {
     throw;
   }
   Print(lines);
-}
-
-std::string Counted(std::int64_t number, const std::string& one, const std::string& many) {
-  return std::to_string(number) + " " + (number == 1 ? one : many);
 }
 
 void Test(const Request& request) {

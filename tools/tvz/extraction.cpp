@@ -13,6 +13,7 @@
 #include <system_error>
 #include <utility>
 
+#include "hosts/linux/name_case.h"
 #include "hosts/linux/paths.h"
 #include "tvz/command_failure.h"
 #include "tvz/leftovers.h"
@@ -147,12 +148,29 @@ std::optional<Descriptor> TargetFolder::OpenFolder(const std::string& name, cons
   Descriptor at(place.from_root ? ::open("/", kFolderFlags)
                                 : ::openat(opened_.Get(), ".", kFolderFlags));
   if (!at) throw CommandFailure(name, ReasonOf(errno));
+  std::string path;
   for (const std::string& folder : place.folders) {
     std::optional<Descriptor> next = Enter(at.Get(), folder, name, make);
     if (!next) return std::nullopt;
     at = std::move(*next);
+    path += folder + "/";
+    struct stat info {};
+    if (!make || ::fstat(at.Get(), &info) != 0) continue;
+    const Identity identity{info.st_dev, info.st_ino};
+    RequireNoTwin(folders_, identity, path, name);
+    folders_.emplace(identity, path);
   }
   return at;
+}
+
+// Links and repeated entries can lead to one file under several names, too.
+void TargetFolder::RequireNoTwin(const Names& names, Identity what, const std::string& name,
+                                 const std::string& entry) {
+  const auto found = names.find(what);
+  if (found == names.end() || found->second == name || FoldCase(found->second) != FoldCase(name)) {
+    return;
+  }
+  throw Twin(entry, "left out: here it is the same as " + found->second);
 }
 
 void TargetFolder::Check(const std::string& name) {
@@ -172,15 +190,20 @@ void TargetFolder::Write(const ContainerRecord& record) {
   // Nobody may read or write it who couldn't the file that it replaces.
   mode_t mode = 0666;
   struct stat old {};
-  if (::fstatat(last_.Get(), place.file.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0 &&
-      S_ISREG(old.st_mode)) {
-    mode &= old.st_mode;
+  std::string path;
+  for (const std::string& folder : place.folders) path += folder + "/";
+  path += place.file;
+  if (::fstatat(last_.Get(), place.file.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0) {
+    RequireNoTwin(files_, {old.st_dev, old.st_ino}, path, record.name);
+    if (S_ISREG(old.st_mode)) mode &= old.st_mode;
   }
   Descriptor file(::openat(last_.Get(), work_name_.c_str(),
                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
   if (!file) throw CommandFailure(record.name, ReasonOf(errno));
   WriteBytes(file.Get(), record.content.View(), record.name);
   // Onto the medium first: a power cut leaves no name with half a file behind.
+  struct stat made {};
+  if (::fstat(file.Get(), &made) == 0) files_[{made.st_dev, made.st_ino}] = path;
   if (::fsync(file.Get()) != 0 || !file.Close() ||
       ::renameat(last_.Get(), work_name_.c_str(), last_.Get(), place.file.c_str()) != 0) {
     throw CommandFailure(record.name, ReasonOf(errno));

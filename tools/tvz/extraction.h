@@ -1,15 +1,27 @@
 // Writing entries below a folder, and nowhere else.
 #pragma once
 
+#include <sys/types.h>
+
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "codec/container.h"
 #include "hosts/linux/descriptor.h"
+#include "tvz/command_failure.h"
 
 namespace tarnvale {
+
+/// An entry whose name differs from another one's in case only, on a medium that takes
+/// both for one.
+class Twin : public CommandFailure {
+ public:
+  using CommandFailure::CommandFailure;
+};
 
 /// The folder that an archive is unpacked to. All raise CommandFailure.
 class TargetFolder {
@@ -27,7 +39,8 @@ class TargetFolder {
   void Make();
 
   /// Writes one entry, making its folders. The file gets its name when it is
-  /// whole, and takes the place of an old one or of a link.
+  /// whole, and takes the place of an old one or of a link. Raises Twin, and writes
+  /// nothing, where it would take that of another entry.
   void Write(const ContainerRecord& record);
 
  private:
@@ -39,6 +52,12 @@ class TargetFolder {
 
   Place PlaceOf(const std::string& name) const;
   std::optional<Descriptor> OpenFolder(const std::string& name, const Place& place, bool make);
+  /// What was written or entered, and under which name.
+  using Identity = std::pair<dev_t, ino_t>;
+  using Names = std::map<Identity, std::string>;
+  static void RequireNoTwin(const Names& names, Identity what, const std::string& name,
+                            const std::string& entry);
+
   std::optional<Descriptor> Enter(int folder_fd, const std::string& folder, const std::string& name,
                                   bool make) const;
   void OpenItself();
@@ -52,6 +71,8 @@ class TargetFolder {
   // The folder of the last entry: neighbours share it.
   std::vector<std::string> last_folders_;
   Descriptor last_;
+  Names files_;
+  Names folders_;
 };
 
 }  // namespace tarnvale
