@@ -23,7 +23,8 @@ class DesktopMachine {
 
   /// Writes what files are still to get and ends the process, and waits for no
   /// server. A regular end would wait for a name server that doesn't answer,
-  /// unseen, and the next start would find another instance.
+  /// unseen, and the next start would find another instance. Happens by itself when
+  /// a copy or an archive goes on for a second after the loop's Quit.
   [[noreturn]] void EndProcess(int status);
 
   /// Between the program's paths and the system's.

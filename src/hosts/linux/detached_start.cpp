@@ -37,14 +37,7 @@ void ResetSignals() {
 }
 
 [[noreturn]] void BecomeProgram(const char* program, char* const* words, int nowhere, int pipe) {
-  ::setsid();
-  ResetSignals();
-  for (int fd = 0; fd < static_cast<int>(kFirstOther); ++fd) {
-    if (::dup2(nowhere, fd) < 0) Report(pipe, errno);
-  }
-  // What was opened without thinking of children closes as the program starts.
-  ::close_range(kFirstOther, ~0U, CLOSE_RANGE_CLOEXEC);
-  ::execv(program, words);
+  if (LeaveTheProgram(nowhere)) ::execv(program, words);
   Report(pipe, errno);
 }
 
@@ -77,6 +70,17 @@ int ReadReport(int pipe) {
 }
 
 }  // namespace
+
+bool LeaveTheProgram(int nowhere) {
+  ::setsid();
+  ResetSignals();
+  for (int fd = 0; fd < static_cast<int>(kFirstOther); ++fd) {
+    if (::dup2(nowhere, fd) < 0) return false;
+  }
+  // What was opened without thinking of children closes as the program starts.
+  ::close_range(kFirstOther, ~0U, CLOSE_RANGE_CLOEXEC);
+  return true;
+}
 
 int StartDetached(const std::string& program, const std::vector<std::string>& words) {
   std::vector<std::string> texts = words;

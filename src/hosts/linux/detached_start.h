@@ -11,6 +11,11 @@ namespace tarnvale {
 /// only until the program is loaded. Returns 0, or the `errno` of what failed.
 int StartDetached(const std::string& program, const std::vector<std::string>& words);
 
+/// In a copy of this process, before it becomes another program: a session of its own,
+/// the system's signals, `nowhere` as input and output, and nothing else open behind its
+/// start. Asks for no memory. False, with `errno` set, when that fails.
+bool LeaveTheProgram(int nowhere);
+
 /// The native path of a program that the search path leads to; empty when there
 /// is none.
 std::string ProgramOnSearchPath(const std::string& name);

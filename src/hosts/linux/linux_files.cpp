@@ -3,19 +3,17 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstddef>
 #include <cstdio>
 #include <optional>
 #include <string_view>
-#include <system_error>
-#include <thread>
 
 #include "base/failure.h"
 #include "hosts/linux/linux_folder.h"
 #include "hosts/linux/listing.h"
+#include "hosts/linux/medium_flush.h"
 #include "hosts/linux/name_case.h"
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
@@ -60,32 +58,6 @@ void SetMode(const Located& located, const struct stat& info, mode_t mode) {
   const std::string held = "/proc/self/fd/" + std::to_string(file.Get());
   if (::chmod(held.c_str(), mode) != 0) RaiseNative(errno, Attempt::kAsk);
 }
-
-// The kernel doesn't let go of a thread that flushes. Nobody waits for this one:
-// what it works on is its own.
-class FlushBesideTheLoop final : public MediumFlush {
- public:
-  explicit FlushBesideTheLoop(Descriptor folder) {
-    try {
-      std::thread([state = state_, folder = std::move(folder)] {
-        *state = ::syncfs(folder.Get()) == 0 ? State::kDone : State::kFailed;
-      }).detach();
-    } catch (const std::system_error&) {
-      throw ProgramError(kDeviceIoError);
-    }
-  }
-
-  bool IsDone() override {
-    const State state = *state_;
-    if (state == State::kFailed) throw ProgramError(kDeviceIoError);
-    return state == State::kDone;
-  }
-
- private:
-  enum class State { kInWork, kDone, kFailed };
-
-  std::shared_ptr<std::atomic<State>> state_ = std::make_shared<std::atomic<State>>(State::kInWork);
-};
 
 void RequireCopyable(const struct stat& info) {
   if (S_ISDIR(info.st_mode)) throw ProgramError(kFileNotFound);
@@ -396,7 +368,7 @@ std::string LinuxFiles::FoldCase(std::string_view name) {
 std::unique_ptr<MediumFlush> LinuxFiles::BeginFlush(const Path& folder) {
   const auto native = locator_.FindFolder(folder);
   if (!native) throw ProgramError(kPathNotFound);
-  return std::make_unique<FlushBesideTheLoop>(OpenNativeFolder(*native, true));
+  return StartFlush(OpenNativeFolder(*native, true));
 }
 
 }  // namespace tarnvale

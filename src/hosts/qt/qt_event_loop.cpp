@@ -19,6 +19,8 @@ using Nanoseconds = std::chrono::nanoseconds;
 constexpr milliseconds kPassInterval{2};
 /// The longest sleep of a wait pass.
 constexpr milliseconds kWaitLimit{10};
+/// How long handlers have to end by themselves after Quit.
+constexpr milliseconds kFarewell{1000};
 /// No timer ticks more often than this, whatever its interval.
 constexpr int kResolutionMs = 10;
 
@@ -93,7 +95,12 @@ void QtEventLoop::RunDue() {
   next_due_is_stale_ = true;
 }
 
+void QtEventLoop::LookForLingering() {
+  if (running_ && quit_code_ && Uptime() - quit_at_ > kFarewell) Lingering.Emit(*quit_code_);
+}
+
 void QtEventLoop::Yield() {
+  LookForLingering();
   const Nanoseconds now = Uptime();
   LearnNextDue();
   const bool timer_is_due = next_due_ && *next_due_ <= now;
@@ -102,6 +109,7 @@ void QtEventLoop::Yield() {
 }
 
 void QtEventLoop::WaitPass() {
+  LookForLingering();
   limit_.start(kWaitLimit);
   Pass(QEventLoop::WaitForMoreEvents);
   limit_.stop();
@@ -116,6 +124,7 @@ int QtEventLoop::Run() {
 }
 
 void QtEventLoop::Quit(int code) {
+  if (!quit_code_) quit_at_ = Uptime();
   quit_code_ = code;
   if (running_) QCoreApplication::exit(code);
 }

@@ -30,6 +30,10 @@ class QtEventLoop final : public EventLoop {
   bool IsEnding() const override { return quit_code_.has_value(); }
   void Post(std::function<void()> job) override;
 
+  /// Emitted from the passes of a handler that goes on for more than a second after
+  /// Quit, with its code: Run can't return before.
+  Signal<int> Lingering;
+
   int Nesting() const override;
   TimerQueue& Timers() override { return timers_; }
 
@@ -40,6 +44,7 @@ class QtEventLoop final : public EventLoop {
   void Pass(QEventLoop::ProcessEventsFlags flags);
   void RunDue();
   void LearnNextDue();
+  void LookForLingering();
   void SetAlarm();
 
   TimerQueue timers_;
@@ -49,6 +54,7 @@ class QtEventLoop final : public EventLoop {
   int passes_ = 0;
   Nanoseconds last_pass_{};
   std::optional<int> quit_code_;
+  Nanoseconds quit_at_{};
   bool running_ = false;
   QTimer alarm_;
   QTimer limit_;

@@ -24,7 +24,7 @@ class QtHost {
   /// and must outlive the host.
   QtHost(int& argc, char** argv, FileSystem& files, const PathTranslation& paths);
 
-  EventLoop& Loop() { return loop_; }
+  QtEventLoop& Loop() { return loop_; }
   WindowHost& Windows() { return windows_; }
   TextPainter& Text() { return windows_.Text(); }
   MessageBoxes& Boxes() { return boxes_; }

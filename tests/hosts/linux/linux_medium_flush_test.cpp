@@ -1,100 +1,118 @@
-// Flushing a medium that takes its time.
-#include <sys/syscall.h>
+// Flushing a medium that takes its time. The program that flushes is a script here,
+// which waits for the test's word.
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <string>
 #include <thread>
 
+#include "hosts/linux/instance_lock.h"
+#include "tests/hosts/contract/variable_for.h"
 #include "tests/hosts/linux/linux_stage.h"
 #include "tests/support/raised.h"
 
 namespace tarnvale::testing {
 namespace {
 
-/// Every flush of this program goes by here.
-struct SlowMedium {
-  std::mutex mutex;
-  std::condition_variable changed;
-  bool held = false;
-  int failure = 0;  ///< what errno is then
-  int flushing = 0;
-} medium;
-
 class LinuxMediumFlushTest : public LinuxStage {
  protected:
-  ~LinuxMediumFlushTest() override {
-    LetGo(0);
-    std::unique_lock lock(medium.mutex);
-    medium.changed.wait(lock, [] { return medium.flushing == 0; });
-    medium.failure = 0;
+  LinuxMediumFlushTest() {
+    std::filesystem::create_directories(folder / "bin");
+    WriteNative(folder / "bin/sync",
+                "#!/bin/sh\n"
+                "cd -P . && { pwd; echo \"$@\"; ls -l /proc/$$/fd; } >'" +
+                    (folder / "writing") + "'\n" + "echo $$ >>'" + (folder / "writing") +
+                    "'\nmv '" + (folder / "writing") + "' '" + (folder / "began") +
+                    "'\nwhile [ ! -e '" + (folder / "done") + "' ]; do sleep 0.01; done\n. '" +
+                    (folder / "done") + "'\n");
+    std::filesystem::permissions(folder / "bin/sync", std::filesystem::perms::owner_all);
   }
+  // The script sees it, and the folder goes.
+  ~LinuxMediumFlushTest() override { LetGo(); }
 
-  static void Hold() {
-    const std::lock_guard lock(medium.mutex);
-    medium.held = true;
+  void LetGo(const std::string& last_word = "exit 0") {
+    WriteNative(folder / "word", last_word);
+    std::filesystem::rename(folder / "word", folder / "done");
   }
-  static void LetGo(int failure) {
-    const std::lock_guard lock(medium.mutex);
-    medium.held = false;
-    medium.failure = failure;
-    medium.changed.notify_all();
+  template <class Condition>
+  static bool WaitFor(Condition&& condition) {
+    constexpr int kPatience = 2000;
+    for (int i = 0; i < kPatience; ++i) {
+      if (condition()) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
   }
-  static void WaitUntilItFlushes() {
-    std::unique_lock lock(medium.mutex);
-    medium.changed.wait(lock, [] { return medium.flushing > 0; });
+  bool WaitUntilItFlushes() {
+    return WaitFor([this] { return std::filesystem::exists(folder / "began"); });
   }
-  static void WaitFor(MediumFlush& flush) {
-    while (!flush.IsDone()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
+  /// What the script said about itself.
+  std::string Began() const { return ReadNative(folder / "began"); }
 
+  std::string search_path_ = (folder / "bin") + ":/usr/bin:/bin";
+  VariableFor variable_{"PATH", search_path_.c_str()};
   LinuxHost host{surroundings};
 };
 
 TEST_F(LinuxMediumFlushTest, ASlowMediumDoesNotStopTheCaller) {
-  Hold();
   const auto flush = host.files.BeginFlush("C:\\Data");
-  WaitUntilItFlushes();
+  ASSERT_TRUE(WaitUntilItFlushes());
   EXPECT_FALSE(flush->IsDone());
-  LetGo(0);
-  WaitFor(*flush);
+  LetGo();
+  EXPECT_TRUE(WaitFor([&] { return flush->IsDone(); }));
+  EXPECT_TRUE(flush->IsDone()) << "and stays so";
+  EXPECT_TRUE(Began().starts_with(OnDrive("Data") + "\n-f .\n")) << Began();
 }
 
 TEST_F(LinuxMediumFlushTest, AMediumThatFailsRaises57AtTheEnd) {
-  Hold();
   const auto flush = host.files.BeginFlush("C:\\Data");
   EXPECT_FALSE(flush->IsDone());
-  LetGo(EIO);
-  EXPECT_EQ(RaisedBy([&] { WaitFor(*flush); }), 57);
+  LetGo("exit 1");
+  EXPECT_EQ(RaisedBy([&] { WaitFor([&] { return flush->IsDone(); }); }), 57);
 }
 
 TEST_F(LinuxMediumFlushTest, TheHostMayEndBeforeItsMediumHasEverything) {
-  Hold();
   {
     LinuxHost other(surroundings);
     const auto flush = other.files.BeginFlush("C:\\Data");
-    WaitUntilItFlushes();
+    ASSERT_TRUE(WaitUntilItFlushes());
   }
-  LetGo(0);
+  LetGo();
+  EXPECT_GT(::waitpid(-1, nullptr, 0), 0) << "nobody else does";
+}
+
+TEST_F(LinuxMediumFlushTest, WithoutTheProgramForItTheSystemFlushesAllTheSame) {
+  const VariableFor none("PATH", folder.Path().c_str());
+  const auto flush = host.files.BeginFlush("C:\\Data");
+  EXPECT_TRUE(WaitFor([&] { return flush->IsDone(); }));
+}
+
+// Whatever a medium does, the process goes, and with it all that it held.
+TEST_F(LinuxMediumFlushTest, AProcessThatIsEndedMeanwhileLeavesNothingBehind) {
+  const std::string lock = folder / "lock";
+  const pid_t program = ::fork();
+  if (program == 0) {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    ::close_range(STDOUT_FILENO, STDERR_FILENO, 0);
+    InstanceLock first(lock);
+    first.HasPredecessor();
+    const auto flush = host.files.BeginFlush("C:\\Data");
+    for (;;) ::pause();
+  }
+  ASSERT_TRUE(WaitUntilItFlushes());
+  EXPECT_TRUE(InstanceLock(lock).HasPredecessor());
+  ASSERT_EQ(::kill(program, SIGKILL), 0);
+  ASSERT_EQ(::waitpid(program, nullptr, 0), program);
+  EXPECT_FALSE(InstanceLock(lock).HasPredecessor());
+  const std::string began = Began();
+  EXPECT_EQ(began.find(lock), std::string::npos) << began;
+  const pid_t flushing = std::stoi(began.substr(began.rfind('\n', began.size() - 2) + 1));
+  EXPECT_EQ(::kill(flushing, 0), 0) << "it goes on";
 }
 
 }  // namespace
 }  // namespace tarnvale::testing
-
-extern "C" int syncfs(int fd) noexcept {
-  using tarnvale::testing::medium;
-  std::unique_lock lock(medium.mutex);
-  ++medium.flushing;
-  medium.changed.notify_all();
-  medium.changed.wait(lock, [] { return !medium.held; });
-  const int failure = medium.failure;
-  lock.unlock();
-  const int result = failure == 0 ? static_cast<int>(::syscall(SYS_syncfs, fd)) : -1;
-  lock.lock();
-  --medium.flushing;
-  medium.changed.notify_all();
-  if (failure != 0) errno = failure;
-  return result;
-}
