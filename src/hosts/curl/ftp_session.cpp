@@ -214,9 +214,6 @@ void FtpSession::SetUp() {
   Set(easy_, CURLOPT_FTPSSLAUTH, static_cast<long>(CURLFTPAUTH_TLS));
   Set(easy_, CURLOPT_SSL_VERIFYPEER, 0L);
   Set(easy_, CURLOPT_SSL_VERIFYHOST, 0L);
-  // Many servers want each data connection to resume the session, and those of
-  // TLS 1.3 can be resumed only once.
-  Set(easy_, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_MAX_TLSv1_2));
 
   Set(easy_, CURLOPT_VERBOSE, 1L);
   Set(easy_, CURLOPT_DEBUGFUNCTION, &FtpSession::OnDebug);
@@ -266,6 +263,7 @@ CURLcode FtpSession::Speak(Lock& lock) {
   Set(easy_, CURLOPT_NOBODY, closes ? 1L : 0L);
   Set(easy_, CURLOPT_FORBID_REUSE, closes ? 1L : 0L);
   Set(easy_, CURLOPT_USE_SSL, encryption_);
+  Set(easy_, CURLOPT_SSLVERSION, version_);
   Set(easy_, CURLOPT_SERVER_RESPONSE_TIMEOUT,
       request_.silence_s == 0 ? kNoLimitSeconds : long{request_.silence_s});
   spoken_.clear();
@@ -276,10 +274,12 @@ CURLcode FtpSession::Speak(Lock& lock) {
   return result;
 }
 
-// Chosen: a server whose encryption fails is spoken to in clear, as one that
-// offers none: first its data alone, then everything.
+// Chosen: a server whose encryption fails is asked for the newest one, and then spoken to
+// in clear, as one that offers none: first its data alone, then everything.
 bool FtpSession::CanSpeakPlainer(CURLcode result) {
   if (result != CURLE_SSL_CONNECT_ERROR || dropped_) return false;
+  constexpr long kNewest = CURL_SSLVERSION_DEFAULT;
+  if (spoken_ == "AUTH" && std::exchange(version_, kNewest) != kNewest) return true;
   const long plainer = spoken_ == "AUTH" ? CURLUSESSL_NONE : CURLUSESSL_CONTROL;
   return std::exchange(encryption_, plainer) != plainer;
 }

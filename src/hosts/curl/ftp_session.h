@@ -140,6 +140,9 @@ class FtpSession : public std::enable_shared_from_this<FtpSession> {
   bool running_ = false;
   std::map<curl_socket_t, Role> sockets_;
   long encryption_ = CURLUSESSL_TRY;
+  // Many servers want each data connection to resume the session, and those of TLS 1.3
+  // can be resumed only once.
+  long version_ = CURL_SSLVERSION_MAX_TLSv1_2;
 
   // The request.
   FtpRequest request_;

@@ -282,6 +282,11 @@ TEST_F(FtpEncrypted, EverythingIsEncryptedWhereTheServerOffersIt) {
   ExpectTransfers(server);
 }
 
+TEST_F(FtpEncrypted, AServerThatKnowsTheNewestEncryptionOnlyIsSpokenToEncrypted) {
+  FtpServer server(0, FtpServer::Encryption::kNewest);
+  ExpectTransfers(server);
+}
+
 TEST_F(FtpEncrypted, AServerThatLeavesTheChoiceIsSpokenToEncrypted) {
   FtpServer server(0, FtpServer::Encryption::kOffered);
   ExpectTransfers(server);

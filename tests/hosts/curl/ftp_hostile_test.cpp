@@ -321,7 +321,7 @@ TEST_F(FtpHostile, PortsThatSwallowEveryKnockAreATimeOut) {
 TEST_F(FtpHostile, AnEncryptionThatFailsIsDoneWithout) {
   std::atomic<int> talks = 0;
   ScriptedServer server([&talks](Talk& talk) {
-    if (++talks == 1) {
+    if (++talks <= 2) {
       talk.Say("220 ready\r\n");
       EXPECT_EQ(talk.HearAny(), "AUTH TLS");
       talk.Say("234 go on\r\n");
@@ -332,7 +332,7 @@ TEST_F(FtpHostile, AnEncryptionThatFailsIsDoneWithout) {
   });
   Configure(server.Port(), kLimitSeconds);
   EXPECT_EQ(Run("DIR").code, kTransferNoError);
-  EXPECT_EQ(talks, 2);
+  EXPECT_EQ(talks, 3) << "the usual version, the newest, none";
 }
 
 TEST_F(FtpHostile, AnEncryptionThatNeverBeginsIsATimeOut) {

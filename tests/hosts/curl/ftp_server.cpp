@@ -85,7 +85,9 @@ void FtpServer::WriteConfiguration() const {
   file << "LoadModule mod_tls.c\nTLSEngine on\nTLSLog none\n"
        << "TLSRSACertificateFile " << certificate << "\n"
        << "TLSRSACertificateKeyFile " << certificate << "\n"
-       << "TLSRequired " << (encryption_ == Encryption::kDemanded ? "on" : "off") << "\n";
+       << "TLSRequired " << (encryption_ == Encryption::kOffered ? "off" : "on") << "\n";
+  if (encryption_ != Encryption::kNewest) return;
+  file << "TLSProtocol TLSv1.3\nTLSOptions NoSessionReuseRequired\n";
 }
 
 // Nobody vouches for it, and it is another host's.

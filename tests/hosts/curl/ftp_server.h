@@ -16,7 +16,8 @@ inline constexpr const char* kServerPassword = "open sesame";
 class FtpServer {
  public:
   /// What it does about encryption.
-  enum class Encryption { kNone, kOffered, kDemanded };
+  /// kNewest: demanded, and of the latest version only.
+  enum class Encryption { kNone, kOffered, kDemanded, kNewest };
 
   /// Starts it on a port, 0 for a free one, and waits until it answers.
   explicit FtpServer(int port = 0, Encryption encryption = Encryption::kNone);
