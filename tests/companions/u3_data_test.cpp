@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -107,6 +108,13 @@ TEST_F(U3DataTest, TheFirstStartMakesAndNamesDataBesideTheProgram) {
   EXPECT_EQ(Pointer(), "\"" + PathOf(program) + "\\Data\"\r\n");
   EXPECT_EQ(NamesInProgramFolder(), (std::set<std::string>{"Data", "Data.txt", "U3-Data.exe"}));
   EXPECT_THAT(Errors(), IsEmpty());
+}
+
+TEST_F(U3DataTest, TheDataFolderIsItsOwnersAlone) {
+  const mode_t mask = ::umask(0);
+  EXPECT_EQ(Run(), 0);
+  ::umask(mask);
+  EXPECT_EQ(fs::status(program + "/Data").permissions(), fs::perms::owner_all);
 }
 
 TEST_F(U3DataTest, ANamedFolderThatExistsIsKeptAndTheFileLeftAsItIs) {

@@ -41,5 +41,30 @@ TEST_F(InstanceLockAttackTest, AFolderOfAnotherUserIsNoPlaceForIt) {
   EXPECT_NE(ProcessSurroundings::Present().lock_folder, his);
 }
 
+// As for root with the user's own HOME, the other way round.
+TEST_F(InstanceLockAttackTest, AStateFolderOfAnotherUserIsNoPlaceForItEither) {
+  const std::string his = OnDrive("Data/shared/his");
+  ASSERT_TRUE(AnotherUser::Does([&] { return ::mkdir(his.c_str(), 0777) == 0; }));
+  surroundings.processes.lock_folder = his;
+  LinuxHost first(surroundings);
+  LinuxHost second(surroundings);
+  EXPECT_FALSE(first.processes.PreviousInstance());
+  EXPECT_FALSE(second.processes.PreviousInstance());
+  EXPECT_TRUE(std::filesystem::is_empty(his));
+  EXPECT_EQ(ModeOf(his), 0777U);
+}
+
+TEST_F(InstanceLockAttackTest, AnOwnStateFolderIsClosedToOthers) {
+  const std::string own = OnDrive("Data/shared/own");
+  std::filesystem::create_directory(own);
+  ASSERT_EQ(::chmod(own.c_str(), 0777), 0);
+  surroundings.processes.lock_folder = own;
+  LinuxHost first(surroundings);
+  LinuxHost second(surroundings);
+  EXPECT_FALSE(first.processes.PreviousInstance());
+  EXPECT_TRUE(second.processes.PreviousInstance());
+  EXPECT_EQ(ModeOf(own), 0700U);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

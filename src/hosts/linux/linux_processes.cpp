@@ -1,5 +1,6 @@
 #include "hosts/linux/linux_processes.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include "base/failure.h"
 #include "base/text.h"
 #include "hosts/linux/command_line.h"
+#include "hosts/linux/descriptor.h"
 #include "hosts/linux/detached_start.h"
 #include "hosts/linux/own_program.h"
 #include "hosts/linux/stable_hash.h"
@@ -34,8 +36,14 @@ std::string RuntimeFolder() {
   return IsOwnAndClosed(usual) ? usual : DefaultStateFolder();
 }
 
+// The user's own folder is closed; where it is somebody else's, there is no lock.
 std::string LockFile(const ProcessSurroundings& surroundings) {
-  MakeStateFolder(surroundings.lock_folder);
+  const std::string& folder = surroundings.lock_folder;
+  if (!MakeStateFolder(folder)) return {};
+  const Descriptor opened(::open(folder.c_str(), O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  struct stat info {};
+  if (!opened || ::fstat(opened.Get(), &info) != 0 || info.st_uid != ::geteuid()) return {};
+  if (::fchmod(opened.Get(), S_IRWXU) != 0 || !IsOwnAndClosed(folder)) return {};
   const std::string who = std::to_string(::geteuid()) + '\n' + surroundings.program_file;
   return surroundings.lock_folder + "/tarnvale-" + StableHash(who) + ".lock";
 }

@@ -6,8 +6,8 @@
 
 #include <memory>
 
-#include "platform/files.h"
 #include "hosts/linux/descriptor.h"
+#include "platform/files.h"
 
 namespace tarnvale {
 
