@@ -59,6 +59,20 @@ TEST_F(ArchiveMarksTest, AMarkCopiedOverAnotherFileHidesNoChange) {
   EXPECT_EQ(Content("Store/a.txt"), "new b");
 }
 
+TEST_F(ArchiveMarksTest, AFileOfTheSameSizeAndTimeCopiedOverAnotherIsBackedUp) {
+  for (const char* name : {"a.txt", "b.txt", "c.txt"}) {
+    Write(std::string("Work/") + name, name);
+    SetModified(std::string("Work/") + name, kNoon);
+  }
+  RunOf({"C:\\Work\\a.txt", "C:\\Work\\b.txt"});
+  CopyAll("Work/b.txt", "Work/a.txt");
+  RunOf({"C:\\Work\\a.txt", "C:\\Work\\b.txt"});
+  EXPECT_EQ(Content("Store/a.txt"), "b.txt");
+  CopyAll("Work/c.txt", "Work/a.txt");
+  RunOf({"C:\\Work\\a.txt", "C:\\Work\\b.txt"});
+  EXPECT_EQ(Content("Store/a.txt"), "c.txt");
+}
+
 TEST_F(ArchiveMarksTest, AFileRenamedOverAnotherOneIsBackedUpUnderThatName) {
   for (const char* name : {"a.txt", "c.txt"}) {
     Write(std::string("Work/") + name, name);

@@ -24,21 +24,31 @@ std::int64_t Nanoseconds(const Time& time) {
 }
 
 ArchiveMark MarkOf(const std::string& native, const struct stat& info) {
+  ArchiveMark mark{info.st_size, Nanoseconds(info.st_mtim), info.st_ino, 0, 0};
   struct statx more {};
-  const bool is_told = ::statx(AT_FDCWD, native.c_str(), 0, STATX_BTIME, &more) == 0 &&
-                       (more.stx_mask & STATX_BTIME) != 0;
-  return {info.st_size, Nanoseconds(info.st_mtim), info.st_ino,
-          is_told ? Nanoseconds(more.stx_btime) : 0};
-}
-
-// Media with an archive bit number their files anew each time they are mounted.
-ArchiveMark WithoutInode(ArchiveMark mark) {
-  mark.inode = 0;
+  if (::statx(AT_FDCWD, native.c_str(), 0, STATX_BTIME | STATX_CTIME, &more) != 0) return mark;
+  if ((more.stx_mask & STATX_BTIME) != 0) mark.born_ns = Nanoseconds(more.stx_btime);
+  mark.changed_ns = Nanoseconds(more.stx_ctime);
   return mark;
 }
 
-std::string AttributeText(const std::string& native, const ArchiveMark& mark) {
-  return mark.ToText() + " " + StableHash(native);
+// Media with an archive bit number their files anew each time they are mounted.
+ArchiveMark OnPassingNumbers(ArchiveMark mark) {
+  mark.inode = 0;
+  mark.changed_ns = 0;
+  return mark;
+}
+
+// Without the time of the last change, as storing this changes the file.
+std::string IdentityText(ArchiveMark mark) {
+  mark.changed_ns = 0;
+  return mark.ToText() + " ";
+}
+
+std::string StoredMark(const std::string& native) {
+  std::array<char, 160> text{};
+  const ssize_t length = ::getxattr(native.c_str(), kArchivedAttribute, text.data(), text.size());
+  return {text.data(), length < 0 ? 0 : static_cast<std::size_t>(length)};
 }
 
 // The attribute byte that the medium itself keeps; none where it keeps none.
@@ -73,30 +83,36 @@ bool HasNoExtendedAttributes(int error) {
 bool ArchiveBit::IsSet(const std::string& native, const struct stat& info) {
   const ArchiveMark mark = MarkOf(native, info);
   const ArchiveMark* const last = index_.Find(native);
-  std::array<char, 160> text{};
-  const ssize_t length = ::getxattr(native.c_str(), kArchivedAttribute, text.data(), text.size());
-  if (length < 0 && HasNoExtendedAttributes(errno)) {
+  errno = 0;
+  const std::string stored = StoredMark(native);
+  if (HasNoExtendedAttributes(errno)) {
     if (const auto archive = MediumAttributes(native).Archive()) {
-      return *archive || last == nullptr || *last != WithoutInode(mark);
+      return *archive || last == nullptr || *last != OnPassingNumbers(mark);
     }
   }
   // What had this name last counts for more than what the file says of itself: an
   // older version can come back to its name, and one file can have two names.
   if (last != nullptr) return *last != mark;
-  return length <= 0 || std::string_view(text.data(), static_cast<std::size_t>(length)) !=
-                            AttributeText(native, mark);
+  return stored != IdentityText(mark) + StableHash(native);
 }
 
 void ArchiveBit::Clear(const std::string& native, const struct stat& info) {
-  const ArchiveMark mark = MarkOf(native, info);
-  index_.Set(native, mark);
-  const std::string text = AttributeText(native, mark);
-  if (::setxattr(native.c_str(), kArchivedAttribute, text.data(), text.size(), 0) == 0 ||
-      !HasNoExtendedAttributes(errno)) {
-    return;
+  const ArchiveMark before = MarkOf(native, info);
+  // First, as the file is left alone when this fails.
+  index_.Set(native, before);
+  const std::string identity = IdentityText(before);
+  // A file with two names keeps the mark of the first: a new one would change it.
+  const std::string text = identity + StableHash(native);
+  if (!StoredMark(native).starts_with(identity) &&
+      ::setxattr(native.c_str(), kArchivedAttribute, text.data(), text.size(), 0) != 0 &&
+      HasNoExtendedAttributes(errno)) {
+    MediumAttributes medium(native);
+    if (medium.Archive() && medium.SetArchive(false)) {
+      index_.Set(native, OnPassingNumbers(MarkOf(native, info)));
+      return;
+    }
   }
-  MediumAttributes medium(native);
-  if (medium.Archive() && medium.SetArchive(false)) index_.Set(native, WithoutInode(mark));
+  index_.Set(native, MarkOf(native, info));
 }
 
 void ArchiveBit::Set(const std::string& native) {

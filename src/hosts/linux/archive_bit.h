@@ -12,7 +12,7 @@ namespace tarnvale {
 /// The extended attribute that holds the mark of a cleared file.
 inline constexpr char kArchivedAttribute[] = "user.tarnvale.archived";
 
-/// Clearing notes which file it was, by size, modification time, inode and birth
+/// Clearing notes which file it was, by size, times, inode and birth
 /// time, twice: in the index, under the file's path, and in an extended attribute of
 /// the file, with its path. The attribute is set again as soon as anything of it
 /// differs. The index decides; the file's own mark serves where it knows nothing. Media

@@ -63,13 +63,14 @@ std::string LineOf(const std::string& native, const ArchiveMark& mark) {
 
 std::string ArchiveMark::ToText() const {
   return std::to_string(size_bytes) + " " + std::to_string(modified_ns) + " " +
-         std::to_string(inode) + " " + std::to_string(born_ns);
+         std::to_string(inode) + " " + std::to_string(born_ns) + " " + std::to_string(changed_ns);
 }
 
 std::optional<ArchiveMark> ArchiveMark::Take(std::string_view& text) {
   ArchiveMark mark;
   if (TakeNumber(text, mark.size_bytes) && TakeNumber(text, mark.modified_ns) &&
-      TakeNumber(text, mark.inode) && TakeNumber(text, mark.born_ns)) {
+      TakeNumber(text, mark.inode) && TakeNumber(text, mark.born_ns) &&
+      TakeNumber(text, mark.changed_ns)) {
     return mark;
   }
   return std::nullopt;

@@ -16,9 +16,12 @@ struct ArchiveMark {
   std::int64_t modified_ns = 0;  ///< since 1970-01-01 UTC
   std::uint64_t inode = 0;       ///< 0 where that isn't the file's for good
   std::int64_t born_ns = 0;      ///< since 1970-01-01 UTC; 0 where nobody knows
+  /// When anything of the file changed last, likewise: what is written over it with
+  /// size and time put back.
+  std::int64_t changed_ns = 0;
   bool operator==(const ArchiveMark&) const = default;
 
-  /// "size modified_ns inode born_ns", all decimal.
+  /// "size modified_ns inode born_ns changed_ns", all decimal.
   std::string ToText() const;
   /// Takes such a text and a blank from the front of `text`; none where there is
   /// something else, as in the marks of older releases.
@@ -26,7 +29,7 @@ struct ArchiveMark {
 };
 
 /// Marks by native path, kept in one text file: a line for each change, "size
-/// modified_ns inode born_ns path" or "- path" for a mark that was taken away, the
+/// modified_ns inode born_ns changed_ns path" or "- path" for a mark that was taken away, the
 /// last one of a path counts. Backslashes and line feeds in a path are written
 /// "\\", "\n".
 class ArchiveIndex {

@@ -151,6 +151,8 @@ void LinuxFiles::SetAttributes(const Path& file, int value) {
     archive ? archive_.Set(native) : archive_.Clear(native, info);
   }
   if (read_only && wanted != mode) SetMode(located, info, wanted);
+  // That changed the file as well.
+  if (wanted != mode && !archive && S_ISREG(info.st_mode)) archive_.Clear(native, info);
 }
 
 bool LinuxFiles::FolderExists(const Path& folder) {
