@@ -293,6 +293,7 @@ TEST_P(ProfilesContract, AFileThatCannotBeReadStaysAsItIs) {
   EXPECT_FALSE(profiles.Write("A", "x", "2", kFile));
   EXPECT_TRUE(profiles.Flush(kFile));
   EXPECT_EQ(host.Names("C:\\Data"), std::vector<std::string>{"t.ini"});
+  host.MakeReadable(kFile);
   EXPECT_EQ(host.Content(kFile), "[A]\r\nx=1\r\n");
 }
 
@@ -317,6 +318,7 @@ TEST_P(ProfilesContract, AFileThatCannotBeReadAnyMoreFailsTheFlushAndStaysAsItIs
   EXPECT_FALSE(profiles.Flush(kFile));
   EXPECT_TRUE(profiles.Flush(kFile));
   EXPECT_EQ(host.Names("C:\\Data"), std::vector<std::string>{"t.ini"});
+  host.MakeReadable(kFile);
   EXPECT_EQ(host.Content(kFile), "[A]\r\nx=1\r\n");
 }
 
