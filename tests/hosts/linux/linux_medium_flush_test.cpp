@@ -27,8 +27,8 @@ class LinuxMediumFlushTest : public LinuxStage {
                 "cd -P . && { pwd; echo \"$@\"; ls -l /proc/$$/fd; } >'" +
                     (folder / "writing") + "'\n" + "echo $$ >>'" + (folder / "writing") +
                     "'\nmv '" + (folder / "writing") + "' '" + (folder / "began") +
-                    "'\nwhile [ ! -e '" + (folder / "done") + "' ]; do sleep 0.01; done\n. '" +
-                    (folder / "done") + "'\n");
+                    "'\nwhile [ ! -e '" + (folder / "done") + "' ]; do [ -d '" + (folder / "bin") +
+                    "' ] || exit 0; sleep 0.01; done\n. '" + (folder / "done") + "'\n");
     std::filesystem::permissions(folder / "bin/sync", std::filesystem::perms::owner_all);
   }
   // The script sees it, and the folder goes.
