@@ -62,18 +62,18 @@ std::vector<FileSync::Row> FileSync::Compare(const FolderContents& first,
   for (std::size_t i = 0; i < first.files.size(); ++i) {
     const FolderEntry& file = first.files[i];
     if (pairs.files[i] == kNone) {
-      table.push_back({file.name, file.name, difference::kOnlyInFirst});
+      table.push_back({file.name, file.name, difference::kOnlyInFirst, file});
       continue;
     }
     const FolderEntry& other = second.files[pairs.files[i]];
     int status = DateStatus(file, other);
     if (file.size_bytes != other.size_bytes) status += difference::kSizesDiffer;
-    table.push_back({file.name, other.name, status});
+    table.push_back({file.name, other.name, status, file});
   }
   const std::vector<bool> taken = Taken(pairs.files, second.files.size());
   for (std::size_t i = 0; i < second.files.size(); ++i) {
     const std::string& name = second.files[i].name;
-    if (!taken[i]) table.push_back({name, name, difference::kOnlyInSecond});
+    if (!taken[i]) table.push_back({name, name, difference::kOnlyInSecond, std::nullopt});
   }
   return table;
 }
@@ -119,6 +119,8 @@ void FileSync::Read(FolderPair& pair) {
   pair.names = Pair(pair.in_first, pair.in_second);
 }
 
+// Chosen: towards the computer nothing is copied over what the user made or changed
+// since it was listed. The next run compares it anew.
 // A name that the medium doesn't tell from another one is passed over, and that
 // one stays as it is; so is a link where a folder has its place.
 void FileSync::CopyFile(const HeldEntry& source, const HeldEntry& target, Rights rights) {
@@ -147,8 +149,11 @@ void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
     if (copies) {
       const HeldEntry ours{*pair.first, row.first};
       const HeldEntry theirs{*pair.second, row.second};
-      direction == SyncDirection::kFirstToSecond ? CopyFile(ours, theirs, kTowardsStorage)
-                                                 : CopyFile(theirs, ours, kTowardsComputer);
+      if (direction == SyncDirection::kFirstToSecond) {
+        CopyFile(ours, theirs, kTowardsStorage);
+      } else if (pair.first->File(row.first) == row.listed_in_first) {
+        CopyFile(theirs, ours, kTowardsComputer);
+      }
     }
     machine_.loop.Yield();
   }
@@ -197,6 +202,17 @@ void FileSync::SyncFolders(const Path& first, const HeldEntry& second, bool two_
       two_way, {storage.get()});
 }
 
+namespace {
+
+// One that the user made since the folder was listed: its files are compared by the
+// next run.
+bool HasFolder(HeldFolder& folder, const std::string& name) {
+  PassedOver pass;
+  return pass.Step([&] { folder.Inner(name); });
+}
+
+}  // namespace
+
 // Both sides are found from the two folders that are held, so they stay these two.
 // Nothing else is held while the folders within are walked, however deep.
 void FileSync::SyncTrees(Roots& roots, bool two_way) {
@@ -221,6 +237,7 @@ void FileSync::SyncTrees(Roots& roots, bool two_way) {
           const auto from = roots.second->Inner(level.second);
           if (IsIn(roots.left_out, *from->Inner(name))) return;
           const auto to = roots.first->Inner(level.first);
+          if (HasFolder(*to, name)) return;
           machine_.files.CopyTree({*from, name}, {*to, name}, Yielding(), kTowardsComputer,
                                   roots.left_out);
         });

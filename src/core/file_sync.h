@@ -91,6 +91,7 @@ class FileSync {
     std::string first;
     std::string second;
     int status;
+    std::optional<FolderEntry> listed_in_first;
   };
   struct SubFolders {
     std::string first;

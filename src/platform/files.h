@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -84,6 +85,9 @@ class HeldFolder {
   /// What it holds now. Raises 75, 57.
   virtual FolderContents Contents() = 0;
 
+  /// The one file of this name, as Contents tells of it; none where there is none.
+  virtual std::optional<FolderEntry> File(const std::string& name) = 0;
+
   /// A folder within it, held likewise; `names` leads there, with backslashes
   /// between; empty for this one, held once more. Raises 76 when there is none, also
   /// where a link is in the way, 75.
@@ -132,8 +136,9 @@ class FileSystem {
   virtual int Attributes(const Path& path) = 0;
 
   /// Sets the attributes of a file: any sum of read-only, hidden, system and
-  /// archive. Raises 5 for a value that is no such sum or that the host can't
-  /// express for this name, and then changes nothing; 53; 75 when refused.
+  /// archive. A file that has changed since it was last copied by CopyWhole keeps the
+  /// archive attribute: what it holds is in no copy. Raises 5 for a value that is no such sum or
+  /// that the host can't express for this name, and then changes nothing; 53; 75 when refused.
   virtual void SetAttributes(const Path& file, int value) = 0;
 
   virtual bool FolderExists(const Path& folder) = 0;

@@ -165,6 +165,35 @@ TEST_F(SyncModeTest, ASecondDecidesAndAtEqualTimesTheFirstSideWins) {
   EXPECT_EQ(Content("Store/same.txt"), "there") << "no difference was found";
 }
 
+// What the user saves while the folders are synced.
+TEST_F(SyncModeTest, WhatTheUserMakesDuringTheSyncIsNotReplaced) {
+  Write("Store/a.txt", "theirs");
+  Write("Store/b.txt", "theirs");
+  Write("Store/c.txt", "newer");
+  Write("Store/Folder/x.txt", "theirs");
+  Write("Work/Pair/c.txt", "old");
+  SetModified("Work/Pair/c.txt", 1000000000);
+  bool saved = false;
+  for (int pass = 1; pass <= 100; ++pass) {
+    machine.loop.OnYield(pass, [&] {
+      if (saved || Content("Work/Pair/a.txt") == "(missing)") return;
+      saved = true;
+      Write("Work/Pair/b.txt", "mine");
+      Write("Work/Pair/c.txt", "just saved");
+      SetModified("Work/Pair/c.txt", 1100000000);
+      Write("Work/Pair/Folder/x.txt", "mine");
+    });
+  }
+  engine.settings.Entries.Assign({"C:\\Work\\Pair\\*+++++*"});
+  engine.settings.BackupMode.Sync = true;
+  Run();
+  ASSERT_TRUE(saved);
+  EXPECT_EQ(Content("Work/Pair/a.txt"), "theirs");
+  EXPECT_EQ(Content("Work/Pair/b.txt"), "mine");
+  EXPECT_EQ(Content("Work/Pair/c.txt"), "just saved");
+  EXPECT_EQ(Content("Work/Pair/Folder/x.txt"), "mine");
+}
+
 TEST_F(SyncModeTest, ASingleFileIsCopiedAsInCompleteMode) {
   Write("Work/a.txt", "one");
   engine.settings.Entries.Assign({"C:\\Work\\a.txt"});

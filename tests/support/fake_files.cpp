@@ -316,7 +316,11 @@ void FakeFiles::SetAttributes(const Path& file, int value) {
   const NodePtr node = Require(file);
   if (node->is_folder) throw ProgramError(kPathFileAccess);
   node->flags = value & ~attribute::kArchive;
-  node->archive = (value & attribute::kArchive) != 0;
+  const bool changed = node == copied_ && node->revision != copied_revision_;
+  copied_ = nullptr;
+  if ((value & attribute::kArchive) != 0 || !changed) {
+    node->archive = (value & attribute::kArchive) != 0;
+  }
 }
 
 bool FakeFiles::FolderExists(const Path& folder) {
@@ -350,6 +354,7 @@ void FakeFiles::CopyWhole(const Path& source, const Path& target, Rights rights)
   if (at.folder == nullptr) throw ProgramError(kPathNotFound);
   if (at.name.empty()) throw ProgramError(kPathFileAccess);
   CopyFile(from, Find(target), *at.folder, at.name);
+  NoteCopied(from);
 }
 
 void FakeFiles::CreateFolder(const Path& folder) {

@@ -152,6 +152,10 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   NodePtr AddEntry(FakeNode& folder, const std::string& name, bool is_folder);
   void CopyFile(const NodePtr& from, const NodePtr& old, FakeNode& folder, const std::string& name);
   void CopyToHeld(const NodePtr& from, const HeldEntry& target);
+  void NoteCopied(const NodePtr& from) {
+    copied_ = from;
+    copied_revision_ = from->revision;
+  }
   using Lookup = NodePtr (FakeNode::*)(const std::string& name) const;
   NodePtr EnsureFolder(const Path& folder, Lookup find = &FakeNode::EntryInAnyCase);
   /// A tree under way: where it comes from and goes to, and what failed first.
@@ -173,6 +177,8 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   FakeClock& clock_;
   std::map<char, NodePtr> drives_;
   std::map<Path, Rights> copied_with_;
+  NodePtr copied_;  // by the last CopyWhole
+  std::uint64_t copied_revision_ = 0;
   std::function<bool(const FakeNode&)> is_open_;
   int flush_times_ = 1;
 };

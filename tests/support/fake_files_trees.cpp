@@ -85,6 +85,11 @@ class FakeFolder final : public HeldFolder {
     if (!node_->on_medium) throw ProgramError(kPathNotFound);
     return ContentsOf(*node_);
   }
+  std::optional<FolderEntry> File(const std::string& name) override {
+    const FakeFiles::NodePtr node = node_->Entry(name);
+    if (node == nullptr || node->is_folder) return std::nullopt;
+    return FolderEntry{name, node->Length(), node->modified_s};
+  }
   std::unique_ptr<HeldFolder> Inner(const std::string& names) override {
     return files_.HoldInner(*this, names);
   }
@@ -158,7 +163,9 @@ void FakeFiles::CopyToHeld(const NodePtr& from, const HeldEntry& target) {
 void FakeFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
   copied_with_[FakeFolder::PathOf(target)] = rights;
   Enter("CopyWhole", source, FakeFolder::PathOf(target));
-  CopyToHeld(Find(source), target);
+  const NodePtr from = Find(source);
+  CopyToHeld(from, target);
+  NoteCopied(from);
 }
 
 void FakeFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rights rights) {

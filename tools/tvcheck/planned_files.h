@@ -59,6 +59,7 @@ class PlannedFolder final : public HeldFolder {
       : folder_(std::move(folder)), watch_(watch) {}
 
   FolderContents Contents() override;
+  std::optional<FolderEntry> File(const std::string& name) override { return folder_->File(name); }
   std::unique_ptr<HeldFolder> Inner(const std::string& names) override;
   void MakeFolder(const std::string& name) override;
   void MakeFile(const std::string&) override { throw ProgramError(kPermissionDenied); }

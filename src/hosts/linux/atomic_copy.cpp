@@ -165,12 +165,12 @@ NativeSpot AtomicCopy::TemporaryFor(const CopyTarget& target) {
   return {target.spot.folder_fd, path.c_str() + target.folder.size() + 1};
 }
 
-void AtomicCopy::CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target) {
+struct stat AtomicCopy::CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target) {
   Source from;
   from.rights = manner.rights;
   from.file = OpenSource(source, manner.links, from.info);
-  if (target.is_new && CopyNameless(from, target)) return;
-  CopyNamed(from, target);
+  if (!target.is_new || !CopyNameless(from, target)) CopyNamed(from, target);
+  return from.info;
 }
 
 // Writes a file that has no name until it is whole: nothing is left of it

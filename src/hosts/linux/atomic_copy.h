@@ -50,9 +50,10 @@ class AtomicCopy {
   explicit AtomicCopy(Temporaries& temporaries) : temporaries_(temporaries) {}
 
   /// Copies a plain file with modification time, permissions and extended
-  /// attributes, replacing what is there unasked. Raises 53 (no source), 61, 70,
+  /// attributes, replacing what is there unasked. Returns the state of the source as
+  /// it was before anything of it was read. Raises 53 (no source), 61, 70,
   /// 57, and 75 for a link that is to be kept; the target is then as it was.
-  void CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target);
+  struct stat CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target);
 
   /// Copies a symbolic link; `info` is its own. Nothing happens on a medium that
   /// can't hold links.

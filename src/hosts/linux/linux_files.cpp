@@ -148,11 +148,22 @@ void LinuxFiles::SetAttributes(const Path& file, int value) {
   // isn't yet.
   if (!read_only && wanted != mode) SetMode(located, info, wanted);
   if (!system && archive != archive_.IsSet(native, info)) {
-    archive ? archive_.Set(native) : archive_.Clear(native, info);
+    if (archive) {
+      archive_.Set(native);
+    } else if (!HasChangedSinceItsCopy(info)) {
+      archive_.Clear(native, info);
+    }
   }
   if (read_only && wanted != mode) SetMode(located, info, wanted);
   // That changed the file as well.
   if (wanted != mode && !archive && S_ISREG(info.st_mode)) archive_.Clear(native, info);
+}
+
+// Chosen: not while it was copied either. Its copy may hold a part of each state.
+bool LinuxFiles::HasChangedSinceItsCopy(const struct stat& info) {
+  const auto copied = std::exchange(copied_, std::nullopt);
+  return copied && copied->st_dev == info.st_dev && copied->st_ino == info.st_ino &&
+         !SameState(*copied, info);
 }
 
 bool LinuxFiles::FolderExists(const Path& folder) {
@@ -190,15 +201,15 @@ void LinuxFiles::CopyWhole(const Path& source, const Path& target, Rights rights
   SweepOnce(to.folder);
   const std::string native = from.Native();
   const Descriptor folder = OpenNativeFolder(to.folder + "/.", true, FolderUse::kEnter);
-  copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights},
-                 {{folder.Get(), to.name.c_str()}, to.folder, !to.found});
+  copied_ = copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights},
+                           {{folder.Get(), to.name.c_str()}, to.folder, !to.found});
 }
 
 void LinuxFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
   const Located from = SourceOfCopy(source);
   const auto to = TargetOf(target, from.info);
   const std::string native = from.Native();
-  if (to) copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights}, *to);
+  if (to) copied_ = copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights}, *to);
 }
 
 void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rights rights) {

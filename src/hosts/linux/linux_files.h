@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -69,6 +70,7 @@ class LinuxFiles : public FileSystem {
   Located FindFollowed(const Path& path);
   static Located RequireTarget(Located located);
   Located SourceOfCopy(const Path& source);
+  bool HasChangedSinceItsCopy(const struct stat& info);
   void SweepOnce(const std::string& folder);
   Descriptor OpenTreeSource(const Path& source);
   TreeTarget TargetOfTree(const Path& target, Descriptor& parent);
@@ -79,6 +81,7 @@ class LinuxFiles : public FileSystem {
   Temporaries temporaries_;
   Locator locator_;
   AtomicCopy copy_;
+  std::optional<struct stat> copied_;  // by the last CopyWhole, as it was before
   ArchiveBit archive_;
   std::unordered_set<std::string> swept_;
   const LinuxOpenFiles* open_files_ = nullptr;

@@ -19,6 +19,7 @@ class LinuxFolder final : public HeldFolder {
       : folder_(std::move(folder)), native_(std::move(native)), temporaries_(temporaries) {}
 
   FolderContents Contents() override;
+  std::optional<FolderEntry> File(const std::string& name) override;
   std::unique_ptr<HeldFolder> Inner(const std::string& names) override;
   void MakeFolder(const std::string& name) override;
   void MakeFile(const std::string& name) override;

@@ -26,15 +26,6 @@ namespace {
 // Chosen: a settings file holds passwords, so it is its owner's alone.
 constexpr mode_t kFileMode = 0600;
 
-bool SameTime(const timespec& a, const timespec& b) {
-  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-}
-
-bool SameFile(const struct stat& a, const struct stat& b) {
-  return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
-         SameTime(a.st_mtim, b.st_mtim) && SameTime(a.st_ctim, b.st_ctim);
-}
-
 bool ReadWhole(int file, std::string& bytes) {
   std::array<char, 65536> buffer{};
   while (true) {
@@ -131,7 +122,7 @@ LinuxProfileFiles::Place LinuxProfileFiles::AsItIs(Place place) {
 
 bool LinuxProfileFiles::IsAsItWas(const Place& place) {
   const Place now = AsItIs(place);
-  return now.exists == place.exists && (!now.exists || SameFile(now.info, place.info));
+  return now.exists == place.exists && (!now.exists || SameState(now.info, place.info));
 }
 
 // The profile of a place. Held-back writes belong to the path that they were
@@ -156,7 +147,7 @@ LinuxProfileFiles::Profile& LinuxProfileFiles::ProfileAt(const Path& file, const
 // when the file is there but can't be read: its text then counts as empty.
 bool LinuxProfileFiles::Refresh(Profile& profile, const Place& place) {
   const bool same = profile.known && profile.existed == place.exists &&
-                    (!place.exists || SameFile(profile.state, place.info));
+                    (!place.exists || SameState(profile.state, place.info));
   if (same) return true;
   std::string bytes;
   profile.existed = place.exists;

@@ -90,6 +90,17 @@ TEST_P(CopyContract, ACopyOverAClearedFileSetsItsArchiveAttribute) {
   EXPECT_EQ(files.Attributes("C:\\To\\a.txt"), attribute::kArchive);
 }
 
+TEST_P(CopyContract, AFileThatChangedWhileItWasCopiedKeepsItsArchiveAttribute) {
+  host.Write("C:\\Data\\a.txt", "one");
+  files.CopyWhole("C:\\Data\\a.txt", "C:\\Data\\copy");
+  host.Write("C:\\Data\\a.txt", "two, and more");
+  files.SetAttributes("C:\\Data\\a.txt", 0);
+  EXPECT_EQ(files.Attributes("C:\\Data\\a.txt"), attribute::kArchive);
+  files.CopyWhole("C:\\Data\\a.txt", "C:\\Data\\copy");
+  files.SetAttributes("C:\\Data\\a.txt", 0);
+  EXPECT_EQ(files.Attributes("C:\\Data\\a.txt"), 0);
+}
+
 TEST_P(CopyContract, WithoutASourceItRaises53) {
   host.Write("C:\\To\\a.txt", "old");
   EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\missing", "C:\\To\\a.txt"); }), 53);
@@ -156,6 +167,18 @@ TEST_P(CopyContract, AHeldFolderIsReadAndFilledByExactNames) {
   files.CopyTree({*from, "Sub"}, {*to, "New"}, [] {});
   EXPECT_TRUE(files.FolderExists("C:\\To\\New\\Deep"));
   EXPECT_EQ(RaisedBy([&] { files.CopyTree({*from, "missing"}, {*to, "New"}, [] {}); }), 76);
+}
+
+TEST_P(CopyContract, AHeldFolderTellsOfOneFileAsItIsNow) {
+  host.MakeFolder("C:\\Data\\folder");
+  host.Write("C:\\Data\\a.txt", "one");
+  const auto data = files.OpenFolder("C:\\Data");
+  EXPECT_EQ(data->File("a.txt"), data->Contents().files.at(0));
+  host.Write("C:\\Data\\a.txt", "longer");
+  ASSERT_TRUE(data->File("a.txt").has_value());
+  EXPECT_EQ(data->File("a.txt")->size_bytes, 6);
+  EXPECT_EQ(data->File("folder"), std::nullopt);
+  EXPECT_EQ(data->File("none"), std::nullopt);
 }
 
 TEST_P(CopyContract, CopyTreeFillsAHeldFolder) {
