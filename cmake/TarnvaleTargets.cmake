@@ -23,12 +23,18 @@ if(TARNVALE_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+# Most of a file's compile time is its headers': several files of a room at once
+# take half the time of one after the other. For whole builds; after a change of
+# one line the debug preset, without this, is done sooner.
+option(TARNVALE_UNITY "Compile several source files of a room together" OFF)
+
 # tarnvale_library(NAME SOURCES ... LINKS ...)
 function(tarnvale_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE tarnvale_flags)
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ${TARNVALE_UNITY} UNITY_BUILD_BATCH_SIZE 8)
 endfunction()
 
 # Everything that the unit tests run: what the sanitizers' build makes.

@@ -336,13 +336,13 @@ ButtonLook PicturedLook(int type) {
   return look;
 }
 
-constexpr Color kPicture = 0x000040;
+constexpr Color kPictureInk = 0x000040;
 constexpr Size kSmall{11, 11};
 
 TEST(ButtonPicture, StaysInItsPlaceWhilePressedInMostTypes) {
   ButtonLook look = PicturedLook(2);
   look.state = ButtonState::kPressed;
-  EXPECT_EQ(Drawn(look, kSmall).PixelAt(5, 5), kPicture);
+  EXPECT_EQ(Drawn(look, kSmall).PixelAt(5, 5), kPictureInk);
 }
 
 TEST(ButtonPicture, MovesWhilePressedInTypes3And5And6And9) {
@@ -350,8 +350,8 @@ TEST(ButtonPicture, MovesWhilePressedInTypes3And5And6And9) {
     ButtonLook look = PicturedLook(type);
     look.state = ButtonState::kPressed;
     const Canvas canvas = Drawn(look, kSmall);
-    EXPECT_NE(canvas.PixelAt(5, 5), kPicture) << type;
-    EXPECT_EQ(canvas.PixelAt(6, 6), kPicture) << type;
+    EXPECT_NE(canvas.PixelAt(5, 5), kPictureInk) << type;
+    EXPECT_EQ(canvas.PixelAt(6, 6), kPictureInk) << type;
   }
 }
 
@@ -381,7 +381,7 @@ TEST(ButtonPicture, IsTheOtherOneWhileHovered) {
 TEST(ButtonPicture, StaysTheNormalOneWhileHoveredWithoutAnother) {
   ButtonLook look = PicturedLook(2);
   look.over = true;
-  EXPECT_EQ(Drawn(look, kSmall).PixelAt(5, 5), kPicture);
+  EXPECT_EQ(Drawn(look, kSmall).PixelAt(5, 5), kPictureInk);
 }
 
 TEST(ButtonPicture, IsGreyUntilHoveredWithGreyscale) {
@@ -389,15 +389,15 @@ TEST(ButtonPicture, IsGreyUntilHoveredWithGreyscale) {
   look.use_greyscale = true;
   EXPECT_EQ(Drawn(look, kSmall).PixelAt(5, 5), Grey(19));  // 64 * 0.3 = 19.2
   look.over = true;
-  EXPECT_EQ(Drawn(look, kSmall).PixelAt(5, 5), kPicture);
+  EXPECT_EQ(Drawn(look, kSmall).PixelAt(5, 5), kPictureInk);
 }
 
 TEST(ButtonPicture, LeavesOutItsMaskColour) {
   ButtonLook look = PicturedLook(2);
-  look.mask_color = kPicture;
+  look.mask_color = kPictureInk;
   EXPECT_EQ(Drawn(look, kSmall).PixelAt(5, 5), Grey(0xC0));
   look.use_mask_color = false;
-  EXPECT_EQ(Drawn(look, kSmall).PixelAt(5, 5), kPicture);
+  EXPECT_EQ(Drawn(look, kSmall).PixelAt(5, 5), kPictureInk);
 }
 
 }  // namespace

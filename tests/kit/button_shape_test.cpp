@@ -97,7 +97,7 @@ TEST(CaptionRectangle, IsNeverOfNegativeSize) {
 
 constexpr Rect kArea{4, 4, 92, 18};
 constexpr Size kText{40, 13};
-constexpr Size kPicture{16, 16};
+constexpr Size kPictureSize{16, 16};
 
 TEST(CaptionPlaces, TakeTheWholeAreaWithoutPicture) {
   for (int position = 0; position <= 4; ++position) {
@@ -106,44 +106,44 @@ TEST(CaptionPlaces, TakeTheWholeAreaWithoutPicture) {
 }
 
 TEST(CaptionPlaces, StartRightOfAPictureAtTheLeft) {
-  const CaptionPlaces places = PlaceCaption(kArea, kText, kPicture, 0);
+  const CaptionPlaces places = PlaceCaption(kArea, kText, kPictureSize, 0);
   EXPECT_EQ(places.caption, (Rect{21, 4, 75, 18}));
   // The text stands from 38 on, the picture 4 pixels before it, in the middle.
   EXPECT_EQ(places.picture, (Point{18, 5}));
 }
 
 TEST(CaptionPlaces, EndLeftOfAPictureAtTheRight) {
-  const CaptionPlaces places = PlaceCaption(kArea, kText, kPicture, 1);
+  const CaptionPlaces places = PlaceCaption(kArea, kText, kPictureSize, 1);
   EXPECT_EQ(places.caption, (Rect{4, 4, 75, 18}));
   EXPECT_EQ(places.picture, (Point{65, 5}));
 }
 
 TEST(CaptionPlaces, StartBelowAPictureOnTop) {
-  const CaptionPlaces places = PlaceCaption({4, 4, 92, 52}, kText, kPicture, 2);
+  const CaptionPlaces places = PlaceCaption({4, 4, 92, 52}, kText, kPictureSize, 2);
   EXPECT_EQ(places.caption, (Rect{4, 21, 92, 35}));
   EXPECT_EQ(places.picture, (Point{42, 12}));
 }
 
 TEST(CaptionPlaces, EndAboveAPictureAtTheBottom) {
-  const CaptionPlaces places = PlaceCaption({4, 4, 92, 52}, kText, kPicture, 3);
+  const CaptionPlaces places = PlaceCaption({4, 4, 92, 52}, kText, kPictureSize, 3);
   EXPECT_EQ(places.caption, (Rect{4, 4, 92, 35}));
   EXPECT_EQ(places.picture, (Point{42, 32}));
 }
 
 TEST(CaptionPlaces, LieOverAPictureBehind) {
-  const CaptionPlaces places = PlaceCaption(kArea, kText, kPicture, 4);
+  const CaptionPlaces places = PlaceCaption(kArea, kText, kPictureSize, 4);
   EXPECT_EQ(places.caption, kArea);
   EXPECT_EQ(places.picture, (Point{42, 5}));
 }
 
 TEST(CaptionPlaces, KeepThePictureInTheAreaBesideALongText) {
-  EXPECT_EQ(PlaceCaption(kArea, {200, 13}, kPicture, 0).picture.x_px, 4);
-  EXPECT_EQ(PlaceCaption(kArea, {200, 13}, kPicture, 1).picture.x_px, 80);
+  EXPECT_EQ(PlaceCaption(kArea, {200, 13}, kPictureSize, 0).picture.x_px, 4);
+  EXPECT_EQ(PlaceCaption(kArea, {200, 13}, kPictureSize, 1).picture.x_px, 80);
 }
 
 TEST(CaptionPlaces, PutThePictureInTheMiddleWithoutText) {
   for (const int position : {0, 1, 2, 3, 4}) {
-    EXPECT_EQ(PlaceCaption(kArea, {}, kPicture, position).picture, (Point{42, 5})) << position;
+    EXPECT_EQ(PlaceCaption(kArea, {}, kPictureSize, position).picture, (Point{42, 5})) << position;
   }
 }
 

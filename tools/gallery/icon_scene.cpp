@@ -8,8 +8,8 @@
 namespace tarnvale {
 namespace {
 
-constexpr int kMargin = 16;
-constexpr int kRowHeight = 128 + 2 * kMargin;
+constexpr int kIconMargin = 16;
+constexpr int kRowHeight = 128 + 2 * kIconMargin;
 
 // A window, the task panel, a dark desktop bar.
 constexpr std::array<Color, 3> kGrounds = {0xD8E9EC, 0xEED0BF, 0x2E2A26};
@@ -39,16 +39,16 @@ void Blend(Raster& sheet, const Raster& icon, int left, int top) {
 
 GallerySheet IconSheet() {
   const std::vector<Raster> icons = ProgramIcons();
-  int width = kMargin;
-  for (const Raster& icon : icons) width += icon.width + kMargin;
+  int width = kIconMargin;
+  for (const Raster& icon : icons) width += icon.width + kIconMargin;
   Raster sheet = MakeSheet(width, kRowHeight * static_cast<int>(kGrounds.size()), kGrounds[0]);
   for (std::size_t row = 0; row < kGrounds.size(); ++row) {
     const int top = kRowHeight * static_cast<int>(row);
     PutOnSheet(sheet, MakeSheet(width, kRowHeight, kGrounds[row]), 0, top);
-    int left = kMargin;
+    int left = kIconMargin;
     for (const Raster& icon : icons) {
       Blend(sheet, icon, left, top + (kRowHeight - icon.height) / 2);
-      left += icon.width + kMargin;
+      left += icon.width + kIconMargin;
     }
   }
   return {"icon", std::move(sheet)};

@@ -9,7 +9,7 @@
 namespace tarnvale {
 namespace {
 
-constexpr int kMargin = 12;
+constexpr int kSheetMargin = 12;
 
 // Stripes for the pattern of mode 8.
 Raster Stripes() {
@@ -49,10 +49,10 @@ void PutCheck(SheetWriter& sheet, const std::string& caption, bool checked, bool
 GallerySheet ProgressSheet() {
   constexpr Size kBar{180, 20};
   constexpr int kRow = 30;
-  SheetWriter sheet(kMargin + 4 * (kBar.width_px + kMargin) + 64, 24 + 12 * kRow);
+  SheetWriter sheet(kSheetMargin + 4 * (kBar.width_px + kSheetMargin) + 64, 24 + 12 * kRow);
   int column = 0;
   for (const int percent : {0, 25, 60, 100}) {
-    const int x = 64 + kMargin + column * (kBar.width_px + kMargin);
+    const int x = 64 + kSheetMargin + column * (kBar.width_px + kSheetMargin);
     sheet.Write(std::to_string(percent) + " %", x, 6);
     for (int row = 0; row < 12; ++row) {
       XP_ProgressBar bar;
@@ -62,8 +62,8 @@ GallerySheet ProgressSheet() {
       if (mode == 8) bar.Image = Picture{Stripes(), false};
       bar.Value = percent;
       if (column == 0) {
-        sheet.Write("mode " + std::to_string(mode), kMargin, 28 + row * kRow);
-        if (row >= 10) sheet.Write("with text", kMargin, 40 + row * kRow);
+        sheet.Write("mode " + std::to_string(mode), kSheetMargin, 28 + row * kRow);
+        if (row >= 10) sheet.Write("with text", kSheetMargin, 40 + row * kRow);
       }
       sheet.Put(bar, kBar, 1, x, 24 + row * kRow);
     }
@@ -73,23 +73,23 @@ GallerySheet ProgressSheet() {
 }
 
 GallerySheet GroupSheet() {
-  SheetWriter sheet(kMargin * 4 + 600, 90 + 180);
-  PutGroup(sheet, "&General && Backup Settings", 1, 1, true, 1, kMargin, 10);
-  PutGroup(sheet, "Out Of Use", 1, 1, false, 1, kMargin * 2 + 200, 10);
-  PutGroup(sheet, "Flat", 1, 0, true, 1, kMargin * 3 + 400, 10);
-  PutGroup(sheet, "Backup Progress", 1, 1, true, 2, kMargin, 100);
-  PutGroup(sheet, "", 1, 1, true, 1, kMargin * 3 + 400, 100);
-  PutGroup(sheet, "No Border", 0, 1, true, 1, kMargin * 3 + 400, 180);
+  SheetWriter sheet(kSheetMargin * 4 + 600, 90 + 180);
+  PutGroup(sheet, "&General && Backup Settings", 1, 1, true, 1, kSheetMargin, 10);
+  PutGroup(sheet, "Out Of Use", 1, 1, false, 1, kSheetMargin * 2 + 200, 10);
+  PutGroup(sheet, "Flat", 1, 0, true, 1, kSheetMargin * 3 + 400, 10);
+  PutGroup(sheet, "Backup Progress", 1, 1, true, 2, kSheetMargin, 100);
+  PutGroup(sheet, "", 1, 1, true, 1, kSheetMargin * 3 + 400, 100);
+  PutGroup(sheet, "No Border", 0, 1, true, 1, kSheetMargin * 3 + 400, 180);
   return {"group-box", sheet.Take()};
 }
 
 GallerySheet CheckBoxSheet() {
   SheetWriter sheet(600, 136);
-  PutCheck(sheet, "Include &Sub Directories", true, false, 1, kMargin, 10);
+  PutCheck(sheet, "Include &Sub Directories", true, false, 1, kSheetMargin, 10);
   PutCheck(sheet, "Include Sub Directories", false, false, 1, 210, 10);
   PutCheck(sheet, "With the focus", true, true, 1, 400, 10);
-  PutCheck(sheet, "Include Sub Directories", true, false, 2, kMargin, 44);
-  PutCheck(sheet, "Include Sub Directories", false, true, 2, kMargin, 90);
+  PutCheck(sheet, "Include Sub Directories", true, false, 2, kSheetMargin, 44);
+  PutCheck(sheet, "Include Sub Directories", false, true, 2, kSheetMargin, 90);
   return {"check-box", sheet.Take()};
 }
 
