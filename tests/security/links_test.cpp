@@ -194,7 +194,7 @@ TEST_F(FoldersExchangedForLinksTest, TakeNoTransferThatHasBegun) {
 
 TEST_F(FoldersExchangedForLinksTest, ArePackedByNoArchiveThatHasListedThem) {
   FakeMachine fake;
-  Machine machine(host.Parts(), fake.Interfaces());
+  Machine machine{host.Parts(), fake.Interfaces()};
   usercontrol11 archiver(machine);
   archiver.AddingFile.Listen([&](const std::string& name, const Path&, std::int32_t) {
     if (name == "1") Exchange();
