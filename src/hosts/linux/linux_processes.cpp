@@ -43,7 +43,8 @@ std::string LockFile(const ProcessSurroundings& surroundings) {
   const Descriptor opened(::open(folder.c_str(), O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   struct stat info {};
   if (!opened || ::fstat(opened.Get(), &info) != 0 || info.st_uid != ::geteuid()) return {};
-  if (::fchmod(opened.Get(), S_IRWXU) != 0 || !IsOwnAndClosed(folder)) return {};
+  if (!IsOwnAndClosed(folder) && ::fchmod(opened.Get(), S_IRWXU) != 0) return {};
+  if (!IsOwnAndClosed(folder)) return {};
   const std::string who = std::to_string(::geteuid()) + '\n' + surroundings.program_file;
   return surroundings.lock_folder + "/tarnvale-" + StableHash(who) + ".lock";
 }
@@ -63,16 +64,19 @@ ProcessSurroundings ProcessSurroundings::Present() {
 }
 
 LinuxProcesses::LinuxProcesses(Locator& locator, const ProcessSurroundings& surroundings)
-    : locator_(locator),
-      desktop_opener_(surroundings.desktop_opener),
-      lock_(LockFile(surroundings)) {}
+    : locator_(locator), surroundings_(surroundings) {}
+
+bool LinuxProcesses::PreviousInstance() {
+  if (!lock_) lock_.emplace(LockFile(surroundings_));
+  return lock_->HasPredecessor();
+}
 
 bool LinuxProcesses::OpenWithDesktop(const Path& file) {
   const Located located = locator_.Locate(file);
   if (!located.found) return false;
-  const std::string opener = desktop_opener_.find('/') == std::string::npos
-                                 ? ProgramOnSearchPath(desktop_opener_)
-                                 : desktop_opener_;
+  const std::string& named = surroundings_.desktop_opener;
+  const std::string opener =
+      named.find('/') == std::string::npos ? ProgramOnSearchPath(named) : named;
   return !opener.empty() && StartDetached(opener, {opener, located.Native()}) == 0;
 }
 

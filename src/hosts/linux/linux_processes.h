@@ -38,14 +38,14 @@ class LinuxProcesses : public Processes {
   void StartMinimized(const std::string& command_line) override;
   /// Exactly this name first, then without regard to case.
   std::optional<std::string> Variable(const std::string& name) override;
-  bool PreviousInstance() override { return lock_.HasPredecessor(); }
+  bool PreviousInstance() override;
 
  private:
   std::string NativeProgram(const std::string& name);
 
   Locator& locator_;
-  std::string desktop_opener_;
-  InstanceLock lock_;
+  ProcessSurroundings surroundings_;
+  std::optional<InstanceLock> lock_;  // made when it is first asked for
 };
 
 }  // namespace tarnvale
