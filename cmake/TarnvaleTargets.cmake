@@ -24,7 +24,7 @@ if(TARNVALE_SANITIZE)
 endif()
 
 # Most of a file's compile time is its headers': several files of a room at once
-# take half the time of one after the other. For whole builds; after a change of
+# take much less time than one after the other. For whole builds; after a change of
 # one line the debug preset, without this, is done sooner.
 option(TARNVALE_UNITY "Compile several source files of a room together" OFF)
 
