@@ -27,15 +27,15 @@ INSTANTIATE_TEST_SUITE_P(Modes, StorageLocationTest,
                          ::testing::Values(Mode::kComplete, Mode::kIncremental, Mode::kSync));
 
 TEST_P(StorageLocationTest, NoItemMakesAFileOfAMissingLocation) {
-  Write("Work/a.txt", "a");
+  Write("Papers/a.txt", "a");
   Write("top.txt", "top");
   std::filesystem::remove(Native("Store"));
-  engine.settings.Entries.Assign({"C:\\Work\\a.txt\\", "C:/Work/a.txt", "C:top.txt"});
+  engine.settings.Entries.Assign({"C:\\Papers\\a.txt\\", "C:/Papers/a.txt", "C:top.txt"});
   Run();
   EXPECT_FALSE(std::filesystem::exists(Native("Store")));
   std::filesystem::create_directory(Native("Store"));
-  Write("Work/b.txt", "b");
-  engine.settings.Entries.Append("C:\\Work\\b.txt");
+  Write("Papers/b.txt", "b");
+  engine.settings.Entries.Append("C:\\Papers\\b.txt");
   Run();
   EXPECT_EQ(Content("Store/b.txt"), "b");
 }
@@ -44,45 +44,45 @@ TEST_P(StorageLocationTest, NoItemMakesAFileOfAMissingLocation) {
 
 TEST_P(StorageLocationTest, CopiesAreNotCopiedAgainFromALocationInsideTheItem) {
   for (int i = 0; i < 5; ++i) {
-    Write("Home/Work/" + std::to_string(i), "work");
-    Write("Home/Work/Sub/" + std::to_string(i), "sub");
+    Write("Home/Papers/" + std::to_string(i), "papers");
+    Write("Home/Papers/Sub/" + std::to_string(i), "sub");
   }
-  Write("Home/Work/Store/mine.txt", "lies here already");
-  engine.run.RunDestination = "C:\\Home\\Work\\Store";
-  engine.settings.Entries.Assign({"C:\\Home\\Work\\*+++++*"});
+  Write("Home/Papers/Store/mine.txt", "lies here already");
+  engine.run.RunDestination = "C:\\Home\\Papers\\Store";
+  engine.settings.Entries.Assign({"C:\\Home\\Papers\\*+++++*"});
   Run();
-  const std::size_t files = FilesBelow("Home/Work");
+  const std::size_t files = FilesBelow("Home/Papers");
   EXPECT_EQ(files, GetParam() == Mode::kSync ? 22U : 21U);
   for (int run = 0; run < 3; ++run) {
     Run();
-    EXPECT_EQ(FilesBelow("Home/Work"), files);
+    EXPECT_EQ(FilesBelow("Home/Papers"), files);
   }
   const std::string copies =
-      GetParam() == Mode::kSync ? "Home/Work/Store/" : "Home/Work/Store/Work/";
-  EXPECT_EQ(Content(copies + "4"), "work");
+      GetParam() == Mode::kSync ? "Home/Papers/Store/" : "Home/Papers/Store/Papers/";
+  EXPECT_EQ(Content(copies + "4"), "papers");
   EXPECT_EQ(Content(copies + "Sub/4"), "sub");
 }
 
 TEST_P(StorageLocationTest, ItemsThatOverlapDoNotGrowWithEachRun) {
   if (GetParam() == Mode::kSync) return;  // it has one item
   Write("Home/a.txt", "a");
-  Write("Home/Work/Deep/b.txt", "b");
-  std::filesystem::create_directories(Native("Home/Work/Deep/Store"));
-  engine.run.RunDestination = "C:\\Home\\Work\\Deep\\Store";
-  engine.settings.Entries.Assign({"C:\\Home\\*+++++*", "C:\\Home\\Work\\*+++++*"});
+  Write("Home/Papers/Deep/b.txt", "b");
+  std::filesystem::create_directories(Native("Home/Papers/Deep/Store"));
+  engine.run.RunDestination = "C:\\Home\\Papers\\Deep\\Store";
+  engine.settings.Entries.Assign({"C:\\Home\\*+++++*", "C:\\Home\\Papers\\*+++++*"});
   Run();
   const std::size_t files = FilesBelow("Home");
   for (int run = 0; run < 3; ++run) {
     Run();
     EXPECT_EQ(FilesBelow("Home"), files);
   }
-  EXPECT_EQ(Content("Home/Work/Deep/Store/Work/Deep/b.txt"), "b");
+  EXPECT_EQ(Content("Home/Papers/Deep/Store/Papers/Deep/b.txt"), "b");
 }
 
 TEST_P(StorageLocationTest, AnItemThatIsTheLocationItselfDoesNotGrowWithEachRun) {
-  Write("Home/Work/a.txt", "a");
-  engine.run.RunDestination = "C:\\Home\\Work";
-  engine.settings.Entries.Assign({"C:\\Home\\Work\\*+++++*"});
+  Write("Home/Papers/a.txt", "a");
+  engine.run.RunDestination = "C:\\Home\\Papers";
+  engine.settings.Entries.Assign({"C:\\Home\\Papers\\*+++++*"});
   Run();
   const std::size_t files = FilesBelow("Home");
   for (int run = 0; run < 3; ++run) {
@@ -92,9 +92,9 @@ TEST_P(StorageLocationTest, AnItemThatIsTheLocationItselfDoesNotGrowWithEachRun)
 }
 
 TEST_P(StorageLocationTest, AnItemInsideTheLocationDoesNotGrowWithEachRun) {
-  Write("Store/Work/a.txt", "a");
+  Write("Store/Papers/a.txt", "a");
   Write("Store/b.txt", "b");
-  engine.settings.Entries.Assign({"C:\\Store\\Work\\*+++++*"});
+  engine.settings.Entries.Assign({"C:\\Store\\Papers\\*+++++*"});
   Run();
   const std::size_t files = FilesBelow("Store");
   for (int run = 0; run < 3; ++run) {
