@@ -136,9 +136,9 @@ class FileSystem {
   virtual int Attributes(const Path& path) = 0;
 
   /// Sets the attributes of a file: any sum of read-only, hidden, system and
-  /// archive. A file that has changed since it was last copied by CopyWhole keeps the
-  /// archive attribute: what it holds is in no copy. Raises 5 for a value that is no such sum or
-  /// that the host can't express for this name, and then changes nothing; 53; 75 when refused.
+  /// archive. A file that the last CopyWhole copied and that has changed since keeps
+  /// the archive attribute: what it holds is in no copy. Raises 5 for a value that is no such sum
+  /// or that the host can't express for this name, and then changes nothing; 53; 75 when refused.
   virtual void SetAttributes(const Path& file, int value) = 0;
 
   virtual bool FolderExists(const Path& folder) = 0;

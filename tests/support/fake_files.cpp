@@ -347,6 +347,7 @@ void FakeFiles::CopyFile(const NodePtr& from, const NodePtr& old, FakeNode& fold
 
 void FakeFiles::CopyWhole(const Path& source, const Path& target, Rights rights) {
   copied_with_[target] = rights;
+  copied_ = nullptr;
   Enter("CopyWhole", source, target);
   const NodePtr from = Find(source);
   if (from == nullptr || from->is_folder) throw ProgramError(kFileNotFound);

@@ -162,6 +162,7 @@ void FakeFiles::CopyToHeld(const NodePtr& from, const HeldEntry& target) {
 
 void FakeFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
   copied_with_[FakeFolder::PathOf(target)] = rights;
+  copied_ = nullptr;
   Enter("CopyWhole", source, FakeFolder::PathOf(target));
   const NodePtr from = Find(source);
   CopyToHeld(from, target);

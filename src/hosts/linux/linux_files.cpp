@@ -195,6 +195,7 @@ Located LinuxFiles::SourceOfCopy(const Path& source) {
 }
 
 void LinuxFiles::CopyWhole(const Path& source, const Path& target, Rights rights) {
+  copied_.reset();
   const Located from = SourceOfCopy(source);
   const Located to = RequireTarget(locator_.Locate(target));
   if (to.found && !MayReplace(from.info, to.info)) return;
@@ -206,6 +207,7 @@ void LinuxFiles::CopyWhole(const Path& source, const Path& target, Rights rights
 }
 
 void LinuxFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
+  copied_.reset();
   const Located from = SourceOfCopy(source);
   const auto to = TargetOf(target, from.info);
   const std::string native = from.Native();

@@ -101,6 +101,15 @@ TEST_P(CopyContract, AFileThatChangedWhileItWasCopiedKeepsItsArchiveAttribute) {
   EXPECT_EQ(files.Attributes("C:\\Data\\a.txt"), 0);
 }
 
+TEST_P(CopyContract, AfterAFailedCopyTheArchiveAttributeGoesAllTheSame) {
+  host.Write("C:\\Data\\a.txt", "one");
+  files.CopyWhole("C:\\Data\\a.txt", "C:\\Data\\copy");
+  host.Write("C:\\Data\\a.txt", "two, and more");
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\Data\\a.txt", "C:\\None\\copy"); }), 76);
+  files.SetAttributes("C:\\Data\\a.txt", 0);
+  EXPECT_EQ(files.Attributes("C:\\Data\\a.txt"), 0);
+}
+
 TEST_P(CopyContract, WithoutASourceItRaises53) {
   host.Write("C:\\To\\a.txt", "old");
   EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\missing", "C:\\To\\a.txt"); }), 53);
