@@ -1,4 +1,4 @@
-// The composition: every window, and who is told of what.
+// The composition: every window, and what notifies what.
 #pragma once
 
 #include <memory>

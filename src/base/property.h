@@ -37,8 +37,8 @@ class Property {
     Changed.Emit();
   }
 
-  /// Changes the value where it stands without telling: for who tells of the
-  /// change by other means.
+  /// Changes the value where it stands without telling: for a caller that
+  /// reports the change by other means.
   template <class Change>
   void ModifyQuietly(Change&& change) {
     std::forward<Change>(change)(value_);

@@ -1,4 +1,4 @@
-// Signals: who wants to hear of something connects a handler.
+// Signals: a listener connects a handler, and is notified when they are emitted.
 #pragma once
 
 #include <cstddef>

@@ -33,7 +33,7 @@ class ExtractionNames {
   std::optional<Path> PathOf(const std::string& entry);
 
   /// Makes an empty file at the last path, if nothing was there. Nobody has to go through
-  /// the whole folder then for one of another case. Leaves failures to who writes it.
+  /// the whole folder then for one of another case. Leaves failures to the writer.
   void MakeNewFile();
 
  private:

@@ -48,7 +48,7 @@ void chameleonButton::FollowProperties() {
   Follow(MousePointer, "MPTR");
   Follow(MouseIcon, "MICON");
   Follow(PictureNormal, "PICN");
-  // Required: the change is told as "PICO", while the value is stored as "PICH".
+  // Required: the change is reported as "PICO", while the value is stored as "PICH".
   Follow(PictureOver, "PICO");
   Follow(UseMaskColor, "UMCOL");
   Follow(SoftBevel, "SOFT");

@@ -74,7 +74,7 @@ class FtpTransport {
   virtual void SetRequestTimeout(std::int32_t seconds) = 0;
 
   /// Drops whatever request or connection is open, at once. Busy falls. Tells
-  /// no state, and nothing of what was dropped is told later.
+  /// no state, and nothing of what was dropped is reported later.
   virtual void Cancel() = 0;
 
   /// Starts one of the commands and returns at once:

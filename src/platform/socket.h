@@ -47,7 +47,7 @@ inline constexpr std::size_t kMostBytesAtOnce = 65536;
 
 /// A TCP connection to one server at a time.
 ///
-/// No call blocks, raises, yields or emits. What happens is told by the signals,
+/// No call blocks, raises, yields or emits. What happens is reported by the signals,
 /// from the event loop, in the order in which it happened; Connected comes before
 /// anything else that its connection tells. A handler may take long and yield:
 /// the other signals come meanwhile.
@@ -68,8 +68,8 @@ class Socket {
 
   /// Ends the connection, or the attempt. What was sent before still arrives as
   /// far as the server takes it, within a minute; of what the server says meanwhile
-  /// no more than kMostBytesAtOnce is read. Nothing of the old connection is told
-  /// any more, not even what has happened already.
+  /// no more than kMostBytesAtOnce is read. Nothing of the old connection is
+  /// reported any more, not even what has happened already.
   virtual void Close() = 0;
 
   virtual SocketState State() const = 0;

@@ -42,7 +42,7 @@ class clsSysTray {
   void Menu(MenuItem* menu) { record_.menu = menu; }
   /// A double click with the left button brings the source window up.
   bool DefaultDblClk = true;
-  /// Adds the hidden hook to the window's controls. A failure is told in a box
+  /// Adds the hidden hook to the window's controls. A failure is shown in a box
   /// and ends the program.
   void SourceWindow(Window* window);
   Window* SourceWindow() const { return source_; }

@@ -50,7 +50,7 @@ struct PartsScreen {
 
 /// The routines. Both hold the file numbers 1 and 2 of the machine's table, yield
 /// twice after each step of at most 12000 bytes, and raise nothing: an error
-/// closes every open file of the program, whoever opened it, and is told by the
+/// closes every open file of the program, whoever opened it, and is returned as
 /// code 4. What was written by then stays. Lengths are signed 32 bits.
 class modFHand {
  public:

@@ -14,7 +14,7 @@
 
 namespace tarnvale {
 
-/// Sends one plain mail over a bare connection, shown or not. Nobody is told how
+/// Sends one plain mail over a bare connection, shown or not. Nothing reports how
 /// it went: what the server says is only logged.
 ///
 /// One of it is loaded at a time (WindowSlot): closing it closes the connection

@@ -31,7 +31,7 @@ std::string TrimNulls(const std::string& text) {
   return text.substr(0, text.find('\0'));
 }
 
-// A statement that fails is told in a box, and the next one runs.
+// A statement that fails is shown in a box, and the next one runs.
 bool CFileDialog::Show(bool open) {
   const auto step = [this](auto&& statement) {
     try {

@@ -10,7 +10,7 @@
 
 namespace tarnvale {
 
-/// A place in a picture, in the units that its shapes are told in.
+/// A place in a picture, in the units that its shapes are given in.
 struct Spot {
   double x = 0;
   double y = 0;

@@ -66,7 +66,7 @@ class TimerQueue {
   /// Lets a host move due moments so that timers share them: all of a timer but
   /// the first since it was enabled, which comes after the very interval. `later`
   /// is given a due moment and the timer's interval in milliseconds and returns
-  /// that moment or a later one. For who sets nothing, intervals are exact.
+  /// that moment or a later one. Where nothing is set, intervals are exact.
   void AlignWith(std::function<Nanoseconds(Nanoseconds due, int interval_ms)> later) {
     later_ = std::move(later);
   }

@@ -32,7 +32,7 @@ struct TrayRecord {
   /// Ends at its first NUL, or at its end.
   std::string tip = std::string(kTipCharacters, '\0');
   /// For an area that opens an icon's menu by itself, when the icon is added: its
-  /// rows are clicked from there, and nothing is told of the right button. Must
+  /// rows are clicked from there, and the right button is not reported. Must
   /// live as long as the icon.
   MenuItem* menu = nullptr;
 };

@@ -76,7 +76,7 @@ class Window {
   Property<std::vector<Raster>> Icon;
 
   /// Makes it visible, on top of the program's other windows, without waiting.
-  /// A window that was hidden is told that it was activated, minimised or not.
+  /// A window that was hidden is activated, minimised or not.
   void Show();
   void Hide() { Visible = false; }
   /// Emitted by Show on a visible window: the host brings it forward.

@@ -18,7 +18,7 @@
 
 namespace tarnvale {
 
-/// Looks at what a run would copy when it is told of it; single files at the end of
+/// Looks at what a run would copy when the run reports it; single files at the end of
 /// the run, as later ones may take the names of earlier ones.
 class Check final : public RunWatch {
  public:

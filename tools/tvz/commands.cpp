@@ -83,7 +83,7 @@ void List(const Request& request) {
   const ArchiveContents contents(request.archive, progress);
   progress.Clear();
   std::string lines;
-  // What can be told is told, also of a container that is cut off.
+  // What can be said is said, also of a container that is cut off.
   const auto list = [&](const ContainerRecord& record) {
     lines += Shown(Native(record.name)) + "\t" + std::to_string(record.content.Size()) + "\n";
     if (lines.size() < kPiece) return;

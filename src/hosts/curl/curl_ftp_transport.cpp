@@ -104,7 +104,7 @@ void CurlFtpTransport::DropSession() {
   session_.reset();
 }
 
-// What can't be started is told as everything that goes wrong later.
+// What can't be started is reported like everything that goes wrong later.
 void CurlFtpTransport::Start(const FtpCommand& command) {
   const FtpLogin& login = session_->Login();
   const auto fail = [this](std::int32_t code) { session_->Tell(TransportState::kError, code); };

@@ -21,7 +21,7 @@ namespace tarnvale {
 /// Keeps the parsed text of each profile and reads it anew when the file is
 /// another one or has changed. Every write is held back until Flush. With the
 /// first one a temporary is made beside the file, so that a folder that can't be
-/// written is told of at once. A settings file that is a symbolic link is
+/// written is noticed at once. A settings file that is a symbolic link is
 /// replaced where the link leads. Held-back writes end with this object.
 class LinuxProfileFiles : public ProfileFiles {
  public:

@@ -16,7 +16,7 @@ inline QImage ViewOf(std::uint32_t* pixels, int width, int height) {
   return {reinterpret_cast<uchar*>(pixels), width, height, kPixelFormat};
 }
 
-/// Likewise; who writes into it writes into a copy.
+/// Likewise; writing into it makes a copy first.
 inline QImage ViewOf(const std::uint32_t* pixels, int width, int height) {
   return {reinterpret_cast<const uchar*>(pixels), width, height, kPixelFormat};
 }

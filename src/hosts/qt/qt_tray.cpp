@@ -63,7 +63,7 @@ bool QtTray::Notify(TrayCommand command, const TrayRecord& record) {
   return true;
 }
 
-// A choice may take the icon away with its menu: it is told after the event of Qt.
+// A choice may take the icon away with its menu: it is reported after Qt's event.
 void QtTray::ExportMenu(MenuItem* menu) {
   if (menu == nullptr) return;
   menu_ = std::make_unique<QMenu>();
@@ -87,7 +87,7 @@ void QtTray::Click(QSystemTrayIcon::ActivationReason reason) {
   for (const TrayMessage message : clicks_.MessagesOf(reason, uptime_.elapsed())) Tell(message);
 }
 
-// After the event of Qt's own icon: what is told can take that icon away.
+// After the event of Qt's own icon: a listener can take that icon away.
 void QtTray::Tell(TrayMessage message) {
   loop_.Post([this, message] {
     if (hook_ != nullptr) {

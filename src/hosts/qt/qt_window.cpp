@@ -341,8 +341,8 @@ void QtWindow::paintEvent(QPaintEvent*) {
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-void QtWindow::Report(const std::function<void()>& deed) {
-  if (!context_.ending) context_.loop.Deliver(deed);
+void QtWindow::Report(const std::function<void()>& handler) {
+  if (!context_.ending) context_.loop.Deliver(handler);
 }
 
 }  // namespace tarnvale

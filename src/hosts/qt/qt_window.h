@@ -71,7 +71,7 @@ class QtWindow final : public QWidget {
   void Follow(Signal<>& signal, Handler handler) {
     subscriptions_.push_back(signal.Subscribe(std::move(handler)));
   }
-  void Report(const std::function<void()>& deed);
+  void Report(const std::function<void()>& handler);
 
   PeerContext& context_;
   Window& record_;

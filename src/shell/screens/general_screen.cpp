@@ -170,7 +170,7 @@ void GeneralScreen::ImportSettings() {
   }
 }
 
-// Neither step is told in words, and neither changes the marks.
+// Neither step is shown in words, and neither changes the marks.
 void GeneralScreen::FinishImportedFile() {
   FileSystem& files = engine_.machine().files;
   // Chosen: settings that came from a read-only medium can be saved again.

@@ -78,7 +78,7 @@ QString Stars(const QString& text) {
 
 void HandleUpdate(QAccessibleEvent* event);
 
-// Who tells readers when nobody handles updates can't be called by anything else.
+// Where nothing handles updates, nothing else can be called to notify readers.
 void TellDesktop(QAccessibleEvent& event) {
   QAccessible::installUpdateHandler(nullptr);
   QAccessible::updateAccessibility(&event);

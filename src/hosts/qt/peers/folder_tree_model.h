@@ -30,7 +30,7 @@ class FolderTreeModel final : public QAbstractItemModel {
   /// removes rows. The row of a folder that is gone goes too.
   void Refresh(const QModelIndex& index);
   /// Reads a folder that hasn't been read yet, to learn whether it can be opened.
-  /// True when that was news.
+  /// True when that changed anything.
   bool Peek(const QModelIndex& index);
 
   QModelIndex index(int row, int column, const QModelIndex& parent) const override;

@@ -28,7 +28,7 @@ class OwnerDrawnPeer final : public Peer {
   void Resize(QSize size);
   /// Lends the control what it stands on.
   void Lend();
-  void Tell(const std::function<void()>& deed) { Report(deed); }
+  void Tell(const std::function<void()>& handler) { Report(handler); }
 
  protected:
   void OnFocus(bool has_focus) override;

@@ -127,8 +127,8 @@ void Peer::UpdatePointer() {
   }
 }
 
-void Peer::Report(const std::function<void()>& deed) {
-  if (!context_.ending) context_.loop.Deliver(deed);
+void Peer::Report(const std::function<void()>& handler) {
+  if (!context_.ending) context_.loop.Deliver(handler);
 }
 
 bool Peer::eventFilter(QObject* watched, QEvent* event) {

@@ -78,7 +78,7 @@ class Peer : public QObject, public FrameClient {
     subscriptions_.push_back(signal.Subscribe(std::move(handler)));
   }
   /// Runs what tells the record of something that the user did.
-  void Report(const std::function<void()>& deed);
+  void Report(const std::function<void()>& handler);
   /// Has OnFrame called before the next screen update.
   void RequestFrame() { context_.frames.Request(*this); }
 
