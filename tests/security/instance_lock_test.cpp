@@ -36,7 +36,7 @@ TEST_F(InstanceLockAttackTest, AnotherUserDoesNotPassForAnInstance) {
 
 TEST_F(InstanceLockAttackTest, AFolderOfAnotherUserIsNoPlaceForIt) {
   const std::string his = OnDrive("Data/shared/his");
-  ASSERT_TRUE(AnotherUser::Does([&] { return ::mkdir(his.c_str(), 0700) == 0; }));
+  AnotherUser::PlantFolder(his, 0700);
   const VariableFor runtime("XDG_RUNTIME_DIR", his.c_str());
   EXPECT_NE(ProcessSurroundings::Present().lock_folder, his);
 }
@@ -44,7 +44,7 @@ TEST_F(InstanceLockAttackTest, AFolderOfAnotherUserIsNoPlaceForIt) {
 // As for root with the user's own HOME, the other way round.
 TEST_F(InstanceLockAttackTest, AStateFolderOfAnotherUserIsNoPlaceForItEither) {
   const std::string his = OnDrive("Data/shared/his");
-  ASSERT_TRUE(AnotherUser::Does([&] { return ::mkdir(his.c_str(), 0777) == 0; }));
+  AnotherUser::PlantFolder(his, 0777);
   surroundings.processes.lock_folder = his;
   LinuxHost first(surroundings);
   LinuxHost second(surroundings);
