@@ -15,17 +15,6 @@
 namespace tarnvale::testing {
 namespace {
 
-bool InAChild(const std::function<bool()>& part) {
-  const pid_t child = ::fork();
-  if (child == 0) {
-    ::umask(0);
-    ::_exit(part() ? 0 : 1);
-  }
-  int status = 0;
-  return child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status) &&
-         WEXITSTATUS(status) == 0;
-}
-
 bool TakeHisNumber() {
   return ::setgroups(0, nullptr) == 0 && ::setgid(AnotherUser::kNumber) == 0 &&
          ::setuid(AnotherUser::kNumber) == 0;
@@ -61,6 +50,16 @@ bool MayRead(const std::string& file) {
 
 }  // namespace
 
+bool InAChild(const std::function<bool()>& part) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::_exit(part() ? 0 : 1);
+  }
+  int status = 0;
+  return child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status) &&
+         WEXITSTATUS(status) == 0;
+}
+
 bool AnotherUser::IsReal() {
   static const bool is_real =
       ::getenv("TARNVALE_FAKE_OTHERS") == nullptr && InAChild(TakeHisNumber);
@@ -68,7 +67,10 @@ bool AnotherUser::IsReal() {
 }
 
 bool AnotherUser::Does(const std::function<bool()>& attack) {
-  return InAChild([&] { return (!IsReal() || TakeHisNumber()) && attack(); });
+  return InAChild([&] {
+    ::umask(0);
+    return (!IsReal() || TakeHisNumber()) && attack();
+  });
 }
 
 bool AnotherUser::BecomeHim() {

@@ -11,6 +11,10 @@
 
 namespace tarnvale::testing {
 
+/// Runs `part` in a process of its own and returns what it returned. What it changes in
+/// memory is lost.
+bool InAChild(const std::function<bool()>& part);
+
 /// Plays the attacks of a user with a number of his own, in child processes. That
 /// takes a process that may change its user: root, and not in a container that
 /// maps no other numbers. Elsewhere he is faked: what he plants is this user's own, and
@@ -23,9 +27,8 @@ class AnotherUser {
   /// TARNVALE_FAKE_OTHERS, which has him faked for everybody, isn't set.
   static bool IsReal();
 
-  /// Runs `attack` as him and returns what it returned; false when it couldn't
-  /// run. What it changes in memory is lost. For what he may do to others' files; what
-  /// he makes is planted.
+  /// Runs `attack` as him, in a child; false when it couldn't run. For what he may do to
+  /// others' files; what he makes is planted.
   static bool Does(const std::function<bool()>& attack);
 
   /// Makes this process his for good, or as whom the program counts that it then becomes;

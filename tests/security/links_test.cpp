@@ -1,5 +1,7 @@
 // Links that another user puts where the program reads or writes.
 #include <gmock/gmock.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,6 +9,7 @@
 
 #include "base/failure.h"
 #include "codec/archive.h"
+#include "tests/hosts/contract/variable_for.h"
 #include "tests/security/another_user.h"
 #include "tests/support/fake_machine.h"
 #include "tests/support/raised.h"
@@ -285,6 +288,51 @@ TEST_F(ArchivesBesideOthersTest, AreUnpackedByTheCommandWithTheNarrowerRightsOfW
   ASSERT_EQ(std::system(command.c_str()), 0);
   EXPECT_EQ(ReadNative(OnDrive("Data/shared/a.txt")), "hi");
   EXPECT_EQ(ModeOf(OnDrive("Data/shared/a.txt")), 0600U);
+}
+
+// A medium that somebody brought: the owner of what is on it is who its author wrote there.
+class LinksOnAMediumTest : public LinksOfOthersTest {
+ protected:
+  LinksOnAMediumTest() : home_before_("HOME", folder.Path().c_str()) {}
+
+  void ExpectNotFollowed() {
+    EXPECT_EQ(RaisedBy([&] { host.open_files.OpenInput(1, "C:\\Data\\shared\\link"); }),
+              kPermissionDenied);
+    EXPECT_EQ(RaisedBy([&] { host.open_files.OpenOutput(1, "C:\\Data\\shared\\link"); }),
+              kPermissionDenied);
+    EXPECT_THAT(host.files.List("C:\\Data\\shared\\*", {}), IsEmpty());
+    EXPECT_EQ(ReadNative(secret), kSecret);
+  }
+
+  const VariableFor home_before_;
+};
+
+TEST_F(LinksOnAMediumTest, AreNobodysWhateverOwnerTheyCarry) {
+  ASSERT_EQ(::symlink(secret.c_str(), Shared("link").c_str()), 0);
+  LayOnMedium(Shared("link"));
+  ExpectNotFollowed();
+}
+
+TEST_F(LinksOnAMediumTest, AreTheUsersOwnWhereHisHomeIs) {
+  ASSERT_EQ(::symlink(secret.c_str(), Shared("link").c_str()), 0);
+  LayOnMedium(Shared("link"));
+  LayOnMedium(folder.Path());
+  EXPECT_EQ(RaisedBy([&] { host.open_files.OpenInput(1, "C:\\Data\\shared\\link"); }), 0);
+}
+
+// In a process that nobody else's mounts are changed by.
+TEST_F(LinksOnAMediumTest, AreNobodysOnARealOne) {
+  const auto mounted = [&] {
+    return ::unshare(CLONE_NEWNS) == 0 &&
+           ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           ::mount("none", OnDrive("Data/shared").c_str(), "tmpfs", MS_NOSUID | MS_NODEV, "") == 0;
+  };
+  if (!InAChild(mounted)) GTEST_SKIP() << "this machine lets this user mount nothing";
+  EXPECT_TRUE(InAChild([&] {
+    if (!mounted() || ::symlink(secret.c_str(), Shared("link").c_str()) != 0) return false;
+    ExpectNotFollowed();
+    return !HasFailure();
+  }));
 }
 
 // What the administrator keeps as a link on the system's own disk stays what it is.

@@ -13,22 +13,32 @@
 #include <cstddef>
 #include <utility>
 
+#include "hosts/linux/state_folder.h"
+
 namespace tarnvale {
 namespace {
 
 constexpr int kMostLinks = 40;
 constexpr int kOnlyThere = O_PATH | O_NOFOLLOW | O_CLOEXEC;
 
-// Chosen: the administrator's links count as the user's on the system's own file system,
-// and wherever the system takes the administrator's programs for his. On other media
-// the number of their owner is what the author wrote.
-bool MayFollow(const Descriptor& link, const struct stat& info) {
-  if (info.st_uid == ::geteuid()) return true;
-  struct stat root {};
+// Chosen: on a medium that the system gives no rights to (`nosuid`), the owner of a file is
+// whoever its author wrote there, other than where the system and the user are at home.
+bool IsOwnerTrue(const Descriptor& file, const struct stat& info) {
   struct statvfs medium {};
-  if (::stat("/", &root) != 0 || info.st_uid != root.st_uid) return false;
-  return info.st_dev == root.st_dev ||
-         (::fstatvfs(link.Get(), &medium) == 0 && (medium.f_flag & ST_NOSUID) == 0);
+  if (::fstatvfs(file.Get(), &medium) == 0 && (medium.f_flag & ST_NOSUID) == 0) return true;
+  const std::array<std::string, 3> homes{"/", "/tmp", HomeFolder()};
+  return std::any_of(homes.begin(), homes.end(), [&](const std::string& home) {
+    struct stat at_home {};
+    return ::stat(home.c_str(), &at_home) == 0 && at_home.st_dev == info.st_dev;
+  });
+}
+
+// The administrator's links count as the user's, as his programs do.
+bool MayFollow(const Descriptor& link, const struct stat& info) {
+  struct stat root {};
+  const bool is_friendly =
+      info.st_uid == ::geteuid() || (::stat("/", &root) == 0 && info.st_uid == root.st_uid);
+  return is_friendly && IsOwnerTrue(link, info);
 }
 
 // Where a link leads. Empty when it isn't followed, with `errno` set: EINVAL where

@@ -3,7 +3,8 @@
 // Whoever can write to a folder can put a link there in place of a file that the
 // program reads or writes, or of a folder on the way to it. The kernel's own
 // protection holds in sticky folders only, so a link is followed only if this user
-// owns it; so is each link that it leads to.
+// or the administrator owns it, and not on a medium where anybody can have written that;
+// so is each link that it leads to.
 #pragma once
 
 #include <sys/stat.h>
