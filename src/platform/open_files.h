@@ -21,8 +21,9 @@ class OpenFiles {
   /// Opens a text for reading. Numbers are 1 to 511. All four raise 52 (bad
   /// number), 55 (the number is taken), 76, 75, 70; this one 53 as well.
   virtual void OpenInput(int number, const Path& file) = 0;
-  /// Creates a text anew, emptying an old one, which keeps its rights. A new one has
-  /// `rights`, of a new file or its owner's alone.
+  /// Creates a text anew. An old one of this user is emptied and keeps its rights, unless
+  /// they are to be its owner's alone; somebody else's is deleted first. A new one has
+  /// `rights`, of a new file or its owner's alone. Raises 70 for what can't be deleted.
   virtual void OpenOutput(int number, const Path& file, Rights rights = Rights::kOwner) = 0;
   /// Opens for reading and writing at any position, creating the file, for its owner
   /// alone, if it is missing, and keeping what it holds. One that refuses writing is

@@ -71,6 +71,44 @@ TEST_F(LinksOfOthersTest, AndFilesOfTheirsAreReplacedByTheProgramsOwnFiles) {
   EXPECT_FALSE(AnotherUser::CanRead(Shared("part")));
 }
 
+// Whoever made the file could read the log, or had it open before.
+TEST_F(LinksOfOthersTest, AndFilesOfTheirsAreReplacedByTheLogAndByWhatIsUnpacked) {
+  for (const Rights rights : {Rights::kOwner, Rights::kNewFile}) {
+    AnotherUser::PlantFile("long and old", Shared("log"));
+    ASSERT_EQ(::link(Shared("log").c_str(), OnDrive("Data/held by him").c_str()), 0);
+    host.open_files.OpenOutput(1, "C:\\Data\\shared\\log", rights);
+    host.open_files.Write(1, "new");
+    host.open_files.Close(1);
+    EXPECT_EQ(ReadNative(Shared("log")), "new");
+    EXPECT_EQ(ReadNative(OnDrive("Data/held by him")), "long and old");
+    EXPECT_EQ(StateOf(Shared("log")).st_uid, ::geteuid());
+    std::filesystem::remove(OnDrive("Data/held by him"));
+  }
+  AnotherUser::PlantFile("", Shared("log"));
+  ASSERT_EQ(::symlink("shared/log", OnDrive("Data/own").c_str()), 0);
+  host.open_files.OpenOutput(1, "C:\\Data\\own");
+  EXPECT_FALSE(AnotherUser::CanRead(Shared("log")));
+  EXPECT_TRUE(std::filesystem::is_symlink(OnDrive("Data/own")));
+}
+
+// The other way round for root, whom nobody can keep from deleting.
+TEST_F(LinksOfOthersTest, AndFilesOfTheirsThatCannotBeReplacedAreNotWrittenInto) {
+  if (::geteuid() == 0 && !AnotherUser::IsReal()) GTEST_SKIP() << "root can delete everything";
+  AnotherUser::PlantFile("his", Shared("log"));
+  const uid_t whose = AnotherUser::IsReal() ? 0 : AnotherUser::kNumber;
+  if (whose == 0) {
+    ASSERT_EQ(::chown(Shared("log").c_str(), 0, 0), 0);
+  }
+  ASSERT_EQ(StateOf(Shared("log")).st_uid, whose);
+  ASSERT_EQ(::chmod(OnDrive("Data/shared").c_str(), 0555), 0);
+  EXPECT_TRUE(AnotherUser::Does([&] {
+    LinuxHost of_user{surroundings};
+    return RaisedBy([&] { of_user.open_files.OpenOutput(1, "C:\\Data\\shared\\log"); }) ==
+           kPermissionDenied;
+  }));
+  EXPECT_EQ(ReadNative(Shared("log")), "his");
+}
+
 TEST_F(LinksOfOthersTest, AreNotReadThrough) {
   PlantLink("note");
   const Path note = "C:\\Data\\shared\\note";

@@ -302,26 +302,29 @@ void LinuxFiles::MoveTree(const Path& source, const Path& target) {
   if (!from.found || !S_ISDIR(from.info.st_mode)) throw ProgramError(kPathNotFound);
   const Located to = RequireTarget(locator_.LocateFolder(target));
   if (to.found) throw ProgramError(kFileAlreadyExists);
-  const std::string source_native = from.Native();
-  const std::string target_native = to.Native();
-  if (::renameat2(AT_FDCWD, source_native.c_str(), AT_FDCWD, target_native.c_str(),
+  const Descriptor holder = OpenNativeFolder(from.folder + "/.", true, FolderUse::kEnter);
+  Descriptor parent;
+  const TreeTarget place = TargetOfTree(target, parent);
+  if (::renameat2(holder.Get(), from.name.c_str(), place.parent_fd, place.name.c_str(),
                   RENAME_NOREPLACE) == 0) {
     return;
   }
   if (errno == EEXIST) throw ProgramError(kFileAlreadyExists);
   // A folder that is to go into itself would be deleted with its source.
-  const std::string source_start = source_native + "/";
-  if (target_native.compare(0, source_start.size(), source_start) == 0 ||
+  const std::string source_start = from.Native() + "/";
+  if (to.Native().compare(0, source_start.size(), source_start) == 0 ||
       (errno != EXDEV && errno != EINVAL && errno != EPERM)) {
     RaiseNative(errno, Attempt::kChange);
   }
   const std::function<void()> nothing;
   TreeCopy copy(temporaries_, Rights::kSource, nothing);
-  Descriptor parent;
-  const Descriptor opened = OpenNativeFolder(source_native, false);
-  copy.Run(opened.Get(), TargetOfTree(target, parent));
+  const Descriptor opened = OpenInnerFolder(holder.Get(), from.name);
+  copy.Run(opened.Get(), place);
   if (!copy.CopiedAll()) throw ProgramError(kPathFileAccess);
-  RemoveTree(source_native);
+  EmptyFolder(opened);
+  if (::unlinkat(holder.Get(), from.name.c_str(), AT_REMOVEDIR) != 0) {
+    RaiseNative(errno, Attempt::kChange);
+  }
 }
 
 void LinuxFiles::CreateFolder(const Path& folder) {

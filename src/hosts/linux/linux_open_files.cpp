@@ -49,10 +49,14 @@ bool IsReadOnly(const struct stat& info) {
   return (info.st_mode & S_IWUSR) == 0;
 }
 
+bool IsOfThisUser(const struct stat& info) {
+  return info.st_uid == ::geteuid();
+}
+
 // Whether what is written to a file reaches this user alone: nobody else has it, under
 // this or another name.
 bool IsNobodyElses(const struct stat& info) {
-  return S_ISREG(info.st_mode) && info.st_uid == ::geteuid() && info.st_nlink == 1;
+  return S_ISREG(info.st_mode) && IsOfThisUser(info) && info.st_nlink == 1;
 }
 
 // Whether a file that can't be opened for writing may still be read: no right, a
@@ -163,20 +167,32 @@ Located LinuxOpenFiles::LocateForWriting(const Path& file) {
 void LinuxOpenFiles::OpenOutput(int number, const Path& file, Rights rights) {
   CheckFree(number);
   const Located located = LocateForWriting(file);
-  const std::string native = located.Native();
-  // A link that leads nowhere is found, and what it names is made.
+  std::string native = located.Native();
   struct stat info {};
-  if (located.found && StateByOwnLinks(AT_FDCWD, native, info)) {
+  // A link that leads nowhere is found, and what it names is made.
+  const bool is_there = located.found && GoByOwnLinks(AT_FDCWD, native, info);
+  if (is_there) {
     RequirePlain(info);
     if (IsReadOnly(info)) throw ProgramError(kPathFileAccess);
   }
-  Descriptor opened = OpenByOwnLinks(AT_FDCWD, native, O_RDWR | O_CREAT | O_TRUNC | kOpenFlags,
-                                     rights == Rights::kOwner ? kOwnersAlone : kNewFile);
-  if (!opened) RaiseForOpening(errno);
+  const mode_t mode = rights == Rights::kOwner ? kOwnersAlone : kNewFile;
+  bool is_ours = !is_there || IsOfThisUser(info);
+  Descriptor opened;
+  if (is_ours) {
+    opened = OpenByOwnLinks(AT_FDCWD, native, O_RDWR | O_CREAT | kOpenFlags, mode);
+    if (!opened) RaiseForOpening(errno);
+    // Something else may have its place by now.
+    is_ours = ::fstat(opened.Get(), &info) == 0 && IsOfThisUser(info);
+  }
+  if (!is_ours) {
+    const Descriptor folder =
+        OpenNativeFolder(std::string(NativeFolderOf(native)) + "/.", true, FolderUse::kEnter);
+    opened = CreateFresh(folder.Get(), std::string(NativeNameOf(native)).c_str(), mode);
+  }
+  if (!opened || ::ftruncate(opened.Get(), 0) != 0) RaiseForOpening(errno);
   // An old file of the user's own loses wider rights. A medium without permissions
   // refuses; that does no harm.
-  const bool is_own = ::fstat(opened.Get(), &info) == 0 && info.st_uid == ::geteuid();
-  if (rights == Rights::kOwner && is_own && ::fchmod(opened.Get(), kOwnersAlone) != 0) errno = 0;
+  if (rights == Rights::kOwner && ::fchmod(opened.Get(), kOwnersAlone) != 0) errno = 0;
   Hold(number, std::move(opened), Mode::kOutput, true);
 }
 

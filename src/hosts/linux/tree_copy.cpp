@@ -222,12 +222,11 @@ bool TreeCopy::IsLeftOut(const struct stat& folder) const {
          left_out_.end();
 }
 
-void RemoveTree(const std::string& folder) {
-  const Descriptor root = OpenNativeFolder(folder, false);
+void EmptyFolder(const Descriptor& folder) {
   std::vector<std::string> folders{{}};
   for (std::size_t i = 0; i < folders.size(); ++i) {
     const std::unique_ptr<DIR, int (*)(DIR*)> opened(
-        ::fdopendir(OpenInnerFolder(root.Get(), folders[i]).Release()), &::closedir);
+        ::fdopendir(OpenInnerFolder(folder.Get(), folders[i]).Release()), &::closedir);
     if (!opened) RaiseNative(errno, Attempt::kChange);
     while (const dirent* entry = ::readdir(opened.get())) {
       const std::string name = entry->d_name;
@@ -240,13 +239,12 @@ void RemoveTree(const std::string& folder) {
     }
   }
   for (std::size_t i = folders.size(); --i > 0;) {
-    const Descriptor parent = OpenInnerFolder(root.Get(), NativeFolderOf(folders[i]));
+    const Descriptor parent = OpenInnerFolder(folder.Get(), NativeFolderOf(folders[i]));
     const std::string name(NativeNameOf(folders[i]));
     if (::unlinkat(parent.Get(), name.c_str(), AT_REMOVEDIR) != 0) {
       RaiseNative(errno, Attempt::kChange);
     }
   }
-  if (::rmdir(folder.c_str()) != 0) RaiseNative(errno, Attempt::kChange);
 }
 
 }  // namespace tarnvale

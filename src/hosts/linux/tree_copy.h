@@ -96,8 +96,8 @@ class TreeCopy {
   bool copied_all_ = true;
 };
 
-/// Deletes a native folder with all that is in it. Links are deleted, not
-/// followed. Stops and raises 70, 75 or 57 at the first that can't be deleted.
-void RemoveTree(const std::string& folder);
+/// Deletes all that is in an open folder. Links are deleted, not followed. Stops and
+/// raises 70, 75 or 57 at the first that can't be deleted.
+void EmptyFolder(const Descriptor& folder);
 
 }  // namespace tarnvale

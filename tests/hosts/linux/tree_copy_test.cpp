@@ -3,6 +3,9 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "tests/hosts/contract/native_files.h"
+#include "tests/hosts/contract/temporary_folder.h"
+#include "tests/hosts/contract/variable_for.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {
@@ -186,14 +189,43 @@ TEST_F(TreeCopyTest, AMoveOntoSomethingOrIntoItselfIsRefused) {
   EXPECT_EQ(Read("a/x"), "content");
 }
 
-TEST_F(TreeCopyTest, ARemovedTreeTakesNothingBehindItsLinksAlong) {
+TEST_F(TreeCopyTest, AFolderThatMovesToAnotherMediumIsInItsNewPlaceOnly) {
+  if (::access("/dev/shm", W_OK) != 0) GTEST_SKIP() << "there is no /dev/shm";
+  const testing::VariableFor temporary("TMPDIR", "/dev/shm");
+  const testing::TemporaryFolder elsewhere;
+  if (testing::StateOf(elsewhere.Path()).st_dev == Info(".").st_dev) {
+    GTEST_SKIP() << "/dev/shm is no other medium";
+  }
+  MakeFolder("a/b");
+  Write("a/b/x", "content");
+  Link("a/b/link", "x");
+  Link("elsewhere", elsewhere.Path());
+  files_.MoveTree("C:\\a", "C:\\elsewhere\\z");
+  EXPECT_FALSE(Exists("a"));
+  EXPECT_EQ(testing::ReadNative(elsewhere / "z/b/link"), "content");
+}
+
+TEST_F(TreeCopyTest, AnEmptiedFolderTakesNothingBehindItsLinksAlong) {
   MakeFolder("a/b");
   Write("a/b/x", "");
   Write("kept", "");
   Link("a/link", "../kept");
   Link("a/to_root", "..");
-  RemoveTree(Native("a"));
-  EXPECT_EQ(NamesIn("."), Names{"kept"});
+  EmptyFolder(OpenNativeFolder(Native("a"), false));
+  EXPECT_EQ(NamesIn("a"), Names{});
+  EXPECT_EQ(NamesIn("."), (Names{"a", "kept"}));
+}
+
+TEST_F(TreeCopyTest, AnEmptiedFolderIsTheOneThatIsHeld) {
+  MakeFolder("a");
+  Write("a/x", "");
+  const Descriptor held = OpenNativeFolder(Native("a"), false);
+  std::filesystem::rename(Native("a"), Native("away"));
+  MakeFolder("a");
+  Write("a/kept", "");
+  EmptyFolder(held);
+  EXPECT_EQ(NamesIn("away"), Names{});
+  EXPECT_EQ(NamesIn("a"), Names{"kept"});
 }
 
 }  // namespace
