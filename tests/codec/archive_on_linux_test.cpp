@@ -1,5 +1,8 @@
 // Archives on real files.
 #include <gmock/gmock.h>
+#include <pthread.h>
+
+#include <functional>
 
 #include "codec/archive.h"
 #include "tests/hosts/linux/linux_stage.h"
@@ -10,6 +13,21 @@ namespace tarnvale::testing {
 namespace {
 
 using ::testing::ElementsAre;
+
+// Runs `part` on a thread of 128 KiB and waits for its end.
+void OnSmallStack(const std::function<void()>& part) {
+  pthread_attr_t small;
+  ASSERT_EQ(::pthread_attr_init(&small), 0);
+  ASSERT_EQ(::pthread_attr_setstacksize(&small, 128U << 10U), 0);
+  pthread_t thread{};
+  const auto run = [](void* given) -> void* {
+    (*static_cast<const std::function<void()>*>(given))();
+    return nullptr;
+  };
+  std::function<void()> copy = part;
+  ASSERT_EQ(::pthread_create(&thread, &small, run, &copy), 0);
+  ::pthread_join(thread, nullptr);
+}
 
 class ArchiveOnLinuxTest : public LinuxStage {
  protected:
@@ -71,6 +89,24 @@ TEST_F(ArchiveOnLinuxTest, ATreeComesBackWithoutWhatIsHidden) {
   EXPECT_EQ(ReadNative(OnDrive("Out/a.txt")), "hi");
   EXPECT_TRUE(ReadNative(OnDrive("Out/sub/b.txt")) == std::string(300000, 'b') + "end");
   EXPECT_THAT(NativeNames(OnDrive("Store")), ElementsAre("a.tvz"));
+}
+
+// A call for each level would take more than this stack.
+TEST_F(ArchiveOnLinuxTest, ADeepTreeIsPackedOnASmallStack) {
+  constexpr int kLevels = 1000;
+  std::string deep = OnDrive("Deep");
+  std::filesystem::create_directory(deep);
+  for (int level = 0; level < kLevels; ++level) {
+    deep += "/d";
+    std::filesystem::create_directory(deep);
+  }
+  WriteNative(deep + "/leaf", "at the end");
+  std::int32_t packed = 0;
+  OnSmallStack([&] { packed = archiver.SaveFilesToArchiv("C:\\Deep", archive, true); });
+  EXPECT_EQ(packed, 1);
+  EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Out", true), 1);
+  EXPECT_EQ(ReadNative(OnDrive("Out") + deep.substr(OnDrive("Deep").size()) + "/leaf"),
+            "at the end");
 }
 
 TEST_F(ArchiveOnLinuxTest, AfterAnEntryWasFoundTheNextOperationFailsThoughTheSystemWouldNot) {

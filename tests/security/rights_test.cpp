@@ -17,6 +17,8 @@ namespace tarnvale::testing {
 namespace {
 
 constexpr const char* kAccessList = "system.posix_acl_access";
+// Of a folder, for what is made in it.
+constexpr const char* kDefaultList = "system.posix_acl_default";
 
 // An access list as the system keeps it: user 54321 may read and write.
 constexpr std::array<std::uint8_t, 44> kHeMayWrite{
@@ -36,8 +38,9 @@ class RightsFromAMediumTest : public LinuxStage {
     }
     WriteNative(OnDrive("Data/medium/tool"), "tool");
     WriteNative(OnDrive("Data/medium/folder/tool"), "tool");
-    lists_ = ::setxattr(OnDrive("Data/medium/tool").c_str(), kAccessList, kHeMayWrite.data(),
-                        kHeMayWrite.size(), 0) == 0;
+    lists_ = SetList("Data/medium/tool", kAccessList) &&
+             SetList("Data/medium/folder", kAccessList) &&
+             SetList("Data/medium/folder", kDefaultList);
     for (const char* set : {"Data/medium/tool", "Data/medium/folder", "Data/medium/folder/tool"}) {
       ASSERT_EQ(::chmod(OnDrive(set).c_str(), 07777), 0);
     }
@@ -45,15 +48,21 @@ class RightsFromAMediumTest : public LinuxStage {
   }
   void TearDown() override { ::umask(mask_); }
 
-  bool HasAccessList(const std::string& file) const {
-    return ::getxattr(OnDrive(file).c_str(), kAccessList, nullptr, 0) > 0;
+  bool SetList(const std::string& file, const char* list) const {
+    return ::setxattr(OnDrive(file).c_str(), list, kHeMayWrite.data(), kHeMayWrite.size(), 0) == 0;
+  }
+  bool HasList(const std::string& file, const char* list) const {
+    return ::getxattr(OnDrive(file).c_str(), list, nullptr, 0) > 0;
   }
 
   void ExpectHarmless(const std::string& copy) const {
     EXPECT_EQ(ModeOf(OnDrive(copy + "/tool")), 0755U);
     EXPECT_EQ(ModeOf(OnDrive(copy + "/folder")), 0755U);
     EXPECT_EQ(ModeOf(OnDrive(copy + "/folder/tool")), 0755U);
-    EXPECT_FALSE(HasAccessList(copy + "/tool"));
+    EXPECT_FALSE(HasList(copy + "/tool", kAccessList));
+    EXPECT_FALSE(HasList(copy + "/folder", kAccessList));
+    EXPECT_FALSE(HasList(copy + "/folder", kDefaultList));
+    EXPECT_FALSE(HasList(copy + "/folder/tool", kAccessList));
   }
 
   bool lists_ = false;
@@ -87,7 +96,8 @@ TEST_F(RightsFromAMediumTest, ButThoseOfTheUserGoToTheStorageWithoutSetIdBits) {
   EXPECT_EQ(ModeOf(OnDrive("Data/home/tool")), 0777U);
   EXPECT_EQ(ModeOf(OnDrive("Data/home/folder")), 01777U);
   EXPECT_EQ(ModeOf(OnDrive("Data/home/folder/tool")), 0777U);
-  EXPECT_EQ(HasAccessList("Data/home/tool"), lists_);
+  EXPECT_EQ(HasList("Data/home/tool", kAccessList), lists_);
+  EXPECT_EQ(HasList("Data/home/folder", kDefaultList), lists_);
 }
 
 using HomesTest = AttackedStage;

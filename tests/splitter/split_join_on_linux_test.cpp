@@ -41,6 +41,16 @@ TEST_F(SplitJoinOnLinuxTest, AFileComesBackFromItsParts) {
   EXPECT_EQ(hand.JoinFile(part, count), PartsCode::kRefused);
 }
 
+TEST_F(SplitJoinOnLinuxTest, PartsAndWhatIsJoinedAreTheirOwnersAlone) {
+  ASSERT_EQ(::chmod(OnDrive("Data/backup.tvz").c_str(), 0644), 0);
+  EXPECT_EQ(hand.SplitFile(source, 20000, count), PartsCode::kDone);
+  Path part = "C:\\Out\\backup.tvz.001";
+  EXPECT_EQ(hand.JoinFile(part, count), PartsCode::kDone);
+  const std::vector<std::string> made = NativeNames(OnDrive("Out"));
+  EXPECT_EQ(made.size(), 4U);
+  for (const std::string& name : made) EXPECT_EQ(ModeOf(OnDrive("Out/" + name)), 0600U) << name;
+}
+
 TEST_F(SplitJoinOnLinuxTest, AFileOfMegabytesComesBackFromItsParts) {
   const std::string large = GeneratedBytes(9000001);
   WriteNative(OnDrive("Data/backup.tvz"), large);

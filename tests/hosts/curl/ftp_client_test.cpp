@@ -294,5 +294,14 @@ TEST_F(FtpEncrypted, AServerThatLeavesTheChoiceIsSpokenToEncrypted) {
   EXPECT_EQ(server.Count("PROT"), 1);
 }
 
+// What DIR and transfers are allowed where nothing else is said, as in the program.
+TEST(FtpPatienceTest, IsAMinuteAndAMebibyteForAListingAndAKibibyteEachSecondForATransfer) {
+  const FtpPatience patience;
+  EXPECT_EQ(patience.listing, std::chrono::seconds(60));
+  EXPECT_EQ(patience.listing_bytes, 1048576U);
+  EXPECT_EQ(patience.span, std::chrono::seconds(120));
+  EXPECT_EQ(patience.span_bytes, 120U * 1024U);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing
