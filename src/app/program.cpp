@@ -32,7 +32,7 @@ Program::Program(Machine& machine)
       form(engine),
       Splash(machine, engine.settings, HooksOfSplash()),
       Agreement(machine.loop, machine.windows, [this] { return Make<Accept>(HooksOfAgreement()); }),
-      popups(engine, DrawProgramIcon),
+      popups(engine),
       Compressor(machine.loop, machine.windows, [this] { return MakeCompressor(); }),
       Splitter(machine.loop, machine.windows, [this] { return Make<frmMain>(); }),
       RegistryBackup(machine.loop, machine.windows, [this] { return Make<registry>(); }),

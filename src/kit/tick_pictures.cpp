@@ -4,14 +4,15 @@
 #include <cstddef>
 
 #include "kit/color_math.h"
+#include "ui/palette.h"
 
 namespace tarnvale {
 namespace {
 
-constexpr Color kFrame = 0x80511C;  // calm dark blue
+constexpr Color kFrame = ToColor(palette::kMark);
 constexpr Color kGroundLight = 0xFFFFFF;
 constexpr Color kGroundShade = 0xD7DCDC;  // the upper left corner lies in shade
-constexpr Color kTick = 0x21A121;         // green
+constexpr Color kTick = ToColor(palette::kTick);
 
 // The tick as a polygon, in sixteenths of a logical pixel: down to the foot, up
 // to the tip, and back along its lower edge.

@@ -6,14 +6,13 @@
 
 namespace tarnvale {
 
-frmGmail::frmGmail(Machine& machine, const RunState& run, std::function<void()> show_progress,
-                   const EmblemPainter& emblem)
+frmGmail::frmGmail(Machine& machine, const RunState& run, std::function<void()> show_progress)
     : Timer1(machine.loop.Timers(), 1, true),
       Timer2(machine.loop.Timers(), 5000, false),
       Timer3(machine.loop.Timers(), 1, false),
       machine_(machine),
       run_(run) {
-  LayOut(*this, emblem);
+  LayOut(*this);
   Timer1.Tick.Listen([this] { SlideIn(); });
   Timer2.Tick.Listen([this] { EndRest(); });
   Timer3.Tick.Listen([this] { SlideOut(); });

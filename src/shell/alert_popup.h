@@ -5,7 +5,6 @@
 #include <functional>
 
 #include "core/run_state.h"
-#include "shell/popup_pictures.h"
 #include "shell/popup_slide.h"
 #include "ui/controls.h"
 #include "ui/machine.h"
@@ -17,8 +16,7 @@ namespace tarnvale {
 class frmGmail : public Window {
  public:
   /// `show_progress` shows the other popup.
-  frmGmail(Machine& machine, const RunState& run, std::function<void()> show_progress,
-           const EmblemPainter& emblem);
+  frmGmail(Machine& machine, const RunState& run, std::function<void()> show_progress);
 
   /// Places the window below the screen's edge, from where it slides in. True
   /// when it may be shown; false when it stays hidden, as a run couldn't start.
@@ -54,6 +52,6 @@ class frmGmail : public Window {
 };
 
 /// Gives every control of the popup its place.
-void LayOut(frmGmail& popup, const EmblemPainter& emblem);
+void LayOut(frmGmail& popup);
 
 }  // namespace tarnvale

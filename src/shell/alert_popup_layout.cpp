@@ -1,29 +1,25 @@
 // Where the controls of the alert stand. Places are pixels at 96 dpi.
-#include <utility>
-
 #include "shell/alert_popup.h"
 
 namespace tarnvale {
 
 // Chosen: the window says nothing by a text, so the parts of its picture have
 // names for those who hear it, and the one that leads on has a tool tip.
-void LayOut(frmGmail& popup, const EmblemPainter& emblem) {
+void LayOut(frmGmail& popup) {
   popup.Frame = WindowFrame::kPopup;
-  popup.ClientSize = kAlertSize;
+  popup.ClientSize = {288, 120};
   popup.Alpha = 255;
-  PicturePair picture = AlertPicture(emblem);
-  popup.Image1.Picture = std::move(picture.at_1x);
-  popup.Image1.PictureAt2x = std::move(picture.at_2x);
+  popup.Image1.Picture = "alert";
   popup.Image1.AccessibleName = "A Backup Is About To Start";
   popup.lblTitle.AccessibleName = "Tarnvale";
   popup.lblText.AccessibleName = "Files Are Going To Be Backed Up";
   popup.Label1.AccessibleName = "Show The Backup Progress";
   popup.Label1.ToolTip = "Show The Backup Progress";
   popup.Place({
-      {&popup.Image1, nullptr, {0, 0, kAlertSize.width_px, kAlertSize.height_px}},
-      {&popup.lblTitle, nullptr, kAlertTitlePart},
-      {&popup.lblText, nullptr, kAlertMiddlePart},
-      {&popup.Label1, nullptr, kAlertBarPart},
+      {&popup.Image1, nullptr, {0, 0, 288, 120}},
+      {&popup.lblTitle, nullptr, {0, 0, 288, 18}},
+      {&popup.lblText, nullptr, {0, 18, 288, 70}},
+      {&popup.Label1, nullptr, {20, 90, 248, 24}},
   });
 }
 

@@ -1,11 +1,6 @@
 #include "shell/alerts.h"
 
-#include <utility>
-
 namespace tarnvale {
-
-Popups::Popups(Engine& engine, EmblemPainter emblem)
-    : engine_(engine), emblem_(std::move(emblem)) {}
 
 void Popups::ConnectStages() {
   engine_.stages.ShowAlert = [this] { cAlert(*this).Gmail(); };
@@ -16,8 +11,8 @@ void Popups::ConnectStages() {
 
 bool Popups::LoadAlert() {
   Machine& machine = engine_.machine();
-  alert_ = std::make_unique<frmGmail>(
-      machine, engine_.run, [this] { cAlert(*this).ProgressWindow(); }, emblem_);
+  alert_ =
+      std::make_unique<frmGmail>(machine, engine_.run, [this] { cAlert(*this).ProgressWindow(); });
   machine.windows.Adopt(*alert_);
   return alert_->Load();
 }
@@ -25,8 +20,7 @@ bool Popups::LoadAlert() {
 Progress& Popups::ProgressPopup() {
   if (progress_) return *progress_;
   Machine& machine = engine_.machine();
-  progress_ =
-      std::make_unique<Progress>(machine, engine_.settings, engine_.run, engine_.stages, emblem_);
+  progress_ = std::make_unique<Progress>(machine, engine_.settings, engine_.run, engine_.stages);
   machine.windows.Adopt(*progress_);
   progress_->Load();
   return *progress_;

@@ -5,7 +5,6 @@
 
 #include "core/engine.h"
 #include "shell/alert_popup.h"
-#include "shell/popup_pictures.h"
 #include "shell/progress_popup.h"
 
 namespace tarnvale {
@@ -14,8 +13,8 @@ namespace tarnvale {
 /// as long as this does; hiding or closing it doesn't unload it.
 class Popups {
  public:
-  /// `emblem` paints the program's emblem. The engine must outlive this.
-  Popups(Engine& engine, EmblemPainter emblem);
+  /// The engine must outlive this.
+  explicit Popups(Engine& engine) : engine_(engine) {}
   Popups(const Popups&) = delete;
   Popups& operator=(const Popups&) = delete;
 
@@ -35,7 +34,6 @@ class Popups {
 
  private:
   Engine& engine_;
-  EmblemPainter emblem_;
   std::unique_ptr<frmGmail> alert_;
   std::unique_ptr<Progress> progress_;
 };

@@ -16,7 +16,7 @@ constexpr const char* kIdle = "Backup Process Is Currently Idle";
 }  // namespace
 
 Progress::Progress(Machine& machine, const BackupSettings& settings, const RunState& run,
-                   const StageHooks& stages, const EmblemPainter& emblem)
+                   const StageHooks& stages)
     : Timer1(machine.loop.Timers(), 1, true),
       Timer2(machine.loop.Timers(), 7000, false),
       Timer3(machine.loop.Timers(), 1, false),
@@ -26,7 +26,7 @@ Progress::Progress(Machine& machine, const BackupSettings& settings, const RunSt
       settings_(settings),
       run_(run),
       stages_(stages) {
-  LayOut(*this, emblem);
+  LayOut(*this);
   Timer1.Tick.Listen([this] { SlideIn(); });
   Timer3.Tick.Listen([this] { SlideOut(); });
   Timer4.Tick.Listen([this] { FollowCopy(); });

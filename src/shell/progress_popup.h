@@ -5,7 +5,6 @@
 #include "core/run_state.h"
 #include "kit/progress_bar.h"
 #include "settings/backup_settings.h"
-#include "shell/popup_pictures.h"
 #include "shell/popup_slide.h"
 #include "ui/controls.h"
 #include "ui/machine.h"
@@ -20,7 +19,7 @@ class Progress : public Window {
  public:
   /// `stages` tells of the compression and the transfer.
   Progress(Machine& machine, const BackupSettings& settings, const RunState& run,
-           const StageHooks& stages, const EmblemPainter& emblem);
+           const StageHooks& stages);
 
   /// Places the window below the screen's edge, from where it slides in.
   void Load();
@@ -63,6 +62,6 @@ class Progress : public Window {
 };
 
 /// Gives every control of the popup its place and its texts.
-void LayOut(Progress& popup, const EmblemPainter& emblem);
+void LayOut(Progress& popup);
 
 }  // namespace tarnvale

@@ -1,26 +1,16 @@
 // Where the controls of the progress window stand, and what they say. Places are
 // pixels at 96 dpi.
-#include <utility>
-
 #include "shell/progress_popup.h"
 
 namespace tarnvale {
-namespace {
 
-void Show(PictureBox& box, PicturePair picture) {
-  box.Picture = std::move(picture.at_1x);
-  box.PictureAt2x = std::move(picture.at_2x);
-}
-
-}  // namespace
-
-void LayOut(Progress& popup, const EmblemPainter& emblem) {
+void LayOut(Progress& popup) {
   popup.Frame = WindowFrame::kPopup;
-  popup.ClientSize = kProgressSize;
+  popup.ClientSize = {304, 112};
   popup.Alpha = 250;
   popup.Caption = "Current Backup Progress";
-  Show(popup.Backdrop, ProgressBackdrop(emblem));
-  Show(popup.Image2, ClosingCross());
+  popup.Backdrop.Picture = "progress";
+  popup.Image2.Picture = "cross";
   popup.TitleLabel.Caption = "Tarnvale Progress";
   popup.Bar.Scrolling = 9;
   popup.Backdrop.AccessibleName = "Current Backup Progress";
@@ -29,9 +19,9 @@ void LayOut(Progress& popup, const EmblemPainter& emblem) {
   popup.Image2.Pointer = PointerShape::kHand;
   popup.Bar.AccessibleName = "Backup Progress";
   popup.Place({
-      {&popup.Backdrop, nullptr, {0, 0, kProgressSize.width_px, kProgressSize.height_px}},
+      {&popup.Backdrop, nullptr, {0, 0, 304, 112}},
       {&popup.TitleLabel, nullptr, {46, 16, 210, 24}},
-      {&popup.Image2, nullptr, {270, 16, kCrossSize.width_px, kCrossSize.height_px}},
+      {&popup.Image2, nullptr, {270, 16, 20, 20}},
       {&popup.Label1, nullptr, {16, 48, 272, 20}},
       {&popup.Bar, nullptr, {16, 74, 272, 22}},
   });

@@ -4,7 +4,6 @@
 
 #include "base/numbers.h"
 #include "core/hooks.h"
-#include "shell/splash_picture.h"
 
 namespace tarnvale {
 namespace {
@@ -19,14 +18,12 @@ splash::splash(Machine& machine, const BackupSettings& settings, SplashHooks hoo
       settings_(settings),
       hooks_(std::move(hooks)) {
   Frame = WindowFrame::kPlain;
-  ClientSize = kSplashSize;
+  ClientSize = {440, 260};
   Caption = "Form2";
   InTaskBar = false;
-  Scenery.Picture = DrawSplashPicture(1);
-  Scenery.PictureAt2x = DrawSplashPicture(2);
+  Scenery.Picture = "splash";
   NameLabel.Caption = "Tarnvale";
-  Place({{&Scenery, nullptr, {0, 0, kSplashSize.width_px, kSplashSize.height_px}},
-         {&NameLabel, &Scenery, kSplashNamePlace}});
+  Place({{&Scenery, nullptr, {0, 0, 440, 260}}, {&NameLabel, &Scenery, {132, 44, 270, 56}}});
   Timer1.Tick.Listen([this] { Decide(); });
 }
 

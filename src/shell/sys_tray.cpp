@@ -30,7 +30,7 @@ void clsSysTray::BuildHook() {
   pichook_->AccessibleName = "pichook";
   pichook_->Visible = false;
   source_->Place({{pichook_.get(), nullptr, {}}});
-  if (!source_->Icon.Get().empty()) pichook_->Picture = source_->Icon.Get().front();
+  pichook_->Picture = source_->Icon.Get();
   pichook_->MouseMove.Listen([this](double x_twips, double) { FollowMouse(x_twips); });
   record_.hook = pichook_.get();
 }
@@ -41,8 +41,8 @@ void clsSysTray::ChangeToolTip(const std::string& tip) {
   machine_.tray.Notify(TrayCommand::kModify, record_);
 }
 
-void clsSysTray::ChangeIcon(const std::vector<Raster>& picture) {
-  if (pichook_ && !picture.empty()) pichook_->Picture = picture.front();
+void clsSysTray::ChangeIcon(const std::string& picture) {
+  if (pichook_) pichook_->Picture = picture;
   record_.icon = picture;
   ++icon_handle_;
   machine_.tray.Notify(TrayCommand::kModify, record_);

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "ui/controls.h"
 #include "ui/machine.h"
@@ -36,7 +35,7 @@ class clsSysTray {
   const std::string& ToolTip() const { return tip_; }
   /// Setting it is ChangeIcon. The number stands for the icon set last; 0 for
   /// none.
-  void Icon(const std::vector<Raster>& picture) { ChangeIcon(picture); }
+  void Icon(const std::string& picture) { ChangeIcon(picture); }
   std::int32_t Icon() const { return icon_handle_; }
   /// The menu that RButtonUp opens, for an area that opens it by itself.
   void Menu(MenuItem* menu) { record_.menu = menu; }
@@ -53,7 +52,7 @@ class clsSysTray {
   void IconInSysTray();
   /// Adds the icon, hides the source window and takes it off the task bar.
   void MinToSysTray();
-  void ChangeIcon(const std::vector<Raster>& picture);
+  void ChangeIcon(const std::string& picture);
 
  private:
   void BuildHook();

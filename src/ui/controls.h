@@ -268,11 +268,9 @@ class PictureBox : public Control {
  public:
   void Accept(ControlVisitor& visitor) override { visitor.Visit(*this); }
 
-  /// The picture at 1x and 2x; an empty one leaves the area plain. The host
-  /// takes the one that fits its scale and never smooths it.
-  Raster Picture;
-  Raster PictureAt2x;
-  Signal<> PictureChanged;
+  /// The name of one of the pictures in `assets/`, as large as the box; empty
+  /// leaves the area plain. The host has it at 1x, 2x and 3x.
+  Property<std::string> Picture;
   /// Look of the area behind it.
   enum class Ground { kWindow, kTaskPanel, kField } Background = Ground::kWindow;
 

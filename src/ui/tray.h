@@ -4,10 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "base/property.h"
-#include "ui/raster.h"
 
 namespace tarnvale {
 
@@ -27,8 +25,8 @@ struct TrayRecord {
   std::uint32_t id = 1;
   std::uint32_t flags = 7;               ///< message, icon and tip are valid
   std::uint32_t callback_message = 512;  ///< mouse move
-  /// In several sizes, largest first.
-  std::vector<Raster> icon;
+  /// The name of an icon resource, as Window::Icon.
+  std::string icon;
   /// Ends at its first NUL, or at its end.
   std::string tip = std::string(kTipCharacters, '\0');
   /// For an area that opens an icon's menu by itself, when the icon is added: its

@@ -72,8 +72,8 @@ class Window {
   Property<int> TopTwips{0};
   /// 0 clear to 255 solid.
   Property<int> Alpha{255};
-  /// Icons in several sizes, largest first.
-  Property<std::vector<Raster>> Icon;
+  /// The name of an icon resource, which the host has in several sizes.
+  Property<std::string> Icon;
 
   /// Makes it visible, on top of the program's other windows, without waiting.
   /// A window that was hidden is activated, minimised or not.

@@ -1,7 +1,6 @@
 // Where the controls of the user data window stand, and what they say. Places
 // are pixels at 96 dpi from the container's upper left corner; the order of the
 // rows is the tab order.
-#include "userdata/panel_pictures.h"
 #include "userdata/user_data_window.h"
 
 namespace tarnvale {
@@ -41,24 +40,8 @@ void LayOutTaskPanel(userdata& w) {
   });
 }
 
-// Drawn once, and shared by panels of a kind.
-struct PicturePair {
-  explicit PicturePair(PanelPicture which)
-      : at_1x(DrawPanelPicture(which, 1)), at_2x(DrawPanelPicture(which, 2)) {}
-  Raster at_1x;
-  Raster at_2x;
-};
-
-const PicturePair& PictureOf(PanelPicture which) {
-  static const PicturePair browser(PanelPicture::kBrowser);
-  static const PicturePair mail(PanelPicture::kMail);
-  static const PicturePair system(PanelPicture::kSystem);
-  if (which == PanelPicture::kSystem) return system;
-  return which == PanelPicture::kMail ? mail : browser;
-}
-
 struct PanelParts {
-  PanelPicture picture;
+  const char* picture;
   GroupBox& frame;
   userdata::PanelTexts& texts;
   TextBox& location;
@@ -75,8 +58,7 @@ struct PanelCaptions {
 
 void LayOutPanel(userdata& w, const PanelParts& parts, const PanelCaptions& captions) {
   parts.frame.Caption = captions.heading;
-  parts.texts.Picture.Picture = PictureOf(parts.picture).at_1x;
-  parts.texts.Picture.PictureAt2x = PictureOf(parts.picture).at_2x;
+  parts.texts.Picture.Picture = parts.picture;
   parts.texts.WhatItDoes.Caption = "What It Does";
   parts.texts.Description.Caption = captions.description;
   parts.texts.Description.Wrap = true;
@@ -88,7 +70,7 @@ void LayOutPanel(userdata& w, const PanelParts& parts, const PanelCaptions& capt
   Control* frame = &parts.frame;
   w.Place({
       {frame, nullptr, kPanel},
-      {&parts.texts.Picture, frame, {16, 32, kPanelPictureSize, kPanelPictureSize}},
+      {&parts.texts.Picture, frame, {16, 32, 48, 48}},
       {&parts.texts.WhatItDoes, frame, {80, 30, 384, 18}},
       {&parts.texts.Description, frame, {80, 52, 384, 112}},
       {&parts.texts.BackupLocation, frame, {16, 176, 448, 18}},
@@ -103,9 +85,7 @@ void LayOutPanel(userdata& w, const PanelParts& parts, const PanelCaptions& capt
 
 void LayOutBrowsers(userdata& w) {
   LayOutPanel(
-      w,
-      {PanelPicture::kBrowser, w.GroupBox1, w.FirefoxTexts, w.Text2, w.chameleonButton1,
-       &w.chameleonButton2},
+      w, {"browser", w.GroupBox1, w.FirefoxTexts, w.Text2, w.chameleonButton1, &w.chameleonButton2},
       {"Mozilla Firefox",
        "This feature will automatically backup your Mozilla Firefox. This will backup up your "
        "general settings, cache, cookies, history, download list, extensions, bookmarks and "
@@ -113,39 +93,34 @@ void LayOutBrowsers(userdata& w) {
        "Backup My Firefox Profiles", "Restore My Firefox Profiles"});
   LayOutPanel(
       w,
-      {PanelPicture::kBrowser, w.GroupBox3, w.ExplorerTexts, w.Text6, w.chameleonButton5,
-       &w.chameleonButton6},
+      {"browser", w.GroupBox3, w.ExplorerTexts, w.Text6, w.chameleonButton5, &w.chameleonButton6},
       {"Microsoft Internet Explorer",
        "This feature will backup your Microsoft Internet Explorer. These Include: Cookies, Temp "
        "Files, History, Favorites and Phishing Filter Settings. You can later restore them by "
        "clicking the restore button. Supported Versions are: IE 5.0, 6.0 and 7.0",
        "Backup My Internet Explorer", "Restore My Internet Explorer"});
-  LayOutPanel(w,
-              {PanelPicture::kBrowser, w.GroupBox7, w.OperaTexts, w.Text19, w.chameleonButton12,
-               &w.chameleonButton13},
-              {"Opera Browser",
-               "This feature will automatically backup your Opera Browser. This will backup your "
-               "general settings, cache, cookies, history, extensions, bookmarks, mail and "
-               "certificates. You can later restore them by clicking on the restore button.",
-               "Backup My Opera Profiles", "Restore My Opera Profiles"});
+  LayOutPanel(
+      w,
+      {"browser", w.GroupBox7, w.OperaTexts, w.Text19, w.chameleonButton12, &w.chameleonButton13},
+      {"Opera Browser",
+       "This feature will automatically backup your Opera Browser. This will backup your "
+       "general settings, cache, cookies, history, extensions, bookmarks, mail and "
+       "certificates. You can later restore them by clicking on the restore button.",
+       "Backup My Opera Profiles", "Restore My Opera Profiles"});
   // Chosen: nobody can type into a field that nothing reads.
   w.Text19.ReadOnly = true;
 }
 
 void LayOutMail(userdata& w) {
   LayOutPanel(
-      w,
-      {PanelPicture::kMail, w.GroupBox4, w.OutlookTexts, w.Text8, w.chameleonButton7,
-       &w.chameleonButton8},
+      w, {"mail", w.GroupBox4, w.OutlookTexts, w.Text8, w.chameleonButton7, &w.chameleonButton8},
       {"Microsoft Outlook",
        "This feature will automatically backup all your Microsoft Outlook Messages in a Personal "
        "Folder Format (.pst). You can later restore them by clicking the restore button. "
        "Supported Versions are: Microsoft Outlook 2000 and Above.",
        "Backup My Microsoft Outlook Messages", "Restore My Microsoft Outlook Messages"});
   LayOutPanel(
-      w,
-      {PanelPicture::kMail, w.GroupBox5, w.ExpressTexts, w.Text9, w.chameleonButton9,
-       &w.chameleonButton10},
+      w, {"mail", w.GroupBox5, w.ExpressTexts, w.Text9, w.chameleonButton9, &w.chameleonButton10},
       {"Microsoft Outlook Express",
        "This feature will automatically backup your Microsoft Outlook Express. It will backup "
        "Emails Messages, Identities, Accounts and Settings. You can later restore them by "
@@ -153,8 +128,7 @@ void LayOutMail(userdata& w) {
        "Backup My Outlook Express", "Restore My Outlook Express"});
   LayOutPanel(
       w,
-      {PanelPicture::kMail, w.GroupBox2, w.ThunderbirdTexts, w.Text4, w.chameleonButton4,
-       &w.chameleonButton3},
+      {"mail", w.GroupBox2, w.ThunderbirdTexts, w.Text4, w.chameleonButton4, &w.chameleonButton3},
       {"Mozilla Thunderbird",
        "This feature will automatically backup your Mozilla Thunderbird. This will backup your "
        "general settings, email messages, address book, saved passwords and certificates. You "
@@ -164,8 +138,7 @@ void LayOutMail(userdata& w) {
 
 void LayOutSystem(userdata& w) {
   LayOutPanel(
-      w,
-      {PanelPicture::kSystem, w.GroupBox6, w.SystemTexts, w.Text14, w.chameleonButton11, nullptr},
+      w, {"system", w.GroupBox6, w.SystemTexts, w.Text14, w.chameleonButton11, nullptr},
       {"Windows XP Vital Files",
        "This feature will automatically backup your Microsoft Windows XP Files. These "
        "include: Explorer.exe, boot.ini, config.sys, autoexec.bat, System.ini, Regedit.exe, "

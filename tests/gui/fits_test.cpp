@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "hosts/qt/qt_look.h"
+#include "hosts/qt/qt_pictures.h"
 #include "hosts/qt/qt_text.h"
 #include "kit/caption_text.h"
 #include "kit/chameleon_button.h"
@@ -147,6 +148,24 @@ TEST_F(GuiFits, NothingLiesOverAnythingElse) {
   LoadEveryWindow(p);
   ExpectNothingOverlaps(p.form, "main window");
   for (Window* window : OtherWindows(p)) ExpectNothingOverlaps(*window, NameOf(*window));
+}
+
+TEST_F(GuiFits, EveryPictureIsThereAndFillsItsBox) {
+  Program& p = StartAndBringUp();
+  LoadEveryWindow(p);
+  std::vector<Window*> windows = OtherWindows(p);
+  windows.push_back(&p.Splash);
+  int pictures = 0;
+  for (Window* window : windows) {
+    for (const Placement& placement : window->Placements()) {
+      const auto* box = dynamic_cast<PictureBox*>(placement.control);
+      if (box == nullptr || box->Picture.Get().empty()) continue;
+      const QSize place(placement.place.width_px, placement.place.height_px);
+      EXPECT_EQ(PictureNamed(box->Picture).actualSize(place), place) << box->Picture.Get();
+      ++pictures;
+    }
+  }
+  EXPECT_EQ(pictures, 11);
 }
 
 }  // namespace

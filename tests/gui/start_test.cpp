@@ -1,7 +1,12 @@
 // The start of the program as a person sees it.
 #include <QTest>
 
+#include <algorithm>
+#include <cmath>
+
+#include "hosts/qt/qt_pictures.h"
 #include "tests/gui/gui_fixture.h"
+#include "ui/palette.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -96,6 +101,33 @@ TEST_F(GuiStart, ClosingTheAgreementAsksAsDecliningDoes) {
   EXPECT_EQ(box_text, "Selecting Decline Will Close Tarnvale. Continue ?");
   EXPECT_TRUE(p.Agreement.IsLoaded());
   EXPECT_TRUE(WaitUntilShown(p.Agreement.Get()));
+}
+
+double LuminanceOf(QRgb color) {
+  const auto linear = [](int channel) {
+    const double value = channel / 255.0;
+    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(qRed(color)) + 0.7152 * linear(qGreen(color)) +
+         0.0722 * linear(qBlue(color));
+}
+
+TEST_F(GuiStart, TheProgramsNameCanBeReadOnEveryPixelOfTheSplashBelowIt) {
+  Program& p = Start();
+  const auto& placements = p.Splash.Placements();
+  const auto label = std::find_if(
+      placements.begin(), placements.end(),
+      [&](const Placement& placement) { return placement.control == &p.Splash.NameLabel; });
+  ASSERT_NE(label, placements.end());
+  const QSize size(p.Splash.ClientSize.width_px, p.Splash.ClientSize.height_px);
+  const QImage picture = PictureNamed(p.Splash.Scenery.Picture).pixmap(size).toImage();
+  ASSERT_EQ(picture.size(), size);
+  const double name = LuminanceOf(palette::kHeading);
+  for (int y = label->place.top_px; y < label->place.BottomPx(); ++y) {
+    for (int x = label->place.left_px; x < label->place.RightPx(); ++x) {
+      ASSERT_GE((LuminanceOf(picture.pixel(x, y)) + 0.05) / (name + 0.05), 4.5) << x << "," << y;
+    }
+  }
 }
 
 }  // namespace

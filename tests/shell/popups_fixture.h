@@ -23,12 +23,6 @@ class PopupsFixture : public EngineFixture {
     engine.stages.ConnectionStatus = [this] { return connection; };
   }
 
-  static Raster PaintEmblem(int size_px) {
-    Raster emblem{size_px, size_px, {}};
-    emblem.pixels.assign(static_cast<std::size_t>(size_px * size_px), 0xFF0000FFU);
-    return emblem;
-  }
-
   static int HeightTwips(const Window& window) {
     return window.ClientSize.height_px * kTwipsPerPixel;
   }
@@ -43,7 +37,7 @@ class PopupsFixture : public EngineFixture {
 
   int compression = 0;
   std::string connection;
-  Popups popups{engine, PaintEmblem};
+  Popups popups{engine};
 };
 
 }  // namespace tarnvale::testing

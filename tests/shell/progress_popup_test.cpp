@@ -313,7 +313,7 @@ TEST_F(FollowStagesTest, ASecondRunSeesTheOldHundredAtOnce) {
 TEST(ProgressInARunTest, FollowsAWholeRun) {
   FakeMachine machine;
   Engine engine(machine.Interfaces());
-  Popups popups(engine, [](int) { return Raster(); });
+  Popups popups(engine);
   popups.ConnectStages();
   engine.settings.SaveLog = false;
   engine.run.EngineFree = "1";

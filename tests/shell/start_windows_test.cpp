@@ -2,16 +2,12 @@
 // program puts them together.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "shell/accept.h"
-#include "shell/program_icon.h"
 #include "shell/splash.h"
-#include "shell/splash_picture.h"
 #include "tests/shell/form1_fixture.h"
 #include "ui/window_slot.h"
 
@@ -371,54 +367,6 @@ TEST_F(AgreementTest, TheCloseBoxAsksAsDeclineDoes) {
   EXPECT_EQ(declines, 1);
   machine.Advance(100ms);
   EXPECT_FALSE(form.Enabled) << "nothing was accepted";
-}
-
-// The picture.
-
-TEST(SplashPictureTest, FillsTheWindowAtEveryScale) {
-  for (const int scale : {1, 2}) {
-    const Raster picture = DrawSplashPicture(scale);
-    EXPECT_EQ(picture.width, kSplashSize.width_px * scale);
-    EXPECT_EQ(picture.height, kSplashSize.height_px * scale);
-    EXPECT_TRUE(std::ranges::all_of(picture.pixels,
-                                    [](std::uint32_t pixel) { return pixel >> 24U == 255U; }));
-  }
-}
-
-TEST(SplashPictureTest, ShowsTheProgramsIconInThePixelsOfEachScale) {
-  for (const int scale : {1, 2}) {
-    const Raster picture = DrawSplashPicture(scale);
-    const Raster icon = DrawProgramIcon(kSplashEmblemPlace.width_px * scale);
-    for (int y = 0; y < icon.height; ++y) {
-      for (int x = 0; x < icon.width; ++x) {
-        if (icon.At(x, y) >> 24U != 255U) continue;
-        ASSERT_EQ(picture.At(kSplashEmblemPlace.left_px * scale + x,
-                             kSplashEmblemPlace.top_px * scale + y),
-                  icon.At(x, y))
-            << x << "," << y;
-      }
-    }
-  }
-}
-
-double LuminanceOf(Color color) {
-  const auto linear = [](int channel) {
-    const double value = channel / 255.0;
-    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(RedOf(color)) + 0.7152 * linear(GreenOf(color)) +
-         0.0722 * linear(BlueOf(color));
-}
-
-TEST(SplashPictureTest, TheNameCanBeReadOnEveryPixelBelowIt) {
-  const Raster picture = DrawSplashPicture(1);
-  const double name = LuminanceOf(MakeColor(0x16, 0x38, 0x7C));
-  for (int y = kSplashNamePlace.top_px; y < kSplashNamePlace.BottomPx(); ++y) {
-    for (int x = kSplashNamePlace.left_px; x < kSplashNamePlace.RightPx(); ++x) {
-      const double ground = LuminanceOf(picture.At(x, y) & 0xFFFFFFU);
-      ASSERT_GE((ground + 0.05) / (name + 0.05), 4.5) << x << "," << y;
-    }
-  }
 }
 
 }  // namespace

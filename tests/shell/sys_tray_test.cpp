@@ -12,7 +12,7 @@ using ::testing::ElementsAre;
 class SysTrayTest : public ::testing::Test {
  protected:
   SysTrayTest() {
-    window.Icon = {Raster{}};
+    window.Icon = "AAA";
     tray.LButtonDblClk.Listen([this] { events.emplace_back("LButtonDblClk"); });
     tray.LButtonDown.Listen([this] { events.emplace_back("LButtonDown"); });
     tray.LButtonUp.Listen([this] { events.emplace_back("LButtonUp"); });
@@ -129,10 +129,10 @@ TEST_F(SysTrayTest, RemovingAnIconThatIsNotThereHasNoEffect) {
 TEST_F(SysTrayTest, ChangingTheIconSendsItWithTheModifyCommand) {
   tray.IconInSysTray();
   EXPECT_EQ(tray.Icon(), 0);
-  tray.ChangeIcon({Raster{}, Raster{}});
+  tray.ChangeIcon("BBB");
   EXPECT_NE(tray.Icon(), 0);
   EXPECT_EQ(machine.tray.Log().back().command, TrayCommand::kModify);
-  EXPECT_EQ(machine.tray.Log().back().record.icon.size(), 2U);
+  EXPECT_EQ(machine.tray.Log().back().record.icon, "BBB");
 }
 
 TEST_F(SysTrayTest, WithoutAnAreaTheWindowStaysOnTheTaskBarUntilOneComes) {

@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
   }
   for (const auto& sheet :
        {tarnvale::ButtonColorSheet(), tarnvale::ButtonPictureSheet(), tarnvale::ProgressSheet(),
-        tarnvale::GroupSheet(), tarnvale::CheckBoxSheet(), tarnvale::IconSheet()}) {
+        tarnvale::GroupSheet(), tarnvale::CheckBoxSheet()}) {
     written = Write(folder, sheet) && written;
   }
   return written ? 0 : 1;

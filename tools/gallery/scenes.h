@@ -24,7 +24,5 @@ GallerySheet ButtonPictureSheet();
 GallerySheet ProgressSheet();
 GallerySheet GroupSheet();
 GallerySheet CheckBoxSheet();
-/// The icon in all sizes, on a window, on the task panel and on a dark bar.
-GallerySheet IconSheet();
 
 }  // namespace tarnvale

@@ -60,21 +60,21 @@ QFont FontOf(TextRole role) {
 }
 
 QColor ColorOf(TextRole role, bool enabled) {
-  if (!enabled) return look::kTextOff;
+  if (!enabled) return palette::kTextOff;
   switch (role) {
     case TextRole::kTitle:
     case TextRole::kHeading:
-      return look::kHeading;
+      return palette::kHeading;
     case TextRole::kNote:
-      return look::kNote;
+      return palette::kNote;
     case TextRole::kLink:
-      return look::kLink;
+      return palette::kLink;
     case TextRole::kBody:
     case TextRole::kStrong:
     case TextRole::kValue:
       break;
   }
-  return look::kText;
+  return palette::kText;
 }
 
 }  // namespace tarnvale

@@ -4,6 +4,8 @@
 #include <QLayout>
 #include <QMessageBox>
 
+#include <string>
+
 #include "hosts/qt/qt_pictures.h"
 #include "hosts/qt/qt_text.h"
 
@@ -48,6 +50,22 @@ BoxAnswer AnswerOf(QMessageBox::StandardButton button) {
   }
 }
 
+std::string NameOf(BoxIcon icon) {
+  switch (icon) {
+    case BoxIcon::kNone:
+      break;
+    case BoxIcon::kInformation:
+      return "information";
+    case BoxIcon::kQuestion:
+      return "question";
+    case BoxIcon::kExclamation:
+      return "exclamation";
+    case BoxIcon::kStop:
+      return "stop";
+  }
+  return {};
+}
+
 /// The plain arrow while a box asks, whatever the pointer was.
 class PlainPointer {
  public:
@@ -70,9 +88,8 @@ BoxAnswer QtMessageBoxes::Show(const BoxRequest& request) {
   box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                      Qt::WindowCloseButtonHint);
   box.layout()->setContentsMargins(18, 16, 18, 14);
-  if (request.icon != BoxIcon::kNone) {
-    box.setIconPixmap(BoxPicture(request.icon, box.devicePixelRatioF()));
-  }
+  const QIcon picture = PictureNamed(NameOf(request.icon));
+  box.setIconPixmap(picture.pixmap(QSize(32, 32), box.devicePixelRatioF()));
   const PlainPointer pointer;
   box.exec();
   QAbstractButton* clicked = box.clickedButton();

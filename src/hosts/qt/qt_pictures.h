@@ -1,19 +1,13 @@
-// The little pictures that the host's own parts of a window need.
+// The pictures of assets/, which the build renders and puts into the program.
 #pragma once
 
 #include <QIcon>
-#include <QPixmap>
 
-#include "ui/message_boxes.h"
+#include <string>
 
 namespace tarnvale {
 
-/// The picture beside a message's text, 32 logical pixels wide; empty for kNone.
-QPixmap BoxPicture(BoxIcon icon, qreal pixel_ratio);
-
-/// In lists and trees, 16 logical pixels wide.
-QIcon FileIcon();
-QIcon FolderIcon();
-QIcon ComputerIcon();
+/// A picture in all the sizes that it is rendered in; empty for an empty name.
+QIcon PictureNamed(const std::string& name);
 
 }  // namespace tarnvale

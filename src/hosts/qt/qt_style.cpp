@@ -46,15 +46,15 @@ void Frame(QPainter& painter, const QRect& rect, QRgb color) {
 }
 
 QRgb FieldFrame(const QStyleOption& option) {
-  if (!Has(option, QStyle::State_Enabled)) return look::kFieldFrameOff;
-  return Has(option, QStyle::State_HasFocus) ? look::kSelection : look::kFieldFrame;
+  if (!Has(option, QStyle::State_Enabled)) return palette::kFieldFrameOff;
+  return Has(option, QStyle::State_HasFocus) ? palette::kSelection : palette::kFieldFrame;
 }
 
 QRgb KnobColor(const QStyleOption& option, bool is_active) {
-  if (!Has(option, QStyle::State_Enabled)) return look::kGroove;
-  if (is_active && Has(option, QStyle::State_Sunken)) return look::kKnobDown;
-  if (is_active && Has(option, QStyle::State_MouseOver)) return look::kKnobOver;
-  return look::kKnob;
+  if (!Has(option, QStyle::State_Enabled)) return palette::kGroove;
+  if (is_active && Has(option, QStyle::State_Sunken)) return palette::kKnobDown;
+  if (is_active && Has(option, QStyle::State_MouseOver)) return palette::kKnobOver;
+  return palette::kKnob;
 }
 
 /// The blue block of scroll bars and drop-down arrows.
@@ -65,7 +65,7 @@ void DrawKnob(QPainter& painter, const QRect& rect, QRgb color, bool enabled) {
   shade.setColorAt(0, QColor(color).lighter(106));
   shade.setColorAt(1, QColor(color).darker(104));
   painter.setBrush(shade);
-  painter.setPen(QPen(QColor(enabled ? look::kKnobFrame : look::kFieldFrameOff), 1));
+  painter.setPen(QPen(QColor(enabled ? palette::kKnobFrame : palette::kFieldFrameOff), 1));
   painter.drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
 }
 
@@ -86,27 +86,27 @@ void DrawArrow(QPainter& painter, const QRect& rect, Qt::ArrowType arrow, bool e
     default:
       break;
   }
-  painter.setPen(QPen(QColor(enabled ? look::kArrow : look::kFieldFrameOff), 2, Qt::SolidLine,
+  painter.setPen(QPen(QColor(enabled ? palette::kArrow : palette::kFieldFrameOff), 2, Qt::SolidLine,
                       Qt::FlatCap, Qt::MiterJoin));
   painter.drawPolyline(QPolygonF({{-3.5, -1.75}, {0, 1.75}, {3.5, -1.75}}));
 }
 
 /// The inside of check boxes and radio buttons.
 QBrush MarkGround(const QStyleOption& option, const QRectF& rect) {
-  if (!Has(option, QStyle::State_Enabled)) return QColor(0xF6, 0xF5, 0xEE);
-  if (Has(option, QStyle::State_Sunken)) return QColor(0xD6, 0xD5, 0xCC);
+  if (!Has(option, QStyle::State_Enabled)) return QColor(palette::kMarkOff);
+  if (Has(option, QStyle::State_Sunken)) return QColor(palette::kMarkDown);
   QLinearGradient shade(rect.topLeft(), rect.bottomRight());
-  shade.setColorAt(0, QColor(0xDF, 0xDF, 0xDA));
+  shade.setColorAt(0, QColor(palette::kMarkShade));
   shade.setColorAt(1, Qt::white);
   return shade;
 }
 
 QColor MarkFrame(const QStyleOption& option) {
-  return Has(option, QStyle::State_Enabled) ? look::kMark : look::kFieldFrameOff;
+  return Has(option, QStyle::State_Enabled) ? palette::kMark : palette::kFieldFrameOff;
 }
 
 QColor TickColor(const QStyleOption& option) {
-  return Has(option, QStyle::State_Enabled) ? look::kTick : look::kFieldFrameOff;
+  return Has(option, QStyle::State_Enabled) ? palette::kTick : palette::kFieldFrameOff;
 }
 
 bool IsOver(const QStyleOption& option) {
@@ -118,7 +118,7 @@ void DrawCheckMark(const QStyleOption& option, QPainter& painter) {
   const Saved saved(painter);
   const QRect rect = option.rect;
   painter.fillRect(rect, MarkGround(option, rect));
-  if (IsOver(option)) Frame(painter, rect.adjusted(1, 1, -1, -1), 0xFFF8C46C);
+  if (IsOver(option)) Frame(painter, rect.adjusted(1, 1, -1, -1), palette::kGlow);
   Frame(painter, rect, MarkFrame(option).rgb());
   if (!Has(option, QStyle::State_On)) return;
   painter.setRenderHint(QPainter::Antialiasing);
@@ -136,7 +136,7 @@ void DrawRadioMark(const QStyleOption& option, QPainter& painter) {
   painter.drawEllipse(circle);
   if (IsOver(option)) {
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(QColor(0xF8, 0xC4, 0x6C), 1));
+    painter.setPen(QPen(QColor(palette::kGlow), 1));
     painter.drawEllipse(circle.adjusted(1, 1, -1, -1));
   }
   if (!Has(option, QStyle::State_On)) return;
@@ -152,25 +152,25 @@ void DrawBranch(const QStyleOption& option, QPainter& painter) {
   const QRect box(center.x() - 4, center.y() - 4, 9, 9);
   QLinearGradient shade(box.topLeft(), box.bottomRight());
   shade.setColorAt(0, Qt::white);
-  shade.setColorAt(1, QColor(0xD6, 0xDE, 0xE6));
+  shade.setColorAt(1, QColor(palette::kBranchShade));
   painter.fillRect(box, shade);
-  Frame(painter, box, look::kFieldFrame);
-  painter.fillRect(box.left() + 2, center.y(), 5, 1, QColor(look::kText));
+  Frame(painter, box, palette::kFieldFrame);
+  painter.fillRect(box.left() + 2, center.y(), 5, 1, QColor(palette::kText));
   if (!Has(option, QStyle::State_Open)) {
-    painter.fillRect(center.x(), box.top() + 2, 1, 5, QColor(look::kText));
+    painter.fillRect(center.x(), box.top() + 2, 1, 5, QColor(palette::kText));
   }
 }
 
 void DrawFocus(const QStyleOption& option, QPainter& painter) {
   const Saved saved(painter);
-  QPen pen(QColor(0x60, 0x60, 0x60), 1);
+  QPen pen(QColor(palette::kFocus), 1);
   pen.setDashPattern({1, 1});
   painter.setPen(pen);
   painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
 }
 
 void DrawField(const QStyleOption& option, QPainter& painter) {
-  const QRgb ground = Has(option, QStyle::State_Enabled) ? look::kField : look::kGround;
+  const QRgb ground = Has(option, QStyle::State_Enabled) ? palette::kField : palette::kGround;
   painter.fillRect(option.rect.adjusted(1, 1, -1, -1), QColor(ground));
   Frame(painter, option.rect, FieldFrame(option));
 }
@@ -181,17 +181,17 @@ void DrawButton(const QStyleOption& option, QPainter& painter) {
   const QRect rect = option.rect;
   const bool is_down = Has(option, QStyle::State_Sunken);
   QLinearGradient shade(rect.topLeft(), rect.bottomLeft());
-  shade.setColorAt(is_down ? 1 : 0, QColor(0xFF, 0xFF, 0xFC));
-  shade.setColorAt(is_down ? 0 : 1, QColor(0xE6, 0xE4, 0xD6));
+  shade.setColorAt(is_down ? 1 : 0, QColor(palette::kButtonTop));
+  shade.setColorAt(is_down ? 0 : 1, QColor(palette::kButtonBottom));
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setBrush(shade);
-  painter.setPen(QPen(QColor(look::kButtonFrame), 1));
+  painter.setPen(QPen(QColor(palette::kButtonFrame), 1));
   const QRectF outline = QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5);
   painter.drawRoundedRect(outline, 2.5, 2.5);
   const bool is_marked = IsOver(option) || Has(option, QStyle::State_HasFocus);
   if (is_down || !is_marked) return;
   painter.setBrush(Qt::NoBrush);
-  painter.setPen(QPen(QColor(IsOver(option) ? 0xFFF8B330 : 0xFF9DBCEB), 2));
+  painter.setPen(QPen(QColor(IsOver(option) ? palette::kButtonGlow : palette::kButtonFocus), 2));
   painter.drawRoundedRect(outline.adjusted(1.5, 1.5, -1.5, -1.5), 1.5, 1.5);
 }
 
@@ -199,17 +199,17 @@ void DrawMenuTitle(const QStyleOption& option, QPainter& painter) {
   const auto* title = qstyleoption_cast<const QStyleOptionMenuItem*>(&option);
   if (title == nullptr) return;
   const bool is_open = Has(option, QStyle::State_Selected);
-  painter.fillRect(option.rect, QColor(is_open ? look::kSelection : look::kGround));
+  painter.fillRect(option.rect, QColor(is_open ? palette::kSelection : palette::kGround));
   const Saved saved(painter);
-  const QRgb usual = Has(option, QStyle::State_Enabled) ? look::kText : look::kTextOff;
-  painter.setPen(QColor(is_open ? look::kField : usual));
+  const QRgb usual = Has(option, QStyle::State_Enabled) ? palette::kText : palette::kTextOff;
+  painter.setPen(QColor(is_open ? palette::kField : usual));
   painter.drawText(option.rect, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine,
                    title->text);
 }
 
 void DrawTip(const QStyleOption& option, QPainter& painter) {
-  painter.fillRect(option.rect, QColor(look::kTip));
-  Frame(painter, option.rect, 0xFF6B6B5A);
+  painter.fillRect(option.rect, QColor(palette::kTip));
+  Frame(painter, option.rect, palette::kTipFrame);
 }
 
 QPalette ProgramPalette() {
@@ -217,34 +217,34 @@ QPalette ProgramPalette() {
   const auto set = [&palette](QPalette::ColorRole role, QRgb color) {
     palette.setColor(role, QColor(color));
   };
-  set(QPalette::Window, look::kGround);
-  set(QPalette::Button, look::kGround);
-  set(QPalette::Base, look::kField);
-  set(QPalette::AlternateBase, 0xFFF4F6FA);
-  set(QPalette::WindowText, look::kText);
-  set(QPalette::ButtonText, look::kText);
-  set(QPalette::Text, look::kText);
-  set(QPalette::BrightText, look::kField);
-  set(QPalette::PlaceholderText, look::kText);
-  set(QPalette::Highlight, look::kSelection);
-  set(QPalette::HighlightedText, look::kField);
-  set(QPalette::Link, look::kLink);
-  set(QPalette::ToolTipBase, look::kTip);
-  set(QPalette::ToolTipText, look::kText);
-  set(QPalette::Light, 0xFFFFFFFF);
-  set(QPalette::Midlight, 0xFFF5F4EC);
-  set(QPalette::Mid, 0xFFC5C2B2);
-  set(QPalette::Dark, 0xFFACA899);
-  set(QPalette::Shadow, 0xFF716F64);
-  palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(look::kSelectionIdle));
-  palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(look::kText));
+  set(QPalette::Window, palette::kGround);
+  set(QPalette::Button, palette::kGround);
+  set(QPalette::Base, palette::kField);
+  set(QPalette::AlternateBase, palette::kSecondRow);
+  set(QPalette::WindowText, palette::kText);
+  set(QPalette::ButtonText, palette::kText);
+  set(QPalette::Text, palette::kText);
+  set(QPalette::BrightText, palette::kField);
+  set(QPalette::PlaceholderText, palette::kText);
+  set(QPalette::Highlight, palette::kSelection);
+  set(QPalette::HighlightedText, palette::kField);
+  set(QPalette::Link, palette::kLink);
+  set(QPalette::ToolTipBase, palette::kTip);
+  set(QPalette::ToolTipText, palette::kText);
+  set(QPalette::Light, palette::kEdgeBright);
+  set(QPalette::Midlight, palette::kEdgeLight);
+  set(QPalette::Mid, palette::kEdgeMiddle);
+  set(QPalette::Dark, palette::kEdgeDark);
+  set(QPalette::Shadow, palette::kEdgeShadow);
+  palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(palette::kSelectionIdle));
+  palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(palette::kText));
   for (const QPalette::ColorRole role :
        {QPalette::WindowText, QPalette::ButtonText, QPalette::Text, QPalette::PlaceholderText}) {
-    palette.setColor(QPalette::Disabled, role, QColor(look::kTextOff));
+    palette.setColor(QPalette::Disabled, role, QColor(palette::kTextOff));
   }
-  palette.setColor(QPalette::Disabled, QPalette::Base, QColor(look::kGround));
-  palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(look::kSelectionIdle));
-  palette.setColor(QPalette::Disabled, QPalette::HighlightedText, QColor(look::kTextOff));
+  palette.setColor(QPalette::Disabled, QPalette::Base, QColor(palette::kGround));
+  palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(palette::kSelectionIdle));
+  palette.setColor(QPalette::Disabled, QPalette::HighlightedText, QColor(palette::kTextOff));
   return palette;
 }
 
@@ -262,9 +262,9 @@ void DrawGrip(QPainter& painter, const QRect& knob, Qt::Orientation orientation)
   if ((orientation == Qt::Vertical ? knob.height() : knob.width()) < 20) return;
   for (const int step : {-3, -1, 1, 3}) {
     if (orientation == Qt::Vertical) {
-      painter.fillRect(center.x() - 3, center.y() + step, 7, 1, QColor(look::kKnobFrame));
+      painter.fillRect(center.x() - 3, center.y() + step, 7, 1, QColor(palette::kKnobFrame));
     } else {
-      painter.fillRect(center.x() + step, center.y() - 3, 1, 7, QColor(look::kKnobFrame));
+      painter.fillRect(center.x() + step, center.y() - 3, 1, 7, QColor(palette::kKnobFrame));
     }
   }
 }
@@ -330,7 +330,7 @@ void QtStyle::drawControl(ControlElement element, const QStyleOption* option, QP
       DrawMenuTitle(*option, *painter);
       return;
     case CE_MenuBarEmptyArea:
-      painter->fillRect(option->rect, QColor(look::kGround));
+      painter->fillRect(option->rect, QColor(palette::kGround));
       return;
     default:
       QProxyStyle::drawControl(element, option, painter, widget);
@@ -371,12 +371,12 @@ void QtStyle::DrawComboBox(const QStyleOptionComboBox& option, QPainter& painter
 
 void QtStyle::DrawScrollBar(const QStyleOptionSlider& option, QPainter& painter,
                             const QWidget* widget) const {
-  painter.fillRect(option.rect, QColor(look::kGroove));
+  painter.fillRect(option.rect, QColor(palette::kGroove));
   const bool enabled = Has(option, State_Enabled) && option.minimum < option.maximum;
   const auto knob = [&](SubControl sub) {
     const QRect rect = subControlRect(CC_ScrollBar, &option, sub, widget).adjusted(1, 1, -1, -1);
     const bool is_active = option.activeSubControls.testFlag(sub);
-    DrawKnob(painter, rect, enabled ? KnobColor(option, is_active) : look::kGroove, enabled);
+    DrawKnob(painter, rect, enabled ? KnobColor(option, is_active) : palette::kGroove, enabled);
     return rect;
   };
   DrawArrow(painter, knob(SC_ScrollBarSubLine), BackArrow(option), enabled);

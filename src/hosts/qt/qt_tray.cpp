@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <string>
 
-#include "hosts/qt/peers/picture_box_peer.h"
 #include "hosts/qt/qt_menus.h"
+#include "hosts/qt/qt_pictures.h"
 #include "hosts/qt/qt_text.h"
 #include "ui/controls.h"
 
@@ -73,9 +73,7 @@ void QtTray::ExportMenu(MenuItem* menu) {
 }
 
 void QtTray::ShowRecord(const TrayRecord& record) {
-  QIcon picture;
-  for (const Raster& size : record.icon) picture.addPixmap(ToPixmap(size, 1));
-  icon_->setIcon(picture);
+  icon_->setIcon(PictureNamed(record.icon));
   const auto end = std::find(record.tip.begin(), record.tip.end(), '\0');
   icon_->setToolTip(ToShown(std::string(record.tip.begin(), end)));
 }

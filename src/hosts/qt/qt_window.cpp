@@ -13,6 +13,7 @@
 #include "hosts/qt/peers/picture_box_peer.h"
 #include "hosts/qt/qt_look.h"
 #include "hosts/qt/qt_menus.h"
+#include "hosts/qt/qt_pictures.h"
 #include "hosts/qt/qt_text.h"
 
 namespace tarnvale {
@@ -252,8 +253,7 @@ void QtWindow::BringForward() {
 }
 
 void QtWindow::ApplyIcon() {
-  QIcon icon;
-  for (const Raster& size : record_.Icon.Get()) icon.addPixmap(ToPixmap(size, 1));
+  const QIcon icon = PictureNamed(record_.Icon);
   setWindowIcon(icon);
   // Boxes and dialogs have none of their own.
   if (QApplication::windowIcon().isNull()) QApplication::setWindowIcon(icon);
@@ -337,7 +337,7 @@ void QtWindow::ShowFocus() {
 void QtWindow::paintEvent(QPaintEvent*) {
   if (record_.Frame != WindowFrame::kPlain && record_.Frame != WindowFrame::kPopup) return;
   QPainter painter(this);
-  painter.setPen(QColor(look::kPanelEdge));
+  painter.setPen(QColor(palette::kPanelEdge));
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 

@@ -12,7 +12,7 @@ FilesModel::FilesModel(const FileList& files, const bool& ending)
     : files_(files),
       ending_(ending),
       count_(static_cast<int>(files.Rows().size())),
-      icon_(FileIcon()) {}
+      icon_(PictureNamed("file")) {}
 
 int FilesModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : count_;

@@ -46,8 +46,8 @@ struct FolderTreeModel::Node {
 FolderTreeModel::FolderTreeModel(FileSystem& files)
     : files_(files),
       root_(std::make_unique<Node>()),
-      folder_icon_(FolderIcon()),
-      computer_icon_(ComputerIcon()) {
+      folder_icon_(PictureNamed("folder")),
+      computer_icon_(PictureNamed("computer")) {
   root_->is_read = true;
   root_->children.push_back(std::make_unique<Node>());
   root_->children[0]->parent = root_.get();

@@ -80,7 +80,7 @@ int LabelWidget::Alignment() const {
 void LabelWidget::PaintPanelHeading(QPainter& painter) const {
   QLinearGradient bar(0, 0, width(), 0);
   bar.setColorAt(0, Qt::white);
-  bar.setColorAt(1, QColor(look::kPanelBar));
+  bar.setColorAt(1, QColor(palette::kPanelBar));
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(bar);
@@ -92,7 +92,7 @@ void LabelWidget::PaintPanelHeading(QPainter& painter) const {
 void LabelWidget::PaintFocus(QPainter& painter, const QString& shown) const {
   QRect ring = fontMetrics().boundingRect(TextArea(), Alignment(), shown);
   ring = ring.adjusted(-2, 0, 1, 0).intersected(rect().adjusted(0, 0, -1, -1));
-  painter.setPen(QPen(QColor(look::kLink), 1, Qt::DotLine));
+  painter.setPen(QPen(QColor(palette::kLink), 1, Qt::DotLine));
   painter.drawRect(ring);
 }
 
@@ -103,7 +103,8 @@ void LabelWidget::paintEvent(QPaintEvent*) {
   QFont shown_font = font();
   shown_font.setUnderline(is_over);
   painter.setFont(shown_font);
-  painter.setPen(is_over ? QColor(look::kLinkOver) : ColorOf(peer_.TheLabel().Role, isEnabled()));
+  painter.setPen(is_over ? QColor(palette::kLinkOver)
+                         : ColorOf(peer_.TheLabel().Role, isEnabled()));
   const QString shown = Shown();
   painter.drawText(TextArea(), Alignment(), shown);
   if (IsLink() && hasFocus()) PaintFocus(painter, shown);

@@ -3,6 +3,7 @@
 #include <QFocusEvent>
 
 #include "hosts/qt/peers/picture_box_peer.h"
+#include "hosts/qt/qt_pixels.h"
 #include "hosts/qt/qt_text.h"
 #include "ui/owner_drawn.h"
 #include "ui/window.h"
@@ -111,6 +112,7 @@ void Peer::UpdateName() {
 }
 
 void Peer::UpdatePointer() {
+  const Raster& picture = record_.PointerPicture;
   switch (record_.Pointer.Get()) {
     case PointerShape::kDefault:
       widget_->unsetCursor();
@@ -122,7 +124,8 @@ void Peer::UpdatePointer() {
       widget_->setCursor(Qt::PointingHandCursor);
       break;
     case PointerShape::kPicture:
-      widget_->setCursor(QCursor(ToPixmap(record_.PointerPicture, 1)));
+      widget_->setCursor(QCursor(
+          QPixmap::fromImage(ViewOf(picture.pixels.data(), picture.width, picture.height))));
       break;
   }
 }

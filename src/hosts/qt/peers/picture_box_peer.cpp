@@ -5,39 +5,29 @@
 
 #include "hosts/qt/peers/accessible.h"
 #include "hosts/qt/qt_look.h"
-#include "hosts/qt/qt_pixels.h"
+#include "hosts/qt/qt_pictures.h"
 
 namespace tarnvale {
-
-QPixmap ToPixmap(const Raster& picture, qreal pixel_ratio) {
-  if (picture.Empty()) return {};
-  const QImage view = ViewOf(picture.pixels.data(), picture.width, picture.height);
-  QPixmap pixmap = QPixmap::fromImage(view);
-  pixmap.setDevicePixelRatio(pixel_ratio);
-  return pixmap;
-}
 
 class PictureWidget final : public QWidget, public AccessibleSource {
  public:
   PictureWidget(PictureBoxPeer& peer, QWidget& parent) : QWidget(&parent), peer_(peer) {}
 
   void TakePicture() {
-    at_1x_ = ToPixmap(peer_.ThePicture().Picture, 1);
-    at_2x_ = ToPixmap(peer_.ThePicture().PictureAt2x, 2);
+    picture_ = PictureNamed(peer_.ThePicture().Picture);
     update();
   }
   PictureBox::Ground Ground() const { return peer_.ThePicture().Background; }
 
   QAccessible::Role AccessibleRole() const override {
-    return at_1x_.isNull() && at_2x_.isNull() ? QAccessible::Grouping : QAccessible::Graphic;
+    return picture_.isNull() ? QAccessible::Grouping : QAccessible::Graphic;
   }
 
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     PaintGround(painter);
-    const bool fine = at_1x_.isNull() || (devicePixelRatioF() > 1.25 && !at_2x_.isNull());
-    painter.drawPixmap(0, 0, fine ? at_2x_ : at_1x_);
+    picture_.paint(&painter, rect());
   }
   void mousePressEvent(QMouseEvent* event) override {
     is_pressed_ = event->button() == Qt::LeftButton;
@@ -52,8 +42,7 @@ class PictureWidget final : public QWidget, public AccessibleSource {
   void PaintGround(QPainter& painter) const;
 
   PictureBoxPeer& peer_;
-  QPixmap at_1x_;
-  QPixmap at_2x_;
+  QIcon picture_;
   bool is_pressed_ = false;
 };
 
@@ -63,15 +52,15 @@ void PictureWidget::PaintGround(QPainter& painter) const {
       return;
     case PictureBox::Ground::kTaskPanel: {
       QLinearGradient ground(0, 0, 0, height());
-      ground.setColorAt(0, QColor(look::kPanelTop));
-      ground.setColorAt(1, QColor(look::kPanelBottom));
+      ground.setColorAt(0, QColor(palette::kPanelTop));
+      ground.setColorAt(1, QColor(palette::kPanelBottom));
       painter.fillRect(rect(), ground);
-      painter.fillRect(QRect(width() - 1, 0, 1, height()), QColor(look::kPanelEdge));
+      painter.fillRect(QRect(width() - 1, 0, 1, height()), QColor(palette::kPanelEdge));
       return;
     }
     case PictureBox::Ground::kField:
-      painter.fillRect(rect(), QColor(look::kFieldFrame));
-      painter.fillRect(rect().adjusted(1, 1, -1, -1), QColor(look::kField));
+      painter.fillRect(rect(), QColor(palette::kFieldFrame));
+      painter.fillRect(rect().adjusted(1, 1, -1, -1), QColor(palette::kField));
       return;
   }
 }
@@ -84,7 +73,7 @@ bool IsTaskPanel(const QWidget& widget) {
 PictureBoxPeer::PictureBoxPeer(PeerContext& context, PictureBox& picture, QWidget& parent)
     : Peer(context, picture), picture_(picture), widget_(new PictureWidget(*this, parent)) {
   widget_->TakePicture();
-  Follow(picture_.PictureChanged, [this] { widget_->TakePicture(); });
+  Follow(picture_.Picture.Changed, [this] { widget_->TakePicture(); });
   Adopt(widget_);
 }
 

@@ -1,15 +1,10 @@
 #pragma once
 
-#include <QPixmap>
-
 #include "hosts/qt/peers/peer.h"
 
 namespace tarnvale {
 
 class PictureWidget;
-
-/// A picture as a pixmap; empty for an empty one.
-QPixmap ToPixmap(const Raster& picture, qreal pixel_ratio);
 
 /// A task panel's ground is this widget.
 bool IsTaskPanel(const QWidget& widget);
