@@ -49,17 +49,17 @@ ExtractionNames::Place& ExtractionNames::PlaceAt(const std::string& folder, cons
   if (!added) return place;
   place.path = path;
   PassedOver pass;
-  pass.Step([&] {
-    const FolderContents there = files_.OpenFolder(path)->Contents();
-    for (const FolderEntry& file : there.files) {
-      place.real.insert(file.name);
-      place.files[*place.folded.insert(files_.FoldCase(file.name)).first].push_back(file.name);
-    }
-    for (const std::string& name : there.folders) {
-      place.real.insert(name);
-      place.folders[*place.folded.insert(files_.FoldCase(name)).first].push_back(name);
-    }
-  });
+  pass.Step([&] { place.there = Held(path).Contents(); });
+  for (const FolderEntry& file : place.there.files) {
+    place.names.push_back(file.name);
+    place.real.insert(file.name);
+    place.files[*place.folded.insert(files_.FoldCase(file.name)).first].push_back(file.name);
+  }
+  for (const std::string& name : place.there.folders) {
+    place.names.push_back(name);
+    place.real.insert(name);
+    place.folders[*place.folded.insert(files_.FoldCase(name)).first].push_back(name);
+  }
   return place;
 }
 
@@ -71,9 +71,23 @@ std::optional<std::string> ExtractionNames::NameIn(Place& place, const std::stri
   const std::string folded = files_.FoldCase(name);
   auto& variants = kind == Kind::kFile ? place.files[folded] : place.folders[folded];
   for (auto variant = variants.begin(); variant != variants.end(); ++variant) {
-    if (ArchiveHas(folder, *variant)) continue;
+    if (ArchiveHas(folder, *variant) || place.taken.contains(*variant)) continue;
     const std::string real = *variant;
     variants.erase(variant);
+    place.given[name] = real;
+    place.taken.insert(real);
+    return real;
+  }
+  if (const auto found = FoundBy(place, name)) {
+    // It stands for the name if it is of its kind and nobody else's.
+    const bool was_file = *found < place.there.files.size();
+    const bool was_folder =
+        !was_file && *found < place.there.files.size() + place.there.folders.size();
+    const std::string real(place.names[*found]);
+    if (!(kind == Kind::kFile ? was_file : was_folder) || ArchiveHas(folder, real) ||
+        !place.taken.insert(real).second) {
+      return std::nullopt;
+    }
     place.given[name] = real;
     return real;
   }
@@ -83,7 +97,7 @@ std::optional<std::string> ExtractionNames::NameIn(Place& place, const std::stri
     // Something of another case is there, and there is no place beside it.
     return std::nullopt;
   }
-  place.real.insert(name);
+  place.names.push_back(*place.real.insert(name).first);
   return name;
 }
 
@@ -91,17 +105,30 @@ void ExtractionNames::MakeNewFile() {
   if (new_file_) Make(new_file_->folder, new_file_->name, Kind::kFile);
 }
 
+HeldFolder& ExtractionNames::Held(const Path& folder) {
+  if (held_ == nullptr || held_path_ != folder) {
+    held_.reset();
+    held_ = files_.OpenFolder(folder);
+    held_path_ = folder;
+  }
+  return *held_;
+}
+
+// The place in its names of what the medium finds by another one.
+std::optional<std::size_t> ExtractionNames::FoundBy(const Place& place, const std::string& name) {
+  std::optional<std::size_t> found;
+  PassedOver pass;
+  if (!place.names.empty()) pass.Step([&] { found = Held(place.path).FoundBy(name, place.names); });
+  return found;
+}
+
 // Makes it by this very name, whatever of another case is there. False when the medium
 // has no room for it; any other failure shows when it is used.
 bool ExtractionNames::Make(const Path& folder, const std::string& name, Kind kind) {
   PassedOver pass;
   pass.Step([&] {
-    if (held_ == nullptr || held_path_ != folder) {
-      held_.reset();
-      held_ = files_.OpenFolder(folder);
-      held_path_ = folder;
-    }
-    kind == Kind::kFile ? held_->MakeFile(name) : held_->MakeFolder(name);
+    HeldFolder& held = Held(folder);
+    kind == Kind::kFile ? held.MakeFile(name) : held.MakeFolder(name);
   });
   const auto& failure = pass.StandingError();
   return !failure || failure->Number() != kFileAlreadyExists;

@@ -18,7 +18,8 @@ namespace tarnvale {
 
 /// An entry goes to the file of exactly its name. One in the other case stands for it
 /// only where neither the archive nor the target folder has the exact one, and for one
-/// entry only: no two entries are written to one file because of their case.
+/// entry only; so does one that the medium takes for it. No two entries are written to
+/// one file because their names are alike.
 class ExtractionNames {
  public:
   /// `target_folder` ends in a backslash. `read_names` reads all names of the archive;
@@ -39,8 +40,11 @@ class ExtractionNames {
  private:
   /// One folder of the archive in the target.
   struct Place {
-    Path path;                                              ///< with a backslash at its end
+    Path path;             ///< with a backslash at its end
+    FolderContents there;  ///< what it held at first
+    ListedNames names;     ///< its files, its folders, and what was made since
     std::unordered_map<std::string, std::string> given;     ///< real names by those of entries
+    std::set<std::string> taken;                            ///< values of `given`
     std::set<std::string> real;                             ///< all that is there by now
     std::set<std::string> folded;                           ///< the same, folded
     std::map<std::string, std::vector<std::string>> files;  ///< variants by folded name
@@ -53,6 +57,8 @@ class ExtractionNames {
                                     const std::string& name, Kind kind);
   bool ArchiveHas(const std::string& folder, const std::string& name);
   bool Make(const Path& folder, const std::string& name, Kind kind);
+  HeldFolder& Held(const Path& folder);
+  std::optional<std::size_t> FoundBy(const Place& place, const std::string& name);
 
   FileSystem& files_;
   Path target_;
@@ -64,7 +70,7 @@ class ExtractionNames {
     std::string name;
   };
   std::optional<NewFile> new_file_;
-  Path held_path_;  ///< of the folder where something was made last
+  Path held_path_;  ///< of the folder that was looked at last
   std::unique_ptr<HeldFolder> held_;
 };
 

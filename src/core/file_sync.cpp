@@ -49,6 +49,13 @@ bool IsIn(const LeftOutFolders& folders, HeldFolder& folder) {
                      [&](const HeldFolder* other) { return folder.Is(*other); });
 }
 
+// Whether there is one although it wasn't listed: one that came since, whose files are
+// compared by the next run, or another one, which the medium takes for it.
+bool HasFolder(HeldFolder& folder, const std::string& name) {
+  PassedOver pass;
+  return pass.Step([&] { folder.Inner(name); });
+}
+
 Path Below(const Path& folder, const std::string& name) {
   return folder.empty() ? name : WithBackslash(folder) + name;
 }
@@ -78,19 +85,24 @@ std::vector<FileSync::Row> FileSync::Compare(const FolderContents& first,
   return table;
 }
 
-NamePairs FileSync::Pair(const FolderContents& first, const FolderContents& second) {
-  return PairNames(first, second,
-                   [this](std::string_view name) { return machine_.files.FoldCase(name); });
+NamePairs FileSync::Pair(const FolderPair& pair) {
+  return PairNames(pair.in_first, pair.in_second,
+                   NameRulesOf(machine_.files, pair.first.get(), pair.second.get()));
 }
 
 std::vector<FileDifference> FileSync::CompareFolders(const Path& first, const Path& second) {
-  FolderContents in_first;
-  FolderContents in_second;
+  FolderPair pair;
   PassedOver pass;
-  pass.Step([&] { in_first = machine_.files.OpenFolder(first)->Contents(); });
-  pass.Step([&] { in_second = machine_.files.OpenFolder(second)->Contents(); });
+  pass.Step([&] {
+    pair.first = machine_.files.OpenFolder(first);
+    pair.in_first = pair.first->Contents();
+  });
+  pass.Step([&] {
+    pair.second = machine_.files.OpenFolder(second);
+    pair.in_second = pair.second->Contents();
+  });
   std::vector<FileDifference> table;
-  for (const Row& row : Compare(in_first, in_second, Pair(in_first, in_second))) {
+  for (const Row& row : Compare(pair.in_first, pair.in_second, Pair(pair))) {
     const bool in_both = row.status >= difference::kNone;
     table.push_back({row.status == difference::kOnlyInSecond ? row.second : row.first, row.status});
     pass.Step([&] {
@@ -116,7 +128,7 @@ void FileSync::SyncFiles(const Path& first, const Path& second, bool two_way) {
 void FileSync::Read(FolderPair& pair) {
   if (pair.first) pair.in_first = pair.first->Contents();
   if (pair.second) pair.in_second = pair.second->Contents();
-  pair.names = Pair(pair.in_first, pair.in_second);
+  pair.names = Pair(pair);
 }
 
 // Chosen: towards the computer nothing is copied over what the user made or changed
@@ -202,17 +214,6 @@ void FileSync::SyncFolders(const Path& first, const HeldEntry& second, bool two_
       two_way, {storage.get()});
 }
 
-namespace {
-
-// One that the user made since the folder was listed: its files are compared by the
-// next run.
-bool HasFolder(HeldFolder& folder, const std::string& name) {
-  PassedOver pass;
-  return pass.Step([&] { folder.Inner(name); });
-}
-
-}  // namespace
-
 // Both sides are found from the two folders that are held, so they stay these two.
 // Nothing else is held while the folders within are walked, however deep.
 void FileSync::SyncTrees(Roots& roots, bool two_way) {
@@ -267,6 +268,7 @@ std::optional<FileSync::Level> FileSync::EnterFolders(const Roots& roots, const 
     pass.Step([&] {
       const auto from = roots.first->Inner(outer.first);
       const auto to = roots.second->Inner(outer.second);
+      if (!folders.in_both && HasFolder(*to, folders.second)) return;
       machine_.files.CopyTree({*from, folders.first}, {*to, folders.second}, Yielding(),
                               kTowardsStorage, roots.left_out);
     });

@@ -108,7 +108,7 @@ class FileSync {
     std::size_t next = 0;
   };
 
-  NamePairs Pair(const FolderContents& first, const FolderContents& second);
+  NamePairs Pair(const FolderPair& pair);
   void Read(FolderPair& pair);
   static std::vector<Row> Compare(const FolderContents& first, const FolderContents& second,
                                   const NamePairs& pairs);

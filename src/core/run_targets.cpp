@@ -38,8 +38,7 @@ bool RunTargets::Open(const Path& location) {
   pass.Step([&] {
     auto folder = files_.OpenFolder(location);
     const FolderContents there = folder->Contents();
-    const NamePairs pairs =
-        PairNames(wanted_, there, [this](std::string_view name) { return files_.FoldCase(name); });
+    const NamePairs pairs = PairNames(wanted_, there, NameRulesOf(files_, nullptr, folder.get()));
     file_names_.clear();
     folder_names_.clear();
     for (std::size_t i = 0; i < pairs.files.size(); ++i) {

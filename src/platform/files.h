@@ -6,6 +6,7 @@
 // without regard to the case of letters.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -53,6 +54,9 @@ struct FolderContents {
   std::vector<std::string> folders;
 };
 
+/// Names of files, or of folders, that a folder's contents tell of.
+using ListedNames = std::vector<std::string_view>;
+
 /// A medium on its way to hold everything that was written to it. Letting go of
 /// it doesn't stop that and waits for nothing.
 class MediumFlush {
@@ -76,8 +80,10 @@ enum class Rights {
 };
 
 /// A folder that is held: it stays this one, whatever comes to stand at its path.
-/// Names are exact here: one in another case is another name. Links are not
-/// followed. All members raise 76 once the folder is gone.
+/// Names are exact here: one in another case is another name, whatever the medium takes
+/// it for. Its names are those that Contents told of last, or that were made here since;
+/// whatever else the medium finds is another one. Links are not followed. All members
+/// raise 76 once the folder is gone.
 class HeldFolder {
  public:
   virtual ~HeldFolder() = default;
@@ -87,6 +93,11 @@ class HeldFolder {
 
   /// The one file of this name, as Contents tells of it; none where there is none.
   virtual std::optional<FolderEntry> File(const std::string& name) = 0;
+
+  /// Which of `listed`, places in it, the medium finds by `name` as well, which isn't
+  /// among the contents: it may take both for one, whatever makes them differ.
+  virtual std::optional<std::size_t> FoundBy(const std::string& name,
+                                             const ListedNames& listed) = 0;
 
   /// A folder within it, held likewise; `names` leads there, with backslashes
   /// between; empty for this one, held once more. Raises 76 when there is none, also

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,14 +18,28 @@ struct NamePairs {
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
   std::vector<std::size_t> files;
   std::vector<std::size_t> folders;
+  /// Some partners have another name.
+  bool has_variants = false;
 };
 
-using FoldCaseFunction = std::function<std::string(std::string_view)>;
+/// When names that differ are one and the same.
+struct NameRules {
+  std::function<std::string(std::string_view)> fold;
+  /// What each folder's medium finds by a name, as HeldFolder::FoundBy; may be empty.
+  using Find = std::function<std::optional<std::size_t>(const std::string&, const ListedNames&)>;
+  Find in_first;
+  Find in_second;
+};
 
-/// Equal names belong together. A name in the other case stands for one only where
-/// neither folder has the exact one, and for one only: the first in order. So no
-/// two names have the same partner, and what is left over needs a name of its own.
+/// Those of two folders that are held; null for one that has no medium. Both must live
+/// as long.
+NameRules NameRulesOf(FileSystem& files, HeldFolder* first, HeldFolder* second);
+
+/// Equal names belong together. A name in the other case, or one that the medium takes
+/// for it all the same, stands for it only where neither folder has the exact one, and
+/// for one only: the first in order. So no two names have the same partner, and what is
+/// left over needs a name of its own.
 NamePairs PairNames(const FolderContents& first, const FolderContents& second,
-                    const FoldCaseFunction& fold);
+                    const NameRules& rules);
 
 }  // namespace tarnvale

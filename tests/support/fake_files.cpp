@@ -94,8 +94,19 @@ std::string FoldedName(std::string_view name) {
   return folded;
 }
 
+std::string FakeNode::KeptName(const std::string& name_in_it) const {
+  std::string kept = name_in_it;
+  if (tells_case) return kept;
+  constexpr std::string_view kApart = "u\xCC\x88";
+  for (auto at = kept.find(kApart); at != std::string::npos; at = kept.find(kApart, at)) {
+    kept.replace(at, kApart.size(), "ü");
+  }
+  kept.erase(kept.find_last_not_of(". ") + 1);
+  return kept.empty() ? name_in_it : kept;
+}
+
 std::string FakeNode::KeyOf(const std::string& name_in_it) const {
-  const std::string folded = FoldedName(name_in_it);
+  const std::string folded = FoldedName(KeptName(name_in_it));
   return tells_case ? folded + '\0' + name_in_it : folded;
 }
 
@@ -181,7 +192,7 @@ FakeFiles::NodePtr FakeFiles::RequireFolder(const Path& path) const {
 FakeFiles::NodePtr FakeFiles::AddEntry(FakeNode& folder, const std::string& name, bool is_folder) {
   if (!CanBeCreated(name)) throw ProgramError(kPathFileAccess);
   auto node = std::make_shared<FakeNode>();
-  node->name = name;
+  node->name = folder.KeptName(name);
   node->is_folder = is_folder;
   node->modified_s = clock_.UnixSeconds();
   node->tells_case = folder.tells_case;

@@ -26,11 +26,13 @@ struct FakeNode {
   std::int64_t modified_s = 0;
   std::uint64_t revision = 0;  ///< grows with each change of the content
   bool on_medium = true;       ///< false once its drive was removed
-  bool tells_case = false;     ///< a folder's: names in two cases are two names
+  bool tells_case = false;     ///< a folder's: names that differ at all are two names
   std::map<std::string, std::shared_ptr<FakeNode>> entries;  ///< by KeyOf
 
   /// Orders names as listings do; one key for all that the medium takes for one.
   std::string KeyOf(const std::string& name_in_it) const;
+  /// What something of this name is called that is made in it.
+  std::string KeptName(const std::string& name_in_it) const;
   /// What the medium finds by a name; null for nothing.
   std::shared_ptr<FakeNode> Entry(const std::string& name_in_it) const;
   /// As the medium finds it, or else the first that differs in case.
@@ -48,7 +50,9 @@ std::string FoldedName(std::string_view name);
 
 /// Drives with folders and files. Names are kept as first written and found
 /// exactly, or else without regard to the case of letters; a drive takes names in
-/// two cases for one unless it is to tell them apart. Every name can carry every
+/// two cases for one unless it is to tell them apart, and keeps neither points and
+/// blanks at their ends nor letters apart from their accents (a u and its two points
+/// become one character). Every name can carry every
 /// attribute. There are no symbolic links. "." and ".." in paths are resolved by
 /// text. Text that is no absolute path names nothing: 76. Names with one of
 /// * ? " : < > | can't be made: 75.
@@ -172,7 +176,7 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
                       const LeftOutFolders& left_out);
   void CopyFolderTree(const Path& source, const NodePtr& from, const HeldEntry& target,
                       const std::function<void()>& between, const LeftOutFolders& left_out);
-  NodePtr EnsureEntry(FakeNode& folder, const std::string& name);
+  NodePtr EnsureEntry(const HeldEntry& target);
 
   FakeClock& clock_;
   std::map<char, NodePtr> drives_;

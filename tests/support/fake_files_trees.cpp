@@ -1,6 +1,7 @@
 // Listings and whole trees of the file system in memory.
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "base/failure.h"
@@ -83,12 +84,20 @@ class FakeFolder final : public HeldFolder {
 
   FolderContents Contents() override {
     if (!node_->on_medium) throw ProgramError(kPathNotFound);
+    listed_ = AllNames();
     return ContentsOf(*node_);
   }
   std::optional<FolderEntry> File(const std::string& name) override {
     const FakeFiles::NodePtr node = node_->Entry(name);
     if (node == nullptr || node->is_folder) return std::nullopt;
     return FolderEntry{name, node->Length(), node->modified_s};
+  }
+  std::optional<std::size_t> FoundBy(const std::string& name, const ListedNames& listed) override {
+    const FakeFiles::NodePtr node = node_->Entry(name);
+    const auto at =
+        node == nullptr ? listed.end() : std::find(listed.begin(), listed.end(), node->name);
+    if (at == listed.end()) return std::nullopt;
+    return static_cast<std::size_t>(at - listed.begin());
   }
   std::unique_ptr<HeldFolder> Inner(const std::string& names) override {
     return files_.HoldInner(*this, names);
@@ -110,15 +119,29 @@ class FakeFolder final : public HeldFolder {
   /// The entry of exactly this name; null for none. Raises 58 for one that only
   /// the medium takes for it.
   static FakeFiles::NodePtr NodeOf(const HeldEntry& entry) {
-    FakeFiles::NodePtr node = Of(entry.folder).Node()->Entry(entry.name);
-    if (node != nullptr && node->name != entry.name) throw ProgramError(kFileAlreadyExists);
+    auto& folder = static_cast<FakeFolder&>(entry.folder);
+    FakeFiles::NodePtr node = folder.Node()->Entry(entry.name);
+    if (node == nullptr || folder.made_.contains(entry.name)) return node;
+    if (!folder.listed_) folder.listed_ = folder.AllNames();
+    if (!folder.listed_->contains(entry.name)) throw ProgramError(kFileAlreadyExists);
     return node;
+  }
+  static void NoteMade(const HeldEntry& entry) {
+    static_cast<FakeFolder&>(entry.folder).made_.insert(entry.name);
   }
 
  private:
+  std::set<std::string> AllNames() const {
+    std::set<std::string> names;
+    for (const auto& [key, node] : node_->entries) names.insert(node->name);
+    return names;
+  }
+
   FakeFiles& files_;
   Path path_;
   FakeFiles::NodePtr node_;
+  std::optional<std::set<std::string>> listed_;  ///< by the last reading
+  std::set<std::string> made_;
 };
 
 }  // namespace
@@ -153,11 +176,13 @@ void FakeFiles::MakeHeld(HeldFolder& folder, const std::string& name, bool is_fo
     throw ProgramError(kPathFileAccess);
   }
   AddEntry(*FakeFolder::Of(folder).Node(), name, is_folder);
+  FakeFolder::NoteMade(entry);
 }
 
 void FakeFiles::CopyToHeld(const NodePtr& from, const HeldEntry& target) {
   if (from == nullptr || from->is_folder) throw ProgramError(kFileNotFound);
   CopyFile(from, FakeFolder::NodeOf(target), *FakeFolder::Of(target.folder).Node(), target.name);
+  FakeFolder::NoteMade(target);
 }
 
 void FakeFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
@@ -176,10 +201,12 @@ void FakeFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Righ
 }
 
 // A folder to fill; raises 58 as a held entry's copy does.
-FakeFiles::NodePtr FakeFiles::EnsureEntry(FakeNode& folder, const std::string& name) {
-  NodePtr node = folder.Entry(name);
-  if (node == nullptr) return AddEntry(folder, name, true);
-  if (node->name != name) throw ProgramError(kFileAlreadyExists);
+FakeFiles::NodePtr FakeFiles::EnsureEntry(const HeldEntry& target) {
+  NodePtr node = FakeFolder::NodeOf(target);
+  if (node == nullptr) {
+    node = AddEntry(*FakeFolder::Of(target.folder).Node(), target.name, true);
+    FakeFolder::NoteMade(target);
+  }
   if (!node->is_folder) throw ProgramError(kPathFileAccess);
   return node;
 }
@@ -189,14 +216,17 @@ FakeFiles::NodePtr FakeFiles::EnsureEntry(FakeNode& folder, const std::string& n
 void FakeFiles::FillTree(const TreeInWork& tree, const std::function<void()>& between,
                          std::optional<int>& first_failure) {
   const FolderContents names = ContentsOf(*tree.from);
-  const FolderContents there = ContentsOf(*tree.into);
-  const NamePairs pairs = PairNames(names, there, &FoldedName);
+  const std::unique_ptr<HeldFolder> into = Hold(tree.target, tree.into);
+  const FolderContents there = into->Contents();
+  const auto find = [&](const std::string& name, const ListedNames& listed) {
+    return into->FoundBy(name, listed);
+  };
+  const NamePairs pairs = PairNames(names, there, {&FoldedName, {}, find});
   PassedOver pass;
   const auto note = [&] {
     if (!first_failure && pass.StandingError()) first_failure = pass.StandingError()->Number();
     pass.Clear();
   };
-  const std::unique_ptr<HeldFolder> into = Hold(tree.target, tree.into);
   for (std::size_t i = 0; i < names.files.size(); ++i) {
     const std::string& name = names.files[i].name;
     const bool is_paired = pairs.files[i] != NamePairs::kNone;
@@ -220,7 +250,7 @@ void FakeFiles::FillTree(const TreeInWork& tree, const std::function<void()>& be
         return;
       }
       FillTree({WithBackslash(tree.source) + name, WithBackslash(tree.target) + to, from,
-                EnsureEntry(*tree.into, to), tree.left_out},
+                EnsureEntry({*into, to}), tree.left_out},
                between, first_failure);
     });
     note();
@@ -282,7 +312,7 @@ void FakeFiles::CopyFolderTree(const Path& source, const NodePtr& from, const He
                                const LeftOutFolders& left_out) {
   const NodePtr& folder = FakeFolder::Of(target.folder).Node();
   if (!folder->on_medium) throw ProgramError(kPathNotFound);
-  const NodePtr into = target.name.empty() ? folder : EnsureEntry(*folder, target.name);
+  const NodePtr into = target.name.empty() ? folder : EnsureEntry(target);
   std::optional<int> first_failure;
   FillTree({source, FakeFolder::PathOf(target), from, into, NodesOf(left_out, into)}, between,
            first_failure);

@@ -234,12 +234,12 @@ void Check::OnAsked(const Path& file, int attributes) {
   asked_[file] = attributes;
 }
 
-void Check::OnFile(const Path& source, const std::string& target) {
+void Check::OnFile(const Path& source, const std::string& target, bool has_room) {
   if (failed_rows_.contains(source)) return;
   const bool unchanged = options_.incremental && asked_.contains(source) && asked_[source] == 0;
   copied_.insert(source);
   singles_.push_back(
-      {NativePathOf(host_, source), target, unchanged ? Rule::kUnchanged : Rule::kNone});
+      {NativePathOf(host_, source), target, unchanged ? Rule::kUnchanged : Rule::kNone, has_room});
 }
 
 void Check::OnEnd() {
@@ -282,8 +282,8 @@ Finding Check::Judge(const SingleFile& file) {
     return finding;
   };
   if (!StateByOwnLinks(AT_FDCWD, file.source, ours)) return fail();
-  if (::lstat(file.target.c_str(), &theirs) != 0) {
-    if (errno != ENOENT && errno != ENOTDIR) return fail();
+  if (!file.has_room || ::lstat(file.target.c_str(), &theirs) != 0) {
+    if (file.has_room && errno != ENOENT && errno != ENOTDIR) return fail();
     finding.state = State::kMissing;
     finding.rule = file.rule;
     return finding;

@@ -37,7 +37,7 @@ class Check final : public RunWatch {
   void OnRow(const Path& file, const std::optional<ProgramError>& error) override;
   void OnListed(const Path& folder, const std::optional<ProgramError>& error) override;
   void OnAsked(const Path& file, int attributes) override;
-  void OnFile(const Path& source, const std::string& target) override;
+  void OnFile(const Path& source, const std::string& target, bool has_room) override;
   void OnTree(const TreeEnd& source, const TreeEnd& target,
               const LeftOutFolders& left_out) override;
   void OnRead(const NativeEntry& folder, const FolderContents& contents) override;
@@ -52,6 +52,7 @@ class Check final : public RunWatch {
     std::string source;  ///< native, as the others
     std::string target;
     Rule rule = Rule::kNone;  ///< why it may not be copied again
+    bool has_room = true;     ///< not where the medium has another one in its place
   };
 
   bool LiesInLocation(const std::string& native) const;

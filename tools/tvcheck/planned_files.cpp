@@ -1,5 +1,8 @@
 #include "tvcheck/planned_files.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <utility>
 
 #include "base/text.h"
@@ -50,6 +53,14 @@ NativeEntry PlannedFolder::EntryOf(const HeldEntry& entry) {
   return {folder.Fd(), folder.Native(), entry.name};
 }
 
+bool PlannedFolder::HasRoom(const HeldEntry& entry) {
+  auto& folder =
+      static_cast<LinuxFolder&>(*static_cast<const PlannedFolder&>(entry.folder).folder_);
+  struct stat there {};
+  return ::fstatat(folder.Fd(), entry.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) != 0 ||
+         folder.HasExactly(entry.name, there);
+}
+
 std::int64_t PlannedFiles::Length(const Path& file) {
   std::int64_t length = 0;
   const auto failure = FailureOf([&] { length = host_.files.Length(file); });
@@ -89,7 +100,7 @@ void PlannedFiles::CopyWhole(const Path& source, const Path& target, Rights) {
 }
 
 void PlannedFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights) {
-  watch_.OnFile(source, PlannedFolder::EntryOf(target).Path());
+  watch_.OnFile(source, PlannedFolder::EntryOf(target).Path(), PlannedFolder::HasRoom(target));
 }
 
 void PlannedFiles::CopyTree(const Path& source, const Path& target, const std::function<void()>&,

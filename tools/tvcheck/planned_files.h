@@ -40,8 +40,8 @@ class RunWatch {
   virtual void OnListed(const Path& folder, const std::optional<ProgramError>& error) = 0;
   /// The run has come to a row. `attributes`: what the file has.
   virtual void OnAsked(const Path& file, int attributes) = 0;
-  /// `target`: native.
-  virtual void OnFile(const Path& source, const std::string& target) = 0;
+  /// `target`: native. It has no room where the medium takes it for another one.
+  virtual void OnFile(const Path& source, const std::string& target, bool has_room = true) = 0;
   /// A tree that is to be copied whole: `target` isn't there, or one of the two can't
   /// be read. Nothing of the folders in it that are left out.
   virtual void OnTree(const TreeEnd& source, const TreeEnd& target,
@@ -60,6 +60,9 @@ class PlannedFolder final : public HeldFolder {
 
   FolderContents Contents() override;
   std::optional<FolderEntry> File(const std::string& name) override { return folder_->File(name); }
+  std::optional<std::size_t> FoundBy(const std::string& name, const ListedNames& listed) override {
+    return folder_->FoundBy(name, listed);
+  }
   std::unique_ptr<HeldFolder> Inner(const std::string& names) override;
   void MakeFolder(const std::string& name) override;
   void MakeFile(const std::string&) override { throw ProgramError(kPermissionDenied); }
@@ -68,6 +71,8 @@ class PlannedFolder final : public HeldFolder {
   }
 
   static NativeEntry EntryOf(const HeldEntry& entry);
+  /// What is found by the entry's name has that very name.
+  static bool HasRoom(const HeldEntry& entry);
 
  private:
   const LinuxFolder& Native() const { return static_cast<const LinuxFolder&>(*folder_); }

@@ -13,7 +13,6 @@
 #include <system_error>
 #include <utility>
 
-#include "hosts/linux/name_case.h"
 #include "hosts/linux/paths.h"
 #include "tvz/command_failure.h"
 #include "tvz/leftovers.h"
@@ -152,25 +151,28 @@ std::optional<Descriptor> TargetFolder::OpenFolder(const std::string& name, cons
   for (const std::string& folder : place.folders) {
     std::optional<Descriptor> next = Enter(at.Get(), folder, name, make);
     if (!next) return std::nullopt;
+    struct stat info {};
+    // The folder above has another name, and so may one that a link leads to.
+    const bool is_inner = make && folder != ".." &&
+                          ::fstatat(at.Get(), folder.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0 &&
+                          S_ISDIR(info.st_mode);
     at = std::move(*next);
     path += folder + "/";
-    struct stat info {};
-    if (!make || ::fstat(at.Get(), &info) != 0) continue;
-    const Identity identity{info.st_dev, info.st_ino};
-    RequireNoTwin(folders_, identity, path, name);
-    folders_.emplace(identity, path);
+    if (!is_inner) continue;
+    RequireNoTwin(folders_, info, folder, name);
+    folders_.try_emplace({info.st_dev, info.st_ino}, Named{path, folder});
   }
   return at;
 }
 
-// Links and repeated entries can lead to one file under several names, too.
-void TargetFolder::RequireNoTwin(const Names& names, Identity what, const std::string& name,
-                                 const std::string& entry) {
-  const auto found = names.find(what);
-  if (found == names.end() || found->second == name || FoldCase(found->second) != FoldCase(name)) {
-    return;
+// What was made here has one name: when another one finds it, the medium takes both for
+// one, whatever they differ in.
+void TargetFolder::RequireNoTwin(const Names& names, const struct stat& there,
+                                 const std::string& name, const std::string& entry) {
+  const auto found = names.find({there.st_dev, there.st_ino});
+  if (found != names.end() && found->second.name != name) {
+    throw Twin(entry, "left out: here it is the same as " + found->second.path);
   }
-  throw Twin(entry, "left out: here it is the same as " + found->second);
 }
 
 void TargetFolder::Check(const std::string& name) {
@@ -194,7 +196,7 @@ void TargetFolder::Write(const ContainerRecord& record) {
   for (const std::string& folder : place.folders) path += folder + "/";
   path += place.file;
   if (::fstatat(last_.Get(), place.file.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0) {
-    RequireNoTwin(files_, {old.st_dev, old.st_ino}, path, record.name);
+    RequireNoTwin(files_, old, place.file, record.name);
     if (S_ISREG(old.st_mode)) mode &= old.st_mode;
   }
   Descriptor file(::openat(last_.Get(), work_name_.c_str(),
@@ -203,7 +205,7 @@ void TargetFolder::Write(const ContainerRecord& record) {
   WriteBytes(file.Get(), record.content.View(), record.name);
   // Onto the medium first: a power cut leaves no name with half a file behind.
   struct stat made {};
-  if (::fstat(file.Get(), &made) == 0) files_[{made.st_dev, made.st_ino}] = path;
+  if (::fstat(file.Get(), &made) == 0) files_[{made.st_dev, made.st_ino}] = {path, place.file};
   if (::fsync(file.Get()) != 0 || !file.Close() ||
       ::renameat(last_.Get(), work_name_.c_str(), last_.Get(), place.file.c_str()) != 0) {
     throw CommandFailure(record.name, ReasonOf(errno));

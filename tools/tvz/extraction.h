@@ -1,6 +1,7 @@
 // Writing entries below a folder, and nowhere else.
 #pragma once
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <map>
@@ -16,8 +17,7 @@
 
 namespace tarnvale {
 
-/// An entry whose name differs from another one's in case only, on a medium that takes
-/// both for one.
+/// An entry whose name the medium doesn't tell from that of another one.
 class Twin : public CommandFailure {
  public:
   using CommandFailure::CommandFailure;
@@ -53,9 +53,12 @@ class TargetFolder {
   Place PlaceOf(const std::string& name) const;
   std::optional<Descriptor> OpenFolder(const std::string& name, const Place& place, bool make);
   /// What was written or entered, and under which name.
-  using Identity = std::pair<dev_t, ino_t>;
-  using Names = std::map<Identity, std::string>;
-  static void RequireNoTwin(const Names& names, Identity what, const std::string& name,
+  struct Named {
+    std::string path;
+    std::string name;
+  };
+  using Names = std::map<std::pair<dev_t, ino_t>, Named>;
+  static void RequireNoTwin(const Names& names, const struct stat& there, const std::string& name,
                             const std::string& entry);
 
   std::optional<Descriptor> Enter(int folder_fd, const std::string& folder, const std::string& name,

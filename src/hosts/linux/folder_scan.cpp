@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "base/failure.h"
-#include "hosts/linux/name_case.h"
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
@@ -97,23 +96,6 @@ Descriptor OpenInnerFolder(int folder_fd, std::string_view names, FolderUse use)
     throw ProgramError(kPathNotFound);
   }
   RaiseNative(errno, Attempt::kAsk);
-}
-
-void RequireExactName(int folder_fd, const std::string& name, const struct stat& there) {
-  const std::string other = InOtherCase(name);
-  struct stat info {};
-  // Only a medium that folds names finds the same thing by both.
-  if (other == name || ::fstatat(folder_fd, other.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0 ||
-      info.st_dev != there.st_dev || info.st_ino != there.st_ino) {
-    return;
-  }
-  const std::unique_ptr<DIR, int (*)(DIR*)> folder(
-      ::fdopendir(OpenInnerFolder(folder_fd, {}).Release()), &::closedir);
-  if (!folder) RaiseNative(errno, Attempt::kAsk);
-  while (const dirent* entry = ::readdir(folder.get())) {
-    if (name == entry->d_name) return;
-  }
-  throw ProgramError(kFileAlreadyExists);
 }
 
 }  // namespace tarnvale

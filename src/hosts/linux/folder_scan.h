@@ -56,8 +56,4 @@ Descriptor OpenNativeFolder(const std::string& folder, bool follow,
 /// and ".." not taken. Raises 76, also for names too long for a path; 75.
 Descriptor OpenInnerFolder(int folder_fd, std::string_view names, FolderUse use = FolderUse::kRead);
 
-/// Raises 58 when `there`, which the medium found in an open folder by `name`, has
-/// its name in another case.
-void RequireExactName(int folder_fd, const std::string& name, const struct stat& there);
-
 }  // namespace tarnvale

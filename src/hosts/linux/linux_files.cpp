@@ -66,11 +66,11 @@ void RequireCopyable(const struct stat& info) {
 
 // Where a copy to an entry of a held folder goes; none when it would go onto itself.
 std::optional<CopyTarget> TargetOf(const HeldEntry& target, const struct stat& source) {
-  const LinuxFolder& folder = LinuxFolder::Of(target);
+  LinuxFolder& folder = LinuxFolder::Of(target);
   RequireName(target.name);
   struct stat there {};
   const bool exists = ::fstatat(folder.Fd(), target.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0;
-  if (exists) RequireExactName(folder.Fd(), target.name, there);
+  if (exists && !folder.HasExactly(target.name, there)) throw ProgramError(kFileAlreadyExists);
   if (exists && !MayReplace(source, there)) return std::nullopt;
   return CopyTarget{{folder.Fd(), target.name.c_str()}, folder.Native(), !exists};
 }
@@ -210,8 +210,10 @@ void LinuxFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights r
   copied_.reset();
   const Located from = SourceOfCopy(source);
   const auto to = TargetOf(target, from.info);
+  if (!to) return;
   const std::string native = from.Native();
-  if (to) copied_ = copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights}, *to);
+  copied_ = copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights}, *to);
+  LinuxFolder::Of(target).NoteMade(target.name);
 }
 
 void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rights rights) {
@@ -228,6 +230,7 @@ void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rig
   } else {
     copy_.CopyFile(from, {Links::kKeep, rights}, *to);
   }
+  LinuxFolder::Of(target).NoteMade(target.name);
 }
 
 // Deletes what is left over in a folder before the first copy into it.
@@ -291,9 +294,14 @@ void LinuxFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
 void LinuxFiles::CopyTree(const Descriptor& source, const HeldEntry& target,
                           const std::function<void()>& between, Rights rights,
                           const LeftOutFolders& left_out) {
-  const LinuxFolder& to = LinuxFolder::Of(target);
+  LinuxFolder& to = LinuxFolder::Of(target);
+  struct stat there {};
+  const bool is_new = ::fstatat(to.Fd(), target.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) != 0;
+  const bool is_another = !is_new && !target.name.empty() && !to.HasExactly(target.name, there);
+  if (is_another) throw ProgramError(kFileAlreadyExists);
+  if (is_new) to.NoteMade(target.name);
   TreeCopy(temporaries_, rights, between, left_out)
-      .Run(source.Get(), {to.Fd(), to.Native(), target.name, true});
+      .Run(source.Get(), {to.Fd(), to.Native(), target.name, is_new});
 }
 
 void LinuxFiles::MoveTree(const Path& source, const Path& target) {

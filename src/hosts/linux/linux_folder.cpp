@@ -21,7 +21,21 @@ void RequireName(const std::string& name) {
 }
 
 FolderContents LinuxFolder::Contents() {
-  return ReadContents(OpenInnerFolder(Fd(), {}), temporaries_);
+  listed_ = ReadContents(OpenInnerFolder(Fd(), {}), temporaries_);
+  return *listed_;
+}
+
+std::optional<std::size_t> LinuxFolder::FoundBy(const std::string& name,
+                                                const ListedNames& listed) {
+  return tarnvale::FoundBy(Fd(), name, listed);
+}
+
+bool LinuxFolder::HasExactly(const std::string& name, const struct stat& there) {
+  // What no listing tells of, a device, is in no copy's place either.
+  if (!S_ISREG(there.st_mode) && !S_ISLNK(there.st_mode) && !S_ISDIR(there.st_mode)) return true;
+  if (made_.contains(name)) return true;
+  if (!listed_) listed_ = ReadNames(OpenInnerFolder(Fd(), {}), temporaries_);
+  return Holds(*listed_, name);
 }
 
 std::optional<FolderEntry> LinuxFolder::File(const std::string& name) {
@@ -42,6 +56,7 @@ std::unique_ptr<HeldFolder> LinuxFolder::Inner(const std::string& names) {
 void LinuxFolder::MakeFolder(const std::string& name) {
   RequireName(name);
   if (::mkdirat(Fd(), name.c_str(), 0777) != 0) RaiseForMaking(name, errno);
+  NoteMade(name);
 }
 
 void LinuxFolder::MakeFile(const std::string& name) {
@@ -49,6 +64,7 @@ void LinuxFolder::MakeFile(const std::string& name) {
   const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
   const Descriptor made(::openat(Fd(), name.c_str(), flags, 0666));
   if (!made) RaiseForMaking(name, errno);
+  NoteMade(name);
 }
 
 bool LinuxFolder::Is(const HeldFolder& other) {
@@ -59,10 +75,11 @@ bool LinuxFolder::Is(const HeldFolder& other) {
          one.st_dev == two.st_dev && one.st_ino == two.st_ino;
 }
 
-void LinuxFolder::RaiseForMaking(const std::string& name, int error) const {
+void LinuxFolder::RaiseForMaking(const std::string& name, int error) {
   struct stat there {};
-  if (error == EEXIST && ::fstatat(Fd(), name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0) {
-    RequireExactName(Fd(), name, there);
+  if (error == EEXIST && ::fstatat(Fd(), name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0 &&
+      !HasExactly(name, there)) {
+    throw ProgramError(kFileAlreadyExists);
   }
   if (error == EEXIST) throw ProgramError(kPathFileAccess);
   if (error == ENOENT) throw ProgramError(kPathNotFound);

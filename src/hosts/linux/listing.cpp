@@ -111,6 +111,42 @@ FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries) {
   return contents;
 }
 
+FolderContents ReadNames(Descriptor folder, const Temporaries& temporaries) {
+  FolderContents names;
+  FolderScan scan(std::move(folder), temporaries);
+  while (const dirent* entry = scan.Next()) {
+    if (KindOf(scan.Fd(), *entry) == DT_DIR) {
+      names.folders.emplace_back(entry->d_name);
+    } else {
+      names.files.push_back({entry->d_name});
+    }
+  }
+  SortContents(names);
+  return names;
+}
+
+bool Holds(const FolderContents& contents, std::string_view name) {
+  const auto file = std::lower_bound(
+      contents.files.begin(), contents.files.end(), name,
+      [](const FolderEntry& a, std::string_view b) { return ComesBefore(a.name, b); });
+  return (file != contents.files.end() && file->name == name) ||
+         std::binary_search(contents.folders.begin(), contents.folders.end(), name, ComesBefore);
+}
+
+std::optional<std::size_t> FoundBy(int folder_fd, const std::string& name,
+                                   const ListedNames& listed) {
+  struct stat found {};
+  if (::fstatat(folder_fd, name.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
+  const auto is_it = [&](std::string_view other) {
+    struct stat info {};
+    return ::fstatat(folder_fd, std::string(other).c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0 &&
+           info.st_dev == found.st_dev && info.st_ino == found.st_ino;
+  };
+  const auto at = std::find_if(listed.begin(), listed.end(), is_it);
+  if (at == listed.end()) return std::nullopt;
+  return static_cast<std::size_t>(at - listed.begin());
+}
+
 void SortContents(FolderContents& contents) {
   SortNames(contents.folders);
   std::sort(contents.files.begin(), contents.files.end(),

@@ -1,6 +1,8 @@
 // Listings of folders.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,8 +19,18 @@ bool MatchesPattern(std::string_view name, std::string_view pattern);
 /// The contents of an open native folder. Raises 75, 57.
 FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries);
 
+/// The names alone, without a question for each. What is no folder counts as a file.
+FolderContents ReadNames(Descriptor folder, const Temporaries& temporaries);
+
 /// Puts both lists in the order of listings.
 void SortContents(FolderContents& contents);
+
+/// Whether contents in the order of listings have exactly this name.
+bool Holds(const FolderContents& contents, std::string_view name);
+
+/// As HeldFolder::FoundBy, in an open folder.
+std::optional<std::size_t> FoundBy(int folder_fd, const std::string& name,
+                                   const ListedNames& listed);
 
 /// Names of the files in an open folder that match, in order. Links count as
 /// what they lead to.

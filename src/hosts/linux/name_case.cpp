@@ -19,21 +19,11 @@ char Lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-char Other(char c) {
-  if (c >= 'a' && c <= 'z') return static_cast<char>(c - 'a' + 'A');
-  return Lower(c);
-}
-
 // By way of the capital, which several small letters can share. Nothing becomes a
 // letter of ASCII: a dotless i is no i.
 wint_t Folded(wint_t c) {
   const wint_t folded = ::towlower_l(::towupper_l(c, AllLetters()), AllLetters());
   return folded < 0x80 ? c : folded;
-}
-
-wint_t Other(wint_t c) {
-  const wint_t lower = ::towlower_l(c, AllLetters());
-  return lower != c ? lower : ::towupper_l(c, AllLetters());
 }
 
 bool IsPlain(char c) {
@@ -81,13 +71,6 @@ std::string FoldCase(std::string_view name) {
   }
   if (plain || AllLetters() == nullptr) return folded;
   return WithLetters(folded, [](wint_t c) { return Folded(c); });
-}
-
-std::string InOtherCase(std::string_view name) {
-  std::string other(name);
-  for (char& c : other) c = Other(c);
-  if (other != name || AllLetters() == nullptr) return other;
-  return WithLetters(name, [](wint_t c) { return Other(c); });
 }
 
 }  // namespace tarnvale

@@ -36,14 +36,13 @@ EntryKind KindOfEntry(int folder_fd, const dirent& entry) {
 
 // Makes a folder; false when it is there already. Raises 76, 75 (something else
 // is there), 58 (one of another name is there), 70.
-bool MakeFolder(int parent_fd, const std::string& name, mode_t mode, bool exactly) {
+bool MakeFolder(int parent_fd, const std::string& name, mode_t mode, bool is_new) {
   if (::mkdirat(parent_fd, name.c_str(), mode) == 0) return true;
   const int error = errno;
   struct stat info {};
   if (error == EEXIST && ::fstatat(parent_fd, name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0) {
-    if (exactly) RequireExactName(parent_fd, name, info);
-    if (S_ISDIR(info.st_mode)) return false;
-    throw ProgramError(kPathFileAccess);
+    if (S_ISDIR(info.st_mode) && !is_new) return false;
+    throw ProgramError(is_new ? kFileAlreadyExists : kPathFileAccess);
   }
   if (error == ENOENT) throw ProgramError(kPathNotFound);
   RaiseNative(error, Attempt::kChange);
@@ -81,7 +80,7 @@ void TreeCopy::Run(int source_fd, const TreeTarget& target) {
   source_fd_ = source_fd;
   target_fd_ = target.parent_fd;
   target_path_ = target.parent;
-  Try([&] { CopyFolder({}, target.name, target.exactly); });
+  Try([&] { CopyFolder({}, target.name, target.is_new); });
   while (!levels_.empty()) {
     Level& level = levels_.back();
     if (level.next == level.folders.size()) {
@@ -92,7 +91,7 @@ void TreeCopy::Run(int source_fd, const TreeTarget& target) {
     const SubFolder& folder = level.folders[level.next++];
     const std::string from = Joined(level.source, folder.source);
     const std::string to = Joined(level.target, folder.target);
-    Try([&, exactly = folder.exactly] { CopyFolder(from, to, exactly); });
+    Try([&, is_new = folder.is_new] { CopyFolder(from, to, is_new); });
   }
   if (first_failure_) throw ProgramError(*first_failure_);
 }
@@ -109,21 +108,24 @@ void TreeCopy::Try(Step&& step) {
 
 // Copies the files of one folder. Nothing of it stays open, however deep it goes on:
 // the folders in it are found by their names below the roots.
-void TreeCopy::CopyFolder(const std::string& source, const std::string& target, bool exactly) {
+void TreeCopy::CopyFolder(const std::string& source, const std::string& target, bool is_new) {
   Level level{source, target, {}, 0, false, {}};
   FolderScan scan(OpenInnerFolder(source_fd_, source), temporaries_);
   if (::fstat(scan.Fd(), &level.info) != 0) RaiseNative(errno, Attempt::kAsk);
   if (!source.empty() && IsLeftOut(level.info)) return;
-  const TargetFolder into = OpenTarget(target, exactly, scan.Fd(), level.info);
+  const TargetFolder into = OpenTarget(target, is_new, scan.Fd(), level.info);
   level.was_made = into.was_made;
   const FolderContents names = ReadSource(scan);
-  const NamePairs pairs = PairNames(names, into.names, &FoldCase);
+  const auto find = [&](const std::string& name, const ListedNames& listed) {
+    return FoundBy(into.fd.Get(), name, listed);
+  };
+  const NamePairs pairs = PairNames(names, into.names, {&FoldCase, {}, find});
   CopyFiles(scan.Fd(), names, into, pairs);
   for (std::size_t i = 0; i < names.folders.size(); ++i) {
     const std::string& name = names.folders[i];
     const bool is_paired = pairs.folders[i] != NamePairs::kNone;
-    level.folders.push_back(
-        {name, is_paired ? into.names.folders[pairs.folders[i]] : name, !is_paired});
+    level.folders.push_back({name, is_paired ? into.names.folders[pairs.folders[i]] : name,
+                             !is_paired && !Holds(into.names, name)});
   }
   levels_.push_back(std::move(level));
 }
@@ -145,14 +147,14 @@ FolderContents TreeCopy::ReadSource(FolderScan& scan) {
   return names;
 }
 
-TreeCopy::TargetFolder TreeCopy::OpenTarget(const std::string& path, bool exactly, int source_fd,
+TreeCopy::TargetFolder TreeCopy::OpenTarget(const std::string& path, bool is_new, int source_fd,
                                             const struct stat& source) {
   const mode_t mode = FolderMode(source.st_mode, rights_);
   const std::string name(NativeNameOf(path));
   const Descriptor parent = OpenInnerFolder(target_fd_, NativeFolderOf(path), FolderUse::kEnter);
   TargetFolder target;
   target.path = path.empty() ? target_path_ : target_path_ + "/" + path;
-  target.was_made = !name.empty() && MakeFolder(parent.Get(), name, mode, exactly);
+  target.was_made = !name.empty() && MakeFolder(parent.Get(), name, mode, is_new);
   target.fd = OpenInnerFolder(parent.Get(), name);
   struct stat made {};
   if (::fstat(target.fd.Get(), &made) != 0) RaiseNative(errno, Attempt::kChange);
@@ -166,15 +168,7 @@ TreeCopy::TargetFolder TreeCopy::OpenTarget(const std::string& path, bool exactl
     }
     return target;
   }
-  FolderScan scan(OpenInnerFolder(target.fd.Get(), {}), temporaries_);
-  while (const dirent* entry = scan.Next()) {
-    if (KindOfEntry(scan.Fd(), *entry) == EntryKind::kFolder) {
-      target.names.folders.emplace_back(entry->d_name);
-    } else {
-      target.names.files.push_back({entry->d_name});
-    }
-  }
-  SortContents(target.names);
+  target.names = ReadNames(OpenInnerFolder(target.fd.Get(), {}), temporaries_);
   return target;
 }
 
@@ -199,7 +193,8 @@ void TreeCopy::CopyOne(int source_fd, const std::string& name, const TargetFolde
   struct stat old {};
   const NativeSpot spot{target.fd.Get(), target_name.c_str()};
   const bool exists = ::fstatat(spot.folder_fd, spot.path, &old, AT_SYMLINK_NOFOLLOW) == 0;
-  if (exists && !is_paired) RequireExactName(spot.folder_fd, target_name, old);
+  // What has come there since is another one, too.
+  if (exists && !is_paired && !Holds(target.names, name)) throw ProgramError(kFileAlreadyExists);
   if (exists && !MayReplace(info, old)) return;
   const CopyTarget to{spot, target.path, !exists};
   if (S_ISLNK(info.st_mode)) {

@@ -23,8 +23,8 @@ struct TreeTarget {
   int parent_fd;
   std::string parent;  ///< its native path
   std::string name;    ///< empty for the open folder itself
-  /// It has exactly this name, or is a new one.
-  bool exactly = false;
+  /// Nothing has exactly this name yet. What is found by it all the same is another one.
+  bool is_new = false;
 };
 
 /// One copy of a folder with all that is in it. What fails is noted and the
@@ -56,7 +56,7 @@ class TreeCopy {
   struct SubFolder {
     std::string source;
     std::string target;
-    bool exactly = false;  ///< as in TreeTarget
+    bool is_new = false;  ///< as in TreeTarget
   };
   /// A folder whose files are copied, and the folders in it that are still to come.
   /// Both paths count from the roots of the copy.
@@ -69,9 +69,9 @@ class TreeCopy {
     struct stat info {};
   };
 
-  void CopyFolder(const std::string& source, const std::string& target, bool exactly);
+  void CopyFolder(const std::string& source, const std::string& target, bool is_new);
   FolderContents ReadSource(FolderScan& scan);
-  TargetFolder OpenTarget(const std::string& path, bool exactly, int source_fd,
+  TargetFolder OpenTarget(const std::string& path, bool is_new, int source_fd,
                           const struct stat& source);
   void CopyFiles(int source_fd, const FolderContents& source, const TargetFolder& target,
                  const NamePairs& pairs);

@@ -214,6 +214,32 @@ TEST_P(CopyContract, AHeldFolderMakesWhatIsNotThere) {
   EXPECT_EQ(RaisedBy([&] { to->MakeFile("a*"); }), 75);
 }
 
+TEST_P(CopyContract, AHeldFolderFindsWhatIsThereAmongTheListedOnes) {
+  host.Write("C:\\To\\a.txt", "a");
+  host.Write("C:\\To\\b.txt", "b");
+  const auto to = files.OpenFolder("C:\\To");
+  EXPECT_EQ(to->FoundBy("b.txt", {"a.txt", "b.txt"}), 1U);
+  EXPECT_EQ(to->FoundBy("b.txt", {"a.txt"}), std::nullopt);
+  EXPECT_EQ(to->FoundBy("none", {"a.txt", "b.txt"}), std::nullopt);
+}
+
+TEST_P(CopyContract, AHeldFolderTakesWhatWasNotListedForAnotherOne) {
+  host.Write("C:\\From\\a.txt", "ours");
+  const auto from = files.OpenFolder("C:\\From");
+  const auto to = files.OpenFolder("C:\\To");
+  to->Contents();
+  host.Write("C:\\To\\a.txt", "came since");
+  EXPECT_EQ(RaisedBy([&] { files.CopyEntry({*from, "a.txt"}, {*to, "a.txt"}); }), 58);
+  EXPECT_EQ(RaisedBy([&] { files.CopyWhole("C:\\From\\a.txt", {*to, "a.txt"}); }), 58);
+  EXPECT_EQ(RaisedBy([&] { to->MakeFile("a.txt"); }), 58);
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "came since");
+  files.CopyEntry({*from, "a.txt"}, {*to, "b.txt"});
+  files.CopyEntry({*from, "a.txt"}, {*to, "b.txt"});
+  to->Contents();
+  files.CopyEntry({*from, "a.txt"}, {*to, "a.txt"});
+  EXPECT_EQ(host.Content("C:\\To\\a.txt"), "ours");
+}
+
 TEST_P(CopyContract, AFoldedNameIsTheSameForAllCases) {
   EXPECT_EQ(files.FoldCase("Read Me.TXT"), files.FoldCase("READ ME.txt"));
   EXPECT_EQ(files.FoldCase("Grüße"), files.FoldCase("GRÜßE"));
