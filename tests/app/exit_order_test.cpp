@@ -43,7 +43,6 @@ class ExitOrderTest : public ::testing::Test {
     machine.files.Write("C:\\Program\\Quit.exe", "");
     EXPECT_TRUE(program.Start());
     machine.Advance(1s);
-    program.form.Resized.Emit();
     deeds.clear();
   }
 

@@ -20,12 +20,11 @@ class ProgramTest : public ::testing::Test {
     machine.files.Write("C:\\Data\\Tarnvale.ini", "[Setup]\r\nWizard=" + mark + "\r\n");
   }
 
-  /// Starts the program; hosts tell the window that it was minimised.
+  /// Starts the program.
   Program& Start() {
     program = std::make_unique<Program>(machine.Interfaces());
     EXPECT_TRUE(program->Start());
     machine.Advance(1s);
-    program->form.Resized.Emit();
     return *program;
   }
 
@@ -87,7 +86,9 @@ TEST_F(ProgramTest, ASettingsFileWithMarkZeroShowsTheAgreementAlone) {
   Program& p = Start();
   machine.Advance(6200ms);
   EXPECT_TRUE(p.Agreement.IsLoaded());
-  EXPECT_FALSE(p.form.Visible);
+  // Nowhere to be seen.
+  EXPECT_EQ(p.form.State, WindowState::kMinimized);
+  EXPECT_FALSE(p.form.InTaskBar);
   EXPECT_FALSE(p.form.Enabled);
 }
 

@@ -7,11 +7,15 @@ namespace {
 
 class Form1TrayTest : public Form1Test {
  protected:
-  /// As the host does once the minimised window was shown.
   void Start() {
     machine.files.Write("C:\\Program\\Quit.exe", "");
+    Load();
+  }
+  // The host tells the window in the next pass that it was minimised.
+  void Load() {
+    machine.windows.Adopt(form);
     form.Load();
-    form.Resized.Emit();
+    machine.loop.Yield();
   }
   int Quits() const {
     int count = 0;
@@ -91,13 +95,15 @@ TEST_F(Form1TrayTest, ExitAndDeclineLeaveWithoutAQuestion) {
 }
 
 TEST_F(Form1TrayTest, WithoutTheCompanionTheProgramGoesOnWithoutAnIcon) {
-  form.Load();
-  form.Resized.Emit();
+  Load();
+  ASSERT_TRUE(machine.tray.HasIcon());
   form.mnuQuit.Clicked.Emit();
   EXPECT_FALSE(machine.tray.HasIcon());
   EXPECT_TRUE(machine.boxes.Shown().empty());
-  machine.Advance(1s);
-  EXPECT_EQ(form.IsDying(), false);
+  ASSERT_EQ(form.gSysTray.ToolTip(), "");
+  machine.Advance(2s);
+  EXPECT_THAT(form.gSysTray.ToolTip(), ::testing::StartsWith("Tarnvale [Next Scedule On: "));
+  EXPECT_FALSE(machine.loop.IsEnding());
 }
 
 TEST_F(Form1TrayTest, NoWayOutSavesSettings) {

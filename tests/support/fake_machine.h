@@ -57,7 +57,7 @@ class FakeMachine {
   FakeFormats formats;
   FakeBoxes boxes{loop};
   Desktop desktop;
-  FakeWindows windows{desktop};
+  FakeWindows windows{loop, desktop};
   FakeDialogs dialogs{loop};
   FakeTray tray;
   FakeRegistry registry;

@@ -234,5 +234,42 @@ TEST_F(FakeMachineTest, TheBundleLeadsToTheFakes) {
   EXPECT_EQ(&interfaces.boxes, &machine.boxes);
 }
 
+TEST(ScriptedFailuresTest, OneThatNoCallMeetsFailsTheTest) {
+  EXPECT_NONFATAL_FAILURE(
+      {
+        FakeMachine machine;
+        machine.files.FailNext("CopyWhole", 70);
+      },
+      "no call met the failure of CopyWhole");
+  EXPECT_NONFATAL_FAILURE(
+      {
+        FakeMachine machine;
+        machine.files.FailOn("Delete", "C:\\other.txt", 70);
+        machine.files.Write("C:\\a.txt", "a");
+        machine.files.Delete("C:\\a.txt");
+      },
+      "no call met the failure of Delete C:\\other.txt");
+  FakeMachine machine;
+  machine.files.Write("C:\\a.txt", "a");
+  machine.files.FailAlways("Delete", 70);
+  EXPECT_EQ(RaisedBy([&] { machine.files.Delete("C:\\a.txt"); }), 70);
+}
+
+TEST_F(FakeMachineTest, AWindowThatIsMinimizedIsReportedInTheNextPassAndOnce) {
+  Window window;
+  int reports = 0;
+  window.Resized.Listen([&] { ++reports; });
+  machine.windows.Adopt(window);
+  window.State = WindowState::kMinimized;
+  EXPECT_EQ(reports, 0);
+  machine.loop.Yield();
+  machine.loop.Yield();
+  EXPECT_EQ(reports, 1);
+  machine.windows.Drop(window);
+  window.State = WindowState::kNormal;
+  machine.loop.Yield();
+  EXPECT_EQ(reports, 1);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

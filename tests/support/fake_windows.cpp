@@ -6,7 +6,22 @@
 
 namespace tarnvale::testing {
 
+void FakeWindows::Adopt(Window& window) {
+  adopted_.push_back(&window);
+  const auto report = [this, &window] { loop_.Post([this, &window] { ReportState(window); }); };
+  reported_[&window].changes = window.State.Changed.Subscribe(report);
+  report();
+}
+
+void FakeWindows::ReportState(Window& window) {
+  const auto reported = reported_.find(&window);
+  if (reported == reported_.end() || reported->second.state == window.State.Get()) return;
+  reported->second.state = window.State;
+  window.Resized.Emit();
+}
+
 void FakeWindows::Drop(Window& window) {
+  reported_.erase(&window);
   adopted_.erase(std::remove(adopted_.begin(), adopted_.end(), &window), adopted_.end());
 }
 

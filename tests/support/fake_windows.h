@@ -3,18 +3,22 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <vector>
 
+#include "base/signal.h"
 #include "ui/controls.h"
+#include "ui/event_loop.h"
 #include "ui/tray.h"
 #include "ui/window.h"
 
 namespace tarnvale::testing {
 
-/// Knows which windows there are. A screen of 1024 by 768 pixels.
+/// Knows which windows there are, and reports from the loop that one has become smaller or
+/// larger, as a native window does. A screen of 1024 by 768 pixels.
 class FakeWindows : public WindowHost {
  public:
-  explicit FakeWindows(Desktop& desktop) : desktop_(desktop) {}
+  FakeWindows(EventLoop& loop, Desktop& desktop) : loop_(loop), desktop_(desktop) {}
 
   /// Clicks `row` in the next menu that pops up; null: the menu is left.
   void ChooseInMenu(MenuItem* row) { choices_.push_back(row); }
@@ -25,7 +29,7 @@ class FakeWindows : public WindowHost {
   /// The menus that popped up, in order.
   const std::vector<MenuItem*>& PoppedUp() const { return popped_up_; }
 
-  void Adopt(Window& window) override { adopted_.push_back(&window); }
+  void Adopt(Window& window) override;
   void Drop(Window& window) override;
   void PopUp(MenuItem& menu) override;
   int ScreenWidthTwips() override { return 1024 * kTwipsPerPixel; }
@@ -33,7 +37,15 @@ class FakeWindows : public WindowHost {
   Desktop& Surroundings() override { return desktop_; }
 
  private:
+  struct Reported {
+    WindowState state = WindowState::kNormal;
+    Subscription changes;
+  };
+  void ReportState(Window& window);
+
+  EventLoop& loop_;
   Desktop& desktop_;
+  std::map<Window*, Reported> reported_;
   std::vector<Window*> adopted_;
   std::vector<MenuItem*> popped_up_;
   std::deque<MenuItem*> choices_;

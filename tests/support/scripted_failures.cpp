@@ -1,5 +1,7 @@
 #include "tests/support/scripted_failures.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -8,16 +10,24 @@
 
 namespace tarnvale::testing {
 
+void ScriptedFailures::ClearFailures() {
+  for (const Failure& failure : failures_) {
+    EXPECT_TRUE(failure.was_met) << "no call met the failure of " << failure.function << " "
+                                 << failure.path.value_or("");
+  }
+  failures_.clear();
+}
+
 void ScriptedFailures::FailNext(std::string function, int number) {
-  failures_.push_back({std::move(function), std::nullopt, number, true});
+  failures_.push_back({std::move(function), std::nullopt, number, true, false});
 }
 
 void ScriptedFailures::FailAlways(std::string function, int number) {
-  failures_.push_back({std::move(function), std::nullopt, number, false});
+  failures_.push_back({std::move(function), std::nullopt, number, false, false});
 }
 
 void ScriptedFailures::FailOn(std::string function, std::string path, int number) {
-  failures_.push_back({std::move(function), std::move(path), number, false});
+  failures_.push_back({std::move(function), std::move(path), number, false, false});
 }
 
 int ScriptedFailures::CallsOf(std::string_view function) const {
@@ -43,6 +53,7 @@ std::optional<int> ScriptedFailures::TakeFailure(std::string_view function,
   });
   if (hit == failures_.end()) return std::nullopt;
   const int number = hit->number;
+  hit->was_met = true;
   if (hit->once) failures_.erase(hit);
   return number;
 }

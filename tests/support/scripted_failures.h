@@ -8,9 +8,14 @@
 
 namespace tarnvale::testing {
 
-/// Base of the fakes. Function names are those of the interface.
+/// Base of the fakes. Function names are those of the interface. A failure that no call
+/// has met fails the test: it would show nothing.
 class ScriptedFailures {
  public:
+  ScriptedFailures() = default;
+  ScriptedFailures(const ScriptedFailures&) = delete;
+  ScriptedFailures& operator=(const ScriptedFailures&) = delete;
+
   /// The next call of a function raises `number`.
   void FailNext(std::string function, int number);
   /// Each call raises until ClearFailures.
@@ -18,7 +23,7 @@ class ScriptedFailures {
   /// Each call raises that names `path` as its source or its target, until
   /// ClearFailures.
   void FailOn(std::string function, std::string path, int number);
-  void ClearFailures() { failures_.clear(); }
+  void ClearFailures();
 
   /// The calls so far, "CopyWhole C:\a.txt -> D:\a.txt", those that failed
   /// included.
@@ -28,6 +33,8 @@ class ScriptedFailures {
   void ClearCalls() { calls_.clear(); }
 
  protected:
+  ~ScriptedFailures() { ClearFailures(); }
+
   /// Records a call and raises what the script has for it.
   void Enter(std::string_view function, std::string_view subject = {},
              std::string_view target = {});
@@ -48,6 +55,7 @@ class ScriptedFailures {
     std::optional<std::string> path;
     int number = 0;
     bool once = false;
+    bool was_met = false;
   };
   std::optional<int> TakeFailure(std::string_view function, std::string_view subject,
                                  std::string_view target);
