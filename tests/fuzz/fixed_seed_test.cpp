@@ -94,5 +94,19 @@ TEST(FixedSeedTest, AnyMailServerGetsTheMailOrItsBeginning) {
            FuzzMailServer);
 }
 
+TEST(FixedSeedTest, AnyFtpServerLeavesTheOldFileOrSendsTheNewOne) {
+  std::vector<Bytes> seeds;
+  for (const std::uint8_t command : {1, 2, 3}) {
+    // AUTH twice, USER, PASS, PWD; EPSV, TYPE, the command, its data and end; QUIT.
+    const Bytes well{command, 1, 1, 1, 1, 1, 1, 2, 1, 6, 3, 'n', 'e', 'w', 20, 1};
+    const Bytes breaks_data{command, 1, 1, 1, 1, 1, 1, 2, 1, 3, 3, 'n', 'e', 'w', 20};
+    const Bytes encrypted{command, 1, 38, 4, 5, 'n', 'o', 'p', 'e', '\n', 1, 1, 1};
+    const Bytes odd{command, 0, 7, '2', '2', '0', ' ', 'h', 'i',
+                    '\n',    1, 1, 1,   4,   3,   '2', '5', '7'};
+    seeds.insert(seeds.end(), {well, breaks_data, encrypted, odd});
+  }
+  RunSeeds(seeds, 40, FuzzFtpServer);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

@@ -1,8 +1,6 @@
 #include "tests/fuzz/fuzz_targets.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <optional>
 #include <string>
 
@@ -11,6 +9,7 @@
 #include "platform/profile_text.h"
 #include "settings/settings_store.h"
 #include "tests/codec/codec_under_test.h"
+#include "tests/fuzz/fuzz_script.h"
 #include "tests/hosts/contract/native_files.h"
 #include "tests/hosts/contract/temporary_folder.h"
 #include "tests/support/fake_machine.h"
@@ -18,12 +17,6 @@
 
 namespace tarnvale::testing {
 namespace {
-
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "fuzzing: %s\n", what);
-  std::abort();
-}
 
 // Mostly streams: bytes that begin with anything else get a right mark.
 Bytes WithMark(std::span<const std::uint8_t> bytes) {
@@ -45,16 +38,9 @@ class ScriptedMailServer {
   }
 
  private:
-  std::uint8_t Next() {
-    if (script_.empty()) return 0;
-    const std::uint8_t byte = script_.front();
-    script_ = script_.subspan(1);
-    return byte;
-  }
-
   void Follow(FakeConnection& connection) {
-    for (int steps = Next() % 4; steps > 0 && !script_.empty(); --steps) {
-      const std::uint8_t what = Next();
+    for (int steps = script_.Next() % 4; steps > 0 && !script_.IsOver(); --steps) {
+      const std::uint8_t what = script_.Next();
       const std::chrono::milliseconds when(what / 8 * 20);
       switch (what % 8) {
         case 0:
@@ -67,17 +53,15 @@ class ScriptedMailServer {
           connection.Reset(when);
           break;
         case 3:
-          connection.Say(std::string(1000 * std::size_t{Next()}, 'f'), when);
+          connection.Say(std::string(1000 * std::size_t{script_.Next()}, 'f'), when);
           break;
         default:
-          const auto said = script_.first(std::min<std::size_t>(Next(), script_.size()));
-          connection.Say(std::string(said.begin(), said.end()), when);
-          script_ = script_.subspan(said.size());
+          connection.Say(script_.Text(), when);
       }
     }
   }
 
-  std::span<const std::uint8_t> script_;
+  FuzzScript script_;
 };
 
 void RequireWithinLimits(const frmWinsock& window, const std::string& last_reply) {

@@ -28,4 +28,9 @@ void FuzzSettings(std::span<const std::uint8_t> bytes);
 /// mail or the beginning of it, and it keeps no more than it is allowed.
 void FuzzMailServer(std::span<const std::uint8_t> bytes);
 
+/// Lists, uploads or downloads, as the first byte says, at a server on the loopback that
+/// answers and sends the others, and hangs up behind them: each command ends once, with a
+/// number where it failed, and a file stays as it was unless the new one arrived.
+void FuzzFtpServer(std::span<const std::uint8_t> bytes);
+
 }  // namespace tarnvale::testing

@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -61,6 +62,11 @@ std::string Talk::HearAny() {
   heard_.erase(0, end + 1);
   if (!line.empty() && line.back() == '\r') line.pop_back();
   return line;
+}
+
+void Talk::TakeSilenceForAnEnd(int silence_ms) {
+  const timeval silence{.tv_sec = silence_ms / 1000, .tv_usec = silence_ms % 1000 * 1000};
+  ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &silence, sizeof silence);
 }
 
 void Talk::Hang() {

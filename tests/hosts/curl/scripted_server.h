@@ -30,6 +30,8 @@ class Talk {
   std::string Hear();
   /// The next line, whatever it is.
   std::string HearAny();
+  /// Whoever says nothing for so long has hung up.
+  void TakeSilenceForAnEnd(int silence_ms);
   /// Waits until the client hangs up.
   void Hang();
   /// Says the same again and again, at intervals, until the client hangs up.
