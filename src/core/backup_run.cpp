@@ -67,6 +67,7 @@ void BackupRun::RunBackup() {
     CopyWholeFolders();
     CloseLog();
     targets_.End();
+    sources_.End();
   }
   ShowEnd();
   RunStages();
@@ -103,22 +104,35 @@ void BackupRun::ChooseTargets() {
   for (std::size_t row = 0; row <= state_.Files.UpperBound(); ++row) {
     const Path& path = state_.Files.Row(static_cast<std::int64_t>(row)).Path;
     sources.push_back(path);
-    const std::string name = FileNameOf(path);
-    if (!name.empty()) files.push_back(name);
   }
-  std::vector<std::string> folders;
+  std::vector<RunFolder> folders;
+  std::string name;
   PassedOver pass;
   for (std::size_t i = 0; i < settings_.Entries.Count(); ++i) {
     std::string item = settings_.Entries.At(i);
     if (CountChar(item, state_.MarkerChar.Get()) != kMarkersOfFolder) continue;
     pReplace(item, "\\" + std::string(kFolderMarker), "");
     sources.push_back(item);
-    pass.Step([&] {
-      folders.push_back(GetFolder(item, ToInt16(CountChar(item, state_.PathSepChar.Get()))));
-    });
+    const auto separators = CountChar(item, state_.PathSepChar.Get());
+    // As for the copy: with a single separator the name stays that of the folder before.
+    if (separators != 1) pass.Step([&] { name = GetFolder(item, ToInt16(separators)); });
+    folders.push_back({item, name, name});
   }
   sources_.Begin(sources);
-  targets_.Begin(std::move(files), std::move(folders));
+  for (RunFolder& folder : folders) folder.name = NameInStorage(folder.source, folder.name);
+  for (std::size_t row = 0; row <= state_.Files.UpperBound(); ++row) {
+    const Path& path = state_.Files.Row(static_cast<std::int64_t>(row)).Path;
+    if (FileNameOf(path).empty()) continue;
+    // Both are taken: the copy of one that has gone stays, should another one be there.
+    files.push_back(sources_.NameOf(path));
+    files.push_back(FileNameOf(path));
+  }
+  targets_.Begin(std::move(files), std::move(folders), settings_.BackupMode.Sync);
+}
+
+// A folder's copy has the name that it has itself, in whatever case its item is written.
+std::string BackupRun::NameInStorage(const Path& source, const std::string& name) {
+  return FileNameOf(source) == name ? sources_.NameOf(source) : name;
 }
 
 void BackupRun::OpenLog() {
@@ -190,7 +204,7 @@ void BackupRun::CopyRow(const RunFile& row) {
 
 void BackupRun::CopyToStorage(const RunFile& row) {
   const Path& source = sources_.At(row.Path);
-  const auto target = targets_.FileIn(state_.RunDestination.Get(), FileNameOf(row.Path));
+  const auto target = targets_.FileIn(state_.RunDestination.Get(), sources_.NameOf(row.Path));
   if (target) {
     machine_.files.CopyWhole(source, *target, Rights::kSource);
   } else {
@@ -264,7 +278,7 @@ void BackupRun::FolderRound() {
   if (!settings_.BackupMode.Sync) ChooseFolderDestination();
   // The choice of a mode may change while a sync yields: each is asked anew.
   const std::string destination = state_.RunDestination;
-  if (settings_.BackupMode.Sync) SyncItem(item, {destination, {}}, true);
+  if (settings_.BackupMode.Sync) SyncItem(item, {destination, {}, {}}, true);
   const auto folder = run_.folder;
   if (settings_.BackupMode.Incremental && folder) SyncItem(item, *folder, false);
   if (settings_.BackupMode.Complete && folder) SyncItem(item, *folder, false);
@@ -282,7 +296,8 @@ void BackupRun::SyncItem(const Path& item, const FolderInStorage& folder, bool t
   Step([&] {
     const Path& source = sources_.At(item);
     if (held) {
-      sync_.SyncFolders(source, HeldEntry{held->folder, folder.name}, two_way);
+      sync_.SyncFolders(source, HeldEntry{held->folder, folder.name}, two_way,
+                        targets_.CompanionsOf(item, folder.wanted));
     } else {
       sync_.SyncFolders(source, folder.location + folder.name, two_way);
     }
@@ -317,8 +332,9 @@ void BackupRun::ChooseFolderDestination() {
 // An existing folder makes this fail, and the run passes on.
 void BackupRun::MakeFolderInStorage() {
   const std::string location = state_.RunDestination;
-  run_.folder = FolderInStorage{location, run_.folder_name};
-  const auto target = targets_.FolderIn(location, run_.folder_name);
+  const std::string wanted = NameInStorage(state_.ItemText, run_.folder_name);
+  run_.folder = FolderInStorage{location, run_.folder_name, wanted};
+  const auto target = targets_.FolderIn(location, wanted);
   if (!target) {
     Step([&] { machine_.files.CreateFolder(location + run_.folder_name); });
     return;

@@ -44,6 +44,7 @@ class BackupRun {
   void Prepare();
   void BuildRunFiles();
   void ChooseTargets();
+  std::string NameInStorage(const Path& source, const std::string& name);
   void OpenLog();
   void ResetBars();
   void CopySingleFiles();
@@ -83,7 +84,8 @@ class BackupRun {
 
   struct FolderInStorage {
     Path location;
-    std::string name;  ///< empty: the location itself
+    std::string name;    ///< empty: the location itself
+    std::string wanted;  ///< the same before it is paired with what is there
   };
   void SyncItem(const Path& item, const FolderInStorage& folder, bool two_way);
 

@@ -131,6 +131,22 @@ void FileSync::Read(FolderPair& pair) {
   pair.names = Pair(pair);
 }
 
+// Two folders that have this place below the roots.
+void FileSync::Read(FolderPair& pair, const Companions& companions, const Path& below) {
+  Read(pair);
+  // Only where a name stands for another one does it matter who else has one.
+  if (!pair.names.has_variants) return;
+  std::vector<FolderContents> others;
+  if (below.empty()) others.push_back(companions.names);
+  for (const Path& folder : companions.folders) {
+    PassedOver pass;
+    pass.Step(
+        [&] { others.push_back(machine_.files.OpenFolder(folder)->Inner(below)->Contents()); });
+  }
+  pair.names = PairNamesAmong(pair.in_first, others, pair.in_second,
+                              NameRulesOf(machine_.files, pair.first.get(), pair.second.get()));
+}
+
 // Chosen: towards the computer nothing is copied over what the user made or changed
 // since it was listed. The next run compares it anew.
 // A name that the medium doesn't tell from another one is passed over, and that
@@ -173,12 +189,13 @@ void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
 
 template <class Hold, class CopyWhole>
 void FileSync::SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& copy_whole,
-                           bool two_way, LeftOutFolders left_out) {
+                           bool two_way, LeftOutFolders left_out, const Companions& companions) {
   Roots roots;
+  roots.companions = companions;
   PassedOver pass;
   pass.Step([&] { roots.first = machine_.files.OpenFolder(first); });
   pass.Step([&] { roots.second = hold_second(); });
-  if (!pass.StandingError()) pass.Step([&] { Read(roots); });
+  if (!pass.StandingError()) pass.Step([&] { Read(roots, roots.companions, {}); });
   if (pass.StandingError()) {
     pass.Step([&] { copy_whole(left_out); });
     return;
@@ -197,10 +214,11 @@ void FileSync::SyncFolders(const Path& first, const Path& second, bool two_way) 
       [&](const LeftOutFolders&) {
         machine_.files.CopyTree(first, second, Yielding(), kTowardsStorage);
       },
-      two_way, {});
+      two_way, {}, {});
 }
 
-void FileSync::SyncFolders(const Path& first, const HeldEntry& second, bool two_way) {
+void FileSync::SyncFolders(const Path& first, const HeldEntry& second, bool two_way,
+                           const Companions& companions) {
   // Held here as well: the caller's may go while this yields.
   std::unique_ptr<HeldFolder> storage;
   PassedOver pass;
@@ -211,7 +229,7 @@ void FileSync::SyncFolders(const Path& first, const HeldEntry& second, bool two_
       [&, name = second.name](const LeftOutFolders& left_out) {
         machine_.files.CopyTree(first, {*storage, name}, Yielding(), kTowardsStorage, left_out);
       },
-      two_way, {storage.get()});
+      two_way, {storage.get()}, companions);
 }
 
 // Both sides are found from the two folders that are held, so they stay these two.
@@ -263,7 +281,9 @@ std::optional<FileSync::Level> FileSync::EnterFolders(const Roots& roots, const 
       (pair.second && IsIn(roots.left_out, *pair.second))) {
     return std::nullopt;
   }
-  if (folders.in_both && !pass.StandingError()) pass.Step([&] { Read(pair); });
+  if (folders.in_both && !pass.StandingError()) {
+    pass.Step([&] { Read(pair, roots.companions, first); });
+  }
   if (!folders.in_both || pass.StandingError()) {
     pass.Step([&] {
       const auto from = roots.first->Inner(outer.first);

@@ -38,6 +38,13 @@ struct ComparedFile {
   bool copies = false;  ///< not when it would go to the first folder, one way
 };
 
+/// What else goes to the second folder of a sync. Its names are taken: none in the other
+/// case stands for one of them.
+struct Companions {
+  std::vector<Path> folders;  ///< each with all that is in it
+  FolderContents names;
+};
+
 struct FileDifference {
   std::string name;
   int status = difference::kNone;
@@ -66,7 +73,8 @@ class FileSync {
   /// all failures. Yields.
   void SyncFolders(const Path& first, const Path& second, bool two_way);
   /// Likewise, with the storage's folder in one that is held, which isn't entered either.
-  void SyncFolders(const Path& first, const HeldEntry& second, bool two_way);
+  void SyncFolders(const Path& first, const HeldEntry& second, bool two_way,
+                   const Companions& companions = {});
 
   /// Notified of each file of two folders that both are there, before it is copied
   /// or left alone.
@@ -84,6 +92,7 @@ class FileSync {
   };
   /// The two folders of a whole sync.
   struct Roots : FolderPair {
+    Companions companions;
     LeftOutFolders left_out;  ///< not entered where they are met on the way down
   };
   /// A file under its name in each of two folders.
@@ -110,12 +119,13 @@ class FileSync {
 
   NamePairs Pair(const FolderPair& pair);
   void Read(FolderPair& pair);
+  void Read(FolderPair& pair, const Companions& companions, const Path& below);
   static std::vector<Row> Compare(const FolderContents& first, const FolderContents& second,
                                   const NamePairs& pairs);
   void SyncPair(const FolderPair& pair, bool two_way);
   template <class Hold, class CopyWhole>
   void SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& copy_whole, bool two_way,
-                   LeftOutFolders left_out);
+                   LeftOutFolders left_out, const Companions& companions);
   void SyncTrees(Roots& roots, bool two_way);
   std::optional<Level> EnterFolders(const Roots& roots, const Level& outer,
                                     const SubFolders& folders, bool two_way);

@@ -9,7 +9,7 @@
 namespace tarnvale {
 
 void RunSources::Begin(const std::vector<Path>& paths) {
-  twins_.clear();
+  End();
   std::unordered_map<std::string, Path> first_of;
   for (const Path& path : paths) {
     const auto [first, is_new] = first_of.try_emplace(files_.FoldCase(path), path);
@@ -28,6 +28,40 @@ const Path& RunSources::At(const Path& path) {
     return path;
   }
   throw ProgramError(kFileNotFound);
+}
+
+std::string RunSources::NameOf(const Path& path) {
+  std::string name = FileNameOf(path);
+  if (name.empty() || twins_.contains(path)) return name;
+  const Path folder = path.substr(0, path.size() - name.size());
+  std::string real = name;
+  PassedOver pass;
+  pass.Step([&] {
+    if (folder_ == nullptr || folder_path_ != folder) {
+      folder_.reset();
+      folder_ = files_.OpenFolder(folder);
+      folder_path_ = folder;
+    }
+    if (folder_->File(name)) return;
+    const std::string folded = files_.FoldCase(name);
+    std::vector<std::string> there = files_.ListFolders(folder, {.hidden = true, .system = true});
+    for (std::string& file : files_.List(folder + "*", {.hidden = true, .system = true})) {
+      there.push_back(std::move(file));
+    }
+    // As looking it up does: exactly, or else the first by its bytes.
+    const auto is_other = [&](const std::string& other) {
+      return other != name && files_.FoldCase(other) != folded;
+    };
+    std::erase_if(there, is_other);
+    if (there.empty() || std::find(there.begin(), there.end(), name) != there.end()) return;
+    real = *std::min_element(there.begin(), there.end());
+  });
+  return real;
+}
+
+void RunSources::End() {
+  twins_.clear();
+  folder_.reset();
 }
 
 }  // namespace tarnvale

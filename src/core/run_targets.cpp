@@ -18,16 +18,25 @@ std::vector<std::string> Distinct(std::vector<std::string> names) {
 
 }  // namespace
 
-void RunTargets::Begin(std::vector<std::string> file_names, std::vector<std::string> folder_names) {
+void RunTargets::Begin(std::vector<std::string> file_names, std::vector<RunFolder> folders,
+                       bool all_in_one) {
   End();
   for (std::string& name : Distinct(std::move(file_names))) {
     wanted_.files.push_back({std::move(name)});
   }
+  std::vector<std::string> folder_names;
+  for (const RunFolder& folder : folders) {
+    folder_names.push_back(folder.name);
+    folder_names.push_back(folder.of_item);
+  }
   wanted_.folders = Distinct(std::move(folder_names));
+  folders_ = std::move(folders);
+  all_in_one_ = all_in_one;
 }
 
 void RunTargets::End() {
   wanted_ = {};
+  folders_.clear();
   folder_.reset();
 }
 
@@ -38,7 +47,11 @@ bool RunTargets::Open(const Path& location) {
   pass.Step([&] {
     auto folder = files_.OpenFolder(location);
     const FolderContents there = folder->Contents();
-    const NamePairs pairs = PairNames(wanted_, there, NameRulesOf(files_, nullptr, folder.get()));
+    const NameRules rules = NameRulesOf(files_, nullptr, folder.get());
+    NamePairs pairs = PairNames(wanted_, there, rules);
+    if (pairs.has_variants && all_in_one_ && !folders_.empty()) {
+      pairs = PairNamesAmong(wanted_, ContentsOfFolders(), there, rules);
+    }
     file_names_.clear();
     folder_names_.clear();
     for (std::size_t i = 0; i < pairs.files.size(); ++i) {
@@ -53,6 +66,26 @@ bool RunTargets::Open(const Path& location) {
     location_ = location;
   });
   return folder_ != nullptr;
+}
+
+std::vector<FolderContents> RunTargets::ContentsOfFolders() {
+  std::vector<FolderContents> all;
+  for (const RunFolder& folder : folders_) {
+    PassedOver pass;
+    pass.Step([&] { all.push_back(files_.OpenFolder(folder.source)->Contents()); });
+  }
+  return all;
+}
+
+Companions RunTargets::CompanionsOf(const Path& source, const std::string& name) const {
+  Companions companions;
+  for (const RunFolder& folder : folders_) {
+    if (folder.source != source && (name.empty() || folder.name == name)) {
+      companions.folders.push_back(folder.source);
+    }
+  }
+  if (name.empty()) companions.names.files = wanted_.files;
+  return companions;
 }
 
 HeldEntry RunTargets::EntryFor(const RealNames& names, const std::string& name) const {

@@ -1,5 +1,6 @@
 #include "platform/name_pairs.h"
 
+#include <map>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -133,6 +134,36 @@ NamePairs PairNames(const FolderContents& first, const FolderContents& second,
   NamePairs pairs;
   pairs.files = PairKind({a.files, a.all, b.files, b.all}, rules, pairs.has_variants);
   pairs.folders = PairKind({a.folders, a.all, b.folders, b.all}, rules, pairs.has_variants);
+  return pairs;
+}
+
+NamePairs PairNamesAmong(const FolderContents& first, const std::vector<FolderContents>& others,
+                         const FolderContents& second, const NameRules& rules) {
+  // In an order that is the same whoever is the first.
+  std::map<std::string_view, std::size_t> files;
+  std::map<std::string_view, std::size_t> folders;
+  const auto add = [&](const FolderContents& contents) {
+    for (const FolderEntry& file : contents.files) files.emplace(file.name, 0);
+    for (const std::string& folder : contents.folders) folders.emplace(folder, 0);
+  };
+  add(first);
+  for (const FolderContents& other : others) add(other);
+  FolderContents all;
+  for (auto& [name, place] : files) {
+    place = all.files.size();
+    all.files.push_back({std::string(name)});
+  }
+  for (auto& [name, place] : folders) {
+    place = all.folders.size();
+    all.folders.emplace_back(name);
+  }
+  const NamePairs among = PairNames(all, second, rules);
+  NamePairs pairs;
+  pairs.has_variants = among.has_variants;
+  for (const FolderEntry& file : first.files) pairs.files.push_back(among.files[files[file.name]]);
+  for (const std::string& folder : first.folders) {
+    pairs.folders.push_back(among.folders[folders[folder]]);
+  }
   return pairs;
 }
 

@@ -42,4 +42,9 @@ NameRules NameRulesOf(FileSystem& files, HeldFolder* first, HeldFolder* second);
 NamePairs PairNames(const FolderContents& first, const FolderContents& second,
                     const NameRules& rules);
 
+/// Those pairs of `first` where `others` go to the second folder as well: their names
+/// count as the first's.
+NamePairs PairNamesAmong(const FolderContents& first, const std::vector<FolderContents>& others,
+                         const FolderContents& second, const NameRules& rules);
+
 }  // namespace tarnvale

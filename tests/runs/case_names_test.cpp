@@ -139,6 +139,112 @@ TEST_P(CaseNamesTest, AWholeFolderItemThatIsALinkIsComparedAsWhatItLeadsTo) {
   EXPECT_TRUE(std::filesystem::is_symlink(Native("Work/Link")));
 }
 
+TEST_P(CaseNamesTest, TwoFoldersThatGoToOnePlaceKeepTheirOwnFiles) {
+  const std::string store = GetParam() == Mode::kSync ? "Store/" : "Store/Docs/";
+  // By turns each item comes first, its file is the newer one, and the location has a copy.
+  for (int turn = 0; turn < 8; ++turn) {
+    SCOPED_TRACE(turn);
+    std::filesystem::remove_all(Native("Work"));
+    std::filesystem::remove_all(Native("Store"));
+    std::filesystem::create_directories(Native("Store"));
+    Write("Work/x/Docs/Makefile", "capital");
+    Write("Work/y/Docs/makefile", "small");
+    Write("Work/x/Docs/Sub/Readme", "of x");
+    Write("Work/y/Docs/Sub/README", "of y");
+    SetModified("Work/x/Docs/Makefile", kNoon + ((turn & 1) != 0 ? 100 : 0));
+    SetModified("Work/y/Docs/makefile", kNoon + 50);
+    std::vector<std::string> items{"C:\\Work\\x\\Docs\\*+++++*", "C:\\Work\\y\\Docs\\*+++++*"};
+    if ((turn & 2) != 0) std::swap(items[0], items[1]);
+    if ((turn & 4) != 0) {
+      Write(store + "Makefile", "an older copy");
+      SetModified(store + "Makefile", kNoon - 100);
+    }
+    engine.settings.Entries.Assign(items);
+    for (int run = 0; run < 3; ++run) {
+      Run();
+      EXPECT_EQ(Content("Work/x/Docs/Makefile"), "capital");
+      EXPECT_EQ(Content("Work/y/Docs/makefile"), "small");
+      EXPECT_EQ(Content(store + "Makefile"), "capital");
+      EXPECT_EQ(Content(store + "makefile"), "small");
+      EXPECT_EQ(Content(store + "Sub/Readme"), "of x");
+      EXPECT_EQ(Content(store + "Sub/README"), "of y");
+    }
+  }
+}
+
+TEST_P(CaseNamesTest, AThirdNameInTheLocationStandsForOneOfTwoOnly) {
+  const std::string store = GetParam() == Mode::kSync ? "Store/" : "Store/Docs/";
+  Write(store + "MAKEFILE", "before");
+  SetModified(store + "MAKEFILE", kNoon - 100);
+  Write("Work/x/Docs/Makefile", "capital");
+  Write("Work/y/Docs/makefile", "small");
+  engine.settings.Entries.Assign({"C:\\Work\\y\\Docs\\*+++++*", "C:\\Work\\x\\Docs\\*+++++*"});
+  for (int run = 0; run < 3; ++run) {
+    Run();
+    // A sync has brought it to the other folder before, which then has the exact name.
+    const bool is_sync = GetParam() == Mode::kSync;
+    EXPECT_EQ(Content(store + "MAKEFILE"), is_sync ? "before" : "capital");
+    EXPECT_EQ(Content(store + (is_sync ? "Makefile" : "MAKEFILE")), "capital");
+    EXPECT_EQ(Content(store + "makefile"), "small");
+    EXPECT_EQ(Content("Work/y/Docs/makefile"), "small");
+  }
+}
+
+TEST_P(CaseNamesTest, ASingleFileAndAFolderThatGoToOnePlaceStayTwo) {
+  if (GetParam() != Mode::kSync) return;  // a folder goes to one of its own
+  Write("Work/One/Makefile", "capital");
+  Write("Work/Two/makefile", "small");
+  SetModified("Work/One/Makefile", kNoon + 100);
+  SetModified("Work/Two/makefile", kNoon);
+  for (const bool copied_before : {false, true}) {
+    if (copied_before) {
+      std::filesystem::remove(Native("Store/Makefile"));
+      std::filesystem::remove(Native("Work/Two/Makefile"));
+    }
+    engine.settings.Entries.Assign({"C:\\Work\\One\\Makefile", "C:\\Work\\Two\\*+++++*"});
+    RunTwice();
+    EXPECT_EQ(Content("Store/Makefile"), "capital");
+    EXPECT_EQ(Content("Store/makefile"), "small");
+    EXPECT_EQ(Content("Work/Two/makefile"), "small");
+  }
+}
+
+TEST_P(CaseNamesTest, TheLastCopyOfALoneFileThatHasGoneIsNotReplacedByAnotherOne) {
+  Write("Work/Makefile", "capital");
+  engine.settings.Entries.Assign({"C:\\Work\\Makefile"});
+  Run();
+  std::filesystem::remove(Native("Work/Makefile"));
+  Write("Work/makefile", "small, and not in the list");
+  RunTwice();
+  EXPECT_EQ(Content("Store/Makefile"), "capital");
+  EXPECT_EQ(Content("Store/makefile"), "small, and not in the list") << "what stands for it now";
+}
+
+TEST_P(CaseNamesTest, TheLastCopyOfALoneFolderThatHasGoneIsNotReplacedByAnotherOne) {
+  if (GetParam() == Mode::kSync) return;  // it goes to the location itself
+  Write("Work/Doc/a.txt", "capital");
+  engine.settings.Entries.Assign({"C:\\Work\\Doc\\*+++++*"});
+  Run();
+  std::filesystem::remove_all(Native("Work/Doc"));
+  Write("Work/doc/a.txt", "small, and not in the list");
+  RunTwice();
+  EXPECT_EQ(Content("Store/Doc/a.txt"), "capital");
+  EXPECT_EQ(Content("Store/doc/a.txt"), "small, and not in the list");
+}
+
+TEST_P(CaseNamesTest, AnItemInAnotherCaseIsCopiedEachTimeThatItChanges) {
+  Write("Work/Report.doc", "old");
+  Write("Work/Sub/Doc/a.txt", "old");
+  engine.settings.Entries.Assign({"C:\\WORK\\REPORT.DOC", "C:\\WORK\\SUB\\DOC\\*+++++*"});
+  Run();
+  Write("Work/Report.doc", "new");
+  Write("Work/Sub/Doc/a.txt", "new");
+  SetModified("Work/Sub/Doc/a.txt", 4102444800);
+  RunTwice();
+  EXPECT_EQ(Content("Store/Report.doc"), "new");
+  EXPECT_EQ(Content(GetParam() == Mode::kSync ? "Store/a.txt" : "Store/Doc/a.txt"), "new");
+}
+
 // --- folders that change while they are walked
 
 class SwappedFolderTest : public RealRun {
