@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "tests/hosts/contract/temporary_folder.h"
 #include "tests/support/canvas_rows.h"
 #include "tools/pictures/bitmap_font.h"
 #include "tools/pictures/png.h"
@@ -23,28 +24,26 @@ Raster Gradient(int width, int height) {
   return picture;
 }
 
-// One for each test: several run at once.
-std::filesystem::path PictureFile() {
-  return std::filesystem::path(::testing::TempDir()) / "tarnvale-png-test" /
-         ::testing::UnitTest::GetInstance()->current_test_info()->name() / "picture.png";
-}
+class Png : public ::testing::Test {
+ protected:
+  TemporaryFolder folder;
+  const std::filesystem::path file = folder / "pictures/picture.png";
+};
 
-TEST(Png, ComesBackAsItWas) {
+TEST_F(Png, ComesBackAsItWas) {
   const Raster picture = Gradient(37, 200);
-  ASSERT_TRUE(WritePng(PictureFile(), picture));
-  EXPECT_EQ(ReadPng(PictureFile()), picture);
-  std::filesystem::remove_all(PictureFile().parent_path());
+  ASSERT_TRUE(WritePng(file, picture));
+  EXPECT_EQ(ReadPng(file), picture);
 }
 
-TEST(Png, NoFileIsNoPicture) {
-  EXPECT_FALSE(ReadPng(PictureFile()).has_value());
+TEST_F(Png, NoFileIsNoPicture) {
+  EXPECT_FALSE(ReadPng(file).has_value());
 }
 
-TEST(Png, RefusesAFileThatWasCut) {
-  ASSERT_TRUE(WritePng(PictureFile(), Gradient(37, 200)));
-  std::filesystem::resize_file(PictureFile(), 100);
-  EXPECT_FALSE(ReadPng(PictureFile()).has_value());
-  std::filesystem::remove_all(PictureFile().parent_path());
+TEST_F(Png, RefusesAFileThatWasCut) {
+  ASSERT_TRUE(WritePng(file, Gradient(37, 200)));
+  std::filesystem::resize_file(file, 100);
+  EXPECT_FALSE(ReadPng(file).has_value());
 }
 
 TEST(Sheet, KeepsItsGroundUnderTransparentPixels) {
