@@ -146,6 +146,19 @@ ProfileText::Lines::iterator ProfileText::InsertAfter(Lines::iterator place, std
   return lines_.insert(next, {std::move(text), new_end_});
 }
 
+void ProfileText::ForEachChange(const ProfileText& before, const Visitor& visit) const {
+  std::string_view section;
+  for (auto line = lines_.begin(); line != lines_.end(); ++line) {
+    if (const auto name = SectionOf(line->text)) section = *name;
+    const auto key = KeyOf(line->text);
+    const auto* found = key ? Find(section, *key) : nullptr;
+    const std::string_view value = ValueOf(line->text);
+    // A second line of the same key counts for nothing.
+    if (found == nullptr || *found != line || before.Holds(section, *key, value)) continue;
+    visit(section, *key, value);
+  }
+}
+
 std::string ProfileText::Bytes() const {
   std::size_t size = mark_.size();
   for (const Line& line : lines_) size += line.text.size() + line.end.size();

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <list>
 #include <optional>
 #include <string>
@@ -42,6 +43,11 @@ class ProfileText {
   /// section that isn't blank, or adds the section at the end. All three texts
   /// must be ones that it can hold. False when nothing had to change.
   bool Set(std::string_view section, std::string_view key, std::string_view value);
+
+  /// Calls for each value that another text doesn't hold, with section, key and value
+  /// as they are written here.
+  using Visitor = std::function<void(std::string_view, std::string_view, std::string_view)>;
+  void ForEachChange(const ProfileText& before, const Visitor& visit) const;
 
   std::string Bytes() const;
 

@@ -45,15 +45,21 @@ bool ReadFile(const std::string& native, struct stat& state, std::string& bytes)
          ReadWhole(file.Get(), bytes);
 }
 
+// Whether a file is the one that was read. Exchanging it changes its third time.
+bool SameFile(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
+         a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
+}
+
 bool MayBeReplaced(const struct stat& info, const std::string& native) {
   // The owner's write bit is asked for too: it stops nobody who is root.
   return S_ISREG(info.st_mode) && (info.st_mode & S_IWUSR) != 0 &&
          ::faccessat(AT_FDCWD, native.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
-// Keeps other instances from replacing a file of this folder while we look and
-// replace it. They hold it for microseconds; whoever holds it for longer, or a
-// medium without locks, doesn't stop us.
+// A courtesy: keeps other instances from replacing a file of this folder while we look
+// and replace it, which spares both the second try. They hold it for microseconds; whoever
+// holds it for longer, or a medium without locks, doesn't stop us.
 class FolderLock {
  public:
   explicit FolderLock(const std::string& folder)
@@ -154,8 +160,16 @@ bool LinuxProfileFiles::Refresh(Profile& profile, const Place& place) {
   profile.state = place.info;
   profile.known = !place.exists || ReadFile(place.Native(), profile.state, bytes);
   profile.text = ProfileText(profile.known ? bytes : std::string());
-  for (const Edit& edit : profile.edits) profile.text.Set(edit.section, edit.key, edit.value);
+  Apply(profile);
   return profile.known;
+}
+
+void LinuxProfileFiles::Apply(Profile& profile) {
+  for (const Edit& edit : profile.edits) {
+    const bool has_changed =
+        edit.is_taken_in && profile.text.Value(edit.section, edit.key) != edit.over;
+    if (!has_changed) profile.text.Set(edit.section, edit.key, edit.value);
+  }
 }
 
 std::string LinuxProfileFiles::Read(const std::string& section, const std::string& key,
@@ -185,7 +199,7 @@ bool LinuxProfileFiles::Write(const std::string& section, const std::string& key
   if (profile.temporary_path.empty() && !BeginTemporary(profile, place)) return false;
   profile.file = file;
   profile.text.Set(section, key, value);
-  profile.edits.push_back({section, key, value});
+  profile.edits.push_back({section, key, value, false, std::nullopt});
   return true;
 }
 
@@ -241,6 +255,7 @@ bool LinuxProfileFiles::Flush(const Path& file) {
 // what he wrote is then taken in.
 bool LinuxProfileFiles::Put(Profile& profile, const Place& place) {
   constexpr int kMostTries = 20;
+  constexpr int kMostPuts = 1000;
   for (int tries = 1;; ++tries) {
     const Place now = AsItIs(place);
     if (now.exists && !MayBeReplaced(now.info, now.Native())) return false;
@@ -254,14 +269,68 @@ bool LinuxProfileFiles::Put(Profile& profile, const Place& place) {
         return true;
       }
     }
+    // Another one than the text was read from.
+    if (tries < kMostTries && now.exists && !SameFile(state, profile.state)) continue;
     if (!WriteBeside(profile, now, bytes)) return false;
     const FolderLock lock(now.folder);
     if (tries < kMostTries && !IsAsItWas(now)) continue;
-    if (::rename(profile.temporary_path.c_str(), now.Native().c_str()) != 0) return false;
-    profile.temporary_path.clear();
+    const Outcome outcome = PutInPlace(profile, now, old);
+    if (outcome == Outcome::kAgain && tries < kMostPuts) continue;
+    if (outcome == Outcome::kFailed) return false;
     lock.UnlockAndFlush();
     return true;
   }
+}
+
+// Exchanges the two files and looks at what came out: were it another one than we read,
+// somebody has written without our seeing it, and what that was is taken in with the next
+// try. The named file is one whole version all the time.
+LinuxProfileFiles::Outcome LinuxProfileFiles::PutInPlace(Profile& profile, const Place& place,
+                                                         const std::string& old) {
+  const char* const temporary = profile.temporary_path.c_str();
+  const std::string native = place.Native();
+  const unsigned flags = place.exists ? RENAME_EXCHANGE : RENAME_NOREPLACE;
+  if (::renameat2(AT_FDCWD, temporary, AT_FDCWD, native.c_str(), flags) != 0) {
+    // It has come or gone meanwhile.
+    if (errno == (place.exists ? ENOENT : EEXIST)) return Outcome::kAgain;
+    // A medium that knows only the plain way.
+    if (errno != EINVAL && errno != ENOSYS) return Outcome::kFailed;
+    if (::rename(temporary, native.c_str()) != 0) return Outcome::kFailed;
+    profile.temporary_path.clear();
+    return Outcome::kDone;
+  }
+  if (!place.exists) {
+    profile.temporary_path.clear();
+    return Outcome::kDone;
+  }
+  struct stat displaced {};
+  if (::lstat(temporary, &displaced) != 0 || SameFile(displaced, profile.state)) {
+    DropTemporary(profile);
+    return Outcome::kDone;
+  }
+  return TakeIn(profile, old) ? Outcome::kAgain : Outcome::kDone;
+}
+
+// What the file that was displaced holds and `old`, which we had read, doesn't. Ours
+// holds where both have written. False when there is nothing to take in.
+bool LinuxProfileFiles::TakeIn(Profile& profile, const std::string& old) {
+  struct stat state {};
+  std::string bytes;
+  if (!ReadFile(profile.temporary_path, state, bytes)) return false;
+  const std::size_t before = profile.edits.size();
+  ProfileText(bytes).ForEachChange(
+      ProfileText(old),
+      [&](std::string_view section, std::string_view key, std::string_view value) {
+        const auto is_it = [&](const Edit& edit) {
+          return !edit.is_taken_in && EqualIgnoringCase(edit.section, section) &&
+                 EqualIgnoringCase(edit.key, key);
+        };
+        if (std::any_of(profile.edits.begin(), profile.edits.end(), is_it)) return;
+        profile.edits.push_back({std::string(section), std::string(key), std::string(value), true,
+                                 profile.text.Value(section, key)});
+      });
+  profile.known = false;
+  return profile.edits.size() != before;
 }
 
 bool LinuxProfileFiles::WriteBeside(Profile& profile, const Place& place,

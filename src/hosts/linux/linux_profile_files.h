@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -42,6 +43,9 @@ class LinuxProfileFiles : public ProfileFiles {
     std::string section;
     std::string key;
     std::string value;
+    /// Of what another instance has written: only over this, which we had put there.
+    bool is_taken_in = false;
+    std::optional<std::string> over;
   };
   /// Where a profile lies, links followed.
   struct Place {
@@ -75,6 +79,10 @@ class LinuxProfileFiles : public ProfileFiles {
   bool GiveUp(const Path& file);
   bool Put(Profile& profile, const Place& place);
   bool WriteBeside(Profile& profile, const Place& place, const std::string& bytes);
+  enum class Outcome { kDone, kAgain, kFailed };
+  static Outcome PutInPlace(Profile& profile, const Place& place, const std::string& old);
+  static bool TakeIn(Profile& profile, const std::string& old);
+  static void Apply(Profile& profile);
 
   Locator& locator_;
   std::string state_folder_;

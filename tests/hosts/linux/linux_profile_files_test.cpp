@@ -3,12 +3,17 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/file.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <chrono>
+#include <cstdio>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "tests/hosts/linux/linux_stage.h"
 
@@ -17,6 +22,36 @@ namespace {
 
 constexpr char kFile[] = "C:\\Data\\t.ini";
 
+// Does something right before a file is exchanged: one thing each time, in order.
+class RenameHook {
+ public:
+  explicit RenameHook(std::vector<std::function<void()>> steps) : steps_(std::move(steps)) {
+    present = this;
+  }
+  ~RenameHook() { present = nullptr; }
+  RenameHook(const RenameHook&) = delete;
+  RenameHook& operator=(const RenameHook&) = delete;
+
+  void Refuse(int error) { error_ = error; }
+  bool WasCalled() const { return next_ == steps_.size(); }
+
+  static inline RenameHook* present = nullptr;
+  // The error to fail with; 0 for none.
+  int Call() {
+    if (next_ == steps_.size()) return error_;
+    const auto& step = steps_[next_++];
+    present = nullptr;
+    step();
+    present = this;
+    return error_;
+  }
+
+ private:
+  std::vector<std::function<void()>> steps_;
+  std::size_t next_ = 0;
+  int error_ = 0;
+};
+
 class LinuxProfileFilesTest : public LinuxStage {
  protected:
   std::string Read(const std::string& section, const std::string& key) {
@@ -24,6 +59,12 @@ class LinuxProfileFilesTest : public LinuxStage {
   }
   bool Write(const std::string& key, const std::string& value) {
     return host->profiles.Write("A", key, value, kFile);
+  }
+  // By another instance.
+  void SaveAs(const std::string& key, const std::string& value) {
+    LinuxHost other(surroundings);
+    EXPECT_TRUE(other.profiles.Write("A", key, value, kFile));
+    EXPECT_TRUE(other.profiles.Flush(kFile));
   }
   std::vector<std::string> Names() const { return NativeNames(OnDrive("Data")); }
 
@@ -67,29 +108,103 @@ TEST_F(LinuxProfileFilesTest, AFolderThatSomebodyKeepsLockedHoldsNoSaveUp) {
   EXPECT_EQ(ReadNative(native), "[A]\r\nx=1\r\n");
 }
 
-// Each of them adds keys of its own and saves after each, as fast as it can.
-TEST_F(LinuxProfileFilesTest, InstancesThatSaveAllTheTimeKeepEachOthersWrites) {
-  constexpr int kKeys = 40;
+// --- what another instance saves at the last moment
+
+TEST_F(LinuxProfileFilesTest, WhatAnotherInstanceSavesRightBeforeTheExchangeIsKept) {
   WriteNative(native, "[A]\r\nx=0\r\n");
-  const auto add_keys = [this](const std::string& letter) {
+  RenameHook hook({[&] {
     LinuxHost other(surroundings);
-    for (int i = 0; i < kKeys; ++i) {
-      if (!other.profiles.Write("A", letter + std::to_string(i), "1", kFile)) return false;
-      if (!other.profiles.Flush(kFile)) return false;
+    EXPECT_TRUE(other.profiles.Write("A", "y", "1", kFile));
+    EXPECT_TRUE(other.profiles.Write("Other", "y", "1", kFile));
+    EXPECT_TRUE(other.profiles.Flush(kFile));
+  }});
+  ASSERT_TRUE(Write("x", "1"));
+  ASSERT_TRUE(host->profiles.Flush(kFile));
+  EXPECT_TRUE(hook.WasCalled());
+  EXPECT_EQ(ReadNative(native), "[A]\r\nx=1\r\ny=1\r\n[Other]\r\ny=1\r\n");
+  EXPECT_EQ(Names(), (std::vector<std::string>{"t.ini"}));
+}
+
+TEST_F(LinuxProfileFilesTest, WhatAnotherInstanceSavesOverOursBeforeTheSecondExchangeIsKept) {
+  WriteNative(native, "[A]\r\nx=0\r\n");
+  // The first of them has gone when the second one reads the file.
+  RenameHook hook({[&] { SaveAs("y", "1"); },
+                   [&] {
+                     SaveAs("y", "2");
+                     SaveAs("z", "1");
+                   }});
+  ASSERT_TRUE(Write("x", "1"));
+  ASSERT_TRUE(host->profiles.Flush(kFile));
+  EXPECT_TRUE(hook.WasCalled());
+  EXPECT_EQ(Read("A", "x"), "1");
+  EXPECT_EQ(Read("A", "y"), "2") << "the later one counts";
+  EXPECT_EQ(Read("A", "z"), "1");
+}
+
+TEST_F(LinuxProfileFilesTest, WhatTwoInstancesSaveIsTheLaterOnesWord) {
+  WriteNative(native, "[A]\r\nx=0\r\n");
+  RenameHook hook({[&] { SaveAs("x", "theirs"); }});
+  ASSERT_TRUE(Write("x", "ours"));
+  ASSERT_TRUE(host->profiles.Flush(kFile));
+  EXPECT_EQ(Read("A", "x"), "ours");
+}
+
+TEST_F(LinuxProfileFilesTest, AFileThatAnotherInstanceMakesMeanwhileIsTakenIn) {
+  RenameHook hook({[&] { SaveAs("y", "1"); }});
+  ASSERT_TRUE(Write("x", "1"));
+  ASSERT_TRUE(host->profiles.Flush(kFile));
+  EXPECT_TRUE(hook.WasCalled());
+  EXPECT_EQ(Read("A", "x"), "1");
+  EXPECT_EQ(Read("A", "y"), "1");
+}
+
+TEST_F(LinuxProfileFilesTest, AMediumThatExchangesNothingHoldsASaveAll) {
+  WriteNative(native, "[A]\r\nx=0\r\n");
+  RenameHook hook({});
+  hook.Refuse(EINVAL);
+  ASSERT_TRUE(Write("x", "1"));
+  ASSERT_TRUE(host->profiles.Flush(kFile));
+  EXPECT_EQ(ReadNative(native), "[A]\r\nx=1\r\n");
+  EXPECT_EQ(Names(), (std::vector<std::string>{"t.ini"}));
+}
+
+// --- two that save all the time
+
+class TwoInstancesTest : public LinuxProfileFilesTest {
+ protected:
+  // Each of them adds keys of its own and saves after each, as fast as it can.
+  void ExpectAllKept(int keys) {
+    WriteNative(native, "[A]\r\nx=0\r\n");
+    const auto add_keys = [&](const std::string& letter) {
+      LinuxHost other(surroundings);
+      for (int i = 0; i < keys; ++i) {
+        if (!other.profiles.Write("A", letter + std::to_string(i), "1", kFile)) return false;
+        if (!other.profiles.Flush(kFile)) return false;
+      }
+      return true;
+    };
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(add_keys("c") ? 0 : 1);
+    EXPECT_TRUE(add_keys("p"));
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    int kept = 0;
+    for (int i = 0; i < keys; ++i) {
+      for (const char* letter : {"c", "p"}) kept += Read("A", letter + std::to_string(i)) == "1";
     }
-    return true;
-  };
-  const pid_t child = ::fork();
-  if (child == 0) ::_exit(add_keys("c") ? 0 : 1);
-  EXPECT_TRUE(add_keys("p"));
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
-  int kept = 0;
-  for (int i = 0; i < kKeys; ++i) {
-    for (const char* letter : {"c", "p"}) kept += Read("A", letter + std::to_string(i)) == "1";
+    EXPECT_EQ(kept, 2 * keys);
   }
-  EXPECT_EQ(kept, 2 * kKeys);
+};
+
+TEST_F(TwoInstancesTest, InstancesThatSaveAllTheTimeKeepEachOthersWrites) {
+  ExpectAllKept(40);
+}
+
+TEST_F(TwoInstancesTest, TheyDoWhileSomebodyElseHasTheFolderLocked) {
+  const Descriptor held(::open(OnDrive("Data").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  ASSERT_EQ(::flock(held.Get(), LOCK_EX), 0);
+  ExpectAllKept(15);
 }
 
 TEST_F(LinuxProfileFilesTest, TheFileIsReplacedNotRewritten) {
@@ -221,3 +336,16 @@ TEST_F(LinuxProfileFilesTest, AListingOfFilesDoesNotShowTheTemporary) {
 
 }  // namespace
 }  // namespace tarnvale::testing
+
+// Stands before the system's own.
+extern "C" int renameat2(int from_folder, const char* from, int to_folder, const char* to,
+                         unsigned flags) noexcept {
+  using tarnvale::testing::RenameHook;
+  if (RenameHook::present != nullptr && flags != 0) {
+    if (const int error = RenameHook::present->Call(); error != 0) {
+      errno = error;
+      return -1;
+    }
+  }
+  return static_cast<int>(::syscall(SYS_renameat2, from_folder, from, to_folder, to, flags));
+}
