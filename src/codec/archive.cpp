@@ -77,7 +77,7 @@ bool usercontrol11::RequireArchive(const Path& archive, const std::string& messa
 }
 
 // Relative names. A tree without files gives one empty name.
-// Chosen: a name that PathOfEntry would refuse is left out, as all behind it
+// Chosen: a name that no extraction takes back is left out, as all behind it
 // could never be unpacked.
 std::vector<std::string> usercontrol11::CollectNames(const Path& root) {
   const TextList paths = EnumerateFiles(machine_.files, root, true);
@@ -167,11 +167,14 @@ std::vector<std::string> usercontrol11::NamesIn(const Path& container) {
 
 // Required: names are taken as they stand; nothing keeps them in the folder. One
 // with a drive in it makes no path, also where the system would take it for one.
-Path usercontrol11::PathOfEntry(const Path& target_folder, const ContainerRecord& record) {
+void usercontrol11::WriteOne(const Path& target_folder, const ContainerRecord& record,
+                             const Path& container) {
   if (HoldsDrive(record.name)) throw ProgramError(kPathNotFound);
-  Path file = target_folder + record.name;
-  machine_.files.CreateFoldersOf(file);
-  return file;
+  ExtractionNames names(machine_.files, target_folder, [&] { return NamesIn(container); });
+  const std::optional<Path> file = names.PathOf(record.name);
+  if (!file) return;
+  names.MakeNewFile();
+  WriteEntry(*file, record);
 }
 
 void usercontrol11::WriteEntry(const Path& file, const ContainerRecord& record) {
@@ -244,13 +247,15 @@ void usercontrol11::ReadFiles(const Path& archive, bool compress) {
 }
 
 bool usercontrol11::ExtractNamed(ContainerReader& reader, const std::string& entry_name,
-                                 const Path& target_folder) {
+                                 const Path& target_folder, const Path& container) {
+  const std::string wanted = machine_.files.FoldCase(entry_name);
   const std::int32_t count = reader.ReadCount();
   ContainerRecord record;
   for (std::int32_t i = 0; i < count; ++i) {
     reader.ReadRecord(record);
-    if (EqualIgnoringCase(entry_name, record.name)) {
-      WriteEntry(PathOfEntry(target_folder, record), record);
+    // Required: the first one in any case, though one of exactly this name may follow.
+    if (machine_.files.FoldCase(record.name) == wanted) {
+      WriteOne(target_folder, record, container);
       return true;
     }
     machine_.loop.Yield();
@@ -273,7 +278,7 @@ void usercontrol11::ExtractFile(const Path& archive, const std::string& entry_na
   ContainerReader reader(machine_.open_files, number);
   // Required: once the entry was found, the container stays open and the stage
   // file stays.
-  if (!ExtractNamed(reader, entry_name, target_folder)) {
+  if (!ExtractNamed(reader, entry_name, target_folder, ContainerOf(archive, compress))) {
     machine_.open_files.Close(number);
     if (compress) machine_.files.Delete(StageOf(archive));
   }

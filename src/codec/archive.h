@@ -128,10 +128,10 @@ class usercontrol11 {
   bool ArchiveExists(const Path& archive) { return !machine_.files.List(archive, {}).empty(); }
   bool RequireArchive(const Path& archive, const std::string& message);
   std::vector<std::string> NamesIn(const Path& container);
-  Path PathOfEntry(const Path& target_folder, const ContainerRecord& record);
+  void WriteOne(const Path& target_folder, const ContainerRecord& record, const Path& container);
   void WriteEntry(const Path& file, const ContainerRecord& record);
   bool ExtractNamed(ContainerReader& reader, const std::string& entry_name,
-                    const Path& target_folder);
+                    const Path& target_folder, const Path& container);
 
   Machine& machine_;
   Codec Huffman1;  ///< SaveFilesToArchiv

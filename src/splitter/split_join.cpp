@@ -92,6 +92,7 @@ PartsCode modFHand::Split(const Path& source, std::int32_t segment_bytes,
   do {
     number = Add16(number, 1);
     const Path target = screen_.target_folder.Get() + "\\" + located.name;
+    MakeExactly(PartName(target, number));
     files.OpenOwn(kSecondNumber, PartName(target, number));
     CopyStep(transfer, std::min(segment_bytes, Subtract32(length, transfer.done)));
     files.Close(kSecondNumber);
@@ -101,6 +102,15 @@ PartsCode modFHand::Split(const Path& source, std::int32_t segment_bytes,
   part_count = number;
   screen_.spProg(0);
   return PartsCode::kDone;
+}
+
+// A part in another case is another file's, where the medium has room for both.
+void modFHand::MakeExactly(const Path& part) {
+  PassedOver pass;
+  pass.Step([&] {
+    const LocatedName located = LocateName(part);
+    machine_.files.OpenFolder(located.folder)->MakeFile(located.name);
+  });
 }
 
 PartsCode modFHand::Join(Path& part, std::int16_t& part_count) {

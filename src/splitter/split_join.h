@@ -79,6 +79,7 @@ class modFHand {
 
   PartsCode Guarded(const std::function<PartsCode()>& work);
   PartsCode Split(const Path& source, std::int32_t segment_bytes, std::int16_t& part_count);
+  void MakeExactly(const Path& part);
   PartsCode Join(Path& part, std::int16_t& part_count);
   bool IsListed(const Path& file) { return !machine_.files.List(file, {}).empty(); }
   void CopyStep(Transfer& transfer, std::int32_t remaining);

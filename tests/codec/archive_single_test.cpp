@@ -37,6 +37,24 @@ TEST_F(ArchiveSingleTest, FindsANameInOtherCase) {
   EXPECT_THAT(files.Names("C:\\Out\\sub"), ElementsAre("b.txt"));
 }
 
+TEST_F(ArchiveSingleTest, FindsLettersOfAllAlphabetsInOtherCase) {
+  files.Write("C:\\Store\\one", Number32(1) + Record("Grüße.txt", "hello"));
+  archiver.ExtractFile("C:\\Store\\one", "GRÜßE.TXT", out, false);
+  EXPECT_EQ(files.Content("C:\\Out\\Grüße.txt"), "hello");
+}
+
+TEST_F(ArchiveSingleTest, AFileOfAnotherEntryIsNotReplaced) {
+  machine.files.AddDrive("W");
+  machine.files.TellCaseApart("W");
+  files.Write("C:\\Store\\two", Number32(2) + Record("a.txt", "second") + Record("A.txt", "first"));
+  files.Write("W:\\A.txt", "of the other entry");
+  out = "W:\\";
+  archiver.ExtractFile("C:\\Store\\two", "A.TXT", out, false);
+  EXPECT_THAT(files.Names("W:\\"), ElementsAre("A.txt", "a.txt"));
+  EXPECT_EQ(files.Content("W:\\A.txt"), "of the other entry");
+  EXPECT_EQ(files.Content("W:\\a.txt"), "second");
+}
+
 TEST_F(ArchiveSingleTest, TheFirstOfTwoEqualNamesWins) {
   files.Write("C:\\Store\\two", Number32(3) + Record("A.txt", "first") + Record("a.txt", "second") +
                                     Record("a.txt", "third"));

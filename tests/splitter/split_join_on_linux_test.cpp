@@ -51,6 +51,19 @@ TEST_F(SplitJoinOnLinuxTest, PartsAndWhatIsJoinedAreTheirOwnersAlone) {
   for (const std::string& name : made) EXPECT_EQ(ModeOf(OnDrive("Out/" + name)), 0600U) << name;
 }
 
+TEST_F(SplitJoinOnLinuxTest, PartsOfAnotherFileInAnotherCaseStay) {
+  WriteNative(OnDrive("Out/BACKUP.tvz.001"), "of another file");
+  WriteNative(OnDrive("Out/BACKUP.tvz.002"), "of another file");
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(hand.SplitFile(source, 30000, count), PartsCode::kDone);
+    EXPECT_EQ(ReadNative(OnDrive("Out/BACKUP.tvz.001")), "of another file");
+    EXPECT_EQ(ReadNative(OnDrive("Out/BACKUP.tvz.002")), "of another file");
+  }
+  Path part = "C:\\Out\\backup.tvz.001";
+  EXPECT_EQ(hand.JoinFile(part, count), PartsCode::kDone);
+  EXPECT_TRUE(ReadNative(OnDrive("Out/backup.tvz")) == bytes);
+}
+
 TEST_F(SplitJoinOnLinuxTest, AFileOfMegabytesComesBackFromItsParts) {
   const std::string large = GeneratedBytes(9000001);
   WriteNative(OnDrive("Data/backup.tvz"), large);

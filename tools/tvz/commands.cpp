@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "base/shown_text.h"
-#include "base/text.h"
+#include "hosts/linux/name_case.h"
 #include "tvz/archive_contents.h"
 #include "tvz/command_failure.h"
 #include "tvz/extraction.h"
@@ -118,13 +118,14 @@ void Cat(const Request& request) {
   Progress progress;
   const ArchiveContents contents(request.archive, progress);
   const std::string wanted = Native(request.entry);
+  const std::string folded = FoldCase(wanted);
   ByteBuffer found;
   bool is_found = false;
   bool is_exact = false;
   contents.ForEach([&](const ContainerRecord& record) {
     const std::string name = Native(record.name);
     const bool exact = name == wanted;
-    if (is_exact || (is_found && !exact) || !EqualIgnoringCase(name, wanted)) return;
+    if (is_exact || (is_found && !exact) || FoldCase(name) != folded) return;
     found = ByteBuffer(record.content.Size());
     std::copy_n(record.content.Data(), record.content.Size(), found.Data());
     is_found = true;
