@@ -4,7 +4,11 @@
 
 #include <algorithm>
 #include <array>
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <locale>
+#endif
 #include <utility>
 
 #include "base/characters.h"
@@ -71,21 +75,33 @@ void AppendCharacter(std::string& text, char32_t character) {
   for (int i = more - 1; i >= 0; --i) text += static_cast<char>(0x80U | (byte(i) & 0x3FU));
 }
 
+// The small letter of its capital, of any alphabet.
+char32_t FoldedLetter(char32_t letter) {
+#ifdef _WIN32
+  auto unit = static_cast<wchar_t>(letter);
+  if (unit != letter) return letter;
+  ::CharUpperBuffW(&unit, 1);
+  ::CharLowerBuffW(&unit, 1);
+  return unit;
+#else
+  static const std::locale all_letters("C.UTF-8");
+  const auto& letters = std::use_facet<std::ctype<wchar_t>>(all_letters);
+  return static_cast<char32_t>(letters.tolower(letters.toupper(static_cast<wchar_t>(letter))));
+#endif
+}
+
 }  // namespace
 
 std::string FoldedName(std::string_view name) {
-  static const std::locale all_letters("C.UTF-8");
-  const auto& letters = std::use_facet<std::ctype<wchar_t>>(all_letters);
   std::string folded;
   while (!name.empty()) {
     const Character first = FirstCharacter(name);
-    const auto letter = static_cast<wchar_t>(first.value);
-    const wchar_t low = letters.tolower(letters.toupper(letter));
+    const char32_t low = FoldedLetter(first.value);
     const std::size_t bytes = FirstCharacterBytes(name);
     if (first.bytes == 1) {
       folded += ToLower(name.substr(0, 1));
     } else if (first.bytes > 1 && low >= 0x80) {
-      AppendCharacter(folded, static_cast<char32_t>(low));
+      AppendCharacter(folded, low);
     } else {
       folded += name.substr(0, bytes);
     }
@@ -345,7 +361,7 @@ bool FakeFiles::FileExists(const Path& file) {
 }
 
 // `old` is what the copy replaces, if anything.
-void FakeFiles::CopyFile(const NodePtr& from, const NodePtr& old, FakeNode& folder,
+void FakeFiles::CopyNode(const NodePtr& from, const NodePtr& old, FakeNode& folder,
                          const std::string& name) {
   if (from == nullptr || from->is_folder) throw ProgramError(kFileNotFound);
   if (old == from) return;
@@ -365,7 +381,7 @@ void FakeFiles::CopyWhole(const Path& source, const Path& target, Rights rights)
   const Located at = Locate(target);
   if (at.folder == nullptr) throw ProgramError(kPathNotFound);
   if (at.name.empty()) throw ProgramError(kPathFileAccess);
-  CopyFile(from, Find(target), *at.folder, at.name);
+  CopyNode(from, Find(target), *at.folder, at.name);
   NoteCopied(from);
 }
 

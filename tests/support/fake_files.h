@@ -154,7 +154,7 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   NodePtr RequireFile(const Path& path) const;
   NodePtr RequireFolder(const Path& path) const;
   NodePtr AddEntry(FakeNode& folder, const std::string& name, bool is_folder);
-  void CopyFile(const NodePtr& from, const NodePtr& old, FakeNode& folder, const std::string& name);
+  void CopyNode(const NodePtr& from, const NodePtr& old, FakeNode& folder, const std::string& name);
   void CopyToHeld(const NodePtr& from, const HeldEntry& target);
   void NoteCopied(const NodePtr& from) {
     copied_ = from;

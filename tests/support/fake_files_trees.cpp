@@ -181,7 +181,7 @@ void FakeFiles::MakeHeld(HeldFolder& folder, const std::string& name, bool is_fo
 
 void FakeFiles::CopyToHeld(const NodePtr& from, const HeldEntry& target) {
   if (from == nullptr || from->is_folder) throw ProgramError(kFileNotFound);
-  CopyFile(from, FakeFolder::NodeOf(target), *FakeFolder::Of(target.folder).Node(), target.name);
+  CopyNode(from, FakeFolder::NodeOf(target), *FakeFolder::Of(target.folder).Node(), target.name);
   FakeFolder::NoteMade(target);
 }
 
