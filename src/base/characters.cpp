@@ -25,6 +25,17 @@ std::size_t FirstCharacterBytes(std::string_view text) {
   return text.empty() ? 0 : std::max<std::size_t>(FirstCharacter(text).bytes, 1);
 }
 
+void AppendCharacter(std::string& text, char32_t character) {
+  if (character < 0x80) {
+    text += static_cast<char>(character);
+    return;
+  }
+  const unsigned more = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+  text += static_cast<char>((0xF00U >> (more + 1) & 0xFFU) | character >> (6 * more));
+  for (unsigned i = more; i-- > 0;)
+    text += static_cast<char>(0x80U | (character >> (6 * i) & 0x3FU));
+}
+
 std::size_t CountCharacters(std::string_view text) {
   std::size_t count = 0;
   for (; !text.empty(); ++count) text.remove_prefix(FirstCharacterBytes(text));

@@ -23,6 +23,26 @@ Character FirstCharacter(std::string_view text);
 /// Bytes of the character that `text` begins with; 0 for an empty text.
 std::size_t FirstCharacterBytes(std::string_view text);
 
+/// Adds a code point as UTF-8; a surrogate likewise, in three bytes.
+void AppendCharacter(std::string& text, char32_t character);
+
+/// A text with `change` applied to each of its code points; bytes of none stay.
+template <class Change>
+std::string WithEachCharacter(std::string_view text, Change&& change) {
+  std::string changed;
+  changed.reserve(text.size());
+  while (!text.empty()) {
+    const Character first = FirstCharacter(text);
+    if (first.bytes == 0) {
+      changed += text.front();
+    } else {
+      AppendCharacter(changed, change(first.value));
+    }
+    text.remove_prefix(FirstCharacterBytes(text));
+  }
+  return changed;
+}
+
 std::size_t CountCharacters(std::string_view text);
 
 /// The first `count` characters; all of a text that has no more.

@@ -19,6 +19,7 @@
 #include <utility>
 
 #include "hosts/linux/temporaries.h"
+#include "platform/temporary_name.h"
 
 namespace tarnvale::reliability {
 

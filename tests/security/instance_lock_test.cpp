@@ -2,8 +2,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "base/stable_hash.h"
 #include "hosts/linux/linux_processes.h"
-#include "hosts/linux/stable_hash.h"
 #include "tests/hosts/contract/variable_for.h"
 #include "tests/security/another_user.h"
 

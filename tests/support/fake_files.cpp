@@ -14,48 +14,21 @@
 #include "base/characters.h"
 #include "base/failure.h"
 #include "base/text.h"
+#include "platform/path_text.h"
 
 namespace tarnvale::testing {
 namespace {
 
-constexpr char kCurrentDrive = 'c';
+constexpr char kCurrentDrive = 'C';
 constexpr int kSettable =
     attribute::kReadOnly | attribute::kHidden | attribute::kSystem | attribute::kArchive;
 
-struct SplitPath {
-  char drive = kCurrentDrive;  // lower case
-  std::vector<std::string> components;
-};
-
-bool IsSeparator(char c) {
-  return c == '\\' || c == '/';
+char DriveOf(const PathText& path) {
+  return path.drive == 0 ? kCurrentDrive : path.drive;
 }
 
 bool CanBeCreated(const std::string& name) {
   return name.find_first_of("*?\":<>|") == std::string::npos;
-}
-
-// None for a text that is no absolute path.
-std::optional<SplitPath> Split(const Path& path) {
-  SplitPath split;
-  std::string_view rest = path;
-  if (rest.size() >= 2 && rest[1] == ':') {
-    split.drive = ToLower(rest.substr(0, 1)).front();
-    rest.remove_prefix(2);
-  } else if (rest.empty() || !IsSeparator(rest.front())) {
-    return std::nullopt;
-  }
-  while (!rest.empty()) {
-    const auto end = std::find_if(rest.begin(), rest.end(), IsSeparator) - rest.begin();
-    const std::string name(rest.substr(0, static_cast<std::size_t>(end)));
-    rest.remove_prefix(std::min(name.size() + 1, rest.size()));
-    if (name == "..") {
-      if (!split.components.empty()) split.components.pop_back();
-    } else if (!name.empty() && name != ".") {
-      split.components.push_back(name);
-    }
-  }
-  return split;
 }
 
 bool IsReadOnly(const FakeNode& node) {
@@ -65,15 +38,6 @@ bool IsReadOnly(const FakeNode& node) {
 }  // namespace
 
 namespace {
-
-// `character` isn't plain.
-void AppendCharacter(std::string& text, char32_t character) {
-  const int more = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-  constexpr std::array<unsigned, 4> kLeads{0, 0xC0, 0xE0, 0xF0};
-  const auto byte = [&](int i) { return static_cast<unsigned>(character >> (6 * i)); };
-  text += static_cast<char>(kLeads.at(static_cast<std::size_t>(more)) | byte(more));
-  for (int i = more - 1; i >= 0; --i) text += static_cast<char>(0x80U | (byte(i) & 0x3FU));
-}
 
 // The small letter of its capital, of any alphabet.
 char32_t FoldedLetter(char32_t letter) {
@@ -93,21 +57,10 @@ char32_t FoldedLetter(char32_t letter) {
 }  // namespace
 
 std::string FoldedName(std::string_view name) {
-  std::string folded;
-  while (!name.empty()) {
-    const Character first = FirstCharacter(name);
-    const char32_t low = FoldedLetter(first.value);
-    const std::size_t bytes = FirstCharacterBytes(name);
-    if (first.bytes == 1) {
-      folded += ToLower(name.substr(0, 1));
-    } else if (first.bytes > 1 && low >= 0x80) {
-      AppendCharacter(folded, low);
-    } else {
-      folded += name.substr(0, bytes);
-    }
-    name.remove_prefix(bytes);
-  }
-  return folded;
+  return WithEachCharacter(ToLower(name), [](char32_t letter) {
+    const char32_t low = letter < 0x80 ? letter : FoldedLetter(letter);
+    return low < 0x80 && letter >= 0x80 ? letter : low;
+  });
 }
 
 std::string FakeNode::KeptName(const std::string& name_in_it) const {
@@ -160,18 +113,19 @@ Path WithoutSeparator(Path path) {
 
 // With a separator at its end a path leads to a folder or to nowhere.
 FakeFiles::Located FakeFiles::Locate(const Path& path) const {
-  if (const Path folder = WithoutSeparator(path); folder != path && Split(folder)) {
+  if (const Path folder = WithoutSeparator(path); folder != path && TakeApart(folder)) {
     Located at = Locate(folder);
     if (at.folder == nullptr || at.name.empty()) return at;
     const NodePtr node = at.folder->EntryInAnyCase(at.name);
     return node != nullptr && node->is_folder ? at : Located{};
   }
-  const auto split = Split(path);
+  const auto split = TakeApart(path);
   if (!split) return {};
-  const auto drive = drives_.find(split->drive);
+  const auto drive = drives_.find(DriveOf(*split));
   if (drive == drives_.end()) return {};
   Located at{drive->second, {}};
-  for (const std::string& name : split->components) {
+  for (const std::string_view component : split->names) {
+    const std::string name(component);
     if (!at.name.empty()) {
       NodePtr next = at.folder->EntryInAnyCase(at.name);
       if (next == nullptr || !next->is_folder) return {};
@@ -264,10 +218,11 @@ void FakeFiles::MakeFolder(const Path& folder) {
 }
 
 FakeFiles::NodePtr FakeFiles::EnsureFolder(const Path& folder, Lookup find) {
-  const auto split = Split(folder);
-  if (!split || drives_.count(split->drive) == 0) throw ProgramError(kPathNotFound);
-  NodePtr at = drives_.at(split->drive);
-  for (const std::string& name : split->components) {
+  const auto split = TakeApart(folder);
+  if (!split || drives_.count(DriveOf(*split)) == 0) throw ProgramError(kPathNotFound);
+  NodePtr at = drives_.at(DriveOf(*split));
+  for (const std::string_view component : split->names) {
+    const std::string name(component);
     const NodePtr next = ((*at).*find)(name);
     at = next == nullptr ? AddEntry(*at, name, true) : next;
     if (!at->is_folder) throw ProgramError(kPathFileAccess);
@@ -303,15 +258,15 @@ std::vector<std::string> FakeFiles::Names(const Path& folder) const {
 void FakeFiles::AddDrive(const std::string& letter) {
   auto root = std::make_shared<FakeNode>();
   root->is_folder = true;
-  drives_[ToLower(letter).front()] = std::move(root);
+  drives_[letter.front()] = std::move(root);
 }
 
 void FakeFiles::TellCaseApart(const std::string& letter) {
-  drives_.at(ToLower(letter).front())->tells_case = true;
+  drives_.at(letter.front())->tells_case = true;
 }
 
 void FakeFiles::RemoveDrive(const std::string& letter) {
-  const auto drive = drives_.find(ToLower(letter).front());
+  const auto drive = drives_.find(letter.front());
   if (drive == drives_.end()) return;
   std::vector<NodePtr> open{drive->second};
   while (!open.empty()) {

@@ -7,23 +7,11 @@
 #include "base/failure.h"
 #include "base/text.h"
 #include "platform/name_pairs.h"
+#include "platform/names.h"
 #include "tests/support/fake_files.h"
 
 namespace tarnvale::testing {
 namespace {
-
-bool Matches(std::string_view pattern, std::string_view name) {
-  if (pattern.empty()) return name.empty();
-  if (pattern.front() == '*') {
-    return Matches(pattern.substr(1), name) || (!name.empty() && Matches(pattern, name.substr(1)));
-  }
-  if (name.empty() || (pattern.front() != '?' && pattern.front() != name.front())) return false;
-  return Matches(pattern.substr(1), name.substr(1));
-}
-
-bool MatchesPattern(const std::string& pattern, const std::string& name) {
-  return pattern.empty() || pattern == "*.*" || Matches(FoldedName(pattern), FoldedName(name));
-}
 
 bool IsListed(const FakeNode& node, ListKinds kinds) {
   return ((node.flags & attribute::kHidden) == 0 || kinds.hidden) &&
@@ -38,10 +26,11 @@ std::vector<std::string> FakeFiles::List(const Path& pattern, ListKinds kinds) {
   if (last == Path::npos) return {};
   const NodePtr folder = Find(pattern.substr(0, last + 1));
   if (folder == nullptr || !folder->is_folder) return {};
+  const std::string folded = FoldedName(pattern.substr(last + 1));
   std::vector<std::string> names;
   for (const auto& [key, node] : folder->entries) {
     if (!node->is_folder && IsListed(*node, kinds) &&
-        MatchesPattern(pattern.substr(last + 1), node->name)) {
+        MatchesPattern(FoldedName(node->name), folded)) {
       names.push_back(node->name);
     }
   }

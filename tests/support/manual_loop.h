@@ -1,9 +1,9 @@
 // An event loop whose time only tests move.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
-#include <atomic>
 #include <deque>
 #include <functional>
 #include <map>

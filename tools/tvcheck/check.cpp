@@ -13,6 +13,7 @@
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
 #include "hosts/linux/temporaries.h"
+#include "platform/temporary_name.h"
 #include "tvz/native_output.h"
 
 namespace tarnvale {

@@ -12,8 +12,8 @@
 #include <string_view>
 
 #include "base/failure.h"
+#include "base/stable_hash.h"
 #include "hosts/linux/descriptor.h"
-#include "hosts/linux/stable_hash.h"
 
 namespace tarnvale {
 namespace {

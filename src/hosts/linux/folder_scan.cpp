@@ -11,29 +11,16 @@
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
+#include "platform/temporary_name.h"
 
 namespace tarnvale {
 namespace {
-
-unsigned char Folded(char c) {
-  return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-}
 
 bool IsDots(const char* name) {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
 }  // namespace
-
-bool ComesBefore(std::string_view a, std::string_view b) {
-  const std::size_t shared = std::min(a.size(), b.size());
-  for (std::size_t i = 0; i < shared; ++i) {
-    const unsigned char x = Folded(a[i]);
-    const unsigned char y = Folded(b[i]);
-    if (x != y) return x < y;
-  }
-  return a.size() != b.size() ? a.size() < b.size() : a < b;
-}
 
 FolderScan::FolderScan(Descriptor folder, const Temporaries& temporaries)
     : folder_(nullptr, &::closedir), temporaries_(temporaries) {

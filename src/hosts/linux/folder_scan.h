@@ -14,10 +14,6 @@
 
 namespace tarnvale {
 
-/// Orders names without regard to case; names that differ in nothing else by
-/// their bytes.
-bool ComesBefore(std::string_view a, std::string_view b);
-
 /// Goes through a folder, leaving out ".", ".." and temporaries (leftovers of
 /// ours are deleted on the way) and what no path can name.
 class FolderScan {

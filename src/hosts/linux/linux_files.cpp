@@ -18,6 +18,7 @@
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/own_program.h"
+#include "platform/path_text.h"
 
 namespace tarnvale {
 namespace {

@@ -9,13 +9,13 @@
 #include <vector>
 
 #include "base/failure.h"
+#include "base/stable_hash.h"
 #include "base/text.h"
-#include "hosts/linux/command_line.h"
 #include "hosts/linux/descriptor.h"
 #include "hosts/linux/detached_start.h"
 #include "hosts/linux/own_program.h"
-#include "hosts/linux/stable_hash.h"
 #include "hosts/linux/state_folder.h"
+#include "platform/command_line.h"
 
 namespace tarnvale {
 namespace {

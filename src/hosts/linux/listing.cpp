@@ -4,46 +4,14 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cstddef>
-#include <optional>
 #include <utility>
 
-#include "base/characters.h"
 #include "hosts/linux/name_case.h"
 #include "hosts/linux/own_links.h"
+#include "platform/names.h"
 
 namespace tarnvale {
 namespace {
-
-// Behind the one character that stands at `at`.
-std::size_t BehindCharacter(std::string_view text, std::size_t at) {
-  return at + FirstCharacterBytes(text.substr(at));
-}
-
-bool MatchesFolded(std::string_view name, std::string_view pattern) {
-  std::size_t in_name = 0;
-  std::size_t in_pattern = 0;
-  std::optional<std::size_t> star;  // behind the last star
-  std::size_t star_end = 0;         // where what it took ends
-  while (in_name < name.size()) {
-    if (in_pattern < pattern.size() && pattern[in_pattern] == '*') {
-      star = ++in_pattern;
-      star_end = in_name;
-    } else if (in_pattern < pattern.size() && pattern[in_pattern] == '?') {
-      ++in_pattern;
-      in_name = BehindCharacter(name, in_name);
-    } else if (in_pattern < pattern.size() && pattern[in_pattern] == name[in_name]) {
-      ++in_pattern;
-      ++in_name;
-    } else if (star) {
-      in_pattern = *star;
-      in_name = star_end = BehindCharacter(name, star_end);
-    } else {
-      return false;
-    }
-  }
-  return pattern.find_first_not_of('*', in_pattern) == std::string_view::npos;
-}
 
 // What an entry is, links not followed; asked of the medium only where reading the
 // folder didn't tell. DT_UNKNOWN for one that has gone meanwhile.
@@ -67,16 +35,7 @@ bool IsHidden(const dirent& entry) {
   return entry.d_name[0] == '.';
 }
 
-void SortNames(std::vector<std::string>& names) {
-  std::sort(names.begin(), names.end(), ComesBefore);
-}
-
 }  // namespace
-
-bool MatchesPattern(std::string_view name, std::string_view pattern) {
-  if (pattern.empty() || pattern == "*.*") return true;
-  return MatchesFolded(FoldCase(name), FoldCase(pattern));
-}
 
 FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries) {
   struct Unasked {
@@ -147,18 +106,14 @@ std::optional<std::size_t> FoundBy(int folder_fd, const std::string& name,
   return static_cast<std::size_t>(at - listed.begin());
 }
 
-void SortContents(FolderContents& contents) {
-  SortNames(contents.folders);
-  std::sort(contents.files.begin(), contents.files.end(),
-            [](const FolderEntry& a, const FolderEntry& b) { return ComesBefore(a.name, b.name); });
-}
-
 std::vector<std::string> ListFiles(Descriptor folder, std::string_view pattern, ListKinds kinds,
                                    const Temporaries& temporaries) {
   std::vector<std::string> names;
+  const std::string folded = FoldCase(pattern);
   FolderScan scan(std::move(folder), temporaries);
   while (const dirent* entry = scan.Next()) {
-    if ((IsHidden(*entry) && !kinds.hidden) || !MatchesPattern(entry->d_name, pattern)) continue;
+    if ((IsHidden(*entry) && !kinds.hidden) || !MatchesPattern(FoldCase(entry->d_name), folded))
+      continue;
     const unsigned char kind = KindBehindLinks(scan.Fd(), *entry);
     if (kind == DT_DIR || kind == DT_UNKNOWN) continue;
     if (kind == DT_REG || kinds.system) names.emplace_back(entry->d_name);

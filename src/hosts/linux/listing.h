@@ -12,18 +12,11 @@
 
 namespace tarnvale {
 
-/// "*" any run, "?" any one character, "*.*" everything, an empty pattern too;
-/// without regard to case.
-bool MatchesPattern(std::string_view name, std::string_view pattern);
-
 /// The contents of an open native folder. Raises 75, 57.
 FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries);
 
 /// The names alone, without a question for each. What is no folder counts as a file.
 FolderContents ReadNames(Descriptor folder, const Temporaries& temporaries);
-
-/// Puts both lists in the order of listings.
-void SortContents(FolderContents& contents);
 
 /// Whether contents in the order of listings have exactly this name.
 bool Holds(const FolderContents& contents, std::string_view name);

@@ -8,6 +8,7 @@
 #include "hosts/linux/folder_scan.h"
 #include "hosts/linux/name_case.h"
 #include "hosts/linux/native_errors.h"
+#include "platform/path_text.h"
 
 namespace tarnvale {
 namespace {

@@ -30,36 +30,6 @@ bool IsPlain(char c) {
   return static_cast<unsigned char>(c) < 0x80;
 }
 
-void Append(std::string& text, wint_t character) {
-  if (character < 0x80) {
-    text += static_cast<char>(character);
-    return;
-  }
-  const int more = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-  text += static_cast<char>((0xF00U >> static_cast<unsigned>(more + 1) & 0xFFU) |
-                            character >> static_cast<unsigned>(6 * more));
-  for (int i = more - 1; i >= 0; --i) {
-    text += static_cast<char>(0x80U | (character >> static_cast<unsigned>(6 * i) & 0x3FU));
-  }
-}
-
-// Bytes that are no text stay.
-template <class Change>
-std::string WithLetters(std::string_view name, Change&& change) {
-  std::string changed;
-  changed.reserve(name.size());
-  while (!name.empty()) {
-    const Character first = FirstCharacter(name);
-    if (first.bytes == 0) {
-      changed += name.front();
-    } else {
-      Append(changed, change(static_cast<wint_t>(first.value)));
-    }
-    name.remove_prefix(FirstCharacterBytes(name));
-  }
-  return changed;
-}
-
 }  // namespace
 
 std::string FoldCase(std::string_view name) {
@@ -70,7 +40,7 @@ std::string FoldCase(std::string_view name) {
     plain = plain && IsPlain(c);
   }
   if (plain || AllLetters() == nullptr) return folded;
-  return WithLetters(folded, [](wint_t c) { return Folded(c); });
+  return WithEachCharacter(folded, [](char32_t c) { return static_cast<char32_t>(Folded(c)); });
 }
 
 }  // namespace tarnvale

@@ -12,9 +12,6 @@ namespace tarnvale {
 /// True when a path can hold this name: it has neither a backslash nor a star.
 bool CanBeNamed(std::string_view native_name);
 
-/// True when the path can only be a folder's.
-bool EndsInSeparator(const Path& path);
-
 /// Splits a native path at its last slash: "/a/b" into "/a" and "b". What stands
 /// before the slash may be empty.
 std::string_view NativeFolderOf(std::string_view native);

@@ -15,24 +15,15 @@
 #include <utility>
 #include <vector>
 
+#include "base/stable_hash.h"
 #include "hosts/linux/paths.h"
-#include "hosts/linux/stable_hash.h"
 #include "hosts/linux/state_folder.h"
+#include "platform/temporary_name.h"
 
 namespace tarnvale {
 namespace {
 
-constexpr std::string_view kPrefix = ".tarnvale-";
-constexpr std::string_view kSuffix = ".part";
-constexpr std::size_t kDigits = 16;
-constexpr std::size_t kMarkAt = kPrefix.size();
-constexpr std::size_t kSlotAt = kMarkAt + kDigits + 1;
-constexpr std::size_t kNameLength = kSlotAt + kDigits + kSuffix.size();
 constexpr std::size_t kLongestRecord = 8192;
-
-bool AreDigits(std::string_view text) {
-  return text.size() == kDigits && text.find_first_not_of("0123456789abcdef") == std::string::npos;
-}
 
 std::string MarkOf(const std::string& state_folder) {
   std::string machine;
@@ -50,10 +41,6 @@ std::string RandomDigits() {
   return Hexadecimal(value);
 }
 
-std::string_view SlotOf(std::string_view temporary) {
-  return temporary.substr(kSlotAt, kDigits);
-}
-
 std::string ReadSlot(int fd) {
   std::string record(kLongestRecord, '\0');
   const ssize_t got = ::pread(fd, record.data(), record.size(), 0);
@@ -63,13 +50,6 @@ std::string ReadSlot(int fd) {
 }
 
 }  // namespace
-
-bool IsTemporaryName(std::string_view name) {
-  return name.size() == kNameLength && name.substr(0, kPrefix.size()) == kPrefix &&
-         name.substr(kNameLength - kSuffix.size()) == kSuffix &&
-         AreDigits(name.substr(kMarkAt, kDigits)) && name[kSlotAt - 1] == '-' &&
-         AreDigits(SlotOf(name));
-}
 
 Descriptor CreateFresh(int folder_fd, const char* name, mode_t mode) {
   const int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
@@ -84,7 +64,7 @@ Temporaries::Temporaries(const std::string& state_folder)
     : slots_folder_(state_folder + "/copies"),
       mark_(MarkOf(state_folder)),
       slot_(RandomDigits()),
-      name_(std::string(kPrefix) + mark_ + "-" + slot_ + std::string(kSuffix)) {
+      name_(TemporaryName(mark_, slot_)) {
   CleanSlots();
 }
 
@@ -105,9 +85,9 @@ const std::string& Temporaries::Begin(std::string_view folder) {
 }
 
 bool Temporaries::IsStale(std::string_view name) const {
-  if (!IsTemporaryName(name) || name.substr(kMarkAt, kDigits) != mark_) return false;
+  if (MarkOfTemporary(name) != mark_) return false;
   // No folder is read while a copy of our own is in work.
-  return SlotOf(name) == slot_ || !SlotIsAlive(SlotOf(name));
+  return SlotOfTemporary(name) == slot_ || !SlotIsAlive(SlotOfTemporary(name));
 }
 
 void Temporaries::Sweep(int folder_fd, const char* name) const {
@@ -136,7 +116,7 @@ void Temporaries::CleanSlots() {
   if (!folder) return;
   std::vector<std::string> slots;
   while (const dirent* entry = ::readdir(folder.get())) {
-    if (AreDigits(entry->d_name)) slots.emplace_back(entry->d_name);
+    if (IsHexadecimal(entry->d_name)) slots.emplace_back(entry->d_name);
   }
   for (const std::string& slot : slots) CleanSlot(::dirfd(folder.get()), slot);
 }
@@ -146,7 +126,7 @@ void Temporaries::CleanSlot(int folder_fd, const std::string& slot) {
   if (!file || ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return;
   const std::string path = ReadSlot(file.Get());
   const std::string_view name = NativeNameOf(path);
-  if (IsTemporaryName(name) && name.substr(kMarkAt, kDigits) == mark_ && SlotOf(name) == slot) {
+  if (MarkOfTemporary(name) == mark_ && SlotOfTemporary(name) == slot) {
     const bool gone = ::unlink(path.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR;
     // A medium that is away for now: the slot stays until it is back.
     if (!gone) return;

@@ -19,9 +19,6 @@
 
 namespace tarnvale {
 
-/// True for every name that copies in work are given, whoever made them.
-bool IsTemporaryName(std::string_view name);
-
 /// Makes a file for reading and writing, nothing else than a fresh one: a leftover of that
 /// name is deleted first, a link not followed. `name` counts from the open
 /// folder, or is a path and `folder_fd` AT_FDCWD. None when that fails, with

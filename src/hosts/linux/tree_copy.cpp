@@ -13,6 +13,7 @@
 #include "hosts/linux/name_case.h"
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/paths.h"
+#include "platform/names.h"
 
 namespace tarnvale {
 namespace {

@@ -1,9 +1,6 @@
 // Lengths, attributes, folders and deleting: what every file system must do.
 #include <gmock/gmock.h>
 
-#include <chrono>
-#include <thread>
-
 #include "tests/hosts/contract/host_under_test.h"
 #include "tests/support/raised.h"
 
@@ -92,6 +89,7 @@ TEST_P(FilesContract, ReadOnlyComesAndGoes) {
 }
 
 TEST_P(FilesContract, AClearedFileHasNoAttributes) {
+  if (!host.ClearsArchive()) GTEST_SKIP() << kNoArchive;
   host.Write("C:\\Data\\a.txt", "hello");
   files.SetAttributes("C:\\Data\\a.txt", 0);
   EXPECT_EQ(files.Attributes("C:\\Data\\a.txt"), 0);
@@ -99,6 +97,7 @@ TEST_P(FilesContract, AClearedFileHasNoAttributes) {
 }
 
 TEST_P(FilesContract, ClearingWorksOnAReadOnlyFile) {
+  if (!host.ClearsArchive()) GTEST_SKIP() << kNoArchive;
   host.Write("C:\\Data\\a.txt", "hello");
   files.SetAttributes("C:\\Data\\a.txt", attribute::kReadOnly | attribute::kArchive);
   files.SetAttributes("C:\\Data\\a.txt", attribute::kReadOnly);
@@ -106,6 +105,7 @@ TEST_P(FilesContract, ClearingWorksOnAReadOnlyFile) {
 }
 
 TEST_P(FilesContract, TheArchiveAttributeComesBackWithNewContent) {
+  if (!host.ClearsArchive()) GTEST_SKIP() << kNoArchive;
   host.Write("C:\\Data\\a.txt", "hello");
   files.SetAttributes("C:\\Data\\a.txt", 0);
   host.Write("C:\\Data\\a.txt", "hello, world");
@@ -113,6 +113,7 @@ TEST_P(FilesContract, TheArchiveAttributeComesBackWithNewContent) {
 }
 
 TEST_P(FilesContract, TheArchiveAttributeComesBackWithANewTime) {
+  if (!host.ClearsArchive()) GTEST_SKIP() << kNoArchive;
   host.Write("C:\\Data\\a.txt", "hello");
   files.SetAttributes("C:\\Data\\a.txt", 0);
   host.SetModified("C:\\Data\\a.txt", 1000000000);
@@ -120,6 +121,7 @@ TEST_P(FilesContract, TheArchiveAttributeComesBackWithANewTime) {
 }
 
 TEST_P(FilesContract, TheArchiveAttributeCanBeSetAgain) {
+  if (!host.ClearsArchive()) GTEST_SKIP() << kNoArchive;
   host.Write("C:\\Data\\a.txt", "hello");
   files.SetAttributes("C:\\Data\\a.txt", 0);
   files.SetAttributes("C:\\Data\\a.txt", attribute::kArchive);
@@ -128,11 +130,11 @@ TEST_P(FilesContract, TheArchiveAttributeCanBeSetAgain) {
 
 TEST_P(FilesContract, AValueThatIsNoSumOfAttributesRaises5AndChangesNothing) {
   host.Write("C:\\Data\\a.txt", "hello");
-  files.SetAttributes("C:\\Data\\a.txt", attribute::kReadOnly);
+  files.SetAttributes("C:\\Data\\a.txt", attribute::kReadOnly | attribute::kArchive);
   for (const int value : {-31, -1, 8, 16, 48, 64, 128, 256}) {
     EXPECT_EQ(RaisedBy([&] { files.SetAttributes("C:\\Data\\a.txt", value); }), 5) << value;
   }
-  EXPECT_EQ(files.Attributes("C:\\Data\\a.txt"), attribute::kReadOnly);
+  EXPECT_EQ(files.Attributes("C:\\Data\\a.txt"), attribute::kReadOnly | attribute::kArchive);
 }
 
 TEST_P(FilesContract, SettingAttributesOfWhatIsNoFileRaises) {
@@ -145,6 +147,7 @@ TEST_P(FilesContract, AHiddenFileHasTheHiddenAttribute) {
   host.Write("C:\\Data\\.secret", "hello");
   host.HideFile("C:\\Data\\.secret");
   EXPECT_EQ(files.Attributes("C:\\Data\\.secret"), attribute::kHidden | attribute::kArchive);
+  if (!host.ClearsArchive()) GTEST_SKIP() << kNoArchive;
   files.SetAttributes("C:\\Data\\.secret", attribute::kHidden);
   EXPECT_EQ(files.Attributes("C:\\Data\\.secret"), attribute::kHidden);
 }
@@ -230,7 +233,7 @@ TEST_P(FilesContract, DeleteOfAReadOnlyFileRaises75) {
 TEST_P(FilesContract, AFlushEndsByItself) {
   host.Write("C:\\Data\\a.txt", "hello");
   const auto flush = files.BeginFlush("C:\\Data");
-  while (!flush->IsDone()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  while (!flush->IsDone()) continue;
   EXPECT_TRUE(flush->IsDone());
 }
 
@@ -244,7 +247,7 @@ TEST_P(FilesContract, FlushNeedsAFolder) {
 
 TEST_P(FilesContract, TheProgramFolderHasNoBackslashAtItsEnd) {
   const Path folder = files.ProgramFolder();
-  EXPECT_EQ(folder.substr(0, 2), "C:");
+  EXPECT_EQ(folder.at(1), ':');
   EXPECT_NE(folder.back(), '\\');
 }
 

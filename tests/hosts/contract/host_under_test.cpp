@@ -3,7 +3,11 @@
 namespace tarnvale::testing {
 
 std::vector<HostKind> AllHosts() {
+#ifdef _WIN32
+  return {{"Fake", MakeFakeHost}, {"Windows", MakeWindowsHost}};
+#else
   return {{"Fake", MakeFakeHost}, {"Linux", MakeLinuxHost}};
+#endif
 }
 
 std::string NameOfHost(const ::testing::TestParamInfo<HostKind>& info) {

@@ -46,6 +46,9 @@ class HostUnderTest {
   virtual bool MakeUnreadable(const Path& file) = 0;
   /// Ends that.
   virtual void MakeReadable(const Path& file) = 0;
+  /// Whether the archive attribute can be taken from a file. Not every stand-in for a
+  /// system does that.
+  virtual bool ClearsArchive() { return true; }
   virtual void SetModified(const Path& file, std::int64_t seconds) = 0;
   virtual std::int64_t Modified(const Path& file) = 0;
   /// Names that are hidden begin with a point, so that every host can hide them.
@@ -56,6 +59,8 @@ class HostUnderTest {
   virtual void SetVariable(const std::string& name, const std::string& value) = 0;
 };
 
+inline constexpr char kNoArchive[] = "this system always reports the archive attribute as set";
+
 struct HostKind {
   const char* name;
   std::unique_ptr<HostUnderTest> (*make)();
@@ -63,6 +68,7 @@ struct HostKind {
 
 std::unique_ptr<HostUnderTest> MakeFakeHost();
 std::unique_ptr<HostUnderTest> MakeLinuxHost();
+std::unique_ptr<HostUnderTest> MakeWindowsHost();
 
 std::vector<HostKind> AllHosts();
 inline void PrintTo(const HostKind& kind, std::ostream* out) {

@@ -7,7 +7,7 @@
 
 #include <fstream>
 
-#include "hosts/linux/stable_hash.h"
+#include "base/stable_hash.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {

@@ -12,7 +12,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "hosts/linux/command_line.h"
+#include "platform/command_line.h"
 #include "tests/hosts/contract/variable_for.h"
 #include "tests/hosts/linux/linux_stage.h"
 #include "tests/support/raised.h"

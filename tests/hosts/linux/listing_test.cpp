@@ -10,23 +10,6 @@ namespace {
 using Names = std::vector<std::string>;
 using ListingTest = LinuxDriveTest;
 
-TEST(PatternTest, StarTakesAnyRunAndQuestionMarkOneCharacter) {
-  EXPECT_TRUE(MatchesPattern("letter.txt", "*.txt"));
-  EXPECT_TRUE(MatchesPattern("letter.txt", "*TTER*"));
-  EXPECT_TRUE(MatchesPattern("abcbcd", "a*bcd"));
-  EXPECT_FALSE(MatchesPattern("letter.txt", "*.tx"));
-  EXPECT_TRUE(MatchesPattern("a1", "a?"));
-  EXPECT_FALSE(MatchesPattern("a", "a?"));
-  EXPECT_TRUE(MatchesPattern("\xC3\xA4.txt", "?.txt")) << "one character of two bytes";
-  EXPECT_TRUE(MatchesPattern("a", "a**"));
-}
-
-TEST(PatternTest, StarPointStarIsEverything) {
-  EXPECT_TRUE(MatchesPattern("no_extension", "*.*"));
-  EXPECT_TRUE(MatchesPattern("x", ""));
-  EXPECT_FALSE(MatchesPattern("no_extension", "n*.*"));
-}
-
 TEST_F(ListingTest, NamesComeInOrderWithoutRegardToCase) {
   for (const char* name : {"b", "A", "c", "B2", "a_"}) Write(name, "");
   EXPECT_EQ(files_.List("C:\\*.*", {}), (Names{"A", "a_", "b", "B2", "c"}));

@@ -1,4 +1,5 @@
 #include "hosts/linux/temporaries.h"
+#include "platform/temporary_name.h"
 
 #include <fcntl.h>
 #include <signal.h>

@@ -1,4 +1,4 @@
-#include "hosts/linux/stable_hash.h"
+#include "base/stable_hash.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "hosts/linux/stable_hash.h"
+#include "base/stable_hash.h"
 
 #include <array>
 #include <cstdio>
@@ -9,6 +9,10 @@ std::string Hexadecimal(std::uint64_t value) {
   std::array<char, 17> text{};
   std::snprintf(text.data(), text.size(), "%016llx", static_cast<unsigned long long>(value));
   return text.data();
+}
+
+bool IsHexadecimal(std::string_view text) {
+  return text.size() == 16 && text.find_first_not_of("0123456789abcdef") == std::string_view::npos;
 }
 
 // FNV-1a.

@@ -1,4 +1,4 @@
-#include "hosts/linux/command_line.h"
+#include "platform/command_line.h"
 
 #include <utility>
 

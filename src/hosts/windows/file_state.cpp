@@ -1,0 +1,121 @@
+#include "hosts/windows/file_state.h"
+
+#include "base/failure.h"
+#include "hosts/windows/native_errors.h"
+#include "hosts/windows/paths.h"
+
+namespace tarnvale {
+namespace {
+
+std::uint64_t Joined64(DWORD high, DWORD low) {
+  return static_cast<std::uint64_t>(high) << 32U | low;
+}
+
+// The tags of reparse points that name something else have this bit.
+bool NamesAnother(DWORD tag) {
+  constexpr DWORD kNameSurrogate = 0x20000000;
+  return (tag & kNameSurrogate) != 0;
+}
+
+bool IsPoints(const wchar_t* name) {
+  return name[0] == L'.' && (name[1] == 0 || (name[1] == L'.' && name[2] == 0));
+}
+
+// Errors of a search for one name say which part was missing.
+bool FindOne(const std::wstring& native, WIN32_FIND_DATAW& found) {
+  const HANDLE search = ::FindFirstFileW(native.c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return false;
+  ::FindClose(search);
+  return true;
+}
+
+}  // namespace
+
+FileState StateOf(const WIN32_FIND_DATAW& found) {
+  FileState state;
+  state.attributes = found.dwFileAttributes;
+  state.size_bytes = static_cast<std::int64_t>(Joined64(found.nFileSizeHigh, found.nFileSizeLow));
+  state.modified =
+      Joined64(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime);
+  state.is_link = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+                  NamesAnother(found.dwReserved0);
+  return state;
+}
+
+std::optional<FileState> StateOf(const std::wstring& native, Links links) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (::GetFileAttributesExW(native.c_str(), GetFileExInfoStandard, &data) == 0) {
+    return std::nullopt;
+  }
+  WIN32_FIND_DATAW found{};
+  found.dwFileAttributes = data.dwFileAttributes;
+  found.nFileSizeHigh = data.nFileSizeHigh;
+  found.nFileSizeLow = data.nFileSizeLow;
+  found.ftLastWriteTime = data.ftLastWriteTime;
+  // Only the listing tells what kind of reparse point it is.
+  const bool is_reparse = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  if (is_reparse && native.back() != L'\\') FindOne(native, found);
+  FileState state = StateOf(found);
+  if (!state.is_link || links == Links::kKeep) return state;
+  const Handle target = OpenForHolding(native, Links::kFollow);
+  BY_HANDLE_FILE_INFORMATION info{};
+  if (!target || ::GetFileInformationByHandle(target.Get(), &info) == 0) return std::nullopt;
+  state.attributes = info.dwFileAttributes;
+  state.size_bytes = static_cast<std::int64_t>(Joined64(info.nFileSizeHigh, info.nFileSizeLow));
+  state.modified =
+      Joined64(info.ftLastWriteTime.dwHighDateTime, info.ftLastWriteTime.dwLowDateTime);
+  return state;
+}
+
+std::wstring ListedName(const std::wstring& native) {
+  WIN32_FIND_DATAW found{};
+  return FindOne(native, found) ? std::wstring(found.cFileName) : std::wstring();
+}
+
+Handle OpenForHolding(const std::wstring& native, Links links) {
+  constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE;
+  const DWORD as_link = links == Links::kKeep ? FILE_FLAG_OPEN_REPARSE_POINT : 0;
+  return Handle(::CreateFileW(native.c_str(), FILE_READ_ATTRIBUTES | FILE_LIST_DIRECTORY, kShare,
+                              nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | as_link,
+                              nullptr));
+}
+
+std::optional<FileNumber> NumberOf(HANDLE file) {
+  BY_HANDLE_FILE_INFORMATION info{};
+  if (::GetFileInformationByHandle(file, &info) == 0) return std::nullopt;
+  return FileNumber{info.dwVolumeSerialNumber, Joined64(info.nFileIndexHigh, info.nFileIndexLow)};
+}
+
+std::int64_t SecondsSince1970(std::uint64_t modified) {
+  constexpr std::int64_t kUnitsPerSecond = 10'000'000;
+  constexpr std::int64_t k1970 = 11'644'473'600;  // seconds behind 1601-01-01
+  return static_cast<std::int64_t>(modified) / kUnitsPerSecond - k1970;
+}
+
+FolderListing::FolderListing(const std::wstring& folder) {
+  search_ = ::FindFirstFileW(Joined(folder, L"*").c_str(), &entry_);
+  if (search_ != INVALID_HANDLE_VALUE) return;
+  // An empty drive has no entries at all.
+  const DWORD error = ::GetLastError();
+  const auto state = StateOf(folder, Links::kFollow);
+  if (!state || !state->IsFolder()) throw ProgramError(kPathNotFound);
+  if (error != ERROR_FILE_NOT_FOUND) RaiseNative(error, Attempt::kAsk);
+}
+
+FolderListing::~FolderListing() {
+  if (search_ != INVALID_HANDLE_VALUE) ::FindClose(search_);
+}
+
+const WIN32_FIND_DATAW* FolderListing::Next() {
+  while (search_ != INVALID_HANDLE_VALUE) {
+    if (!is_first_ && ::FindNextFileW(search_, &entry_) == 0) {
+      if (::GetLastError() != ERROR_NO_MORE_FILES) RaiseLast(Attempt::kAsk);
+      break;
+    }
+    is_first_ = false;
+    if (!IsPoints(entry_.cFileName)) return &entry_;
+  }
+  return nullptr;
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,72 @@
+// What the system tells of a file or folder.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "hosts/windows/handle.h"
+
+namespace tarnvale {
+
+struct FileState {
+  DWORD attributes = 0;
+  std::int64_t size_bytes = 0;
+  /// In units of 100 ns since 1601-01-01 UTC.
+  std::uint64_t modified = 0;
+  /// It stands for another file or folder: a junction or a symbolic link. Other
+  /// reparse points are what they look like.
+  bool is_link = false;
+
+  bool IsFolder() const { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+  bool IsReadOnly() const { return (attributes & FILE_ATTRIBUTE_READONLY) != 0; }
+};
+
+enum class Links { kKeep, kFollow };
+
+/// The state of what has a native path; none when it can't be asked for, with the
+/// system's last error set. A name with a wildcard must not get here.
+std::optional<FileState> StateOf(const std::wstring& native, Links links);
+
+FileState StateOf(const WIN32_FIND_DATAW& found);
+
+/// What a name is in its folder's listing: the same in another case, or the long name for
+/// a short one. Empty when nothing has it.
+std::wstring ListedName(const std::wstring& native);
+
+/// Opens a folder, or anything for its state alone. While it is held, neither it nor a
+/// folder that it lies in can be renamed or deleted. Sets the last error.
+Handle OpenForHolding(const std::wstring& native, Links links);
+
+/// The same file or folder has the same number, as long as it is held.
+struct FileNumber {
+  DWORD volume = 0;
+  std::uint64_t number = 0;
+  bool operator==(const FileNumber&) const = default;
+};
+std::optional<FileNumber> NumberOf(HANDLE file);
+
+std::int64_t SecondsSince1970(std::uint64_t modified);
+
+/// Goes through a native folder, leaving out "." and "..".
+class FolderListing {
+ public:
+  /// Raises 76 when there is no such folder, 75 when it can't be read.
+  explicit FolderListing(const std::wstring& folder);
+  FolderListing(const FolderListing&) = delete;
+  FolderListing& operator=(const FolderListing&) = delete;
+  ~FolderListing();
+
+  /// The next entry, null at the end. It is good until the next call. Raises 57, 75.
+  const WIN32_FIND_DATAW* Next();
+
+ private:
+  HANDLE search_ = INVALID_HANDLE_VALUE;
+  WIN32_FIND_DATAW entry_{};
+  bool is_first_ = true;
+};
+
+}  // namespace tarnvale

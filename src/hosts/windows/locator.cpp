@@ -1,0 +1,82 @@
+#include "hosts/windows/locator.h"
+
+#include <string_view>
+
+#include "base/failure.h"
+#include "hosts/windows/native_errors.h"
+#include "platform/path_text.h"
+
+namespace tarnvale {
+namespace {
+
+bool IsMissing(DWORD error) {
+  const int number = ErrorNumberOf(error, Attempt::kAsk);
+  return number == kFileNotFound || number == kPathNotFound;
+}
+
+// Whether all names but the last one are such that the system takes them as they are.
+// A wildcard or the name of a device within a path leads nowhere.
+bool FoldersCanBeNamed(std::wstring_view native, std::wstring_view root) {
+  std::wstring_view names = NativeFolderOf(native).size() < root.size()
+                                ? std::wstring_view()
+                                : native.substr(root.size(), native.rfind(L'\\') - root.size());
+  while (!names.empty()) {
+    const std::size_t end = names.find(L'\\');
+    const std::wstring_view name = names.substr(0, end);
+    if (!name.empty() && !CanBeNamed(name)) return false;
+    names.remove_prefix(end == std::wstring_view::npos ? names.size() : end + 1);
+  }
+  return true;
+}
+
+}  // namespace
+
+Located Locator::LocateFolder(const Path& path) const {
+  Located located;
+  const auto native = drives_.ToNative(path);
+  if (!native || !FoldersCanBeNamed(*native, *drives_.ToNative("\\"))) return located;
+  located.native = *native;
+  const std::wstring_view name = NativeNameOf(located.native);
+  located.can_be_named = name.empty() || CanBeNamed(name);
+  // A name that can be none is asked for in the folder's stead.
+  const std::wstring asked = located.can_be_named ? located.native : NativeFolderOf(located.native);
+  const auto state = StateOf(asked, Links::kKeep);
+  const DWORD error = state ? 0 : ::GetLastError();
+  if (!located.can_be_named) {
+    located.folder_found = state && state->IsFolder();
+  } else if (state) {
+    located.state = state;
+    located.folder_found = true;
+  } else {
+    located.folder_found = error == ERROR_FILE_NOT_FOUND;
+    if (!IsMissing(error)) located.error = error;
+  }
+  return located;
+}
+
+Located Locator::Locate(const Path& path) const {
+  Located located = LocateFolder(path);
+  if (!EndsInSeparator(path) || located.IsFolder()) return located;
+  return {};
+}
+
+Located Locator::Find(const Path& path) const {
+  Located located = Locate(path);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (!located.state) throw ProgramError(kFileNotFound);
+  if (located.state->is_link) {
+    located.state = StateOf(located.native, Links::kFollow);
+    if (!located.state) RaiseLast(Attempt::kAsk);
+  }
+  return located;
+}
+
+Located Locator::RequireTarget(Located located) {
+  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (!located.can_be_named) throw ProgramError(kPathFileAccess);
+  return located;
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,163 @@
+#include "hosts/windows/replacing_copy.h"
+
+#include <sddl.h>
+#include <winioctl.h>
+
+#include <array>
+#include <vector>
+
+#include "base/failure.h"
+#include "hosts/windows/native_errors.h"
+#include "hosts/windows/paths.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr DWORD kKeptAttributes =
+    FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+
+std::wstring OwnSid() {
+  HANDLE opened = nullptr;
+  if (::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &opened) == 0) return {};
+  const Handle token(opened);
+  std::array<std::uint64_t, 64> buffer{};  // aligned for the structure
+  DWORD length = 0;
+  if (::GetTokenInformation(token.Get(), TokenUser, buffer.data(), sizeof buffer, &length) == 0) {
+    return {};
+  }
+  const void* const user = buffer.data();
+  wchar_t* text = nullptr;
+  if (::ConvertSidToStringSidW(static_cast<const TOKEN_USER*>(user)->User.Sid, &text) == 0)
+    return {};
+  std::wstring sid = text;
+  ::LocalFree(text);
+  return sid;
+}
+
+// Puts what was written to a file onto the medium.
+void FlushWritten(const std::wstring& native) {
+  const Handle file(::CreateFileW(native.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file || ::FlushFileBuffers(file.Get()) == 0) RaiseLast(Attempt::kChange);
+}
+
+void DeleteTemporary(const std::wstring& temporary) {
+  const DWORD error = ::GetLastError();
+  ::SetFileAttributesW(temporary.c_str(), FILE_ATTRIBUTE_NORMAL);
+  if (::DeleteFileW(temporary.c_str()) == 0) ::RemoveDirectoryW(temporary.c_str());
+  ::SetLastError(error);
+}
+
+// The whole of a link, as the system keeps it; empty when it can't be read.
+std::vector<char> ReadLink(const std::wstring& native) {
+  constexpr std::size_t kLongest = 16384;  // the system's own limit
+  const Handle link(::CreateFileW(
+      native.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+  std::vector<char> data(kLongest);
+  DWORD length = 0;
+  if (!link || ::DeviceIoControl(link.Get(), FSCTL_GET_REPARSE_POINT, nullptr, 0, data.data(),
+                                 kLongest, &length, nullptr) == 0) {
+    RaiseLast(Attempt::kChange);
+  }
+  data.resize(length);
+  return data;
+}
+
+// False where the medium has no links.
+bool WriteLink(const std::wstring& native, bool is_folder, std::vector<char> data) {
+  if (is_folder && ::CreateDirectoryW(native.c_str(), nullptr) == 0) RaiseLast(Attempt::kChange);
+  const Handle link(::CreateFileW(
+      native.c_str(), GENERIC_WRITE, 0, nullptr, is_folder ? OPEN_EXISTING : CREATE_NEW,
+      FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+  DWORD length = 0;
+  if (link &&
+      ::DeviceIoControl(link.Get(), FSCTL_SET_REPARSE_POINT, data.data(),
+                        static_cast<DWORD>(data.size()), nullptr, 0, &length, nullptr) != 0) {
+    return true;
+  }
+  const DWORD error = ::GetLastError();
+  if (error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED) return false;
+  RaiseNative(error, Attempt::kChange);
+}
+
+}  // namespace
+
+void RequireReplaceable(const FileState& source, const FileState& target) {
+  if (target.IsFolder() && !target.is_link) {
+    throw ProgramError(source.is_link ? kFileAlreadyExists : kPathFileAccess);
+  }
+  if (target.IsReadOnly() && !target.is_link) throw ProgramError(kPathFileAccess);
+}
+
+SECURITY_ATTRIBUTES* OwnersAlone() {
+  static SECURITY_ATTRIBUTES attributes = [] {
+    SECURITY_ATTRIBUTES made{sizeof(SECURITY_ATTRIBUTES), nullptr, FALSE};
+    const std::wstring sid = OwnSid();
+    const std::wstring rules = L"D:P(A;;FA;;;" + sid + L")(A;;FA;;;SY)";
+    if (!sid.empty()) {
+      ::ConvertStringSecurityDescriptorToSecurityDescriptorW(rules.c_str(), SDDL_REVISION_1,
+                                                             &made.lpSecurityDescriptor, nullptr);
+    }
+    return made;
+  }();
+  return attributes.lpSecurityDescriptor != nullptr ? &attributes : nullptr;
+}
+
+void GiveName(const std::wstring& temporary, const std::wstring& target, bool replaces) {
+  const DWORD flags = MOVEFILE_WRITE_THROUGH | (replaces ? MOVEFILE_REPLACE_EXISTING : 0);
+  if (::MoveFileExW(temporary.c_str(), target.c_str(), flags) != 0) return;
+  DeleteTemporary(temporary);
+  const DWORD error = ::GetLastError();
+  if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) {
+    throw ProgramError(kFileAlreadyExists);
+  }
+  RaiseNative(error, Attempt::kChange);
+}
+
+void CopyFileBeside(Temporaries& temporaries, const std::wstring& source, DWORD attributes,
+                    const std::wstring& target, bool replaces, Rights rights) {
+  const std::wstring temporary = temporaries.Begin(NativeFolderOf(target));
+  if (rights == Rights::kOwner) {
+    // A copy into a file that is there keeps that one's security.
+    const Handle made(::CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, OwnersAlone(), CREATE_NEW,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!made) RaiseLast(Attempt::kChange);
+  }
+  if (::CopyFileExW(source.c_str(), temporary.c_str(), nullptr, nullptr, nullptr,
+                    COPY_FILE_ALLOW_DECRYPTED_DESTINATION) == 0) {
+    DeleteTemporary(temporary);
+    RaiseLast(Attempt::kChange);
+  }
+  ::SetFileAttributesW(temporary.c_str(), FILE_ATTRIBUTE_NORMAL);
+  try {
+    FlushWritten(temporary);
+  } catch (const ProgramError&) {
+    DeleteTemporary(temporary);
+    throw;
+  }
+  ::SetFileAttributesW(temporary.c_str(), (attributes & kKeptAttributes) | FILE_ATTRIBUTE_ARCHIVE);
+  GiveName(temporary, target, replaces);
+}
+
+void CopyLink(Temporaries& temporaries, const std::wstring& source, const FileState& state,
+              const std::wstring& target, bool replaces) {
+  std::vector<char> data = ReadLink(source);
+  const std::wstring temporary = temporaries.Begin(NativeFolderOf(target));
+  try {
+    if (!WriteLink(temporary, state.IsFolder(), std::move(data))) {
+      DeleteTemporary(temporary);
+      return;
+    }
+  } catch (const ProgramError&) {
+    DeleteTemporary(temporary);
+    throw;
+  }
+  // A folder's name can't be taken over in one step, not even by a link to one.
+  if (replaces && ::RemoveDirectoryW(target.c_str()) == 0 && state.IsFolder()) {
+    ::DeleteFileW(target.c_str());
+  }
+  GiveName(temporary, target, replaces && !state.IsFolder());
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,344 @@
+#include "hosts/windows/windows_files.h"
+
+#include <array>
+
+#include "base/characters.h"
+#include "base/failure.h"
+#include "hosts/windows/native_errors.h"
+#include "hosts/windows/replacing_copy.h"
+#include "hosts/windows/wide.h"
+#include "hosts/windows/windows_processes.h"
+#include "platform/names.h"
+#include "platform/path_text.h"
+#include "platform/temporary_name.h"
+#include "platform/tree_copy.h"
+
+namespace tarnvale {
+namespace {
+
+class FlushedAlready final : public MediumFlush {
+ public:
+  bool IsDone() override { return true; }
+};
+
+// By way of the capital, as media compare names. Nothing becomes a letter of ASCII: a
+// dotless i is no i.
+char32_t Folded(char32_t letter) {
+  auto unit = static_cast<wchar_t>(letter);
+  if (letter > 0xFFFF) return letter;
+  ::CharUpperBuffW(&unit, 1);
+  ::CharLowerBuffW(&unit, 1);
+  return letter >= 0x80 && unit < 0x80 ? letter : unit;
+}
+
+bool SameState(const FileState& a, const FileState& b) {
+  return a.size_bytes == b.size_bytes && a.modified == b.modified;
+}
+
+bool AreOneFile(const std::wstring& a, const std::wstring& b) {
+  const Handle one = OpenForHolding(a, Links::kFollow);
+  const Handle two = OpenForHolding(b, Links::kFollow);
+  return one && two && NumberOf(one.Get()) == NumberOf(two.Get());
+}
+
+void MakeOne(const Located& located) {
+  const Located target = Locator::RequireTarget(located);
+  if (target.state) throw ProgramError(kPathFileAccess);
+  if (::CreateDirectoryW(target.native.c_str(), nullptr) != 0) return;
+  if (::GetLastError() == ERROR_ALREADY_EXISTS) throw ProgramError(kPathFileAccess);
+  RaiseLast(Attempt::kChange);
+}
+
+// Deletes a folder with all that is in it; links are deleted, not followed.
+void RemoveTree(const std::wstring& folder) {
+  {
+    FolderListing listing(folder);
+    while (const auto* entry = listing.Next()) {
+      const std::wstring native = Joined(folder, entry->cFileName);
+      const FileState state = StateOf(*entry);
+      if (state.IsReadOnly()) ::SetFileAttributesW(native.c_str(), FILE_ATTRIBUTE_NORMAL);
+      if (state.IsFolder() && !state.is_link) {
+        RemoveTree(native);
+      } else if ((state.IsFolder() ? ::RemoveDirectoryW(native.c_str())
+                                   : ::DeleteFileW(native.c_str())) == 0) {
+        RaiseLast(Attempt::kChange);
+      }
+    }
+  }
+  if (::RemoveDirectoryW(folder.c_str()) == 0) RaiseLast(Attempt::kChange);
+}
+
+bool IsListed(const FileState& state, ListKinds kinds) {
+  return ((state.attributes & FILE_ATTRIBUTE_HIDDEN) == 0 || kinds.hidden) &&
+         ((state.attributes & FILE_ATTRIBUTE_SYSTEM) == 0 || kinds.system);
+}
+
+}  // namespace
+
+WindowsFiles::WindowsFiles(DrivePaths drives, const std::wstring& state_folder,
+                           SetAttributesCall set_attributes)
+    : locator_(std::move(drives)),
+      temporaries_(state_folder),
+      set_attributes_(std::move(set_attributes)) {}
+
+std::string WindowsFiles::FoldCase(std::string_view name) {
+  return WithEachCharacter(name, &Folded);
+}
+
+Path WindowsFiles::ProgramFolder() {
+  const std::wstring file = OwnProgramFile();
+  Path folder = locator_.Drives().FromNative(NativeFolderOf(file));
+  if (EndsInSeparator(folder)) folder.pop_back();
+  return folder;
+}
+
+std::int64_t WindowsFiles::Length(const Path& file) {
+  const Located located = locator_.Find(file);
+  if (located.IsFolder()) throw ProgramError(kFileNotFound);
+  return located.state->size_bytes;
+}
+
+int WindowsFiles::Attributes(const Path& path) {
+  const DWORD attributes = locator_.Find(path).state->attributes;
+  return static_cast<int>(attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_NORMAL));
+}
+
+void WindowsFiles::SetAttributes(const Path& file, int value) {
+  constexpr int kAll =
+      attribute::kReadOnly | attribute::kHidden | attribute::kSystem | attribute::kArchive;
+  if (value < 0 || (value & ~kAll) != 0) throw ProgramError(kInvalidCall);
+  const Located located = locator_.Find(file);
+  if (located.IsFolder()) throw ProgramError(kPathFileAccess);
+  const auto copied = std::exchange(copied_, std::nullopt);
+  // Chosen: not while it was copied either. Its copy may hold a part of each state.
+  const bool has_changed =
+      copied && copied->first == located.native && !SameState(copied->second, *located.state);
+  if (has_changed && (located.state->attributes & FILE_ATTRIBUTE_ARCHIVE) != 0) {
+    value |= attribute::kArchive;
+  }
+  const DWORD wanted = value == 0 ? FILE_ATTRIBUTE_NORMAL : static_cast<DWORD>(value);
+  if (!set_attributes_(located.native, wanted)) RaiseLast(Attempt::kAsk);
+}
+
+bool WindowsFiles::FolderExists(const Path& folder) {
+  const Located located = locator_.Locate(folder);
+  if (!located.state || !located.state->is_link) return located.IsFolder();
+  const auto behind = StateOf(located.native, Links::kFollow);
+  return behind && behind->IsFolder();
+}
+
+bool WindowsFiles::FileExists(const Path& file) {
+  return locator_.Locate(file).state && !FolderExists(file);
+}
+
+WindowsFiles::CopySource WindowsFiles::SourceOfCopy(const Path& source) {
+  const Located from = locator_.Locate(source);
+  if (from.error != 0) RaiseNative(from.error, Attempt::kChange);
+  if (!from.state) throw ProgramError(kFileNotFound);
+  const auto state = from.state->is_link ? StateOf(from.native, Links::kFollow) : from.state;
+  if (!state || state->IsFolder()) throw ProgramError(kFileNotFound);
+  return {from.native, *state};
+}
+
+void WindowsFiles::CopyFileTo(const CopySource& source, const std::wstring& target,
+                              const std::optional<FileState>& there, Rights rights) {
+  if (there) {
+    RequireReplaceable(source.state, *there);
+    if (SameState(source.state, *there) && AreOneFile(source.native, target)) return;
+  }
+  CopyFileBeside(temporaries_, source.native, source.state.attributes, target, there.has_value(),
+                 rights);
+}
+
+void WindowsFiles::CopyWhole(const Path& source, const Path& target, Rights rights) {
+  copied_.reset();
+  const CopySource from = SourceOfCopy(source);
+  const Located to = Locator::RequireTarget(locator_.Locate(target));
+  const std::wstring folder = NativeFolderOf(to.native);
+  temporaries_.SweepOnce(folder);
+  // What is there keeps the case of its name.
+  const std::wstring listed = to.state && !to.IsFolder() ? ListedName(to.native) : std::wstring();
+  CopyFileTo(from, listed.empty() ? to.native : Joined(folder, listed), to.state, rights);
+  copied_.emplace(from.native, from.state);
+}
+
+void WindowsFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
+  copied_.reset();
+  const CopySource from = SourceOfCopy(source);
+  const std::wstring to = WindowsFolder::Of(target.folder).NativeOf(target.name);
+  const auto there = StateOf(to, Links::kKeep);
+  if (there && ListedName(to) != NativeNameOf(to)) throw ProgramError(kFileAlreadyExists);
+  CopyFileTo(from, to, there, rights);
+  copied_.emplace(from.native, from.state);
+}
+
+void WindowsFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rights rights) {
+  const std::wstring from = WindowsFolder::Of(source.folder).NativeOf(source.name);
+  const std::wstring to = WindowsFolder::Of(target.folder).NativeOf(target.name);
+  const auto state = StateOf(from, Links::kKeep);
+  if (!state) RaiseLast(Attempt::kChange);
+  const auto there = StateOf(to, Links::kKeep);
+  if (there && ListedName(to) != NativeNameOf(to)) throw ProgramError(kFileAlreadyExists);
+  if (!state->is_link) {
+    if (state->IsFolder()) throw ProgramError(kFileNotFound);
+    CopyFileTo({from, *state}, to, there, rights);
+    return;
+  }
+  if (there) RequireReplaceable(*state, *there);
+  CopyLink(temporaries_, from, *state, to, there.has_value());
+}
+
+std::unique_ptr<HeldFolder> WindowsFiles::TreeTarget(const Path& target) {
+  const Located located = Locator::RequireTarget(locator_.LocateFolder(target));
+  if (!located.state) {
+    MakeOne(located);
+  } else if (!located.IsFolder() || (located.state->is_link && !EndsInSeparator(target))) {
+    throw ProgramError(kPathFileAccess);
+  }
+  return OpenFolder(target);
+}
+
+std::unique_ptr<HeldFolder> WindowsFiles::TreeTarget(const HeldEntry& target) {
+  if (target.name.empty()) return target.folder.Inner({});
+  const std::wstring native = WindowsFolder::Of(target.folder).NativeOf(target.name);
+  const auto there = StateOf(native, Links::kKeep);
+  if (!there) {
+    target.folder.MakeFolder(target.name);
+  } else if (ListedName(native) != NativeNameOf(native)) {
+    throw ProgramError(kFileAlreadyExists);
+  } else if (!there->IsFolder() || there->is_link) {
+    throw ProgramError(kPathFileAccess);
+  }
+  return target.folder.Inner(target.name);
+}
+
+void WindowsFiles::CopyTree(HeldFolder& source, HeldFolder& target,
+                            const std::function<void()>& between, Rights rights,
+                            const LeftOutFolders& left_out) {
+  const auto keep_time = [](HeldFolder& from, HeldFolder& made) {
+    FILETIME time{};
+    const std::wstring& native = WindowsFolder::Of(made).Native();
+    const Handle folder(::CreateFileW(native.c_str(), FILE_WRITE_ATTRIBUTES,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    // A medium may refuse; that does no harm.
+    if (folder && ::GetFileTime(WindowsFolder::Of(from).Get(), nullptr, nullptr, &time) != 0) {
+      ::SetFileTime(folder.Get(), nullptr, nullptr, &time);
+    }
+  };
+  CopyContents(*this, source, target, rights, left_out, between, keep_time);
+}
+
+void WindowsFiles::CopyTree(const Path& source, const Path& target,
+                            const std::function<void()>& between, Rights rights,
+                            const LeftOutFolders& left_out) {
+  const auto from = OpenFolder(source);
+  const auto to = TreeTarget(target);
+  CopyTree(*from, *to, between, rights, left_out);
+}
+
+void WindowsFiles::CopyTree(const Path& source, const HeldEntry& target,
+                            const std::function<void()>& between, Rights rights,
+                            const LeftOutFolders& left_out) {
+  const auto from = OpenFolder(source);
+  const auto to = TreeTarget(target);
+  CopyTree(*from, *to, between, rights, left_out);
+}
+
+void WindowsFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
+                            const std::function<void()>& between, Rights rights,
+                            const LeftOutFolders& left_out) {
+  const auto from = source.folder.Inner(source.name);
+  const auto to = TreeTarget(target);
+  CopyTree(*from, *to, between, rights, left_out);
+}
+
+void WindowsFiles::MoveTree(const Path& source, const Path& target) {
+  const Located from = locator_.Locate(source);
+  if (!from.IsFolder() || from.state->is_link) throw ProgramError(kPathNotFound);
+  const Located to = Locator::RequireTarget(locator_.LocateFolder(target));
+  if (to.state) throw ProgramError(kFileAlreadyExists);
+  // A folder that goes into itself would be deleted with its source.
+  const std::string start = FoldCase(Narrow(from.native)) + "\\";
+  if (FoldCase(Narrow(to.native)).compare(0, start.size(), start) == 0) {
+    throw ProgramError(kPathFileAccess);
+  }
+  CopyTree(source, target, {}, Rights::kSource);
+  RemoveTree(from.native);
+}
+
+void WindowsFiles::CreateFolder(const Path& folder) {
+  MakeOne(locator_.LocateFolder(folder));
+}
+
+void WindowsFiles::CreateFoldersOf(const Path& path) {
+  const auto last = path.find_last_of("\\/");
+  if (last == Path::npos || !TakeApart(path)) throw ProgramError(kPathNotFound);
+  for (std::size_t at = path.find_first_of("\\/"); at <= last;
+       at = path.find_first_of("\\/", at + 1)) {
+    const Path folder = path.substr(0, at + 1);
+    const Located located = locator_.LocateFolder(folder);
+    if (located.state && !FolderExists(folder)) throw ProgramError(kPathFileAccess);
+    if (!located.state) MakeOne(located);
+  }
+}
+
+void WindowsFiles::Delete(const Path& file) {
+  const Located located = locator_.Locate(file);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (!located.state || (located.IsFolder() && !located.state->is_link)) {
+    throw ProgramError(kFileNotFound);
+  }
+  if (located.state->IsReadOnly()) throw ProgramError(kPathFileAccess);
+  const bool is_gone = (located.IsFolder() ? ::RemoveDirectoryW(located.native.c_str())
+                                           : ::DeleteFileW(located.native.c_str())) != 0;
+  if (!is_gone) RaiseLast(Attempt::kChange);
+}
+
+std::vector<std::string> WindowsFiles::List(const Path& pattern, ListKinds kinds) {
+  const auto last = pattern.find_last_of("\\/");
+  if (last == Path::npos || !FolderExists(pattern.substr(0, last + 1))) return {};
+  const std::string folded = FoldCase(pattern.substr(last + 1));
+  std::vector<std::string> names;
+  FolderListing listing(locator_.Locate(pattern.substr(0, last + 1)).native);
+  while (const auto* entry = listing.Next()) {
+    std::string name = Narrow(entry->cFileName);
+    const FileState state = StateOf(*entry);
+    if (!state.IsFolder() && IsListed(state, kinds) && !IsTemporaryName(name) &&
+        MatchesPattern(FoldCase(name), folded)) {
+      names.push_back(std::move(name));
+    }
+  }
+  SortNames(names);
+  return names;
+}
+
+std::vector<std::string> WindowsFiles::ListFolders(const Path& folder, ListKinds kinds) {
+  if (!FolderExists(folder)) throw ProgramError(kPathNotFound);
+  std::vector<std::string> names;
+  FolderListing listing(locator_.Locate(folder).native);
+  while (const auto* entry = listing.Next()) {
+    const FileState state = StateOf(*entry);
+    if (state.IsFolder() && !state.is_link && IsListed(state, kinds)) {
+      names.push_back(Narrow(entry->cFileName));
+    }
+  }
+  SortNames(names);
+  return names;
+}
+
+std::unique_ptr<HeldFolder> WindowsFiles::OpenFolder(const Path& folder) {
+  if (!FolderExists(folder)) throw ProgramError(kPathNotFound);
+  const std::wstring native = locator_.Locate(folder).native;
+  Handle opened = OpenForHolding(native, Links::kFollow);
+  if (!opened) RaiseLast(Attempt::kAsk);
+  return std::make_unique<WindowsFolder>(std::move(opened), native, temporaries_);
+}
+
+std::unique_ptr<MediumFlush> WindowsFiles::BeginFlush(const Path& folder) {
+  if (!FolderExists(folder)) throw ProgramError(kPathNotFound);
+  return std::make_unique<FlushedAlready>();
+}
+
+}  // namespace tarnvale

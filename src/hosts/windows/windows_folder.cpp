@@ -1,0 +1,111 @@
+#include "hosts/windows/windows_folder.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/failure.h"
+#include "hosts/windows/native_errors.h"
+#include "hosts/windows/paths.h"
+#include "hosts/windows/wide.h"
+#include "platform/names.h"
+#include "platform/temporary_name.h"
+
+namespace tarnvale {
+
+FolderContents WindowsFolder::Contents() {
+  FolderContents contents;
+  std::vector<std::wstring> leftovers;
+  FolderListing listing(native_);
+  while (const auto* entry = listing.Next()) {
+    const FileState state = StateOf(*entry);
+    std::string name = Narrow(entry->cFileName);
+    if (IsTemporaryName(name)) {
+      leftovers.emplace_back(entry->cFileName);
+    } else if (state.IsFolder() && !state.is_link) {
+      contents.folders.push_back(std::move(name));
+    } else {
+      contents.files.push_back(
+          {std::move(name), state.size_bytes, SecondsSince1970(state.modified)});
+    }
+  }
+  for (const std::wstring& name : leftovers) temporaries_.Sweep(native_, name);
+  SortContents(contents);
+  return contents;
+}
+
+std::optional<FolderEntry> WindowsFolder::File(const std::string& name) {
+  if (!CanBeNamed(Wide(name))) return std::nullopt;
+  const std::wstring native = NativeOf(name);
+  const auto state = StateOf(native, Links::kKeep);
+  if (!state || (state->IsFolder() && !state->is_link) ||
+      NativeNameOf(native) != ListedName(native)) {
+    return std::nullopt;
+  }
+  return FolderEntry{name, state->size_bytes, SecondsSince1970(state->modified)};
+}
+
+std::optional<std::size_t> WindowsFolder::FoundBy(const std::string& name,
+                                                  const ListedNames& listed) {
+  if (!CanBeNamed(Wide(name))) return std::nullopt;
+  const auto at = std::find(listed.begin(), listed.end(), Narrow(ListedName(NativeOf(name))));
+  if (at == listed.end()) return std::nullopt;
+  return static_cast<std::size_t>(at - listed.begin());
+}
+
+std::unique_ptr<HeldFolder> WindowsFolder::Inner(const std::string& names) {
+  std::wstring native = native_;
+  Handle held;
+  std::string_view rest = names;
+  // Each is held before the next one is looked for, so that none turns into a link.
+  do {
+    const std::size_t end = std::min(rest.find('\\'), rest.size());
+    const std::wstring name = Wide(rest.substr(0, end));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    if (!names.empty()) {
+      native = Joined(native, name);
+      if (!CanBeNamed(name) || ListedName(native) != name) throw ProgramError(kPathNotFound);
+    }
+    Handle next = OpenForHolding(native, Links::kKeep);
+    if (!next) RaiseLast(Attempt::kAsk);
+    const auto state = StateOf(native, Links::kKeep);
+    if (!state || !state->IsFolder() || state->is_link) throw ProgramError(kPathNotFound);
+    held = std::move(next);
+  } while (!rest.empty());
+  return std::make_unique<WindowsFolder>(std::move(held), std::move(native), temporaries_);
+}
+
+std::wstring WindowsFolder::NativeOf(const std::string& name) const {
+  const std::wstring wide = Wide(name);
+  if (!CanBeNamed(wide)) throw ProgramError(kPathFileAccess);
+  return Joined(native_, wide);
+}
+
+void WindowsFolder::MakeFolder(const std::string& name) {
+  const std::wstring native = NativeOf(name);
+  if (::CreateDirectoryW(native.c_str(), nullptr) == 0) RaiseForMaking(native, ::GetLastError());
+}
+
+void WindowsFolder::MakeFile(const std::string& name) {
+  const std::wstring native = NativeOf(name);
+  const Handle made(::CreateFileW(native.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!made) RaiseForMaking(native, ::GetLastError());
+}
+
+bool WindowsFolder::Is(const HeldFolder& other) {
+  const auto own = NumberOf(Get());
+  return own && own == NumberOf(Of(other).Get());
+}
+
+void WindowsFolder::RaiseForMaking(const std::wstring& native, DWORD error) const {
+  if (error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS || error == ERROR_ACCESS_DENIED) {
+    const std::wstring there = ListedName(native);
+    if (there == NativeNameOf(native)) throw ProgramError(kPathFileAccess);
+    if (!there.empty()) throw ProgramError(kFileAlreadyExists);
+  }
+  RaiseNative(error, Attempt::kChange);
+}
+
+}  // namespace tarnvale

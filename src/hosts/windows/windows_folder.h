@@ -1,0 +1,47 @@
+// A folder of a Windows machine that is held by its handle.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "hosts/windows/file_state.h"
+#include "hosts/windows/temporaries.h"
+#include "platform/files.h"
+
+namespace tarnvale {
+
+/// As long as the handle is open, the system lets nobody rename or delete the folder or
+/// one that it lies in: its path stays its own.
+class WindowsFolder final : public HeldFolder {
+ public:
+  /// `native` is where the folder was found.
+  WindowsFolder(Handle folder, std::wstring native, const Temporaries& temporaries)
+      : folder_(std::move(folder)), native_(std::move(native)), temporaries_(temporaries) {}
+
+  FolderContents Contents() override;
+  std::optional<FolderEntry> File(const std::string& name) override;
+  std::optional<std::size_t> FoundBy(const std::string& name, const ListedNames& listed) override;
+  std::unique_ptr<HeldFolder> Inner(const std::string& names) override;
+  void MakeFolder(const std::string& name) override;
+  void MakeFile(const std::string& name) override;
+  bool Is(const HeldFolder& other) override;
+
+  const std::wstring& Native() const { return native_; }
+  HANDLE Get() const { return folder_.Get(); }
+  /// Of an entry by its name, there or not. Raises 75 for what can't be a name.
+  std::wstring NativeOf(const std::string& name) const;
+
+  static const WindowsFolder& Of(const HeldFolder& folder) {
+    return static_cast<const WindowsFolder&>(folder);
+  }
+
+ private:
+  [[noreturn]] void RaiseForMaking(const std::wstring& native, DWORD error) const;
+
+  Handle folder_;
+  std::wstring native_;
+  const Temporaries& temporaries_;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,74 @@
+// All of a Windows machine but its windows.
+#pragma once
+
+#include <string>
+
+#include "hosts/windows/locator.h"
+#include "hosts/windows/paths.h"
+#include "hosts/windows/temporaries.h"
+#include "hosts/windows/text_coding.h"
+#include "hosts/windows/windows_application_folders.h"
+#include "hosts/windows/windows_clock.h"
+#include "hosts/windows/windows_files.h"
+#include "hosts/windows/windows_locale_formats.h"
+#include "hosts/windows/windows_open_files.h"
+#include "hosts/windows/windows_processes.h"
+#include "hosts/windows/windows_profile_files.h"
+#include "hosts/windows/windows_random.h"
+#include "hosts/windows/windows_registry.h"
+#include "hosts/windows/windows_transfer_files.h"
+#include "platform/system_parts.h"
+
+namespace tarnvale {
+
+/// What stands here is what the program runs with.
+struct WindowsSurroundings {
+  /// What C:\ stands for, as the only drive; empty for the drives as they are.
+  std::wstring root;
+  std::wstring state_folder = DefaultStateFolder();
+  std::wstring program_file = OwnProgramFile();
+  UINT code_page = CP_ACP;
+  LCID locale = LOCALE_USER_DEFAULT;
+  SetAttributesCall set_attributes = [](const std::wstring& native, DWORD attributes) {
+    return ::SetFileAttributesW(native.c_str(), attributes) != 0;
+  };
+};
+
+class WindowsHost {
+ private:
+  DrivePaths drives_;
+  Locator locator_{drives_};
+
+ public:
+  explicit WindowsHost(const WindowsSurroundings& surroundings = {})
+      : drives_(surroundings.root),
+        files(drives_, surroundings.state_folder, surroundings.set_attributes),
+        open_files(locator_),
+        profiles(locator_, surroundings.state_folder, TextCoding(surroundings.code_page)),
+        processes(locator_, surroundings.program_file),
+        formats(surroundings.locale),
+        applications(drives_),
+        transfer_files(locator_, surroundings.state_folder) {}
+  WindowsHost(const WindowsHost&) = delete;
+  WindowsHost& operator=(const WindowsHost&) = delete;
+
+  /// The path of a native one.
+  Path PathOf(const std::wstring& native) const { return drives_.FromNative(native); }
+
+  SystemParts Parts() {
+    return {files, open_files, profiles, processes, clock, random, formats, registry, applications};
+  }
+
+  WindowsFiles files;
+  WindowsOpenFiles open_files;
+  WindowsProfileFiles profiles;
+  WindowsProcesses processes;
+  WindowsClock clock;
+  WindowsRandom random;
+  WindowsLocaleFormats formats;
+  WindowsRegistry registry;
+  WindowsApplicationFolders applications;
+  WindowsTransferFiles transfer_files;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,114 @@
+#include <gmock/gmock.h>
+
+#include "tests/hosts/windows/windows_stage.h"
+#include "tests/support/raised.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using ::testing::AnyOf;
+
+class WindowsProcessesTest : public WindowsHostTest {
+ protected:
+  // The real drives, with the system's own programs.
+  WindowsProcessesTest() { surroundings.root.clear(); }
+
+  static std::string SystemProgram(const std::string& name) {
+    wchar_t folder[MAX_PATH] = {};
+    ::GetSystemDirectoryW(folder, MAX_PATH);
+    return Narrow(folder) + "\\" + name;
+  }
+  // Waits for what a started program makes.
+  static bool Appears(const std::filesystem::path& file) {
+    for (int i = 0; i < 1000; ++i) {
+      if (std::filesystem::exists(file)) return true;
+      ::Sleep(10);
+    }
+    return false;
+  }
+};
+
+TEST_F(WindowsProcessesTest, ACommandLineIsStartedAsItStands) {
+  const std::filesystem::path made = Native("made here");
+  Host().processes.StartMinimized(SystemProgram("cmd.exe") + " /c mkdir \"" + made.string());
+  EXPECT_TRUE(Appears(made));
+}
+
+TEST_F(WindowsProcessesTest, AProgramIsFoundOnTheSearchPath) {
+  const std::filesystem::path made = Native("made");
+  Host().processes.StartMinimized("cmd /c mkdir \"" + made.string() + "\"");
+  EXPECT_TRUE(Appears(made));
+}
+
+TEST_F(WindowsProcessesTest, AProgramIsStarted) {
+  EXPECT_TRUE(Host().processes.StartProgram(SystemProgram("whoami.exe")));
+  EXPECT_FALSE(Host().processes.StartProgram(SystemProgram("no-such-program.exe")));
+}
+
+TEST_F(WindowsProcessesTest, WhatIsNoProgramIsNotStarted) {
+  const std::filesystem::path text = Native("a.txt");
+  WriteNative(text, "no program");
+  EXPECT_FALSE(Host().processes.StartProgram(text.string()));
+  EXPECT_EQ(RaisedBy([&] { Host().processes.StartMinimized("\"" + text.string() + "\""); }), 53);
+}
+
+TEST_F(WindowsProcessesTest, AnInstanceKnowsItsPredecessorAsLongAsThatLives) {
+  EXPECT_FALSE(Host().processes.PreviousInstance());
+  {
+    WindowsHost second(surroundings);
+    EXPECT_TRUE(second.processes.PreviousInstance());
+  }
+  EXPECT_FALSE(Host().processes.PreviousInstance());
+  Restart();
+  EXPECT_FALSE(WindowsHost(surroundings).processes.PreviousInstance());
+}
+
+TEST_F(WindowsProcessesTest, TheRegistryIsReadByNamesInAnyCase) {
+  HKEY key = nullptr;
+  ASSERT_EQ(::RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TarnvaleTest", 0, nullptr, 0,
+                              KEY_WRITE, nullptr, &key, nullptr),
+            ERROR_SUCCESS);
+  const std::wstring text =
+      L"Gr\u00FC\u00DF"
+      L"e " +
+      std::wstring(500, L'x');
+  const void* const bytes = text.c_str();
+  ::RegSetValueExW(key, L"Name", 0, REG_SZ, static_cast<const BYTE*>(bytes),
+                   static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+  const DWORD number = 42;
+  const void* const number_bytes = &number;
+  ::RegSetValueExW(key, L"Number", 0, REG_DWORD, static_cast<const BYTE*>(number_bytes),
+                   sizeof number);
+  ::RegCloseKey(key);
+  EXPECT_EQ(Host().registry.Read("hkey_current_user\\software\\TARNVALETEST\\name"), Narrow(text));
+  EXPECT_EQ(Host().registry.Read("HKEY_CURRENT_USER\\Software\\TarnvaleTest\\Number"), "42");
+  EXPECT_EQ(
+      RaisedBy([&] { Host().registry.Read("HKEY_CURRENT_USER\\Software\\TarnvaleTest\\None"); }),
+      53);
+  EXPECT_EQ(RaisedBy([&] { Host().registry.Read("HKEY_NOWHERE\\Software\\TarnvaleTest\\Name"); }),
+            53);
+  EXPECT_EQ(RaisedBy([&] { Host().registry.Read("HKEY_CURRENT_USER"); }), 53);
+  ::RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\TarnvaleTest");
+}
+
+TEST_F(WindowsProcessesTest, FormatsAreTheUsersOwn) {
+  LocaleFormats& formats = Host().formats;
+  const DateTime afternoon = MakeDateTime({2008, 3, 14}, {17, 5, 9});
+  EXPECT_EQ(formats.ShortDate(afternoon), "3/14/2008");
+  EXPECT_EQ(formats.LongTime(afternoon), "5:05:09 PM");
+  EXPECT_EQ(formats.GeneralDate(afternoon), "3/14/2008 5:05:09 PM");
+  EXPECT_EQ(formats.ShortTime(afternoon), "17:05");
+  EXPECT_EQ(formats.StandardNumber(1234567.5), "1,234,567.50");
+}
+
+TEST_F(WindowsProcessesTest, FormatsOfAnotherCountryAreItsOwn) {
+  surroundings.locale = MAKELCID(MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), SORT_DEFAULT);
+  const DateTime afternoon = MakeDateTime({2008, 3, 14}, {17, 5, 9});
+  // With two digits or one: that differs between systems.
+  EXPECT_THAT(Host().formats.ShortDate(afternoon), AnyOf("14.03.2008", "14.3.2008"));
+  EXPECT_EQ(Host().formats.LongTime(afternoon), "17:05:09");
+  EXPECT_EQ(Host().formats.StandardNumber(1234567.5), "1.234.567,50");
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
