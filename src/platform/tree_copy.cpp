@@ -59,8 +59,8 @@ class ContentsCopy {
     Level level{std::move(source), std::move(target), {}, {}, 0, was_made};
     level.contents = level.source->Contents();
     const FolderContents there = level.target->Contents();
-    const NamePairs pairs = PairNames(
-        level.contents, there, NameRulesOf(files_, level.source.get(), level.target.get()));
+    const NamePairs pairs = PairNames(level.contents, there,
+                                      NameRulesOf(files_, level.source.get(), level.target.get()));
     for (std::size_t i = 0; i < level.contents.files.size(); ++i) {
       const std::string& name = level.contents.files[i].name;
       const std::size_t partner = pairs.files[i];

@@ -68,6 +68,14 @@ void RemoveTree(const std::wstring& folder) {
   if (::RemoveDirectoryW(folder.c_str()) == 0) RaiseLast(Attempt::kChange);
 }
 
+// What stands in an entry's place. Raises 58 for what only the medium takes for it.
+std::optional<FileState> TargetState(const HeldEntry& target) {
+  WindowsFolder& folder = WindowsFolder::Of(target.folder);
+  auto there = StateOf(folder.NativeOf(target.name), Links::kKeep);
+  if (there && !folder.HasExactly(target.name)) throw ProgramError(kFileAlreadyExists);
+  return there;
+}
+
 bool IsListed(const FileState& state, ListKinds kinds) {
   return ((state.attributes & FILE_ATTRIBUTE_HIDDEN) == 0 || kinds.hidden) &&
          ((state.attributes & FILE_ATTRIBUTE_SYSTEM) == 0 || kinds.system);
@@ -165,10 +173,10 @@ void WindowsFiles::CopyWhole(const Path& source, const Path& target, Rights righ
 void WindowsFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
   copied_.reset();
   const CopySource from = SourceOfCopy(source);
-  const std::wstring to = WindowsFolder::Of(target.folder).NativeOf(target.name);
-  const auto there = StateOf(to, Links::kKeep);
-  if (there && ListedName(to) != NativeNameOf(to)) throw ProgramError(kFileAlreadyExists);
-  CopyFileTo(from, to, there, rights);
+  WindowsFolder& folder = WindowsFolder::Of(target.folder);
+  const std::wstring to = folder.NativeOf(target.name);
+  CopyFileTo(from, to, TargetState(target), rights);
+  folder.NoteMade(target.name);
   copied_.emplace(from.native, from.state);
 }
 
@@ -177,15 +185,15 @@ void WindowsFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, R
   const std::wstring to = WindowsFolder::Of(target.folder).NativeOf(target.name);
   const auto state = StateOf(from, Links::kKeep);
   if (!state) RaiseLast(Attempt::kChange);
-  const auto there = StateOf(to, Links::kKeep);
-  if (there && ListedName(to) != NativeNameOf(to)) throw ProgramError(kFileAlreadyExists);
-  if (!state->is_link) {
-    if (state->IsFolder()) throw ProgramError(kFileNotFound);
+  if (state->IsFolder() && !state->is_link) throw ProgramError(kFileNotFound);
+  const auto there = TargetState(target);
+  if (state->is_link) {
+    if (there) RequireReplaceable(*state, *there);
+    CopyLink(temporaries_, from, *state, to, there.has_value());
+  } else {
     CopyFileTo({from, *state}, to, there, rights);
-    return;
   }
-  if (there) RequireReplaceable(*state, *there);
-  CopyLink(temporaries_, from, *state, to, there.has_value());
+  WindowsFolder::Of(target.folder).NoteMade(target.name);
 }
 
 std::unique_ptr<HeldFolder> WindowsFiles::TreeTarget(const Path& target) {
@@ -200,12 +208,9 @@ std::unique_ptr<HeldFolder> WindowsFiles::TreeTarget(const Path& target) {
 
 std::unique_ptr<HeldFolder> WindowsFiles::TreeTarget(const HeldEntry& target) {
   if (target.name.empty()) return target.folder.Inner({});
-  const std::wstring native = WindowsFolder::Of(target.folder).NativeOf(target.name);
-  const auto there = StateOf(native, Links::kKeep);
+  const auto there = TargetState(target);
   if (!there) {
     target.folder.MakeFolder(target.name);
-  } else if (ListedName(native) != NativeNameOf(native)) {
-    throw ProgramError(kFileAlreadyExists);
   } else if (!there->IsFolder() || there->is_link) {
     throw ProgramError(kPathFileAccess);
   }

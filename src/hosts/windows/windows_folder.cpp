@@ -32,7 +32,15 @@ FolderContents WindowsFolder::Contents() {
   }
   for (const std::wstring& name : leftovers) temporaries_.Sweep(native_, name);
   SortContents(contents);
+  listed_.emplace(contents.folders.begin(), contents.folders.end());
+  for (const FolderEntry& file : contents.files) listed_->insert(file.name);
   return contents;
+}
+
+bool WindowsFolder::HasExactly(const std::string& name) {
+  if (made_.contains(name)) return true;
+  if (!listed_) Contents();
+  return listed_->contains(name);
 }
 
 std::optional<FolderEntry> WindowsFolder::File(const std::string& name) {
@@ -84,27 +92,26 @@ std::wstring WindowsFolder::NativeOf(const std::string& name) const {
 
 void WindowsFolder::MakeFolder(const std::string& name) {
   const std::wstring native = NativeOf(name);
-  if (::CreateDirectoryW(native.c_str(), nullptr) == 0) RaiseForMaking(native, ::GetLastError());
+  if (::CreateDirectoryW(native.c_str(), nullptr) == 0) RaiseForMaking(name, ::GetLastError());
+  NoteMade(name);
 }
 
 void WindowsFolder::MakeFile(const std::string& name) {
   const std::wstring native = NativeOf(name);
   const Handle made(::CreateFileW(native.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!made) RaiseForMaking(native, ::GetLastError());
+  if (!made) RaiseForMaking(name, ::GetLastError());
+  NoteMade(name);
 }
 
 bool WindowsFolder::Is(const HeldFolder& other) {
   const auto own = NumberOf(Get());
-  return own && own == NumberOf(Of(other).Get());
+  return own && own == NumberOf(static_cast<const WindowsFolder&>(other).Get());
 }
 
-void WindowsFolder::RaiseForMaking(const std::wstring& native, DWORD error) const {
-  if (error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS || error == ERROR_ACCESS_DENIED) {
-    const std::wstring there = ListedName(native);
-    if (there == NativeNameOf(native)) throw ProgramError(kPathFileAccess);
-    if (!there.empty()) throw ProgramError(kFileAlreadyExists);
-  }
+void WindowsFolder::RaiseForMaking(const std::string& name, DWORD error) {
+  const bool is_taken = StateOf(NativeOf(name), Links::kKeep).has_value();
+  if (is_taken) throw ProgramError(HasExactly(name) ? kPathFileAccess : kFileAlreadyExists);
   RaiseNative(error, Attempt::kChange);
 }
 

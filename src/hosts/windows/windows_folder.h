@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_set>
 
 #include "hosts/windows/file_state.h"
 #include "hosts/windows/temporaries.h"
@@ -32,16 +33,21 @@ class WindowsFolder final : public HeldFolder {
   /// Of an entry by its name, there or not. Raises 75 for what can't be a name.
   std::wstring NativeOf(const std::string& name) const;
 
-  static const WindowsFolder& Of(const HeldFolder& folder) {
-    return static_cast<const WindowsFolder&>(folder);
-  }
+  /// Whether what the medium finds by this name has exactly this one. Reads the folder
+  /// only if it hasn't been read yet. Raises 75, 57.
+  bool HasExactly(const std::string& name);
+  void NoteMade(const std::string& name) { made_.insert(name); }
+
+  static WindowsFolder& Of(HeldFolder& folder) { return static_cast<WindowsFolder&>(folder); }
 
  private:
-  [[noreturn]] void RaiseForMaking(const std::wstring& native, DWORD error) const;
+  [[noreturn]] void RaiseForMaking(const std::string& name, DWORD error);
 
   Handle folder_;
   std::wstring native_;
   const Temporaries& temporaries_;
+  std::optional<std::unordered_set<std::string>> listed_;
+  std::unordered_set<std::string> made_;
 };
 
 }  // namespace tarnvale
