@@ -61,3 +61,16 @@ function(tarnvale_test name)
   endif()
   gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
 endfunction()
+
+# tarnvale_windows_program(NAME): checks what the program imports, parts it from its debug
+# information, and prints its size.
+function(tarnvale_windows_program name)
+  set(file $<TARGET_FILE:${name}>)
+  add_custom_command(TARGET ${name} POST_BUILD
+    COMMAND ${PROJECT_SOURCE_DIR}/scripts/check_imports ${file}
+    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug ${file} ${file}.debug
+    COMMAND ${CMAKE_STRIP} ${file}
+    COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=${file}.debug ${file}
+    COMMAND stat --printf "%n: %s bytes\\n" ${file}
+    VERBATIM)
+endfunction()

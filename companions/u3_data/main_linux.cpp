@@ -17,9 +17,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <string>
-#include <string_view>
 
 #include "base/failure.h"
+#include "companions/u3_data/data_pointer.h"
 #include "hosts/linux/descriptor.h"
 #include "hosts/linux/linux_files.h"
 #include "hosts/linux/linux_open_files.h"
@@ -29,80 +29,28 @@
 #include "hosts/linux/paths.h"
 #include "hosts/linux/state_folder.h"
 #include "hosts/linux/temporaries.h"
-#include "platform/input_item.h"
 
 namespace tarnvale {
 namespace {
 
-constexpr int kPointerFileNumber = 1;
 constexpr mode_t kNewFileMode = 0666;  // less what the user's mask takes
 
-// What a reader of delimited items makes of a text.
-std::string ItemOf(std::string_view text) {
-  InputItemScanner scanner;
-  for (const char byte : text) {
-    if (!scanner.Feed(byte)) break;
-  }
-  return scanner.Item();
-}
-
-// The pointer file that is read back as `folder`: in quotes, which keep commas
-// together, or without, for a folder whose own name holds a quote.
-std::string PointerTo(const Path& folder) {
-  for (const std::string& text : {"\"" + folder + "\"\r\n", folder + "\r\n"}) {
-    if (ItemOf(text) == folder) return text;
-  }
-  throw ProgramError(kPathFileAccess);
-}
-
-class DataPointer {
+class ThisMachine {
  public:
-  /// In the folder that this program lies in.
-  DataPointer() : program_folder_(files_.ProgramFolder()) {
+  void Leave() {
     const std::string native = OwnProgramFile();
     // The path would name another folder than the one it is meant for.
     if (native.empty() || !CanBeNamed(native)) throw ProgramError(kPathNotFound);
-  }
-
-  void Leave() {
-    const Path named = Named();
-    if (!named.empty() && files_.FolderExists(named)) return;
-    const Path beside = program_folder_ + "\\Data";
-    MakeFolder(beside);
-    Replace(PointerTo(beside));
+    LeavePointer({files_, open_files_, files_.ProgramFolder(), std::nullopt,
+                  [this, mask = kept_mask_](const Path& file, const std::string& bytes) {
+                    ::umask(mask);
+                    Replace(file, bytes);
+                  }});
   }
 
  private:
-  Path PointerFile() const { return program_folder_ + "\\Data.txt"; }
-
-  // Empty when there is no pointer file, or nothing in it.
-  Path Named() {
-    try {
-      open_files_.OpenInput(kPointerFileNumber, PointerFile());
-      Path named = open_files_.InputItem(kPointerFileNumber);
-      open_files_.Close(kPointerFileNumber);
-      return named;
-    } catch (const ProgramError& error) {
-      open_files_.CloseAll();
-      if (error.Number() != kFileNotFound && error.Number() != kInputPastEnd) throw;
-      return {};
-    }
-  }
-
-  void MakeFolder(const Path& folder) {
-    if (files_.FolderExists(folder)) return;
-    // Settings and log will lie in it: a folder for its owner alone.
-    ::umask(077);
-    try {
-      files_.CreateFolder(folder);
-    } catch (const ProgramError&) {
-      // Another one of us may have been faster.
-      if (!files_.FolderExists(folder)) throw;
-    }
-  }
-
-  void Replace(const std::string& bytes) {
-    const Located place = locator_.Locate(PointerFile());
+  void Replace(const Path& file_path, const std::string& bytes) {
+    const Located place = locator_.Locate(file_path);
     if (place.found && (place.info.st_mode & S_IWUSR) == 0) throw ProgramError(kPermissionDenied);
     const std::string& temporary = temporaries_.Begin(place.folder);
     try {
@@ -125,12 +73,13 @@ class DataPointer {
   Temporaries temporaries_{DefaultStateFolder()};
   Locator locator_{DrivePaths("/"), temporaries_};
   LinuxOpenFiles open_files_{locator_};
-  Path program_folder_;
+  // Settings and log will lie in the folder that is made: it is for its owner alone.
+  mode_t kept_mask_ = ::umask(077);
 };
 
-int LeavePointer() {
+int Run() {
   try {
-    DataPointer().Leave();
+    ThisMachine().Leave();
     return 0;
   } catch (const ProgramError& error) {
     std::fprintf(stderr, "U3-Data.exe: no data folder named in Data.txt: %s\n",
@@ -143,5 +92,5 @@ int LeavePointer() {
 }  // namespace tarnvale
 
 int main() {
-  return tarnvale::LeavePointer();
+  return tarnvale::Run();
 }
