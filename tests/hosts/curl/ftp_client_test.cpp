@@ -28,6 +28,7 @@ std::string RandomBytes(std::size_t count) {
 class FtpClient : public FtpStage {
  protected:
   void SetUp() override {
+    if (!FtpServer::Obstacle().empty()) GTEST_SKIP() << FtpServer::Obstacle();
     ASSERT_TRUE(server.Answers()) << "scripts/setup installs the server";
     Configure(server.Port());
   }
@@ -261,6 +262,9 @@ TEST_F(FtpClient, AListenerMayWaitInALoopOfItsOwn) {
 
 class FtpEncrypted : public FtpStage {
  protected:
+  void SetUp() override {
+    if (!FtpServer::Obstacle().empty()) GTEST_SKIP() << FtpServer::Obstacle();
+  }
   void ExpectTransfers(FtpServer& server) {
     ASSERT_TRUE(server.Answers());
     Configure(server.Port());

@@ -38,8 +38,15 @@ gid_t GroupOfSessions() {
 
 }  // namespace
 
+std::string FtpServer::Obstacle() {
+  const bool has_names =
+      ::getpwuid(UserOfSessions()) != nullptr && ::getgrgid(GroupOfSessions()) != nullptr;
+  return has_names ? "" : "the FTP server runs for nobody without a name";
+}
+
 FtpServer::FtpServer(int port, Encryption encryption)
     : encryption_(encryption), port_(port == 0 ? FreeLoopbackPort() : port) {
+  if (!Obstacle().empty()) return;
   fs::create_directory(Home());
   // The sessions' user must get there; the server wants its list of users hidden.
   fs::permissions(folder_ / ".", fs::perms::owner_all | fs::perms::others_exec);

@@ -19,6 +19,9 @@ class FtpServer {
   /// kNewest: demanded, and of the latest version only.
   enum class Encryption { kNone, kOffered, kDemanded, kNewest };
 
+  /// Why it can't be started for this user; empty when it can.
+  static std::string Obstacle();
+
   /// Starts it on a port, 0 for a free one, and waits until it answers.
   explicit FtpServer(int port = 0, Encryption encryption = Encryption::kNone);
   FtpServer(const FtpServer&) = delete;
