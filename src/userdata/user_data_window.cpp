@@ -11,7 +11,6 @@ userdata::userdata(Machine& machine)
     : Timer1(machine.loop.Timers(), 500, true), machine_(machine), control_(machine) {
   LayOut(*this);
   WirePanels();
-  WireOperations();
   Timer1.Tick.Listen([this] { FollowProfile(); });
   // Nobody sees its ticks while it is hidden.
   const auto wake_while_seen = [this] { Timer1.WakesLoop = Visible.Get(); };
@@ -24,23 +23,16 @@ std::string userdata::Reg_Read(const std::string& path) {
 }
 
 void userdata::WirePanels() {
-  const auto shows = [this](Label& link, const GroupBox& panel) {
-    link.Clicked.Listen([this, &panel] { ShowPanel(panel); });
-  };
-  shows(Label41, GroupBox1);
-  shows(Label42, GroupBox3);
-  shows(Label30, GroupBox7);
-  shows(Label14, GroupBox4);
-  shows(Label15, GroupBox5);
-  shows(Label49, GroupBox2);
-  shows(Label19, GroupBox6);
+  for (const Panel& panel : Panels()) {
+    (this->*panel.link).Clicked.Listen([this, &panel] { ShowPanel(panel); });
+    (this->*panel.backup).Click.Listen([this, &panel] { (this->*panel.back_up)(panel); });
+    if (panel.restore == nullptr) continue;
+    (this->*panel.restore).Click.Listen([this, &panel] { (this->*panel.restore_from)(panel); });
+  }
 }
 
-void userdata::ShowPanel(const GroupBox& panel) {
-  for (GroupBox* each :
-       {&GroupBox1, &GroupBox2, &GroupBox3, &GroupBox4, &GroupBox5, &GroupBox6, &GroupBox7}) {
-    each->Visible = each == &panel;
-  }
+void userdata::ShowPanel(const Panel& panel) {
+  for (const Panel& each : Panels()) (this->*each.frame).Visible = &each == &panel;
 }
 
 // Required: written at each tick, whether it changed or not; nothing is looked

@@ -1,8 +1,10 @@
 // The window that backs up and restores the data of browsers and mail programs.
-// What its buttons do lies in user_data_window_operations.cpp, where things stand
-// in user_data_window_layout.cpp.
+// What its buttons do is in user_data_window_operations.cpp, where things are in
+// user_data_window_layout.cpp, and what its panels differ in is a table in
+// user_data_panels.cpp.
 #pragma once
 
+#include <array>
 #include <initializer_list>
 #include <string>
 
@@ -47,52 +49,47 @@ class userdata : public Window {
     Label Description;
     Label BackupLocation{TextRole::kStrong};
   };
+  static constexpr std::size_t kPanels = 7;
+  std::array<PanelTexts, kPanels> Texts;  ///< In the order of the panels' links.
 
   // The panel of Firefox.
   GroupBox GroupBox1;
-  PanelTexts FirefoxTexts;           ///< Its picture, headings and description.
   TextBox Text2;                     ///< The chosen folder.
   chameleonButton chameleonButton1;  ///< Backs up.
   chameleonButton chameleonButton2;  ///< Restores.
 
   // The panel of Thunderbird.
   GroupBox GroupBox2;
-  PanelTexts ThunderbirdTexts;       ///< Its picture, headings and description.
   TextBox Text4;                     ///< The chosen folder.
   chameleonButton chameleonButton4;  ///< Backs up.
   chameleonButton chameleonButton3;  ///< Restores.
 
   // The panel of Internet Explorer.
   GroupBox GroupBox3;
-  PanelTexts ExplorerTexts;          ///< Its picture, headings and description.
   TextBox Text6;                     ///< The chosen folder; after a backup the one made in it.
   chameleonButton chameleonButton5;  ///< Backs up.
   chameleonButton chameleonButton6;  ///< Restores.
 
   // The panel of Outlook.
   GroupBox GroupBox4;
-  PanelTexts OutlookTexts;           ///< Its picture, headings and description.
   TextBox Text8;                     ///< The chosen folder.
   chameleonButton chameleonButton7;  ///< Backs up.
   chameleonButton chameleonButton8;  ///< Restores.
 
   // The panel of Outlook Express.
   GroupBox GroupBox5;
-  PanelTexts ExpressTexts;            ///< Its picture, headings and description.
   TextBox Text9;                      ///< The chosen folder; after a backup the one made in it.
   chameleonButton chameleonButton9;   ///< Backs up.
   chameleonButton chameleonButton10;  ///< Restores.
 
   // The panel of the system's files.
   GroupBox GroupBox6;
-  PanelTexts SystemTexts;             ///< Its picture, headings and description.
   TextBox Text14;                     ///< The chosen folder; after a backup the one made in it.
   chameleonButton chameleonButton11;  ///< Backs up.
   XP_ProgressBar XP_ProgressBar1;     ///< Files copied.
 
   // The panel of Opera.
   GroupBox GroupBox7;
-  PanelTexts OperaTexts;              ///< Its picture, headings and description.
   TextBox Text19;                     ///< Stays empty; the chosen folder is in Text21.
   chameleonButton chameleonButton12;  ///< Backs up.
   chameleonButton chameleonButton13;  ///< Restores.
@@ -119,21 +116,46 @@ class userdata : public Window {
  private:
   friend void LayOut(userdata& window);
 
+  /// One panel: its controls, what they say, and what its buttons do.
+  struct Panel {
+    Label userdata::*link;
+    const char* link_caption;
+    GroupBox userdata::*frame;
+    const char* heading;
+    const char* picture;
+    const char* description;
+    TextBox userdata::*location;
+    chameleonButton userdata::*backup;
+    const char* backup_caption;
+    void (userdata::*back_up)(const Panel& panel);
+    /// None where nothing can be restored.
+    chameleonButton userdata::*restore = nullptr;
+    const char* restore_caption = nullptr;
+    void (userdata::*restore_from)(const Panel& panel) = nullptr;
+    /// Where an application has all its data in one folder: that folder, the chosen
+    /// one, and what the copy in it is called.
+    TextBox userdata::*profile = nullptr;
+    TextBox userdata::*chosen = nullptr;
+    const char* folder = nullptr;
+  };
+  static const std::array<Panel, kPanels>& Panels();
+
+  void LayOutTaskPanel();
+  void LayOutPanel(const Panel& panel, PanelTexts& texts);
   void WirePanels();
-  void WireOperations();
-  void ShowPanel(const GroupBox& panel);
+  void ShowPanel(const Panel& panel);
 
   // One tick.
   void FollowProfile();
 
   // The operations, and what they are made of.
-  void BackUp(const TextBox& profile, TextBox& chosen, const char* name);
-  void Restore(TextBox& chosen, const TextBox& profile);
-  void BackUpExplorer();
-  void RestoreExplorer();
-  void BackUpExpress();
-  void RestoreExpress();
-  void BackUpSystemFiles();
+  void BackUpFolder(const Panel& panel);
+  void RestoreFolder(const Panel& panel);
+  void BackUpExplorer(const Panel& panel);
+  void RestoreExplorer(const Panel& panel);
+  void BackUpExpress(const Panel& panel);
+  void RestoreExpress(const Panel& panel);
+  void BackUpSystemFiles(const Panel& panel);
   void AskForFolder(std::initializer_list<TextBox*> fields);
   void MakeFolder(const Path& folder);
   void CopyOver(const Path& source, const Path& target, Rights rights);

@@ -52,26 +52,6 @@ constexpr std::array<SystemFile, 11> kSystemFiles{{
 
 }  // namespace
 
-void userdata::WireOperations() {
-  const auto wire = [this](chameleonButton& button, auto operation) {
-    button.Click.Listen([this, operation] { (this->*operation)(); });
-  };
-  chameleonButton1.Click.Listen([this] { BackUp(Text1, Text2, "\\Firefox Backup"); });
-  chameleonButton2.Click.Listen([this] { Restore(Text2, Text1); });
-  // Required: Opera's chosen folder isn't the field that its panel shows.
-  chameleonButton12.Click.Listen([this] { BackUp(Text20, Text21, "\\Opera Backup"); });
-  chameleonButton13.Click.Listen([this] { Restore(Text21, Text20); });
-  chameleonButton4.Click.Listen([this] { BackUp(Text3, Text4, "\\Thunderbird Backup"); });
-  chameleonButton3.Click.Listen([this] { Restore(Text4, Text3); });
-  chameleonButton7.Click.Listen([this] { BackUp(Text7, Text8, "\\Outlook Settings"); });
-  chameleonButton8.Click.Listen([this] { Restore(Text8, Text7); });
-  wire(chameleonButton9, &userdata::BackUpExpress);
-  wire(chameleonButton10, &userdata::RestoreExpress);
-  wire(chameleonButton5, &userdata::BackUpExplorer);
-  wire(chameleonButton6, &userdata::RestoreExplorer);
-  wire(chameleonButton11, &userdata::BackUpSystemFiles);
-}
-
 // Required: a cancel leaves the fields as they are and ends nothing.
 void userdata::AskForFolder(std::initializer_list<TextBox*> fields) {
   const Path folder = PickFolder(machine_, "Select A Folder:");
@@ -113,21 +93,23 @@ void userdata::TellRestored() {
                        .title = "User Data Restore"});
 }
 
-void userdata::BackUp(const TextBox& profile, TextBox& chosen, const char* name) {
+void userdata::BackUpFolder(const Panel& panel) {
+  TextBox& chosen = this->*panel.chosen;
   AskForFolder({&chosen});
-  CopyOver(profile.Text, chosen.Text.Get() + name, Rights::kSource);
+  CopyOver((this->*panel.profile).Text, chosen.Text.Get() + panel.folder, Rights::kSource);
   TellBackedUp();
 }
 
 // What is chosen is the folder that the backup made, not the one that it was
 // made in.
-void userdata::Restore(TextBox& chosen, const TextBox& profile) {
+void userdata::RestoreFolder(const Panel& panel) {
+  TextBox& chosen = this->*panel.chosen;
   AskForFolder({&chosen});
-  CopyOver(chosen.Text, profile.Text, Rights::kNewFile);
+  CopyOver(chosen.Text, (this->*panel.profile).Text, Rights::kNewFile);
   TellRestored();
 }
 
-void userdata::BackUpExplorer() {
+void userdata::BackUpExplorer(const Panel&) {
   AskForFolder({&Text6, &Text15});
   // Required: from the field that the last operation left, which after a
   // cancelled second press is the folder itself.
@@ -139,7 +121,7 @@ void userdata::BackUpExplorer() {
   TellBackedUp();
 }
 
-void userdata::RestoreExplorer() {
+void userdata::RestoreExplorer(const Panel&) {
   AskForFolder({&Text6});
   for (const ExplorerFolder& folder : kExplorerFolders) {
     CopyOver(Text6.Text.Get() + folder.name, (this->*folder.place).Text, Rights::kNewFile);
@@ -147,7 +129,7 @@ void userdata::RestoreExplorer() {
   TellRestored();
 }
 
-void userdata::BackUpExpress() {
+void userdata::BackUpExpress(const Panel&) {
   AskForFolder({&Text9, &Text12});
   MakeFolder(Text9.Text.Get() + "\\Outlook Express Settings");
   Text9.Text = Text12.Text.Get() + "\\Outlook Express Settings";
@@ -158,7 +140,7 @@ void userdata::BackUpExpress() {
   TellBackedUp();
 }
 
-void userdata::RestoreExpress() {
+void userdata::RestoreExpress(const Panel&) {
   AskForFolder({&Text9});
   Text13.Text = Text9.Text.Get() + "\\OE Identities";
   // Required: the only operation that a cancel can keep from going on.
@@ -170,7 +152,7 @@ void userdata::RestoreExpress() {
   TellRestored();
 }
 
-void userdata::BackUpSystemFiles() {
+void userdata::BackUpSystemFiles(const Panel&) {
   XP_ProgressBar1.Value = 0;
   AskForFolder({&Text14});
   MakeFolder(Text14.Text.Get() + "\\Windows Settings");

@@ -18,7 +18,6 @@ struct PanelRow {
   const char* caption;
   GroupBox userdata::*panel;
   const char* heading;
-  userdata::PanelTexts userdata::*texts;
   const char* description;
   TextBox userdata::*location;
   chameleonButton userdata::*backup;
@@ -29,7 +28,6 @@ struct PanelRow {
 // As the navigation column has them.
 constexpr std::array<PanelRow, 7> kPanels{{
     {&userdata::Label41, "Mozilla Firefox", &userdata::GroupBox1, "Mozilla Firefox",
-     &userdata::FirefoxTexts,
      "This feature will automatically backup your Mozilla Firefox. This will backup up "
      "your general settings, cache, cookies, history, download list, extensions, "
      "bookmarks and certificates. You can later restore them by clicking on the restore "
@@ -37,42 +35,37 @@ constexpr std::array<PanelRow, 7> kPanels{{
      &userdata::Text2, &userdata::chameleonButton1, "Backup My Firefox Profiles",
      &userdata::chameleonButton2, "Restore My Firefox Profiles"},
     {&userdata::Label42, "Internet Explorer", &userdata::GroupBox3, "Microsoft Internet Explorer",
-     &userdata::ExplorerTexts,
      "This feature will backup your Microsoft Internet Explorer. These Include: Cookies, "
      "Temp Files, History, Favorites and Phishing Filter Settings. You can later restore "
      "them by clicking the restore button. Supported Versions are: IE 5.0, 6.0 and 7.0",
      &userdata::Text6, &userdata::chameleonButton5, "Backup My Internet Explorer",
      &userdata::chameleonButton6, "Restore My Internet Explorer"},
     {&userdata::Label30, "Opera Browser", &userdata::GroupBox7, "Opera Browser",
-     &userdata::OperaTexts,
      "This feature will automatically backup your Opera Browser. This will backup your "
      "general settings, cache, cookies, history, extensions, bookmarks, mail and "
      "certificates. You can later restore them by clicking on the restore button.",
      &userdata::Text19, &userdata::chameleonButton12, "Backup My Opera Profiles",
      &userdata::chameleonButton13, "Restore My Opera Profiles"},
     {&userdata::Label14, "Microsoft Outlook", &userdata::GroupBox4, "Microsoft Outlook",
-     &userdata::OutlookTexts,
      "This feature will automatically backup all your Microsoft Outlook Messages in a "
      "Personal Folder Format (.pst). You can later restore them by clicking the restore "
      "button. Supported Versions are: Microsoft Outlook 2000 and Above.",
      &userdata::Text8, &userdata::chameleonButton7, "Backup My Microsoft Outlook Messages",
      &userdata::chameleonButton8, "Restore My Microsoft Outlook Messages"},
     {&userdata::Label15, "Microsoft Outlook Express", &userdata::GroupBox5,
-     "Microsoft Outlook Express", &userdata::ExpressTexts,
+     "Microsoft Outlook Express",
      "This feature will automatically backup your Microsoft Outlook Express. It will "
      "backup Emails Messages, Identities, Accounts and Settings. You can later restore "
      "them by clicking the restore button. Supported Versions 5.0 and Above.  ",
      &userdata::Text9, &userdata::chameleonButton9, "Backup My Outlook Express",
      &userdata::chameleonButton10, "Restore My Outlook Express"},
     {&userdata::Label49, "Mozilla Thunderbird", &userdata::GroupBox2, "Mozilla Thunderbird",
-     &userdata::ThunderbirdTexts,
      "This feature will automatically backup your Mozilla Thunderbird. This will backup "
      "your general settings, email messages, address book, saved passwords and "
      "certificates. You can later restore them clicking on the restore button.",
      &userdata::Text4, &userdata::chameleonButton4, "Backup My Thunderbird Profiles",
      &userdata::chameleonButton3, "Restore My Thunderbird Profiles"},
     {&userdata::Label19, "Windows XP Files", &userdata::GroupBox6, "Windows XP Vital Files",
-     &userdata::SystemTexts,
      "This feature will automatically backup your Microsoft Windows XP Files. These "
      "include: Explorer.exe, boot.ini, config.sys, autoexec.bat, System.ini, Regedit.exe, "
      "Rundll32.exe, command.com, hal.dll, defrag.exe and winlogon.exe. Restore is not "
@@ -111,10 +104,11 @@ TEST_F(UserDataTest, TheNavigationColumnHasThreeHeadings) {
 }
 
 TEST_F(UserDataTest, EachPanelSaysWordForWordWhatItDoes) {
-  for (const PanelRow& row : kPanels) {
+  for (std::size_t i = 0; i < kPanels.size(); ++i) {
+    const PanelRow& row = kPanels[i];
     EXPECT_EQ((window.*row.link).Caption.Get(), row.caption);
     EXPECT_EQ((window.*row.panel).Caption.Get(), row.heading);
-    const userdata::PanelTexts& texts = window.*row.texts;
+    const userdata::PanelTexts& texts = window.Texts[i];
     EXPECT_EQ(texts.WhatItDoes.Caption.Get(), "What It Does") << row.caption;
     EXPECT_EQ(texts.Description.Caption.Get(), row.description);
     EXPECT_EQ(texts.BackupLocation.Caption.Get(), "Backup Location") << row.caption;
@@ -127,14 +121,15 @@ TEST_F(UserDataTest, EachPanelSaysWordForWordWhatItDoes) {
 
 TEST_F(UserDataTest, EachButtonStandsOnThePanelOfItsApplication) {
   std::size_t buttons = 0;
-  for (const PanelRow& row : kPanels) {
+  for (std::size_t i = 0; i < kPanels.size(); ++i) {
+    const PanelRow& row = kPanels[i];
     const GroupBox* panel = &(window.*row.panel);
     for (const chameleonButton* button : ButtonsOn(window, row)) {
       EXPECT_EQ(button->Parent(), panel) << button->Caption.Get();
       ++buttons;
     }
     EXPECT_EQ((window.*row.location).Parent(), panel) << row.caption;
-    const userdata::PanelTexts& texts = window.*row.texts;
+    const userdata::PanelTexts& texts = window.Texts[i];
     EXPECT_EQ(texts.WhatItDoes.Parent(), panel) << row.caption;
     EXPECT_EQ(texts.Description.Parent(), panel) << row.caption;
     EXPECT_EQ(texts.BackupLocation.Parent(), panel) << row.caption;
