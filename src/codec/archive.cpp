@@ -44,7 +44,8 @@ std::string Without(std::string_view text, std::string_view part) {
 
 }  // namespace
 
-usercontrol11::usercontrol11(Machine& machine, std::function<void(ArchiveStatus)> on_status)
+usercontrol11::usercontrol11(const ArchiveParts& machine,
+                             std::function<void(ArchiveStatus)> on_status)
     : machine_(machine) {
   if (on_status) StatusChange.Listen(std::move(on_status));
   Raise(ArchiveStatus::kReady);

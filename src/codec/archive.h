@@ -10,7 +10,10 @@
 #include "base/signal.h"
 #include "codec/container.h"
 #include "codec/huffman.h"
-#include "ui/machine.h"
+#include "platform/files.h"
+#include "platform/open_files.h"
+#include "ui/event_loop.h"
+#include "ui/message_boxes.h"
 
 namespace tarnvale {
 
@@ -43,6 +46,19 @@ enum class ArchiveStatus : std::int32_t {
   kSingleDone = 22,
 };
 
+/// What it uses of a machine; any bundle that has these can be given for it.
+struct ArchiveParts {
+  template <class Parts>
+  // NOLINTNEXTLINE(google-explicit-constructor): it is that machine, seen narrowly.
+  ArchiveParts(const Parts& parts)
+      : files(parts.files), open_files(parts.open_files), loop(parts.loop), boxes(parts.boxes) {}
+
+  FileSystem& files;
+  OpenFiles& open_files;
+  EventLoop& loop;
+  MessageBoxes& boxes;
+};
+
 /// Packs and unpacks. An archive is a container, or, with the compress flag, the
 /// Huffman stream of one, with a file of the archive's name and ".tmp" as the
 /// stage in between.
@@ -54,7 +70,8 @@ class usercontrol11 {
  public:
   /// `on_status` hears every StatusChange, the first one included, which comes
   /// from this constructor.
-  explicit usercontrol11(Machine& machine, std::function<void(ArchiveStatus)> on_status = {});
+  explicit usercontrol11(const ArchiveParts& machine,
+                         std::function<void(ArchiveStatus)> on_status = {});
   usercontrol11(const usercontrol11&) = delete;
   usercontrol11& operator=(const usercontrol11&) = delete;
 
@@ -133,7 +150,7 @@ class usercontrol11 {
   bool ExtractNamed(ContainerReader& reader, const std::string& entry_name,
                     const Path& target_folder, const Path& container);
 
-  Machine& machine_;
+  const ArchiveParts machine_;
   Codec Huffman1;  ///< SaveFilesToArchiv
   Codec Huffman2;  ///< ExtractFilesFromArchiv
   Codec Huffman3;  ///< ReadFiles
