@@ -47,11 +47,11 @@ void LayOutSettings(Main& w) {
   Control* panel = &w.GroupBox1;
   w.Place({
       {panel, nullptr, kPanel},
-      {&w.ServerLabel, panel, {16, 34, 152, 20}},
+      {&w.ServerLabel, panel, {16, 34, 156, 20}},
       {&w.txtServer, panel, {176, 32, 288, 24}},
-      {&w.UserLabel, panel, {16, 66, 152, 20}},
+      {&w.UserLabel, panel, {16, 66, 156, 20}},
       {&w.txtUserID, panel, {176, 64, 288, 24}},
-      {&w.PasswordLabel, panel, {16, 98, 152, 20}},
+      {&w.PasswordLabel, panel, {16, 98, 156, 20}},
       {&w.txtPassword, panel, {176, 96, 288, 24}},
       {&w.chameleonButton2, panel, {176, 144, 288, 28}},
       {&w.chameleonButton4, panel, {176, 180, 288, 28}},
@@ -71,10 +71,10 @@ void LayOutUpload(Main& w) {
   Control* panel = &w.GroupBox2;
   w.Place({
       {panel, nullptr, kPanel},
-      {&w.LocalLabel, panel, {16, 34, 152, 20}},
+      {&w.LocalLabel, panel, {16, 34, 156, 20}},
       {&w.txtLocal, panel, {176, 32, 288, 24}},
       {&w.cmdBrowse, panel, {176, 64, 288, 28}},
-      {&w.RemoteLabel, panel, {16, 110, 152, 20}},
+      {&w.RemoteLabel, panel, {16, 110, 156, 20}},
       {&w.txtRemote, panel, {176, 108, 288, 24}},
       {&w.SpacesNote, panel, {178, 136, 286, 18}},
       {&w.chameleonButton1, panel, {176, 180, 288, 28}},
@@ -93,9 +93,9 @@ void LayOutDownload(Main& w) {
   Control* panel = &w.GroupBox4;
   w.Place({
       {panel, nullptr, kPanel},
-      {&w.DownloadLabel, panel, {16, 34, 152, 20}},
+      {&w.DownloadLabel, panel, {16, 34, 156, 20}},
       {&w.Text22, panel, {176, 32, 288, 24}},
-      {&w.ExtensionLabel, panel, {16, 66, 152, 20}},
+      {&w.ExtensionLabel, panel, {16, 66, 156, 20}},
       {&w.Text23, panel, {176, 64, 72, 24}},
       {&w.ExtensionNote, panel, {256, 67, 208, 18}},
       {&w.chameleonButton3, panel, {176, 180, 288, 28}},

@@ -6,10 +6,10 @@
 namespace tarnvale {
 namespace {
 
-constexpr Size kClient{728, 348};
-constexpr Rect kTaskPanel{0, 0, 224, 348};
+constexpr Size kClient{728, 358};
+constexpr Rect kTaskPanel{0, 0, 224, 358};
 // All panels have the same size and the same place.
-constexpr Rect kPanel{236, 12, 480, 324};
+constexpr Rect kPanel{236, 12, 480, 334};
 
 }  // namespace
 
@@ -53,16 +53,16 @@ void userdata::LayOutPanel(const Panel& panel, PanelTexts& texts) {
       {&frame, nullptr, kPanel},
       {&texts.Picture, &frame, {16, 32, 48, 48}},
       {&texts.WhatItDoes, &frame, {80, 30, 384, 18}},
-      {&texts.Description, &frame, {80, 52, 384, 112}},
-      {&texts.BackupLocation, &frame, {16, 176, 448, 18}},
-      {&location, &frame, {16, 198, 448, 24}},
-      {&backup, &frame, {16, 238, 300, 30}},
+      {&texts.Description, &frame, {80, 52, 384, 130}},
+      {&texts.BackupLocation, &frame, {16, 186, 448, 18}},
+      {&location, &frame, {16, 208, 448, 24}},
+      {&backup, &frame, {16, 248, 300, 30}},
   });
   if (panel.restore == nullptr) return;
   chameleonButton& restore = this->*panel.restore;
   restore.Caption = panel.restore_caption;
   restore.ButtonType = 3;
-  Place({{&restore, &frame, {16, 276, 300, 30}}});
+  Place({{&restore, &frame, {16, 286, 300, 30}}});
 }
 
 void LayOut(userdata& w) {
@@ -77,7 +77,7 @@ void LayOut(userdata& w) {
   w.Text19.ReadOnly = true;
   w.XP_ProgressBar1.AccessibleName = "Files Copied";
   w.XP_ProgressBar1.Scrolling = 9;
-  w.Place({{&w.XP_ProgressBar1, &w.GroupBox6, {16, 284, 448, 22}}});
+  w.Place({{&w.XP_ProgressBar1, &w.GroupBox6, {16, 294, 448, 22}}});
   w.ShowPanel(userdata::Panels().front());
 }
 
