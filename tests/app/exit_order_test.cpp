@@ -9,30 +9,30 @@ namespace tarnvale::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using Deeds = std::vector<std::string>;
+using Actions = std::vector<std::string>;
 
-class ToldTray : public FakeTray {
+class NotingTray : public FakeTray {
  public:
-  explicit ToldTray(Deeds& deeds) : deeds_(deeds) {}
+  explicit NotingTray(Actions& actions) : actions_(actions) {}
   bool Notify(TrayCommand command, const TrayRecord& record) override {
-    if (command == TrayCommand::kDelete) deeds_.emplace_back("icon removed");
+    if (command == TrayCommand::kDelete) actions_.emplace_back("icon removed");
     return FakeTray::Notify(command, record);
   }
 
  private:
-  Deeds& deeds_;
+  Actions& actions_;
 };
 
-class ToldProcesses : public FakeProcesses {
+class NotingProcesses : public FakeProcesses {
  public:
-  ToldProcesses(FakeFiles& files, Deeds& deeds) : FakeProcesses(files), deeds_(deeds) {}
+  NotingProcesses(FakeFiles& files, Actions& actions) : FakeProcesses(files), actions_(actions) {}
   bool StartProgram(const Path& program) override {
-    deeds_.push_back("started " + program);
+    actions_.push_back("started " + program);
     return FakeProcesses::StartProgram(program);
   }
 
  private:
-  Deeds& deeds_;
+  Actions& actions_;
 };
 
 class ExitOrderTest : public ::testing::Test {
@@ -43,50 +43,50 @@ class ExitOrderTest : public ::testing::Test {
     machine.files.Write("C:\\Program\\Quit.exe", "");
     EXPECT_TRUE(program.Start());
     machine.Advance(1s);
-    deeds.clear();
+    actions.clear();
   }
 
   FakeMachine machine;
-  Deeds deeds;
-  ToldTray tray{deeds};
-  ToldProcesses processes{machine.files, deeds};
-  Machine told{{machine.files, machine.open_files, machine.profiles, processes, machine.clock,
-                machine.random, machine.formats, machine.registry, machine.applications},
-               {machine.loop, machine.boxes, machine.desktop, machine.windows, machine.dialogs,
-                tray, machine.network, machine.ftp}};
-  Program program{told};
+  Actions actions;
+  NotingTray tray{actions};
+  NotingProcesses processes{machine.files, actions};
+  Machine noting{{machine.files, machine.open_files, machine.profiles, processes, machine.clock,
+                  machine.random, machine.formats, machine.registry, machine.applications},
+                 {machine.loop, machine.boxes, machine.desktop, machine.windows, machine.dialogs,
+                  tray, machine.network, machine.ftp}};
+  Program program{noting};
 };
 
 TEST_F(ExitOrderTest, TheMenuRemovesTheIconBeforeItStartsTheCompanion) {
   program.form.mnuQuit.Clicked.Emit();
-  EXPECT_THAT(deeds, ElementsAre("icon removed", "started C:\\Program\\Quit.exe"));
+  EXPECT_THAT(actions, ElementsAre("icon removed", "started C:\\Program\\Quit.exe"));
 }
 
 TEST_F(ExitOrderTest, TheCrossRemovesTheIconBeforeItStartsTheCompanion) {
   machine.boxes.Answer(BoxAnswer::kYes);
   program.form.Close();
-  EXPECT_THAT(deeds, ElementsAre("icon removed", "started C:\\Program\\Quit.exe"));
+  EXPECT_THAT(actions, ElementsAre("icon removed", "started C:\\Program\\Quit.exe"));
 }
 
 TEST_F(ExitOrderTest, TheDeclinedAgreementRemovesTheIconBeforeItStartsTheCompanion) {
   machine.boxes.Answer(BoxAnswer::kYes);
   program.Agreement.Get().chameleonButton2.Click.Emit();
-  EXPECT_THAT(deeds, ElementsAre("icon removed", "started C:\\Program\\Quit.exe"));
+  EXPECT_THAT(actions, ElementsAre("icon removed", "started C:\\Program\\Quit.exe"));
 }
 
 TEST_F(ExitOrderTest, ADataFolderThatIsGoneRemovesTheIconBeforeItStartsTheCompanionEachTime) {
   machine.Advance(5s);
   machine.files.Remove("C:\\Data");
-  deeds.clear();
+  actions.clear();
   machine.Advance(200ms);
-  EXPECT_THAT(deeds, ElementsAre("icon removed", "started C:\\Program\\Quit.exe", "icon removed",
-                                 "started C:\\Program\\Quit.exe"));
+  EXPECT_THAT(actions, ElementsAre("icon removed", "started C:\\Program\\Quit.exe", "icon removed",
+                                   "started C:\\Program\\Quit.exe"));
 }
 
 TEST_F(ExitOrderTest, TheCrossAnsweredWithNoDoesNeither) {
   machine.boxes.Answer(BoxAnswer::kNo);
   program.form.Close();
-  EXPECT_TRUE(deeds.empty());
+  EXPECT_TRUE(actions.empty());
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ class MailReceiver {
   /// headers, lines ending in "\n" and none of them empty at its end. Empty as
   /// long as none has come.
   std::string TextFor(const std::string& recipient) const;
-  /// All that it was told or wrote down itself.
+  /// All that it received or noted itself.
   std::string Everything() const;
 
  private:

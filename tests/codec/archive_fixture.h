@@ -1,4 +1,4 @@
-// An archive builder that writes down all that it tells.
+// An archive builder that writes down all that it reports.
 #pragma once
 
 #include <gmock/gmock.h>

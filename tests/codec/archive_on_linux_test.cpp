@@ -56,7 +56,7 @@ TEST_F(ArchiveOnLinuxTest, NamesThatDifferInCaseAreUnpackedAsTwo) {
   WriteNative(OnDrive("Two/Ä.txt"), "capital");
   WriteNative(OnDrive("Two/ä.txt"), "small");
   EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Two", archive, true), 4);
-  // The exact name wins, whatever stood in the folder before.
+  // The exact name wins, whatever was in the folder before.
   std::filesystem::create_directories(OnDrive("Out/doc"));
   WriteNative(OnDrive("Out/ä.txt"), "old");
   for (int time = 0; time < 2; ++time) {

@@ -84,7 +84,7 @@ TEST_F(ArchiveTest, SavingWithCompressionTellsItsStepsInOrder) {
   EXPECT_EQ(machine.open_files.OpenCount(), 0);
 }
 
-TEST_F(ArchiveTest, TheSizesToldAreThoseOfTheTwoFilesTheContainerFirst) {
+TEST_F(ArchiveTest, TheSizesReportedAreThoseOfTheTwoFilesTheContainerFirst) {
   MakeTree();
   std::int32_t container_size = 0;
   std::int32_t archive_size = 0;

@@ -42,7 +42,7 @@ TEST_F(CodeTreeTest, TheLeftChildIsTheFirstSlotNotTheLighterOne) {
 }
 
 TEST_F(CodeTreeTest, TheHeavierCandidateIsDisplaced) {
-  // 2, 9, then 1: 9 goes though it stands in the second slot.
+  // 2, 9, then 1: 9 goes though it is in the second slot.
   Build({2, 9, 1});
   EXPECT_EQ(nodes[3].LeftNode, 0);
   EXPECT_EQ(nodes[3].RightNode, 2);

@@ -88,10 +88,10 @@ TEST_F(EnumerationTest, TheRootItselfMayHoldMoreThan32768Files) {
   EXPECT_EQ(Found("C:\\Data").size(), 32770U);
 }
 
-TEST_F(EnumerationTest, TheRootsTextIsTakenOutOfAPathWhereverItStands) {
+TEST_F(EnumerationTest, TheRootsTextIsTakenOutOfAPathWhereverItIs) {
   files.Write("C:\\data\\sub\\data\\f", "deep");
   files.Write("C:\\data\\subf", "flat");
-  // "\data\" stands twice in "\data\sub\data\f".
+  // "\data\" occurs twice in "\data\sub\data\f".
   archiver.SaveFilesToArchiv("\\data", archive, false);
   EXPECT_EQ(files.Content(archive), Number32(2) + Record("subf", "flat") + Record("subf", "flat"));
 }

@@ -1,4 +1,4 @@
-// The moments at which the codec reports, and what it tells.
+// The moments at which the codec reports, and what.
 #include <gmock/gmock.h>
 
 #include <numeric>
@@ -58,7 +58,7 @@ TEST_F(HuffmanProgressTest, HalvesGoToTheEvenNumber) {
   EXPECT_THAT(told, ElementsAre(2, 4, 88, 90));
 }
 
-TEST_F(HuffmanProgressTest, APercentThatStaysIsNotToldAgain) {
+TEST_F(HuffmanProgressTest, APercentThatStaysIsNotReportedAgain) {
   std::vector<int> told;
   PercentReport report([&](std::int16_t percent) { told.push_back(percent); });
   for (const double percent : {0.0, 0.2, 1.0, 1.2, 1.4, 2.0}) report.Report(percent);
@@ -72,12 +72,12 @@ TEST_F(HuffmanProgressTest, DecodingReportsThe10000thBytesOfTheStreamAndOfTheRes
   const Bytes stream = codec.Encode(input).bytes;
   ASSERT_EQ(stream.size(), 11U + 65 * 2 + (64 * 7 + 1 + 7) / 8 + (40000 * 7 + 40000) / 8);
   // The stream has 40198 bytes: 22.1, 44.3, 66.4 and 88.6. The result has 80000:
-  // 89 at its start is told already, then 1.375 more each time.
+  // 89 at its start is reported already, then 1.375 more each time.
   EXPECT_THAT(codec.Decode(stream).progress,
               ElementsAre(22, 44, 66, 89, 90, 92, 93, 94, 96, 97, 99, 100));
 }
 
-TEST_F(HuffmanProgressTest, LongInputsReportAsTheFormatTells) {
+TEST_F(HuffmanProgressTest, LongInputsReportAsTheFormatSays) {
   for (const std::size_t length : {10000U, 10001U, 99999U, 300000U, 1234567U}) {
     const Bytes input = ProseInput(length, length);
     const Outcome encoded = EncodePlainly(input);

@@ -27,7 +27,7 @@ class CompressorWindowTest : public ::testing::Test {
     settings.CompressDir = "C:\\Store";
   }
 
-  /// A click, as the host tells it.
+  /// A click, as the host reports it.
   void Click(chameleonButton& button) {
     machine.loop.Deliver([&] { button.Click.Emit(); });
   }

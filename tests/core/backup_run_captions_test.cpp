@@ -300,25 +300,25 @@ TEST_F(RunCaptionsTest, ASyncShowsTheCopyBarAtSixtyAndTheItemWithoutItsMarker) {
 TEST_F(RunCaptionsTest, TheRunPageIsShownAndFiveOthersAreHidden) {
   WatchScreens();
   Run();
-  EXPECT_THAT(deeds, ElementsAre("show progress", "hide storage", "hide list", "hide schedule",
-                                 "hide general", "hide advanced"));
+  EXPECT_THAT(actions, ElementsAre("show progress", "hide storage", "hide list", "hide schedule",
+                                   "hide general", "hide advanced"));
 }
 
 TEST_F(RunCaptionsTest, TheProgressWindowIsResetBeforeThePageAndFollowsAfterIt) {
   WatchScreens();
-  engine.stages.ResetProgressWindow = [this] { deeds.push_back("reset"); };
-  engine.stages.FollowCopy = [this] { deeds.push_back("follow"); };
+  engine.stages.ResetProgressWindow = [this] { actions.push_back("reset"); };
+  engine.stages.FollowCopy = [this] { actions.push_back("follow"); };
   Run();
-  ASSERT_EQ(deeds.size(), 8U);
-  EXPECT_EQ(deeds.front(), "reset");
-  EXPECT_EQ(deeds.back(), "follow");
+  ASSERT_EQ(actions.size(), 8U);
+  EXPECT_EQ(actions.front(), "reset");
+  EXPECT_EQ(actions.back(), "follow");
 }
 
 TEST_F(RunCaptionsTest, ABusyEngineSwitchesNoPage) {
   WatchScreens();
   engine.run.EngineFree = "0";
   Run();
-  EXPECT_TRUE(deeds.empty());
+  EXPECT_TRUE(actions.empty());
 }
 
 TEST_F(RunCaptionsTest, ThePointerIsBusyForTheCopyAndNormalForTheStages) {

@@ -30,7 +30,7 @@ class FailingStatementTest : public RunFixture, public ::testing::WithParamInter
   FailingStatementTest() {
     engine.settings.SaveLog = true;
     engine.settings.AutoReport = true;
-    engine.stages.SendReport = [this](const RunFacts&) { deeds.push_back("report"); };
+    engine.stages.SendReport = [this](const RunFacts&) { actions.push_back("report"); };
     AddFile("C:\\Src\\a.txt", "a");
     machine.files.Write("C:\\Src\\Work\\w.txt", "w");
     machine.files.Write("C:\\Src\\Work\\Sub\\s.txt", "s");
@@ -53,7 +53,7 @@ class FailingStatementTest : public RunFixture, public ::testing::WithParamInter
     EXPECT_EQ(Status(), "Success >> Copied 3 Items, 11:00 To 11:00 On 3/14/2008.");
     EXPECT_THAT(machine.boxes.Shown(), IsEmpty());
     EXPECT_FALSE(engine.backup.Failures().NotedNumber().has_value());
-    EXPECT_EQ(deeds, std::vector<std::string>{"report"});
+    EXPECT_EQ(actions, std::vector<std::string>{"report"});
   }
 };
 

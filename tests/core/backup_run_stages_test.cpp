@@ -26,8 +26,8 @@ class RunStagesTest : public RunFixture {
     engine.settings.AutoUpload = true;
     engine.settings.AutoReport = true;
   }
-  void Note(const char* deed) {
-    deeds.push_back(deed);
+  void Note(const char* action) {
+    actions.push_back(action);
     copied_before = copied_before && machine.files.Exists("C:\\Backup\\a.txt");
   }
 
@@ -38,31 +38,31 @@ class RunStagesTest : public RunFixture {
 TEST_F(RunStagesTest, RunInTheirOrderAfterTheCopy) {
   SwitchAllOn();
   Run();
-  EXPECT_THAT(deeds, ElementsAre("compress", "show transfer", "upload", "report"));
+  EXPECT_THAT(actions, ElementsAre("compress", "show transfer", "upload", "report"));
   EXPECT_TRUE(copied_before);
 }
 
 TEST_F(RunStagesTest, RunOnlyWhenSwitchedOn) {
   Run();
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
 }
 
 TEST_F(RunStagesTest, CompressionAlone) {
   engine.settings.AutoCompress = true;
   Run();
-  EXPECT_THAT(deeds, ElementsAre("compress"));
+  EXPECT_THAT(actions, ElementsAre("compress"));
 }
 
 TEST_F(RunStagesTest, UploadAlone) {
   engine.settings.AutoUpload = true;
   Run();
-  EXPECT_THAT(deeds, ElementsAre("show transfer", "upload"));
+  EXPECT_THAT(actions, ElementsAre("show transfer", "upload"));
 }
 
 TEST_F(RunStagesTest, ReportAlone) {
   engine.settings.AutoReport = true;
   Run();
-  EXPECT_THAT(deeds, ElementsAre("report"));
+  EXPECT_THAT(actions, ElementsAre("report"));
 }
 
 TEST_F(RunStagesTest, SeeTheEndCaptionsAndAnEmptyTable) {
@@ -85,7 +85,7 @@ TEST_F(RunStagesTest, AFailedCompressionIsPassedOverAndTheNextStagesRun) {
     throw ProgramError(kProgramDefinedError, "compression", "broken");
   };
   Run();
-  EXPECT_THAT(deeds, ElementsAre("compress", "show transfer", "upload", "report"));
+  EXPECT_THAT(actions, ElementsAre("compress", "show transfer", "upload", "report"));
   EXPECT_THAT(machine.boxes.Shown(), IsEmpty());
 }
 
@@ -104,14 +104,14 @@ TEST_F(RunStagesTest, EveryStageMayFailOnItsOwn) {
     throw ProgramError(kInvalidCall);
   };
   Run();
-  EXPECT_THAT(deeds, ElementsAre("compress", "show transfer", "upload", "report"));
+  EXPECT_THAT(actions, ElementsAre("compress", "show transfer", "upload", "report"));
 }
 
 TEST_F(RunStagesTest, RunThoughTheCopyPhaseWasPassedOver) {
   SwitchAllOn();
   engine.run.EngineFree = "0";
   Run();
-  EXPECT_THAT(deeds, ElementsAre("compress", "show transfer", "upload", "report"));
+  EXPECT_THAT(actions, ElementsAre("compress", "show transfer", "upload", "report"));
   EXPECT_FALSE(machine.files.Exists("C:\\Backup\\a.txt"));
   EXPECT_EQ(facts.start, 0);
   EXPECT_EQ(facts.date, 0);
@@ -141,7 +141,7 @@ TEST_F(RunStagesTest, AStageSwitchedOffByTheOneBeforeDoesNotRun) {
     engine.settings.AutoUpload = false;
   };
   Run();
-  EXPECT_THAT(deeds, ElementsAre("compress", "report"));
+  EXPECT_THAT(actions, ElementsAre("compress", "report"));
 }
 
 TEST_F(RunStagesTest, StagesThatNobodySetDoNothing) {

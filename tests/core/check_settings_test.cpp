@@ -38,7 +38,7 @@ TEST_F(CheckSettingsTest, ObjectsToNothingWhenAllIsThere) {
   EXPECT_FALSE(Objects());
   engine.settings.ScheduleAt = true;
   EXPECT_FALSE(Objects());
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
 }
 
 TEST_F(CheckSettingsTest, AnEmptyListIsTheFirstObjection) {
@@ -46,8 +46,8 @@ TEST_F(CheckSettingsTest, AnEmptyListIsTheFirstObjection) {
   engine.settings.DestinationDir = "";
   ExpectStop("You Must At Least Have An Item For Backup");
   EXPECT_TRUE(Objects());
-  EXPECT_THAT(deeds, ElementsAre("show list", "hide storage", "hide progress", "hide schedule",
-                                 "hide general", "hide advanced", "hide restore"));
+  EXPECT_THAT(actions, ElementsAre("show list", "hide storage", "hide progress", "hide schedule",
+                                   "hide general", "hide advanced", "hide restore"));
 }
 
 TEST_F(CheckSettingsTest, AnEmptyLocationIsTheSecondObjection) {
@@ -55,19 +55,19 @@ TEST_F(CheckSettingsTest, AnEmptyLocationIsTheSecondObjection) {
   engine.settings.EachText = "00:00";
   ExpectStop("You Must Specify The Backup Location");
   EXPECT_TRUE(Objects());
-  EXPECT_EQ(deeds.front(), "show storage");
-  EXPECT_EQ(deeds.back(), "focus storage");
-  EXPECT_EQ(deeds.size(), 8U);
+  EXPECT_EQ(actions.front(), "show storage");
+  EXPECT_EQ(actions.back(), "focus storage");
+  EXPECT_EQ(actions.size(), 8U);
 }
 
 TEST_F(CheckSettingsTest, ARefusedRootIsAnObjectionWithTheFocusOnTheField) {
   for (const char* root : {"C:\\", "c:\\"}) {
-    deeds.clear();
+    actions.clear();
     engine.settings.DestinationDir = root;
     machine.boxes.Expect(kRootQuestion, BoxIcon::kExclamation, BoxAnswer::kNo);
     EXPECT_TRUE(Objects());
     EXPECT_EQ(machine.boxes.Shown().back().buttons, BoxButtons::kYesNo);
-    EXPECT_EQ(deeds.back(), "focus storage");
+    EXPECT_EQ(actions.back(), "focus storage");
   }
 }
 
@@ -76,7 +76,7 @@ TEST_F(CheckSettingsTest, AConfirmedRootPassesOverTheTimes) {
   engine.settings.EachText = "00:00";
   machine.boxes.Expect(kRootQuestion, BoxIcon::kExclamation, BoxAnswer::kYes);
   EXPECT_FALSE(Objects());
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
 }
 
 TEST_F(CheckSettingsTest, TheRootOfAnotherDriveIsNotAskedAbout) {
@@ -89,16 +89,16 @@ TEST_F(CheckSettingsTest, AFixedTimeThatIsNotSetIsAnObjection) {
   engine.settings.AlwaysAtText = "00:00";
   ExpectStop(kNoTime);
   EXPECT_TRUE(Objects());
-  EXPECT_THAT(deeds, ElementsAre("show schedule", "hide list", "hide storage", "hide progress",
-                                 "hide general", "hide advanced", "hide restore"));
+  EXPECT_THAT(actions, ElementsAre("show schedule", "hide list", "hide storage", "hide progress",
+                                   "hide general", "hide advanced", "hide restore"));
 }
 
 TEST_F(CheckSettingsTest, AnIntervalThatIsNotSetIsAnObjectionWithTheFocusOnItsField) {
   engine.settings.EachText = "00:00";
   ExpectStop(kNoTime);
   EXPECT_TRUE(Objects());
-  EXPECT_EQ(deeds.front(), "show schedule");
-  EXPECT_EQ(deeds.back(), "focus interval");
+  EXPECT_EQ(actions.front(), "show schedule");
+  EXPECT_EQ(actions.back(), "focus interval");
 }
 
 TEST_F(CheckSettingsTest, OnlyTheChosenScheduleIsTested) {
@@ -113,7 +113,7 @@ TEST_F(CheckSettingsTest, OnlyTheChosenScheduleIsTested) {
 TEST_F(CheckSettingsTest, TheMessageComesBeforeTheScreen) {
   engine.settings.Entries.Clear();
   ExpectStop("You Must At Least Have An Item For Backup");
-  machine.boxes.WhileOpen([&] { EXPECT_THAT(deeds, IsEmpty()); });
+  machine.boxes.WhileOpen([&] { EXPECT_THAT(actions, IsEmpty()); });
   EXPECT_TRUE(Objects());
 }
 

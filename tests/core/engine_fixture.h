@@ -42,19 +42,19 @@ class EngineFixture : public ::testing::Test {
     engine.run.RunDestination = "C:\\Backup";
   }
 
-  /// Keeps what happens to the screens in `deeds`: "show list", "hide storage".
+  /// Keeps what happens to the screens in `actions`: "show list", "hide storage".
   void WatchScreens() {
-    engine.screens.Show = [this](Screen s) { deeds.push_back(std::string("show ") + NameOf(s)); };
-    engine.screens.Hide = [this](Screen s) { deeds.push_back(std::string("hide ") + NameOf(s)); };
-    engine.screens.FocusStorageField = [this] { deeds.push_back("focus storage"); };
-    engine.screens.FocusIntervalField = [this] { deeds.push_back("focus interval"); };
+    engine.screens.Show = [this](Screen s) { actions.push_back(std::string("show ") + NameOf(s)); };
+    engine.screens.Hide = [this](Screen s) { actions.push_back(std::string("hide ") + NameOf(s)); };
+    engine.screens.FocusStorageField = [this] { actions.push_back("focus storage"); };
+    engine.screens.FocusIntervalField = [this] { actions.push_back("focus interval"); };
   }
 
   void Add(const std::string& item) { engine.settings.Entries.Append(item); }
 
   FakeMachine machine;
   Engine engine{machine.Interfaces()};
-  std::vector<std::string> deeds;
+  std::vector<std::string> actions;
 };
 
 /// An engine whose run may start, with the log off.

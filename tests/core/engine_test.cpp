@@ -11,7 +11,7 @@ using ::testing::IsEmpty;
 class EngineTest : public EngineFixture {
  protected:
   EngineTest() {
-    engine.stages.ShowAlert = [this] { deeds.push_back("alert"); };
+    engine.stages.ShowAlert = [this] { actions.push_back("alert"); };
   }
 };
 
@@ -89,7 +89,7 @@ TEST_F(EngineTest, YesShowsTheAlertAndRequestsAStart) {
   engine.run.EngineFree = "1";
   machine.boxes.Expect("Now?", BoxIcon::kQuestion, BoxAnswer::kYes);
   engine.AskAndStart("Now?");
-  EXPECT_THAT(deeds, ElementsAre("alert"));
+  EXPECT_THAT(actions, ElementsAre("alert"));
   EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
   EXPECT_EQ(machine.boxes.Shown().at(0).buttons, BoxButtons::kYesNo);
 }
@@ -98,7 +98,7 @@ TEST_F(EngineTest, NoDoesNothing) {
   engine.run.EngineFree = "1";
   machine.boxes.Answer(BoxAnswer::kNo);
   engine.AskAndStart("Now?");
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
   EXPECT_FALSE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
@@ -107,14 +107,14 @@ TEST_F(EngineTest, AStartByHandIsRequestedWithoutTheAlertToo) {
   engine.run.EngineFree = "1";
   machine.boxes.Answer(BoxAnswer::kYes);
   engine.AskAndStart("Now?");
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
   EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
 TEST_F(EngineTest, ABusyEngineKeepsTheAlertAwayAndNotTheRequest) {
   machine.boxes.Answer(BoxAnswer::kYes);
   engine.AskAndStart("Now?");
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
   EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 

@@ -160,7 +160,7 @@ class DataFolderWatchTest : public EngineFixture {
     machine.files.AddDrive("U");
     machine.files.MakeFolder("U:\\Data");
     engine.settings.DataFolder = "U:\\Data";
-    engine.stages.RemoveTrayIcon = [this] { deeds.push_back("remove icon"); };
+    engine.stages.RemoveTrayIcon = [this] { actions.push_back("remove icon"); };
   }
 
   std::size_t QuitStarts() const { return machine.processes.Started().size(); }
@@ -184,14 +184,14 @@ TEST_F(DataFolderWatchTest, IsArmedAnewEveryFiveSeconds) {
 TEST_F(DataFolderWatchTest, DoesNothingWhileTheFolderIsThere) {
   machine.Advance(10min);
   EXPECT_EQ(QuitStarts(), 0U);
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
 }
 
 TEST_F(DataFolderWatchTest, ARemovedDriveEndsTheProgramWithin100Milliseconds) {
   machine.Advance(7s);
   machine.files.RemoveDrive("U");
   machine.Advance(100ms);
-  EXPECT_THAT(deeds, ElementsAre("remove icon"));
+  EXPECT_THAT(actions, ElementsAre("remove icon"));
   EXPECT_THAT(machine.processes.Started(),
               ElementsAre(StartedProcess{StartKind::kProgram, "C:\\Program\\Quit.exe"}));
 }

@@ -55,7 +55,7 @@ TEST_F(ScheduleEntryTest, AnHourOf25IsNoTime) {
   TypeFixedTime("25:00");
   EXPECT_EQ(settings.AlwaysAtTime, 0);
   EXPECT_TRUE(scheduler.BadAtTime());
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
 }
 
 TEST_F(ScheduleEntryTest, AMinuteOf60AndAnUnfilledMaskAreNoTimes) {
@@ -120,14 +120,14 @@ TEST_F(ScheduleEntryTest, AnIntervalOf25HoursIsNoTimeAndTakesTheFocusBack) {
   TypeInterval("25:00");
   EXPECT_EQ(settings.EachTime, 0);
   EXPECT_TRUE(scheduler.BadEachTime());
-  EXPECT_THAT(deeds, ElementsAre("focus interval"));
+  EXPECT_THAT(actions, ElementsAre("focus interval"));
 }
 
 TEST_F(ScheduleEntryTest, TheFocusComesBackAfterTheMessage) {
   ExpectBox(kBadInterval);
-  machine.boxes.WhileOpen([&] { EXPECT_THAT(deeds, IsEmpty()); });
+  machine.boxes.WhileOpen([&] { EXPECT_THAT(actions, IsEmpty()); });
   TypeInterval("25:00");
-  EXPECT_EQ(deeds.size(), 1U);
+  EXPECT_EQ(actions.size(), 1U);
 }
 
 TEST_F(ScheduleEntryTest, EnteringTheIntervalAgainForgivesTheBadOne) {

@@ -12,7 +12,7 @@ class SchedulerTest : public EngineFixture {
  protected:
   SchedulerTest() {
     engine.screens.Show = [this](Screen) { ++matches; };
-    engine.stages.ShowAlert = [this] { deeds.push_back("alert"); };
+    engine.stages.ShowAlert = [this] { actions.push_back("alert"); };
     // Only the ways of the schedule and of its request; the run copies nothing.
     engine.timers.Stop();
     engine.timers[EngineTimer::kSchedule].Enabled = true;
@@ -227,11 +227,11 @@ TEST_F(SchedulerTest, TheDayIsThatOfTheTick) {
 TEST_F(SchedulerTest, AMatchShowsTheAlertThenTheRunPageAndRequestsAStart) {
   WatchScreens();
   engine.timers[EngineTimer::kRunPause].Enabled.Changed.Listen(
-      [this] { deeds.push_back("request"); });
+      [this] { actions.push_back("request"); });
   engine.run.EngineFree = "1";
   AtFixedTime({12, 0, 0});
   MatchesAt("12:00:00");
-  EXPECT_THAT(deeds, ElementsAre("alert", "show progress", "request"));
+  EXPECT_THAT(actions, ElementsAre("alert", "show progress", "request"));
   EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
@@ -246,14 +246,14 @@ TEST_F(SchedulerTest, NoAlertComesWithTheAlertOff) {
   engine.settings.ShowAlert = false;
   AtFixedTime({12, 0, 0});
   EXPECT_EQ(MatchesAt("12:00:00"), 1);
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
   EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 
 TEST_F(SchedulerTest, ABusyEngineKeepsTheAlertAwayAndNotTheRequest) {
   AtFixedTime({12, 0, 0});
   EXPECT_EQ(MatchesAt("12:00:00"), 1);
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
   EXPECT_TRUE(engine.timers[EngineTimer::kRunPause].Enabled);
 }
 

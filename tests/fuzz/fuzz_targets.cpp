@@ -96,7 +96,7 @@ void FuzzContainer(std::span<const std::uint8_t> bytes) {
   });
   PassedOver pass;
   pass.Step([&] { archiver.ReadFiles("C:\\Store\\archive", false); });
-  Require(told <= bytes.size(), "more was told than the container holds");
+  Require(told <= bytes.size(), "more was listed than the container holds");
   pass.Step([&] { archiver.ExtractFilesFromArchiv("C:\\Store\\archive", "C:\\Out", false); });
   Path out = "C:\\Single";
   pass.Step([&] { archiver.ExtractFile("C:\\Store\\archive", "a", out, false); });

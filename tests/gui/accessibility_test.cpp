@@ -105,7 +105,7 @@ TEST_F(GuiAccessibility, EverythingOnEachOtherWindowHasAName) {
   for (Window* window : OtherWindows(p)) {
     window->Show();
     ExpectAllNamed(*window, NameOf(*window));
-    // Panels share a place, and one of them stands before the others.
+    // Panels share a place, and one of them lies before the others.
     for (const Placement& placement : window->Placements()) {
       if (dynamic_cast<GroupBox*>(placement.control) != nullptr) placement.control->Visible = true;
     }

@@ -41,7 +41,7 @@ class GuiKeyboard : public GuiTest {
   }
 };
 
-/// Times that can be left as they stand.
+/// Times that can be left as they are.
 constexpr const char* kQuiet = "[When]\r\nEach=01:00\r\nDefault=True\r\n[Setup]\r\nWizard=1\r\n";
 
 TEST_F(GuiKeyboard, TabAndShiftTabReachEveryControlOfEachScreen) {

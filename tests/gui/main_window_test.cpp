@@ -108,7 +108,7 @@ class MainWindowTest : public ::testing::Test {
     poll->start(5);
   }
 
-  /// A box that nobody waits for would stand there for ever.
+  /// A box that nobody waits for would stay there for ever.
   void RefuseUnexpectedBox() {
     auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
     if (box == nullptr || is_box_expected_ || box == answered_) return;

@@ -1,4 +1,4 @@
-// The icon in a real panel, which shows an exported menu and tells activations only.
+// The icon in a real panel, which shows an exported menu and reports activations only.
 #include <gmock/gmock.h>
 
 #include <QApplication>
@@ -14,7 +14,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-/// The panel stands at the bottom of the screen, with nothing in it but the area.
+/// The panel is at the bottom of the screen, with nothing in it but the area.
 class GuiPanel : public GuiTest {
  protected:
   static constexpr int kPanelHeight = 33;
@@ -25,7 +25,7 @@ class GuiPanel : public GuiTest {
   }
   static int PanelTop() { return QGuiApplication::primaryScreen()->size().height() - kPanelHeight; }
 
-  /// Where the blue icon stands in the panel; none while it doesn't.
+  /// Where the blue icon is in the panel; none while it isn't.
   static std::optional<QPoint> Icon() {
     const QImage panel = ScreenFrom(PanelTop(), kPanelHeight);
     QPoint sum;
@@ -41,7 +41,7 @@ class GuiPanel : public GuiTest {
     if (count < 20) return std::nullopt;
     return QPoint(0, PanelTop()) + sum / count;
   }
-  /// Something stands over the bare ground beside the icon.
+  /// Something lies over the bare ground beside the icon.
   static bool IsMenuOpen() {
     const QImage above = ScreenFrom(PanelTop() - 60, 50);
     const QPoint beside(Icon().value_or(QPoint()).x() + 40, 25);

@@ -1,5 +1,5 @@
 // The registry and the user data window as a person uses them: real widgets,
-// real files; only the folder that is chosen is told by script.
+// real files; only the choice of the folder is scripted.
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>

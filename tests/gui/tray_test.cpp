@@ -49,7 +49,7 @@ class GuiTray : public GuiTest {
   }
   /// Of this program, whichever.
   static bool AreaHoldsIcon() { return AreaTree().contains("gui_test"); }
-  /// The icon stands in the area, and the area shows it.
+  /// The icon is in the area, and the area shows it.
   bool IsIconShown() {
     return IconWindow() != nullptr && IsInArea(*IconWindow()) && CountOfBluePixels() > 20;
   }
@@ -86,7 +86,7 @@ class GuiTray : public GuiTest {
     return p;
   }
 
-  /// Right click on the icon; `act` gets the menu once it stands.
+  /// Right click on the icon; `act` gets the menu once it is shown.
   void WithPopUpMenu(const std::function<void(QMenu&)>& act) {
     bool was_open = false;
     QTimer poll;

@@ -108,7 +108,7 @@ TEST(CaptionPlaces, TakeTheWholeAreaWithoutPicture) {
 TEST(CaptionPlaces, StartRightOfAPictureAtTheLeft) {
   const CaptionPlaces places = PlaceCaption(kArea, kText, kPictureSize, 0);
   EXPECT_EQ(places.caption, (Rect{21, 4, 75, 18}));
-  // The text stands from 38 on, the picture 4 pixels before it, in the middle.
+  // The text begins at 38, the picture 4 pixels before it, in the middle.
   EXPECT_EQ(places.picture, (Point{18, 5}));
 }
 

@@ -1,4 +1,4 @@
-// What tells each type of button from the others.
+// What distinguishes each type of button.
 #include <gtest/gtest.h>
 
 #include "kit/button_look.h"

@@ -57,7 +57,7 @@ TEST(ChameleonButtonProperties, TellAboutTheHandPointer) {
   EXPECT_EQ(keys, (Keys{"MPTR", "HAND"}));
 }
 
-TEST(ChameleonButtonProperties, StoreTheHoverPictureUnderAnotherKeyThanTheyTell) {
+TEST(ChameleonButtonProperties, StoreTheHoverPictureUnderAnotherKeyThanTheyReport) {
   chameleonButton button;
   std::string told;
   button.PropertyChanged.Listen([&](const std::string& key) { told = key; });

@@ -42,7 +42,7 @@ TEST_F(CheckBoxTest, FlipsByAClickOnThePicture) {
 TEST_F(CheckBoxTest, IgnoresAClickBesideThePicture) {
   ClickAt({13, 8});
   ClickAt({40, 8});
-  ClickAt({6, 1});   // above: the picture stands in the middle, from 2 to 14
+  ClickAt({6, 1});   // above: the picture is in the middle, from 2 to 14
   ClickAt({6, 15});  // below
   EXPECT_FALSE(box.Checked);
   EXPECT_TRUE(states.empty());

@@ -128,7 +128,7 @@ TEST(GroupBox, MeasuresADoubleAmpersandAsOneA) {
   RecordingPainter text;
   Painted(box, {140, 20}, text);
   EXPECT_EQ(text.measured, (std::vector<std::string>{"Export A Import"}));
-  // It is written as it stands, with marks: the pair shows as one ampersand.
+  // It is written as it is, with marks: the pair shows as one ampersand.
   EXPECT_EQ(text.drawn.at(0).text, "Export && Import");
   EXPECT_TRUE(text.drawn.at(0).look.access_key_marks);
   EXPECT_EQ(box.AccessKeyChar(), U'\0');

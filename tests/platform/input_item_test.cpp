@@ -22,7 +22,7 @@ TEST(InputItemTest, TheDelimiterBelongsToTheItem) {
   EXPECT_FALSE(scanner.EndedInReturn());
 }
 
-TEST(InputItemTest, AReturnIsToldOf) {
+TEST(InputItemTest, AReturnIsReported) {
   InputItemScanner scanner;
   EXPECT_EQ(Feed(scanner, "one\r\ntwo"), 4U);
   EXPECT_TRUE(scanner.EndedInReturn());

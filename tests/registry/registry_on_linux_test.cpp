@@ -1,4 +1,4 @@
-// What a program that stands for the registry editor is given on Linux.
+// What a program in the registry editor's place is given on Linux.
 #include <sys/stat.h>
 
 #include "core/registry_editor.h"

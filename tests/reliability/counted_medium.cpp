@@ -57,7 +57,7 @@ void LimitRoom(const fs::path& folder, std::uint64_t room_bytes) {
 
 }  // namespace tarnvale::reliability
 
-// These stand before the system's own, for everything that is linked to the program.
+// These take the place of the system's own, for everything that is linked to the program.
 
 extern "C" ssize_t write(int file, const void* bytes, size_t size) {
   const std::size_t fitting = tarnvale::reliability::Fitting(file, size);

@@ -1,4 +1,4 @@
-// What the reliability checks share: files whose content tells their age,
+// What the reliability checks share: files whose content says their age,
 // children that are killed, and looking for what they left.
 #pragma once
 
@@ -57,14 +57,14 @@ class KillMoments {
   /// `whole` is how long an undisturbed run takes.
   explicit KillMoments(std::chrono::microseconds whole) : span_(whole) {}
   std::chrono::microseconds Next(std::mt19937_64& random) const;
-  /// Tells whether the last run was still at work when it was killed.
+  /// Whether the last run was still at work when it was killed.
   void Learn(bool killed);
 
  private:
   std::chrono::microseconds span_;
 };
 
-/// Counts what went wrong and tells the first few.
+/// Counts what went wrong and reports the first few.
 class Findings {
  public:
   void Add(const std::string& what);

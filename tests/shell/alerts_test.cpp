@@ -13,7 +13,7 @@ class AlertChainTest : public PopupsFixture {
  protected:
   AlertChainTest() {
     engine.settings.AutoReport = true;
-    engine.stages.SendReport = [this](const RunFacts&) { deeds.push_back("report"); };
+    engine.stages.SendReport = [this](const RunFacts&) { actions.push_back("report"); };
   }
 
   void StartByHand() {
@@ -39,9 +39,9 @@ TEST_F(AlertChainTest, WithoutShowAlertThereIsNoPopupAndTheSamePause) {
   StartByHand();
   EXPECT_FALSE(popups.IsAlertLoaded());
   machine.Advance(8099ms);
-  EXPECT_THAT(deeds, IsEmpty());
+  EXPECT_THAT(actions, IsEmpty());
   machine.Advance(1ms);
-  EXPECT_THAT(deeds, ElementsAre("report"));
+  EXPECT_THAT(actions, ElementsAre("report"));
 }
 
 TEST_F(AlertChainTest, AScheduledStartOfABusyEngineHasNoPopupNoCopyAndTheChain) {
@@ -51,7 +51,7 @@ TEST_F(AlertChainTest, AScheduledStartOfABusyEngineHasNoPopupNoCopyAndTheChain) 
   machine.Advance(8100ms);
   EXPECT_FALSE(popups.IsAlertLoaded());
   EXPECT_FALSE(popups.IsProgressLoaded()) << "the copy phase would have touched its bar";
-  EXPECT_THAT(deeds, ElementsAre("report"));
+  EXPECT_THAT(actions, ElementsAre("report"));
 }
 
 TEST_F(AlertChainTest, ItAppearsAgainWithEachStart) {

@@ -198,7 +198,7 @@ TEST_F(Form1CommandsTest, ChoosingAKindOfScheduleLeadsToItsField) {
   EXPECT_FALSE(engine.settings.ScheduleEach);
 }
 
-TEST_F(Form1CommandsTest, ABadIntervalIsToldAndTheFocusComesBack) {
+TEST_F(Form1CommandsTest, ABadIntervalIsReportedAndTheFocusComesBack) {
   form.Focus(form.Schedule.MaskEdBox2);
   form.Schedule.MaskEdBox2.Text = "25:00";
   machine.boxes.Expect("An Invalid Interval Has Been Entered.", BoxIcon::kStop, BoxAnswer::kOk);
@@ -208,7 +208,7 @@ TEST_F(Form1CommandsTest, ABadIntervalIsToldAndTheFocusComesBack) {
   EXPECT_FALSE(engine.scheduler.BadEachTime()) << "entering the field clears it";
 }
 
-TEST_F(Form1CommandsTest, ABadFixedTimeIsTold) {
+TEST_F(Form1CommandsTest, ABadFixedTimeIsReported) {
   form.Focus(form.Schedule.MaskEdBox1);
   form.Schedule.MaskEdBox1.Text = "25:00";
   machine.boxes.Expect("An Invalid Time Frame Has Been Entered", BoxIcon::kStop, BoxAnswer::kOk);

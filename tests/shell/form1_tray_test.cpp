@@ -11,7 +11,7 @@ class Form1TrayTest : public Form1Test {
     machine.files.Write("C:\\Program\\Quit.exe", "");
     Load();
   }
-  // The host tells the window in the next pass that it was minimised.
+  // The host reports in the next pass that it was minimised.
   void Load() {
     machine.windows.Adopt(form);
     form.Load();

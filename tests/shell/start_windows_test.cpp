@@ -244,7 +244,7 @@ TEST_F(AgreementTest, HasItsCaptionsAndATextThatCannotBeChanged) {
   EXPECT_EQ(window.RichTextBox1.Kind, TextKind::kMemo);
   EXPECT_TRUE(window.RichTextBox1.ReadOnly);
   EXPECT_NE(window.RichTextBox1.Text.Get().find("plain text"), std::string::npos)
-      << "a person is told how the password is kept";
+      << "it says how the password is kept";
 }
 
 TEST_F(AgreementTest, DisablesTheMainWindowEveryTenthOfASecond) {
@@ -272,7 +272,7 @@ TEST_F(AgreementTest, AcceptanceEnablesAndShowsTheMainWindowSavesAndUnloads) {
   EXPECT_TRUE(machine.boxes.Shown().empty()) << "saved without examining the settings";
 }
 
-TEST_F(AgreementTest, AcceptanceWritesAllOtherKeysAsTheFieldsStand) {
+TEST_F(AgreementTest, AcceptanceWritesAllOtherKeysAsTheFieldsAre) {
   Accept& window = StartToAgreement();
   form.Storage.Text1.Text = "C:\\Store";
   window.chameleonButton1.Click.Emit();

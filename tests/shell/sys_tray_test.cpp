@@ -158,7 +158,7 @@ TEST_F(SysTrayTest, AnIconThatWasTakenAwayDoesNotComeBackWithALaterArea) {
   EXPECT_FALSE(machine.tray.HasIcon());
 }
 
-TEST_F(SysTrayTest, AHookThatCannotBeBuiltIsToldAndEndsTheProgram) {
+TEST_F(SysTrayTest, AHookThatCannotBeBuiltIsReportedAndEndsTheProgram) {
   machine.boxes.Expect("Run-time error '91':\n\nObject variable or With block variable not set",
                        BoxIcon::kStop, BoxAnswer::kOk);
   tray.SourceWindow(nullptr);

@@ -62,7 +62,7 @@ TEST_F(JoinTest, AMissingPartOrAnEmptyNameIsCode1) {
 TEST_F(JoinTest, AMissingFirstPartIsCode2) {
   machine.files.Remove("C:\\out\\backup.tvz.001");
   EXPECT_EQ(Join("C:\\out\\backup.tvz.002"), PartsCode::kNothingToDo);
-  EXPECT_EQ(joined.Get(), "C:\\out\\backup.tvz") << "the name is told before the first part is";
+  EXPECT_EQ(joined.Get(), "C:\\out\\backup.tvz") << "the name is reported before the first part is";
   EXPECT_FALSE(machine.files.Exists("C:\\out\\backup.tvz"));
 }
 

@@ -51,13 +51,13 @@ TEST_F(FakeMachineTest, SettingTheWallClockTicksNothing) {
 }
 
 TEST_F(FakeMachineTest, YieldRunsPostedJobsAndScriptedActions) {
-  std::vector<std::string> deeds;
-  machine.loop.Post([&] { deeds.push_back("job"); });
-  machine.loop.OnYield(2, [&] { deeds.push_back("second"); });
+  std::vector<std::string> actions;
+  machine.loop.Post([&] { actions.push_back("job"); });
+  machine.loop.OnYield(2, [&] { actions.push_back("second"); });
   machine.loop.Yield();
-  EXPECT_THAT(deeds, ElementsAre("job"));
+  EXPECT_THAT(actions, ElementsAre("job"));
   machine.loop.Yield();
-  EXPECT_THAT(deeds, ElementsAre("job", "second"));
+  EXPECT_THAT(actions, ElementsAre("job", "second"));
   EXPECT_EQ(machine.loop.YieldCount(), 2);
 }
 

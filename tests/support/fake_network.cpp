@@ -109,9 +109,9 @@ std::string FakeConnection::Text() const {
 
 // The connection lives as long as its server; who is no longer connected hears
 // nothing.
-void FakeConnection::Later(Nanoseconds after, std::function<void(FakeSocket&)> deed) {
-  network_.Later(after, [this, deed = std::move(deed)] {
-    if (socket_ != nullptr) deed(*socket_);
+void FakeConnection::Later(Nanoseconds after, std::function<void(FakeSocket&)> act) {
+  network_.Later(after, [this, act = std::move(act)] {
+    if (socket_ != nullptr) act(*socket_);
   });
 }
 

@@ -47,7 +47,7 @@ class FakeConnection {
  private:
   friend class FakeSocket;
   explicit FakeConnection(FakeNetwork& network) : network_(network) {}
-  void Later(Nanoseconds after, std::function<void(FakeSocket&)> deed);
+  void Later(Nanoseconds after, std::function<void(FakeSocket&)> act);
 
   FakeNetwork& network_;
   FakeSocket* socket_ = nullptr;  ///< none when the program has let go of it

@@ -18,23 +18,24 @@ class CompressFtpTest : public FtpWindowTest {
 
   const std::string put_command =
       "PUT \"C:\\Archives\\Auto Compressed.tvz\" \"AutoCompressed.tvz\"";
-  const Deeds names{"txtLocal: C:\\Archives\\Auto Compressed.tvz", "txtRemote: AutoCompressed.tvz"};
+  const Actions names{"txtLocal: C:\\Archives\\Auto Compressed.tvz",
+                      "txtRemote: AutoCompressed.tvz"};
 };
 
 TEST_F(CompressFtpTest, GoesItsStepsInOrder) {
   ftp.Let("DIR", {.lasts = 250ms});
   FollowAll();
   window.CompressFTP();
-  EXPECT_EQ(deeds, Joined({BarsAt(0),
-                           {"Timer3 on"},
-                           names,
-                           configuration,
-                           {"Execute DIR"},
-                           first_tick,
-                           {"status: Connected To Server", "Execute " + put_command},
-                           {"Execute CLOSE", "Timer3 off"},
-                           BarsAt(100),
-                           {"Timer2 on", "chameleonButton1 on", "cmdBrowse on"}}));
+  EXPECT_EQ(actions, Joined({BarsAt(0),
+                             {"Timer3 on"},
+                             names,
+                             configuration,
+                             {"Execute DIR"},
+                             first_tick,
+                             {"status: Connected To Server", "Execute " + put_command},
+                             {"Execute CLOSE", "Timer3 off"},
+                             BarsAt(100),
+                             {"Timer2 on", "chameleonButton1 on", "cmdBrowse on"}}));
   EXPECT_TRUE(ftp.IsBusy()) << "nobody waits for the end of the session";
 }
 
@@ -83,7 +84,7 @@ TEST_F(CompressFtpTest, ItsLastStatusesAreThoseOfTheClose) {
   using enum TransportState;
   ftp.Let("CLOSE", {.told = {{10ms, kDisconnecting}, {20ms, kDisconnected}}, .lasts = 20ms});
   window.CompressFTP();
-  Deeds statuses;
+  Actions statuses;
   window.ConnectionStatus.Changed.Listen([&] { statuses.push_back(window.ConnectionStatus); });
   machine.Advance(5s);
   EXPECT_THAT(statuses, ElementsAre("Disconnecting From Server", "Action Completed"));
@@ -93,12 +94,12 @@ TEST_F(CompressFtpTest, AFailureGoesItsPathWithoutABox) {
   FollowAll();
   ftp.FailNext("Execute", kMalformedCommand);
   window.CompressFTP();
-  EXPECT_EQ(deeds, Joined({BarsAt(0),
-                           {"Timer3 on"},
-                           names,
-                           configuration,
-                           {"Execute DIR", "status: File Transfer Has Failed!"},
-                           BarsAt(100)}));
+  EXPECT_EQ(actions, Joined({BarsAt(0),
+                             {"Timer3 on"},
+                             names,
+                             configuration,
+                             {"Execute DIR", "status: File Transfer Has Failed!"},
+                             BarsAt(100)}));
   EXPECT_THAT(machine.boxes.Shown(), IsEmpty());
 }
 
@@ -107,9 +108,9 @@ TEST_F(CompressFtpTest, AFailureEnablesWhatTheAnimationHadDisabled) {
   ftp.Let("DIR", {.lasts = 250ms});
   FollowAll();
   window.CompressFTP();
-  const Deeds end{"chameleonButton1 on", "cmdBrowse on"};
-  ASSERT_GE(deeds.size(), 2U);
-  EXPECT_EQ(Deeds(deeds.end() - 2, deeds.end()), end);
+  const Actions end{"chameleonButton1 on", "cmdBrowse on"};
+  ASSERT_GE(actions.size(), 2U);
+  EXPECT_EQ(Actions(actions.end() - 2, actions.end()), end);
 }
 
 TEST_F(CompressFtpTest, AfterAFailureTheAnimationGoesOnUntilAnotherFlowEndsIt) {

@@ -22,14 +22,14 @@ class FtpDownloadTest : public FtpWindowTest {
   }
 
   /// The rule, which still runs, enables both buttons; then the animation ticks.
-  const Deeds rule_and_first_tick{"chameleonButton1 on",
-                                  "chameleonButton3 on",
-                                  "status: File Transferring...",
-                                  "bar 1: 2",
-                                  "bar 2: 10",
-                                  "bar 3: 7",
-                                  "chameleonButton1 off",
-                                  "Timer2 off"};
+  const Actions rule_and_first_tick{"chameleonButton1 on",
+                                    "chameleonButton3 on",
+                                    "status: File Transferring...",
+                                    "bar 1: 2",
+                                    "bar 2: 10",
+                                    "bar 3: 7",
+                                    "chameleonButton1 off",
+                                    "Timer2 off"};
   const std::string get = "Execute GET \"far.tvz\" \"C:\\In Box\\near.tvz\"";
 };
 
@@ -38,16 +38,16 @@ TEST_F(FtpDownloadTest, GoesItsStepsInOrder) {
   machine.dialogs.Choose(Dialog::kSave, "C:\\In Box\\near.tvz");
   FollowAll();
   Click(window.chameleonButton3);
-  EXPECT_EQ(deeds, Joined({BarsAt(0),
-                           {"chameleonButton3 off", "chameleonButton1 off", "cmdBrowse off"},
-                           configuration,
-                           {"Execute DIR", "status: Connected To Server", "Text20: far.tvz",
-                            "Text21: C:\\In Box\\near.tvz", "Timer3 on", get},
-                           rule_and_first_tick,
-                           {"Timer3 off"},
-                           BarsAt(100),
-                           {"Timer2 on", "status: Action Completed", "chameleonButton1 on",
-                            "cmdBrowse on", "Execute CLOSE"}}));
+  EXPECT_EQ(actions, Joined({BarsAt(0),
+                             {"chameleonButton3 off", "chameleonButton1 off", "cmdBrowse off"},
+                             configuration,
+                             {"Execute DIR", "status: Connected To Server", "Text20: far.tvz",
+                              "Text21: C:\\In Box\\near.tvz", "Timer3 on", get},
+                             rule_and_first_tick,
+                             {"Timer3 off"},
+                             BarsAt(100),
+                             {"Timer2 on", "status: Action Completed", "chameleonButton1 on",
+                              "cmdBrowse on", "Execute CLOSE"}}));
   EXPECT_THAT(machine.boxes.Shown(), IsEmpty());
 }
 
@@ -84,13 +84,13 @@ TEST_F(FtpDownloadTest, ACancelledDialogCountsAsAFailureOfTheServer) {
   FollowNextBox();
   ExpectError(kServerError);
   Click(window.chameleonButton3);
-  EXPECT_EQ(deeds, Joined({BarsAt(0),
-                           {"chameleonButton3 off", "chameleonButton1 off", "cmdBrowse off"},
-                           configuration,
-                           {"Execute DIR", "status: Connected To Server", "Text20: far.tvz", "box",
-                            "status: File Download Has Failed!"},
-                           BarsAt(100),
-                           {"chameleonButton3 on"}}));
+  EXPECT_EQ(actions, Joined({BarsAt(0),
+                             {"chameleonButton3 off", "chameleonButton1 off", "cmdBrowse off"},
+                             configuration,
+                             {"Execute DIR", "status: Connected To Server", "Text20: far.tvz",
+                              "box", "status: File Download Has Failed!"},
+                             BarsAt(100),
+                             {"chameleonButton3 on"}}));
   EXPECT_EQ(machine.boxes.Shown()[0].title, "FTP Error");
   EXPECT_THAT(ftp.Commands(), ElementsAre("DIR"));
 }
@@ -102,14 +102,14 @@ TEST_F(FtpDownloadTest, AFailureGoesItsPathAndLeavesWhatUploadsDisabled) {
   FollowNextBox(250ms);
   ExpectError(kServerError);
   Click(window.chameleonButton3);
-  EXPECT_EQ(deeds, Joined({BarsAt(0),
-                           {"chameleonButton3 off", "chameleonButton1 off", "cmdBrowse off"},
-                           configuration,
-                           {"Execute DIR", "status: Connected To Server", "Text20: far.tvz",
-                            "Text21: C:\\In Box\\near.tvz", "Timer3 on", get, "box"},
-                           rule_and_first_tick,
-                           {"status: File Download Has Failed!", "Timer3 off"},
-                           BarsAt(100)}));
+  EXPECT_EQ(actions, Joined({BarsAt(0),
+                             {"chameleonButton3 off", "chameleonButton1 off", "cmdBrowse off"},
+                             configuration,
+                             {"Execute DIR", "status: Connected To Server", "Text20: far.tvz",
+                              "Text21: C:\\In Box\\near.tvz", "Timer3 on", get, "box"},
+                             rule_and_first_tick,
+                             {"status: File Download Has Failed!", "Timer3 off"},
+                             BarsAt(100)}));
   EXPECT_TRUE(window.chameleonButton3.Enabled);
 }
 

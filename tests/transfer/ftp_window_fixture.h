@@ -14,16 +14,16 @@
 
 namespace tarnvale::testing {
 
-using Deeds = std::vector<std::string>;
+using Actions = std::vector<std::string>;
 using Dialog = FakeDialogs::Kind;
 
 inline constexpr const char* kServerError =
     "Server Error: Check That All Data Is Correct And Make Sure That The Server Is Accessible.";
 
 /// The parts one after the other.
-inline Deeds Joined(const std::vector<Deeds>& parts) {
-  Deeds all;
-  for (const Deeds& part : parts) all.insert(all.end(), part.begin(), part.end());
+inline Actions Joined(const std::vector<Actions>& parts) {
+  Actions all;
+  for (const Actions& part : parts) all.insert(all.end(), part.begin(), part.end());
   return all;
 }
 
@@ -71,10 +71,10 @@ class FtpWindowTest : public ::testing::Test {
   void ExpectInformation(const std::string& text) {
     machine.boxes.Expect(text, BoxIcon::kInformation, BoxAnswer::kOk);
   }
-  /// The next box is in the deeds and stays open for so long.
+  /// The next box is in the actions and stays open for so long.
   void FollowNextBox(std::chrono::milliseconds span = 0ms) {
     machine.boxes.WhileOpen([this, span] {
-      deeds.push_back("box");
+      actions.push_back("box");
       machine.Advance(span);
     });
   }
@@ -85,9 +85,9 @@ class FtpWindowTest : public ::testing::Test {
          {&window.XP_ProgressBar1, &window.XP_ProgressBar2, &window.XP_ProgressBar3}) {
       bar->Value = 50;
     }
-    ftp.Called.Listen([this](const std::string& call) { deeds.push_back(call); });
+    ftp.Called.Listen([this](const std::string& call) { actions.push_back(call); });
     window.ConnectionStatus.Changed.Listen(
-        [this] { deeds.push_back("status: " + window.ConnectionStatus.Get()); });
+        [this] { actions.push_back("status: " + window.ConnectionStatus.Get()); });
     Follow(window.XP_ProgressBar1, "bar 1: ");
     Follow(window.XP_ProgressBar2, "bar 2: ");
     Follow(window.XP_ProgressBar3, "bar 3: ");
@@ -103,34 +103,34 @@ class FtpWindowTest : public ::testing::Test {
   }
   void Follow(XP_ProgressBar& bar, const std::string& name) {
     bar.Value.Changed().Listen(
-        [this, &bar, name] { deeds.push_back(name + std::to_string(bar.Value.Get())); });
+        [this, &bar, name] { actions.push_back(name + std::to_string(bar.Value.Get())); });
   }
   void Follow(Property<bool>& flag, const std::string& name) {
-    flag.Changed.Listen([this, &flag, name] { deeds.push_back(name + (flag ? " on" : " off")); });
+    flag.Changed.Listen([this, &flag, name] { actions.push_back(name + (flag ? " on" : " off")); });
   }
   void Follow(TextBox& box, const std::string& name) {
-    box.Text.Changed().Listen([this, &box, name] { deeds.push_back(name + box.Text.Get()); });
+    box.Text.Changed().Listen([this, &box, name] { actions.push_back(name + box.Text.Get()); });
   }
 
-  static Deeds BarsAt(int value) {
+  static Actions BarsAt(int value) {
     const std::string number = std::to_string(value);
     return {"bar 1: " + number, "bar 2: " + number, "bar 3: " + number};
   }
   /// What opens every session.
-  const Deeds configuration{"SetProtocol 2", "SetRemoteHost ftp.home", "SetUserName ann",
-                            "Cancel",        "SetPassword s3cret",     "SetRequestTimeout 40"};
+  const Actions configuration{"SetProtocol 2", "SetRemoteHost ftp.home", "SetUserName ann",
+                              "Cancel",        "SetPassword s3cret",     "SetRequestTimeout 40"};
   /// The first tick of the animation, over buttons that are enabled.
-  const Deeds first_tick{"status: File Transferring...", "bar 1: 2",      "bar 2: 10", "bar 3: 7",
-                         "chameleonButton1 off",         "cmdBrowse off", "Timer2 off"};
+  const Actions first_tick{"status: File Transferring...", "bar 1: 2",      "bar 2: 10", "bar 3: 7",
+                           "chameleonButton1 off",         "cmdBrowse off", "Timer2 off"};
 
   FakeMachine machine;
   FakeFtpTransport& ftp = machine.ftp;
   BackupSettings settings;
   int saves = 0;
   int save_failure = 0;
-  Deeds saved;  ///< server, name and password at the last save
+  Actions saved;  ///< server, name and password at the last save
   Main window{machine.Interfaces(), settings};
-  Deeds deeds;
+  Actions actions;
 };
 
 }  // namespace tarnvale::testing

@@ -173,7 +173,7 @@ TEST_F(FtpWaitTest, AnAbortedConnectionEndsTheWaitAndItsTextStandsUntilTheNextTi
 TEST_F(FtpWaitTest, TheTextOfAnAbortedConnectionIsOverwrittenByTheNextTick) {
   ftp.Let("DIR", {.lasts = 10ms});
   ftp.Let("PUT", {.lasts = 1s});
-  Deeds statuses;
+  Actions statuses;
   window.ConnectionStatus.Changed.Listen([&] { statuses.push_back(window.ConnectionStatus); });
   machine.loop.OnYield(10, [this] {
     machine.Advance(110ms);
@@ -194,7 +194,7 @@ TEST_F(FtpWaitTest, AWrongPasswordLeavesTheFlowToRunItsGoodEnding) {
                            {50ms, kError, kTransferWrongPassword}},
                   .lasts = 60ms});
   ftp.Let("PUT", {.told = {{10ms, kError, kTransferWrongPassword}}, .lasts = 20ms});
-  Deeds statuses;
+  Actions statuses;
   window.ConnectionStatus.Changed.Listen([&] { statuses.push_back(window.ConnectionStatus); });
   window.XP_ProgressBar1.Value = 50;
   Click(window.chameleonButton1);

@@ -236,7 +236,7 @@ TEST_F(FtpWindowTest, VerifyGoesItsStepsAndLeavesTheConnectionOpen) {
   ExpectInformation("Your Settings Have Been Verified. Connection Established!");
   Click(window.chameleonButton4);
   EXPECT_EQ(
-      deeds,
+      actions,
       Joined({BarsAt(0), configuration, {"Execute DIR", "box", "status: Connected To Server"}}));
   EXPECT_EQ(machine.boxes.Shown()[0].title, "Tarnvale");
   EXPECT_TRUE(ftp.IsConnected());
@@ -250,9 +250,9 @@ TEST_F(FtpWindowTest, AVerifyThatCannotStartTellsSoAndShowsTheWindowUnconnected)
   ftp.FailNext("Execute", kMalformedCommand);
   ExpectError("Your Settings Have Not Been Verified. Connection Failed!");
   Click(window.chameleonButton4);
-  EXPECT_EQ(deeds, Joined({BarsAt(0),
-                           configuration,
-                           {"Execute DIR", "box", "status: Not Connected To Server"}}));
+  EXPECT_EQ(actions, Joined({BarsAt(0),
+                             configuration,
+                             {"Execute DIR", "box", "status: Not Connected To Server"}}));
   EXPECT_EQ(machine.boxes.Shown()[0].title, "Tarnvale");
 }
 
@@ -291,7 +291,7 @@ TEST_F(FtpWindowTest, VerifyReportsSuccessForARefusedLoginToo) {
 
 TEST_F(FtpWindowTest, ThePasswordAppearsInNoStatusAndNoMessage) {
   FillFields();
-  window.ConnectionStatus.Changed.Listen([this] { deeds.push_back(window.ConnectionStatus); });
+  window.ConnectionStatus.Changed.Listen([this] { actions.push_back(window.ConnectionStatus); });
   ExpectInformation("Your Settings Have Been Verified. Connection Established!");
   Click(window.chameleonButton4);
   ExpectInformation("Your FTP Server Settings Have Been Successfully Saved!");
@@ -302,11 +302,11 @@ TEST_F(FtpWindowTest, ThePasswordAppearsInNoStatusAndNoMessage) {
   Click(window.chameleonButton3);
   ftp.FailNext("SetPassword", 5);
   window.CompressFTP();
-  for (const BoxRequest& box : machine.boxes.Shown()) deeds.push_back(box.text + box.title);
+  for (const BoxRequest& box : machine.boxes.Shown()) actions.push_back(box.text + box.title);
   for (const auto& dialog : machine.dialogs.Seen()) {
-    deeds.push_back(dialog.file.title + dialog.file.file);
+    actions.push_back(dialog.file.title + dialog.file.file);
   }
-  EXPECT_THAT(deeds, Each(Not(HasSubstr("s3cret"))));
+  EXPECT_THAT(actions, Each(Not(HasSubstr("s3cret"))));
   EXPECT_THAT(ftp.Commands(), Each(Not(HasSubstr("s3cret"))));
 }
 

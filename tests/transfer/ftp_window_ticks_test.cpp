@@ -161,9 +161,9 @@ TEST_F(FtpTicksTest, TheAnimationDisablesWhatUploadsAndStopsTheRule) {
   }
   machine.Advance(200ms);
   window.Timer3.Enabled = true;
-  deeds.clear();
+  actions.clear();
   machine.Advance(200ms);
-  EXPECT_EQ(deeds, first_tick);
+  EXPECT_EQ(actions, first_tick);
   EXPECT_TRUE(window.chameleonButton3.Enabled);
   EXPECT_TRUE(window.chameleonButton2.Enabled);
   EXPECT_TRUE(window.chameleonButton4.Enabled);
@@ -173,7 +173,7 @@ TEST_F(FtpTicksTest, TheAnimationDisablesWhatUploadsAndStopsTheRule) {
 
 TEST_F(FtpTicksTest, TheFieldsAreStoredEverySecondInTheirOrder) {
   FillFields();
-  Deeds stored;
+  Actions stored;
   settings.FtpServer.Changed.Listen([&] { stored.push_back(settings.FtpServer); });
   settings.FtpUsername.Changed.Listen([&] { stored.push_back(settings.FtpUsername); });
   settings.FtpPassword.Changed.Listen([&] { stored.push_back(settings.FtpPassword); });

@@ -21,13 +21,13 @@ TEST_F(FtpUploadTest, GoesItsStepsInOrder) {
   ftp.Let("PUT", {.lasts = 250ms});
   FollowAll();
   Click(window.chameleonButton1);
-  EXPECT_EQ(deeds, Joined({BarsAt(0),
-                           configuration,
-                           {"Execute DIR", "status: Connected To Server", "Timer3 on", put},
-                           first_tick,
-                           {"Execute CLOSE", "Timer3 off"},
-                           BarsAt(100),
-                           {"Timer2 on", "chameleonButton1 on", "cmdBrowse on"}}));
+  EXPECT_EQ(actions, Joined({BarsAt(0),
+                             configuration,
+                             {"Execute DIR", "status: Connected To Server", "Timer3 on", put},
+                             first_tick,
+                             {"Execute CLOSE", "Timer3 off"},
+                             BarsAt(100),
+                             {"Timer2 on", "chameleonButton1 on", "cmdBrowse on"}}));
   EXPECT_TRUE(ftp.IsBusy()) << "nobody waits for the end of the session";
   EXPECT_THAT(machine.boxes.Shown(), IsEmpty());
 }
@@ -39,13 +39,14 @@ TEST_F(FtpUploadTest, AFailureGoesItsPathAndLeavesTheRuleOff) {
   ftp.FailOn("Execute", "PUT \"C:\\Store\\a b.tvz\" \"ab.tvz\"", kStillExecuting);
   ExpectError(kServerError);
   Click(window.chameleonButton1);
-  EXPECT_EQ(deeds, Joined({BarsAt(0),
-                           configuration,
-                           {"Execute DIR", "status: Connected To Server", "Timer3 on", put, "box"},
-                           first_tick,
-                           {"status: File Transfer Has Failed!", "Timer3 off"},
-                           BarsAt(100),
-                           {"chameleonButton1 on", "cmdBrowse on"}}));
+  EXPECT_EQ(actions,
+            Joined({BarsAt(0),
+                    configuration,
+                    {"Execute DIR", "status: Connected To Server", "Timer3 on", put, "box"},
+                    first_tick,
+                    {"status: File Transfer Has Failed!", "Timer3 off"},
+                    BarsAt(100),
+                    {"chameleonButton1 on", "cmdBrowse on"}}));
   EXPECT_EQ(machine.boxes.Shown()[0].title, "FTP Error");
   window.txtLocal.Text = "";
   machine.Advance(1s);
@@ -94,8 +95,8 @@ TEST_F(FtpUploadTest, TheRuleIsAppliedToAFlowUntilTheAnimationTicks) {
   });
   FollowAll();
   Click(window.chameleonButton1);
-  const auto found = std::find(deeds.begin(), deeds.end(), put);
-  ASSERT_NE(found, deeds.end());
+  const auto found = std::find(actions.begin(), actions.end(), put);
+  ASSERT_NE(found, actions.end());
   EXPECT_EQ(*std::next(found), "chameleonButton1 on") << "all fields are filled";
   EXPECT_EQ(*std::next(found, 2), "status: File Transferring...");
 }

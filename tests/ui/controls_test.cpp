@@ -14,7 +14,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(TextBoxTest, AppendedTextIsToldOfAlone) {
+TEST(TextBoxTest, AppendedTextIsReportedAlone) {
   TextBox box(TextKind::kMemo);
   box.Text = std::string("one\n");
   int changes = 0;
@@ -147,7 +147,7 @@ TEST(TextListTest, BeyondTheEndThereIsNothing) {
   EXPECT_EQ(rows.Count(), 1U);
 }
 
-TEST(TextListTest, ChangesAreTold) {
+TEST(TextListTest, ChangesAreReported) {
   RowList rows;
   std::vector<std::string> told;
   rows.Appended.Listen([&] { told.push_back("appended"); });
@@ -267,7 +267,7 @@ TEST_F(FileListTest, RefreshGivesTheSelectionUp) {
   EXPECT_EQ(list.FileName(), "");
 }
 
-TEST_F(FileListTest, SelectionChangesAreTold) {
+TEST_F(FileListTest, SelectionChangesAreReported) {
   int changes = 0;
   list.SelectionChanged.Listen([&] { ++changes; });
   list.SelectNone();

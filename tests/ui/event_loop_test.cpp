@@ -26,7 +26,7 @@ class EventLoopTest : public ::testing::Test {
   std::vector<int> faults;
 };
 
-TEST_F(EventLoopTest, AFailureEndsItsHandlerAndIsTold) {
+TEST_F(EventLoopTest, AFailureEndsItsHandlerAndIsReported) {
   loop.Deliver([] { throw ProgramError(kPathNotFound); });
   EXPECT_EQ(faults, std::vector<int>{76});
 }
@@ -52,7 +52,7 @@ TEST_F(EventLoopTest, MemoryThatALibraryCouldNotGetEndsItsHandlerAsError7) {
   EXPECT_EQ(faults, (std::vector<int>{7, 7}));
 }
 
-TEST_F(EventLoopTest, AnErrorThatCannotBeToldOfEndsNothing) {
+TEST_F(EventLoopTest, AnErrorThatCannotBeReportedEndsNothing) {
   loop.Fault.Listen([](const ProgramError&) { throw OutOfMemory(); });
   EXPECT_NO_THROW(loop.Deliver([] { throw ProgramError(kDiskFull); }));
 }

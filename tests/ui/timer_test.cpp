@@ -79,7 +79,7 @@ TEST_F(TimerTest, ATimerThatDoesNotWakeTheLoopKeepsToItsInterval) {
   EXPECT_EQ(ticks, 4) << "at 300, 500, 800 and 1000 milliseconds";
 }
 
-TEST_F(TimerTest, AChangeOfWhetherItWakesTheLoopIsTold) {
+TEST_F(TimerTest, AChangeOfWhetherItWakesTheLoopIsReported) {
   Timer timer(queue, 100, true);
   int told = 0;
   queue.Rescheduled.Listen([&] { ++told; });

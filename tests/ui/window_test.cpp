@@ -46,14 +46,14 @@ TEST_F(WindowTest, PlacedControlsKnowWindowAndContainer) {
   EXPECT_EQ(window.Placements().size(), 5U);
 }
 
-TEST_F(WindowTest, TheLossIsToldBeforeTheGain) {
+TEST_F(WindowTest, TheLossIsReportedBeforeTheGain) {
   window.Focus(first);
   window.Focus(last);
   EXPECT_THAT(events, ElementsAre("first got", "first lost", "last got"));
   EXPECT_EQ(window.Focused(), &last);
 }
 
-TEST_F(WindowTest, TheWindowHasMovedOnWhenTheLossIsTold) {
+TEST_F(WindowTest, TheWindowHasMovedOnWhenTheLossIsReported) {
   const Control* focused = nullptr;
   first.LostFocus.Listen([&] { focused = window.Focused(); });
   window.Focus(first);
@@ -147,7 +147,7 @@ TEST_F(WindowTest, AnEmptyWindowHasNoFocus) {
   EXPECT_EQ(empty.Focused(), nullptr);
 }
 
-TEST_F(WindowTest, ClosingHidesAndTells) {
+TEST_F(WindowTest, ClosingHidesAndIsReported) {
   std::vector<std::string> told;
   window.CloseAsked.Listen([&](CloseRequest&) { told.push_back("asked"); });
   window.Closed.Listen([&] { told.push_back(window.Visible ? "closed visible" : "closed"); });

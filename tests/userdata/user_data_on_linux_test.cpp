@@ -230,7 +230,7 @@ TEST_F(UserDataOnLinux, AFileThatCannotBeReadIsLeftOutAndTheRestArrives) {
                     Contains("lock"), Not(Contains("places.sqlite"))));
 }
 
-TEST_F(UserDataOnLinux, AnUnreadableProfileIsToldAsASuccess) {
+TEST_F(UserDataOnLinux, AnUnreadableProfileIsReportedAsASuccess) {
   MakeProfile("home/ann/.thunderbird");
   ::chmod(OnDrive("home/ann/.thunderbird").c_str(), 0);
   {
@@ -242,7 +242,7 @@ TEST_F(UserDataOnLinux, AnUnreadableProfileIsToldAsASuccess) {
   EXPECT_THAT(NativeNames(OnDrive("Keep")), ElementsAre());
 }
 
-TEST_F(UserDataOnLinux, ARestoreThatIsRefusedIsToldAsASuccessAndHarmsNothing) {
+TEST_F(UserDataOnLinux, ARestoreThatIsRefusedIsReportedAsASuccessAndHarmsNothing) {
   MakeProfile("Keep/Firefox Backup");
   MakeProfile("home/ann/.mozilla/firefox");
   const std::string profile = OnDrive("home/ann/.mozilla/firefox");

@@ -9,7 +9,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST_F(UserDataTest, ABackupAsksCopiesAndTells) {
+TEST_F(UserDataTest, ABackupAsksCopiesAndSaysSo) {
   Tick();
   machine.files.Write(window.Text1.Text.Get() + "\\profiles.ini", "[General]");
   BackUp(window.chameleonButton1, folder);
@@ -83,7 +83,7 @@ TEST_F(UserDataTest, ACancelledFirstBackupGoesToTheRootOfTheDrive) {
   EXPECT_TRUE(machine.files.Exists("C:\\Firefox Backup\\profiles.ini"));
 }
 
-TEST_F(UserDataTest, ACancelledFirstRestoreOfTheOthersGoesOnAndIsTold) {
+TEST_F(UserDataTest, ACancelledFirstRestoreOfTheOthersGoesOnAndIsReported) {
   Tick();
   machine.files.ClearCalls();
   for (chameleonButton* restore :
@@ -111,14 +111,14 @@ TEST_F(UserDataTest, AFileInThePlaceOfTheBackupIsKeptWithoutAQuestion) {
   EXPECT_EQ(machine.boxes.Shown().size(), 1U);
 }
 
-TEST_F(UserDataTest, AMissingApplicationIsToldAsASuccess) {
+TEST_F(UserDataTest, AMissingApplicationIsReportedAsASuccess) {
   Tick();
   BackUp(window.chameleonButton7, folder);
   EXPECT_THAT(machine.files.Names(folder), IsEmpty());
   Restore(window.chameleonButton8, "C:\\Gone");
 }
 
-TEST_F(UserDataTest, ACopyThatFailsIsToldAsASuccess) {
+TEST_F(UserDataTest, ACopyThatFailsIsReportedAsASuccess) {
   Tick();
   machine.files.Write(window.Text1.Text.Get() + "\\profiles.ini", "[General]");
   machine.files.FailNext("CopyTree", 61);
@@ -340,7 +340,7 @@ TEST_F(UserDataTest, ACancelledFirstBackupOfExpressGoesToTheRootOfTheDrive) {
   EXPECT_TRUE(machine.files.Exists("C:\\Outlook Express Settings\\OE Identities\\Inbox.dbx"));
 }
 
-TEST_F(UserDataTest, AnEditorThatIsMissingIsToldAsASuccess) {
+TEST_F(UserDataTest, AnEditorThatIsMissingIsReportedAsASuccess) {
   machine.files.Remove("C:\\Windows");
   Tick();
   BackUp(window.chameleonButton9, folder);

@@ -35,7 +35,7 @@ struct SlowLookup {
   }
 };
 
-// Never destroyed: a lookup that was given up may still stand in it.
+// Never destroyed: a lookup that was given up may still wait in it.
 SlowLookup& TheSlowLookup() {
   static auto& lookup = *new SlowLookup;
   return lookup;
@@ -66,7 +66,7 @@ using ::testing::IsEmpty;
 using ::testing::Le;
 
 /// After how many seconds the system asks a quiet server of this machine whether
-/// it is there, on the connection to this port; 0: never. The system tells it in
+/// it is there, on the connection to this port; 0: never. The system reports it in
 /// a table of hexadecimal columns: number, own address, the other's, state,
 /// queues, timer (02 for such a question) and when it is due, in hundredths.
 double SecondsToTheQuestion(int port) {
@@ -194,7 +194,7 @@ TEST_F(HostileServers, AServerThatNeitherReadsNorHangsUpIsLeftAtTheLimit) {
   socket.reset();
 }
 
-TEST_F(HostileServers, WhatWasSaidBeforeAResetIsToldBeforeIt) {
+TEST_F(HostileServers, WhatWasSaidBeforeAResetIsReportedBeforeIt) {
   Connect();
   socket->Send("question");
   ASSERT_TRUE(WaitFor([&] { return server.Received() == "question"; }, [&] { server.Read(); }));

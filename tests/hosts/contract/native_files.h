@@ -1,4 +1,4 @@
-// Small native deeds of the Linux host's tests.
+// Small native operations for the Linux host's tests.
 #pragma once
 
 #include <fcntl.h>

@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(Networks, SocketContract,
                            return network.param == &MakeFakeNetwork ? "Fake" : "Loopback";
                          });
 
-TEST_P(SocketContract, AConnectIsToldFromTheLoop) {
+TEST_P(SocketContract, AConnectIsReportedFromTheLoop) {
   EXPECT_EQ(socket->State(), SocketState::kClosed);
   socket->Connect(network->Host(), network->Port());
   EXPECT_THAT(told, IsEmpty());
@@ -94,7 +94,7 @@ TEST_P(SocketContract, NoReportHoldsMoreThan64KiB) {
   EXPECT_LE(largest, kMostBytesAtOnce);
 }
 
-TEST_P(SocketContract, AGreetingIsToldDuringAYieldOfTheConnectedHandler) {
+TEST_P(SocketContract, AGreetingIsReportedDuringAYieldOfTheConnectedHandler) {
   bool during = false;
   socket->Connected.Listen([&] {
     EXPECT_TRUE(WaitFor([&] { return network->HasConnection(); }));
@@ -124,7 +124,7 @@ TEST_P(SocketContract, AnEmptyHostIsNoAddress) {
 TEST_P(SocketContract, AHostThatThereIsNotIsNotFound) {
   socket->Connect("nowhere.invalid", network->Port());
   ASSERT_TRUE(WaitForTold(1));
-  // Without a name server nobody can tell for sure.
+  // Without a name server nobody can know for sure.
   EXPECT_THAT(told, AnyOf(ElementsAre("failed 11001"), ElementsAre("failed 11002")));
   EXPECT_EQ(socket->State(), SocketState::kFailed);
 }
@@ -212,7 +212,7 @@ TEST_P(SocketContract, WhatWasSentBeforeACloseArrives) {
   EXPECT_EQ(network->Received(), "the last word");
 }
 
-TEST_P(SocketContract, NothingIsToldBehindAClose) {
+TEST_P(SocketContract, NothingIsReportedAfterAClose) {
   Connect();
   network->Say("late");
   network->EndSending();
@@ -231,7 +231,7 @@ TEST_P(SocketContract, ACloseInAHandlerIsTheEndToo) {
   EXPECT_TRUE(WaitFor([&] { return network->SawEnd(); }));
 }
 
-TEST_P(SocketContract, AClosedAttemptIsToldNothingOf) {
+TEST_P(SocketContract, NothingIsReportedOfAClosedAttempt) {
   socket->Connect(network->Host(), network->Port());
   socket->Close();
   socket->Connect(network->Host(), network->DeadPort());

@@ -159,14 +159,14 @@ TEST_F(FtpClient, AMissingRemoteFileLeavesTheLocalOneAsItWas) {
   EXPECT_THAT(NativeNames(OnDrive("Data")), ElementsAre("b.tvz"));
 }
 
-TEST_F(FtpClient, AMissingLocalFileIsAnErrorThatIsTold) {
+TEST_F(FtpClient, AMissingLocalFileIsAnErrorThatIsReported) {
   const FtpRun run = Run(R"(PUT "C:\Data\missing.tvz" "a.tvz")");
   EXPECT_THAT(run.states, ElementsAre(11));
   EXPECT_EQ(run.code, kTransferFileNotFound);
   EXPECT_FALSE(std::filesystem::exists(server.PathOf("a.tvz")));
 }
 
-TEST_F(FtpClient, AMissingOrReadOnlyLocalTargetIsAnErrorThatIsTold) {
+TEST_F(FtpClient, AMissingOrReadOnlyLocalTargetIsAnErrorThatIsReported) {
   WriteNative(server.PathOf("a.tvz"), "content");
   EXPECT_EQ(Run(R"(GET "a.tvz" "C:\Nowhere\a.tvz")").code, kTransferPathNotFound);
   WriteNative(Native("locked.tvz"), "was here");

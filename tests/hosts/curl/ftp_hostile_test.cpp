@@ -37,7 +37,7 @@ class FtpHostile : public FtpStage {
 
   void TearDown() override {
     worst_gap = std::max(worst_gap, WorstGap());
-    EXPECT_LT(WorstGap(), 0.5) << "the program stood still";
+    EXPECT_LT(WorstGap(), 0.5) << "the program was blocked";
   }
 
   /// Runs one command against a script and expects this end within the limit.
@@ -177,7 +177,7 @@ TEST_F(FtpHostile, AServerThatIsFullIsAnAbortedConnection) {
             kTransferConnectionAborted);
 }
 
-TEST_F(FtpHostile, AServerThatDoesntKnowTheUserIsToldApart) {
+TEST_F(FtpHostile, AServerThatDoesntKnowTheUserIsRecognised) {
   ExpectEnd(
       [](Talk& talk) {
         talk.Say("220 ready\r\n");

@@ -54,7 +54,7 @@ FtpRun FtpStage::Run(const std::string& command) {
   last_pulse_ = Clock::now();
   transport->Execute(command);
   EXPECT_TRUE(transport->IsBusy());
-  EXPECT_TRUE(told.empty()) << "nothing is told before the loop yields";
+  EXPECT_TRUE(told.empty()) << "nothing is reported before the loop yields";
   return Wait();
 }
 

@@ -55,7 +55,7 @@ class FtpStage : public LinuxStage {
   std::unique_ptr<LinuxHost> host = std::make_unique<LinuxHost>(surroundings);
   QtEventLoop loop;
   std::unique_ptr<CurlFtpTransport> transport;
-  /// All that was told since the last command began.
+  /// All that was reported since the last command began.
   std::vector<int> told;
 
  private:

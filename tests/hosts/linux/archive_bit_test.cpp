@@ -117,7 +117,7 @@ TEST_F(ArchiveBitTest, AHiddenNameNeedsTheHiddenBit) {
   EXPECT_EQ(files_.Attributes("C:\\.file"), kHidden);
 }
 
-TEST_F(ArchiveBitTest, MissingFilesAreTold) {
+TEST_F(ArchiveBitTest, MissingFilesAreReported) {
   MakeFolder("folder");
   EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\none", 0); }), kFileNotFound);
   EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\folder", 0); }), kPathFileAccess);

@@ -91,7 +91,7 @@ TEST_F(CopyTest, AReadOnlyTargetIsRefused) {
   EXPECT_EQ(Read("target"), "old");
 }
 
-TEST_F(CopyTest, FailuresAreToldByNumber) {
+TEST_F(CopyTest, FailuresAreReportedByNumber) {
   MakeFolder("folder");
   Write("source", "");
   EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\none", "C:\\target"); }), kFileNotFound);

@@ -25,7 +25,7 @@ TEST(WriteAll, WritesAllOfIt) {
   EXPECT_EQ(got, "first second");
 }
 
-// The system takes what fits, and only the next piece tells that there is no more
+// The system takes what fits, and only the next piece shows that there is no more
 // room.
 TEST(WriteAll, GoesOnBehindAPieceAndSaysWhyItFailed) {
   const Descriptor file = NamelessFile();

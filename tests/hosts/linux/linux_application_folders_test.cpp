@@ -18,7 +18,7 @@ class LinuxApplicationFoldersTest : public LinuxStage {
   LinuxHost host{surroundings};
 };
 
-TEST_F(LinuxApplicationFoldersTest, WithoutAnyFolderThePackagesPlacesAreTold) {
+TEST_F(LinuxApplicationFoldersTest, WithoutAnyFolderThePackagesPlacesAreReturned) {
   EXPECT_EQ(Of(Application::kFirefox), "C:\\home\\ann\\.mozilla\\firefox");
   EXPECT_EQ(Of(Application::kThunderbird), "C:\\home\\ann\\.thunderbird");
   EXPECT_EQ(Of(Application::kOpera), "C:\\home\\ann\\.config\\opera");
@@ -41,7 +41,7 @@ TEST_F(LinuxApplicationFoldersTest, ASandboxesPlacesAreLookedAtInTurn) {
   MakeHomeFolder(".var/app/org.mozilla.firefox/.mozilla/firefox");
   EXPECT_EQ(Of(Application::kFirefox),
             "C:\\home\\ann\\.var\\app\\org.mozilla.firefox\\.mozilla\\firefox");
-  // The last one first: each that is added stands before it.
+  // The last one first: each that is added comes before it.
   for (const char* name :
        {"net.thunderbird.Thunderbird", "org.mozilla.thunderbird", "org.mozilla.Thunderbird"}) {
     MakeHomeFolder(std::string(".var/app/") + name + "/.thunderbird");

@@ -28,7 +28,7 @@ TEST_F(LinuxHostTest, WhatIsNotThereHasNoNativePath) {
   EXPECT_EQ(host_.NativeOf(""), "");
 }
 
-TEST_F(LinuxHostTest, ANativePathHasAPathUnlessOneOfItsNamesCantBeTold) {
+TEST_F(LinuxHostTest, ANativePathHasAPathUnlessOneOfItsNamesCantBeWritten) {
   EXPECT_EQ(host_.PathOf(Native("Home/a b")), "C:\\Home\\a b");
   EXPECT_EQ(host_.PathOf(root_), "C:");
   EXPECT_EQ(host_.PathOf(Native("Home/a\\b")), "");

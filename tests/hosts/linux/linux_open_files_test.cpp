@@ -52,7 +52,7 @@ TEST_F(LinuxOpenFilesTest, ACopyThatDoesNotFitRaises61AtTheLatestWhenItIsClosed)
     }
     EXPECT_EQ(number, 61) << closed_first;
     EXPECT_FALSE(open.IsOpen(closed_first));
-    EXPECT_EQ(RaisedBy([&] { open.Close(3 - closed_first); }), 0) << "it is told once";
+    EXPECT_EQ(RaisedBy([&] { open.Close(3 - closed_first); }), 0) << "it is reported once";
   }
 }
 

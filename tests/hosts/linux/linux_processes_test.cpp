@@ -37,7 +37,7 @@ TEST(CommandLineTest, AnUnclosedQuoteRunsToTheEnd) {
             (std::vector<std::string>{"x", "/e", "a b", "HKEY_USERS and more"}));
 }
 
-// Programs tell of themselves through a pipe with a name: reading it waits for
+// Programs report through a pipe with a name: reading it waits for
 // them.
 class LinuxProcessesTest : public LinuxStage {
  protected:

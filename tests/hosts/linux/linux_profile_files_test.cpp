@@ -246,7 +246,7 @@ TEST_F(LinuxProfileFilesTest, APipeIsNoProfileAndDoesNotHoldAnybodyUp) {
   EXPECT_FALSE(Write("x", "1"));
 }
 
-TEST_F(LinuxProfileFilesTest, AFolderThatCannotBeWrittenIsToldOfAtOnce) {
+TEST_F(LinuxProfileFilesTest, AFolderThatCannotBeWrittenIsReportedAtOnce) {
   // Nobody, root included, can make a file in a folder of this kind.
   EXPECT_FALSE(LinuxHost({.root = "/proc",
                           .state_folder = surroundings.state_folder,

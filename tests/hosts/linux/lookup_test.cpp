@@ -85,7 +85,7 @@ TEST_F(LookupTest, APathOfTensOfThousandsOfPartsLeadsNowhere) {
   EXPECT_EQ(files_.List(path + "\\*.*", {}).size(), 0U);
 }
 
-TEST_F(LookupTest, AMissingFolderBehindALinkIsToldAsMissing) {
+TEST_F(LookupTest, AMissingFolderBehindALinkIsReportedAsMissing) {
   MakeFolder("real");
   Link("way", "real");
   EXPECT_FALSE(OpenByOwnLinks(AT_FDCWD, Native("way/missing/a.txt"), O_RDONLY));
@@ -110,7 +110,7 @@ TEST_F(LookupTest, AStarInAPathFindsNoFileOfThatName) {
   EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\a*b", "C:\\c"); }), kFileNotFound);
 }
 
-TEST_F(LookupTest, LengthsBeyond32BitsAreTold) {
+TEST_F(LookupTest, LengthsBeyond32BitsAreReported) {
   Write("large", "");
   ASSERT_EQ(::truncate(Native("large").c_str(), 5'000'000'000), 0);
   EXPECT_EQ(files_.Length("C:\\large"), 5'000'000'000);

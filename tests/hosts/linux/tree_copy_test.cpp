@@ -140,7 +140,7 @@ TEST_F(TreeCopyTest, ANewFolderKeepsTimeAndPermissions) {
   SetMode("a/sub", 0750);
 }
 
-TEST_F(TreeCopyTest, MissingFoldersAreTold) {
+TEST_F(TreeCopyTest, MissingFoldersAreReported) {
   MakeFolder("a");
   Write("file", "");
   EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\none", "C:\\z"); }), kPathNotFound);

@@ -32,7 +32,7 @@ TEST_F(QtControls, ClickingAnOptionPutsTheOthersOfItsGroupOut) {
   EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(QtControls, ClickingAnOptionThatIsOnLeavesItOnAndTells) {
+TEST_F(QtControls, ClickingAnOptionThatIsOnLeavesItOnAndIsReported) {
   OptionButton option;
   option.Value = true;
   int clicks = 0;

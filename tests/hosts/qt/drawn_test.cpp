@@ -210,7 +210,7 @@ TEST_F(QtDrawn, AScreenReaderReadsHowFarItGotAndCannotMoveIt) {
   EXPECT_EQ(value->currentValue(), 40);
 }
 
-/// What a screen reader is told, written down.
+/// What a screen reader hears, written down.
 Heard told;
 void WriteDown(QAccessibleEvent* event) {
   if (event->type() == QAccessible::StateChanged) {
@@ -226,7 +226,7 @@ void WriteDown(QAccessibleEvent* event) {
 /// Runs where a screen reader can listen: with an accessibility bus.
 using QtReaders = QtDrawn;
 
-TEST_F(QtReaders, AreToldOfEachChangeOfStateOnce) {
+TEST_F(QtReaders, HearOfEachChangeOfStateOnce) {
   ShowDrawn();
   ASSERT_TRUE(WaitFor([] { return QAccessible::isActive(); }));
   drawn.LookChanged.Emit();

@@ -30,19 +30,21 @@ class QtDialogs : public QtFixture {
     std::filesystem::create_directory(Native("Store"));
     QTimer::singleShot(0, &receiver_, [this] { Look(); });
   }
-  ~QtDialogs() override { EXPECT_TRUE(deeds_.empty()) << "a dialog that was expected didn't come"; }
+  ~QtDialogs() override {
+    EXPECT_TRUE(actions_.empty()) << "a dialog that was expected didn't come";
+  }
 
   /// "Store/a" on a drive of the test's own.
   std::string Native(const std::string& place) const { return drive_.Path() + "/" + place; }
   void Write(const std::string& place) const { std::ofstream(Native(place)) << place; }
 
-  /// What will be done with the next modal dialog of a kind as soon as it stands: a
-  /// deed for each dialog, in order. It need not be the active window: a window
+  /// What will be done with the next modal dialog of a kind as soon as it is up: an
+  /// action for each dialog, in order. It need not be the active window: a window
   /// manager may pass the focus on to nobody when a box goes.
   template <class Dialog>
   void With(std::function<void(Dialog&)> act) {
-    deeds_.push_back({.fits = [](QDialog* dialog) { return qobject_cast<Dialog*>(dialog); },
-                      .act = [act](QDialog& dialog) { act(dynamic_cast<Dialog&>(dialog)); }});
+    actions_.push_back({.fits = [](QDialog* dialog) { return qobject_cast<Dialog*>(dialog); },
+                        .act = [act](QDialog& dialog) { act(dynamic_cast<Dialog&>(dialog)); }});
   }
   void Cancel() {
     With<QFileDialog>([](QFileDialog& dialog) { dialog.reject(); });
@@ -75,7 +77,7 @@ class QtDialogs : public QtFixture {
     });
   }
   /// As TypeName in a dialog of the desktop, which takes all that is typed for one
-  /// name and tells it when it has gone.
+  /// name and says when it has gone.
   void TypeNameIntoDesktopsOwn(const std::string& name) {
     With<QFileDialog>([name](QFileDialog& dialog) {
       QLineEdit& field = NameField(dialog);
@@ -119,7 +121,7 @@ class QtDialogs : public QtFixture {
     if (!dialogs.ShowSave(record)) return std::nullopt;
     return record.file.substr(0, record.file.find('\0'));
   }
-  /// The name and the folder that stand in a save dialog at its start.
+  /// The name and the folder that are in a save dialog at its start.
   std::string OfferedFor(const Path& file) {
     std::string offered;
     With<QFileDialog>([&](QFileDialog& dialog) {
@@ -138,12 +140,12 @@ class QtDialogs : public QtFixture {
   std::string shown_folder_;
 
  private:
-  struct Deed {
+  struct Action {
     std::function<bool(QDialog*)> fits;
     std::function<void(QDialog&)> act;
   };
 
-  // Timers of Qt don't tick within themselves, and a deed may wait in a box: each
+  // Timers of Qt don't tick within themselves, and an action may wait in a box: each
   // look has a timer of its own.
   void Look() {
     constexpr int kLookMs = 10;
@@ -152,9 +154,9 @@ class QtDialogs : public QtFixture {
     auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
     if (dialog == nullptr) {
       since_.restart();
-    } else if (!deeds_.empty() && dialog->isVisible() && deeds_.front().fits(dialog)) {
-      const auto act = std::move(deeds_.front().act);
-      deeds_.pop_front();
+    } else if (!actions_.empty() && dialog->isVisible() && actions_.front().fits(dialog)) {
+      const auto act = std::move(actions_.front().act);
+      actions_.pop_front();
       since_.restart();
       act(*dialog);
     } else if (since_.elapsed() > kPatienceMs) {
@@ -182,7 +184,7 @@ class QtDialogs : public QtFixture {
   }
 
   testing::TemporaryFolder drive_;
-  std::deque<Deed> deeds_;
+  std::deque<Action> actions_;
   QElapsedTimer since_;
   QObject receiver_;
 };

@@ -14,14 +14,14 @@ namespace {
 
 class QtMessages : public QtFixture {
  protected:
-  /// Shows a box and does `deed` as soon as it stands.
-  BoxAnswer Answer(const BoxRequest& request, const std::function<void(QMessageBox&)>& deed) {
+  /// Shows a box and calls `act` as soon as it is up.
+  BoxAnswer Answer(const BoxRequest& request, const std::function<void(QMessageBox&)>& act) {
     Timer timer(loop.Timers(), 10, true);
     timer.Tick.Listen([&] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box == nullptr || !box->isActiveWindow()) return;
       timer.Enabled = false;
-      deed(*box);
+      act(*box);
     });
     return boxes.Show(request);
   }

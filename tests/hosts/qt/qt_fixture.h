@@ -66,7 +66,7 @@ class QtFixture : public ::testing::Test {
   testing::FakeClock clock;
   testing::FakeFiles files{clock};
   QtEventLoop loop;
-  /// No path tells a name with a backslash.
+  /// No path can have a name with a backslash.
   QtWindowHost host{loop, files, [](const std::string& native) {
                       return native.find('\\') == std::string::npos ? "C:" + native : Path();
                     }};

@@ -27,7 +27,7 @@ class QtSecrets : public QtFixture {
     ASSERT_TRUE(address.isValid()) << FromQt(address.error().message());
     monitor_.start("dbus-monitor", {"--address", address.value()});
     ASSERT_TRUE(WaitFor([&] { return Heard("NameLost"); })) << "the monitor listens";
-    // Programs tell only what somebody wants to hear.
+    // Programs announce only what somebody wants to hear.
     QDBusMessage wish =
         QDBusMessage::createMethodCall("org.a11y.atspi.Registry", "/org/a11y/atspi/registry",
                                        "org.a11y.atspi.Registry", "RegisterEvent");
@@ -55,7 +55,7 @@ TEST_F(QtSecrets, APasswordIsNeverHeardNorReadByReaders) {
   Show();
   ASSERT_TRUE(WaitFor([] { return QAccessible::isActive(); }));
   Listen();
-  // What a program tells before it has learnt of the wish, nobody hears.
+  // What a program announces before it has learnt of the wish, nobody hears.
   int tries = 0;
   ASSERT_TRUE(WaitFor([&] {
     plain.Text = "first" + std::to_string(++tries);
@@ -84,7 +84,7 @@ TEST_F(QtSecrets, APasswordIsNeverHeardNorReadByReaders) {
        {"Wacholder", "Brombeere", "\"x\"", "\"y\"", "\"z\"", "\"w\"", "xyzz", "Schlehe"}) {
     EXPECT_FALSE(Heard(secret)) << secret;
   }
-  EXPECT_TRUE(Heard("\"*********\"")) << "its length is told";
+  EXPECT_TRUE(Heard("\"*********\"")) << "its length is announced";
 }
 
 TEST_F(QtSecrets, APasswordIsNotGivenToWhoAsksForIt) {

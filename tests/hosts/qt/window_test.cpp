@@ -83,7 +83,7 @@ TEST_F(QtWindows, ACancelledCloseLeavesTheWindowStanding) {
   EXPECT_TRUE(Native().isVisible());
 }
 
-TEST_F(QtWindows, TheProgramMinimisesAndRestoresAndIsToldOfBoth) {
+TEST_F(QtWindows, TheProgramMinimisesAndRestoresAndBothAreReported) {
   std::vector<WindowState> states;
   window.Resized.Listen([&] { states.push_back(window.State); });
   Show();
@@ -130,7 +130,7 @@ TEST_F(QtWindows, AMinimisedWindowThatLeftTheTaskBarIsNowhere) {
   EXPECT_TRUE(WaitFor([&] { return Native().isVisible() && !Native().isMinimized(); }));
 }
 
-TEST_F(QtWindows, TheActiveWindowIsKnownAndTold) {
+TEST_F(QtWindows, TheActiveWindowIsKnownAndReported) {
   Window other;
   other.ClientSize = {100, 100};
   host.Adopt(other);
@@ -382,7 +382,7 @@ TEST_F(QtWindows, APopUpMenuShowsItsDefaultRowInBoldAndTellsTheChoice) {
   EXPECT_EQ(told, "exit");
 }
 
-TEST_F(QtWindows, AFaultOfAHandlerIsToldAndGoesNoFurther) {
+TEST_F(QtWindows, AFaultOfAHandlerIsReportedAndGoesNoFurther) {
   QtEventLoop quiet;
   QtWindowHost other(quiet, files, [](const std::string& native) { return native; });
   int number = 0;
