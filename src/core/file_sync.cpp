@@ -195,11 +195,12 @@ void FileSync::SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& co
   PassedOver pass;
   pass.Step([&] { roots.first = machine_.files.OpenFolder(first); });
   pass.Step([&] { roots.second = hold_second(); });
-  if (!pass.StandingError()) pass.Step([&] { Read(roots, roots.companions, {}); });
   if (pass.StandingError()) {
     pass.Step([&] { copy_whole(left_out); });
     return;
   }
+  // What a folder holds that can't be listed may be newer than all that would replace it.
+  if (!pass.Step([&] { Read(roots, roots.companions, {}); })) return;
   // Chosen: what is met in itself isn't copied. The copies would be copied again, and
   // more of them with each run.
   roots.left_out = std::move(left_out);
@@ -281,8 +282,9 @@ std::optional<FileSync::Level> FileSync::EnterFolders(const Roots& roots, const 
       (pair.second && IsIn(roots.left_out, *pair.second))) {
     return std::nullopt;
   }
-  if (folders.in_both && !pass.StandingError()) {
-    pass.Step([&] { Read(pair, roots.companions, first); });
+  if (folders.in_both && !pass.StandingError() &&
+      !pass.Step([&] { Read(pair, roots.companions, first); })) {
+    return std::nullopt;
   }
   if (!folders.in_both || pass.StandingError()) {
     pass.Step([&] {

@@ -108,7 +108,7 @@ class HeldFolder {
   /// be a name, 58 when the medium doesn't tell it from another one that is taken,
   /// 61, 70.
   virtual void MakeFolder(const std::string& name) = 0;
-  virtual void MakeFile(const std::string& name) = 0;
+  virtual void MakeFile(const std::string& name, Rights rights = Rights::kNewFile) = 0;
 
   /// Whether both are the same folder. `other` is one of the same file system.
   virtual bool Is(const HeldFolder& other) = 0;

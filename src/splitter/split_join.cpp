@@ -109,7 +109,7 @@ void modFHand::MakeExactly(const Path& part) {
   PassedOver pass;
   pass.Step([&] {
     const LocatedName located = LocateName(part);
-    machine_.files.OpenFolder(located.folder)->MakeFile(located.name);
+    machine_.files.OpenFolder(located.folder)->MakeFile(located.name, Rights::kOwner);
   });
 }
 

@@ -177,6 +177,20 @@ TEST_F(SyncFoldersTest, AFailureAtTheOpeningSendsItToTheWholeCopyWithOverwrite) 
   EXPECT_EQ(machine.files.Content("C:\\2\\a.txt"), "old one");
 }
 
+TEST_F(SyncFoldersTest, NothingIsCopiedOverWhatCannotBeListed) {
+  Put("C:\\1\\a.txt", "old one", kNoon - 100);
+  Put("C:\\2\\a.txt", "new two", kNoon);
+  Put("C:\\1\\Sub\\b.txt", "old one", kNoon - 100);
+  Put("C:\\2\\Sub\\b.txt", "new two", kNoon);
+  for (const char* folder : {"C:\\1", "C:\\2", "C:\\1\\Sub", "C:\\2\\Sub"}) {
+    machine.files.FailOn("Contents", folder, 57);
+    sync.SyncFolders("C:\\1", "C:\\2", kOneWay);
+    machine.files.ClearFailures();
+    EXPECT_EQ(machine.files.Content("C:\\2\\a.txt"), "new two") << folder;
+    EXPECT_EQ(machine.files.Content("C:\\2\\Sub\\b.txt"), "new two") << folder;
+  }
+}
+
 TEST_F(SyncFoldersTest, SubFoldersAreKeptInStepAtEveryDepth) {
   Put("C:\\1\\Sub\\Deep\\a.txt", "one", kNoon + 1);
   Put("C:\\2\\Sub\\Deep\\a.txt", "two", kNoon);

@@ -143,6 +143,9 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
     is_open_ = std::move(is_open);
   }
 
+  /// Raises what the script has for "Contents" of a held folder.
+  void MeetContents(const Path& folder) { RaiseScripted("Contents", folder); }
+
  private:
   struct Located {
     NodePtr folder;    // null: the last component's folder is missing

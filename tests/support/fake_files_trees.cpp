@@ -72,6 +72,7 @@ class FakeFolder final : public HeldFolder {
       : files_(files), path_(std::move(path)), node_(std::move(node)) {}
 
   FolderContents Contents() override {
+    files_.MeetContents(path_);
     if (!node_->on_medium) throw ProgramError(kPathNotFound);
     listed_ = AllNames();
     return ContentsOf(*node_);
@@ -92,7 +93,7 @@ class FakeFolder final : public HeldFolder {
     return files_.HoldInner(*this, names);
   }
   void MakeFolder(const std::string& name) override { files_.MakeHeld(*this, name, true); }
-  void MakeFile(const std::string& name) override { files_.MakeHeld(*this, name, false); }
+  void MakeFile(const std::string& name, Rights) override { files_.MakeHeld(*this, name, false); }
   bool Is(const HeldFolder& other) override { return Of(other).Node() == node_; }
 
   const FakeFiles::NodePtr& Node() const { return node_; }

@@ -65,7 +65,7 @@ class PlannedFolder final : public HeldFolder {
   }
   std::unique_ptr<HeldFolder> Inner(const std::string& names) override;
   void MakeFolder(const std::string& name) override;
-  void MakeFile(const std::string&) override { throw ProgramError(kPermissionDenied); }
+  void MakeFile(const std::string&, Rights) override { throw ProgramError(kPermissionDenied); }
   bool Is(const HeldFolder& other) override {
     return folder_->Is(*static_cast<const PlannedFolder&>(other).folder_);
   }

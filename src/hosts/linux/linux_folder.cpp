@@ -59,10 +59,11 @@ void LinuxFolder::MakeFolder(const std::string& name) {
   NoteMade(name);
 }
 
-void LinuxFolder::MakeFile(const std::string& name) {
+void LinuxFolder::MakeFile(const std::string& name, Rights rights) {
   RequireName(name);
   const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  const Descriptor made(::openat(Fd(), name.c_str(), flags, 0666));
+  const mode_t mode = rights == Rights::kOwner ? 0600 : 0666;
+  const Descriptor made(::openat(Fd(), name.c_str(), flags, mode));
   if (!made) RaiseForMaking(name, errno);
   NoteMade(name);
 }

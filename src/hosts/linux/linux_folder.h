@@ -28,7 +28,7 @@ class LinuxFolder final : public HeldFolder {
   std::optional<FolderEntry> File(const std::string& name) override;
   std::unique_ptr<HeldFolder> Inner(const std::string& names) override;
   void MakeFolder(const std::string& name) override;
-  void MakeFile(const std::string& name) override;
+  void MakeFile(const std::string& name, Rights rights = Rights::kNewFile) override;
   bool Is(const HeldFolder& other) override;
 
   /// Whether what the medium finds by this name, `there`, has exactly this one. Reads

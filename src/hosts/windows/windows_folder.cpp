@@ -8,6 +8,7 @@
 #include "base/failure.h"
 #include "hosts/windows/native_errors.h"
 #include "hosts/windows/paths.h"
+#include "hosts/windows/replacing_copy.h"
 #include "hosts/windows/wide.h"
 #include "platform/names.h"
 #include "platform/temporary_name.h"
@@ -23,6 +24,9 @@ FolderContents WindowsFolder::Contents() {
     std::string name = Narrow(entry->cFileName);
     if (IsTemporaryName(name)) {
       leftovers.emplace_back(entry->cFileName);
+    } else if (!CanBeNamed(entry->cFileName)) {
+      // A device's name, made by another system: no path leads there.
+      continue;
     } else if (state.IsFolder() && !state.is_link) {
       contents.folders.push_back(std::move(name));
     } else {
@@ -75,10 +79,13 @@ std::unique_ptr<HeldFolder> WindowsFolder::Inner(const std::string& names) {
       native = Joined(native, name);
       if (!CanBeNamed(name) || ListedName(native) != name) throw ProgramError(kPathNotFound);
     }
-    Handle next = OpenForHolding(native, Links::kKeep);
+    // This folder itself may have been found by a link.
+    const Links links = names.empty() ? Links::kFollow : Links::kKeep;
+    Handle next = OpenForHolding(native, links);
     if (!next) RaiseLast(Attempt::kAsk);
-    const auto state = StateOf(native, Links::kKeep);
-    if (!state || !state->IsFolder() || state->is_link) throw ProgramError(kPathNotFound);
+    const auto state = StateOf(native, links);
+    const bool is_link = !names.empty() && state && state->is_link;
+    if (!state || !state->IsFolder() || is_link) throw ProgramError(kPathNotFound);
     held = std::move(next);
   } while (!rest.empty());
   return std::make_unique<WindowsFolder>(std::move(held), std::move(native), temporaries_);
@@ -96,9 +103,10 @@ void WindowsFolder::MakeFolder(const std::string& name) {
   NoteMade(name);
 }
 
-void WindowsFolder::MakeFile(const std::string& name) {
+void WindowsFolder::MakeFile(const std::string& name, Rights rights) {
   const std::wstring native = NativeOf(name);
-  const Handle made(::CreateFileW(native.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+  SECURITY_ATTRIBUTES* const security = rights == Rights::kOwner ? OwnersAlone() : nullptr;
+  const Handle made(::CreateFileW(native.c_str(), GENERIC_WRITE, 0, security, CREATE_NEW,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!made) RaiseForMaking(name, ::GetLastError());
   NoteMade(name);

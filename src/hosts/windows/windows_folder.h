@@ -25,7 +25,7 @@ class WindowsFolder final : public HeldFolder {
   std::optional<std::size_t> FoundBy(const std::string& name, const ListedNames& listed) override;
   std::unique_ptr<HeldFolder> Inner(const std::string& names) override;
   void MakeFolder(const std::string& name) override;
-  void MakeFile(const std::string& name) override;
+  void MakeFile(const std::string& name, Rights rights = Rights::kNewFile) override;
   bool Is(const HeldFolder& other) override;
 
   const std::wstring& Native() const { return native_; }
