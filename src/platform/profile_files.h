@@ -31,7 +31,7 @@ class ProfileFiles {
   /// of section and file, creating the file if it is missing. Writes may be held
   /// back until Flush. False when the file can't be written (read-only, no
   /// folder for it) or is there and can't be read, or couldn't when Read last asked for
-  /// it, as nobody knows then what it holds; and for what could not be read
+  /// any one of its keys, as nobody knows then what that holds; and for what could not be read
   /// back: a line break in any of the texts, a key that is empty, holds "=" or
   /// begins with ";" or "[", a section with "]".
   virtual bool Write(const std::string& section, const std::string& key, const std::string& value,

@@ -27,9 +27,9 @@ std::string FakeProfiles::Read(const std::string& section, const std::string& ke
                                const Path& file) {
   std::optional<std::string> value;
   if (EnterAndFails("Read", file)) {
-    unread_.insert(file);
+    unread_[file].emplace(section, key);
   } else {
-    unread_.erase(file);
+    unread_[file].erase({section, key});
     value = Current(file).text.Value(section, key);
   }
   return std::string(
@@ -47,7 +47,7 @@ bool FakeProfiles::CanWrite(const Path& file) {
 bool FakeProfiles::Write(const std::string& section, const std::string& key,
                          const std::string& value, const Path& file) {
   if (EnterAndFails("Write", file)) return false;
-  if (unread_.contains(file) || !ProfileText::CanHold(section, key, value) || !CanWrite(file))
+  if (!unread_[file].empty() || !ProfileText::CanHold(section, key, value) || !CanWrite(file))
     return false;
   Profile& profile = Current(file);
   if (profile.text.Set(section, key, value)) profile.edits.push_back({section, key, value});

@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/profile_files.h"
@@ -18,7 +19,7 @@ namespace tarnvale::testing {
 /// Holds every write back until Flush. A scripted failure of "Write" or "Flush"
 /// makes it return false, whatever its number. One of "Read" stands for a file
 /// that is there and can't be read: a read then gives the fallback, and the two
-/// others fail as well, and a write goes on failing until a read has succeeded.
+/// others fail as well, and a write goes on failing until each key has been read that couldn't be.
 class FakeProfiles : public ProfileFiles, public ScriptedFailures {
  public:
   explicit FakeProfiles(FakeFiles& files) : files_(files) {}
@@ -47,7 +48,7 @@ class FakeProfiles : public ProfileFiles, public ScriptedFailures {
 
   FakeFiles& files_;
   std::map<std::string, Profile> profiles_;  // by folded path
-  std::set<Path> unread_;
+  std::map<Path, std::set<std::pair<std::string, std::string>>> unread_;
 };
 
 }  // namespace tarnvale::testing

@@ -104,21 +104,22 @@ LinuxProfileFiles::~LinuxProfileFiles() {
   for (auto& [native, profile] : profiles_) LetGo(profile);
 }
 
-// False when no file could lie there.
-bool LinuxProfileFiles::Find(const Path& file, Place& place) {
+// kNowhere: no file could lie there. kUnknown: that can't be told.
+LinuxProfileFiles::Finding LinuxProfileFiles::Find(const Path& file, Place& place) {
   const Located located = locator_.Locate(file);
-  if (!located.folder_found || located.error != 0 || !CanBeNamed(located.name)) return false;
+  if (located.error != 0) return Finding::kUnknown;
+  if (!located.folder_found || !CanBeNamed(located.name)) return Finding::kNowhere;
   place.folder = located.folder;
   place.name = located.name;
   place.exists = located.found;
   place.info = located.info;
-  if (!place.exists || !S_ISLNK(place.info.st_mode)) return true;
+  if (!place.exists || !S_ISLNK(place.info.st_mode)) return Finding::kPlace;
   std::string native = place.Native();
   place.exists = GoByOwnLinks(AT_FDCWD, native, place.info);
-  if (!place.exists && errno != ENOENT) return false;
+  if (!place.exists && errno != ENOENT) return Finding::kUnknown;
   place.folder = NativeFolderOf(native);
   place.name = NativeNameOf(native);
-  return true;
+  return Finding::kPlace;
 }
 
 LinuxProfileFiles::Place LinuxProfileFiles::AsItIs(Place place) {
@@ -177,19 +178,24 @@ std::string LinuxProfileFiles::Read(const std::string& section, const std::strin
                                     const Path& file) {
   std::string value = fallback;
   Place place;
-  unread_.erase(file);
-  if (Find(file, place)) {
+  // Until it has been read: whatever ends this before then leaves it unknown.
+  const auto unread = unread_[file].emplace(section, key).first;
+  const Finding finding = Find(file, place);
+  bool is_read = finding == Finding::kNowhere;
+  if (finding == Finding::kPlace) {
     Profile& profile = ProfileAt(file, place);
-    if (!Refresh(profile, place)) unread_.insert(file);
+    is_read = Refresh(profile, place);
     if (auto found = profile.text.Value(section, key)) value = std::move(*found);
   }
+  if (is_read) unread_[file].erase(unread);
   return std::string(FirstCharacters(value, buffer_size == 0 ? 0 : buffer_size - 1));
 }
 
 bool LinuxProfileFiles::Write(const std::string& section, const std::string& key,
                               const std::string& value, const Path& file) {
   Place place;
-  if (unread_.contains(file) || !ProfileText::CanHold(section, key, value) || !Find(file, place)) {
+  if (!unread_[file].empty() || !ProfileText::CanHold(section, key, value) ||
+      Find(file, place) != Finding::kPlace) {
     return false;
   }
   if (place.exists && !MayBeReplaced(place.info, place.Native())) return false;
@@ -240,7 +246,7 @@ bool LinuxProfileFiles::GiveUp(const Path& file) {
 
 bool LinuxProfileFiles::Flush(const Path& file) {
   Place place;
-  if (!Find(file, place)) return GiveUp(file);
+  if (Find(file, place) != Finding::kPlace) return GiveUp(file);
   Profile& profile = ProfileAt(file, place);
   if (profile.edits.empty()) return true;
   const bool done = Put(profile, place);

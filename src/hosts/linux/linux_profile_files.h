@@ -6,9 +6,10 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "hosts/linux/descriptor.h"
@@ -68,7 +69,8 @@ class LinuxProfileFiles : public ProfileFiles {
     Descriptor temporary;
   };
 
-  bool Find(const Path& file, Place& place);
+  enum class Finding { kPlace, kNowhere, kUnknown };
+  Finding Find(const Path& file, Place& place);
   static Place AsItIs(Place place);
   static bool IsAsItWas(const Place& place);
   Profile& ProfileAt(const Path& file, const Place& place);
@@ -87,9 +89,9 @@ class LinuxProfileFiles : public ProfileFiles {
   Locator& locator_;
   std::string state_folder_;
   std::unordered_map<std::string, Profile> profiles_;  // by native path
-  // There, but not readable when they were last read: what they hold is not known to
-  // whoever would write them.
-  std::unordered_set<Path> unread_;
+  // Keys that couldn't be read when they were last asked for, by file: what they hold is
+  // not known to whoever would write them.
+  std::unordered_map<Path, std::set<std::pair<std::string, std::string>>> unread_;
 };
 
 }  // namespace tarnvale

@@ -17,9 +17,9 @@ bool IsMissing(DWORD error) {
 // Whether all names but the last one are such that the system takes them as they are.
 // A wildcard or the name of a device within a path leads nowhere.
 bool FoldersCanBeNamed(std::wstring_view native, std::wstring_view root) {
-  std::wstring_view names = NativeFolderOf(native).size() < root.size()
-                                ? std::wstring_view()
-                                : native.substr(root.size(), native.rfind(L'\\') - root.size());
+  const std::size_t last = native.rfind(L'\\');
+  std::wstring_view names =
+      last <= root.size() ? std::wstring_view() : native.substr(root.size(), last - root.size());
   while (!names.empty()) {
     const std::size_t end = names.find(L'\\');
     const std::wstring_view name = names.substr(0, end);

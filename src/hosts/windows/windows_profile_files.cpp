@@ -36,8 +36,9 @@ bool ReadWhole(const std::wstring& native, std::string& bytes) {
 class SaveLock {
  public:
   explicit SaveLock(const std::wstring& native)
-      : mutex_(::CreateMutexW(nullptr, FALSE,
-                              Wide("Local\\Tarnvale-save-" + StableHash(Narrow(native))).c_str())) {
+      : mutex_(::CreateMutexW(
+            nullptr, FALSE,
+            Wide("Local\\Tarnvale-save-" + StableHash(Narrow(KeyOf(native)))).c_str())) {
     constexpr DWORD kPatience_ms = 20;
     const DWORD result = mutex_ ? ::WaitForSingleObject(mutex_.Get(), kPatience_ms) : WAIT_FAILED;
     is_held_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
@@ -99,10 +100,13 @@ std::string WindowsProfileFiles::Read(const std::string& section, const std::str
                                       const Path& file) {
   std::string value = fallback;
   const Located located = locator_.Locate(file);
-  if (located.folder_found && located.can_be_named) {
+  if ((located.folder_found && located.can_be_named) || located.error != 0) {
     Profile& profile = ProfileOf(located.native);
-    profile.is_unread = !Refresh(profile, located.native);
+    // Until it has been read: whatever ends this before then leaves it unknown.
+    const auto unread = profile.unread.emplace(section, key).first;
+    const bool is_read = located.error == 0 && Refresh(profile, located.native);
     if (auto found = profile.text.Value(section, key)) value = std::move(*found);
+    if (is_read) profile.unread.erase(unread);
   }
   return std::string(FirstCharacters(value, buffer_size == 0 ? 0 : buffer_size - 1));
 }
@@ -115,7 +119,7 @@ bool WindowsProfileFiles::Write(const std::string& section, const std::string& k
     return false;
   }
   Profile& profile = ProfileOf(located.native);
-  if (profile.is_unread || !Refresh(profile, located.native)) return false;
+  if (!profile.unread.empty() || !Refresh(profile, located.native)) return false;
   if (profile.version && profile.version->state.IsReadOnly()) return false;
   if (profile.text.Holds(section, key, value)) return true;
   // A folder that can't be written is noticed at once.

@@ -3,7 +3,9 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "hosts/windows/file_state.h"
@@ -45,8 +47,8 @@ class WindowsProfileFiles : public ProfileFiles {
     bool is_known = false;
     std::optional<Version> version;  ///< none: the file isn't there
     std::vector<Edit> edits;
-    /// Nobody knows what it holds, as it couldn't be read when Read last asked.
-    bool is_unread = false;
+    /// Keys that couldn't be read when they were last asked for.
+    std::set<std::pair<std::string, std::string>> unread;
   };
 
   Profile& ProfileOf(const std::wstring& native);

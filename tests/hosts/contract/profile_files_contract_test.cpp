@@ -311,6 +311,17 @@ TEST_P(ProfilesContract, AFileThatCouldNotBeReadIsNotWrittenBeforeItHasBeenRead)
   EXPECT_EQ(host.Content(kFile), "[A]\r\nx=2\r\n");
 }
 
+TEST_P(ProfilesContract, OneKeyThatCouldNotBeReadKeepsTheWholeFileFromBeingWritten) {
+  host.Write(kFile, "[A]\r\nx=1\r\ny=2\r\n");
+  if (!host.MakeUnreadable(kFile)) GTEST_SKIP() << "this user may read every file";
+  EXPECT_EQ(Read("A", "x"), "(none)");
+  host.MakeReadable(kFile);
+  EXPECT_EQ(Read("A", "y"), "2");
+  EXPECT_FALSE(profiles.Write("A", "x", "", kFile)) << "that it holds 1 was never seen";
+  EXPECT_EQ(Read("A", "x"), "1");
+  EXPECT_TRUE(profiles.Write("A", "x", "3", kFile));
+}
+
 TEST_P(ProfilesContract, AFileThatCannotBeReadAnyMoreFailsTheFlushAndStaysAsItIs) {
   EXPECT_TRUE(profiles.Write("A", "x", "2", kFile));
   host.Write(kFile, "[A]\r\nx=1\r\n");
