@@ -13,9 +13,9 @@ class LocaleFormats {
 
   /// Date and time, shortest form: the date alone when the time of day is 0,
   /// the time alone when the date is 1899-12-30, so that 0 is a time.
-  virtual std::string GeneralDate(DateTime value) = 0;
+  std::string GeneralDate(DateTime value);
   /// Hour and minute on a 24-hour clock, two digits each: "17:45".
-  virtual std::string ShortTime(DateTime value) = 0;
+  static std::string ShortTime(DateTime value);
   /// Time of day with seconds, as the user's locale writes it.
   virtual std::string LongTime(DateTime value) = 0;
   /// Date in the user's short form.

@@ -16,6 +16,11 @@ bool IsSeparator(char c) {
   return c == '\\' || c == '/';
 }
 
+bool IsPathLanguage(std::string_view name) {
+  return name.find_first_of("\\/") != std::string_view::npos ||
+         (name.size() >= 2 && name[1] == ':');
+}
+
 bool EndsInSeparator(std::string_view path) {
   return !path.empty() && IsSeparator(path.back());
 }

@@ -13,6 +13,9 @@ namespace tarnvale {
 /// A backslash, or a slash, which stands for one.
 bool IsSeparator(char c);
 
+/// Whether the name of a program is a path, rather than one to look for.
+bool IsPathLanguage(std::string_view name);
+
 /// True when the path can only be a folder's.
 bool EndsInSeparator(std::string_view path);
 

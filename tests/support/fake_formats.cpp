@@ -19,17 +19,6 @@ std::string TwoDigits(int number) {
 
 }  // namespace
 
-std::string FakeFormats::GeneralDate(DateTime value) {
-  if (DatePart(value) == 0) return LongTime(value);
-  if (TimePart(value) == 0) return ShortDate(value);
-  return ShortDate(value) + " " + LongTime(value);
-}
-
-std::string FakeFormats::ShortTime(DateTime value) {
-  const TimeOfDay time = TimeOf(value);
-  return TwoDigits(time.hour) + ":" + TwoDigits(time.minute);
-}
-
 std::string FakeFormats::LongTime(DateTime value) {
   const TimeOfDay time = TimeOf(value);
   const int hour = time.hour % 12 == 0 ? 12 : time.hour % 12;

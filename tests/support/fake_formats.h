@@ -11,8 +11,6 @@ namespace tarnvale::testing {
 /// "Friday, March 14, 2008", "1,234.50".
 class FakeFormats : public LocaleFormats {
  public:
-  std::string GeneralDate(DateTime value) override;
-  std::string ShortTime(DateTime value) override;
   std::string LongTime(DateTime value) override;
   std::string ShortDate(DateTime value) override;
   std::string LongDate(DateTime value) override;

@@ -96,16 +96,6 @@ std::string LinuxLocaleFormats::Format(const std::string& pattern, DateTime valu
   return {text.data(), length};
 }
 
-std::string LinuxLocaleFormats::GeneralDate(DateTime value) {
-  if (DatePart(value) == 0) return LongTime(value);
-  if (TimePart(value) == 0) return ShortDate(value);
-  return ShortDate(value) + " " + LongTime(value);
-}
-
-std::string LinuxLocaleFormats::ShortTime(DateTime value) {
-  return Format("%H:%M", value);
-}
-
 std::string LinuxLocaleFormats::LongTime(DateTime value) {
   return Format(time_pattern_, value);
 }

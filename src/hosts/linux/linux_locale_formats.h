@@ -29,8 +29,6 @@ class LinuxLocaleFormats : public LocaleFormats {
   LinuxLocaleFormats(const LinuxLocaleFormats&) = delete;
   LinuxLocaleFormats& operator=(const LinuxLocaleFormats&) = delete;
 
-  std::string GeneralDate(DateTime value) override;
-  std::string ShortTime(DateTime value) override;
   std::string LongTime(DateTime value) override;
   std::string ShortDate(DateTime value) override;
   std::string LongDate(DateTime value) override;

@@ -16,6 +16,7 @@
 #include "hosts/linux/own_program.h"
 #include "hosts/linux/state_folder.h"
 #include "platform/command_line.h"
+#include "platform/path_text.h"
 
 namespace tarnvale {
 namespace {
@@ -47,11 +48,6 @@ std::string LockFile(const ProcessSurroundings& surroundings) {
   if (!IsOwnAndClosed(folder)) return {};
   const std::string who = std::to_string(::geteuid()) + '\n' + surroundings.program_file;
   return surroundings.lock_folder + "/tarnvale-" + StableHash(who) + ".lock";
-}
-
-bool IsPathLanguage(std::string_view name) {
-  return name.find_first_of("\\/") != std::string_view::npos ||
-         (name.size() >= 2 && name[1] == ':');
 }
 
 }  // namespace

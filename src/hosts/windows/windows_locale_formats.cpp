@@ -48,20 +48,6 @@ std::string WindowsLocaleFormats::Setting(LCTYPE type) const {
   return length > 0 ? Narrow({text.data(), static_cast<std::size_t>(length - 1)}) : std::string();
 }
 
-std::string WindowsLocaleFormats::GeneralDate(DateTime value) {
-  if (DatePart(value) == 0) return LongTime(value);
-  if (TimePart(value) == 0) return ShortDate(value);
-  return ShortDate(value) + " " + LongTime(value);
-}
-
-std::string WindowsLocaleFormats::ShortTime(DateTime value) {
-  const TimeOfDay time = TimeOf(value);
-  const auto two = [](int n) {
-    return std::string{static_cast<char>('0' + n / 10), static_cast<char>('0' + n % 10)};
-  };
-  return two(time.hour) + ":" + two(time.minute);
-}
-
 std::string WindowsLocaleFormats::LongTime(DateTime value) {
   const SYSTEMTIME parts = PartsOf(value);
   std::array<wchar_t, 128> text{};

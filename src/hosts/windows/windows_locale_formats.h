@@ -13,8 +13,6 @@ class WindowsLocaleFormats : public LocaleFormats {
  public:
   explicit WindowsLocaleFormats(LCID locale = LOCALE_USER_DEFAULT) : locale_(locale) {}
 
-  std::string GeneralDate(DateTime value) override;
-  std::string ShortTime(DateTime value) override;
   std::string LongTime(DateTime value) override;
   std::string ShortDate(DateTime value) override;
   std::string LongDate(DateTime value) override;

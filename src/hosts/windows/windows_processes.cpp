@@ -11,6 +11,7 @@
 #include "base/text.h"
 #include "hosts/windows/wide.h"
 #include "platform/command_line.h"
+#include "platform/path_text.h"
 
 namespace tarnvale {
 namespace {
@@ -27,11 +28,6 @@ std::wstring Plain(std::wstring_view native) {
   }
   if (native.substr(0, kLong.size()) == kLong) native.remove_prefix(kLong.size());
   return std::wstring(native);
-}
-
-bool IsPathLanguage(std::string_view name) {
-  return name.find_first_of("\\/") != std::string_view::npos ||
-         (name.size() >= 2 && name[1] == ':');
 }
 
 // What follows the first word of a command line.

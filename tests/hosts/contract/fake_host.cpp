@@ -11,14 +11,7 @@ class FakeHost : public HostUnderTest {
     machine_.files.MakeFolder("C:\\Data");
   }
 
-  FileSystem& Files() override { return machine_.files; }
-  OpenFiles& Open() override { return machine_.open_files; }
-  ProfileFiles& Profiles() override { return machine_.profiles; }
-  Processes& Programs() override { return machine_.processes; }
-  Clock& Clocks() override { return machine_.clock; }
-  RandomSource& Random() override { return machine_.random; }
-  LocaleFormats& Formats() override { return machine_.formats; }
-  Registry& Values() override { return machine_.registry; }
+  SystemParts Parts() override { return machine_.Interfaces(); }
 
   void Write(const Path& file, const std::string& content) override {
     machine_.files.Write(file, content);

@@ -10,14 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/clock.h"
-#include "platform/files.h"
-#include "platform/locale_formats.h"
-#include "platform/open_files.h"
-#include "platform/processes.h"
-#include "platform/profile_files.h"
-#include "platform/random_source.h"
-#include "platform/registry.h"
+#include "platform/system_parts.h"
 
 namespace tarnvale::testing {
 
@@ -26,14 +19,15 @@ class HostUnderTest {
  public:
   virtual ~HostUnderTest() = default;
 
-  virtual FileSystem& Files() = 0;
-  virtual OpenFiles& Open() = 0;
-  virtual ProfileFiles& Profiles() = 0;
-  virtual Processes& Programs() = 0;
-  virtual Clock& Clocks() = 0;
-  virtual RandomSource& Random() = 0;
-  virtual LocaleFormats& Formats() = 0;
-  virtual Registry& Values() = 0;
+  virtual SystemParts Parts() = 0;
+  FileSystem& Files() { return Parts().files; }
+  OpenFiles& Open() { return Parts().open_files; }
+  ProfileFiles& Profiles() { return Parts().profiles; }
+  Processes& Programs() { return Parts().processes; }
+  Clock& Clocks() { return Parts().clock; }
+  RandomSource& Random() { return Parts().random; }
+  LocaleFormats& Formats() { return Parts().formats; }
+  Registry& Values() { return Parts().registry; }
 
   /// Writes as another program would; the folder must be there.
   virtual void Write(const Path& file, const std::string& content) = 0;

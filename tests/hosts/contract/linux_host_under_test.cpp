@@ -28,14 +28,7 @@ class LinuxHostUnderTest : public HostUnderTest {
  public:
   LinuxHostUnderTest() : host_(SurroundingsIn(folder_)), drive_(folder_ / "drive") {}
 
-  FileSystem& Files() override { return host_.files; }
-  OpenFiles& Open() override { return host_.open_files; }
-  ProfileFiles& Profiles() override { return host_.profiles; }
-  Processes& Programs() override { return host_.processes; }
-  Clock& Clocks() override { return host_.clock; }
-  RandomSource& Random() override { return host_.random; }
-  LocaleFormats& Formats() override { return host_.formats; }
-  Registry& Values() override { return host_.registry; }
+  SystemParts Parts() override { return host_.Parts(); }
 
   void Write(const Path& file, const std::string& content) override {
     WriteNative(Native(file), content);

@@ -34,14 +34,7 @@ class WindowsHostUnderTest : public HostUnderTest {
  public:
   WindowsHostUnderTest() : host_(SurroundingsIn(folder_)) {}
 
-  FileSystem& Files() override { return host_.files; }
-  OpenFiles& Open() override { return host_.open_files; }
-  ProfileFiles& Profiles() override { return host_.profiles; }
-  Processes& Programs() override { return host_.processes; }
-  Clock& Clocks() override { return host_.clock; }
-  RandomSource& Random() override { return host_.random; }
-  LocaleFormats& Formats() override { return host_.formats; }
-  Registry& Values() override { return host_.registry; }
+  SystemParts Parts() override { return host_.Parts(); }
 
   void Write(const Path& file, const std::string& content) override {
     WriteNative(Native(file), content);
