@@ -50,6 +50,18 @@ std::string_view FirstCharacters(std::string_view text, std::size_t count) {
   return text.substr(0, bytes);
 }
 
+std::string_view WholeCharacters(std::string_view text, std::size_t bytes) {
+  if (text.size() < bytes) return text;
+  text = text.substr(0, bytes);
+  for (std::size_t back = 1; back <= std::min<std::size_t>(bytes, 3); ++back) {
+    const auto byte = static_cast<std::uint8_t>(text[bytes - back]);
+    if (byte >= 0x80 && byte < 0xC0) continue;
+    const bool is_cut = byte >= (back == 3 ? 0xF0 : back == 2 ? 0xE0 : 0xC0);
+    return is_cut ? text.substr(0, bytes - back) : text;
+  }
+  return text;
+}
+
 std::string_view WithoutLastCharacters(std::string_view text, std::size_t count) {
   const std::size_t all = CountCharacters(text);
   return FirstCharacters(text, all - std::min(all, count));

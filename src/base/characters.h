@@ -48,6 +48,10 @@ std::size_t CountCharacters(std::string_view text);
 /// The first `count` characters; all of a text that has no more.
 std::string_view FirstCharacters(std::string_view text, std::size_t count);
 
+/// The first `bytes` bytes, less a character that doesn't end among them; all of a text that
+/// has fewer.
+std::string_view WholeCharacters(std::string_view text, std::size_t bytes);
+
 /// All but the last `count` characters; empty for a text that has no more.
 std::string_view WithoutLastCharacters(std::string_view text, std::size_t count);
 

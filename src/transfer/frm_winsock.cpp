@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/characters.h"
 #include "base/numbers.h"
 #include "base/text.h"
 
@@ -25,7 +26,7 @@ constexpr std::size_t kMostOfLog = 1 << 20;
 /// cut at every line, from the start of a line where there is one. A log ends with
 /// a line end.
 std::string Latest(const std::string& log) {
-  const std::size_t cut = log.size() - kMostOfLog / 2;
+  const std::size_t cut = WholeCharacters(log, log.size() - kMostOfLog / 2).size();
   const std::size_t line_end = log.find(kLineEnd, cut);
   return log.substr(line_end + 2 < log.size() ? line_end + 2 : cut);
 }
@@ -67,11 +68,10 @@ void frmWinsock::WireSocket() {
 }
 
 void frmWinsock::LogServer(const std::string& bytes) {
-  last_reply_ = bytes.substr(0, kMostOfServer);
-  if (room_for_server_ == 0) return;
-  const std::size_t count = std::min(bytes.size(), room_for_server_);
-  room_for_server_ -= count;
-  Status(bytes.substr(0, count));
+  last_reply_ = WholeCharacters(bytes, kMostOfServer);
+  const std::string_view logged = WholeCharacters(bytes, room_for_server_);
+  room_for_server_ = logged.size() < bytes.size() ? 0 : room_for_server_ - logged.size();
+  if (!logged.empty()) Status(std::string(logged));
 }
 
 void frmWinsock::StartSend() {

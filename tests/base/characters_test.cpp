@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace tarnvale {
 namespace {
 
@@ -47,6 +49,16 @@ TEST(CharactersTest, NoCutLiesWithinACharacter) {
   EXPECT_EQ(WithoutLastCharacters(text, 3), "a\xC3\xA9");
   EXPECT_EQ(WithoutLastCharacters(text, 5), "");
   EXPECT_EQ(WithoutLastCharacters(text, 6), "");
+}
+
+TEST(CharactersTest, WholeCharactersOfALengthInBytes) {
+  const std::string text = "a\xC3\xA9\xF0\x9F\x98\x80\xA9z";
+  const std::vector<std::size_t> cuts{0, 1, 1, 3, 3, 3, 3, 7, 8, 9};
+  for (std::size_t bytes = 0; bytes < cuts.size(); ++bytes) {
+    EXPECT_EQ(WholeCharacters(text, bytes), text.substr(0, cuts[bytes])) << bytes;
+  }
+  EXPECT_EQ(WholeCharacters("a\xE2\x82", 3), "a");
+  EXPECT_EQ(WholeCharacters("a\xE2\x82", 4), "a\xE2\x82");
 }
 
 TEST(CharactersTest, PaddingCountsCharacters) {

@@ -124,6 +124,31 @@ TEST_F(FrmWinsockTest, TheLogKeepsTheFirst64KiBThatAServerSaysOnAConnection) {
   EXPECT_EQ(Sent(), whole_mail);
 }
 
+TEST_F(FrmWinsockTest, WhatTheLogKeepsOfAServerIsCutBetweenTwoCharacters) {
+  std::string flood = "f";
+  for (int i = 0; i < 50'000; ++i) flood += "\xC3\xA9";
+  server.on_connect = [&](FakeConnection& c) {
+    c.Say(flood, 0ms);
+    c.Say("more", 1ms);
+  };
+  Send();
+  const std::string log = Log();
+  EXPECT_EQ(std::count(log.begin(), log.end(), '\xC3'), 32767);
+  EXPECT_TRUE(log.find("\xC3\xA9\r\n") != std::string::npos);
+  EXPECT_TRUE(log.find("more") == std::string::npos);
+}
+
+TEST_F(FrmWinsockTest, TheLogOfALineWithoutEndBeginsWithACharacter) {
+  std::string line;
+  for (int i = 0; i < 1'000'000; ++i) line += "\xC3\xA9";
+  for (const std::string end : {"", "."}) {
+    window->Status(line + end);
+    EXPECT_TRUE(Log().starts_with("\xC3\xA9")) << end;
+    EXPECT_TRUE(Log().ends_with("\xC3\xA9" + end + "\r\n"));
+    EXPECT_LE(Log().size(), 1U << 20);
+  }
+}
+
 TEST_F(FrmWinsockTest, TheLogKeepsTheLatestMebibyteAndBeginsWithALine) {
   const std::string line(98, 'x');
   for (int i = 0; i < 30000; ++i) window->Status(line);

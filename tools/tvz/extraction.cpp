@@ -13,6 +13,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/characters.h"
 #include "hosts/linux/paths.h"
 #include "tvz/command_failure.h"
 #include "tvz/leftovers.h"
@@ -85,7 +86,8 @@ void TargetFolder::Make() {
 TargetFolder::Place TargetFolder::PlaceOf(const std::string& name) const {
   // Deeper than any path leads, nobody would find the file again.
   if (name.size() >= PATH_MAX) {
-    throw CommandFailure("\"" + name.substr(0, 40) + "...\"", "is too long for a path");
+    throw CommandFailure("\"" + std::string(FirstCharacters(name, 40)) + "...\"",
+                         "is too long for a path");
   }
   std::string last = LastPartOf(name);
   if (last.empty() || last == "." || last == ".." || name.find('\0') != std::string::npos) {
