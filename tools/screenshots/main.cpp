@@ -100,6 +100,7 @@ class Stage {
     p.form.Show();
   }
 
+  /// What a window's controls show goes by its timers: it is taken after a tick.
   void Tick(Timer& timer) {
     loop_.Deliver([&] { timer.Tick.Emit(); });
   }
@@ -305,7 +306,10 @@ class Stage {
             [&] { return p.popups.IsAlertLoaded() && !p.popups.Alert().Timer1.Enabled; });
     Keep("alert", p.popups.Alert());
     Tick(pause);
-    WaitFor("the end of the run", [&] { return p.engine.run.EngineFree.Get() == "1"; });
+    const RunState& run = p.engine.run;
+    WaitFor("the end of the run", [&] {
+      return run.EngineFree.Get() == "1" && run.StatusCaption.Get().starts_with("Success");
+    });
     Keep("progress", p.form);
     loop_.Deliver([&] { p.popups.ProgressPopup().CallUp(); });
     WaitFor("the progress window", [&] { return !p.popups.ProgressPopup().Timer1.Enabled; });
@@ -335,12 +339,14 @@ class Stage {
   void Tools() {
     Program& p = *program_;
     compression& compressor = Open(p.form.Label41, p.Compressor);
+    Tick(compressor.Timer1);
     Keep("compressor", compressor);
     Show(compressor.Label42);
     Keep("compressor-unpacking", compressor);
     compressor.Close();
 
     frmMain& splitter = Open(p.form.Label42, p.Splitter);
+    WaitFor("the first tick", [&] { return !splitter.chameleonButton2.Enabled.Get(); });
     Keep("splitter", splitter);
     Show(splitter.Label42);
     Keep("splitter-joining", splitter);
@@ -349,7 +355,8 @@ class Stage {
         [](QDialog& dialog) { dialog.reject(); });
     splitter.Close();
 
-    Window& registry_window = Open(p.form.Label56, p.RegistryBackup);
+    registry& registry_window = Open(p.form.Label56, p.RegistryBackup);
+    Tick(registry_window.Timer1);
     Keep("registry", registry_window);
     registry_window.Close();
     UserData();
@@ -363,6 +370,7 @@ class Stage {
 
   void UserData() {
     userdata& window = Open(program_->form.Label34, program_->UserData);
+    Tick(window.Timer1);
     const struct {
       const char* name;
       Label& link;
