@@ -34,7 +34,10 @@ class TreeView final : public QTreeView {
 }  // namespace
 
 FolderTreePeer::FolderTreePeer(PeerContext& context, FolderTree& tree, QWidget& parent)
-    : Peer(context, tree), tree_(tree), model_(context.files), view_(new TreeView(parent)) {
+    : Peer(context, tree),
+      tree_(tree),
+      rows_(context.files, {"C:\\"}),
+      view_(new TreeView(parent)) {
   view_->setModel(&model_);
   peek_.setSingleShot(true);
   connect(&peek_, &QTimer::timeout, this, [this] { PeekAtVisible(); });
@@ -49,7 +52,7 @@ FolderTreePeer::FolderTreePeer(PeerContext& context, FolderTree& tree, QWidget& 
     // Not in the midst of the view's own work on the rows.
     const QPersistentModelIndex opened(index);
     context_.loop.Post([this, opened] {
-      if (opened.isValid()) model_.Refresh(opened);
+      if (opened.isValid()) rows_.Refresh(model_.RowOf(opened));
       peek_.start(kPeekDelay);
     });
   });
@@ -69,14 +72,14 @@ QModelIndex FolderTreePeer::Selected() const {
 
 void FolderTreePeer::OnFrame() {
   const Path& path = tree_.SelectedPath.Get();
-  if (!starts_anew_ && model_.PathOf(Selected()) == path) return;
+  if (!starts_anew_ && rows_.PathOf(model_.RowOf(Selected())) == path) return;
   starts_anew_ = false;
   const QScopedValueRollback showing(is_showing_, true);
-  const QModelIndex index = model_.Find(path);
+  const QModelIndex index = model_.IndexOf(rows_.Find(path));
   view_->setCurrentIndex(index);
   if (!index.isValid()) {
     view_->clearSelection();
-    view_->expand(model_.Drive());
+    view_->expand(model_.index(0, 0, {}));
     return;
   }
   for (QModelIndex above = index.parent(); above.isValid(); above = above.parent()) {
@@ -90,7 +93,7 @@ void FolderTreePeer::ReportSelection() {
   if (is_showing_) return;
   const QModelIndex selected = Selected();
   if (!selected.isValid()) return;
-  Report([&] { tree_.SelectedPath = model_.PathOf(selected); });
+  Report([&] { tree_.SelectedPath = rows_.PathOf(model_.RowOf(selected)); });
 }
 
 void FolderTreePeer::PeekAtVisible() {
@@ -99,7 +102,7 @@ void FolderTreePeer::PeekAtVisible() {
   for (QModelIndex index = view_->indexAt(area.topLeft()); index.isValid();
        index = view_->indexBelow(index)) {
     if (!view_->visualRect(index).intersects(area)) return;
-    if (!model_.Peek(index)) continue;
+    if (!rows_.Peek(model_.RowOf(index))) continue;
     // One folder at a time: each may be large.
     view_->viewport()->update();
     peek_.start(std::chrono::milliseconds::zero());

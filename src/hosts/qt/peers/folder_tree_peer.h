@@ -22,7 +22,8 @@ class FolderTreePeer final : public Peer {
   void PeekAtVisible();
 
   FolderTree& tree_;
-  FolderTreeModel model_;
+  FolderTreeRows rows_;
+  FolderTreeModel model_{rows_};
   QTreeView* view_;
   QTimer peek_;
   bool starts_anew_ = false;
