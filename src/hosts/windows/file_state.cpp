@@ -29,6 +29,12 @@ bool FindOne(const std::wstring& native, WIN32_FIND_DATAW& found) {
   return true;
 }
 
+Handle OpenEntry(const std::wstring& native, DWORD access, DWORD share, Links links) {
+  const DWORD as_link = links == Links::kKeep ? FILE_FLAG_OPEN_REPARSE_POINT : 0;
+  return Handle(::CreateFileW(native.c_str(), access, share, nullptr, OPEN_EXISTING,
+                              FILE_FLAG_BACKUP_SEMANTICS | as_link, nullptr));
+}
+
 }  // namespace
 
 FileState StateOf(const WIN32_FIND_DATAW& found) {
@@ -57,7 +63,7 @@ std::optional<FileState> StateOf(const std::wstring& native, Links links) {
   if (is_reparse && native.back() != L'\\') FindOne(native, found);
   FileState state = StateOf(found);
   if (!state.is_link || links == Links::kKeep) return state;
-  const Handle target = OpenForHolding(native, Links::kFollow);
+  const Handle target = OpenToAsk(native, Links::kFollow);
   BY_HANDLE_FILE_INFORMATION info{};
   if (!target || ::GetFileInformationByHandle(target.Get(), &info) == 0) return std::nullopt;
   state.attributes = info.dwFileAttributes;
@@ -74,10 +80,12 @@ std::wstring ListedName(const std::wstring& native) {
 
 Handle OpenForHolding(const std::wstring& native, Links links) {
   constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE;
-  const DWORD as_link = links == Links::kKeep ? FILE_FLAG_OPEN_REPARSE_POINT : 0;
-  return Handle(::CreateFileW(native.c_str(), FILE_READ_ATTRIBUTES | FILE_LIST_DIRECTORY, kShare,
-                              nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | as_link,
-                              nullptr));
+  return OpenEntry(native, FILE_READ_ATTRIBUTES | FILE_LIST_DIRECTORY, kShare, links);
+}
+
+Handle OpenToAsk(const std::wstring& native, Links links) {
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  return OpenEntry(native, FILE_READ_ATTRIBUTES, kShareAll, links);
 }
 
 std::optional<FileNumber> NumberOf(HANDLE file) {

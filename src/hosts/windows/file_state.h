@@ -37,9 +37,13 @@ FileState StateOf(const WIN32_FIND_DATAW& found);
 /// a short one. Empty when nothing has it.
 std::wstring ListedName(const std::wstring& native);
 
-/// Opens a folder, or anything for its state alone. While it is held, neither it nor a
-/// folder that it lies in can be renamed or deleted. Sets the last error.
+/// Opens a folder. While it is held, neither it nor a folder that it lies in can be renamed
+/// or deleted. Sets the last error.
 Handle OpenForHolding(const std::wstring& native, Links links);
+
+/// Opens anything for what the system tells of it alone, which keeps nobody from anything.
+/// Sets the last error.
+Handle OpenToAsk(const std::wstring& native, Links links);
 
 /// The same file or folder has the same number, as long as it is held.
 struct FileNumber {

@@ -41,6 +41,19 @@ void FlushWritten(const std::wstring& native) {
   if (!file || ::FlushFileBuffers(file.Get()) == 0) RaiseLast(Attempt::kChange);
 }
 
+// Scanners and indexers open what was just written or listed, for a moment.
+bool MoveWithPatience(const std::wstring& from, const std::wstring& to, DWORD flags) {
+  constexpr DWORD kLongestPause_ms = 320;
+  for (DWORD pause_ms = 10;; pause_ms *= 2) {
+    if (::MoveFileExW(from.c_str(), to.c_str(), flags) != 0) return true;
+    const DWORD error = ::GetLastError();
+    const bool may_pass = error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED ||
+                          error == ERROR_LOCK_VIOLATION || error == ERROR_USER_MAPPED_FILE;
+    if (!may_pass || pause_ms > kLongestPause_ms) return false;
+    ::Sleep(pause_ms);
+  }
+}
+
 void DeleteTemporary(const std::wstring& temporary) {
   const DWORD error = ::GetLastError();
   ::SetFileAttributesW(temporary.c_str(), FILE_ATTRIBUTE_NORMAL);
@@ -106,7 +119,7 @@ SECURITY_ATTRIBUTES* OwnersAlone() {
 
 void GiveName(const std::wstring& temporary, const std::wstring& target, bool replaces) {
   const DWORD flags = MOVEFILE_WRITE_THROUGH | (replaces ? MOVEFILE_REPLACE_EXISTING : 0);
-  if (::MoveFileExW(temporary.c_str(), target.c_str(), flags) != 0) return;
+  if (MoveWithPatience(temporary, target, flags)) return;
   DeleteTemporary(temporary);
   const DWORD error = ::GetLastError();
   if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) {

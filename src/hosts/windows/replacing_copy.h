@@ -18,7 +18,8 @@ void RequireReplaceable(const FileState& source, const FileState& target);
 SECURITY_ATTRIBUTES* OwnersAlone();
 
 /// Gives what was written beside a file, and is on the medium, the file's name.
-/// `replaces`: something has it. Raises 70, 58; the temporary is then deleted.
+/// `replaces`: something has it. Waits for half a second while another program has one of
+/// them open. Raises 70, 58; the temporary is then deleted.
 void GiveName(const std::wstring& temporary, const std::wstring& target, bool replaces);
 
 /// Copies a file with the attributes `attributes`, or what a link leads to, with time and

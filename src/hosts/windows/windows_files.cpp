@@ -36,8 +36,8 @@ bool SameState(const FileState& a, const FileState& b) {
 }
 
 bool AreOneFile(const std::wstring& a, const std::wstring& b) {
-  const Handle one = OpenForHolding(a, Links::kFollow);
-  const Handle two = OpenForHolding(b, Links::kFollow);
+  const Handle one = OpenToAsk(a, Links::kFollow);
+  const Handle two = OpenToAsk(b, Links::kFollow);
   return one && two && NumberOf(one.Get()) == NumberOf(two.Get());
 }
 

@@ -32,14 +32,15 @@ bool ReadWhole(const std::wstring& native, std::string& bytes) {
 }
 
 // Keeps other instances from replacing a file while we look and replace it. They hold it
-// for a moment; whoever holds it for longer doesn't stop us.
+// for as long as a slow medium takes to rename a file; whoever holds it for longer doesn't
+// stop us.
 class SaveLock {
  public:
   explicit SaveLock(const std::wstring& native)
       : mutex_(::CreateMutexW(
             nullptr, FALSE,
             Wide("Local\\Tarnvale-save-" + StableHash(Narrow(KeyOf(native)))).c_str())) {
-    constexpr DWORD kPatience_ms = 20;
+    constexpr DWORD kPatience_ms = 3000;
     const DWORD result = mutex_ ? ::WaitForSingleObject(mutex_.Get(), kPatience_ms) : WAIT_FAILED;
     is_held_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
   }
@@ -68,7 +69,7 @@ std::optional<WindowsProfileFiles::Version> WindowsProfileFiles::VersionOf(
     const std::wstring& native) {
   const auto state = StateOf(native, Links::kFollow);
   if (!state) return std::nullopt;
-  const Handle file = OpenForHolding(native, Links::kFollow);
+  const Handle file = OpenToAsk(native, Links::kFollow);
   return Version{*state, file ? NumberOf(file.Get()).value_or(FileNumber{}) : FileNumber{}};
 }
 
