@@ -91,6 +91,16 @@ TEST_F(LinksOfOthersTest, AndFilesOfTheirsAreReplacedByTheLogAndByWhatIsUnpacked
   EXPECT_TRUE(std::filesystem::is_symlink(OnDrive("Data/own")));
 }
 
+TEST_F(LinksOfOthersTest, ALogGoesIntoNoFileWithASecondName) {
+  WriteNative(OnDrive("Data/letter"), "dear");
+  ASSERT_EQ(::link(OnDrive("Data/letter").c_str(), Shared("log").c_str()), 0);
+  host.open_files.OpenOutput(1, "C:\\Data\\shared\\log", Rights::kOwner);
+  host.open_files.Write(1, "new");
+  host.open_files.Close(1);
+  EXPECT_EQ(ReadNative(Shared("log")), "new");
+  EXPECT_EQ(ReadNative(OnDrive("Data/letter")), "dear");
+}
+
 // The other way round for root, whom nobody can keep from deleting.
 TEST_F(LinksOfOthersTest, AndFilesOfTheirsThatCannotBeReplacedAreNotWrittenInto) {
   if (::geteuid() == 0 && !AnotherUser::IsReal()) GTEST_SKIP() << "root can delete everything";

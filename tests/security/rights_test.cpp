@@ -83,12 +83,19 @@ TEST_F(RightsFromAMediumTest, DoNotComeBackWithATwoWaySync) {
   ExpectHarmless("Data/home");
 }
 
-TEST_F(RightsFromAMediumTest, DoNotReplaceThoseOfAFileThatIsThere) {
-  WriteNative(OnDrive("Data/home/tool"), "old");
-  SetModifiedNative(OnDrive("Data/home/tool"), 1000);
+TEST_F(RightsFromAMediumTest, OpenNoFileThatIsTheUsersAlone) {
+  const std::string tool = OnDrive("Data/home/tool");
+  WriteNative(tool, "old");
+  ASSERT_EQ(::chmod(tool.c_str(), 0600), 0);
+  SetModifiedNative(tool, 1000);
   FileSync(machine).SyncFolders("C:\\Data\\home", "C:\\Data\\medium", true);
-  EXPECT_EQ(ReadNative(OnDrive("Data/home/tool")), "tool");
-  ExpectHarmless("Data/home");
+  EXPECT_EQ(ReadNative(tool), "tool");
+  EXPECT_EQ(ModeOf(tool), 0600U);
+
+  SetModifiedNative(tool, 1000);
+  EXPECT_TRUE(
+      FileControl(machine).CopyFolderTo("C:\\Data\\medium", "C:\\Data\\home", {.overwrite = true}));
+  EXPECT_EQ(ModeOf(tool), 0600U);
 }
 
 TEST_F(RightsFromAMediumTest, ButThoseOfTheUserGoToTheStorageWithoutSetIdBits) {

@@ -90,6 +90,15 @@ bool LinkNameless(int file, NativeSpot target) {
          0;
 }
 
+// Those that a file has whose place a copy takes: what it let nobody read, its
+// successor doesn't either. All for anything else, and for nothing.
+mode_t PermissionsThere(NativeSpot target) {
+  struct stat there {};
+  const bool is_file = ::fstatat(target.folder_fd, target.path, &there, AT_SYMLINK_NOFOLLOW) == 0 &&
+                       S_ISREG(there.st_mode);
+  return is_file ? there.st_mode & 0777 : 0777;
+}
+
 // `made`: what the system gave the new file. Set-id bits lend the owner's rights,
 // and on a medium any owner can be written: no copy has them.
 mode_t PermissionsFor(Rights rights, mode_t source, mode_t made) {
@@ -145,7 +154,7 @@ bool MayReplace(const struct stat& source, const struct stat& target) {
 mode_t AtomicCopy::CreationMode(const Source& source) {
   mode_t mode = source.rights == Rights::kOwner ? 0 : source.info.st_mode & 0777;
   // For a file without a name older kernels forget it.
-  if (source.rights == Rights::kNewFile) mode &= ~UserMask();
+  if (source.rights == Rights::kNewFile) mode &= source.allowed & ~UserMask();
   return mode | kOwnersAlone;
 }
 
@@ -169,6 +178,9 @@ struct stat AtomicCopy::CopyFile(NativeSpot source, CopyManner manner, const Cop
   Source from;
   from.rights = manner.rights;
   from.file = OpenSource(source, manner.links, from.info);
+  if (!target.is_new && from.rights == Rights::kNewFile) {
+    from.allowed = PermissionsThere(target.spot);
+  }
   if (!target.is_new || !CopyNameless(from, target)) CopyNamed(from, target);
   return from.info;
 }

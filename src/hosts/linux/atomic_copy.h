@@ -64,6 +64,7 @@ class AtomicCopy {
     Descriptor file;
     struct stat info {};
     Rights rights = Rights::kOwner;  ///< of the copy
+    mode_t allowed = 0777;           ///< of the permissions, by the file that is replaced
   };
 
   static mode_t CreationMode(const Source& source);

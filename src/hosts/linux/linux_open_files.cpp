@@ -175,14 +175,17 @@ void LinuxOpenFiles::OpenOutput(int number, const Path& file, Rights rights) {
     RequirePlain(info);
     if (IsReadOnly(info)) throw ProgramError(kPathFileAccess);
   }
-  const mode_t mode = rights == Rights::kOwner ? kOwnersAlone : kNewFile;
-  bool is_ours = !is_there || IsOfThisUser(info);
+  const bool is_owners = rights == Rights::kOwner;
+  const mode_t mode = is_owners ? kOwnersAlone : kNewFile;
+  // What is the owner's alone goes into no file that has a second name elsewhere.
+  const auto may_take = [&] { return is_owners ? IsNobodyElses(info) : IsOfThisUser(info); };
+  bool is_ours = !is_there || may_take();
   Descriptor opened;
   if (is_ours) {
     opened = OpenByOwnLinks(AT_FDCWD, native, O_RDWR | O_CREAT | kOpenFlags, mode);
     if (!opened) RaiseForOpening(errno);
     // Something else may have its place by now.
-    is_ours = ::fstat(opened.Get(), &info) == 0 && IsOfThisUser(info);
+    is_ours = ::fstat(opened.Get(), &info) == 0 && may_take();
   }
   if (!is_ours) {
     const Descriptor folder =
@@ -192,7 +195,7 @@ void LinuxOpenFiles::OpenOutput(int number, const Path& file, Rights rights) {
   if (!opened || ::ftruncate(opened.Get(), 0) != 0) RaiseForOpening(errno);
   // An old file of the user's own loses wider rights. A medium without permissions
   // refuses; that does no harm.
-  if (rights == Rights::kOwner && ::fchmod(opened.Get(), kOwnersAlone) != 0) errno = 0;
+  if (is_owners && ::fchmod(opened.Get(), kOwnersAlone) != 0) errno = 0;
   Hold(number, std::move(opened), Mode::kOutput, true);
 }
 
