@@ -181,6 +181,9 @@ void Check::AddTree(HeldFolder& source, const TreeEnd& from, const TreeEnd& to,
 void Check::OnRead(const NativeEntry& folder, const FolderContents& contents) {
   if (LiesInLocation(folder.folder) || !read_folders_.insert(folder.folder).second) return;
   PassOverNames(folder.folder_fd, folder.folder, false);
+  for (const std::string& name : contents.folders) {
+    if (folder.folder + "/" + name == location_) PassOver(location_ + "/", Rule::kStorage);
+  }
   if (options_.archive != nullptr && contents.files.empty() && contents.folders.empty()) {
     PassOver(folder.folder + "/", Rule::kEmptyFolder);
   }

@@ -120,7 +120,7 @@ class Checking {
     Findings findings = check.Finish();
     if (packed_) {
       Contents contents([&](std::int64_t bytes) { progress.AddBytes(bytes); });
-      packed_->Compare(host_, request_.contents ? &contents : nullptr, findings, progress);
+      packed_->Compare(host_, contents, findings, progress);
     }
     progress.line.Clear();
     WriteText(STDOUT_FILENO,

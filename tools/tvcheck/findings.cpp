@@ -24,6 +24,8 @@ RuleText TextOf(Rule rule) {
       return {"name", "no path can hold a backslash or a star"};
     case Rule::kSpecial:
       return {"special", "devices, sockets and pipes are never copied"};
+    case Rule::kStorage:
+      return {"storage-location", "what lies in the storage location isn't copied into it"};
     case Rule::kNewerCopy:
       return {"newer-copy", "the copy is newer, and stays"};
     case Rule::kReadOnlyCopy:

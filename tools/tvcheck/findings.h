@@ -22,6 +22,7 @@ enum class Rule {
   kHidden,
   kName,
   kSpecial,
+  kStorage,
   kNewerCopy,
   kReadOnlyCopy,
   kUnchanged,

@@ -26,9 +26,10 @@ bool IsLink(const std::string& native) {
   return ::lstat(native.c_str(), &info) == 0 && S_ISLNK(info.st_mode);
 }
 
-// An archive has no times but its own: what changed later can't be in it.
+// An archive has no times but its own, and one that was fetched back not even that: only
+// the bytes say whether a file is in it as it is.
 State Judge(const std::string& source, const ContainerRecord& record, time_t packed_s,
-            Contents* contents, std::string& reason) {
+            Contents& contents, std::string& reason) {
   struct stat info {};
   if (!StateByOwnLinks(AT_FDCWD, source, info)) {
     reason = ReasonOf(errno);
@@ -36,13 +37,11 @@ State Judge(const std::string& source, const ContainerRecord& record, time_t pac
   }
   const bool is_later = info.st_mtim.tv_sec > packed_s;
   const bool same_size = static_cast<std::size_t>(info.st_size) == record.content.Size();
-  if (same_size && contents != nullptr) {
-    const Equality equality = contents->Compare(source, record.content.View());
+  if (same_size) {
+    const Equality equality = contents.Compare(source, record.content.View());
     reason = equality.failure;
     if (!reason.empty()) return State::kUnreadable;
     if (equality.equal) return State::kSame;
-  } else if (same_size && !is_later) {
-    return State::kSame;
   }
   return is_later ? State::kOlder : State::kDifferent;
 }
@@ -60,7 +59,7 @@ void PackedCopies::Expect(std::string source, const std::string& copy, Rule rule
   expected_.push_back({std::move(source), std::move(entry), rule});
 }
 
-void PackedCopies::Compare(LinuxHost& host, Contents* contents, Findings& findings,
+void PackedCopies::Compare(LinuxHost& host, Contents& contents, Findings& findings,
                            CheckProgress& progress) {
   struct stat info {};
   const ArchiveContents archive(archive_, progress.line);

@@ -26,7 +26,7 @@ class PackedCopies {
 
   /// Compares all that is expected with sizes, and its time with the archive's own; or
   /// with its bytes. Raises CommandFailure for a bad archive.
-  void Compare(LinuxHost& host, Contents* contents, Findings& findings, CheckProgress& progress);
+  void Compare(LinuxHost& host, Contents& contents, Findings& findings, CheckProgress& progress);
 
  private:
   struct Expected {
