@@ -34,15 +34,15 @@ GuiTest::GuiTest()
               .locale_name = "C",
               .processes = {.program_file = folder.Path() + "/drive/tarnvale",
                             .lock_folder = folder.Path() + "/lock",
-                            .desktop_opener = folder.Path() + "/drive/opener"}}),
+                            .desktop_opener = folder.Path() + "/drive/opener"},
+              .user = {.home = folder.Path() + "/drive/home/ann",
+                       .config = folder.Path() + "/drive/home/ann/.config"}}),
       paths{.to_program = [this](const std::string& native) { return system.PathOf(native); },
             .to_native = [this](const Path& path) { return system.NativeOf(path); }},
       host(loop, system.files, paths.to_program),
       dialogs(host, paths),
       tray(loop),
-      sockets(loop),
-      machine{system.Parts(),
-              {loop, boxes, host.Surroundings(), host, dialogs, tray, sockets, ftp}} {
+      sockets(loop) {
   loop.Fault.Listen([](const ProgramError& error) { ADD_FAILURE() << error.what(); });
   QObject::connect(&watch_, &QTimer::timeout, [this] { RefuseUnexpectedDialog(); });
   watch_.start(kLookMs);
@@ -85,7 +85,9 @@ int GuiTest::Starts(const std::string& companion) const {
 
 Program& GuiTest::Start(const std::string& ini) {
   if (!ini.empty()) Write("Data/Tarnvale.ini", ini);
-  program = std::make_unique<Program>(machine);
+  machine.emplace(Machine{
+      system.Parts(), {loop, boxes, host.Surroundings(), host, dialogs, tray, *mail_sockets, ftp}});
+  program = std::make_unique<Program>(*machine);
   EXPECT_TRUE(program->Start());
   return *program;
 }
@@ -138,6 +140,17 @@ bool GuiTest::WaitUntilActive(Window& window) {
   // box goes. A person would click on the window.
   NativeOf(window).activateWindow();
   return WaitFor(is_active);
+}
+
+int GuiTest::PaintsWhileIdle() {
+  QElapsedTimer since;
+  since.start();
+  EXPECT_TRUE(WaitFor([&] { return since.elapsed() > 1500; }));
+  PaintCounter paints;
+  qApp->installEventFilter(&paints);
+  since.restart();
+  EXPECT_TRUE(WaitFor([&] { return since.elapsed() > 2000; }));
+  return paints.count;
 }
 
 QWidget& GuiTest::WidgetOf(Control& control) {

@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <QDialog>
+#include <QEvent>
 #include <QMessageBox>
 #include <QPointer>
 #include <QTimer>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,16 @@
 #include "tests/hosts/contract/temporary_folder.h"
 
 namespace tarnvale::testing {
+
+/// Counts how often what it is installed on is painted.
+class PaintCounter : public QObject {
+ public:
+  int count = 0;
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() == QEvent::Paint && object->isWidgetType()) ++count;
+    return false;
+  }
+};
 
 /// A test has a drive of its own, in whose root the program believes to lie, with
 /// the two companion programs beside it. Each of those writes its name into a
@@ -51,9 +63,12 @@ class GuiTest : public ::testing::Test {
   void EndPauseBeforeRun();
 
   /// Lets the loop run until `condition` holds. False when it never did.
-  bool WaitFor(const std::function<bool()>& condition, int patience_ms = 15000);
+  bool WaitFor(const std::function<bool()>& condition, int patience_ms = 25000);
   bool WaitUntilActive(Window& window);
   bool WaitUntilShown(Window& window);
+  /// How often anything is painted in two seconds of all timers ticking, once what
+  /// is open has settled.
+  int PaintsWhileIdle();
 
   QtWindow& NativeOf(Window& window) { return *host.NativeOf(window); }
   /// The widget that takes what the user does with a control.
@@ -103,7 +118,9 @@ class GuiTest : public ::testing::Test {
   QtTray tray;
   QtSockets sockets;
   NoFtpTransport ftp;
-  Machine machine;
+  /// What the program's mail goes by; to be set before its start.
+  Sockets* mail_sockets = &sockets;
+  std::optional<Machine> machine;  ///< made at the start
   std::unique_ptr<Program> program;
   /// The text and title of the box that was answered last.
   std::string box_text;

@@ -5,35 +5,15 @@
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QMessageBox>
-#include <QTest>
-#include <QTimer>
-
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <memory>
 #include <string>
 
-#include "app/program.h"
-#include "hosts/linux/linux_host.h"
-#include "hosts/qt/qt_event_loop.h"
-#include "hosts/qt/qt_file_dialogs.h"
-#include "hosts/qt/qt_message_boxes.h"
-#include "hosts/qt/qt_sockets.h"
-#include "hosts/qt/qt_tray.h"
-#include "hosts/qt/qt_window_host.h"
-#include "platform/no_ftp_transport.h"
+#include "tests/gui/gui_fixture.h"
 #include "tests/gui/mail_server.h"
 #include "tests/hosts/contract/loopback_server.h"
 #include "tests/hosts/contract/redirected_sockets.h"
-#include "tests/hosts/contract/temporary_folder.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -41,76 +21,24 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-constexpr int kPatienceMs = 25000;
-
-class RealReports : public ::testing::Test {
+class RealReports : public GuiTest {
  protected:
-  RealReports() {
-    Write("Data.txt", "\"C:\\Data\"\r\n");
-    Write("U3-Data.exe", "");
-    Write("Data/Tarnvale.ini",
-          "[Setup]\r\nWizard=1\r\n[Destiny]\r\nDir=C:\\Store\r\n[Server]\r\nSTMP=localhost\r\n"
-          "[Reports]\r\nSend=True\r\n[Send]\r\nTo=ann@home.test, bob@home.test\r\n"
-          "[FTP]\r\nPassword=well-kept\r\n[Entries]\r\n0=C:\\Work\\a.txt\r\n");
-    Write("Work/a.txt", "one");
-    std::filesystem::create_directories(Native("Store"));
-    loop.Fault.Listen([](const ProgramError& error) { ADD_FAILURE() << error.what(); });
-  }
-
-  std::string Native(const std::string& path) const { return folder.Path() + "/drive/" + path; }
-  void Write(const std::string& path, const std::string& content) {
-    std::filesystem::create_directories(std::filesystem::path(Native(path)).parent_path());
-    std::ofstream(Native(path), std::ios::binary) << content;
-  }
-
-  bool WaitFor(const std::function<bool()>& condition) {
-    QElapsedTimer since;
-    since.start();
-    while (!condition()) {
-      if (since.elapsed() > kPatienceMs) return false;
-      loop.WaitPass();
-    }
-    return true;
-  }
-
-  /// Starts the program, with these sockets for its mail, and brings its window
-  /// up.
-  Program& Start(Sockets& mail_sockets) {
-    machine = std::make_unique<Machine>(
-        Machine{system.Parts(),
-                {loop, boxes, host.Surroundings(), host, dialogs, tray, mail_sockets, ftp}});
-    program = std::make_unique<Program>(*machine);
-    EXPECT_TRUE(program->Start());
-    BringUp(program->form);
-    return *program;
-  }
-  void BringUp(Window& window) {
-    window.State = WindowState::kNormal;
-    window.Show();
-    EXPECT_TRUE(WaitFor([&] { return host.NativeOf(window)->isActiveWindow(); }));
-  }
-
-  void Click(Window& window, Control& control) {
-    QTest::mouseClick(&host.NativeOf(window)->PeerOf(control)->FocusWidget(), Qt::LeftButton);
-  }
-  void AnswerYesToTheNextBox() {
-    auto* poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, qApp, [poll] {
-      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box == nullptr) return;
-      poll->deleteLater();
-      box->button(QMessageBox::Yes)->click();
-    });
-    poll->start(5);
+  /// Starts the program, with these sockets for its mail, and brings its window up.
+  Program& StartWith(Sockets& sockets_of_mail) {
+    mail_sockets = &sockets_of_mail;
+    return StartAndBringUp(
+        "[Setup]\r\nWizard=1\r\n[Destiny]\r\nDir=C:\\Store\r\n[Server]\r\nSTMP=localhost\r\n"
+        "[Reports]\r\nSend=True\r\n[Send]\r\nTo=ann@home.test, bob@home.test\r\n"
+        "[FTP]\r\nPassword=well-kept\r\n[Entries]\r\n0=C:\\Work\\a.txt\r\n");
   }
 
   void SendTestMail(Program& p) {
-    Click(p.form, p.form.Label39);
-    Click(p.form, p.form.Advanced.chameleonButton6);
+    Click(p.form.Label39);
+    Click(p.form.Advanced.chameleonButton6);
   }
   /// Backs up and waits for the end of the mail's conversation.
   void BackUp(Program& p) {
-    AnswerYesToTheNextBox();
+    AnswerNextBox(QMessageBox::Yes);
     // Not by the mouse: which window is the active one now is the desktop's affair.
     p.form.Label49.Clicked.Emit();
     ASSERT_TRUE(
@@ -122,24 +50,6 @@ class RealReports : public ::testing::Test {
            p.Mailer.Get().txtData.Text.Get().find("<CONNECTION CLOSED>") != std::string::npos;
   }
   std::string Log(Program& p) { return p.Mailer.Get().txtData.Text.Get(); }
-
-  TemporaryFolder folder;
-  LinuxHost system{
-      {.root = folder.Path() + "/drive",
-       .state_folder = folder.Path() + "/state",
-       .locale_name = "C",
-       .processes = {.program_file = "/proc/self/exe", .lock_folder = folder.Path() + "/lock"}}};
-  QtEventLoop loop;
-  QtWindowHost host{loop, system.files, [](const std::string& native) { return "C:" + native; }};
-  QtMessageBoxes boxes;
-  QtFileDialogs dialogs{host,
-                        {.to_program = [](const std::string& native) { return "C:" + native; },
-                         .to_native = [](const Path&) { return std::string(); }}};
-  QtTray tray{loop};
-  QtSockets sockets{loop};
-  NoFtpTransport ftp;
-  std::unique_ptr<Machine> machine;
-  std::unique_ptr<Program> program;
 };
 
 /// One mail of the mailbox file, without its headers.
@@ -166,10 +76,10 @@ std::string TextOfMail(const std::string& mailbox, const std::string& recipient,
 // Sends a test mail and a report to a real server and reads the mailbox.
 class ReportsToAMailServer : public RealReports {
  protected:
-  void SendBothAndCompare(MailServer& server, Sockets& mail_sockets) {
+  void SendBothAndCompare(MailServer& server, Sockets& sockets_of_mail) {
     ASSERT_TRUE(WaitFor([&] { return server.Log().find("daemon started") != std::string::npos; }))
         << server.Log();
-    Program& p = Start(mail_sockets);
+    Program& p = StartWith(sockets_of_mail);
     SendTestMail(p);
     EXPECT_TRUE(p.Mailer.Get().Visible);
     EXPECT_TRUE(WaitFor([&] { return host.NativeOf(p.Mailer.Get())->isVisible(); }));
@@ -231,7 +141,7 @@ TEST_F(ReportsOnPort25, AreWhereTheProgramSendsThem) {
     if (server.Accept()) server.Say("220 ready\r\n");
     server.Read();
   });
-  Program& p = Start(sockets);
+  Program& p = StartWith(sockets);
   BackUp(p);
   ASSERT_TRUE(WaitFor([&] { return server.SawEnd(); }));
   EXPECT_EQ(server.Received(),
