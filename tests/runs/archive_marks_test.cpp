@@ -159,9 +159,10 @@ TEST_F(ArchiveMarksTest, TheMarkServesWithAnotherStateFolderToo) {
   Write("Work/b.txt", "b");
   RunOf({"C:\\Work\\a.txt", "C:\\Work\\b.txt"});
   Rename("Work/b.txt", "Work/c.txt");
-  LinuxFiles next_run(folder.Path() + "/drive", folder.Path() + "/other state");
-  EXPECT_EQ(next_run.Attributes("C:\\Work\\a.txt"), 0);
-  EXPECT_EQ(next_run.Attributes("C:\\Work\\c.txt"), attribute::kArchive);
+  LinuxHost next_run(
+      {.root = folder / "drive", .state_folder = folder / "other state", .locale_name = {}});
+  EXPECT_EQ(next_run.files.Attributes("C:\\Work\\a.txt"), 0);
+  EXPECT_EQ(next_run.files.Attributes("C:\\Work\\c.txt"), attribute::kArchive);
 }
 
 TEST_F(ArchiveMarksTest, WhatASyncBringsToTheComputerCountsAsChanged) {

@@ -391,8 +391,8 @@ TEST(LinksOfRootTest, OnTheSystemsOwnDiskAreFollowed) {
   if (!S_ISLNK(info.st_mode) || info.st_uid != 0 || info.st_dev != StateOf("/").st_dev) {
     GTEST_SKIP() << link << " is no link of root on the root file system";
   }
-  LinuxFiles files("/", folder / "state");
-  EXPECT_EQ(RaisedBy([&] { files.Attributes("C:\\etc\\mtab"); }), 0);
+  LinuxHost host({.root = "/", .state_folder = folder / "state", .locale_name = {}});
+  EXPECT_EQ(RaisedBy([&] { host.files.Attributes("C:\\etc\\mtab"); }), 0);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 //   run_once pack FOLDER ARCHIVE  as automatic compression does
 //   run_once leave FOLDER         leaves what a copy leaves that was killed
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -14,7 +13,7 @@
 #include "codec/archive.h"
 #include "core/engine.h"
 #include "hosts/linux/linux_host.h"
-#include "hosts/linux/temporaries.h"
+#include "hosts/linux/replacement.h"
 #include "ui/headless_machine.h"
 
 namespace tarnvale {
@@ -54,7 +53,9 @@ void Pack(const std::string& folder, const std::string& archive) {
 
 [[noreturn]] void Leave(const std::string& folder) {
   Temporaries temporaries(DefaultStateFolder());
-  CreateFresh(AT_FDCWD, temporaries.Begin(folder).c_str(), 0600);
+  TemporarySlot slot(temporaries);
+  Replacement left(slot, folder);
+  left.Create(0600);
   ::_exit(0);
 }
 

@@ -19,7 +19,8 @@ inline constexpr char kArchivedAttribute[] = "user.tarnvale.archived";
 /// with an archive bit use that in place of the mark, and then both must say so.
 class ArchiveBit {
  public:
-  explicit ArchiveBit(const std::string& state_folder) : index_(state_folder) {}
+  ArchiveBit(const std::string& state_folder, Temporaries& temporaries)
+      : index_(state_folder, temporaries) {}
 
   /// `info` is the file's, links followed. Raises 75.
   bool IsSet(const std::string& native, const struct stat& info);

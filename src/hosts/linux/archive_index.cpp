@@ -6,7 +6,6 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
-#include <cstdio>
 #include <fstream>
 #include <string_view>
 #include <system_error>
@@ -14,6 +13,7 @@
 
 #include "base/failure.h"
 #include "hosts/linux/descriptor.h"
+#include "hosts/linux/replacement.h"
 #include "hosts/linux/state_folder.h"
 
 namespace tarnvale {
@@ -76,8 +76,8 @@ std::optional<ArchiveMark> ArchiveMark::Take(std::string_view& text) {
   return std::nullopt;
 }
 
-ArchiveIndex::ArchiveIndex(std::string state_folder)
-    : folder_(std::move(state_folder)), file_(folder_ + "/archived") {}
+ArchiveIndex::ArchiveIndex(std::string state_folder, Temporaries& temporaries)
+    : folder_(std::move(state_folder)), file_(folder_ + "/archived"), temporaries_(temporaries) {}
 
 const ArchiveMark* ArchiveIndex::Find(const std::string& native) {
   Load();
@@ -119,12 +119,15 @@ void ArchiveIndex::TakeLine(std::string_view line) {
 }
 
 void ArchiveIndex::Compact() {
-  const std::string fresh = file_ + ".new";
-  std::ofstream out(fresh, std::ios::binary | std::ios::trunc);
-  for (const auto& [native, mark] : marks_) out << LineOf(native, mark);
-  out.close();
+  std::string text;
+  for (const auto& [native, mark] : marks_) text += LineOf(native, mark);
+  TemporarySlot slot(temporaries_);
+  Replacement fresh(slot, folder_);
   // The long form goes on to serve when this fails.
-  if (out) std::rename(fresh.c_str(), file_.c_str());
+  PassedOver pass;
+  pass.Step([&] {
+    if (fresh.Create(0600) && WriteAll(fresh.Fd(), text)) fresh.Commit(file_, Flush::kYes);
+  });
 }
 
 void ArchiveIndex::Append(const std::string& line) {

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "hosts/linux/temporaries.h"
+
 namespace tarnvale {
 
 /// Which file it was whose archive attribute was cleared. No device: its number
@@ -35,7 +37,7 @@ struct ArchiveMark {
 class ArchiveIndex {
  public:
   /// `state_folder` is a native folder, made when it is first needed.
-  explicit ArchiveIndex(std::string state_folder);
+  ArchiveIndex(std::string state_folder, Temporaries& temporaries);
 
   /// Null when the file has none.
   const ArchiveMark* Find(const std::string& native);
@@ -53,6 +55,7 @@ class ArchiveIndex {
 
   std::string folder_;
   std::string file_;
+  Temporaries& temporaries_;
   std::unordered_map<std::string, ArchiveMark> marks_;
   bool loaded_ = false;
 };

@@ -7,7 +7,6 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <cstring>
 #include <string_view>
 #include <vector>
@@ -18,34 +17,13 @@
 #include "hosts/linux/descriptor.h"
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
+#include "hosts/linux/replacement.h"
 
 namespace tarnvale {
 namespace {
 
 constexpr mode_t kPermissions = 07777;
 constexpr mode_t kOwnersAlone = 0600;
-
-// A temporary that goes when it isn't renamed in the end.
-class Provisional {
- public:
-  explicit Provisional(NativeSpot spot) : spot_(spot) {}
-  Provisional(const Provisional&) = delete;
-  Provisional& operator=(const Provisional&) = delete;
-  ~Provisional() {
-    if (!renamed_) ::unlinkat(spot_.folder_fd, spot_.path, 0);
-  }
-
-  void RenameTo(NativeSpot target) {
-    if (::renameat(spot_.folder_fd, spot_.path, target.folder_fd, target.path) != 0) {
-      RaiseNative(errno, Attempt::kChange);
-    }
-    renamed_ = true;
-  }
-
- private:
-  NativeSpot spot_;
-  bool renamed_ = false;
-};
 
 Descriptor OpenSource(NativeSpot source, Links links, struct stat& info) {
   // Should a pipe have come into the file's place meanwhile, this doesn't wait; nor
@@ -169,11 +147,6 @@ void AtomicCopy::CopyProperties(const Source& source, int target) {
   if (::futimens(target, times.data()) != 0 && errno == EIO) RaiseNative(errno, Attempt::kChange);
 }
 
-NativeSpot AtomicCopy::TemporaryFor(const CopyTarget& target) {
-  const std::string& path = temporaries_.Begin(target.folder);
-  return {target.spot.folder_fd, path.c_str() + target.folder.size() + 1};
-}
-
 struct stat AtomicCopy::CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target) {
   Source from;
   from.rights = manner.rights;
@@ -200,16 +173,13 @@ bool AtomicCopy::CopyNameless(const Source& source, const CopyTarget& target) {
 }
 
 void AtomicCopy::CopyNamed(const Source& source, const CopyTarget& target) {
-  const NativeSpot spot = TemporaryFor(target);
-  Descriptor to = CreateFresh(spot.folder_fd, spot.path, CreationMode(source));
-  if (!to) RaiseForTarget(errno);
-  Provisional provisional(spot);
+  Replacement to(slot_, target.folder, target.spot.folder_fd);
+  if (!to.Create(CreationMode(source))) RaiseForTarget(errno);
   // It may have been read before.
   if (target.is_new) ::lseek(source.file.Get(), 0, SEEK_SET);
-  CopyData(source.file.Get(), to.Get(), source.info);
-  CopyProperties(source, to.Get());
-  if (!to.Close()) RaiseNative(errno, Attempt::kChange);
-  provisional.RenameTo(target.spot);
+  CopyData(source.file.Get(), to.Fd(), source.info);
+  CopyProperties(source, to.Fd());
+  to.Commit(target.spot.path);
 }
 
 void AtomicCopy::CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target) {
@@ -217,19 +187,15 @@ void AtomicCopy::CopyLink(NativeSpot source, const struct stat& info, const Copy
   const ssize_t length = ::readlinkat(source.folder_fd, source.path, text.data(), text.size() - 1);
   if (length < 0) RaiseNative(errno, Attempt::kChange);
   text[static_cast<std::size_t>(length)] = '\0';
-  const NativeSpot spot = TemporaryFor(target);
-  int failed = ::symlinkat(text.data(), spot.folder_fd, spot.path);
-  if (failed != 0 && errno == EEXIST && ::unlinkat(spot.folder_fd, spot.path, 0) == 0) {
-    failed = ::symlinkat(text.data(), spot.folder_fd, spot.path);
-  }
+  Replacement to(slot_, target.folder, target.spot.folder_fd);
+  const bool made = to.CreateLink(text.data());
   // Chosen: passed over like a device, so that it doesn't keep others from
   // being copied.
-  if (failed != 0 && MeansNoLinks(errno)) return;
-  if (failed != 0) RaiseForTarget(errno);
-  Provisional provisional(spot);
+  if (!made && MeansNoLinks(errno)) return;
+  if (!made) RaiseForTarget(errno);
   const std::array<timespec, 2> times{info.st_atim, info.st_mtim};
-  ::utimensat(spot.folder_fd, spot.path, times.data(), AT_SYMLINK_NOFOLLOW);
-  provisional.RenameTo(target.spot);
+  ::utimensat(target.spot.folder_fd, to.Path(), times.data(), AT_SYMLINK_NOFOLLOW);
+  to.Commit(target.spot.path);
 }
 
 }  // namespace tarnvale

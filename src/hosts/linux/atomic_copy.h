@@ -47,7 +47,7 @@ void CopyExtendedAttributes(int source_fd, int target_fd, Rights rights);
 
 class AtomicCopy {
  public:
-  explicit AtomicCopy(Temporaries& temporaries) : temporaries_(temporaries) {}
+  explicit AtomicCopy(Temporaries& temporaries) : slot_(temporaries) {}
 
   /// Copies a plain file with modification time, permissions and extended
   /// attributes, replacing what is there unasked. Returns the state of the source as
@@ -72,9 +72,8 @@ class AtomicCopy {
 
   static bool CopyNameless(const Source& source, const CopyTarget& target);
   void CopyNamed(const Source& source, const CopyTarget& target);
-  NativeSpot TemporaryFor(const CopyTarget& target);
 
-  Temporaries& temporaries_;
+  TemporarySlot slot_;
 };
 
 }  // namespace tarnvale

@@ -50,6 +50,14 @@ const dirent* FolderScan::Next() {
   }
 }
 
+void SweepFolder(const std::string& folder, const Temporaries& temporaries) {
+  PassedOver pass;
+  pass.Step([&] {
+    FolderScan scan(OpenNativeFolder(folder + "/.", true), temporaries);
+    while (scan.Next() != nullptr) continue;
+  });
+}
+
 Descriptor OpenNativeFolder(const std::string& folder, bool follow, FolderUse use) {
   const int flags = static_cast<int>(use) | O_DIRECTORY | O_CLOEXEC;
   Descriptor fd = follow ? OpenByOwnLinks(AT_FDCWD, folder, flags)

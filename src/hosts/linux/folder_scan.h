@@ -36,6 +36,9 @@ class FolderScan {
   bool left_out_ = false;
 };
 
+/// Deletes the leftovers of ours in a native folder. One that can't be read keeps them.
+void SweepFolder(const std::string& folder, const Temporaries& temporaries);
+
 enum class FolderUse {
   kRead = O_RDONLY,
   kEnter = O_PATH,  ///< only for what it holds: it need not be readable

@@ -89,11 +89,11 @@ void MakeNative(const Located& located) {
 
 }  // namespace
 
-LinuxFiles::LinuxFiles(const std::string& root, const std::string& state_folder)
-    : temporaries_(state_folder),
-      locator_(DrivePaths(root), temporaries_),
-      copy_(temporaries_),
-      archive_(state_folder) {}
+LinuxFiles::LinuxFiles(Locator& locator, Temporaries& temporaries, const std::string& state_folder)
+    : locator_(locator),
+      temporaries_(temporaries),
+      copy_(temporaries),
+      archive_(state_folder, temporaries) {}
 
 Path LinuxFiles::ProgramFolder() {
   return locator_.Drive().FromNative(OwnProgramFolder());
@@ -237,11 +237,7 @@ void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rig
 // Deletes what is left over in a folder before the first copy into it.
 void LinuxFiles::SweepOnce(const std::string& folder) {
   if (swept_.contains(folder)) return;
-  PassedOver pass;
-  pass.Step([&] {
-    FolderScan scan(OpenNativeFolder(folder + "/.", true), temporaries_);
-    while (scan.Next() != nullptr) continue;
-  });
+  SweepFolder(folder, temporaries_);
   if (swept_.size() >= kMostSwept) swept_.clear();
   swept_.insert(folder);
 }

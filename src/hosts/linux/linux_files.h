@@ -13,7 +13,6 @@
 #include "hosts/linux/atomic_copy.h"
 #include "hosts/linux/linux_open_files.h"
 #include "hosts/linux/locator.h"
-#include "hosts/linux/state_folder.h"
 #include "hosts/linux/temporaries.h"
 #include "hosts/linux/tree_copy.h"
 #include "platform/files.h"
@@ -28,11 +27,9 @@ namespace tarnvale {
 /// raises 75 or 70, and listings leave it out.
 class LinuxFiles : public FileSystem {
  public:
-  /// `root` is the native folder that C:\ stands for. `state_folder`, native
-  /// too, is for bookkeeping and made when it is first needed. Deletes what
-  /// processes that were killed left in work.
-  explicit LinuxFiles(const std::string& root = "/",
-                      const std::string& state_folder = DefaultStateFolder());
+  /// Both must outlive it. `state_folder` is native, for bookkeeping, and made when it
+  /// is first needed.
+  LinuxFiles(Locator& locator, Temporaries& temporaries, const std::string& state_folder);
 
   std::string FoldCase(std::string_view name) override;
   Path ProgramFolder() override;
@@ -78,8 +75,8 @@ class LinuxFiles : public FileSystem {
                 const std::function<void()>& between, Rights rights,
                 const LeftOutFolders& left_out);
 
-  Temporaries temporaries_;
-  Locator locator_;
+  Locator& locator_;
+  Temporaries& temporaries_;
   AtomicCopy copy_;
   std::optional<struct stat> copied_;  // by the last CopyWhole, as it was before
   ArchiveBit archive_;

@@ -35,15 +35,15 @@ struct LinuxSurroundings {
 class LinuxHost {
  public:
   explicit LinuxHost(const LinuxSurroundings& surroundings = {})
-      : files(surroundings.root, surroundings.state_folder),
-        temporaries_(surroundings.state_folder),
-        locator_(DrivePaths(surroundings.root), temporaries_),
-        open_files(locator_),
-        profiles(locator_, surroundings.state_folder),
-        processes(locator_, surroundings.processes),
+      : temporaries(surroundings.state_folder),
+        locator(DrivePaths(surroundings.root), temporaries),
+        files(locator, temporaries, surroundings.state_folder),
+        open_files(locator),
+        profiles(locator, temporaries),
+        processes(locator, surroundings.processes),
         formats(surroundings.locale_name),
         applications(DrivePaths(surroundings.root), surroundings.user),
-        transfer_files(locator_, surroundings.state_folder) {
+        transfer_files(locator, temporaries) {
     files.RefuseToDeleteOpen(open_files);
   }
   LinuxHost(const LinuxHost&) = delete;
@@ -52,12 +52,12 @@ class LinuxHost {
   /// The path of an absolute native one; empty when no path can tell it, for one
   /// of its names.
   Path PathOf(const std::string& native) const {
-    return CanBeNamed(native) ? locator_.Drive().FromNative(native) : Path();
+    return CanBeNamed(native) ? locator.Drive().FromNative(native) : Path();
   }
   /// The native path of what is there, found as every path is; empty when there
   /// is nothing.
   std::string NativeOf(const Path& path) {
-    const Located located = locator_.Locate(path);
+    const Located located = locator.Locate(path);
     return located.found ? located.Native() : std::string();
   }
 
@@ -65,13 +65,9 @@ class LinuxHost {
     return {files, open_files, profiles, processes, clock, random, formats, registry, applications};
   }
 
+  Temporaries temporaries;
+  Locator locator;
   LinuxFiles files;
-
- private:
-  Temporaries temporaries_;
-  Locator locator_;
-
- public:
   LinuxOpenFiles open_files;
   LinuxProfileFiles profiles;
   LinuxProcesses processes;

@@ -16,6 +16,7 @@
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
+#include "hosts/linux/replacement.h"
 #include "hosts/linux/temporaries.h"
 #include "platform/input_item.h"
 

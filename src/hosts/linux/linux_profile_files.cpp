@@ -84,25 +84,10 @@ class FolderLock {
   Descriptor folder_;
 };
 
-// What processes left in the folder that were killed between write and flush.
-void SweepFolder(const std::string& folder, const Temporaries& temporaries) {
-  try {
-    FolderScan scan(OpenNativeFolder(folder + "/.", true), temporaries);
-    while (scan.Next() != nullptr) {
-    }
-  } catch (const ProgramError&) {
-    // A folder that can be written but not read keeps its leftovers.
-  }
-}
-
 }  // namespace
 
-LinuxProfileFiles::LinuxProfileFiles(Locator& locator, std::string state_folder)
-    : locator_(locator), state_folder_(std::move(state_folder)) {}
-
-LinuxProfileFiles::~LinuxProfileFiles() {
-  for (auto& [native, profile] : profiles_) LetGo(profile);
-}
+LinuxProfileFiles::LinuxProfileFiles(Locator& locator, Temporaries& temporaries)
+    : locator_(locator), temporaries_(temporaries) {}
 
 // kNowhere: no file could lie there. kUnknown: that can't be told.
 LinuxProfileFiles::Finding LinuxProfileFiles::Find(const Path& file, Place& place) {
@@ -202,7 +187,7 @@ bool LinuxProfileFiles::Write(const std::string& section, const std::string& key
   Profile& profile = ProfileAt(file, place);
   if (!Refresh(profile, place)) return false;
   if (profile.text.Holds(section, key, value)) return true;
-  if (profile.temporary_path.empty() && !BeginTemporary(profile, place)) return false;
+  if (!profile.beside && !BeginTemporary(profile, place)) return false;
   profile.file = file;
   profile.text.Set(section, key, value);
   profile.edits.push_back({section, key, value, false, std::nullopt});
@@ -211,23 +196,15 @@ bool LinuxProfileFiles::Write(const std::string& section, const std::string& key
 
 // Makes the temporary beside the file, in place of one that it had.
 bool LinuxProfileFiles::BeginTemporary(Profile& profile, const Place& place) {
-  DropTemporary(profile);
-  if (!profile.temporaries) profile.temporaries = std::make_unique<Temporaries>(state_folder_);
-  const std::string& path = profile.temporaries->Begin(place.folder);
-  profile.temporary = CreateFresh(AT_FDCWD, path.c_str(), kFileMode);
-  if (!profile.temporary) return false;
-  profile.temporary_path = path;
-  return true;
-}
-
-void LinuxProfileFiles::DropTemporary(Profile& profile) {
-  if (!profile.temporary_path.empty()) ::unlink(profile.temporary_path.c_str());
-  profile.temporary_path.clear();
-  profile.temporary.Close();
+  if (!profile.slot) profile.slot = std::make_unique<TemporarySlot>(temporaries_);
+  profile.beside = std::make_unique<Replacement>(*profile.slot, place.folder);
+  if (!profile.beside->Create(kFileMode)) profile.beside.reset();
+  return profile.beside != nullptr;
 }
 
 void LinuxProfileFiles::LetGo(Profile& profile) {
-  DropTemporary(profile);
+  profile.beside.reset();
+  profile.slot.reset();
   if (!profile.edits.empty()) profile.known = false;
   profile.edits.clear();
 }
@@ -250,9 +227,9 @@ bool LinuxProfileFiles::Flush(const Path& file) {
   Profile& profile = ProfileAt(file, place);
   if (profile.edits.empty()) return true;
   const bool done = Put(profile, place);
-  const auto temporaries = std::move(profile.temporaries);
   LetGo(profile);
-  if (done) SweepFolder(place.folder, *temporaries);
+  // What processes left there that were killed between write and flush.
+  if (done) SweepFolder(place.folder, temporaries_);
   return done;
 }
 
@@ -283,6 +260,7 @@ bool LinuxProfileFiles::Put(Profile& profile, const Place& place) {
     const Outcome outcome = PutInPlace(profile, now, old);
     if (outcome == Outcome::kAgain && tries < kMostPuts) continue;
     if (outcome == Outcome::kFailed) return false;
+    profile.beside.reset();
     lock.UnlockAndFlush();
     return true;
   }
@@ -293,7 +271,7 @@ bool LinuxProfileFiles::Put(Profile& profile, const Place& place) {
 // try. The named file is one whole version all the time.
 LinuxProfileFiles::Outcome LinuxProfileFiles::PutInPlace(Profile& profile, const Place& place,
                                                          const std::string& old) {
-  const char* const temporary = profile.temporary_path.c_str();
+  const char* const temporary = profile.beside->Path();
   const std::string native = place.Native();
   const unsigned flags = place.exists ? RENAME_EXCHANGE : RENAME_NOREPLACE;
   if (::renameat2(AT_FDCWD, temporary, AT_FDCWD, native.c_str(), flags) != 0) {
@@ -301,17 +279,10 @@ LinuxProfileFiles::Outcome LinuxProfileFiles::PutInPlace(Profile& profile, const
     if (errno == (place.exists ? ENOENT : EEXIST)) return Outcome::kAgain;
     // A medium that knows only the plain way.
     if (errno != EINVAL && errno != ENOSYS) return Outcome::kFailed;
-    if (::rename(temporary, native.c_str()) != 0) return Outcome::kFailed;
-    profile.temporary_path.clear();
-    return Outcome::kDone;
-  }
-  if (!place.exists) {
-    profile.temporary_path.clear();
-    return Outcome::kDone;
+    return ::rename(temporary, native.c_str()) == 0 ? Outcome::kDone : Outcome::kFailed;
   }
   struct stat displaced {};
-  if (::lstat(temporary, &displaced) != 0 || SameFile(displaced, profile.state)) {
-    DropTemporary(profile);
+  if (!place.exists || ::lstat(temporary, &displaced) != 0 || SameFile(displaced, profile.state)) {
     return Outcome::kDone;
   }
   return TakeIn(profile, old) ? Outcome::kAgain : Outcome::kDone;
@@ -322,7 +293,7 @@ LinuxProfileFiles::Outcome LinuxProfileFiles::PutInPlace(Profile& profile, const
 bool LinuxProfileFiles::TakeIn(Profile& profile, const std::string& old) {
   struct stat state {};
   std::string bytes;
-  if (!ReadFile(profile.temporary_path, state, bytes)) return false;
+  if (!ReadFile(profile.beside->Path(), state, bytes)) return false;
   const std::size_t before = profile.edits.size();
   ProfileText(bytes).ForEachChange(
       ProfileText(old),
@@ -342,10 +313,10 @@ bool LinuxProfileFiles::TakeIn(Profile& profile, const std::string& old) {
 bool LinuxProfileFiles::WriteBeside(Profile& profile, const Place& place,
                                     const std::string& bytes) {
   if (!BeginTemporary(profile, place)) return false;
-  const int file = profile.temporary.Get();
+  const int file = profile.beside->Fd();
   // Ownership is kept where that is allowed.
   if (place.exists && ::fchown(file, place.info.st_uid, place.info.st_gid) != 0) errno = 0;
-  return WriteAll(file, bytes) && ::fsync(file) == 0 && profile.temporary.Close();
+  return WriteAll(file, bytes) && profile.beside->Close(Flush::kYes);
 }
 
 }  // namespace tarnvale

@@ -12,9 +12,8 @@
 #include <utility>
 #include <vector>
 
-#include "hosts/linux/descriptor.h"
 #include "hosts/linux/locator.h"
-#include "hosts/linux/temporaries.h"
+#include "hosts/linux/replacement.h"
 #include "platform/profile_files.h"
 #include "platform/profile_text.h"
 
@@ -27,9 +26,8 @@ namespace tarnvale {
 /// replaced where the link leads. Held-back writes end with this object.
 class LinuxProfileFiles : public ProfileFiles {
  public:
-  /// `state_folder` as for Temporaries.
-  LinuxProfileFiles(Locator& locator, std::string state_folder);
-  ~LinuxProfileFiles() override;
+  /// Both must outlive it.
+  LinuxProfileFiles(Locator& locator, Temporaries& temporaries);
 
   std::string Read(const std::string& section, const std::string& key, const std::string& fallback,
                    std::size_t buffer_size, const Path& file) override;
@@ -64,9 +62,8 @@ class LinuxProfileFiles : public ProfileFiles {
     bool existed = false;
     struct stat state {};
     std::vector<Edit> edits;
-    std::unique_ptr<Temporaries> temporaries;
-    std::string temporary_path;  // empty while no write is held back
-    Descriptor temporary;
+    std::unique_ptr<TemporarySlot> slot;
+    std::unique_ptr<Replacement> beside;  // none while no write is held back
   };
 
   enum class Finding { kPlace, kNowhere, kUnknown };
@@ -76,7 +73,6 @@ class LinuxProfileFiles : public ProfileFiles {
   Profile& ProfileAt(const Path& file, const Place& place);
   bool Refresh(Profile& profile, const Place& place);
   bool BeginTemporary(Profile& profile, const Place& place);
-  static void DropTemporary(Profile& profile);
   static void LetGo(Profile& profile);
   bool GiveUp(const Path& file);
   bool Put(Profile& profile, const Place& place);
@@ -87,7 +83,7 @@ class LinuxProfileFiles : public ProfileFiles {
   static void Apply(Profile& profile);
 
   Locator& locator_;
-  std::string state_folder_;
+  Temporaries& temporaries_;
   std::unordered_map<std::string, Profile> profiles_;  // by native path
   // Keys that couldn't be read when they were last asked for, by file: what they hold is
   // not known to whoever would write them.

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
+#include <string>
 #include <utility>
 
 #include "base/failure.h"
@@ -14,6 +14,7 @@
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
+#include "hosts/linux/replacement.h"
 
 namespace tarnvale {
 namespace {
@@ -40,47 +41,32 @@ class FileToSend final : public TransferSource {
   Descriptor file_;
 };
 
-/// A file under a temporary name until it is whole, in a folder that is held.
+/// In a folder that is held.
 class FileToReceive final : public TransferTarget {
  public:
-  FileToReceive(Descriptor folder, Descriptor file, std::string temporary, std::string target)
-      : folder_(std::move(folder)),
-        file_(std::move(file)),
-        temporary_(std::move(temporary)),
-        target_(std::move(target)) {}
-  FileToReceive(const FileToReceive&) = delete;
-  FileToReceive& operator=(const FileToReceive&) = delete;
-  ~FileToReceive() override {
-    if (!temporary_.empty() && HasItsName()) ::unlinkat(folder_.Get(), temporary_.c_str(), 0);
+  FileToReceive(Temporaries& temporaries, const Located& target)
+      : folder_(OpenNativeFolder(target.folder + "/.", true, FolderUse::kEnter)),
+        slot_(temporaries),
+        file_(slot_, target.folder, folder_.Get()),
+        target_(target.name) {
+    if (!file_.Create(kNewFileMode)) RaiseNative(errno, Attempt::kChange);
+    // Who could read the user's file before can read it after.
+    const struct stat& old = target.info;
+    if (target.found && S_ISREG(old.st_mode) && old.st_uid == ::geteuid()) {
+      ::fchmod(file_.Fd(), old.st_mode & 0777U);
+    }
   }
 
   void Write(std::span<const char> bytes) override {
-    if (!WriteAll(file_.Get(), {bytes.data(), bytes.size()})) {
-      RaiseNative(errno, Attempt::kChange);
-    }
+    if (!WriteAll(file_.Fd(), {bytes.data(), bytes.size()})) RaiseNative(errno, Attempt::kChange);
   }
 
-  void Commit() override {
-    if (!file_.Close()) RaiseNative(errno, Attempt::kChange);
-    if (::renameat(folder_.Get(), temporary_.c_str(), folder_.Get(), target_.c_str()) != 0) {
-      RaiseNative(errno, Attempt::kChange);
-    }
-    temporary_.clear();
-  }
+  void Commit() override { file_.Commit(target_); }
 
  private:
-  // One that a hanging medium let go of late may have lost it to the next download.
-  bool HasItsName() const {
-    struct stat own {};
-    struct stat there {};
-    return ::fstat(file_.Get(), &own) != 0 ||
-           ::fstatat(folder_.Get(), temporary_.c_str(), &there, AT_SYMLINK_NOFOLLOW) != 0 ||
-           (own.st_dev == there.st_dev && own.st_ino == there.st_ino);
-  }
-
   Descriptor folder_;
-  Descriptor file_;
-  std::string temporary_;  ///< empty once it was renamed
+  TemporarySlot slot_;
+  Replacement file_;
   std::string target_;
 };
 
@@ -111,16 +97,7 @@ std::unique_ptr<TransferTarget> LinuxTransferFiles::OpenTarget(const Path& file)
   if (!located.folder_found) throw ProgramError(kPathNotFound);
   if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
   if (located.found) RequireReplaceable(located.info);
-  Descriptor folder = OpenNativeFolder(located.folder + "/.", true, FolderUse::kEnter);
-  std::string temporary(NativeNameOf(temporaries_.Begin(located.folder)));
-  Descriptor opened = CreateFresh(folder.Get(), temporary.c_str(), kNewFileMode);
-  if (!opened) RaiseNative(errno, Attempt::kChange);
-  // Who could read the user's file before can read it after.
-  if (located.found && S_ISREG(located.info.st_mode) && located.info.st_uid == ::geteuid()) {
-    ::fchmod(opened.Get(), located.info.st_mode & 0777U);
-  }
-  return std::make_unique<FileToReceive>(std::move(folder), std::move(opened), std::move(temporary),
-                                         located.name);
+  return std::make_unique<FileToReceive>(temporaries_, located);
 }
 
 }  // namespace tarnvale

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "hosts/linux/locator.h"
 #include "hosts/linux/temporaries.h"
@@ -14,16 +13,16 @@ namespace tarnvale {
 /// killed process leaves is found as that of a copy is.
 class LinuxTransferFiles final : public TransferFiles {
  public:
-  /// `locator` must outlive it. `state_folder` is native.
-  LinuxTransferFiles(Locator& locator, const std::string& state_folder)
-      : locator_(locator), temporaries_(state_folder) {}
+  /// Both must outlive it and what it opens.
+  LinuxTransferFiles(Locator& locator, Temporaries& temporaries)
+      : locator_(locator), temporaries_(temporaries) {}
 
   std::unique_ptr<TransferSource> OpenSource(const Path& file) override;
   std::unique_ptr<TransferTarget> OpenTarget(const Path& file) override;
 
  private:
   Locator& locator_;
-  Temporaries temporaries_;
+  Temporaries& temporaries_;
 };
 
 }  // namespace tarnvale

@@ -51,64 +51,17 @@ std::string ReadSlot(int fd) {
 
 }  // namespace
 
-Descriptor CreateFresh(int folder_fd, const char* name, mode_t mode) {
-  const int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  Descriptor file(::openat(folder_fd, name, flags, mode));
-  if (!file && errno == EEXIST && ::unlinkat(folder_fd, name, 0) == 0) {
-    file = Descriptor(::openat(folder_fd, name, flags, mode));
-  }
-  return file;
-}
-
 Temporaries::Temporaries(const std::string& state_folder)
-    : slots_folder_(state_folder + "/copies"),
-      mark_(MarkOf(state_folder)),
-      slot_(RandomDigits()),
-      name_(TemporaryName(mark_, slot_)) {
+    : slots_folder_(state_folder + "/copies"), mark_(MarkOf(state_folder)) {
   CleanSlots();
 }
 
-Temporaries::~Temporaries() {
-  if (slot_file_) ::unlink((slots_folder_ + "/" + slot_).c_str());
-}
-
-const std::string& Temporaries::Begin(std::string_view folder) {
-  if (!slot_tried_) OpenSlot();
-  if (folder != folder_in_slot_ || path_.empty()) {
-    folder_in_slot_ = folder;
-    path_ = folder_in_slot_ + "/" + name_;
-    // Without a slot a leftover is still found when its folder is read.
-    const std::size_t length = path_.size() + 1;
-    if (slot_file_ && ::pwrite(slot_file_.Get(), path_.c_str(), length, 0) < 0) slot_file_.Close();
-  }
-  return path_;
-}
-
 bool Temporaries::IsStale(std::string_view name) const {
-  if (MarkOfTemporary(name) != mark_) return false;
-  // No folder is read while a copy of our own is in work.
-  return SlotOfTemporary(name) == slot_ || !SlotIsAlive(SlotOfTemporary(name));
+  return MarkOfTemporary(name) == mark_ && !SlotIsAlive(std::string(SlotOfTemporary(name)));
 }
 
 void Temporaries::Sweep(int folder_fd, const char* name) const {
   if (IsStale(name)) ::unlinkat(folder_fd, name, 0);
-}
-
-void Temporaries::OpenSlot() {
-  slot_tried_ = true;
-  if (!MakeStateFolder(slots_folder_)) return;
-  const std::string path = slots_folder_ + "/" + slot_;
-  // Another process may take the fresh slot for a left one before it is locked,
-  // and delete it: then it is made anew.
-  for (int attempt = 0; attempt < 100; ++attempt) {
-    Descriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    if (!file || ::flock(file.Get(), LOCK_EX) != 0) return;
-    struct stat info {};
-    if (::fstat(file.Get(), &info) != 0) return;
-    if (info.st_nlink == 0) continue;
-    slot_file_ = std::move(file);
-    return;
-  }
 }
 
 void Temporaries::CleanSlots() {
@@ -134,10 +87,49 @@ void Temporaries::CleanSlot(int folder_fd, const std::string& slot) {
   ::unlinkat(folder_fd, slot.c_str(), 0);
 }
 
-bool Temporaries::SlotIsAlive(std::string_view slot) const {
-  const std::string path = slots_folder_ + "/" + std::string(slot);
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+bool Temporaries::SlotIsAlive(const std::string& slot) const {
+  if (slots_in_use_.contains(slot)) return true;
+  const Descriptor file(
+      ::open((slots_folder_ + "/" + slot).c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
   return file && ::flock(file.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+TemporarySlot::TemporarySlot(Temporaries& temporaries)
+    : temporaries_(temporaries), slot_(RandomDigits()) {
+  temporaries_.slots_in_use_.insert(slot_);
+}
+
+TemporarySlot::~TemporarySlot() {
+  temporaries_.slots_in_use_.erase(slot_);
+  if (file_) ::unlink((temporaries_.slots_folder_ + "/" + slot_).c_str());
+}
+
+const std::string& TemporarySlot::Begin(std::string_view folder) {
+  if (!file_tried_) OpenFile();
+  if (folder != folder_ || path_.empty()) {
+    folder_ = folder;
+    path_ = folder_ + "/" + TemporaryName(temporaries_.mark_, slot_);
+    // Without a slot a leftover is still found when its folder is read.
+    if (file_ && ::pwrite(file_.Get(), path_.c_str(), path_.size() + 1, 0) < 0) file_.Close();
+  }
+  return path_;
+}
+
+void TemporarySlot::OpenFile() {
+  file_tried_ = true;
+  if (!MakeStateFolder(temporaries_.slots_folder_)) return;
+  const std::string path = temporaries_.slots_folder_ + "/" + slot_;
+  // Another process may take the fresh slot for a left one before it is locked,
+  // and delete it: then it is made anew.
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    Descriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    if (!file || ::flock(file.Get(), LOCK_EX) != 0) return;
+    struct stat info {};
+    if (::fstat(file.Get(), &info) != 0) return;
+    if (info.st_nlink == 0) continue;
+    file_ = std::move(file);
+    return;
+  }
 }
 
 }  // namespace tarnvale

@@ -25,8 +25,8 @@ TEST_F(ArchiveBitTest, StaysClearedUntilTheFileChanges) {
   SetModified("file", 1000, 1);
   files_.SetAttributes("C:\\file", 0);
   EXPECT_EQ(files_.Attributes("C:\\file"), 0);
-  LinuxFiles next_run(root_, base_ + "/other_state");
-  EXPECT_EQ(next_run.Attributes("C:\\file"), 0);
+  LinuxHost next_run(With(base_ + "/other_state"));
+  EXPECT_EQ(next_run.files.Attributes("C:\\file"), 0);
   SetModified("file", 1000, 2);
   EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
   files_.SetAttributes("C:\\file", 0);
@@ -87,8 +87,8 @@ TEST_F(ArchiveBitTest, IsClearedOnAReadOnlyFileToo) {
   EXPECT_EQ(files_.Attributes("C:\\file"), kArchive + kReadOnly);
   files_.SetAttributes("C:\\file", kReadOnly);
   EXPECT_EQ(files_.Attributes("C:\\file"), kReadOnly);
-  LinuxFiles next_run(root_, state_);
-  EXPECT_EQ(next_run.Attributes("C:\\file"), kReadOnly);
+  LinuxHost next_run(With(state_));
+  EXPECT_EQ(next_run.files.Attributes("C:\\file"), kReadOnly);
 }
 
 TEST_F(ArchiveBitTest, IsClearedTogetherWithReadOnly) {
@@ -131,12 +131,12 @@ TEST_F(ArchiveBitTest, IsKeptInTheIndexWhereTheMediumHoldsNothing) {
   info.st_size = 7;
   info.st_mtim = {5, 6};
   {
-    ArchiveBit archive(state_);
+    ArchiveBit archive(state_, host_.temporaries);
     EXPECT_TRUE(archive.IsSet(kBare, info));
     archive.Clear(kBare, info);
     EXPECT_FALSE(archive.IsSet(kBare, info));
   }
-  ArchiveBit next_run(state_);
+  ArchiveBit next_run(state_, host_.temporaries);
   EXPECT_FALSE(next_run.IsSet(kBare, info));
   info.st_mtim.tv_nsec = 7;
   EXPECT_TRUE(next_run.IsSet(kBare, info));
@@ -146,25 +146,28 @@ TEST_F(ArchiveBitTest, IsKeptInTheIndexWhereTheMediumHoldsNothing) {
   info.st_ino = 0;
   next_run.Set(kBare);
   EXPECT_TRUE(next_run.IsSet(kBare, info));
-  EXPECT_TRUE(ArchiveBit(state_).IsSet(kBare, info));
+  EXPECT_TRUE(ArchiveBit(state_, host_.temporaries).IsSet(kBare, info));
 }
 
-using ArchiveIndexTest = LinuxDriveTest;
+class ArchiveIndexTest : public LinuxDriveTest {
+ protected:
+  ArchiveIndex NextRun() { return {state_, host_.temporaries}; }
+};
 
 TEST_F(ArchiveIndexTest, KeepsPathsWithLineFeedsAndBackslashes) {
-  ArchiveIndex(state_).Set("/a\nb\\n c", {1, 2, 3, -4});
-  ArchiveIndex next_run(state_);
+  NextRun().Set("/a\nb\\n c", {1, 2, 3, -4});
+  ArchiveIndex next_run = NextRun();
   ASSERT_NE(next_run.Find("/a\nb\\n c"), nullptr);
   EXPECT_EQ(*next_run.Find("/a\nb\\n c"), (ArchiveMark{1, 2, 3, -4}));
 }
 
 TEST_F(ArchiveIndexTest, ALineThatACrashCutOffHarmsNoOther) {
-  ArchiveIndex(state_).Set("/a", {1, 2, 3, 4});
+  NextRun().Set("/a", {1, 2, 3, 4});
   { std::ofstream(state_ + "/archived", std::ios::app) << "3 4 5 6 7 /b"; }
-  ArchiveIndex next_run(state_);
+  ArchiveIndex next_run = NextRun();
   EXPECT_EQ(next_run.Find("/b"), nullptr);
   next_run.Set("/c", {5, 6, 7, 8});
-  ArchiveIndex last_run(state_);
+  ArchiveIndex last_run = NextRun();
   EXPECT_NE(last_run.Find("/a"), nullptr);
   EXPECT_NE(last_run.Find("/c"), nullptr);
 }
@@ -172,21 +175,33 @@ TEST_F(ArchiveIndexTest, ALineThatACrashCutOffHarmsNoOther) {
 TEST_F(ArchiveIndexTest, ALineOfAnOlderReleaseDoesNotCount) {
   std::filesystem::create_directories(state_);
   { std::ofstream(state_ + "/archived") << "1 2 /a\n1 2 3 4 5 /b\n"; }
-  ArchiveIndex index(state_);
+  ArchiveIndex index = NextRun();
   EXPECT_EQ(index.Find("/a"), nullptr);
   EXPECT_NE(index.Find("/b"), nullptr);
 }
 
 TEST_F(ArchiveIndexTest, IsShortenedWhenItHasGrown) {
-  ArchiveIndex index(state_);
+  ArchiveIndex index = NextRun();
   for (int i = 0; i < 500; ++i) index.Set("/a", {i, i, 7, i});
-  ArchiveIndex next_run(state_);
+  ArchiveIndex next_run = NextRun();
   EXPECT_EQ(*next_run.Find("/a"), (ArchiveMark{499, 499, 7, 499}));
   std::ifstream file(state_ + "/archived");
   std::string line;
   std::getline(file, line);
   EXPECT_EQ(line, "499 499 7 499 0 /a");
   EXPECT_FALSE(std::getline(file, line));
+}
+
+TEST_F(ArchiveIndexTest, IsShortenedWithoutWritingThroughALinkThatSomebodyLeftThere) {
+  Write("precious", "content");
+  {
+    ArchiveIndex index = NextRun();
+    for (int i = 0; i < 500; ++i) index.Set("/a", {i, i, 7, i});
+  }
+  std::filesystem::create_symlink(Native("precious"), state_ + "/archived.new");
+  EXPECT_NE(NextRun().Find("/a"), nullptr);
+  EXPECT_EQ(Read("precious"), "content");
+  EXPECT_FALSE(std::filesystem::is_symlink(state_ + "/archived"));
 }
 
 }  // namespace

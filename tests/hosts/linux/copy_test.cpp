@@ -176,10 +176,10 @@ TEST_F(CopyTest, HolesStayHoles) {
 }
 
 TEST_F(CopyTest, FilesThatTheSystemMakesUpAreReadToTheirEnd) {
-  LinuxFiles whole("/", state_);
+  LinuxHost whole({.root = "/", .state_folder = state_, .locale_name = {}});
   std::string target = "C:" + Native("version");
   for (char& c : target) c = c == '/' ? '\\' : c;
-  whole.CopyWhole("C:\\proc\\version", target);
+  whole.files.CopyWhole("C:\\proc\\version", target);
   EXPECT_NE(Read("version").find("Linux"), std::string::npos);
 }
 

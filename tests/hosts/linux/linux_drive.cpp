@@ -24,7 +24,7 @@ std::string MakeBase() {
 }  // namespace
 
 LinuxDriveTest::LinuxDriveTest()
-    : base_(MakeBase()), root_(base_ + "/drive"), state_(base_ + "/state"), files_(root_, state_) {}
+    : base_(MakeBase()), root_(base_ + "/drive"), state_(base_ + "/state"), host_(With(state_)) {}
 
 LinuxDriveTest::~LinuxDriveTest() {
   std::error_code ignored;

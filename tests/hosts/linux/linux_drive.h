@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "base/failure.h"
-#include "hosts/linux/linux_files.h"
+#include "hosts/linux/linux_host.h"
 #include "tests/support/raised.h"
 
 namespace tarnvale {
@@ -36,10 +36,16 @@ class LinuxDriveTest : public ::testing::Test {
   /// Everything in a folder as the medium has it, sorted by bytes.
   std::vector<std::string> NamesIn(const std::string& place) const;
 
+  /// The same drive with another state folder.
+  LinuxSurroundings With(const std::string& state_folder) const {
+    return {.root = root_, .state_folder = state_folder, .locale_name = "C"};
+  }
+
   std::string base_;
   std::string root_;
   std::string state_;
-  LinuxFiles files_;
+  LinuxHost host_;
+  LinuxFiles& files_ = host_.files;
 };
 
 }  // namespace tarnvale

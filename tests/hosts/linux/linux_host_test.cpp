@@ -6,10 +6,7 @@
 namespace tarnvale {
 namespace {
 
-class LinuxHostTest : public LinuxDriveTest {
- protected:
-  LinuxHost host_{{.root = root_, .state_folder = state_, .locale_name = "C"}};
-};
+using LinuxHostTest = LinuxDriveTest;
 
 TEST_F(LinuxHostTest, TheNativePathOfWhatIsThereIsFoundWithoutRegardToCase) {
   MakeFolder("Home/Ann");

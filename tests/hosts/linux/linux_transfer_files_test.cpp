@@ -64,6 +64,17 @@ TEST_F(LinuxTransferFilesTest, ATargetThatIsGivenUpLateTakesNothingFromTheNext) 
   EXPECT_EQ(ReadNative(OnDrive("Data/a")), "next");
 }
 
+TEST_F(LinuxTransferFilesTest, TwoTargetsInOneFolderAreReceivedSideBySide) {
+  const auto a = transfers.OpenTarget("C:\\Data\\a");
+  const auto b = transfers.OpenTarget("C:\\Data\\b");
+  a->Write(std::string("one"));
+  b->Write(std::string("two"));
+  a->Commit();
+  b->Commit();
+  EXPECT_EQ(ReadNative(OnDrive("Data/a")), "one");
+  EXPECT_EQ(ReadNative(OnDrive("Data/b")), "two");
+}
+
 TEST_F(LinuxTransferFilesTest, ANewFileIsItsOwnersAlone) {
   transfers.OpenTarget("C:\\Data\\new")->Commit();
   EXPECT_EQ(ModeOf(OnDrive("Data/new")), 0600U);

@@ -196,9 +196,9 @@ TEST_F(LookupTest, DeletingALinkLeavesItsFile) {
 
 TEST_F(LookupTest, AProgramOutsideTheDriveLiesAtItsRoot) {
   EXPECT_EQ(files_.ProgramFolder(), "C:");
-  LinuxFiles whole("/", state_);
-  const Path folder = whole.ProgramFolder();
-  EXPECT_FALSE(whole.List(folder + "\\linux_test*", {}).empty()) << folder;
+  LinuxHost whole({.root = "/", .state_folder = state_, .locale_name = {}});
+  const Path folder = whole.files.ProgramFolder();
+  EXPECT_FALSE(whole.files.List(folder + "\\linux_test*", {}).empty()) << folder;
 }
 
 TEST_F(LookupTest, FlushNeedsAFolder) {

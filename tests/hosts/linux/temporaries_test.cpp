@@ -1,5 +1,4 @@
 #include "hosts/linux/temporaries.h"
-#include "platform/temporary_name.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -9,6 +8,8 @@
 #include <fstream>
 #include <memory>
 
+#include "hosts/linux/replacement.h"
+#include "platform/temporary_name.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {
@@ -24,7 +25,8 @@ class TemporariesTest : public LinuxDriveTest {
     const pid_t child = ::fork();
     if (child == 0) {
       Temporaries temporaries(state_);
-      std::ofstream(temporaries.Begin(Native(place))) << "half";
+      TemporarySlot slot(temporaries);
+      std::ofstream(slot.Begin(Native(place))) << "half";
       ::raise(SIGKILL);
     }
     int status = 0;
@@ -39,7 +41,7 @@ class TemporariesTest : public LinuxDriveTest {
 TEST_F(TemporariesTest, TheNextStartDeletesWhatAKilledProcessLeft) {
   MakeFolder("z");
   EXPECT_TRUE(IsTemporaryName(LeaveOne("z")));
-  LinuxFiles next_run(root_, state_);
+  LinuxHost next_run(With(state_));
   EXPECT_EQ(NamesIn("z"), Names{});
   EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
 }
@@ -74,11 +76,11 @@ TEST_F(TemporariesTest, CopyingATreeDeletesLeftoversOnBothSides) {
 
 TEST_F(TemporariesTest, TheTemporaryOfALivingProcessIsLeftAlone) {
   MakeFolder("z");
-  Temporaries alive(state_);
+  Temporaries temporaries(state_);
+  TemporarySlot alive(temporaries);
   const std::string path = alive.Begin(Native("z"));
   std::ofstream(path) << "in work";
-  LinuxFiles other(root_, state_);
-  EXPECT_EQ(other.OpenFolder("C:\\z")->Contents().files.size(), 0U);
+  EXPECT_EQ(files_.OpenFolder("C:\\z")->Contents().files.size(), 0U);
   EXPECT_EQ(NamesIn("z").size(), 1U);
 }
 
@@ -107,15 +109,15 @@ TEST_F(TemporariesTest, ASlotThatNamesAStrangersFileDeletesNothing) {
   Write("precious", "");
   std::filesystem::create_directories(state_ + "/copies");
   std::ofstream(state_ + "/copies/0123456789abcdef") << Native("precious");
-  LinuxFiles next_run(root_, state_);
+  LinuxHost next_run(With(state_));
   EXPECT_TRUE(Exists("precious"));
   EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
 }
 
 TEST_F(TemporariesTest, AFreshFileReplacesALeftover) {
   MakeFolder("z");
-  Temporaries temporaries(state_);
-  const std::string path = temporaries.Begin(Native("z"));
+  TemporarySlot slot(host_.temporaries);
+  const std::string path = slot.Begin(Native("z"));
   std::ofstream(path) << "half";
   ASSERT_TRUE(CreateFresh(AT_FDCWD, path.c_str(), 0600));
   EXPECT_EQ(NamesIn("z").size(), 1U);
@@ -137,19 +139,29 @@ TEST_F(TemporariesTest, AFolderInItsPlaceIsNoFreshFile) {
 
 TEST_F(TemporariesTest, CopiesWorkWithoutAStateFolder) {
   Write("state_is_a_file", "");
-  LinuxFiles stateless(root_, Native("state_is_a_file"));
+  LinuxHost stateless(With(Native("state_is_a_file")));
   Write("source", "content");
   Write("target", "old");
-  stateless.CopyWhole("C:\\source", "C:\\target");
+  stateless.files.CopyWhole("C:\\source", "C:\\target");
   EXPECT_EQ(Read("target"), "content");
+}
+
+TEST_F(TemporariesTest, WithoutAStateFolderWhatIsInWorkIsStillLeftAlone) {
+  Write("state_is_a_file", "");
+  LinuxHost stateless(With(Native("state_is_a_file")));
+  MakeFolder("z");
+  const auto target = stateless.transfer_files.OpenTarget("C:\\z\\target");
+  EXPECT_TRUE(stateless.files.List("C:\\z\\*", {}).empty());
+  target->Commit();
+  EXPECT_EQ(NamesIn("z"), Names{"target"});
 }
 
 TEST_F(TemporariesTest, NothingIsLeftInTheStateFolderAfterAnOrderlyEnd) {
   Write("source", "content");
   Write("target", "old");
   {
-    LinuxFiles run(root_, state_);
-    run.CopyWhole("C:\\source", "C:\\target");
+    LinuxHost run(With(state_));
+    run.files.CopyWhole("C:\\source", "C:\\target");
     EXPECT_FALSE(std::filesystem::is_empty(state_ + "/copies"));
   }
   EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
