@@ -51,10 +51,12 @@ class TreeCheck {
   void LookAt(const fs::directory_entry& entry) {
     const std::string name = entry.path().filename().string();
     if (name.starts_with('.')) return;
+    // What reading the folder told of an entry isn't asked again.
     std::error_code error;
-    const bool is_folder = fs::is_directory(entry.symlink_status(error));
+    const bool is_link = entry.is_symlink(error);
+    const bool is_folder = !is_link && entry.is_directory(error);
     if (!is_folder && !IsFile(entry)) return;
-    if (IsLinkOfOthers(entry)) {
+    if (is_link && IsLinkOfOthers(entry)) {
       LeaveOut(entry, "a link of another user");
     } else if (!CanBeNamed(name)) {
       LeaveOut(entry, "a backslash or a star can't stand in an archive");
@@ -73,16 +75,15 @@ class TreeCheck {
 
   static bool IsLinkOfOthers(const fs::directory_entry& entry) {
     struct stat info {};
-    return !StateByOwnLinks(AT_FDCWD, entry.path().string(), info) && errno == EACCES &&
-           entry.is_symlink();
+    return !StateByOwnLinks(AT_FDCWD, entry.path().string(), info) && errno == EACCES;
   }
 
-  // One that has gone meanwhile, and a link that leads nowhere, are none.
+  // A link that leads nowhere is none.
   static bool IsFile(const fs::directory_entry& entry) {
     std::error_code error;
-    const fs::file_status status = entry.status(error);
+    const bool is_file = entry.is_regular_file(error);
     if (error && !IsMissing(error)) throw CommandFailure(entry.path().string(), error.message());
-    return fs::is_regular_file(status);
+    return is_file;
   }
 
   static bool IsMissing(const std::error_code& error) {
@@ -91,18 +92,18 @@ class TreeCheck {
   }
 
   void CountFile(const std::string& file) {
-    if (::access(file.c_str(), R_OK) != 0) throw CommandFailure(file, ReasonOf(errno));
-    std::error_code error;
-    const std::uintmax_t size = fs::file_size(file, error);
-    if (error) throw CommandFailure(file, error.message());
-    if (size > static_cast<std::uintmax_t>(kMostBytes)) {
+    struct stat info {};
+    if (::access(file.c_str(), R_OK) != 0 || ::stat(file.c_str(), &info) != 0) {
+      if (errno == ENOENT) return;  // gone meanwhile
+      throw CommandFailure(file, ReasonOf(errno));
+    }
+    if (info.st_size > kMostBytes) {
       throw CommandFailure(file, "is too large for an archive (2 GiB)");
     }
     const std::size_t name_bytes = file.size() - name_offset_;
     if (name_bytes > kLongestName) throw CommandFailure(file, "has too long a name for an archive");
     ++sums_.files;
-    sums_.container_bytes +=
-        kLengthsBytes + static_cast<std::int64_t>(name_bytes) + static_cast<std::int64_t>(size);
+    sums_.container_bytes += kLengthsBytes + static_cast<std::int64_t>(name_bytes) + info.st_size;
   }
 
   std::size_t name_offset_;

@@ -66,10 +66,18 @@ bool RefusesWriting(int error) {
   return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
 }
 
-std::int64_t SizeOf(const Descriptor& file) {
+struct stat StateOf(const Descriptor& file) {
   struct stat info {};
   if (::fstat(file.Get(), &info) != 0) throw ProgramError(kDeviceIoError);
-  return info.st_size;
+  return info;
+}
+
+std::int64_t SizeOf(const Descriptor& file) {
+  return StateOf(file).st_size;
+}
+
+bool IsSameFile(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
 // Up to `count` bytes from a position; fewer only at the end of the file.
@@ -135,15 +143,12 @@ LinuxOpenFiles::OpenFile& LinuxOpenFiles::RequireWritable(int number) {
 }
 
 void LinuxOpenFiles::Hold(int number, Descriptor file, Mode mode, bool writable) {
-  struct stat info {};
-  if (::fstat(file.Get(), &info) != 0) throw ProgramError(kDeviceIoError);
-  open_[number] = {std::move(file), mode, writable, 0, info.st_dev, info.st_ino, {}};
+  open_[number] = {std::move(file), mode, writable, 0, {}};
 }
 
 bool LinuxOpenFiles::HoldsOpen(const struct stat& info) const {
-  return std::any_of(open_.begin(), open_.end(), [&](const auto& open) {
-    return open.second.inode == info.st_ino && open.second.device == info.st_dev;
-  });
+  return std::any_of(open_.begin(), open_.end(),
+                     [&](const auto& open) { return IsSameFile(StateOf(open.second.file), info); });
 }
 
 void LinuxOpenFiles::OpenInput(int number, const Path& file) {
@@ -206,7 +211,7 @@ void LinuxOpenFiles::OpenBinary(int number, const Path& file) {
   const std::string native = located.Native();
   bool writable = true;
   struct stat info = located.info;
-  if (located.found && StateByOwnLinks(AT_FDCWD, native, info)) {
+  if (located.found && (!S_ISLNK(info.st_mode) || StateByOwnLinks(AT_FDCWD, native, info))) {
     RequirePlain(info);
     writable = !IsReadOnly(info);
   }
@@ -294,14 +299,14 @@ std::size_t LinuxOpenFiles::ReadInto(int number, std::span<std::uint8_t> bytes) 
 std::size_t LinuxOpenFiles::Copy(int from, int to, std::span<std::uint8_t> buffer) {
   OpenFile& source = RequireReadable(from);
   OpenFile& target = RequireWritable(to);
-  if (source.inode == target.inode && source.device == target.device) {
+  const bool goes_on =
+      target.gathered && target.gathered->GoesOn(from, source.position, target.position);
+  if (!goes_on && IsSameFile(StateOf(source.file), StateOf(target.file))) {
     return OpenFiles::Copy(from, to, buffer);
   }
   // What the source was still to be given, and what came from elsewhere.
   if (source.gathered) Settle(from);
-  if (target.gathered && !target.gathered->GoesOn(from, source.position, target.position)) {
-    Settle(to);
-  }
+  if (target.gathered && !goes_on) Settle(to);
   if (!target.gathered) {
     target.gathered = {.from = from,
                        .from_position = source.position,

@@ -66,8 +66,6 @@ class LinuxOpenFiles : public OpenFiles {
     Mode mode = Mode::kInput;
     bool writable = false;
     std::int64_t position = 0;
-    dev_t device = 0;
-    ino_t inode = 0;
     std::optional<GatheredCopy> gathered;  ///< what is to be copied into it
   };
 

@@ -18,6 +18,13 @@ bool IsFolder(const std::string& native) {
   return ::stat((native + "/.").c_str(), &info) == 0;
 }
 
+// Asks the medium again for a link only.
+bool LeadsToFolder(const Located& located) {
+  if (!located.found) return false;
+  return S_ISDIR(located.info.st_mode) ||
+         (S_ISLNK(located.info.st_mode) && IsFolder(located.Native()));
+}
+
 bool MeansMissing(int error) {
   return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
 }
@@ -29,9 +36,7 @@ Locator::Locator(DrivePaths drive, const Temporaries& temporaries)
 
 Located Locator::Locate(const Path& path) const {
   Located located = LocateFolder(path);
-  const bool is_folder =
-      located.found && (S_ISDIR(located.info.st_mode) || IsFolder(located.Native()));
-  if (EndsInSeparator(path) && located.error == 0 && !is_folder) {
+  if (EndsInSeparator(path) && located.error == 0 && !LeadsToFolder(located)) {
     located.found = located.folder_found = false;
   }
   return located;
@@ -77,10 +82,8 @@ Located Locator::Find(const Path& path) const {
 
 std::optional<std::string> Locator::FindFolder(const Path& path) const {
   const Located located = Locate(path);
-  if (!located.found) return std::nullopt;
-  std::string native = located.Native();
-  if (S_ISDIR(located.info.st_mode) || IsFolder(native)) return native;
-  return std::nullopt;
+  if (!LeadsToFolder(located)) return std::nullopt;
+  return located.Native();
 }
 
 std::optional<std::string> Locator::RealFolder(std::string_view folder) const {

@@ -85,6 +85,18 @@ Descriptor WalkTo(int folder_fd, std::string left) {
   return folder;
 }
 
+int OpenWithoutLinks(int folder_fd, const std::string& path, int flags, mode_t mode) {
+  const open_how how{
+      .flags = static_cast<__u64>(flags), .mode = mode, .resolve = RESOLVE_NO_SYMLINKS};
+  return static_cast<int>(::syscall(SYS_openat2, folder_fd, path.c_str(), &how, sizeof how));
+}
+
+// Whether opening without links failed for a link on the way, or for a system that doesn't
+// know this call. A link that is asked for a folder counts as none.
+bool MayHaveLinks(int error) {
+  return error == ELOOP || error == ENOTDIR || error == ENOSYS || error == EPERM;
+}
+
 // The end of a path and the folder that it lies in.
 struct End {
   Descriptor folder;
@@ -95,12 +107,8 @@ End EndOf(int folder_fd, const std::string& path) {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string::npos) return {WalkTo(folder_fd, "."), path};
   const std::string folder = path.substr(0, slash + 1);
-  const open_how how{
-      .flags = O_PATH | O_DIRECTORY | O_CLOEXEC, .mode = 0, .resolve = RESOLVE_NO_SYMLINKS};
-  Descriptor opened(
-      static_cast<int>(::syscall(SYS_openat2, folder_fd, folder.c_str(), &how, sizeof how)));
-  // A link is on the way, or the system doesn't know this call.
-  if (!opened && (errno == ELOOP || errno == ENOSYS || errno == EPERM)) {
+  Descriptor opened(OpenWithoutLinks(folder_fd, folder, O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
+  if (!opened && MayHaveLinks(errno)) {
     opened = WalkTo(folder_fd, folder);
   }
   return {std::move(opened), path.substr(slash + 1)};
@@ -124,6 +132,9 @@ bool GoOn(const End& end, std::string& path) {
 }  // namespace
 
 Descriptor OpenByOwnLinks(int folder_fd, std::string path, int flags, mode_t mode) {
+  // Most paths have no link in them, and the kernel opens those in one call.
+  Descriptor straight(OpenWithoutLinks(folder_fd, path, flags | O_NOFOLLOW | O_CLOEXEC, mode));
+  if (straight || !MayHaveLinks(errno)) return straight;
   for (int i = 0; i <= kMostLinks; ++i) {
     const End end = EndOf(folder_fd, path);
     if (!end.folder) return {};
