@@ -1,6 +1,15 @@
 #include "ui/timer.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace tarnvale {
+namespace {
+
+/// No timer ticks more often than this, whatever its interval.
+constexpr int kResolutionMs = 10;
+
+}  // namespace
 
 Timer::Timer(TimerQueue& queue, int interval_ms, bool enabled)
     : Enabled(enabled), queue_(queue), interval_ms_(interval_ms) {
@@ -68,6 +77,12 @@ void TimerQueue::TickOne(Timer& timer) {
   deliver_([&] { timer.Tick.Emit(); });
   timer.in_handler_ = false;
   Rescheduled.Emit();
+}
+
+TimerQueue::Nanoseconds OntoSharedMoments(TimerQueue::Nanoseconds due, int interval_ms) {
+  const TimerQueue::Nanoseconds grid =
+      std::chrono::milliseconds(std::max(std::gcd(interval_ms, 100), kResolutionMs));
+  return (due + grid - TimerQueue::Nanoseconds(1)) / grid * grid;
 }
 
 }  // namespace tarnvale

@@ -90,4 +90,8 @@ class TimerQueue {
   std::vector<Timer*> timers_;
 };
 
+/// For TimerQueue::AlignWith: whole tenths of a second for intervals of whole tenths, so
+/// that an idle program wakes once for all of its timers that are due in the same tenth.
+TimerQueue::Nanoseconds OntoSharedMoments(TimerQueue::Nanoseconds due, int interval_ms);
+
 }  // namespace tarnvale

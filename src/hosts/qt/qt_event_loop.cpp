@@ -7,7 +7,6 @@
 #include <QThread>
 
 #include <algorithm>
-#include <numeric>
 
 namespace tarnvale {
 namespace {
@@ -21,22 +20,11 @@ constexpr milliseconds kPassInterval{2};
 constexpr milliseconds kWaitLimit{10};
 /// How long handlers have to end by themselves after Quit.
 constexpr milliseconds kFarewell{1000};
-/// No timer ticks more often than this, whatever its interval.
-constexpr int kResolutionMs = 10;
-
-/// Moves due moments onto a grid that timers share: whole tenths of a second
-/// for intervals of whole tenths. An idle program then wakes once for all of
-/// its timers that are due in the same tenth.
-Nanoseconds OntoGrid(Nanoseconds due, int interval_ms) {
-  const Nanoseconds grid = milliseconds(std::max(std::gcd(interval_ms, 100), kResolutionMs));
-  return (due + grid - Nanoseconds(1)) / grid * grid;
-}
-
 }  // namespace
 
 QtEventLoop::QtEventLoop()
     : timers_([] { return Uptime(); }, [this](const auto& handler) { Deliver(handler); }) {
-  timers_.AlignWith(OntoGrid);
+  timers_.AlignWith(OntoSharedMoments);
   timers_.Rescheduled.Listen([this] { next_due_is_stale_ = true; });
   for (QTimer* timer : {&alarm_, &limit_}) {
     timer->setSingleShot(true);

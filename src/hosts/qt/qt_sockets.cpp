@@ -43,16 +43,14 @@ void KeepAlive(const QTcpSocket& connection) {
   set(IPPROTO_TCP, TCP_KEEPCNT, kQuestions);
 }
 
-enum class Waiting { kNothing, kBytes, kEnd, kReset, kLoss };
-
 /// What the next read of a connection would find.
-Waiting Look(const QTcpSocket& connection) {
+SocketWaiting LookAt(const QTcpSocket& connection) {
   char first = 0;
   const ssize_t count = ::recv(Descriptor(connection), &first, 1, MSG_PEEK | MSG_DONTWAIT);
-  if (count > 0) return Waiting::kBytes;
-  if (count == 0) return Waiting::kEnd;
-  if (errno == EAGAIN || errno == EINTR) return Waiting::kNothing;
-  return errno == ECONNRESET ? Waiting::kReset : Waiting::kLoss;
+  if (count > 0) return SocketWaiting::kBytes;
+  if (count == 0) return SocketWaiting::kEnd;
+  if (errno == EAGAIN || errno == EINTR) return SocketWaiting::kNothing;
+  return errno == ECONNRESET ? SocketWaiting::kReset : SocketWaiting::kLoss;
 }
 
 int NumberOf(QAbstractSocket::SocketError error) {
@@ -95,12 +93,14 @@ class Farewell : public QObject {
 
  private:
   void Advance() {
-    const Waiting waiting = heard_ < kMostOfFarewell ? Look(*connection_) : Waiting::kEnd;
-    if (waiting == Waiting::kBytes) heard_ += connection_->read(kMostOfFarewell - heard_).size();
+    const SocketWaiting waiting =
+        heard_ < kMostOfFarewell ? LookAt(*connection_) : SocketWaiting::kEnd;
+    if (waiting == SocketWaiting::kBytes)
+      heard_ += connection_->read(kMostOfFarewell - heard_).size();
     // A server that has said all may still be reading.
-    if (connection_->bytesToWrite() > 0 && waiting != Waiting::kReset) return;
+    if (connection_->bytesToWrite() > 0 && waiting != SocketWaiting::kReset) return;
     ::shutdown(Descriptor(*connection_), SHUT_WR);
-    if (waiting != Waiting::kBytes && waiting != Waiting::kNothing) deleteLater();
+    if (waiting != SocketWaiting::kBytes && waiting != SocketWaiting::kNothing) deleteLater();
   }
 
   QTcpSocket* connection_;
@@ -124,128 +124,39 @@ QtSocket::~QtSocket() {
   Close();
 }
 
-template <class Job>
-void QtSocket::Later(Job job) {
-  loop_.Post([life = std::weak_ptr<int>(life_), job = std::move(job)] {
-    if (!life.expired()) job();
-  });
-}
-
-void QtSocket::ReportFailed(int number) {
-  Later([this, number] { Failed.Emit(number); });
-}
-
-void QtSocket::Connect(const std::string& host, std::uint16_t port) {
-  if (state_ == SocketState::kConnecting || state_ == SocketState::kConnected) {
-    ReportFailed(kSocketInUse);
-    return;
-  }
-  Close();
-  state_ = SocketState::kConnecting;
-  if (host.empty()) return Fail(kAddressNotAvailable);
-  // The system would stop reading at a zero byte and find another host.
-  if (host.find('\0') != std::string::npos) return Fail(kHostNotFound);
-  Later([this, host, port] { Open(host, port); });
-}
-
 void QtSocket::Open(const std::string& host, std::uint16_t port) {
   connection_.reset(new QTcpSocket);
   connection_->setProxy(QNetworkProxy::NoProxy);
   QTcpSocket* connection = connection_.get();
-  QObject::connect(connection, &QTcpSocket::connected, [this] { OnConnected(); });
-  QObject::connect(connection, &QTcpSocket::readyRead, [this] { Later([this] { Report(); }); });
+  QObject::connect(connection, &QTcpSocket::connected, [this, connection] {
+    KeepAlive(*connection);
+    OnConnected();
+  });
+  QObject::connect(connection, &QTcpSocket::readyRead, [this] { OnArrival(); });
   QObject::connect(connection, &QTcpSocket::errorOccurred,
                    [this](QAbstractSocket::SocketError error) { OnError(NumberOf(error)); });
   connection->connectToHost(QString::fromStdString(host), port,
                             QIODevice::ReadWrite | QIODevice::Unbuffered);
 }
 
-// Handlers may take long and yield: none runs within a signal of Qt's, which would
-// then report nothing else.
-void QtSocket::OnConnected() {
-  state_ = SocketState::kConnected;
-  KeepAlive(*connection_);
-  Later([this] { Connected.Emit(); });
+SocketWaiting QtSocket::Look() {
+  return LookAt(*connection_);
 }
 
-void QtSocket::OnError(int number) {
-  if (state_ == SocketState::kConnecting) return Fail(number);
-  error_ = number;
-  Later([this] { Report(); });
+std::string QtSocket::Read(std::size_t most) {
+  return connection_->read(static_cast<qint64>(most)).toStdString();
 }
 
-// Takes what has come, as much as one report may hold.
-void QtSocket::Fetch() {
-  if (server_ended_ || error_ != 0 || arrived_.size() >= kMostBytesAtOnce) return;
-  switch (Look(*connection_)) {
-    case Waiting::kNothing:
-      break;
-    case Waiting::kBytes:
-      arrived_ +=
-          connection_->read(static_cast<qint64>(kMostBytesAtOnce - arrived_.size())).toStdString();
-      break;
-    case Waiting::kEnd:
-      server_ended_ = true;
-      break;
-    case Waiting::kReset:
-      error_ = kConnectionReset;
-      break;
-    case Waiting::kLoss:
-      error_ = kConnectionAborted;
-      break;
-  }
+bool QtSocket::Write(const std::string& bytes) {
+  return connection_->write(bytes.data(), static_cast<qint64>(bytes.size())) >= 0;
 }
 
-// An emission comes last: its handler may close or connect.
-void QtSocket::Report() {
-  Fetch();
-  if (!arrived_.empty()) {
-    if (server_ended_ || error_ != 0) Later([this] { Report(); });
-    const std::string bytes = std::exchange(arrived_, {});
-    DataArrived.Emit(bytes);
-  } else if (error_ != 0) {
-    Fail(error_);
-  } else if (server_ended_ && state_ == SocketState::kConnected) {
-    state_ = SocketState::kClosedByPeer;
-    ClosedByPeer.Emit();
-  }
-}
-
-void QtSocket::Send(const std::string& bytes) {
-  if (state_ != SocketState::kConnected && state_ != SocketState::kClosedByPeer) {
-    ReportFailed(kWrongConnectionState);
-    return;
-  }
-  // A write that fails throws away what the server said before it went.
-  Fetch();
-  const auto size = static_cast<qint64>(bytes.size());
-  if (error_ == 0 && connection_->write(bytes.data(), size) < 0) error_ = kConnectionAborted;
-  if (!arrived_.empty() || error_ != 0) Later([this] { Report(); });
-}
-
-void QtSocket::Fail(int number) {
-  LetGo();
-  state_ = SocketState::kFailed;
-  ReportFailed(number);
-}
-
-void QtSocket::Close() {
-  const bool sees_off =
-      (state_ == SocketState::kConnected || state_ == SocketState::kClosedByPeer) && error_ == 0;
+void QtSocket::Drop(bool sees_off) {
   if (sees_off) {
     connection_->disconnect();
     new Farewell(connection_.release(), leaving_);
   }
-  LetGo();
-  state_ = SocketState::kClosed;
-}
-
-void QtSocket::LetGo() {
   connection_.reset();
-  arrived_.clear();
-  server_ended_ = false;
-  error_ = 0;
-  life_ = std::make_shared<int>();
 }
 
 }  // namespace tarnvale

@@ -8,8 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/socket.h"
-#include "ui/event_loop.h"
+#include "ui/loop_socket.h"
 
 namespace tarnvale {
 
@@ -35,48 +34,26 @@ class QtSockets final : public Sockets {
   ClosedConnections leaving_;
 };
 
-class QtSocket final : public Socket {
+class QtSocket final : public LoopSocket {
  public:
   /// Both must outlive it; `leaving` takes the connections that it closes.
-  QtSocket(EventLoop& loop, ClosedConnections& leaving) : loop_(loop), leaving_(leaving) {}
+  QtSocket(EventLoop& loop, ClosedConnections& leaving) : LoopSocket(loop), leaving_(leaving) {}
   /// As Close.
   ~QtSocket() override;
-
-  void Connect(const std::string& host, std::uint16_t port) override;
-  void Send(const std::string& bytes) override;
-  void Close() override;
-  SocketState State() const override { return state_; }
 
  private:
   struct DeleteLater {
     void operator()(QTcpSocket* connection) const;
   };
 
-  // In the order in which a connection goes through them.
-  void Open(const std::string& host, std::uint16_t port);
-  void OnConnected();
-  void Fetch();
-  void Report();
-  void OnError(int number);
-  void Fail(int number);
-  void LetGo();
+  void Open(const std::string& host, std::uint16_t port) override;
+  SocketWaiting Look() override;
+  std::string Read(std::size_t most) override;
+  bool Write(const std::string& bytes) override;
+  void Drop(bool sees_off) override;
 
-  /// Runs `job` from the loop, unless the connection has been let go by then.
-  template <class Job>
-  void Later(Job job);
-  void ReportFailed(int number);
-
-  EventLoop& loop_;
   ClosedConnections& leaving_;
-
-  SocketState state_ = SocketState::kClosed;
   std::unique_ptr<QTcpSocket, DeleteLater> connection_;
-  // What happened and wasn't reported yet, in this order.
-  std::string arrived_;
-  bool server_ended_ = false;
-  int error_ = 0;
-  /// One for each connection.
-  std::shared_ptr<int> life_ = std::make_shared<int>();
 };
 
 }  // namespace tarnvale

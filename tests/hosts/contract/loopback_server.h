@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "hosts/linux/descriptor.h"
+#include "tests/hosts/contract/loopback.h"
 
 namespace tarnvale::testing {
 
@@ -32,17 +32,17 @@ class LoopbackServer {
 
   /// Sends as much as goes without waiting; returns how much that was.
   std::size_t Say(const std::string& bytes);
-  void EndSending();
-  void HangUp();
-  void Reset();
+  void EndSending() { EndSendingOn(connection_.Get()); }
+  void HangUp() { connection_.Close(); }
+  void Reset() { connection_.Reset(); }
 
   /// Takes no connections any more.
   void StopListening() { listener_.Close(); }
 
  private:
   std::uint16_t port_ = 0;
-  Descriptor listener_;
-  Descriptor connection_;
+  LoopbackSocket listener_;
+  LoopbackSocket connection_;
   std::string received_;
   bool saw_end_ = false;
   int read_error_ = 0;

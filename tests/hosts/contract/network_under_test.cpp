@@ -2,9 +2,8 @@
 
 #include <chrono>
 
-#include "hosts/qt/qt_event_loop.h"
-#include "hosts/qt/qt_sockets.h"
 #include "tests/hosts/contract/loopback_server.h"
+#include "tests/hosts/contract/network_parts.h"
 #include "tests/support/fake_machine.h"
 
 namespace tarnvale::testing {
@@ -71,8 +70,8 @@ class LoopbackNetworkUnderTest final : public NetworkUnderTest {
   void Reset() override { server_.Reset(); }
 
  private:
-  QtEventLoop loop_;
-  QtSockets sockets_{loop_};
+  HostLoop loop_;
+  HostSockets sockets_{loop_};
   LoopbackServer server_;
   LoopbackServer dead_;
 };

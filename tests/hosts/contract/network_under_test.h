@@ -42,7 +42,7 @@ class NetworkUnderTest {
 using MakeNetwork = std::unique_ptr<NetworkUnderTest> (*)();
 
 std::unique_ptr<NetworkUnderTest> MakeFakeNetwork();
-/// Real sockets in Qt's loop.
+/// Real sockets in the host's loop.
 std::unique_ptr<NetworkUnderTest> MakeLoopbackNetwork();
 
 }  // namespace tarnvale::testing

@@ -7,9 +7,11 @@
 #include <functional>
 #include <vector>
 
-#include "hosts/qt/qt_event_loop.h"
-#include "hosts/qt/qt_sockets.h"
 #include "tests/hosts/contract/loopback_server.h"
+#include "tests/hosts/contract/network_parts.h"
+#ifdef _WIN32
+#include "tests/hosts/contract/slow_look_up.h"
+#endif
 #include "ui/timer.h"
 
 namespace tarnvale::testing {
@@ -33,8 +35,12 @@ class RealSockets : public ::testing::Test {
     return true;
   }
 
-  QtEventLoop loop;
-  QtSockets sockets{loop};
+  HostLoop loop;
+#ifdef _WIN32
+  HostSockets sockets{loop, std::chrono::minutes(1), LookUpSlowly};
+#else
+  HostSockets sockets{loop};
+#endif
   LoopbackServer server;
   std::vector<int> faults;
   Timer pulse{loop.Timers(), 20, true};

@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <random>
 
+#include "tests/hosts/contract/loopback.h"
 #include "tests/hosts/curl/ftp_stage.h"
-#include "tests/hosts/curl/loopback.h"
 #include "tests/hosts/curl/scripted_server.h"
 #include "tests/support/raised.h"
 

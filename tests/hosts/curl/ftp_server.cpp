@@ -13,7 +13,7 @@
 #include <fstream>
 #include <thread>
 
-#include "tests/hosts/curl/loopback.h"
+#include "tests/hosts/contract/loopback.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -1,15 +1,9 @@
 #include "tests/hosts/curl/scripted_server.h"
 
-#include <poll.h>
-#include <sys/socket.h>
-#include <sys/time.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <chrono>
 
-#include "tests/hosts/curl/loopback.h"
+#include "tests/hosts/contract/loopback.h"
 
 namespace tarnvale::testing {
 
@@ -19,15 +13,15 @@ Talk::Talk(ScriptedServer& server, int socket) : server_(server), socket_(socket
 
 Talk::~Talk() {
   CloseData();
-  if (data_listener_ >= 0) server_.Drop(data_listener_);
-  for (const int socket : silent_) ::close(socket);
-  server_.Drop(socket_);
+  if (data_listener_ >= 0) server_.Drop(data_listener_, &CloseSocket);
+  for (const int socket : silent_) CloseSocket(socket);
+  server_.Drop(socket_, &CloseSocket);
 }
 
 bool Talk::Send(int socket, const std::string& bytes) {
   std::size_t sent = 0;
   while (sent < bytes.size()) {
-    const ssize_t done = ::send(socket, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+    const int done = SendTo(socket, bytes.data() + sent, bytes.size() - sent);
     if (done <= 0) return false;
     sent += static_cast<std::size_t>(done);
   }
@@ -53,7 +47,7 @@ std::string Talk::Hear() {
 std::string Talk::HearAny() {
   while (heard_.find('\n') == std::string::npos) {
     std::array<char, 4096> bytes{};
-    const ssize_t got = ::recv(socket_, bytes.data(), bytes.size(), 0);
+    const int got = ReceiveFrom(socket_, bytes.data(), bytes.size());
     if (got <= 0) return {};
     heard_.append(bytes.data(), static_cast<std::size_t>(got));
   }
@@ -65,8 +59,7 @@ std::string Talk::HearAny() {
 }
 
 void Talk::TakeSilenceForAnEnd(int silence_ms) {
-  const timeval silence{.tv_sec = silence_ms / 1000, .tv_usec = silence_ms % 1000 * 1000};
-  ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &silence, sizeof silence);
+  LimitReading(socket_, silence_ms);
 }
 
 void Talk::Hang() {
@@ -75,13 +68,8 @@ void Talk::Hang() {
 
 void Talk::SendForever(int socket, const std::string& bytes, int interval_ms) {
   while (Send(socket, bytes)) {
-    if (HangsUpWithin(interval_ms)) return;
+    if (HangsUpWithin(socket_, interval_ms)) return;
   }
-}
-
-bool Talk::HangsUpWithin(int wait_ms) {
-  pollfd client{.fd = socket_, .events = POLLRDHUP, .revents = 0};
-  return ::poll(&client, 1, wait_ms) != 0;
 }
 
 void Talk::SayForever(const std::string& bytes, int interval_ms) {
@@ -129,11 +117,11 @@ std::string Talk::AnswerPassive(const std::string& reply) {
 void Talk::AcceptData(int held_bytes, const std::string& words) {
   CloseData();
   Say(words + "\r\n");
-  data_ = ::accept(data_listener_, nullptr, nullptr);
+  data_ = AcceptOn(data_listener_);
   if (data_ < 0) return;
   server_.Keep(data_);
   if (held_bytes > 0) {
-    ::setsockopt(data_, SOL_SOCKET, SO_RCVBUF, &held_bytes, sizeof held_bytes);
+    LimitReceived(data_, held_bytes);
   }
 }
 
@@ -142,7 +130,7 @@ std::string Talk::ReceiveData(std::size_t most) {
   std::array<char, 65536> bytes{};
   while (received.size() < most) {
     const std::size_t wanted = std::min(bytes.size(), most - received.size());
-    const ssize_t got = ::recv(data_, bytes.data(), wanted, 0);
+    const int got = ReceiveFrom(data_, bytes.data(), wanted);
     data_reset_ = got < 0;
     if (got <= 0) break;
     received.append(bytes.data(), static_cast<std::size_t>(got));
@@ -152,35 +140,35 @@ std::string Talk::ReceiveData(std::size_t most) {
 
 void Talk::ReceiveDataByByte(int interval_ms) {
   while (!ReceiveData(1).empty()) {
-    if (HangsUpWithin(interval_ms)) return;
+    if (HangsUpWithin(socket_, interval_ms)) return;
   }
 }
 
 void Talk::CloseData() {
-  if (data_ >= 0) server_.Drop(data_);
+  if (data_ >= 0) server_.Drop(data_, &CloseSocket);
   data_ = -1;
 }
 
 void Talk::BreakData() {
-  const linger at_once{.l_onoff = 1, .l_linger = 0};
-  ::setsockopt(data_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
-  CloseData();
+  if (data_ >= 0) server_.Drop(data_, &ResetSocket);
+  data_ = -1;
 }
 
 ScriptedServer::ScriptedServer(Script script, int port)
     : script_(std::move(script)), listener_(ListenOnLoopback(port)), port_(PortOf(listener_)) {
-  thread_ = std::thread([this] { Serve(); });
+  thread_ = Thread([this] { Serve(); });
 }
 
 ScriptedServer::~ScriptedServer() {
   stopping_ = true;
-  ::shutdown(listener_, SHUT_RDWR);
+  // Wakes the one that accepts.
+  const LoopbackSocket knock(BeginToConnect(port_));
   {
     const std::lock_guard lock(mutex_);
-    for (const int socket : sockets_) ::shutdown(socket, SHUT_RDWR);
+    for (const int socket : sockets_) EndSocket(socket);
   }
   thread_.join();
-  ::close(listener_);
+  CloseSocket(listener_);
 }
 
 std::vector<std::string> ScriptedServer::Heard() {
@@ -190,8 +178,9 @@ std::vector<std::string> ScriptedServer::Heard() {
 
 void ScriptedServer::Serve() {
   while (!stopping_) {
-    const int socket = ::accept(listener_, nullptr, nullptr);
+    const int socket = AcceptOn(listener_);
     if (socket < 0) continue;
+    if (stopping_) return CloseSocket(socket);
     ++connections_;
     Talk talk(*this, socket);
     script_(talk);
@@ -201,13 +190,13 @@ void ScriptedServer::Serve() {
 void ScriptedServer::Keep(int socket) {
   const std::lock_guard lock(mutex_);
   sockets_.insert(socket);
-  if (stopping_) ::shutdown(socket, SHUT_RDWR);
+  if (stopping_) EndSocket(socket);
 }
 
-void ScriptedServer::Drop(int socket) {
+void ScriptedServer::Drop(int socket, void (*close)(int)) {
   const std::lock_guard lock(mutex_);
   sockets_.erase(socket);
-  ::close(socket);
+  close(socket);
 }
 
 void ScriptedServer::Note(const std::string& line) {

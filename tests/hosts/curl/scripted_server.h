@@ -6,8 +6,9 @@
 #include <mutex>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
+
+#include "tests/support/threads.h"
 
 namespace tarnvale::testing {
 
@@ -65,7 +66,6 @@ class Talk {
  private:
   bool Send(int socket, const std::string& bytes);
   void SendForever(int socket, const std::string& bytes, int interval_ms);
-  bool HangsUpWithin(int wait_ms);
 
   ScriptedServer& server_;
   int socket_;
@@ -96,7 +96,7 @@ class ScriptedServer {
   void Serve();
   /// Sockets that are to be ended when the server goes.
   void Keep(int socket);
-  void Drop(int socket);
+  void Drop(int socket, void (*close)(int));
   void Note(const std::string& line);
 
   Script script_;
@@ -104,10 +104,10 @@ class ScriptedServer {
   int port_;
   std::atomic<bool> stopping_ = false;
   std::atomic<int> connections_ = 0;
-  std::mutex mutex_;
+  Mutex mutex_;
   std::set<int> sockets_;
   std::vector<std::string> heard_;
-  std::thread thread_;
+  Thread thread_;
 };
 
 }  // namespace tarnvale::testing

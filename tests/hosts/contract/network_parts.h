@@ -1,0 +1,24 @@
+// The event loop and the sockets of the host that is built.
+#pragma once
+
+#ifdef _WIN32
+
+#include "hosts/windows/windows_event_loop.h"
+#include "hosts/windows/windows_sockets.h"
+
+namespace tarnvale::testing {
+using HostLoop = WindowsEventLoop;
+using HostSockets = WindowsSockets;
+}  // namespace tarnvale::testing
+
+#else
+
+#include "hosts/qt/qt_event_loop.h"
+#include "hosts/qt/qt_sockets.h"
+
+namespace tarnvale::testing {
+using HostLoop = QtEventLoop;
+using HostSockets = QtSockets;
+}  // namespace tarnvale::testing
+
+#endif
