@@ -69,18 +69,19 @@ std::vector<FileSync::Row> FileSync::Compare(const FolderContents& first,
   for (std::size_t i = 0; i < first.files.size(); ++i) {
     const FolderEntry& file = first.files[i];
     if (pairs.files[i] == kNone) {
-      table.push_back({file.name, file.name, difference::kOnlyInFirst, file});
+      table.push_back({file.name, file.name, difference::kOnlyInFirst, file, std::nullopt});
       continue;
     }
     const FolderEntry& other = second.files[pairs.files[i]];
     int status = DateStatus(file, other);
     if (file.size_bytes != other.size_bytes) status += difference::kSizesDiffer;
-    table.push_back({file.name, other.name, status, file});
+    table.push_back({file.name, other.name, status, file, other});
   }
   const std::vector<bool> taken = Taken(pairs.files, second.files.size());
   for (std::size_t i = 0; i < second.files.size(); ++i) {
-    const std::string& name = second.files[i].name;
-    if (!taken[i]) table.push_back({name, name, difference::kOnlyInSecond, std::nullopt});
+    const FolderEntry& file = second.files[i];
+    if (taken[i]) continue;
+    table.push_back({file.name, file.name, difference::kOnlyInSecond, std::nullopt, file});
   }
   return table;
 }
@@ -147,11 +148,13 @@ void FileSync::Read(FolderPair& pair, const Companions& companions, const Path& 
                               NameRulesOf(machine_.files, pair.first.get(), pair.second.get()));
 }
 
-// Chosen: towards the computer nothing is copied over what the user made or changed
-// since it was listed. The next run compares it anew.
+// Chosen: nothing is copied over what was made or changed since it was listed. The next
+// run compares it anew.
 // A name that the medium doesn't tell from another one is passed over, and that
 // one stays as it is; so is a link where a folder has its place.
-void FileSync::CopyFile(const HeldEntry& source, const HeldEntry& target, Rights rights) {
+void FileSync::CopyFile(const HeldEntry& source, const HeldEntry& target,
+                        const std::optional<FolderEntry>& target_as_listed, Rights rights) {
+  if (target.folder.File(target.name) != target_as_listed) return;
   try {
     machine_.files.CopyEntry(source, target, rights);
   } catch (const ProgramError& error) {
@@ -178,9 +181,9 @@ void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
       const HeldEntry ours{*pair.first, row.first};
       const HeldEntry theirs{*pair.second, row.second};
       if (direction == SyncDirection::kFirstToSecond) {
-        CopyFile(ours, theirs, kTowardsStorage);
-      } else if (pair.first->File(row.first) == row.listed_in_first) {
-        CopyFile(theirs, ours, kTowardsComputer);
+        CopyFile(ours, theirs, row.listed_in_second, kTowardsStorage);
+      } else {
+        CopyFile(theirs, ours, row.listed_in_first, kTowardsComputer);
       }
     }
     machine_.loop.Yield();

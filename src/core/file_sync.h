@@ -101,6 +101,7 @@ class FileSync {
     std::string second;
     int status;
     std::optional<FolderEntry> listed_in_first;
+    std::optional<FolderEntry> listed_in_second;
   };
   struct SubFolders {
     std::string first;
@@ -130,7 +131,8 @@ class FileSync {
   std::optional<Level> EnterFolders(const Roots& roots, const Level& outer,
                                     const SubFolders& folders, bool two_way);
   static Level LevelOf(const FolderPair& pair, const Path& first, const Path& second);
-  void CopyFile(const HeldEntry& source, const HeldEntry& target, Rights rights);
+  void CopyFile(const HeldEntry& source, const HeldEntry& target,
+                const std::optional<FolderEntry>& target_as_listed, Rights rights);
   std::function<void()> Yielding();
 
   Machine& machine_;

@@ -42,6 +42,8 @@ struct FolderEntry {
   std::int64_t size_bytes = 0;
   /// Last modification in whole seconds since 1970-01-01 UTC, rounded down.
   std::int64_t modified_s = 0;
+  /// What that leaves out, as exactly as the medium tells.
+  std::int32_t modified_ns = 0;
   bool operator==(const FolderEntry&) const = default;
 };
 
@@ -170,7 +172,7 @@ class FileSystem {
                          Rights rights = Rights::kNewFile) = 0;
 
   /// As CopyWhole, but a symbolic link is copied as a link. Raises 58 as well when a
-  /// folder has the link's place.
+  /// folder has the link's place, and when the target comes or changes meanwhile.
   virtual void CopyEntry(const HeldEntry& source, const HeldEntry& target,
                          Rights rights = Rights::kNewFile) = 0;
 
@@ -193,8 +195,8 @@ class FileSystem {
                         const LeftOutFolders& left_out = {}) = 0;
 
   /// Moves a folder. Raises 76 when `source` is no folder, 58 when the target
-  /// exists, otherwise as CopyTree; the source goes only after all of it has
-  /// arrived.
+  /// exists, 75 when it would lie in the source, by whatever path, or can't hold all
+  /// of it, otherwise as CopyTree; the source goes only after all of it has arrived.
   virtual void MoveTree(const Path& source, const Path& target) = 0;
 
   /// Raises 75 when it exists already, 76 when its parent is missing, 70.

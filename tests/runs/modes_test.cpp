@@ -195,6 +195,32 @@ TEST_F(SyncModeTest, WhatTheUserMakesDuringTheSyncIsNotReplaced) {
   EXPECT_EQ(Content("Work/Pair/Folder/x.txt"), "mine");
 }
 
+TEST_F(SyncModeTest, WhatIsSavedInTheStorageDuringTheSyncIsNotReplaced) {
+  Write("Work/Pair/a.txt", "newer");
+  Write("Work/Pair/b.txt", "mine");
+  Write("Work/Pair/c.txt", "newer");
+  for (const char* name : {"Store/a.txt", "Store/c.txt"}) {
+    Write(name, "older");
+    SetModified(name, 1000000000);
+  }
+  bool saved = false;
+  for (int pass = 1; pass <= 100; ++pass) {
+    machine.loop.OnYield(pass, [&] {
+      if (saved || Content("Store/a.txt") != "newer") return;
+      saved = true;
+      Write("Store/b.txt", "theirs");
+      Write("Store/c.txt", "saved");
+      SetModified("Store/c.txt", 1000000000, 1);
+    });
+  }
+  engine.settings.Entries.Assign({"C:\\Work\\Pair\\*+++++*"});
+  engine.settings.BackupMode.Sync = true;
+  Run();
+  ASSERT_TRUE(saved);
+  EXPECT_EQ(Content("Store/b.txt"), "theirs");
+  EXPECT_EQ(Content("Store/c.txt"), "saved");
+}
+
 TEST_F(SyncModeTest, ASingleFileIsCopiedAsInCompleteMode) {
   Write("Work/a.txt", "one");
   engine.settings.Entries.Assign({"C:\\Work\\a.txt"});

@@ -74,8 +74,8 @@ class RealRun : public ::testing::Test {
   }
 
   /// Whole seconds since 1970.
-  void SetModified(const std::string& path, std::int64_t seconds) {
-    const timespec times[2] = {{seconds, 0}, {seconds, 0}};
+  void SetModified(const std::string& path, std::int64_t seconds, long nanoseconds = 0) {
+    const timespec times[2] = {{seconds, nanoseconds}, {seconds, nanoseconds}};
     ASSERT_EQ(utimensat(AT_FDCWD, Native(path).c_str(), times, 0), 0);
   }
 

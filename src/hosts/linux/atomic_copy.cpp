@@ -95,6 +95,16 @@ bool MeansNoLinks(int error) {
   return error == EPERM || error == EOPNOTSUPP || error == ENOSYS;
 }
 
+void Commit(Replacement& file, const CopyTarget& target) {
+  if (!target.only_as_seen) {
+    file.Commit(target.spot.path);
+  } else if (target.is_new) {
+    file.CommitNew(target.spot.path);
+  } else {
+    file.CommitOver(target.spot.path, target.seen);
+  }
+}
+
 }  // namespace
 
 void CopyExtendedAttributes(int source, int target, Rights rights) {
@@ -167,7 +177,10 @@ bool AtomicCopy::CopyNameless(const Source& source, const CopyTarget& target) {
   if (!to) return false;
   CopyData(source.file.Get(), to.Get(), source.info);
   CopyProperties(source, to.Get());
-  if (!LinkNameless(to.Get(), target.spot)) return false;
+  if (!LinkNameless(to.Get(), target.spot)) {
+    if (errno == EEXIST && target.only_as_seen) throw ProgramError(kFileAlreadyExists);
+    return false;
+  }
   if (!to.Close()) RaiseNative(errno, Attempt::kChange);
   return true;
 }
@@ -179,10 +192,10 @@ void AtomicCopy::CopyNamed(const Source& source, const CopyTarget& target) {
   if (target.is_new) ::lseek(source.file.Get(), 0, SEEK_SET);
   CopyData(source.file.Get(), to.Fd(), source.info);
   CopyProperties(source, to.Fd());
-  to.Commit(target.spot.path);
+  Commit(to, target);
 }
 
-void AtomicCopy::CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target) {
+bool AtomicCopy::CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target) {
   std::array<char, PATH_MAX> text{};
   const ssize_t length = ::readlinkat(source.folder_fd, source.path, text.data(), text.size() - 1);
   if (length < 0) RaiseNative(errno, Attempt::kChange);
@@ -191,11 +204,12 @@ void AtomicCopy::CopyLink(NativeSpot source, const struct stat& info, const Copy
   const bool made = to.CreateLink(text.data());
   // Chosen: passed over like a device, so that it doesn't keep others from
   // being copied.
-  if (!made && MeansNoLinks(errno)) return;
+  if (!made && MeansNoLinks(errno)) return false;
   if (!made) RaiseForTarget(errno);
   const std::array<timespec, 2> times{info.st_atim, info.st_mtim};
   ::utimensat(target.spot.folder_fd, to.Path(), times.data(), AT_SYMLINK_NOFOLLOW);
-  to.Commit(target.spot.path);
+  Commit(to, target);
+  return true;
 }
 
 }  // namespace tarnvale

@@ -33,6 +33,9 @@ struct CopyTarget {
   const std::string& folder;
   /// Nothing has this name yet, as far as is known.
   bool is_new = false;
+  /// What has come or changed since, when the copy is whole, stays: the copy fails with 58.
+  bool only_as_seen = false;
+  struct stat seen {};  ///< of a target that isn't new
 };
 
 /// Whether a copy from something with the properties `source` may replace what
@@ -55,9 +58,9 @@ class AtomicCopy {
   /// 57, and 75 for a link that is to be kept; the target is then as it was.
   struct stat CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target);
 
-  /// Copies a symbolic link; `info` is its own. Nothing happens on a medium that
-  /// can't hold links.
-  void CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target);
+  /// Copies a symbolic link; `info` is its own. False on a medium that can't hold links:
+  /// nothing has happened.
+  bool CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target);
 
  private:
   struct Source {

@@ -66,14 +66,16 @@ void RequireCopyable(const struct stat& info) {
 }
 
 // Where a copy to an entry of a held folder goes; none when it would go onto itself.
-std::optional<CopyTarget> TargetOf(const HeldEntry& target, const struct stat& source) {
+std::optional<CopyTarget> TargetOf(const HeldEntry& target, const struct stat& source,
+                                   bool only_as_seen) {
   LinuxFolder& folder = LinuxFolder::Of(target);
   RequireName(target.name);
   struct stat there {};
   const bool exists = ::fstatat(folder.Fd(), target.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0;
   if (exists && !folder.HasExactly(target.name, there)) throw ProgramError(kFileAlreadyExists);
   if (exists && !MayReplace(source, there)) return std::nullopt;
-  return CopyTarget{{folder.Fd(), target.name.c_str()}, folder.Native(), !exists};
+  return CopyTarget{
+      {folder.Fd(), target.name.c_str()}, folder.Native(), !exists, only_as_seen, there};
 }
 
 // Makes one folder. Raises 75 when something is there already.
@@ -210,7 +212,7 @@ void LinuxFiles::CopyWhole(const Path& source, const Path& target, Rights rights
 void LinuxFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights rights) {
   copied_.reset();
   const Located from = SourceOfCopy(source);
-  const auto to = TargetOf(target, from.info);
+  const auto to = TargetOf(target, from.info, false);
   if (!to) return;
   const std::string native = from.Native();
   copied_ = copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights}, *to);
@@ -224,7 +226,7 @@ void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rig
     RaiseNative(errno, Attempt::kChange);
   }
   RequireCopyable(info);
-  const auto to = TargetOf(target, info);
+  const auto to = TargetOf(target, info, true);
   if (!to) return;
   if (S_ISLNK(info.st_mode)) {
     copy_.CopyLink(from, info, *to);
@@ -310,21 +312,21 @@ void LinuxFiles::MoveTree(const Path& source, const Path& target) {
   const Descriptor holder = OpenNativeFolder(from.folder + "/.", true, FolderUse::kEnter);
   Descriptor parent;
   const TreeTarget place = TargetOfTree(target, parent);
-  if (::renameat2(holder.Get(), from.name.c_str(), place.parent_fd, place.name.c_str(),
-                  RENAME_NOREPLACE) == 0) {
-    return;
+  const char* const old_name = from.name.c_str();
+  const char* const new_name = place.name.c_str();
+  int failed = ::renameat2(holder.Get(), old_name, place.parent_fd, new_name, RENAME_NOREPLACE);
+  // The folder is to go into itself, or the medium knows only the plain way.
+  if (failed != 0 && errno == EINVAL) {
+    failed = ::renameat(holder.Get(), old_name, place.parent_fd, new_name);
   }
+  if (failed == 0) return;
   if (errno == EEXIST) throw ProgramError(kFileAlreadyExists);
-  // A folder that is to go into itself would be deleted with its source.
-  const std::string source_start = from.Native() + "/";
-  if (to.Native().compare(0, source_start.size(), source_start) == 0 ||
-      (errno != EXDEV && errno != EINVAL && errno != EPERM)) {
-    RaiseNative(errno, Attempt::kChange);
-  }
+  if (errno != EXDEV && errno != EPERM) RaiseNative(errno, Attempt::kChange);
   const std::function<void()> nothing;
   TreeCopy copy(temporaries_, Rights::kSource, nothing);
   const Descriptor opened = OpenInnerFolder(holder.Get(), from.name);
   copy.Run(opened.Get(), place);
+  // Nothing goes that has no copy, nor the copy itself, whichever way leads into the source.
   if (!copy.CopiedAll()) throw ProgramError(kPathFileAccess);
   EmptyFolder(opened);
   if (::unlinkat(holder.Get(), from.name.c_str(), AT_REMOVEDIR) != 0) {

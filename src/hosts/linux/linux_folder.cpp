@@ -42,7 +42,7 @@ std::optional<FolderEntry> LinuxFolder::File(const std::string& name) {
   struct stat info {};
   if (::fstatat(Fd(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
   if (!S_ISREG(info.st_mode) && !S_ISLNK(info.st_mode)) return std::nullopt;
-  return FolderEntry{name, info.st_size, info.st_mtim.tv_sec};
+  return EntryOf(name, info);
 }
 
 std::unique_ptr<HeldFolder> LinuxFolder::Inner(const std::string& names) {

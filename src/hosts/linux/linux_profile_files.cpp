@@ -1,8 +1,6 @@
 #include "hosts/linux/linux_profile_files.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -56,33 +54,6 @@ bool MayBeReplaced(const struct stat& info, const std::string& native) {
   return S_ISREG(info.st_mode) && (info.st_mode & S_IWUSR) != 0 &&
          ::faccessat(AT_FDCWD, native.c_str(), W_OK, AT_EACCESS) == 0;
 }
-
-// A courtesy: keeps other instances from replacing a file of this folder while we look
-// and replace it, which spares both the second try. They hold it for microseconds; whoever
-// holds it for longer, or a medium without locks, doesn't stop us.
-class FolderLock {
- public:
-  explicit FolderLock(const std::string& folder)
-      : folder_(::open((folder + "/.").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-    constexpr int kMostTries = 20;
-    constexpr timespec kPause{0, 1'000'000};
-    for (int i = 0; i < kMostTries && folder_; ++i) {
-      if (::flock(folder_.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return;
-      ::nanosleep(&kPause, nullptr);
-    }
-  }
-
-  /// Lets go of the lock. Some media can't flush folders; the file itself is safe
-  /// all the same.
-  void UnlockAndFlush() const {
-    if (!folder_) return;
-    ::flock(folder_.Get(), LOCK_UN);
-    ::fsync(folder_.Get());
-  }
-
- private:
-  Descriptor folder_;
-};
 
 }  // namespace
 
@@ -233,9 +204,8 @@ bool LinuxProfileFiles::Flush(const Path& file) {
   return done;
 }
 
-// The medium may take its time, so the folder isn't locked meanwhile: whether
-// somebody else has replaced the file is asked once more right before we do, and
-// what he wrote is then taken in.
+// Chosen: no lock. The medium may take its time, so whether somebody else has replaced the
+// file is asked once more right before we do, and what he wrote is then taken in.
 bool LinuxProfileFiles::Put(Profile& profile, const Place& place) {
   constexpr int kMostTries = 20;
   constexpr int kMostPuts = 1000;
@@ -255,13 +225,12 @@ bool LinuxProfileFiles::Put(Profile& profile, const Place& place) {
     // Another one than the text was read from.
     if (tries < kMostTries && now.exists && !SameFile(state, profile.state)) continue;
     if (!WriteBeside(profile, now, bytes)) return false;
-    const FolderLock lock(now.folder);
     if (tries < kMostTries && !IsAsItWas(now)) continue;
     const Outcome outcome = PutInPlace(profile, now, old);
     if (outcome == Outcome::kAgain && tries < kMostPuts) continue;
     if (outcome == Outcome::kFailed) return false;
     profile.beside.reset();
-    lock.UnlockAndFlush();
+    FlushFolder(AT_FDCWD, now.Native());
     return true;
   }
 }

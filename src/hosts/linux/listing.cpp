@@ -1,9 +1,9 @@
 #include "hosts/linux/listing.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 #include "hosts/linux/name_case.h"
@@ -37,6 +37,11 @@ bool IsHidden(const dirent& entry) {
 
 }  // namespace
 
+FolderEntry EntryOf(std::string name, const struct stat& info) {
+  return {std::move(name), info.st_size, info.st_mtim.tv_sec,
+          static_cast<std::int32_t>(info.st_mtim.tv_nsec)};
+}
+
 FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries) {
   struct Unasked {
     ino_t inode;
@@ -63,7 +68,7 @@ FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries) {
     if (S_ISDIR(info.st_mode)) {
       contents.folders.push_back(std::move(entry.name));
     } else if (S_ISREG(info.st_mode) || S_ISLNK(info.st_mode)) {
-      contents.files.push_back({std::move(entry.name), info.st_size, info.st_mtim.tv_sec});
+      contents.files.push_back(EntryOf(std::move(entry.name), info));
     }
   }
   SortContents(contents);

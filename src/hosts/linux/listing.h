@@ -1,6 +1,8 @@
 // Listings of folders.
 #pragma once
 
+#include <sys/stat.h>
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -11,6 +13,8 @@
 #include "platform/files.h"
 
 namespace tarnvale {
+
+FolderEntry EntryOf(std::string name, const struct stat& info);
 
 /// The contents of an open native folder. Raises 75, 57.
 FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries);

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "base/failure.h"
 #include "hosts/linux/native_errors.h"
 
 namespace tarnvale {
@@ -43,14 +44,65 @@ bool Replacement::Close(Flush flush) {
 }
 
 void Replacement::Commit(const std::string& target, Flush flush) {
-  if (!Close(flush) || ::renameat(folder_fd_, Path(), folder_fd_, target.c_str()) != 0) {
-    RaiseNative(errno, Attempt::kChange);
+  if (!Close(flush)) RaiseNative(errno, Attempt::kChange);
+  Rename(target, 0);
+  if (flush == Flush::kYes) FlushFolder(folder_fd_, path_);
+}
+
+void Replacement::CommitNew(const std::string& target) {
+  if (!Close(Flush::kNo)) RaiseNative(errno, Attempt::kChange);
+  if (Rename(target, RENAME_NOREPLACE)) return;
+  struct stat there {};
+  if (::fstatat(folder_fd_, target.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0) {
+    throw ProgramError(kFileAlreadyExists);
   }
-  is_in_place_ = true;
-  if (flush == Flush::kNo) return;
-  // Some media can't flush folders; the file itself is safe all the same.
-  const std::string here = path_.substr(0, path_.rfind('/') + 1) + ".";
-  const Descriptor folder(::openat(folder_fd_, here.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  Rename(target, 0);
+}
+
+// Looks before it exchanges the two, so that hardly ever the wrong one comes out: until that
+// is back, it would go with the process.
+void Replacement::CommitOver(const std::string& target, const struct stat& seen) {
+  if (!Close(Flush::kNo)) RaiseNative(errno, Attempt::kChange);
+  RequireAsSeen(target.c_str(), seen);
+  if (!Rename(target, RENAME_EXCHANGE)) {
+    Rename(target, 0);
+    return;
+  }
+  try {
+    RequireAsSeen(Path(), seen);
+  } catch (const ProgramError&) {
+    is_in_place_ = true;  // what is here now isn't ours to delete
+    Rename(target, RENAME_EXCHANGE);
+    throw;
+  }
+}
+
+// False where the medium knows only the plain way.
+bool Replacement::Rename(const std::string& target, unsigned flags) {
+  if (::renameat2(folder_fd_, Path(), folder_fd_, target.c_str(), flags) == 0) {
+    is_in_place_ = flags != RENAME_EXCHANGE;
+    return true;
+  }
+  if (flags != 0 && (errno == EINVAL || errno == ENOSYS)) return false;
+  if (errno == EEXIST || (flags == RENAME_EXCHANGE && errno == ENOENT)) {
+    throw ProgramError(kFileAlreadyExists);
+  }
+  RaiseNative(errno, Attempt::kChange);
+}
+
+// By kind, size and time: some media number their files anew when memory runs short.
+void Replacement::RequireAsSeen(const char* name, const struct stat& seen) const {
+  struct stat now {};
+  if (::fstatat(folder_fd_, name, &now, AT_SYMLINK_NOFOLLOW) != 0 ||
+      (now.st_mode & S_IFMT) != (seen.st_mode & S_IFMT) || now.st_size != seen.st_size ||
+      now.st_mtim.tv_sec != seen.st_mtim.tv_sec || now.st_mtim.tv_nsec != seen.st_mtim.tv_nsec) {
+    throw ProgramError(kFileAlreadyExists);
+  }
+}
+
+void FlushFolder(int folder_fd, const std::string& path) {
+  const std::string here = path.substr(0, path.rfind('/') + 1) + ".";
+  const Descriptor folder(::openat(folder_fd, here.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (folder) ::fsync(folder.Get());
 }
 

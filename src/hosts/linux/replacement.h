@@ -2,6 +2,7 @@
 #pragma once
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <string>
@@ -20,6 +21,10 @@ Descriptor CreateFresh(int folder_fd, const char* name, mode_t mode);
 
 /// Whether what was written has reached the medium before it gets its name.
 enum class Flush { kNo, kYes };
+
+/// Puts the names in the folder of `path` onto the medium. Some can't do that; the files
+/// themselves are safe all the same.
+void FlushFolder(int folder_fd, const std::string& path);
 
 /// Written under a temporary name beside its target and deleted unless it is committed.
 class Replacement {
@@ -44,8 +49,15 @@ class Replacement {
 
   /// Closes it and gives it its target's name. Raises 57, 61, 70, 75.
   void Commit(const std::string& target, Flush flush = Flush::kNo);
+  /// Likewise, where nothing has the name, and over what still is as `seen`. Raise 58
+  /// where something has come or changed since, which then stays.
+  void CommitNew(const std::string& target);
+  void CommitOver(const std::string& target, const struct stat& seen);
 
  private:
+  bool Rename(const std::string& target, unsigned flags);
+  void RequireAsSeen(const char* name, const struct stat& seen) const;
+
   int folder_fd_;
   std::string path_;
   Descriptor file_;

@@ -113,7 +113,10 @@ void TreeCopy::CopyFolder(const std::string& source, const std::string& target, 
   Level level{source, target, {}, 0, false, {}};
   FolderScan scan(OpenInnerFolder(source_fd_, source), temporaries_);
   if (::fstat(scan.Fd(), &level.info) != 0) RaiseNative(errno, Attempt::kAsk);
-  if (!source.empty() && IsLeftOut(level.info)) return;
+  if (!source.empty() && IsLeftOut(level.info)) {
+    copied_all_ = false;
+    return;
+  }
   const TargetFolder into = OpenTarget(target, is_new, scan.Fd(), level.info);
   level.was_made = into.was_made;
   const FolderContents names = ReadSource(scan);
@@ -197,9 +200,10 @@ void TreeCopy::CopyOne(int source_fd, const std::string& name, const TargetFolde
   // What has come there since is another one, too.
   if (exists && !is_paired && !Holds(target.names, name)) throw ProgramError(kFileAlreadyExists);
   if (exists && !MayReplace(info, old)) return;
-  const CopyTarget to{spot, target.path, !exists};
+  // What is there is to be replaced, but nothing that comes meanwhile.
+  const CopyTarget to{spot, target.path, !exists, !exists};
   if (S_ISLNK(info.st_mode)) {
-    copy_.CopyLink(from, info, to);
+    if (!copy_.CopyLink(from, info, to)) copied_all_ = false;
   } else {
     copy_.CopyFile(from, {Links::kKeep, rights_}, to);
   }

@@ -129,7 +129,8 @@ void GiveName(const std::wstring& temporary, const std::wstring& target, bool re
 }
 
 void CopyFileBeside(Temporaries& temporaries, const std::wstring& source, DWORD attributes,
-                    const std::wstring& target, bool replaces, Rights rights) {
+                    const std::wstring& target, bool replaces, Rights rights,
+                    const std::function<bool()>& may_replace) {
   const std::wstring temporary = temporaries.Begin(NativeFolderOf(target));
   if (rights == Rights::kOwner) {
     // A copy into a file that is there keeps that one's security.
@@ -148,6 +149,10 @@ void CopyFileBeside(Temporaries& temporaries, const std::wstring& source, DWORD 
   } catch (const ProgramError&) {
     DeleteTemporary(temporary);
     throw;
+  }
+  if (may_replace && !may_replace()) {
+    DeleteTemporary(temporary);
+    throw ProgramError(kFileAlreadyExists);
   }
   ::SetFileAttributesW(temporary.c_str(), (attributes & kKeptAttributes) | FILE_ATTRIBUTE_ARCHIVE);
   GiveName(temporary, target, replaces);

@@ -1,6 +1,7 @@
 // Copies that change their target in one step.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "hosts/windows/file_state.h"
@@ -23,10 +24,11 @@ SECURITY_ATTRIBUTES* OwnersAlone();
 void GiveName(const std::wstring& temporary, const std::wstring& target, bool replaces);
 
 /// Copies a file with the attributes `attributes`, or what a link leads to, with time and
-/// streams; the copy counts as changed. What stands at `target` is replaced unasked.
-/// Raises 53, 61, 70, 57.
+/// streams; the copy counts as changed. What stands at `target` is replaced unless
+/// `may_replace` then says no, which raises 58. Raises 53, 61, 70, 57.
 void CopyFileBeside(Temporaries& temporaries, const std::wstring& source, DWORD attributes,
-                    const std::wstring& target, bool replaces, Rights rights);
+                    const std::wstring& target, bool replaces, Rights rights,
+                    const std::function<bool()>& may_replace);
 
 /// Copies a junction or a symbolic link as what it is. Nothing happens on a medium that
 /// can't hold one. Raises 70 where the user may not make one.

@@ -1,5 +1,6 @@
 #include "hosts/windows/windows_files.h"
 
+#include <algorithm>
 #include <array>
 
 #include "base/characters.h"
@@ -66,6 +67,19 @@ void RemoveTree(const std::wstring& folder) {
     }
   }
   if (::RemoveDirectoryW(folder.c_str()) == 0) RaiseLast(Attempt::kChange);
+}
+
+// Whether all in a folder is in its copy, whose root doesn't lie in it, whichever way
+// leads there.
+bool HasAll(HeldFolder& folder, HeldFolder& copy, const HeldFolder& copy_root) {
+  const FolderContents contents = folder.Contents();
+  return std::all_of(contents.files.begin(), contents.files.end(),
+                     [&](const FolderEntry& file) { return copy.File(file.name).has_value(); }) &&
+         std::all_of(contents.folders.begin(), contents.folders.end(),
+                     [&](const std::string& name) {
+                       const auto inner = folder.Inner(name);
+                       return !inner->Is(copy_root) && HasAll(*inner, *copy.Inner(name), copy_root);
+                     });
 }
 
 // What stands in an entry's place. Raises 58 for what only the medium takes for it.
@@ -149,13 +163,18 @@ WindowsFiles::CopySource WindowsFiles::SourceOfCopy(const Path& source) {
 }
 
 void WindowsFiles::CopyFileTo(const CopySource& source, const std::wstring& target,
-                              const std::optional<FileState>& there, Rights rights) {
+                              const std::optional<FileState>& there, Rights rights,
+                              Replaces replaces) {
   if (there) {
     RequireReplaceable(source.state, *there);
     if (SameState(source.state, *there) && AreOneFile(source.native, target)) return;
   }
+  const auto is_as_seen = [&] {
+    const auto now = StateOf(target, Links::kKeep);
+    return now.has_value() == there.has_value() && (!now || SameState(*now, *there));
+  };
   CopyFileBeside(temporaries_, source.native, source.state.attributes, target, there.has_value(),
-                 rights);
+                 rights, replaces == Replaces::kAsSeen ? is_as_seen : std::function<bool()>());
 }
 
 void WindowsFiles::CopyWhole(const Path& source, const Path& target, Rights rights) {
@@ -191,7 +210,7 @@ void WindowsFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, R
     if (there) RequireReplaceable(*state, *there);
     CopyLink(temporaries_, from, *state, to, there.has_value());
   } else {
-    CopyFileTo({from, *state}, to, there, rights);
+    CopyFileTo({from, *state}, to, there, rights, Replaces::kAsSeen);
   }
   WindowsFolder::Of(target.folder).NoteMade(target.name);
 }
@@ -269,6 +288,8 @@ void WindowsFiles::MoveTree(const Path& source, const Path& target) {
     throw ProgramError(kPathFileAccess);
   }
   CopyTree(source, target, {}, Rights::kSource);
+  const auto copy = OpenFolder(target);
+  if (!HasAll(*OpenFolder(source), *copy, *copy)) throw ProgramError(kPathFileAccess);
   RemoveTree(from.native);
 }
 

@@ -66,8 +66,11 @@ class WindowsFiles : public FileSystem {
     FileState state;
   };
   CopySource SourceOfCopy(const Path& source);
+  /// Whether a target that changes meanwhile is replaced all the same.
+  enum class Replaces { kAnything, kAsSeen };
   void CopyFileTo(const CopySource& source, const std::wstring& target,
-                  const std::optional<FileState>& there, Rights rights);
+                  const std::optional<FileState>& there, Rights rights,
+                  Replaces replaces = Replaces::kAnything);
   std::unique_ptr<HeldFolder> TreeTarget(const Path& target);
   static std::unique_ptr<HeldFolder> TreeTarget(const HeldEntry& target);
   void CopyTree(HeldFolder& source, HeldFolder& target, const std::function<void()>& between,

@@ -14,6 +14,15 @@
 #include "platform/temporary_name.h"
 
 namespace tarnvale {
+namespace {
+
+FolderEntry EntryOf(std::string name, const FileState& state) {
+  constexpr std::uint64_t kUnitsPerSecond = 10'000'000;
+  return {std::move(name), state.size_bytes, SecondsSince1970(state.modified),
+          static_cast<std::int32_t>(state.modified % kUnitsPerSecond * 100)};
+}
+
+}  // namespace
 
 FolderContents WindowsFolder::Contents() {
   FolderContents contents;
@@ -30,8 +39,7 @@ FolderContents WindowsFolder::Contents() {
     } else if (state.IsFolder() && !state.is_link) {
       contents.folders.push_back(std::move(name));
     } else {
-      contents.files.push_back(
-          {std::move(name), state.size_bytes, SecondsSince1970(state.modified)});
+      contents.files.push_back(EntryOf(std::move(name), state));
     }
   }
   for (const std::wstring& name : leftovers) temporaries_.Sweep(native_, name);
@@ -55,7 +63,7 @@ std::optional<FolderEntry> WindowsFolder::File(const std::string& name) {
       NativeNameOf(native) != ListedName(native)) {
     return std::nullopt;
   }
-  return FolderEntry{name, state->size_bytes, SecondsSince1970(state->modified)};
+  return EntryOf(name, *state);
 }
 
 std::optional<std::size_t> WindowsFolder::FoundBy(const std::string& name,

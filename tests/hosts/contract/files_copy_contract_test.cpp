@@ -398,6 +398,7 @@ TEST_P(CopyContract, MoveTreeRaises76WithoutSourceOrParent) {
 TEST_P(CopyContract, AFolderCannotBeMovedIntoItself) {
   host.Write("C:\\From\\a.txt", "one");
   EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From", "C:\\From\\Inside"); }), 75);
+  EXPECT_EQ(RaisedBy([&] { files.MoveTree("C:\\From", "C:\\fROM\\Inside"); }), 75);
   EXPECT_EQ(host.Content("C:\\From\\a.txt"), "one");
 }
 

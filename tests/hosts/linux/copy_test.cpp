@@ -4,11 +4,14 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "tests/hosts/linux/call_hooks.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {
 namespace {
 
+using testing::RenameHook;
+using testing::TimeHook;
 using Names = std::vector<std::string>;
 class CopyTest : public LinuxDriveTest {
  protected:
@@ -153,6 +156,84 @@ TEST_F(CopyTest, CopyEntryReplacesALinkByALink) {
   CopyEntry("C:\\", "link", "C:\\", "target");
   EXPECT_EQ(std::filesystem::read_symlink(Native("target")), "one");
   EXPECT_EQ(NamesIn("."), (Names{"link", "target"}));
+}
+
+// What somebody saves while an entry is copied onto it.
+TEST_F(CopyTest, WhatChangesWhileItIsCopiedOntoStays) {
+  Write("source", "source");
+  for (const bool medium_exchanges : {true, false}) {
+    Write("target", "old");
+    const TimeHook saving({[&] { Write("target", "saved"); }});
+    RenameHook medium({});
+    if (!medium_exchanges) medium.Refuse(EINVAL);
+    EXPECT_EQ(RaisedBy([&] { CopyEntry("C:\\", "source", "C:\\", "target"); }), 58);
+    EXPECT_TRUE(saving.WasCalled());
+    EXPECT_EQ(Read("target"), "saved");
+    EXPECT_EQ(NamesIn("."), (Names{"source", "target"}));
+  }
+}
+
+TEST_F(CopyTest, WhatChangesRightBeforeItIsReplacedStays) {
+  Write("source", "source");
+  Write("target", "old");
+  const RenameHook saving({[&] { Write("target", "saved"); }});
+  EXPECT_EQ(RaisedBy([&] { CopyEntry("C:\\", "source", "C:\\", "target"); }), 58);
+  EXPECT_TRUE(saving.WasCalled());
+  EXPECT_EQ(Read("target"), "saved");
+  EXPECT_EQ(NamesIn("."), (Names{"source", "target"}));
+}
+
+TEST_F(CopyTest, WhatGoesWhileItIsCopiedOntoStaysAway) {
+  Write("source", "source");
+  Write("target", "old");
+  const RenameHook deleting({[&] { std::filesystem::remove(Native("target")); }});
+  EXPECT_EQ(RaisedBy([&] { CopyEntry("C:\\", "source", "C:\\", "target"); }), 58);
+  EXPECT_TRUE(deleting.WasCalled());
+  EXPECT_EQ(NamesIn("."), Names{"source"});
+}
+
+TEST_F(CopyTest, WhatComesWhileAnEntryIsCopiedStays) {
+  Write("source", "source");
+  const TimeHook saving({[&] { Write("target", "saved"); }});
+  EXPECT_EQ(RaisedBy([&] { CopyEntry("C:\\", "source", "C:\\", "target"); }), 58);
+  EXPECT_TRUE(saving.WasCalled());
+  EXPECT_EQ(Read("target"), "saved");
+  EXPECT_EQ(NamesIn("."), (Names{"source", "target"}));
+}
+
+// A link has a name from the start.
+TEST_F(CopyTest, WhatComesWhileALinkIsCopiedStays) {
+  Link("link", "one");
+  for (const bool medium_knows_new : {true, false}) {
+    RenameHook saving({[&] { Write("target", "saved"); }});
+    if (!medium_knows_new) saving.Refuse(EINVAL);
+    EXPECT_EQ(RaisedBy([&] { CopyEntry("C:\\", "link", "C:\\", "target"); }), 58);
+    EXPECT_TRUE(saving.WasCalled());
+    EXPECT_EQ(Read("target"), "saved");
+    EXPECT_EQ(NamesIn("."), (Names{"link", "target"}));
+    std::filesystem::remove(Native("target"));
+  }
+}
+
+TEST_F(CopyTest, WhatComesIntoANewFolderWhileATreeIsCopiedStays) {
+  MakeFolder("from");
+  Write("from/file", "source");
+  const TimeHook saving({[&] { Write("to/file", "saved"); }});
+  EXPECT_EQ(RaisedBy([&] { files_.CopyTree("C:\\from", "C:\\to", {}); }), 58);
+  EXPECT_TRUE(saving.WasCalled());
+  EXPECT_EQ(Read("to/file"), "saved");
+}
+
+TEST_F(CopyTest, AWholeCopyReplacesWhateverCame) {
+  Write("source", "source");
+  for (const bool is_new : {true, false}) {
+    if (!is_new) Write("target", "old");
+    const TimeHook saving({[&] { Write("target", "saved"); }});
+    files_.CopyWhole("C:\\source", "C:\\target");
+    EXPECT_TRUE(saving.WasCalled());
+    EXPECT_EQ(Read("target"), "source");
+    std::filesystem::remove(Native("target"));
+  }
 }
 
 TEST_F(CopyTest, NamesOf255BytesAreCopied) {

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/file.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,42 +14,13 @@
 #include <memory>
 #include <utility>
 
+#include "tests/hosts/linux/call_hooks.h"
 #include "tests/hosts/linux/linux_stage.h"
 
 namespace tarnvale::testing {
 namespace {
 
 constexpr char kFile[] = "C:\\Data\\t.ini";
-
-// Does something right before a file is exchanged: one thing each time, in order.
-class RenameHook {
- public:
-  explicit RenameHook(std::vector<std::function<void()>> steps) : steps_(std::move(steps)) {
-    present = this;
-  }
-  ~RenameHook() { present = nullptr; }
-  RenameHook(const RenameHook&) = delete;
-  RenameHook& operator=(const RenameHook&) = delete;
-
-  void Refuse(int error) { error_ = error; }
-  bool WasCalled() const { return next_ == steps_.size(); }
-
-  static inline RenameHook* present = nullptr;
-  // The error to fail with; 0 for none.
-  int Call() {
-    if (next_ == steps_.size()) return error_;
-    const auto& step = steps_[next_++];
-    present = nullptr;
-    step();
-    present = this;
-    return error_;
-  }
-
- private:
-  std::vector<std::function<void()>> steps_;
-  std::size_t next_ = 0;
-  int error_ = 0;
-};
 
 class LinuxProfileFilesTest : public LinuxStage {
  protected:
@@ -168,43 +138,29 @@ TEST_F(LinuxProfileFilesTest, AMediumThatExchangesNothingHoldsASaveAll) {
   EXPECT_EQ(Names(), (std::vector<std::string>{"t.ini"}));
 }
 
-// --- two that save all the time
-
-class TwoInstancesTest : public LinuxProfileFilesTest {
- protected:
-  // Each of them adds keys of its own and saves after each, as fast as it can.
-  void ExpectAllKept(int keys) {
-    WriteNative(native, "[A]\r\nx=0\r\n");
-    const auto add_keys = [&](const std::string& letter) {
-      LinuxHost other(surroundings);
-      for (int i = 0; i < keys; ++i) {
-        if (!other.profiles.Write("A", letter + std::to_string(i), "1", kFile)) return false;
-        if (!other.profiles.Flush(kFile)) return false;
-      }
-      return true;
-    };
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(add_keys("c") ? 0 : 1);
-    EXPECT_TRUE(add_keys("p"));
-    int status = -1;
-    ::waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-    int kept = 0;
-    for (int i = 0; i < keys; ++i) {
-      for (const char* letter : {"c", "p"}) kept += Read("A", letter + std::to_string(i)) == "1";
+// Each of them adds keys of its own and saves after each, as fast as it can.
+TEST_F(LinuxProfileFilesTest, InstancesThatSaveAllTheTimeKeepEachOthersWrites) {
+  constexpr int kKeys = 40;
+  WriteNative(native, "[A]\r\nx=0\r\n");
+  const auto add_keys = [&](const std::string& letter) {
+    LinuxHost other(surroundings);
+    for (int i = 0; i < kKeys; ++i) {
+      if (!other.profiles.Write("A", letter + std::to_string(i), "1", kFile)) return false;
+      if (!other.profiles.Flush(kFile)) return false;
     }
-    EXPECT_EQ(kept, 2 * keys);
+    return true;
+  };
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(add_keys("c") ? 0 : 1);
+  EXPECT_TRUE(add_keys("p"));
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  int kept = 0;
+  for (int i = 0; i < kKeys; ++i) {
+    for (const char* letter : {"c", "p"}) kept += Read("A", letter + std::to_string(i)) == "1";
   }
-};
-
-TEST_F(TwoInstancesTest, InstancesThatSaveAllTheTimeKeepEachOthersWrites) {
-  ExpectAllKept(40);
-}
-
-TEST_F(TwoInstancesTest, TheyDoWhileSomebodyElseHasTheFolderLocked) {
-  const Descriptor held(::open(OnDrive("Data").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  ASSERT_EQ(::flock(held.Get(), LOCK_EX), 0);
-  ExpectAllKept(15);
+  EXPECT_EQ(kept, 2 * kKeys);
 }
 
 TEST_F(LinuxProfileFilesTest, TheFileIsReplacedNotRewritten) {
@@ -336,16 +292,3 @@ TEST_F(LinuxProfileFilesTest, AListingOfFilesDoesNotShowTheTemporary) {
 
 }  // namespace
 }  // namespace tarnvale::testing
-
-// Stands before the system's own.
-extern "C" int renameat2(int from_folder, const char* from, int to_folder, const char* to,
-                         unsigned flags) noexcept {
-  using tarnvale::testing::RenameHook;
-  if (RenameHook::present != nullptr && flags != 0) {
-    if (const int error = RenameHook::present->Call(); error != 0) {
-      errno = error;
-      return -1;
-    }
-  }
-  return static_cast<int>(::syscall(SYS_renameat2, from_folder, from, to_folder, to, flags));
-}

@@ -51,7 +51,7 @@ TEST_F(ListingTest, HiddenFoldersComeOnlyWhenAskedFor) {
   EXPECT_EQ(files_.ListFolders("C:", {.hidden = true}), (Names{".h", "p"}));
 }
 
-TEST_F(ListingTest, OpenFolderTellsSizesAndWholeSeconds) {
+TEST_F(ListingTest, OpenFolderTellsSizesAndTimes) {
   Write("b", "123");
   SetModified("b", 1'000'000'000, 999'999'999);
   Write("A", "");
@@ -59,7 +59,8 @@ TEST_F(ListingTest, OpenFolderTellsSizesAndWholeSeconds) {
   MakeFolder("sub");
   MakeFolder(".dot");
   const FolderContents contents = files_.OpenFolder("C:\\")->Contents();
-  EXPECT_EQ(contents.files, (std::vector<FolderEntry>{{"A", 0, -5}, {"b", 3, 1'000'000'000}}));
+  EXPECT_EQ(contents.files, (std::vector<FolderEntry>{{"A", 0, -5, 500'000'000},
+                                                      {"b", 3, 1'000'000'000, 999'999'999}}));
   EXPECT_EQ(contents.folders, (Names{".dot", "sub"}));
 }
 

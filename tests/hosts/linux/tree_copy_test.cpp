@@ -6,6 +6,7 @@
 #include "tests/hosts/contract/native_files.h"
 #include "tests/hosts/contract/temporary_folder.h"
 #include "tests/hosts/contract/variable_for.h"
+#include "tests/hosts/linux/call_hooks.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {
@@ -203,6 +204,34 @@ TEST_F(TreeCopyTest, AFolderThatMovesToAnotherMediumIsInItsNewPlaceOnly) {
   files_.MoveTree("C:\\a", "C:\\elsewhere\\z");
   EXPECT_FALSE(Exists("a"));
   EXPECT_EQ(testing::ReadNative(elsewhere / "z/b/link"), "content");
+}
+
+TEST_F(TreeCopyTest, AFolderThatMovesIntoItselfByALinkStays) {
+  MakeFolder("a/b");
+  Write("a/x", "content");
+  Link("other", "a/b");
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\a", "C:\\other\\z"); }), kPathFileAccess);
+  EXPECT_EQ(NamesIn("a"), (Names{"b", "x"}));
+  EXPECT_EQ(NamesIn("a/b"), Names{});
+  // As where the medium is mounted twice.
+  testing::RenameHook two_media({});
+  two_media.Refuse(EXDEV);
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\a", "C:\\other\\z"); }), kPathFileAccess);
+  EXPECT_EQ(Read("a/x"), "content");
+  EXPECT_TRUE(Exists("a/b"));
+}
+
+TEST_F(TreeCopyTest, AFolderThatMovesToAMediumWithoutItsLinksStays) {
+  MakeFolder("a");
+  Write("a/x", "content");
+  Link("a/link", "x");
+  testing::RenameHook two_media({});
+  two_media.Refuse(EXDEV);
+  testing::LinkHook no_links({});
+  no_links.Refuse(EPERM);
+  EXPECT_EQ(RaisedBy([&] { files_.MoveTree("C:\\a", "C:\\z"); }), kPathFileAccess);
+  EXPECT_EQ(NamesIn("a"), (Names{"link", "x"}));
+  EXPECT_EQ(Read("z/x"), "content");
 }
 
 TEST_F(TreeCopyTest, AnEmptiedFolderTakesNothingBehindItsLinksAlong) {

@@ -1,0 +1,49 @@
+// Doing something right before the system is called.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <utility>
+#include <vector>
+
+namespace tarnvale::testing {
+
+/// One thing each time, in order.
+template <class Hooked>
+class CallHook {
+ public:
+  explicit CallHook(std::vector<std::function<void()>> steps) : steps_(std::move(steps)) {
+    present = this;
+  }
+  ~CallHook() { present = nullptr; }
+  CallHook(const CallHook&) = delete;
+  CallHook& operator=(const CallHook&) = delete;
+
+  void Refuse(int error) { error_ = error; }
+  bool WasCalled() const { return next_ == steps_.size(); }
+
+  static inline CallHook* present = nullptr;
+  /// The error to fail with; 0 for none.
+  int Call() {
+    if (next_ == steps_.size()) return error_;
+    const auto& step = steps_[next_++];
+    present = nullptr;
+    step();
+    present = this;
+    return error_;
+  }
+
+ private:
+  std::vector<std::function<void()>> steps_;
+  std::size_t next_ = 0;
+  int error_ = 0;
+};
+
+/// A file is exchanged, or put where none is.
+using RenameHook = CallHook<struct Renaming>;
+/// A link is made.
+using LinkHook = CallHook<struct Linking>;
+/// A copy is written, and gets its time.
+using TimeHook = CallHook<struct SettingTime>;
+
+}  // namespace tarnvale::testing
