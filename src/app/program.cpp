@@ -35,7 +35,8 @@ Program::Program(Machine& machine)
       popups(engine),
       Compressor(machine.loop, machine.windows, [this] { return MakeCompressor(); }),
       Splitter(machine.loop, machine.windows, [this] { return Make<frmMain>(); }),
-      RegistryBackup(machine.loop, machine.windows, [this] { return Make<registry>(); }),
+      RegistryBackup(
+          machine.loop, machine.windows, [this] { return Make<registry>(); }, WhenClosed::kHidden),
       UserData(
           machine.loop, machine.windows, [this] { return Make<userdata>(); }, WhenClosed::kHidden),
       Mailer(machine.loop, machine.windows,

@@ -16,8 +16,9 @@ registry::registry(Machine& machine) : Timer1(machine.loop.Timers(), 100, true),
   chameleonButton1.Click.Listen([this] { ChooseFile(); });
   Command1.Click.Listen([this] { SaveBranch(); });
   Timer1.Tick.Listen([this] { FollowFields(); });
-  // The record outlives its window: nothing may go on ticking in it.
-  Closed.Listen([this] { Timer1.Enabled = false; });
+  const auto wake_while_seen = [this] { Timer1.WakesLoop = Visible.Get(); };
+  wake_while_seen();
+  Visible.Changed.Listen(wake_while_seen);
   Combo1.Rows.Assign({kWholeRegistry, "HKEY_CLASSES_ROOT", "HKEY_CURRENT_USER",
                       "HKEY_LOCAL_MACHINE", "HKEY_USERS", "HKEY_CURRENT_CONFIG"});
   Combo1.Text = kWholeRegistry;

@@ -12,7 +12,7 @@
 
 namespace tarnvale {
 
-/// One of it is loaded at a time (WindowSlot): closing it unloads it.
+/// One of it is made (WindowSlot); closing it hides it, and it stays as it is.
 class registry : public Window {
  public:
   explicit registry(Machine& machine);

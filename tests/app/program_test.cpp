@@ -515,10 +515,15 @@ TEST_F(ProgramTest, TheRegistryWindowOpensFromTheTaskPanelAndTheMenu) {
   registry& first = p.RegistryBackup.Get();
   EXPECT_TRUE(first.Visible);
   EXPECT_FALSE(first.Icon.Get().empty());
+  first.Text3.Text = "D:\\all.reg";
   first.Close();
-  EXPECT_FALSE(p.RegistryBackup.IsLoaded());
+  machine.Advance(1min);
+  EXPECT_TRUE(p.RegistryBackup.IsLoaded());
+  EXPECT_FALSE(first.Visible);
   p.form.mnuregistry.Clicked.Emit();
-  EXPECT_TRUE(p.RegistryBackup.Get().Visible);
+  EXPECT_EQ(&p.RegistryBackup.Get(), &first);
+  EXPECT_TRUE(first.Visible);
+  EXPECT_EQ(first.Text3.Text.Get(), "D:\\all.reg");
 }
 
 TEST_F(ProgramTest, TheUserDataWindowOpensFromTheTaskPanelAndTheMenuAndKnowsItsPaths) {

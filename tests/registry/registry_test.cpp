@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "tests/support/fake_machine.h"
-#include "ui/window_slot.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -16,7 +15,10 @@ using Dialog = FakeDialogs::Kind;
 
 class RegistryTest : public ::testing::Test {
  protected:
-  RegistryTest() { machine.files.Write("C:\\Windows\\Regedit.exe", "the editor"); }
+  RegistryTest() {
+    machine.files.Write("C:\\Windows\\Regedit.exe", "the editor");
+    window.Show();
+  }
 
   /// As the host does it: an error ends the handler.
   void Click(chameleonButton& button) {
@@ -205,21 +207,11 @@ TEST_F(RegistryTest, ACancelledChoiceKeepsTheFileAndSaysNothing) {
   EXPECT_EQ(window.Text3.Text.Get(), "C:\\old.reg");
 }
 
-TEST_F(RegistryTest, AClosedWindowTicksNoMore) {
-  window.Text3.Text = "C:\\a.reg";
+TEST_F(RegistryTest, AHiddenWindowWakesNobody) {
+  EXPECT_TRUE(window.Timer1.WakesLoop);
   window.Close();
-  Tick();
-  EXPECT_FALSE(window.Timer1.Enabled);
-}
-
-TEST_F(RegistryTest, AClosedWindowIsMadeAnew) {
-  WindowSlot<registry> slot(machine.loop, machine.windows,
-                            [&] { return std::make_unique<registry>(machine.Interfaces()); });
-  slot.Show();
-  slot.Get().Text3.Text = "C:\\a.reg";
-  slot.Get().Close();
-  Tick();
-  EXPECT_EQ(slot.Get().Text3.Text.Get(), "");
+  EXPECT_FALSE(window.Timer1.WakesLoop);
+  EXPECT_FALSE((registry{machine.Interfaces()}.Timer1.WakesLoop));
 }
 
 }  // namespace
