@@ -268,14 +268,20 @@ TEST_F(CopyTest, RightsDecideWhatOthersMayDoWithACopyAndSetIdBitsNeverGoAlong) {
   const mode_t mask = ::umask(0022);
   Write("source", "x");
   SetMode("source", 07777);
-  for (const char* old : {"", "old"}) {
-    for (const auto& [rights, mode] : std::vector<std::pair<Rights, mode_t>>{
-             {Rights::kSource, 0777}, {Rights::kNewFile, 0755}, {Rights::kOwner, 0600}}) {
-      // A new file and one that is replaced are written in different ways.
+  // A new file and one that is replaced are written in different ways; the latter's rights
+  // count for a copy towards the computer.
+  for (const bool is_new : {true, false}) {
+    for (const auto& [rights, mode] :
+         std::vector<std::pair<Rights, mode_t>>{{Rights::kSource, 0777},
+                                                {Rights::kNewFile, is_new ? 0755 : 0640},
+                                                {Rights::kOwner, 0600}}) {
       std::filesystem::remove(Native("target"));
-      if (*old != '\0') Write("target", old);
+      if (!is_new) {
+        Write("target", "old");
+        SetMode("target", 0640);
+      }
       files_.CopyWhole("C:\\source", "C:\\target", rights);
-      EXPECT_EQ(Info("target").st_mode & 07777U, mode) << old;
+      EXPECT_EQ(Info("target").st_mode & 07777U, mode) << is_new;
     }
   }
   ::umask(mask);
