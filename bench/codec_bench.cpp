@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -116,6 +117,12 @@ double SecondsOf(const std::function<void()>& work) {
   return now() - start;
 }
 
+double WallSecondsOf(const std::function<void()>& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
 double Median(std::vector<double> times) {
   std::sort(times.begin(), times.end());
   return times[times.size() / 2];
@@ -172,6 +179,7 @@ struct Goals {
 
 struct Times {
   std::vector<double> copy, zlib_encode, zlib_decode, encode, decode, buffer_encode, buffer_decode;
+  std::vector<double> alone_encode, alone_decode, together_encode, together_decode;
 };
 
 bool Meets(const char* what, double ratio, double goal) {
@@ -189,19 +197,30 @@ bool Race(const Goals& goals, const Bytes& input, int rounds) {
   PercentReport silent({});
   Times t;
   LinuxHost host;
-  clsHuffman codec(host.files, host.open_files);
+  NoWorkers nobody;
+  clsHuffman codec(host.files, host.open_files, nobody);
   for (int round = 0; round <= rounds; ++round) {
     if (round == 1) t = {};  // the first one warmed up
     t.copy.push_back(SecondsOf([&] { std::memcpy(copy.data(), input.data(), input.size()); }));
     t.encode.push_back(SecondsOf([&] {
       PercentReport report({});
-      EncodeStream(input, stream, report);
+      EncodeStream(input, stream, report, nobody);
     }));
+    const auto encode = [&](Workers& workers) {
+      return WallSecondsOf([&] { EncodeStream(input, stream, silent, workers); });
+    };
+    t.alone_encode.push_back(encode(nobody));
+    t.together_encode.push_back(encode(host.workers));
     t.zlib_encode.push_back(SecondsOf([&] { zlib.Encode(input); }));
     t.decode.push_back(SecondsOf([&] {
       PercentReport report({});
-      DecodeStream(stream.View(), result, report);
+      DecodeStream(stream.View(), result, report, nobody);
     }));
+    const auto decode = [&](Workers& workers) {
+      return WallSecondsOf([&] { DecodeStream(stream.View(), result, silent, workers); });
+    };
+    t.alone_decode.push_back(decode(nobody));
+    t.together_decode.push_back(decode(host.workers));
     t.zlib_decode.push_back(SecondsOf([&] { zlib.Decode(); }));
     Check(std::equal(input.begin(), input.end(), result.Data(), result.Data() + result.Size()),
           "the round trip differs");
@@ -225,6 +244,15 @@ bool Race(const Goals& goals, const Bytes& input, int rounds) {
   all &= Meets("decode / zlib", speed(t.decode) / speed(t.zlib_decode), goals.decode_zlib);
   all &= Meets("encode / memcpy", speed(t.encode) / copy_speed, goals.encode_memcpy);
   all &= Meets("decode / memcpy", speed(t.decode) / copy_speed, goals.decode_memcpy);
+  // What disturbs one run doesn't disturb the next one.
+  const auto gain = [](const std::vector<double>& alone, const std::vector<double>& together) {
+    return *std::min_element(alone.begin(), alone.end()) /
+           *std::min_element(together.begin(), together.end());
+  };
+  if (host.workers.Helpers() > 0) {
+    all &= Meets("encode, all processors", gain(t.alone_encode, t.together_encode), 1.7);
+    all &= Meets("decode, all processors", gain(t.alone_decode, t.together_decode), 1.7);
+  }
   return all;
 }
 
@@ -264,14 +292,14 @@ bool MeasureMemory(std::size_t size) {
   const auto code = [&](const std::string& name) {
     return [&folder, name] {
       LinuxHost host(SurroundingsIn(folder));
-      clsHuffman codec(host.files, host.open_files);
+      clsHuffman codec(host.files, host.open_files, host.workers);
       codec.EncodeFile("C:\\" + name, "C:\\" + name + ".packed");
     };
   };
   const auto decode = [&](const std::string& name) {
     return [&folder, name] {
       LinuxHost host(SurroundingsIn(folder));
-      clsHuffman codec(host.files, host.open_files);
+      clsHuffman codec(host.files, host.open_files, host.workers);
       codec.DecodeFile("C:\\" + name + ".packed", "C:\\" + name + ".again");
     };
   };

@@ -125,7 +125,7 @@ class Contest {
     LoudBoxes boxes;
     LinuxHost host(surroundings);
     HeadlessMachine machine(host.Parts(), boxes);
-    usercontrol11 archiver(machine.Parts());
+    usercontrol11 archiver(ArchiveParts(machine.Parts(), host.workers));
     if (archiver.SaveFilesToArchiv("C:\\" + tree, "C:\\" + archive + ".tvz", true) != files) {
       std::fprintf(stderr, "pack_bench: not all files were packed\n");
       std::exit(2);

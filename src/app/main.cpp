@@ -2,11 +2,13 @@
 #include "app/desktop_machine.h"
 #include "app/program.h"
 #include "base/out_of_memory.h"
+#include "hosts/linux/linux_workers.h"
 
 int main(int argc, char** argv) {
   tarnvale::RaiseOutOfMemory();
   tarnvale::DesktopMachine machine(argc, argv);
   tarnvale::ShowFaults(machine.Parts());
-  const int status = tarnvale::Program(machine.Parts()).Run();
+  tarnvale::LinuxWorkers workers;
+  const int status = tarnvale::Program(machine.Parts(), workers).Run();
   machine.EndProcess(status);
 }

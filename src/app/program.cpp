@@ -27,7 +27,7 @@ std::unique_ptr<W> Program::Make(Args&&... args) {
   return window;
 }
 
-Program::Program(Machine& machine)
+Program::Program(Machine& machine, Workers& workers)
     : engine(machine),
       form(engine),
       Splash(machine, engine.settings, HooksOfSplash()),
@@ -42,7 +42,8 @@ Program::Program(Machine& machine)
       Mailer(machine.loop, machine.windows,
              [this] { return Make<frmWinsock>(engine.settings, engine.mail, last_reply_); }),
       Transfer(machine.loop, machine.windows, [this] { return MakeTransfer(); }),
-      machine_(machine) {
+      machine_(machine),
+      workers_(workers) {
   machine.windows.Adopt(form);
   SetWindowIcon(Splash, "AAA");
   machine.windows.Adopt(Splash);
@@ -54,7 +55,7 @@ Program::Program(Machine& machine)
 }
 
 std::unique_ptr<compression> Program::MakeCompressor() {
-  auto window = Make<compression>(engine.settings);
+  auto window = Make<compression>(engine.settings, workers_);
   window->ShowTransfer = [this] { CallHook(form.Tools.ShowTransfer); };
   window->ShowSplitter = [this] { CallHook(form.Tools.ShowSplitter); };
   return window;

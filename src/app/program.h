@@ -23,8 +23,8 @@ namespace tarnvale {
 /// The whole program on one machine.
 class Program {
  public:
-  /// The machine must outlive it.
-  explicit Program(Machine& machine);
+  /// Both must outlive it. `workers` code archives.
+  explicit Program(Machine& machine, Workers& workers = ArchiveParts::nobody);
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
@@ -60,6 +60,7 @@ class Program {
   void ConnectStages();
 
   Machine& machine_;
+  Workers& workers_;
   /// Stays when the window of the conversation is unloaded.
   std::string last_reply_;
 };

@@ -53,7 +53,8 @@ usercontrol11::usercontrol11(const ArchiveParts& machine,
 
 usercontrol11::Codec usercontrol11::MakeCodec(void (usercontrol11::*handler)(std::int16_t)) {
   Codec codec;
-  codec.huffman = std::make_shared<clsHuffman>(machine_.files, machine_.open_files);
+  codec.huffman =
+      std::make_shared<clsHuffman>(machine_.files, machine_.open_files, machine_.workers);
   codec.progress = codec.huffman->Progress.Subscribe(
       [this, handler](std::int16_t percent) { (this->*handler)(percent); });
   return codec;

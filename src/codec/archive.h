@@ -12,6 +12,7 @@
 #include "codec/huffman.h"
 #include "platform/files.h"
 #include "platform/open_files.h"
+#include "platform/workers.h"
 #include "ui/event_loop.h"
 #include "ui/message_boxes.h"
 
@@ -46,17 +47,27 @@ enum class ArchiveStatus : std::int32_t {
   kSingleDone = 22,
 };
 
-/// What it uses of a machine; any bundle that has these can be given for it.
+/// What it uses of a machine; any bundle that has these can be given for it. The
+/// workers, which few bundles have, may be told apart.
 struct ArchiveParts {
   template <class Parts>
   // NOLINTNEXTLINE(google-explicit-constructor): it is that machine, seen narrowly.
-  ArchiveParts(const Parts& parts)
-      : files(parts.files), open_files(parts.open_files), loop(parts.loop), boxes(parts.boxes) {}
+  ArchiveParts(const Parts& parts) : ArchiveParts(parts, nobody) {}
+  template <class Parts>
+  ArchiveParts(const Parts& parts, Workers& helpers)
+      : files(parts.files),
+        open_files(parts.open_files),
+        loop(parts.loop),
+        boxes(parts.boxes),
+        workers(helpers) {}
+
+  static inline NoWorkers nobody;
 
   FileSystem& files;
   OpenFiles& open_files;
   EventLoop& loop;
   MessageBoxes& boxes;
+  Workers& workers;
 };
 
 /// Packs and unpacks. An archive is a container, or, with the compress flag, the

@@ -150,12 +150,12 @@ bool IsStored(std::span<const std::uint8_t> stream) {
 
 // Returns the checksum of the result.
 std::uint8_t DecodePayload(std::span<const std::uint8_t> stream, const StreamHead& head,
-                           ByteBuffer& result, PercentReport& report) {
+                           ByteBuffer& result, PercentReport& report, Workers& workers) {
   const DecodingTree tree(head.codes);
   DecodingReports reports(report, stream.size(), head.payload_offset);
   std::uint8_t checksum = 0;
   if (stream.size() - head.payload_offset >= kWorthTables && CanDecodeByTables(head, tree)) {
-    DecodeByTables(stream, head, result, reports, checksum);
+    DecodeByTables(stream, head, result, reports, checksum, workers);
   } else {
     WalkPlainly(stream, head, tree, result, reports);
     checksum = ChecksumOf(result.View());
@@ -165,7 +165,8 @@ std::uint8_t DecodePayload(std::span<const std::uint8_t> stream, const StreamHea
 
 }  // namespace
 
-void DecodeStream(std::span<const std::uint8_t> stream, ByteBuffer& result, PercentReport& report) {
+void DecodeStream(std::span<const std::uint8_t> stream, ByteBuffer& result, PercentReport& report,
+                  Workers& workers) {
   if (IsStored(stream)) {
     // Required: the stored form of an empty input doesn't decode.
     if (stream.size() == kMarkBytes) throw ProgramError(kSubscriptOutOfRange);
@@ -178,7 +179,7 @@ void DecodeStream(std::span<const std::uint8_t> stream, ByteBuffer& result, Perc
   }
   const auto head = std::make_unique<StreamHead>();
   ReadHead(stream, *head);
-  const std::uint8_t checksum = DecodePayload(stream, *head, result, report);
+  const std::uint8_t checksum = DecodePayload(stream, *head, result, report, workers);
   PhaseReports(
       report,
       {.total = static_cast<double>(result.Size()), .step = 10000, .scale = 11, .offset = 89})

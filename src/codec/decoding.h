@@ -9,6 +9,7 @@
 #include "codec/bytes.h"
 #include "codec/code_tree.h"
 #include "codec/percent_report.h"
+#include "platform/workers.h"
 
 namespace tarnvale {
 
@@ -17,7 +18,8 @@ namespace tarnvale {
 /// Raises 9 (cut off or impossible) and kProgramDefinedError (mark or checksum);
 /// `result` is then undefined. Memory: never more than the payload's bits can
 /// hold symbols, whatever the length field says.
-void DecodeStream(std::span<const std::uint8_t> stream, ByteBuffer& result, PercentReport& report);
+void DecodeStream(std::span<const std::uint8_t> stream, ByteBuffer& result, PercentReport& report,
+                  Workers& workers);
 
 /// The head of a compressed stream with all codes.
 struct StreamHead {

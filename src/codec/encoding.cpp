@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cassert>
 #include <memory>
+#include <vector>
 
 #include "codec/bytes.h"
 #include "codec/code_tree.h"
 #include "codec/huffman_stream.h"
+#include "codec/segments.h"
 
 namespace tarnvale {
 
@@ -49,7 +51,8 @@ constexpr unsigned kLongestInGroups = 42;
 
 PayloadPacker::PayloadPacker(const PackedCodes& codes, const Size& size, std::uint8_t* to)
     : codes_(codes), cursor_{.to = to} {
-  if (size.input_bytes >= kWorthPairs && !codes.all_bytes) pairs_.emplace(codes);
+  if (size.input_bytes >= kWorthPairs && !codes.all_bytes)
+    pairs_ = std::make_shared<PairTable>(codes);
   // Eight symbols of 5 bits on the average seldom have more than 56.
   four_pairs_fit_ = size.payload_bits <= 5 * size.input_bytes;
 }
@@ -82,6 +85,36 @@ std::uint8_t* PayloadPacker::Finish() {
     cursor_.waiting = cursor_.count = 0;
   }
   return cursor_.to;
+}
+
+// Its first and last symbols go by way of a buffer, as packing stores whole words: 64 of
+// them have 8 bytes at least.
+PayloadPacker::Edges PayloadPacker::PackSegment(std::span<const std::uint8_t> bytes,
+                                                std::uint8_t* to, std::size_t first_bit) const {
+  assert(bytes.size() >= kLeastSegment);
+  constexpr std::size_t kEdge = 64;
+  std::array<std::uint8_t, kEdge * kMostWordBits / 8 + 16> buffer{};
+  const unsigned shared = first_bit % 8;
+  to += first_bit / 8;
+  PayloadPacker packer = *this;
+  if (codes_.all_bytes) {
+    packer.cursor_ = {.to = to};
+    packer.Add(bytes);
+    return {};
+  }
+  packer.cursor_ = {.count = shared, .to = buffer.data()};
+  packer.Add(bytes.first(kEdge));
+  Edges edges{.first = buffer[0]};
+  std::copy(buffer.data() + (shared > 0 ? 1 : 0), packer.cursor_.to, to + (shared > 0 ? 1 : 0));
+  to += packer.cursor_.to - buffer.data();
+  packer.cursor_.to = to;
+  packer.Add(bytes.subspan(kEdge, bytes.size() - 2 * kEdge));
+  to = packer.cursor_.to;
+  packer.cursor_.to = buffer.data();
+  packer.Add(bytes.last(kEdge));
+  std::copy(buffer.data(), packer.cursor_.to, to);
+  edges.last = static_cast<std::uint8_t>(packer.cursor_.waiting);
+  return edges;
 }
 
 // With codes of 8 bits each, one byte stands for one byte.
@@ -165,14 +198,40 @@ namespace {
 // The packer stores whole words.
 constexpr std::size_t kSlackBytes = 8;
 
-SymbolCounts CountSymbols(std::span<const std::uint8_t> input, PercentReport& report) {
+// The counts of an input, and of each of its segments where it has some.
+struct InputCounts {
+  SymbolCounts all{};
+  std::vector<SymbolCounts> segments;
+};
+
+InputCounts CountSegments(std::span<const std::uint8_t> input, PhaseReports& reports,
+                          Workers& workers) {
+  InputCounts counts;
+  counts.segments.resize(SegmentsOf(input.size()));
+  RunSegments(
+      workers, input.size(),
+      [&](std::size_t begin, std::size_t end) { reports.ReportAll(begin, end); },
+      [&](std::size_t segment, std::size_t begin, std::size_t end) {
+        SymbolCounter counter;
+        counter.Add(input.subspan(begin, end - begin));
+        counts.segments[segment] = counter.Sum();
+      });
+  for (const SymbolCounts& segment : counts.segments) {
+    for (std::size_t value = 0; value < kSymbols; ++value) counts.all[value] += segment[value];
+  }
+  return counts;
+}
+
+InputCounts CountSymbols(std::span<const std::uint8_t> input, PercentReport& report,
+                         Workers& workers) {
   PhaseReports reports(report,
                        {.total = static_cast<double>(input.size()), .step = 1000, .scale = 7});
+  if (IsWorthHelpers(input.size())) return CountSegments(input, reports, workers);
   SymbolCounter counter;
   RunWithReports(reports, input.size(), [&](std::size_t begin, std::size_t end) {
     counter.Add(input.subspan(begin, end - begin));
   });
-  return counter.Sum();
+  return {counter.Sum(), {}};
 }
 
 // The tree itself is needed no longer than this.
@@ -228,8 +287,37 @@ std::uint8_t* WriteHead(std::size_t input_bytes, std::uint8_t checksum, const Co
   return at + (position + 7) / 8;
 }
 
+std::size_t BitsOf(const SymbolCounts& counts, const PackedCodes& codes) {
+  std::size_t bits = 0;
+  for (std::size_t value = 0; value < kSymbols; ++value) {
+    bits += static_cast<std::size_t>(counts[value]) * LengthOf(codes.words[value]);
+  }
+  return bits;
+}
+
+void PackSegments(std::span<const std::uint8_t> input, const PackedCodes& codes,
+                  const PayloadPacker& packer, const std::vector<SymbolCounts>& segments,
+                  std::uint8_t* to, PhaseReports& reports, Workers& workers) {
+  std::vector<std::size_t> begins{0};
+  for (const SymbolCounts& counts : segments)
+    begins.push_back(begins.back() + BitsOf(counts, codes));
+  std::vector<PayloadPacker::Edges> edges(segments.size());
+  RunSegments(
+      workers, input.size(),
+      [&](std::size_t begin, std::size_t end) { reports.ReportAll(begin, end); },
+      [&](std::size_t segment, std::size_t begin, std::size_t end) {
+        edges[segment] = packer.PackSegment(input.subspan(begin, end - begin), to, begins[segment]);
+      });
+  for (std::size_t i = 1; i < begins.size(); ++i) {
+    if (begins[i] % 8 == 0) continue;
+    const std::uint8_t next = i < edges.size() ? edges[i].first : std::uint8_t{0};
+    to[begins[i] / 8] = static_cast<std::uint8_t>(edges[i - 1].last | next);
+  }
+}
+
 void WritePayload(std::span<const std::uint8_t> input, const CodeTable& codes,
-                  std::size_t payload_bits, std::uint8_t* to, PercentReport& report) {
+                  std::size_t payload_bits, const std::vector<SymbolCounts>& segments,
+                  std::uint8_t* to, PercentReport& report, Workers& workers) {
   PhaseReports reports(report, {.total = static_cast<double>(input.size()),
                                 .step = 10000,
                                 .scale = 88,
@@ -237,6 +325,10 @@ void WritePayload(std::span<const std::uint8_t> input, const CodeTable& codes,
                                 .second_offset = 7});
   const PackedCodes packed = PackCodes(codes);
   PayloadPacker packer(packed, {input.size(), payload_bits}, to);
+  if (!segments.empty()) {
+    PackSegments(input, packed, packer, segments, to, reports, workers);
+    return;
+  }
   RunWithReports(reports, input.size(), [&](std::size_t begin, std::size_t end) {
     packer.Add(input.subspan(begin, end - begin));
   });
@@ -245,12 +337,14 @@ void WritePayload(std::span<const std::uint8_t> input, const CodeTable& codes,
 
 }  // namespace
 
-void EncodeStream(std::span<const std::uint8_t> input, ByteBuffer& stream, PercentReport& report) {
+void EncodeStream(std::span<const std::uint8_t> input, ByteBuffer& stream, PercentReport& report,
+                  Workers& workers) {
   if (input.empty()) {
     Store(input, stream);
     return;
   }
-  const SymbolCounts counts = CountSymbols(input, report);
+  const InputCounts input_counts = CountSymbols(input, report, workers);
+  const SymbolCounts& counts = input_counts.all;
   const auto codes = std::make_unique<CodeTable>();
   AssignCodes(counts, *codes);
   const auto payload_bits = static_cast<std::size_t>(PayloadBits(counts, *codes));
@@ -267,7 +361,7 @@ void EncodeStream(std::span<const std::uint8_t> input, ByteBuffer& stream, Perce
   const std::size_t size = TableSize(*codes).HeadBytes() + payload_bytes;
   stream.Renew(size, size + kSlackBytes);
   std::uint8_t* const payload = WriteHead(input.size(), ChecksumOf(counts), *codes, stream.Data());
-  WritePayload(input, *codes, payload_bits, payload, report);
+  WritePayload(input, *codes, payload_bits, input_counts.segments, payload, report, workers);
   if (report.Last() != 100) report.Report(100);
 }
 

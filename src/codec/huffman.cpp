@@ -64,14 +64,14 @@ void clsHuffman::DecodeFile(const Path& source, const Path& destination) {
 void clsHuffman::EncodeByte(ByteBuffer& buffer, std::int32_t length) {
   PercentReport report([this](std::int16_t percent) { Progress.Emit(percent); });
   ByteBuffer stream;
-  EncodeStream(FirstBytes(buffer, length), stream, report);
+  EncodeStream(FirstBytes(buffer, length), stream, report, workers_);
   buffer = std::move(stream);
 }
 
 void clsHuffman::DecodeByte(ByteBuffer& buffer, std::int32_t length) {
   PercentReport report([this](std::int16_t percent) { Progress.Emit(percent); });
   ByteBuffer result;
-  DecodeStream(FirstBytes(buffer, length), result, report);
+  DecodeStream(FirstBytes(buffer, length), result, report, workers_);
   buffer = std::move(result);
 }
 

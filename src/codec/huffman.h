@@ -9,6 +9,7 @@
 #include "codec/bytes.h"
 #include "platform/files.h"
 #include "platform/open_files.h"
+#include "platform/workers.h"
 
 namespace tarnvale {
 
@@ -23,8 +24,9 @@ namespace tarnvale {
 /// reading or writing fails stays open.
 class clsHuffman {
  public:
-  /// Both must outlive it.
-  clsHuffman(FileSystem& files, OpenFiles& open_files) : files_(files), open_files_(open_files) {}
+  /// All must outlive it.
+  clsHuffman(FileSystem& files, OpenFiles& open_files, Workers& workers)
+      : files_(files), open_files_(open_files), workers_(workers) {}
   clsHuffman(const clsHuffman&) = delete;
   clsHuffman& operator=(const clsHuffman&) = delete;
 
@@ -56,6 +58,7 @@ class clsHuffman {
 
   FileSystem& files_;
   OpenFiles& open_files_;
+  Workers& workers_;
 };
 
 }  // namespace tarnvale

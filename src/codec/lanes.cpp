@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -10,6 +11,7 @@
 
 #include "codec/bytes.h"
 #include "codec/decoding.h"
+#include "codec/segments.h"
 
 namespace tarnvale {
 namespace {
@@ -183,7 +185,7 @@ class LaneDecoder {
   LaneDecoder(std::span<const std::uint8_t> stream, const StreamHead& head, ByteBuffer& result);
 
   // Decodes all. Returns the number of symbols.
-  std::size_t Run(DecodingReports& reports);
+  std::size_t Run(DecodingReports& reports, Workers& workers);
   std::uint8_t Checksum() const { return checksum_; }
 
  private:
@@ -194,8 +196,20 @@ class LaneDecoder {
     std::uint8_t* out = nullptr;
   };
 
+  using Memory = std::unique_ptr<std::uint8_t[]>;
+  // What one processor decodes into.
+  using Buffers = std::array<Memory, kLanes>;
+  using Lanes = std::array<Lane, kLanes>;
+
   std::uint64_t Window(std::uint64_t position) const;
-  bool HasRoomFor(std::uint64_t bits) const;
+  bool HasRoomFor(std::uint64_t bits) const { return HasRoomFor(lane_, bits); }
+  bool HasRoomFor(const Lane& lane, std::uint64_t bits) const;
+  std::size_t BlocksLeft() const;
+  Memory MemoryFor(std::uint64_t span_bits) const;
+  void RunTogether(DecodingReports& reports, Workers& workers);
+  void RunBlocks(std::size_t count, std::vector<Buffers>& buffers, Workers& workers);
+  Lanes DecodeBlock(std::uint64_t begin, const Buffers& buffers);
+  Lane JoinBlock(Lane right, std::uint64_t begin, const Lanes& lanes, const Buffers& buffers);
   bool RunGroup(std::uint64_t span_bits);
   void RunLanes(std::array<Lane, kLanes>& lanes, const std::array<std::uint64_t, kLanes>& stops);
   void RunLane(Lane& lane, std::uint64_t stop) const;
@@ -212,7 +226,7 @@ class LaneDecoder {
   std::uint8_t* const result_end_;
   const std::ptrdiff_t announced_;
   Lane lane_;  // the right one
-  std::array<std::unique_ptr<std::uint8_t[]>, kLanes - 1> guesses_;
+  std::array<Memory, kLanes - 1> guesses_;
   std::uint8_t checksum_ = 0;
 };
 
@@ -248,9 +262,9 @@ inline void LaneDecoder::DecodeOne(Lane& lane) const {
 
 // Whether the next `bits` bits lie in the stream, and all that they can hold
 // fits into what is left of the result without making it whole.
-bool LaneDecoder::HasRoomFor(std::uint64_t bits) const {
-  const auto left = static_cast<std::uint64_t>(result_end_ - lane_.out);
-  return lane_.position + bits + 8 * kReadSlack <= end_bit_ &&
+bool LaneDecoder::HasRoomFor(const Lane& lane, std::uint64_t bits) const {
+  const auto left = static_cast<std::uint64_t>(result_end_ - lane.out);
+  return lane.position + bits + 8 * kReadSlack <= end_bit_ &&
          left > bits / tables_.ShortestCode() + kWriteSlack;
 }
 
@@ -370,15 +384,98 @@ void LaneDecoder::RunExactly() {
   Advance(lane);
 }
 
-std::size_t LaneDecoder::Run(DecodingReports& reports) {
+LaneDecoder::Memory LaneDecoder::MemoryFor(std::uint64_t span_bits) const {
+  return std::make_unique_for_overwrite<std::uint8_t[]>(
+      (span_bits + kStepBits) / tables_.ShortestCode() + kWriteSlack);
+}
+
+// A block is four of the long spans.
+constexpr std::uint64_t kBlockBits = 4 * kSpans[0];
+// Some milliseconds for two processors.
+constexpr std::size_t kBlocksInRound = 64;
+// Fewer aren't worth a call.
+constexpr std::size_t kLeastBlocks = 8;
+
+// How many lie in the stream whole, whatever the result still has room for.
+std::size_t LaneDecoder::BlocksLeft() const {
+  const std::uint64_t needed = lane_.position + 2 * kStepBits + 8 * kReadSlack;
+  return needed < end_bit_ ? (end_bit_ - needed) / kBlockBits : 0;
+}
+
+// Rounds of blocks, as long as what is left is long.
+void LaneDecoder::RunTogether(DecodingReports& reports, Workers& workers) {
+  const std::size_t helpers = std::min(kMostHelpers, workers.Helpers());
+  std::vector<Buffers> buffers(helpers + 1);
+  while (helpers > 0 && BlocksLeft() >= kLeastBlocks && HasRoomFor(kLeastBlocks * kBlockBits)) {
+    for (Buffers& of_one : buffers) {
+      for (Memory& memory : of_one) {
+        if (memory == nullptr) memory = MemoryFor(kSpans[0]);
+      }
+    }
+    RunBlocks(std::min(kBlocksInRound, BlocksLeft()), buffers, workers);
+    reports.ReportBytes(lane_.position / 8);
+  }
+}
+
+// Whoever has decoded a block waits until the one before it was joined, and joins it:
+// that takes a small part of the time. From the first one on for which the result may have
+// no room, none is.
+void LaneDecoder::RunBlocks(std::size_t count, std::vector<Buffers>& buffers, Workers& workers) {
+  const std::uint64_t begin = lane_.position;
+  std::atomic<std::size_t> next_buffers = 0;
+  std::atomic<std::size_t> next = 0;
+  std::atomic<std::size_t> joined = 0;
+  std::atomic<unsigned> checksum = 0;
+  Lane right = lane_;  // these two of whoever joins
+  bool is_full = false;
+  workers.Run(buffers.size() - 1, [&] {
+    const Buffers& mine = buffers[next_buffers++];
+    for (std::size_t i = next++; i < count; i = next++) {
+      const std::uint64_t block_begin = begin + i * kBlockBits;
+      const Lanes lanes = DecodeBlock(block_begin, mine);
+      while (joined.load(std::memory_order_acquire) != i) workers.LetOthersRun();
+      const std::uint8_t* const from = right.out;
+      is_full = is_full || !HasRoomFor(right, kBlockBits + 2 * kStepBits);
+      if (!is_full) right = JoinBlock(right, block_begin, lanes, mine);
+      const std::uint8_t* const to = right.out;
+      joined.store(i + 1, std::memory_order_release);
+      checksum ^= ChecksumOf({from, to});
+    }
+  });
+  checksum_ ^= static_cast<std::uint8_t>(checksum.load());
+  lane_ = right;
+}
+
+LaneDecoder::Lanes LaneDecoder::DecodeBlock(std::uint64_t begin, const Buffers& buffers) {
+  Lanes lanes;
+  std::array<std::uint64_t, kLanes> stops{};
+  for (std::size_t i = 0; i < kLanes; ++i) {
+    lanes[i] = {begin + i * kSpans[0], buffers[i].get()};
+    stops[i] = lanes[i].position + kSpans[0];
+  }
+  RunLanes(lanes, stops);
+  return lanes;
+}
+
+// Returns where the right cursor then is: at the block's end or a few bits behind it.
+LaneDecoder::Lane LaneDecoder::JoinBlock(Lane right, std::uint64_t begin, const Lanes& lanes,
+                                         const Buffers& buffers) {
+  for (std::size_t i = 0; i < kLanes; ++i) {
+    const std::uint64_t start = begin + i * kSpans[0];
+    if (!Join(right, lanes[i], start, buffers[i].get())) RunLane(right, start + kSpans[0]);
+  }
+  return right;
+}
+
+std::size_t LaneDecoder::Run(DecodingReports& reports, Workers& workers) {
+  RunTogether(reports, workers);
   for (const std::uint64_t span : kSpans) {
     // A step, and then joining, may take a lane some bits further than its stop.
     const std::uint64_t group = kLanes * span + 2 * kStepBits;
     while (HasRoomFor(group)) {
       if (guesses_[0] == nullptr) {
         for (auto& guess : guesses_) {
-          guess = std::make_unique_for_overwrite<std::uint8_t[]>(
-              (span + kStepBits) / tables_.ShortestCode() + kWriteSlack);
+          guess = MemoryFor(span);
         }
       }
       if (!RunGroup(span) && HasRoomFor(kAlone + kStepBits)) RunAlone(kAlone);
@@ -398,7 +495,8 @@ std::size_t LaneDecoder::Run(DecodingReports& reports) {
 
 // Every code has 8 bits: each byte of the payload is one symbol.
 std::size_t DecodeBytes(std::span<const std::uint8_t> stream, const StreamHead& head,
-                        ByteBuffer& result, DecodingReports& reports, std::uint8_t& checksum) {
+                        ByteBuffer& result, DecodingReports& reports, std::uint8_t& checksum,
+                        Workers& workers) {
   std::array<std::uint8_t, kSymbols> substitute{};
   for (std::size_t value = 0; value < kSymbols; ++value) {
     std::size_t code = 0;
@@ -407,18 +505,31 @@ std::size_t DecodeBytes(std::span<const std::uint8_t> stream, const StreamHead& 
     }
     substitute[code] = static_cast<std::uint8_t>(value);
   }
-  constexpr std::size_t kPiece = 16384;
-  std::size_t done = 0;
-  while (done < result.Size()) {
-    const std::size_t piece = std::min(kPiece, result.Size() - done);
-    SubstituteBytes(substitute, stream.subspan(head.payload_offset + done, piece),
-                    result.Data() + done);
-    checksum ^= ChecksumOf({result.Data() + done, piece});
-    done += piece;
-    const bool whole = done == static_cast<std::size_t>(head.result_bytes);
-    reports.ReportBytes(head.payload_offset + done - (whole ? 1 : 0));
+  const auto decode = [&](std::size_t begin, std::size_t end) {
+    constexpr std::size_t kPiece = 16384;
+    std::uint8_t sum = 0;
+    for (std::size_t at = begin; at < end; at += kPiece) {
+      const std::size_t piece = std::min(kPiece, end - at);
+      SubstituteBytes(substitute, stream.subspan(head.payload_offset + at, piece),
+                      result.Data() + at);
+      sum ^= ChecksumOf({result.Data() + at, piece});
+    }
+    return sum;
+  };
+  const auto report = [&](std::size_t, std::size_t end) {
+    const bool whole = end == static_cast<std::size_t>(head.result_bytes);
+    reports.ReportBytes(head.payload_offset + end - (whole ? 1 : 0));
+  };
+  if (!IsWorthHelpers(result.Size())) {
+    checksum = decode(0, result.Size());
+    report(0, result.Size());
+    return result.Size();
   }
-  return done;
+  std::atomic<unsigned> sum = 0;
+  RunSegments(workers, result.Size(), report,
+              [&](std::size_t, std::size_t begin, std::size_t end) { sum ^= decode(begin, end); });
+  checksum = static_cast<std::uint8_t>(sum.load());
+  return result.Size();
 }
 
 bool IsAllBytes(const CodeTable& codes) {
@@ -433,7 +544,8 @@ bool CanDecodeByTables(const StreamHead& head, const DecodingTree& tree) {
 }
 
 void DecodeByTables(std::span<const std::uint8_t> stream, const StreamHead& head,
-                    ByteBuffer& result, DecodingReports& reports, std::uint8_t& checksum) {
+                    ByteBuffer& result, DecodingReports& reports, std::uint8_t& checksum,
+                    Workers& workers) {
   std::size_t shortest = DecodingTables::kLongestCode;
   for (const SymbolCode& code : head.codes) {
     if (code.Count > 0) shortest = std::min<std::size_t>(shortest, code.Count);
@@ -443,11 +555,11 @@ void DecodeByTables(std::span<const std::uint8_t> stream, const StreamHead& head
   result.Renew(most, most + kWriteSlack);
   checksum = 0;
   if (IsAllBytes(head.codes)) {
-    result.Shrink(DecodeBytes(stream, head, result, reports, checksum));
+    result.Shrink(DecodeBytes(stream, head, result, reports, checksum, workers));
     return;
   }
   LaneDecoder decoder(stream, head, result);
-  result.Shrink(decoder.Run(reports));
+  result.Shrink(decoder.Run(reports, workers));
   checksum = decoder.Checksum();
 }
 

@@ -9,6 +9,10 @@
 // behind moves on until both meet; what the guess made before that is dropped, the
 // rest is kept. If they don't meet, the right cursor goes on alone for a while. Four
 // cursors ran 2 to 2.5 times as fast as one.
+//
+// A long stream is decoded by several processors: each takes the next block of four
+// spans, all of whose cursors are guessed, and brings them together with the right one
+// when the blocks before are done.
 #pragma once
 
 #include <cstdint>
@@ -16,6 +20,7 @@
 
 #include "codec/bytes.h"
 #include "codec/decoding.h"
+#include "platform/workers.h"
 
 namespace tarnvale {
 
@@ -26,6 +31,7 @@ bool CanDecodeByTables(const StreamHead& head, const DecodingTree& tree);
 /// As WalkPlainly, for streams that CanDecodeByTables. `checksum` becomes the
 /// exclusive or of the result.
 void DecodeByTables(std::span<const std::uint8_t> stream, const StreamHead& head,
-                    ByteBuffer& result, DecodingReports& reports, std::uint8_t& checksum);
+                    ByteBuffer& result, DecodingReports& reports, std::uint8_t& checksum,
+                    Workers& workers);
 
 }  // namespace tarnvale

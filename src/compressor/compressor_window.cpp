@@ -44,13 +44,14 @@ std::int64_t CompressionPower(std::int32_t container_bytes, std::int32_t archive
   return 100 - static_cast<std::int64_t>(std::floor(share * 100));
 }
 
-compression::compression(Machine& machine, BackupSettings& settings)
+compression::compression(Machine& machine, BackupSettings& settings, Workers& workers)
     : Timer1(machine.loop.Timers(), kFollowMs, true),
       Timer2(machine.loop.Timers(), kIdleMs, false),
       machine_(machine),
       settings_(settings) {
   LayOut(*this);
-  archiver_.emplace(machine, [this](ArchiveStatus status) { ShowStatus(status); });
+  archiver_.emplace(ArchiveParts(machine, workers),
+                    [this](ArchiveStatus status) { ShowStatus(status); });
   WireTasks();
   WireArchiver();
   Timer1.Tick.Listen([this] { Text1.Text = settings_.DestinationDir; });

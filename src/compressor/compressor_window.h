@@ -31,8 +31,8 @@ std::int64_t CompressionPower(std::int32_t container_bytes, std::int32_t archive
 /// an operation starts another one within it.
 class compression : public Window {
  public:
-  /// Both must outlive the window.
-  compression(Machine& machine, BackupSettings& settings);
+  /// All must outlive the window.
+  compression(Machine& machine, BackupSettings& settings, Workers& workers = ArchiveParts::nobody);
 
   /// Packs what Text1 names into "Auto Compressed.tvz" in CompressDir, replacing
   /// it. Returns when the archive is written. Yields; raises what the archiver

@@ -28,7 +28,8 @@ inline Bytes BytesOf(std::string_view text) {
 
 class CodecUnderTest {
  public:
-  CodecUnderTest() {
+  CodecUnderTest() : CodecUnderTest(nobody_) {}
+  explicit CodecUnderTest(Workers& workers) : codec_(machine_.files, machine_.open_files, workers) {
     codec_.Progress.Listen([this](std::int16_t percent) { progress_.push_back(percent); });
   }
 
@@ -53,8 +54,9 @@ class CodecUnderTest {
     return outcome;
   }
 
+  NoWorkers nobody_;
   FakeMachine machine_;
-  clsHuffman codec_{machine_.files, machine_.open_files};
+  clsHuffman codec_;
   std::vector<int> progress_;
 };
 

@@ -24,7 +24,8 @@ class HuffmanFilesTest : public ::testing::Test {
 
   FakeMachine machine;
   FakeFiles& files = machine.files;
-  clsHuffman codec{machine.files, machine.open_files};
+  NoWorkers nobody;
+  clsHuffman codec{machine.files, machine.open_files, nobody};
   const Path source = "C:\\Data\\source";
   const Path packed = "C:\\Data\\packed";
 };

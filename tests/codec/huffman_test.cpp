@@ -16,7 +16,8 @@ class HuffmanTest : public ::testing::Test {
  protected:
   CodecUnderTest codec;
   FakeMachine machine;
-  clsHuffman huffman{machine.files, machine.open_files};
+  NoWorkers nobody;
+  clsHuffman huffman{machine.files, machine.open_files, nobody};
 };
 
 TEST_F(HuffmanTest, WritesEachFieldOfABracadabraWhereItBelongs) {

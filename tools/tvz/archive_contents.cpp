@@ -16,6 +16,7 @@
 #include "codec/decoding.h"
 #include "codec/huffman_stream.h"
 #include "hosts/linux/descriptor.h"
+#include "hosts/linux/linux_workers.h"
 #include "tvz/command_failure.h"
 #include "tvz/memory_file.h"
 #include "tvz/native_output.h"
@@ -107,7 +108,8 @@ ArchiveContents::ArchiveContents(const std::string& archive, Progress& progress)
 
 void ArchiveContents::Decode(const ByteBuffer& stream, Progress& progress) {
   PercentReport report([&](std::int16_t percent) { progress.Show("decoding", percent); });
-  DecodeStream(stream.View(), container_, report);
+  LinuxWorkers workers;
+  DecodeStream(stream.View(), container_, report, workers);
   if (StartsWith(stream, kStoredMark)) return;
   // Half of a payload can have the checksum of the whole.
   const std::int64_t announced = AnnouncedLength(stream.View());

@@ -72,7 +72,7 @@ void BuildArchive(const std::string& native, const std::string& folder, const Tr
   const DrivePaths drive("/");
   LinuxHost host;
   HeadlessMachine machine(host.Parts());
-  usercontrol11 builder(machine.Parts());
+  usercontrol11 builder(ArchiveParts(machine.Parts(), host.workers));
   builder.BuildArchiveProgress.Listen([&](std::int16_t done) { progress.Show("adding", done); });
   builder.CompressArchiveProgress.Listen(
       [&](std::int16_t done) { progress.Show("packing", done); });

@@ -13,6 +13,7 @@
 #include "hosts/linux/linux_random.h"
 #include "hosts/linux/linux_registry.h"
 #include "hosts/linux/linux_transfer_files.h"
+#include "hosts/linux/linux_workers.h"
 #include "hosts/linux/locator.h"
 #include "hosts/linux/paths.h"
 #include "hosts/linux/state_folder.h"
@@ -77,6 +78,7 @@ class LinuxHost {
   LinuxRegistry registry;
   LinuxApplicationFolders applications;
   LinuxTransferFiles transfer_files;
+  LinuxWorkers workers;
 };
 
 }  // namespace tarnvale

@@ -1,0 +1,98 @@
+// The codec on several processors against the plain coder: the same bytes, events and
+// failures, whoever comes first.
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <thread>
+#include <vector>
+
+#include "platform/workers.h"
+#include "tests/codec/codec_under_test.h"
+#include "tests/codec/generated_inputs.h"
+
+namespace tarnvale::testing {
+namespace {
+
+// As many threads as are asked for, on whatever processors.
+class ManyThreads final : public Workers {
+ public:
+  std::size_t Helpers() override { return 5; }
+  void Run(std::size_t most_helpers, const std::function<void()>& work) override {
+    std::vector<std::jthread> helpers;
+    for (std::size_t i = 0; i < most_helpers; ++i) helpers.emplace_back(work);
+    runs += 1;
+    work();
+  }
+  void LetOthersRun() override { std::this_thread::yield(); }
+
+  int runs = 0;
+};
+
+Bytes SkewedInput(std::size_t length) {
+  Bytes bytes(length);
+  for (std::size_t i = 0; i < length; ++i) {
+    bytes[i] = static_cast<std::uint8_t>(std::countr_zero(i + 1));
+  }
+  return bytes;
+}
+
+class HuffmanWorkersTest : public ::testing::Test {
+ protected:
+  void ExpectAgreesOn(const Bytes& input) {
+    const Outcome expected = EncodePlainly(input);
+    EXPECT_TRUE(codec.Encode(input) == expected);
+    EXPECT_TRUE(codec.Decode(expected.bytes) == DecodePlainly(expected.bytes));
+    EXPECT_GT(workers.runs, 0);
+  }
+
+  ManyThreads workers;
+  CodecUnderTest codec{workers};
+};
+
+constexpr std::size_t kMiB = std::size_t{1} << 20U;
+
+TEST_F(HuffmanWorkersTest, LongInputsGiveTheSameBytes) {
+  for (const std::size_t length : {2 * kMiB, 2 * kMiB + 1, 3 * kMiB - 1, 5 * kMiB + 12345}) {
+    ExpectAgreesOn(ProseInput(length, length));
+    ExpectAgreesOn(SkewedInput(length));
+  }
+}
+
+TEST_F(HuffmanWorkersTest, InputsOfSeveralRoundsGiveTheSameBytes) {
+  ExpectAgreesOn(ProseInput(1, 17 * kMiB + 7));
+}
+
+TEST_F(HuffmanWorkersTest, CodesOfOneByteEachGiveTheSameBytes) {
+  ExpectAgreesOn(TiedInput(1, 256, 10000));
+}
+
+// Cursors that begin off by less than six bits never meet the right one.
+TEST_F(HuffmanWorkersTest, CodesOfOneLengthGiveTheSameBytes) {
+  ExpectAgreesOn(TiedInput(2, 64, 50000));
+  ExpectAgreesOn(TiedInput(2, 32, 100000));
+}
+
+TEST_F(HuffmanWorkersTest, LongCodesGiveTheSameBytes) {
+  ExpectAgreesOn(FibonacciInput(32));
+}
+
+TEST_F(HuffmanWorkersTest, DamagedStreamsFailInTheSameWay) {
+  const Bytes input = ProseInput(3, 4 * kMiB);
+  const Bytes sound = EncodePlainly(input).bytes;
+  Numbers numbers(7);
+  for (int i = 0; i < 12; ++i) {
+    Bytes damaged = sound;
+    if (i % 3 == 0) {
+      damaged.resize(numbers.Below(damaged.size()));
+    } else if (i % 3 == 1) {
+      damaged[numbers.Below(damaged.size())] ^= std::uint8_t{16};
+    } else {
+      // A length that the payload doesn't have, or not all of it.
+      damaged[7] ^= static_cast<std::uint8_t>(1U << numbers.Below(7));
+    }
+    EXPECT_TRUE(codec.Decode(damaged) == DecodePlainly(damaged)) << i;
+  }
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
