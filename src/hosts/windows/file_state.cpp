@@ -2,7 +2,9 @@
 
 #include "base/failure.h"
 #include "hosts/windows/native_errors.h"
+#include "hosts/windows/newer_calls.h"
 #include "hosts/windows/paths.h"
+#include "hosts/windows/volume.h"
 
 namespace tarnvale {
 namespace {
@@ -15,6 +17,16 @@ std::uint64_t Joined64(DWORD high, DWORD low) {
 bool NamesAnother(DWORD tag) {
   constexpr DWORD kNameSurrogate = 0x20000000;
   return (tag & kNameSurrogate) != 0;
+}
+
+bool IsSpecial(DWORD tag) {
+  constexpr DWORD kProgramOfShop = 0x8000001B;
+  constexpr DWORD kSocket = 0x80000023;
+  constexpr DWORD kPipe = 0x80000024;
+  constexpr DWORD kCharacterDevice = 0x80000025;
+  constexpr DWORD kBlockDevice = 0x80000026;
+  return tag == kProgramOfShop || tag == kSocket || tag == kPipe || tag == kCharacterDevice ||
+         tag == kBlockDevice;
 }
 
 bool IsPoints(const wchar_t* name) {
@@ -43,8 +55,9 @@ FileState StateOf(const WIN32_FIND_DATAW& found) {
   state.size_bytes = static_cast<std::int64_t>(Joined64(found.nFileSizeHigh, found.nFileSizeLow));
   state.modified =
       Joined64(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime);
-  state.is_link = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-                  NamesAnother(found.dwReserved0);
+  const bool is_reparse = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  state.is_link = is_reparse && NamesAnother(found.dwReserved0);
+  state.is_special = is_reparse && IsSpecial(found.dwReserved0);
   return state;
 }
 
@@ -88,10 +101,37 @@ Handle OpenToAsk(const std::wstring& native, Links links) {
   return OpenEntry(native, FILE_READ_ATTRIBUTES, kShareAll, links);
 }
 
+bool FlushFile(HANDLE file) {
+  if (::FlushFileBuffers(file) != 0) return true;
+  const DWORD error = ::GetLastError();
+  return error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED;
+}
+
+std::wstring BehindLinks(const std::wstring& native) {
+  using Ask = DWORD(WINAPI*)(HANDLE, LPWSTR, DWORD, DWORD);
+  const auto ask = SystemsCall<Ask>("GetFinalPathNameByHandleW");
+  const Handle target = ask != nullptr ? OpenToAsk(native, Links::kFollow) : Handle();
+  if (!target) return native;
+  std::wstring path(ask(target.Get(), nullptr, 0, 0), L'\0');
+  const DWORD length = ask(target.Get(), path.data(), static_cast<DWORD>(path.size()), 0);
+  if (length == 0 || length >= path.size()) return native;
+  path.resize(length);
+  return path;
+}
+
 std::optional<FileNumber> NumberOf(HANDLE file) {
   BY_HANDLE_FILE_INFORMATION info{};
   if (::GetFileInformationByHandle(file, &info) == 0) return std::nullopt;
-  return FileNumber{info.dwVolumeSerialNumber, Joined64(info.nFileIndexHigh, info.nFileIndexLow)};
+  const std::uint64_t number = Joined64(info.nFileIndexHigh, info.nFileIndexLow);
+  if (number == 0) return std::nullopt;
+  return FileNumber{info.dwVolumeSerialNumber, number};
+}
+
+bool AreSame(HANDLE a, const std::wstring& native_a, HANDLE b, const std::wstring& native_b) {
+  const auto number_a = NumberOf(a);
+  const auto number_b = NumberOf(b);
+  if (!number_a || !number_b) return FoldedPath(native_a) == FoldedPath(native_b);
+  return number_a == number_b && MayBeOneMedium(NativeFolderOf(native_a), NativeFolderOf(native_b));
 }
 
 std::int64_t SecondsSince1970(std::uint64_t modified) {

@@ -20,6 +20,9 @@ struct FileState {
   /// It stands for another file or folder: a junction or a symbolic link. Other
   /// reparse points are what they look like.
   bool is_link = false;
+  /// No file and no folder: a socket, pipe or device of a Unix layer, or the stand-in for
+  /// a program of the system's shop.
+  bool is_special = false;
 
   bool IsFolder() const { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
   bool IsReadOnly() const { return (attributes & FILE_ATTRIBUTE_READONLY) != 0; }
@@ -45,13 +48,26 @@ Handle OpenForHolding(const std::wstring& native, Links links);
 /// Sets the last error.
 Handle OpenToAsk(const std::wstring& native, Links links);
 
+/// Puts what was written to a file onto the medium. Some drivers know no such thing, and
+/// keep nothing back. Sets the last error.
+bool FlushFile(HANDLE file);
+
+/// The native path of what a link leads to in the end; the link's own where that can't be
+/// told: it leads nowhere, or the system is one that knows links to folders only.
+std::wstring BehindLinks(const std::wstring& native);
+
 /// The same file or folder has the same number, as long as it is held.
 struct FileNumber {
   DWORD volume = 0;
   std::uint64_t number = 0;
   bool operator==(const FileNumber&) const = default;
 };
+/// None where the medium numbers nothing.
 std::optional<FileNumber> NumberOf(HANDLE file);
+
+/// Whether two that are held, found at these native paths, are the same. Without numbers
+/// that is so if their paths are.
+bool AreSame(HANDLE a, const std::wstring& native_a, HANDLE b, const std::wstring& native_b);
 
 std::int64_t SecondsSince1970(std::uint64_t modified);
 

@@ -15,15 +15,15 @@ bool IsMissing(DWORD error) {
 }
 
 // Whether all names but the last one are such that the system takes them as they are.
-// A wildcard or the name of a device within a path leads nowhere.
-bool FoldersCanBeNamed(std::wstring_view native, std::wstring_view root) {
+// A wildcard within a path leads nowhere.
+bool FoldersCanBeFound(std::wstring_view native, std::wstring_view root) {
   const std::size_t last = native.rfind(L'\\');
   std::wstring_view names =
       last <= root.size() ? std::wstring_view() : native.substr(root.size(), last - root.size());
   while (!names.empty()) {
     const std::size_t end = names.find(L'\\');
     const std::wstring_view name = names.substr(0, end);
-    if (!name.empty() && !CanBeNamed(name)) return false;
+    if (!name.empty() && !CanBeFound(name)) return false;
     names.remove_prefix(end == std::wstring_view::npos ? names.size() : end + 1);
   }
   return true;
@@ -34,10 +34,14 @@ bool FoldersCanBeNamed(std::wstring_view native, std::wstring_view root) {
 Located Locator::LocateFolder(const Path& path) const {
   Located located;
   const auto native = drives_.ToNative(path);
-  if (!native || !FoldersCanBeNamed(*native, *drives_.ToNative("\\"))) return located;
+  if (!native || !FoldersCanBeFound(*native, *drives_.ToNative("\\"))) return located;
   located.native = *native;
   const std::wstring_view name = NativeNameOf(located.native);
   located.can_be_named = name.empty() || CanBeNamed(name);
+  // Another system may have made a file of a device's name.
+  if (!located.can_be_named && CanBeFound(name)) {
+    located.can_be_named = StateOf(located.native, Links::kKeep).has_value();
+  }
   // A name that can be none is asked for in the folder's stead.
   const std::wstring asked = located.can_be_named ? located.native : NativeFolderOf(located.native);
   const auto state = StateOf(asked, Links::kKeep);

@@ -42,12 +42,15 @@ wchar_t CurrentDrive() {
 
 }  // namespace
 
-bool CanBeNamed(std::wstring_view name) {
+bool CanBeFound(std::wstring_view name) {
   const bool is_plain = std::none_of(name.begin(), name.end(), [](wchar_t c) {
     return c < L' ' || std::wstring_view(L"<>:\"/\\|?*").find(c) != std::wstring_view::npos;
   });
-  return is_plain && !name.empty() && name != L"." && name != L".." &&
-         name.size() <= kLongestName && !IsDevice(name);
+  return is_plain && !name.empty() && name != L"." && name != L".." && name.size() <= kLongestName;
+}
+
+bool CanBeNamed(std::wstring_view name) {
+  return CanBeFound(name) && !IsDevice(name);
 }
 
 DrivePaths::DrivePaths(std::wstring root) : root_(std::move(root)) {
@@ -102,6 +105,12 @@ std::wstring NativeFolderOf(std::wstring_view native) {
 
 std::wstring_view NativeNameOf(std::wstring_view native) {
   return native.substr(native.rfind(L'\\') + 1);
+}
+
+std::wstring FoldedPath(std::wstring_view native) {
+  std::wstring folded(native);
+  ::CharLowerBuffW(folded.data(), static_cast<DWORD>(folded.size()));
+  return folded;
 }
 
 std::wstring Joined(std::wstring_view folder, std::wstring_view name) {

@@ -9,8 +9,12 @@
 
 namespace tarnvale {
 
-/// True when a file can have this name, without the system's taking it for something
-/// else: no wildcard, stream or device, no control character, at most 255 units.
+/// True when a medium can have something by this name, and native paths lead there: no
+/// wildcard, stream or control character, at most 255 units.
+bool CanBeFound(std::wstring_view name);
+
+/// True when a path of the logic may make a file of this name: it is the name of no
+/// device either, which hardly another program would find again.
 bool CanBeNamed(std::wstring_view name);
 
 /// The drives of this machine, and its network.
@@ -36,6 +40,9 @@ class DrivePaths {
 /// folder of what lies in a drive's root ends in a backslash; a root itself has no name.
 std::wstring NativeFolderOf(std::wstring_view native);
 std::wstring_view NativeNameOf(std::wstring_view native);
+
+/// A form of a native path that is equal for those which differ in case alone.
+std::wstring FoldedPath(std::wstring_view native);
 
 /// A native path of a folder and a name in it.
 std::wstring Joined(std::wstring_view folder, std::wstring_view name);

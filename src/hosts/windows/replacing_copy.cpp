@@ -1,14 +1,14 @@
 #include "hosts/windows/replacing_copy.h"
 
-#include <sddl.h>
 #include <winioctl.h>
 
-#include <array>
 #include <vector>
 
 #include "base/failure.h"
 #include "hosts/windows/native_errors.h"
+#include "hosts/windows/ownership.h"
 #include "hosts/windows/paths.h"
+#include "hosts/windows/volume.h"
 
 namespace tarnvale {
 namespace {
@@ -16,29 +16,11 @@ namespace {
 constexpr DWORD kKeptAttributes =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
-std::wstring OwnSid() {
-  HANDLE opened = nullptr;
-  if (::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &opened) == 0) return {};
-  const Handle token(opened);
-  std::array<std::uint64_t, 64> buffer{};  // aligned for the structure
-  DWORD length = 0;
-  if (::GetTokenInformation(token.Get(), TokenUser, buffer.data(), sizeof buffer, &length) == 0) {
-    return {};
-  }
-  const void* const user = buffer.data();
-  wchar_t* text = nullptr;
-  if (::ConvertSidToStringSidW(static_cast<const TOKEN_USER*>(user)->User.Sid, &text) == 0)
-    return {};
-  std::wstring sid = text;
-  ::LocalFree(text);
-  return sid;
-}
-
 // Puts what was written to a file onto the medium.
 void FlushWritten(const std::wstring& native) {
   const Handle file(::CreateFileW(native.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file || ::FlushFileBuffers(file.Get()) == 0) RaiseLast(Attempt::kChange);
+  if (!file || !FlushFile(file.Get())) RaiseLast(Attempt::kChange);
 }
 
 // Scanners and indexers open what was just written or listed, for a moment.
@@ -77,7 +59,15 @@ std::vector<char> ReadLink(const std::wstring& native) {
   return data;
 }
 
-// False where the medium has no links.
+// Media that can't hold links refuse to make one in these ways; and the system refuses
+// those to files to ordinary users.
+bool MeansNoLinks(DWORD error) {
+  return error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED ||
+         error == ERROR_INVALID_PARAMETER || error == ERROR_NOT_A_REPARSE_POINT ||
+         error == ERROR_PRIVILEGE_NOT_HELD;
+}
+
+// False where none can be made.
 bool WriteLink(const std::wstring& native, bool is_folder, std::vector<char> data) {
   if (is_folder && ::CreateDirectoryW(native.c_str(), nullptr) == 0) RaiseLast(Attempt::kChange);
   const Handle link(::CreateFileW(
@@ -90,7 +80,7 @@ bool WriteLink(const std::wstring& native, bool is_folder, std::vector<char> dat
     return true;
   }
   const DWORD error = ::GetLastError();
-  if (error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED) return false;
+  if (MeansNoLinks(error)) return false;
   RaiseNative(error, Attempt::kChange);
 }
 
@@ -101,20 +91,6 @@ void RequireReplaceable(const FileState& source, const FileState& target) {
     throw ProgramError(source.is_link ? kFileAlreadyExists : kPathFileAccess);
   }
   if (target.IsReadOnly() && !target.is_link) throw ProgramError(kPathFileAccess);
-}
-
-SECURITY_ATTRIBUTES* OwnersAlone() {
-  static SECURITY_ATTRIBUTES attributes = [] {
-    SECURITY_ATTRIBUTES made{sizeof(SECURITY_ATTRIBUTES), nullptr, FALSE};
-    const std::wstring sid = OwnSid();
-    const std::wstring rules = L"D:P(A;;FA;;;" + sid + L")(A;;FA;;;SY)";
-    if (!sid.empty()) {
-      ::ConvertStringSecurityDescriptorToSecurityDescriptorW(rules.c_str(), SDDL_REVISION_1,
-                                                             &made.lpSecurityDescriptor, nullptr);
-    }
-    return made;
-  }();
-  return attributes.lpSecurityDescriptor != nullptr ? &attributes : nullptr;
 }
 
 void GiveName(const std::wstring& temporary, const std::wstring& target, bool replaces) {
@@ -131,11 +107,12 @@ void GiveName(const std::wstring& temporary, const std::wstring& target, bool re
 void CopyFileBeside(Temporaries& temporaries, const std::wstring& source, DWORD attributes,
                     const std::wstring& target, bool replaces, Rights rights,
                     const std::function<bool()>& may_replace) {
-  const std::wstring temporary = temporaries.Begin(NativeFolderOf(target));
+  const std::wstring folder = NativeFolderOf(target);
+  const std::wstring temporary = temporaries.Begin(folder);
   if (rights == Rights::kOwner) {
     // A copy into a file that is there keeps that one's security.
-    const Handle made(::CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, OwnersAlone(), CREATE_NEW,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+    const Handle made(::CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, OwnersAlone(folder),
+                                    CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!made) RaiseLast(Attempt::kChange);
   }
   if (::CopyFileExW(source.c_str(), temporary.c_str(), nullptr, nullptr, nullptr,
@@ -158,14 +135,17 @@ void CopyFileBeside(Temporaries& temporaries, const std::wstring& source, DWORD 
   GiveName(temporary, target, replaces);
 }
 
-void CopyLink(Temporaries& temporaries, const std::wstring& source, const FileState& state,
+bool CopyLink(Temporaries& temporaries, const std::wstring& source, const FileState& state,
               const std::wstring& target, bool replaces) {
+  const std::wstring folder = NativeFolderOf(target);
+  const DWORD features = VolumeOf(folder).features;
+  if (features != 0 && (features & FILE_SUPPORTS_REPARSE_POINTS) == 0) return false;
   std::vector<char> data = ReadLink(source);
-  const std::wstring temporary = temporaries.Begin(NativeFolderOf(target));
+  const std::wstring temporary = temporaries.Begin(folder);
   try {
     if (!WriteLink(temporary, state.IsFolder(), std::move(data))) {
       DeleteTemporary(temporary);
-      return;
+      return false;
     }
   } catch (const ProgramError&) {
     DeleteTemporary(temporary);
@@ -176,6 +156,7 @@ void CopyLink(Temporaries& temporaries, const std::wstring& source, const FileSt
     ::DeleteFileW(target.c_str());
   }
   GiveName(temporary, target, replaces && !state.IsFolder());
+  return true;
 }
 
 }  // namespace tarnvale

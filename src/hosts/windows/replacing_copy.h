@@ -14,10 +14,6 @@ namespace tarnvale {
 /// folder and a read-only file, but 58 for a link in whose place is a folder.
 void RequireReplaceable(const FileState& source, const FileState& target);
 
-/// Security of what is made for its owner alone, and for the system, without which
-/// nobody could repair it. Null where the medium or the system has none.
-SECURITY_ATTRIBUTES* OwnersAlone();
-
 /// Gives what was written beside a file, and is on the medium, the file's name.
 /// `replaces`: something has it. Waits for half a second while another program has one of
 /// them open. Raises 70, 58; the temporary is then deleted.
@@ -30,9 +26,9 @@ void CopyFileBeside(Temporaries& temporaries, const std::wstring& source, DWORD 
                     const std::wstring& target, bool replaces, Rights rights,
                     const std::function<bool()>& may_replace);
 
-/// Copies a junction or a symbolic link as what it is. Nothing happens on a medium that
-/// can't hold one. Raises 70 where the user may not make one.
-void CopyLink(Temporaries& temporaries, const std::wstring& source, const FileState& state,
+/// Copies a junction or a symbolic link as what it is. False, and nothing happens, on a
+/// medium that can't hold one and for a user who may not make one. Raises 70, 57.
+bool CopyLink(Temporaries& temporaries, const std::wstring& source, const FileState& state,
               const std::wstring& target, bool replaces);
 
 }  // namespace tarnvale

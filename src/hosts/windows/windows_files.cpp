@@ -39,7 +39,7 @@ bool SameState(const FileState& a, const FileState& b) {
 bool AreOneFile(const std::wstring& a, const std::wstring& b) {
   const Handle one = OpenToAsk(a, Links::kFollow);
   const Handle two = OpenToAsk(b, Links::kFollow);
-  return one && two && NumberOf(one.Get()) == NumberOf(two.Get());
+  return one && two && AreSame(one.Get(), a, two.Get(), b);
 }
 
 void MakeOne(const Located& located) {
@@ -208,7 +208,7 @@ void WindowsFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, R
   const auto there = TargetState(target);
   if (state->is_link) {
     if (there) RequireReplaceable(*state, *there);
-    CopyLink(temporaries_, from, *state, to, there.has_value());
+    if (!CopyLink(temporaries_, from, *state, to, there.has_value())) return;
   } else {
     CopyFileTo({from, *state}, to, there, rights, Replaces::kAsSeen);
   }
@@ -331,8 +331,8 @@ std::vector<std::string> WindowsFiles::List(const Path& pattern, ListKinds kinds
   while (const auto* entry = listing.Next()) {
     std::string name = Narrow(entry->cFileName);
     const FileState state = StateOf(*entry);
-    if (!state.IsFolder() && IsListed(state, kinds) && !IsTemporaryName(name) &&
-        MatchesPattern(FoldCase(name), folded)) {
+    if (!state.IsFolder() && !state.is_special && IsListed(state, kinds) &&
+        !IsTemporaryName(name) && MatchesPattern(FoldCase(name), folded)) {
       names.push_back(std::move(name));
     }
   }

@@ -7,8 +7,8 @@
 
 #include "base/failure.h"
 #include "hosts/windows/native_errors.h"
+#include "hosts/windows/ownership.h"
 #include "hosts/windows/paths.h"
-#include "hosts/windows/replacing_copy.h"
 #include "hosts/windows/wide.h"
 #include "platform/names.h"
 #include "platform/temporary_name.h"
@@ -33,8 +33,8 @@ FolderContents WindowsFolder::Contents() {
     std::string name = Narrow(entry->cFileName);
     if (IsTemporaryName(name)) {
       leftovers.emplace_back(entry->cFileName);
-    } else if (!CanBeNamed(entry->cFileName)) {
-      // A device's name, made by another system: no path leads there.
+    } else if (!CanBeFound(entry->cFileName) || state.is_special) {
+      // Made by another system: no path leads there. Or no file.
       continue;
     } else if (state.IsFolder() && !state.is_link) {
       contents.folders.push_back(std::move(name));
@@ -56,10 +56,10 @@ bool WindowsFolder::HasExactly(const std::string& name) {
 }
 
 std::optional<FolderEntry> WindowsFolder::File(const std::string& name) {
-  if (!CanBeNamed(Wide(name))) return std::nullopt;
+  if (!CanBeFound(Wide(name))) return std::nullopt;
   const std::wstring native = NativeOf(name);
   const auto state = StateOf(native, Links::kKeep);
-  if (!state || (state->IsFolder() && !state->is_link) ||
+  if (!state || (state->IsFolder() && !state->is_link) || state->is_special ||
       NativeNameOf(native) != ListedName(native)) {
     return std::nullopt;
   }
@@ -68,7 +68,7 @@ std::optional<FolderEntry> WindowsFolder::File(const std::string& name) {
 
 std::optional<std::size_t> WindowsFolder::FoundBy(const std::string& name,
                                                   const ListedNames& listed) {
-  if (!CanBeNamed(Wide(name))) return std::nullopt;
+  if (!CanBeFound(Wide(name))) return std::nullopt;
   const auto at = std::find(listed.begin(), listed.end(), Narrow(ListedName(NativeOf(name))));
   if (at == listed.end()) return std::nullopt;
   return static_cast<std::size_t>(at - listed.begin());
@@ -85,7 +85,7 @@ std::unique_ptr<HeldFolder> WindowsFolder::Inner(const std::string& names) {
     rest.remove_prefix(std::min(end + 1, rest.size()));
     if (!names.empty()) {
       native = Joined(native, name);
-      if (!CanBeNamed(name) || ListedName(native) != name) throw ProgramError(kPathNotFound);
+      if (!CanBeFound(name) || ListedName(native) != name) throw ProgramError(kPathNotFound);
     }
     // This folder itself may have been found by a link.
     const Links links = names.empty() ? Links::kFollow : Links::kKeep;
@@ -101,7 +101,7 @@ std::unique_ptr<HeldFolder> WindowsFolder::Inner(const std::string& names) {
 
 std::wstring WindowsFolder::NativeOf(const std::string& name) const {
   const std::wstring wide = Wide(name);
-  if (!CanBeNamed(wide)) throw ProgramError(kPathFileAccess);
+  if (!CanBeFound(wide)) throw ProgramError(kPathFileAccess);
   return Joined(native_, wide);
 }
 
@@ -113,7 +113,7 @@ void WindowsFolder::MakeFolder(const std::string& name) {
 
 void WindowsFolder::MakeFile(const std::string& name, Rights rights) {
   const std::wstring native = NativeOf(name);
-  SECURITY_ATTRIBUTES* const security = rights == Rights::kOwner ? OwnersAlone() : nullptr;
+  SECURITY_ATTRIBUTES* const security = rights == Rights::kOwner ? OwnersAlone(native_) : nullptr;
   const Handle made(::CreateFileW(native.c_str(), GENERIC_WRITE, 0, security, CREATE_NEW,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!made) RaiseForMaking(name, ::GetLastError());
@@ -121,8 +121,8 @@ void WindowsFolder::MakeFile(const std::string& name, Rights rights) {
 }
 
 bool WindowsFolder::Is(const HeldFolder& other) {
-  const auto own = NumberOf(Get());
-  return own && own == NumberOf(static_cast<const WindowsFolder&>(other).Get());
+  const auto& their = static_cast<const WindowsFolder&>(other);
+  return AreSame(Get(), Native(), their.Get(), their.Native());
 }
 
 void WindowsFolder::RaiseForMaking(const std::string& name, DWORD error) {

@@ -36,6 +36,11 @@ struct WindowsSurroundings {
 
 class WindowsHost {
  private:
+  /// The system shows no boxes of its own: a drive without a medium is an error like any
+  /// other. First of all, since each part may ask for files at once.
+  struct NoBoxes {
+    NoBoxes() { ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }
+  } no_boxes_;
   DrivePaths drives_;
   Locator locator_{drives_};
 

@@ -5,7 +5,8 @@
 
 #include "base/failure.h"
 #include "hosts/windows/native_errors.h"
-#include "hosts/windows/replacing_copy.h"
+#include "hosts/windows/ownership.h"
+#include "hosts/windows/paths.h"
 
 namespace tarnvale {
 namespace {
@@ -63,7 +64,7 @@ class WindowsFile final : public NativeFile {
   }
 
   void Close() override {
-    const bool is_flushed = !is_writable_ || ::FlushFileBuffers(file_.Get()) != 0;
+    const bool is_flushed = !is_writable_ || FlushFile(file_.Get());
     const DWORD error = ::GetLastError();
     file_.Close();
     if (!is_flushed) {
@@ -94,6 +95,20 @@ OpenFileTable::Opened WindowsOpenFiles::OpenNative(Use use, const Path& file, Ri
   return {std::make_unique<WindowsFile>(std::move(opened), false), false};
 }
 
+// Whether something else has the place of a file that is the program's own, or of a text
+// that the user writes anew.
+bool WindowsOpenFiles::MustGo(Use use, const Located& located) {
+  if (use == Use::kBinary) return false;
+  if (use == Use::kOwn) {
+    const Handle file = OpenToAsk(located.native, Links::kKeep);
+    BY_HANDLE_FILE_INFORMATION info{};
+    const bool has_other_names =
+        file && ::GetFileInformationByHandle(file.Get(), &info) != 0 && info.nNumberOfLinks > 1;
+    if (located.state->is_link || has_other_names) return true;
+  }
+  return !IsOfThisUser(located.native);
+}
+
 OpenFileTable::Opened WindowsOpenFiles::OpenToWrite(Use use, const Path& file, Rights rights) {
   const Located located = Locator::RequireTarget(locator_.Locate(file));
   const auto state = located.state && located.state->is_link
@@ -102,21 +117,23 @@ OpenFileTable::Opened WindowsOpenFiles::OpenToWrite(Use use, const Path& file, R
   if (state && state->IsFolder()) throw ProgramError(kPathFileAccess);
   bool is_writable = !state || !state->IsReadOnly();
   if (!is_writable && use != Use::kBinary) throw ProgramError(kPathFileAccess);
-  // A link in the place of the program's own file is nobody's wish.
-  if (use == Use::kOwn && located.state && located.state->is_link &&
-      ::DeleteFileW(located.native.c_str()) == 0) {
+  if (located.state && MustGo(use, located) && ::DeleteFileW(located.native.c_str()) == 0) {
     RaiseLast(Attempt::kChange);
   }
-  // The system refuses to make a file anew that is hidden, so it is emptied instead.
-  const DWORD disposition = use == Use::kOutput && located.state ? TRUNCATE_EXISTING : OPEN_ALWAYS;
-  SECURITY_ATTRIBUTES* const security = rights == Rights::kOwner ? OwnersAlone() : nullptr;
+  const bool for_owner = rights == Rights::kOwner;
   Handle opened;
   if (is_writable) {
-    opened = OpenShared(located.native, GENERIC_READ | GENERIC_WRITE, disposition, security);
+    opened = OpenShared(located.native, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS,
+                        for_owner ? OwnersAlone(NativeFolderOf(located.native)) : nullptr);
     const DWORD error = ::GetLastError();
     is_writable = opened || use != Use::kBinary || !state ||
                   (error != ERROR_ACCESS_DENIED && error != ERROR_WRITE_PROTECT);
   }
+  // The system refuses to make a file anew that is hidden, and to empty one in opening it.
+  if (opened && use == Use::kOutput && ::SetEndOfFile(opened.Get()) == 0) {
+    RaiseLast(Attempt::kChange);
+  }
+  if (opened && located.state && for_owner && use != Use::kBinary) KeepForOwner(located.native);
   if (!is_writable) opened = OpenShared(located.native, GENERIC_READ, OPEN_EXISTING);
   if (!opened) RaiseLast(Attempt::kChange);
   return {std::make_unique<WindowsFile>(std::move(opened), is_writable), is_writable};

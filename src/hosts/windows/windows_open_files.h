@@ -18,6 +18,7 @@ class WindowsOpenFiles : public OpenFileTable {
   Opened OpenNative(Use use, const Path& file, Rights rights) override;
 
  private:
+  static bool MustGo(Use use, const Located& located);
   Opened OpenToWrite(Use use, const Path& file, Rights rights);
 
   const Locator& locator_;

@@ -47,8 +47,8 @@ DWORD Start(const std::wstring& program, std::wstring command_line, WORD show) {
   startup.dwFlags = STARTF_USESHOWWINDOW;
   startup.wShowWindow = show;
   PROCESS_INFORMATION process{};
-  if (::CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                       nullptr, &startup, &process) == 0) {
+  if (::CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, FALSE,
+                       CREATE_DEFAULT_ERROR_MODE, nullptr, nullptr, &startup, &process) == 0) {
     return ::GetLastError();
   }
   ::CloseHandle(process.hThread);
@@ -112,15 +112,32 @@ std::wstring WindowsProcesses::ProgramOf(const std::string& name) const {
   return found;
 }
 
+// As the system itself finds it: a path without quotes may go on behind a blank.
+WindowsProcesses::Command WindowsProcesses::CommandOf(std::string_view line) const {
+  line = Trimmed(line);
+  const std::string first = WordsOf(line).front();
+  Command command{ProgramOf(first), Wide(line), Wide(BehindFirstWord(line))};
+  if (!command.program.empty() || !IsPathLanguage(line)) return command;
+  for (std::size_t end = first.size(); end != std::string_view::npos && end < line.size();) {
+    end = line.find(' ', end + 1);
+    command.program = ProgramOf(std::string(line.substr(0, end)));
+    if (command.program.empty()) continue;
+    if (end != std::string_view::npos) command.parameters = Wide(Trimmed(line.substr(end)));
+    command.line = L"\"" + command.program + L"\" " + command.parameters;
+    break;
+  }
+  return command;
+}
+
 void WindowsProcesses::StartMinimized(const std::string& command_line) {
   const std::vector<std::string> words = WordsOf(command_line);
   if (words.empty() || words.front().empty()) throw ProgramError(kInvalidCall);
-  const std::wstring program = ProgramOf(words.front());
-  if (program.empty()) throw ProgramError(kFileNotFound);
-  const DWORD error = Start(program, Wide(command_line), SW_SHOWMINIMIZED);
+  const Command command = CommandOf(command_line);
+  if (command.program.empty()) throw ProgramError(kFileNotFound);
+  const DWORD error = Start(command.program, command.line, SW_SHOWMINIMIZED);
   if (error == 0) return;
   if (error == kElevationRequired &&
-      OpenByDesktop(L"runas", program, Wide(BehindFirstWord(command_line)), SW_SHOWMINIMIZED)) {
+      OpenByDesktop(L"runas", command.program, command.parameters, SW_SHOWMINIMIZED)) {
     return;
   }
   throw ProgramError(kFileNotFound);
@@ -142,9 +159,7 @@ std::optional<std::string> WindowsProcesses::Variable(const std::string& name) {
 
 bool WindowsProcesses::PreviousInstance() {
   if (!had_predecessor_) {
-    std::wstring folded = program_file_;
-    ::CharLowerBuffW(folded.data(), static_cast<DWORD>(folded.size()));
-    const std::string name = "Local\\Tarnvale-" + StableHash(Narrow(folded));
+    const std::string name = "Local\\Tarnvale-" + StableHash(Narrow(FoldedPath(program_file_)));
     ::SetLastError(ERROR_SUCCESS);
     instance_ = Handle(::CreateMutexW(nullptr, FALSE, Wide(name).c_str()));
     const DWORD error = ::GetLastError();

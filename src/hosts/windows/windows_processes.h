@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "hosts/windows/handle.h"
 #include "hosts/windows/locator.h"
@@ -28,6 +29,12 @@ class WindowsProcesses : public Processes {
   bool PreviousInstance() override;
 
  private:
+  struct Command {
+    std::wstring program;  ///< its native path; empty when there is no such program
+    std::wstring line;
+    std::wstring parameters;  ///< what follows the program in it
+  };
+  Command CommandOf(std::string_view line) const;
   std::wstring ProgramOf(const std::string& name) const;
 
   const Locator& locator_;

@@ -6,6 +6,7 @@
 #include "base/characters.h"
 #include "base/failure.h"
 #include "base/stable_hash.h"
+#include "hosts/windows/ownership.h"
 #include "hosts/windows/replacing_copy.h"
 #include "hosts/windows/wide.h"
 
@@ -13,11 +14,6 @@ namespace tarnvale {
 namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
-std::wstring KeyOf(std::wstring native) {
-  ::CharLowerBuffW(native.data(), static_cast<DWORD>(native.size()));
-  return native;
-}
 
 bool ReadWhole(const std::wstring& native, std::string& bytes) {
   const Handle file(::CreateFileW(native.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
@@ -31,6 +27,11 @@ bool ReadWhole(const std::wstring& native, std::string& bytes) {
   return true;
 }
 
+// The file that a path names, behind a link that may have its place.
+std::wstring PlaceOf(const Located& located) {
+  return located.state && located.state->is_link ? BehindLinks(located.native) : located.native;
+}
+
 // Keeps other instances from replacing a file while we look and replace it. They hold it
 // for as long as a slow medium takes to rename a file; whoever holds it for longer doesn't
 // stop us.
@@ -39,7 +40,7 @@ class SaveLock {
   explicit SaveLock(const std::wstring& native)
       : mutex_(::CreateMutexW(
             nullptr, FALSE,
-            Wide("Local\\Tarnvale-save-" + StableHash(Narrow(KeyOf(native)))).c_str())) {
+            Wide("Local\\Tarnvale-save-" + StableHash(Narrow(FoldedPath(native)))).c_str())) {
     constexpr DWORD kPatience_ms = 3000;
     const DWORD result = mutex_ ? ::WaitForSingleObject(mutex_.Get(), kPatience_ms) : WAIT_FAILED;
     is_held_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
@@ -62,7 +63,7 @@ WindowsProfileFiles::WindowsProfileFiles(const Locator& locator, const std::wstr
     : locator_(locator), temporaries_(state_folder), coding_(coding) {}
 
 WindowsProfileFiles::Profile& WindowsProfileFiles::ProfileOf(const std::wstring& native) {
-  return profiles_[KeyOf(native)];
+  return profiles_[FoldedPath(native)];
 }
 
 std::optional<WindowsProfileFiles::Version> WindowsProfileFiles::VersionOf(
@@ -102,10 +103,11 @@ std::string WindowsProfileFiles::Read(const std::string& section, const std::str
   std::string value = fallback;
   const Located located = locator_.Locate(file);
   if ((located.folder_found && located.can_be_named) || located.error != 0) {
-    Profile& profile = ProfileOf(located.native);
+    const std::wstring native = PlaceOf(located);
+    Profile& profile = ProfileOf(native);
     // Until it has been read: whatever ends this before then leaves it unknown.
     const auto unread = profile.unread.emplace(section, key).first;
-    const bool is_read = located.error == 0 && Refresh(profile, located.native);
+    const bool is_read = located.error == 0 && Refresh(profile, native);
     if (auto found = profile.text.Value(section, key)) value = std::move(*found);
     if (is_read) profile.unread.erase(unread);
   }
@@ -119,13 +121,14 @@ bool WindowsProfileFiles::Write(const std::string& section, const std::string& k
       !ProfileText::CanHold(section, key, value)) {
     return false;
   }
-  Profile& profile = ProfileOf(located.native);
-  if (!profile.unread.empty() || !Refresh(profile, located.native)) return false;
+  const std::wstring native = PlaceOf(located);
+  Profile& profile = ProfileOf(native);
+  if (!profile.unread.empty() || !Refresh(profile, native)) return false;
   if (profile.version && profile.version->state.IsReadOnly()) return false;
   if (profile.text.Holds(section, key, value)) return true;
   // A folder that can't be written is noticed at once.
   if (profile.edits.empty()) {
-    const std::wstring temporary = temporaries_.Begin(NativeFolderOf(located.native));
+    const std::wstring temporary = temporaries_.Begin(NativeFolderOf(native));
     if (!WriteBeside(temporary, {})) return false;
     ::DeleteFileW(temporary.c_str());
   }
@@ -136,9 +139,10 @@ bool WindowsProfileFiles::Write(const std::string& section, const std::string& k
 
 bool WindowsProfileFiles::Flush(const Path& file) {
   const Located located = locator_.Locate(file);
-  Profile& profile = ProfileOf(located.native);
+  const std::wstring native = PlaceOf(located);
+  Profile& profile = ProfileOf(native);
   if (profile.edits.empty()) return true;
-  const bool is_done = located.folder_found && Put(profile, located.native);
+  const bool is_done = located.folder_found && Put(profile, native);
   profile.edits.clear();
   profile.is_known = false;
   return is_done;
@@ -168,13 +172,14 @@ bool WindowsProfileFiles::Put(Profile& profile, const std::wstring& native) {
 bool WindowsProfileFiles::WriteBeside(const std::wstring& temporary,
                                       const std::string& bytes) const {
   // A settings file holds passwords, so it is its owner's alone.
-  const Handle file(::CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, OwnersAlone(), CREATE_ALWAYS,
+  const Handle file(::CreateFileW(temporary.c_str(), GENERIC_WRITE, 0,
+                                  OwnersAlone(NativeFolderOf(temporary)), CREATE_ALWAYS,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));
   DWORD done = 0;
   return file &&
          ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &done, nullptr) !=
              0 &&
-         done == bytes.size() && ::FlushFileBuffers(file.Get()) != 0;
+         done == bytes.size() && FlushFile(file.Get());
 }
 
 }  // namespace tarnvale

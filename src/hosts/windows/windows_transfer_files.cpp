@@ -6,6 +6,7 @@
 
 #include "base/failure.h"
 #include "hosts/windows/native_errors.h"
+#include "hosts/windows/ownership.h"
 #include "hosts/windows/replacing_copy.h"
 
 namespace tarnvale {
@@ -62,7 +63,7 @@ class FileToReceive final : public TransferTarget {
   }
 
   void Commit() override {
-    if (::FlushFileBuffers(file_.Get()) == 0) RaiseLast(Attempt::kChange);
+    if (!FlushFile(file_.Get())) RaiseLast(Attempt::kChange);
     file_.Close();
     GiveName(temporary_, target_, replaces_);
   }
@@ -89,9 +90,10 @@ std::unique_ptr<TransferSource> WindowsTransferFiles::OpenSource(const Path& fil
 std::unique_ptr<TransferTarget> WindowsTransferFiles::OpenTarget(const Path& file) {
   const Located located = Locator::RequireTarget(locator_.Locate(file));
   if (located.state) RequireReplaceable({}, *located.state);
-  std::wstring temporary = temporaries_.Begin(NativeFolderOf(located.native));
-  Handle opened(::CreateFileW(temporary.c_str(), GENERIC_READ | GENERIC_WRITE, 0, OwnersAlone(),
-                              CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const std::wstring folder = NativeFolderOf(located.native);
+  std::wstring temporary = temporaries_.Begin(folder);
+  Handle opened(::CreateFileW(temporary.c_str(), GENERIC_READ | GENERIC_WRITE, 0,
+                              OwnersAlone(folder), CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!opened) RaiseLast(Attempt::kChange);
   return std::make_unique<FileToReceive>(std::move(opened), std::move(temporary), located.native,
                                          located.state.has_value());

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "tests/hosts/windows/scripted_system.h"
 #include "tests/hosts/windows/windows_stage.h"
 #include "tests/support/raised.h"
 
@@ -38,6 +39,44 @@ TEST_F(WindowsProcessesTest, AProgramIsFoundOnTheSearchPath) {
   const std::filesystem::path made = Native("made");
   Host().processes.StartMinimized("cmd /c mkdir \"" + made.string() + "\"");
   EXPECT_TRUE(Appears(made));
+}
+
+TEST_F(WindowsProcessesTest, APathWithBlanksNeedsNoQuotes) {
+  std::filesystem::create_directory(Native("some folder"));
+  const std::filesystem::path program = Native("some folder") / "a program.exe";
+  ASSERT_NE(::CopyFileW(Wide(SystemProgram("cmd.exe")).c_str(), program.c_str(), TRUE), 0);
+  const std::filesystem::path made = Native("made");
+  std::wstring line;
+  const Scripted starts("CreateProcessW", &::CreateProcessW,
+                        [&](auto real, LPCWSTR file, LPWSTR command, auto... more) {
+                          line = command;
+                          return real(file, command, more...);
+                        });
+  Host().processes.StartMinimized(program.string() + " /c mkdir \"" + made.string() + "\"");
+  EXPECT_TRUE(Appears(made));
+  EXPECT_EQ(Narrow(line), "\"" + program.string() + "\" /c mkdir \"" + made.string() + "\"");
+  EXPECT_EQ(RaisedBy([&] {
+              Host().processes.StartMinimized(Native("some folder").string() + "\\no program /c");
+            }),
+            53);
+}
+
+// A drive without a medium would otherwise stop the program with a box of the system's;
+// a program that it starts has its own mind about that.
+TEST_F(WindowsProcessesTest, TheSystemShowsNoBoxesOfItsOwn) {
+  ::SetErrorMode(0);
+  Host();
+  EXPECT_EQ(::SetErrorMode(0), UINT{SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX});
+  DWORD flags = 0;
+  const Scripted starts(
+      "CreateProcessW", &::CreateProcessW,
+      [&](auto, LPCWSTR, LPWSTR, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD creation,
+          LPVOID, LPCWSTR, LPSTARTUPINFOW, LPPROCESS_INFORMATION) {
+        flags = creation;
+        return Failing(ERROR_ACCESS_DENIED);
+      });
+  Host().processes.StartProgram(SystemProgram("whoami.exe"));
+  EXPECT_NE(flags & CREATE_DEFAULT_ERROR_MODE, 0U);
 }
 
 TEST_F(WindowsProcessesTest, AProgramIsStarted) {

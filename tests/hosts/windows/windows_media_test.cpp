@@ -1,0 +1,179 @@
+// Media and entries that are unlike those of this machine.
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/hosts/windows/scripted_media.h"
+#include "tests/hosts/windows/windows_stage.h"
+#include "tests/support/raised.h"
+
+namespace tarnvale::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class WindowsMediaTest : public WindowsHostTest {
+ protected:
+  std::wstring NativeName(const std::string& name) {
+    return surroundings.root + L"\\" + Wide(name);
+  }
+  static std::vector<std::string> FileNames(HeldFolder& folder) {
+    std::vector<std::string> names;
+    for (const FolderEntry& file : folder.Contents().files) names.push_back(file.name);
+    return names;
+  }
+};
+
+// As ordinary users may make none to files, and FAT, network drives and others hold none.
+TEST_F(WindowsMediaTest, ALinkThatCannotBeMadeIsPassedOver) {
+  const auto medium = AsMedium(DRIVE_FIXED, FILE_SUPPORTS_REPARSE_POINTS, L"NTFS");
+  std::filesystem::create_directory(Native("from"));
+  std::filesystem::create_directory(Native("to"));
+  Write("from/link", "");
+  Write("from/plain", "text");
+  const auto link = AsReparsePoint(NativeName("from\\link"), IO_REPARSE_TAG_SYMLINK);
+  for (const DWORD error : {ERROR_PRIVILEGE_NOT_HELD, ERROR_INVALID_FUNCTION, ERROR_NOT_SUPPORTED,
+                            ERROR_INVALID_PARAMETER, ERROR_NOT_A_REPARSE_POINT}) {
+    const Scripted controls("DeviceIoControl", &::DeviceIoControl,
+                            [&](auto real, HANDLE device, DWORD code, LPVOID in, DWORD in_size,
+                                LPVOID out, DWORD out_size, LPDWORD length, LPOVERLAPPED later) {
+                              return code == FSCTL_SET_REPARSE_POINT
+                                         ? Failing(error)
+                                         : real(device, code, in, in_size, out, out_size, length,
+                                                later);
+                            });
+    EXPECT_EQ(RaisedBy([&] { Host().files.CopyTree("C:\\from", "C:\\to", {}); }), 0) << error;
+    EXPECT_THAT(Host().files.List("C:\\to\\*", {.hidden = true}), ElementsAre("plain")) << error;
+  }
+}
+
+TEST_F(WindowsMediaTest, WhereThereAreNoLinksNoneIsTried) {
+  const auto medium = AsMedium(DRIVE_REMOTE, FILE_CASE_PRESERVED_NAMES, L"NTFS");
+  std::filesystem::create_directory(Native("from"));
+  Write("from/link", "");
+  const auto link = AsReparsePoint(NativeName("from\\link"), IO_REPARSE_TAG_SYMLINK);
+  const Scripted controls(
+      "DeviceIoControl", &::DeviceIoControl,
+      [&](auto, HANDLE, DWORD, LPVOID, DWORD, LPVOID, DWORD, LPDWORD, LPOVERLAPPED) {
+        ADD_FAILURE() << "asks for the link";
+        return Failing(ERROR_INVALID_PARAMETER);
+      });
+  Host().files.CopyTree("C:\\from", "C:\\to", {});
+  EXPECT_THAT(Host().files.List("C:\\to\\*", {.hidden = true}), IsEmpty());
+}
+
+TEST_F(WindowsMediaTest, WhatIsNoFileIsNotAmongFiles) {
+  Write("plain", "x");
+  Write("special", "");
+  for (const DWORD tag : {0x80000023, 0x80000024, 0x80000025, 0x80000026, 0x8000001B}) {
+    const auto special = AsReparsePoint(NativeName("special"), tag);
+    const auto root = Host().files.OpenFolder("C:\\");
+    EXPECT_THAT(FileNames(*root), ElementsAre("plain"));
+    EXPECT_EQ(root->File("special"), std::nullopt);
+    EXPECT_THAT(Host().files.List("C:\\*", {}), ElementsAre("plain"));
+  }
+  // One that is merely elsewhere for now, as a cloud's files are.
+  const auto elsewhere = AsReparsePoint(NativeName("special"), 0x9000001A);
+  EXPECT_THAT(FileNames(*Host().files.OpenFolder("C:\\")), ElementsAre("plain", "special"));
+}
+
+TEST_F(WindowsMediaTest, ADriverThatKnowsNoFlushTakesCopiesAllTheSame) {
+  Write("a", "text");
+  for (const DWORD error : {ERROR_INVALID_FUNCTION, ERROR_NOT_SUPPORTED}) {
+    const Scripted flushes("FlushFileBuffers", &::FlushFileBuffers,
+                           [&](auto, HANDLE) { return Failing(error); });
+    Host().files.CopyWhole("C:\\a", "C:\\b");
+    EXPECT_EQ(Content("b"), "text");
+    Host().open_files.OpenOutput(1, "C:\\c");
+    Host().open_files.Write(1, "text");
+    Host().open_files.Close(1);
+    Host().profiles.Write("A", "x", std::to_string(error), "C:\\t.ini");
+    EXPECT_TRUE(Host().profiles.Flush("C:\\t.ini"));
+    const auto received = Host().transfer_files.OpenTarget("C:\\d");
+    received->Write(std::string("text"));
+    received->Commit();
+    EXPECT_EQ(Content("d"), "text");
+  }
+}
+
+TEST_F(WindowsMediaTest, AFailedFlushIsAFailure) {
+  Write("a", "text");
+  const Scripted flushes("FlushFileBuffers", &::FlushFileBuffers,
+                         [&](auto, HANDLE) { return Failing(ERROR_CRC); });
+  EXPECT_EQ(RaisedBy([&] { Host().files.CopyWhole("C:\\a", "C:\\b"); }), 57);
+  EXPECT_FALSE(Host().files.FileExists("C:\\b"));
+}
+
+TEST_F(WindowsMediaTest, FoldersOfAMediumWithoutNumbersAreToldApart) {
+  std::filesystem::create_directory(Native("one"));
+  std::filesystem::create_directory(Native("two"));
+  const Scripted asks("GetFileInformationByHandle", &::GetFileInformationByHandle,
+                      [&](auto real, HANDLE file, LPBY_HANDLE_FILE_INFORMATION info) {
+                        const BOOL done = real(file, info);
+                        info->nFileIndexHigh = info->nFileIndexLow = 0;
+                        return done;
+                      });
+  const auto one = Host().files.OpenFolder("C:\\one");
+  EXPECT_FALSE(one->Is(*Host().files.OpenFolder("C:\\two")));
+  EXPECT_TRUE(one->Is(*Host().files.OpenFolder("C:\\ONE")));
+}
+
+// A drive that was copied block by block has its original's numbers.
+TEST_F(WindowsMediaTest, FoldersOfACopiedDriveAreItsOwn) {
+  std::filesystem::create_directories(Native("one/inner"));
+  std::filesystem::create_directories(Native("two/inner"));
+  const Scripted asks("GetFileInformationByHandle", &::GetFileInformationByHandle,
+                      [&](auto real, HANDLE file, LPBY_HANDLE_FILE_INFORMATION info) {
+                        const BOOL done = real(file, info);
+                        info->nFileIndexHigh = info->nFileIndexLow = 7;
+                        return done;
+                      });
+  const Scripted roots(
+      "GetVolumePathNameW", &::GetVolumePathNameW, [&](auto, LPCWSTR path, LPWSTR root, DWORD) {
+        const std::wstring drive =
+            std::wstring(path).find(L"\\two") == std::wstring::npos ? L"O:\\" : L"T:\\";
+        std::copy_n(drive.c_str(), drive.size() + 1, root);
+        return TRUE;
+      });
+  const Scripted names("GetVolumeNameForVolumeMountPointW", &::GetVolumeNameForVolumeMountPointW,
+                       [&](auto, LPCWSTR root, LPWSTR name, DWORD) {
+                         std::copy_n(root, 4, name);
+                         return TRUE;
+                       });
+  const auto inner = Host().files.OpenFolder("C:\\one\\inner");
+  EXPECT_FALSE(inner->Is(*Host().files.OpenFolder("C:\\two\\inner")));
+  EXPECT_TRUE(inner->Is(*Host().files.OpenFolder("C:\\one\\inner")));
+}
+
+// `aux.c` of a program that comes from another system.
+TEST_F(WindowsMediaTest, FilesOfDevicesNamesAreCopied) {
+  std::filesystem::create_directory(Native("from"));
+  const std::wstring native = NativeName("from\\aux.c");
+  ASSERT_TRUE(Handle(::CreateFileW(native.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                   FILE_ATTRIBUTE_NORMAL, nullptr)));
+  EXPECT_THAT(FileNames(*Host().files.OpenFolder("C:\\from")), ElementsAre("aux.c"));
+  EXPECT_EQ(RaisedBy([&] { Host().files.CopyTree("C:\\from", "C:\\to", {}); }), 0);
+  EXPECT_EQ(RaisedBy([&] { Host().files.Length("C:\\to\\aux.c"); }), 0);
+  EXPECT_EQ(RaisedBy([&] { Host().files.Delete("C:\\to\\aux.c"); }), 0);
+  EXPECT_EQ(RaisedBy([&] { Host().open_files.OpenOutput(1, "C:\\to\\aux.c"); }), 75);
+  // The test's own cleaning up wouldn't find it.
+  ::DeleteFileW(native.c_str());
+  ::DeleteFileW(NativeName("to\\aux.c").c_str());
+}
+
+TEST_F(WindowsMediaTest, ASettingsFileBehindALinkIsWrittenThere) {
+  Write("link.ini", "");
+  Write("real.ini", "[A]\r\nx=1\r\n");
+  const auto link =
+      AsReparsePoint(NativeName("link.ini"), IO_REPARSE_TAG_SYMLINK, NativeName("real.ini"));
+  EXPECT_EQ(Host().profiles.Read("A", "x", "", 255, "C:\\link.ini"), "1");
+  EXPECT_TRUE(Host().profiles.Write("A", "x", "2", "C:\\link.ini"));
+  EXPECT_TRUE(Host().profiles.Flush("C:\\link.ini"));
+  EXPECT_EQ(Content("real.ini"), "[A]\r\nx=2\r\n");
+  EXPECT_EQ(Content("link.ini"), "");
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
