@@ -147,7 +147,8 @@ FolderListing::FolderListing(const std::wstring& folder) {
   const DWORD error = ::GetLastError();
   const auto state = StateOf(folder, Links::kFollow);
   if (!state || !state->IsFolder()) throw ProgramError(kPathNotFound);
-  if (error != ERROR_FILE_NOT_FOUND) RaiseNative(error, Attempt::kAsk);
+  if (error != ERROR_FILE_NOT_FOUND && error != ERROR_NO_MORE_FILES)
+    RaiseNative(error, Attempt::kAsk);
 }
 
 FolderListing::~FolderListing() {

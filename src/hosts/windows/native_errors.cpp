@@ -7,6 +7,8 @@ namespace {
 
 // Later than the headers for the oldest system.
 constexpr DWORD kDiskQuotaExceeded = 1295;
+constexpr DWORD kNoSuchDevice = 433;
+constexpr DWORD kDeviceHardwareError = 483;
 
 }  // namespace
 
@@ -21,6 +23,12 @@ int ErrorNumberOf(DWORD error, Attempt attempt) {
     case ERROR_BAD_NETPATH:
     case ERROR_BAD_NET_NAME:
     case ERROR_BAD_PATHNAME:
+    case ERROR_NO_NET_OR_BAD_PATH:
+    case ERROR_NO_NETWORK:
+    case ERROR_NETWORK_UNREACHABLE:
+    case ERROR_HOST_UNREACHABLE:
+    case ERROR_REM_NOT_LIST:
+    case ERROR_NETWORK_BUSY:
       return kPathNotFound;
     case ERROR_INVALID_NAME:
     case ERROR_FILENAME_EXCED_RANGE:
@@ -34,10 +42,14 @@ int ErrorNumberOf(DWORD error, Attempt attempt) {
     case ERROR_LOCK_VIOLATION:
     case ERROR_USER_MAPPED_FILE:
     case ERROR_BUSY:
+    case ERROR_DELETE_PENDING:
       return kPermissionDenied;
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
     case kDiskQuotaExceeded:
+    case ERROR_NOT_ENOUGH_QUOTA:
+    // FAT's root folder is full.
+    case ERROR_CANNOT_MAKE:
     // A file too large for the medium's format doesn't fit on it either.
     case ERROR_FILE_TOO_LARGE:
       return kDiskFull;
@@ -59,8 +71,14 @@ int ErrorNumberOf(DWORD error, Attempt attempt) {
     case ERROR_DEVICE_NOT_CONNECTED:
     case ERROR_SEM_TIMEOUT:
     case ERROR_BAD_UNIT:
+    case ERROR_FILE_INVALID:
+    case kNoSuchDevice:
+    case kDeviceHardwareError:
+    case ERROR_DEVICE_REMOVED:
       return kDeviceUnavailable;
     case ERROR_NOT_READY:
+    case ERROR_WRONG_DISK:
+    case ERROR_MEDIA_CHANGED:
     case ERROR_NO_MEDIA_IN_DRIVE:
     case ERROR_UNRECOGNIZED_VOLUME:
       return kDiskNotReady;

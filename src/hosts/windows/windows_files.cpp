@@ -42,6 +42,44 @@ bool AreOneFile(const std::wstring& a, const std::wstring& b) {
   return one && two && AreSame(one.Get(), a, two.Get(), b);
 }
 
+bool HaveSameBytes(HANDLE a, HANDLE b) {
+  std::vector<char> bytes_a(65536);
+  std::vector<char> bytes_b(bytes_a.size());
+  const auto size = static_cast<DWORD>(bytes_a.size());
+  while (true) {
+    DWORD got_a = 0;
+    DWORD got_b = 0;
+    if (::ReadFile(a, bytes_a.data(), size, &got_a, nullptr) == 0 ||
+        ::ReadFile(b, bytes_b.data(), size, &got_b, nullptr) == 0 || got_a != got_b ||
+        !std::equal(bytes_a.begin(), bytes_a.begin() + got_a, bytes_b.begin())) {
+      return false;
+    }
+    if (got_a == 0) return true;
+  }
+}
+
+// Media that keep times in steps of two seconds, or of less, give a copy a time that is
+// a little later. On its way back it would replace the very file that it was made from,
+// with all that such media don't keep. One that has its bytes takes the copy's time
+// instead, so that the next run finds both alike. Nobody can write to it meanwhile.
+bool IsCopyWithCoarseTime(const std::wstring& source, const FileState& state,
+                          const std::wstring& target, const FileState& there) {
+  constexpr std::uint64_t kLongestStep = 20'000'000;
+  const std::uint64_t apart =
+      std::max(state.modified, there.modified) - std::min(state.modified, there.modified);
+  if (state.size_bytes != there.size_bytes || apart > kLongestStep || there.is_link) return false;
+  const auto open = [](const std::wstring& native, DWORD access) {
+    return Handle(::CreateFileW(native.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  };
+  const Handle from = open(source, GENERIC_READ);
+  const Handle to = open(target, GENERIC_READ | FILE_WRITE_ATTRIBUTES);
+  if (!from || !to || !HaveSameBytes(from.Get(), to.Get())) return false;
+  const FILETIME time{static_cast<DWORD>(state.modified),
+                      static_cast<DWORD>(state.modified >> 32U)};
+  return ::SetFileTime(to.Get(), nullptr, nullptr, &time) != 0;
+}
+
 void MakeOne(const Located& located) {
   const Located target = Locator::RequireTarget(located);
   if (target.state) throw ProgramError(kPathFileAccess);
@@ -209,7 +247,8 @@ void WindowsFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, R
   if (state->is_link) {
     if (there) RequireReplaceable(*state, *there);
     if (!CopyLink(temporaries_, from, *state, to, there.has_value())) return;
-  } else {
+  } else if (!there || rights != Rights::kNewFile ||
+             !IsCopyWithCoarseTime(from, *state, to, *there)) {
     CopyFileTo({from, *state}, to, there, rights, Replaces::kAsSeen);
   }
   WindowsFolder::Of(target.folder).NoteMade(target.name);

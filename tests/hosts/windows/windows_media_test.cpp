@@ -1,9 +1,12 @@
 // Media and entries that are unlike those of this machine.
 #include <gmock/gmock.h>
 
+#include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "hosts/windows/native_errors.h"
 #include "tests/hosts/windows/scripted_media.h"
 #include "tests/hosts/windows/windows_stage.h"
 #include "tests/support/raised.h"
@@ -19,12 +22,84 @@ class WindowsMediaTest : public WindowsHostTest {
   std::wstring NativeName(const std::string& name) {
     return surroundings.root + L"\\" + Wide(name);
   }
+  void SetTime(const std::string& name, int milliseconds) {
+    const Handle file(::CreateFileW(Native(name).c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const std::uint64_t units = 128'000'000'000'000'000 + std::uint64_t{10'000} * milliseconds;
+    const FILETIME time{static_cast<DWORD>(units), static_cast<DWORD>(units >> 32U)};
+    EXPECT_NE(::SetFileTime(file.Get(), nullptr, nullptr, &time), 0);
+  }
   static std::vector<std::string> FileNames(HeldFolder& folder) {
     std::vector<std::string> names;
     for (const FolderEntry& file : folder.Contents().files) names.push_back(file.name);
     return names;
   }
 };
+
+// On media with times in steps of two seconds a copy is a little newer than its original.
+TEST_F(WindowsMediaTest, ACopyOnItsWayBackLeavesItsOriginalAlone) {
+  std::filesystem::create_directory(Native("stick"));
+  const auto copies = [&](const std::string& ours, const std::string& theirs, int newer_ms) {
+    Write("a", ours);
+    Write("stick/a", theirs);
+    SetTime("a", 0);
+    SetTime("stick/a", newer_ms);
+    int count = 0;
+    const Scripted copied("CopyFileExW", &::CopyFileExW, [&](auto real, auto... arguments) {
+      ++count;
+      return real(arguments...);
+    });
+    const auto root = Host().files.OpenFolder("C:\\");
+    const auto stick = Host().files.OpenFolder("C:\\stick");
+    Host().files.CopyEntry({*stick, "a"}, {*root, "a"}, Rights::kNewFile);
+    EXPECT_EQ(Content("a"), theirs);
+    EXPECT_EQ(StateOf(NativeName("a"), Links::kKeep)->modified,
+              StateOf(NativeName("stick\\a"), Links::kKeep)->modified);
+    return count;
+  };
+  EXPECT_EQ(copies("same", "same", 1000), 0);
+  EXPECT_EQ(copies("same", "same", 2000), 0);
+  EXPECT_EQ(copies("same", "same", 2001), 1);
+  EXPECT_EQ(copies("same", "else", 1000), 1);
+  EXPECT_EQ(copies("same", "longer", 1000), 1);
+  EXPECT_EQ(copies(std::string(70000, 'a') + 'b', std::string(70000, 'a') + 'c', 1000), 1);
+}
+
+// A share that can't be reached may well have the settings; a save would replace them by
+// what the program has without them.
+TEST_F(WindowsMediaTest, SettingsOnANetworkThatIsAwayAreNotMissing) {
+  for (const DWORD error :
+       {ERROR_BAD_NETPATH, ERROR_BAD_NET_NAME, ERROR_INVALID_DRIVE, ERROR_REM_NOT_LIST,
+        ERROR_NETWORK_BUSY, ERROR_NETNAME_DELETED, ERROR_NO_NET_OR_BAD_PATH, ERROR_NO_NETWORK,
+        ERROR_NETWORK_UNREACHABLE, ERROR_HOST_UNREACHABLE}) {
+    Restart();
+    {
+      const Scripted asks(
+          "GetFileAttributesExW", &::GetFileAttributesExW,
+          [&](auto, LPCWSTR, GET_FILEEX_INFO_LEVELS, LPVOID) { return Failing(error); });
+      EXPECT_EQ(Host().profiles.Read("A", "x", "none", 255, "C:\\t.ini"), "none");
+    }
+    EXPECT_FALSE(Host().profiles.Write("A", "x", "none", "C:\\t.ini")) << error;
+  }
+}
+
+TEST_F(WindowsMediaTest, CodesOfMediaAndNetworksHaveTheirNumbers) {
+  const std::vector<std::pair<DWORD, int>> numbers{
+      {34, 71},   {1110, 71}, {433, 68},  {483, 68},  {1006, 68}, {1617, 68}, {51, 76}, {54, 76},
+      {1203, 76}, {1222, 76}, {1231, 76}, {1232, 76}, {82, 61},   {1816, 61}, {303, 70}};
+  for (const auto& [code, number] : numbers) {
+    EXPECT_EQ(ErrorNumberOf(code, Attempt::kChange), number) << code;
+  }
+}
+
+// Some drivers say of an empty drive that there are no more files.
+TEST_F(WindowsMediaTest, AnEmptyDriveIsNoFailure) {
+  const Scripted finds("FindFirstFileW", &::FindFirstFileW, [&](auto, LPCWSTR, LPWIN32_FIND_DATAW) {
+    ::SetLastError(ERROR_NO_MORE_FILES);
+    return INVALID_HANDLE_VALUE;
+  });
+  EXPECT_EQ(RaisedBy([&] { Host().files.OpenFolder("C:\\")->Contents(); }), 0);
+}
 
 // As ordinary users may make none to files, and FAT, network drives and others hold none.
 TEST_F(WindowsMediaTest, ALinkThatCannotBeMadeIsPassedOver) {
