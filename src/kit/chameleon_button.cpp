@@ -1,7 +1,7 @@
 #include "kit/chameleon_button.h"
 
 #include "kit/button_shape.h"
-#include "kit/caption_text.h"
+#include "ui/caption_text.h"
 #include "ui/window.h"
 
 namespace tarnvale {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "kit/caption_text.h"
 #include "kit/drawing.h"
 #include "kit/tick_pictures.h"
+#include "ui/caption_text.h"
 
 namespace tarnvale {
 namespace {

@@ -1,7 +1,7 @@
 #include "kit/group_box.h"
 
-#include "kit/caption_text.h"
 #include "kit/group_drawing.h"
+#include "ui/caption_text.h"
 #include "ui/window.h"
 
 namespace tarnvale {

@@ -9,11 +9,11 @@
 #include "hosts/qt/qt_look.h"
 #include "hosts/qt/qt_pictures.h"
 #include "hosts/qt/qt_text.h"
-#include "kit/caption_text.h"
 #include "kit/chameleon_button.h"
 #include "kit/check_box.h"
 #include "tests/gui/every_window.h"
 #include "tests/gui/gui_fixture.h"
+#include "ui/caption_text.h"
 
 namespace tarnvale::testing {
 namespace {

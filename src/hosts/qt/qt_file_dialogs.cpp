@@ -5,79 +5,44 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
-#include <algorithm>
 #include <cstddef>
 
-#include "base/characters.h"
-#include "base/text.h"
 #include "hosts/qt/path_file_dialog.h"
 #include "hosts/qt/qt_text.h"
+#include "ui/dialog_record.h"
 
 namespace tarnvale {
 namespace {
 
 // "Archives (*.tvz)" and "*.tvz" become one name filter of Qt; its part in
 // round brackets is the pattern.
-QString NameFilter(const QString& description, const QString& patterns) {
-  QString text = description;
+QString NameFilter(const FileFilter& filter) {
+  QString text = ToQt(filter.description);
   const qsizetype bracket = text.lastIndexOf('(');
   if (bracket > 0 && text.endsWith(')')) text.truncate(bracket);
   QStringList globs;
-  for (const QString& glob : patterns.split(';', Qt::SkipEmptyParts)) {
-    globs << (glob.trimmed() == "*.*" ? QString("*") : glob.trimmed());
+  for (const std::string& pattern : filter.patterns) {
+    globs << (pattern == "*.*" ? QString("*") : ToQt(pattern));
   }
-  return text.trimmed() + " (" + (globs.isEmpty() ? QString("*") : globs.join(' ')) + ")";
-}
-
-QStringList NameFilters(const std::string& filter) {
-  QStringList fields = ToQt(filter).split(QChar(u'\0'));
-  while (!fields.isEmpty() && fields.back().isEmpty()) fields.pop_back();
-  QStringList filters;
-  for (qsizetype i = 0; i < fields.size(); i += 2) {
-    filters << NameFilter(fields[i], i + 1 < fields.size() ? fields[i + 1] : QString());
-  }
-  return filters;
-}
-
-bool Fits(const std::string& text, const std::string& buffer) {
-  return CountCharacters(text) < CountCharacters(buffer);
-}
-
-void Fill(std::string& buffer, const std::string& text) {
-  buffer = PaddedWithNuls(text, CountCharacters(buffer));
-}
-
-std::string TextOf(const std::string& buffer) {
-  return buffer.substr(0, buffer.find('\0'));
-}
-
-bool GiveBack(FileDialogRecord& record, const Path& chosen) {
-  const std::string name = FileNameOf(chosen);
-  if (chosen.empty() || !Fits(chosen, record.file) || !Fits(name, record.file_title)) return false;
-  Fill(record.file, chosen);
-  Fill(record.file_title, name);
-  return true;
+  return text.trimmed() + " (" + globs.join(' ') + ")";
 }
 
 // Asks whether a missing file is to be created, as the classic flag wants it.
-bool AgreesToMissing(QWidget* owner, const Path& missing, std::uint32_t flags) {
-  if ((flags & kCreatePrompt) == 0) return true;
-  const auto text =
-      ToQt(FileNameOf(missing)) + "\n" + QFileDialog::tr("This file doesn't exist. Create it?");
-  return QMessageBox::question(owner, QFileDialog::tr("Open"), text) == QMessageBox::Yes;
+bool AgreesToMissing(QWidget* owner, const FileDialogRecord& record, const Path& missing) {
+  const std::string question = QuestionOfMissing(record, missing);
+  return question.empty() ||
+         QMessageBox::question(owner, QFileDialog::tr("Open"), ToQt(question)) == QMessageBox::Yes;
 }
 
 void Prepare(PathFileDialog& dialog, const FileDialogRecord& record) {
   if (!record.title.empty()) dialog.setWindowTitle(ToQt(record.title));
-  QString extension = ToQt(record.default_ext);
-  if (extension.startsWith('.')) extension.remove(0, 1);
-  dialog.SetDefaultExtension(extension);
-  const QStringList filters = NameFilters(record.filter);
-  if (!filters.isEmpty()) {
-    dialog.setNameFilters(filters);
-    const qsizetype index = std::clamp<qsizetype>(record.filter_index - 1, 0, filters.size() - 1);
-    dialog.selectNameFilter(filters[index]);
-  }
+  dialog.SetDefaultExtension(ToQt(DefaultExtensionOf(record)));
+  QStringList filters;
+  for (const FileFilter& filter : FiltersOf(record)) filters << NameFilter(filter);
+  if (filters.isEmpty()) return;
+  dialog.setNameFilters(filters);
+  const auto count = static_cast<std::size_t>(filters.size());
+  dialog.selectNameFilter(filters[static_cast<qsizetype>(FirstFilterOf(record, count))]);
 }
 
 }  // namespace
@@ -92,7 +57,7 @@ bool QtFileDialogs::ShowOpen(FileDialogRecord& record) {
   StartAt(dialog, record);
   const Path chosen = Run(dialog);
   if (chosen.empty()) return false;
-  if (paths_.to_native(chosen).empty() && !AgreesToMissing(owner, chosen, record.flags)) {
+  if (paths_.to_native(chosen).empty() && !AgreesToMissing(owner, record, chosen)) {
     return false;
   }
   return GiveBack(record, chosen);
@@ -136,17 +101,10 @@ void QtFileDialogs::StartAt(PathFileDialog& dialog, const FileDialogRecord& reco
   } else {
     dialog.setDirectory(QDir::home());
   }
-  OfferFile(dialog, TextOf(record.file));
-}
-
-// The file may have a name on another machine, with slashes and without a drive.
-void QtFileDialogs::OfferFile(PathFileDialog& dialog, const Path& file) {
-  if (file.find_first_of("*?") != std::string::npos) return;
-  const std::size_t slash = file.find_last_of("\\/");
-  const std::size_t name = slash == std::string::npos ? 0 : slash + 1;
-  const QString folder = FolderOf(file.substr(0, name));
-  if (!folder.isEmpty()) dialog.setDirectory(folder);
-  dialog.selectFile(ToQt(file.substr(name)));
+  const OfferedFile file = OfferedBy(record);
+  const QString its_folder = FolderOf(file.folder);
+  if (!its_folder.isEmpty()) dialog.setDirectory(its_folder);
+  if (!file.name.empty()) dialog.selectFile(ToQt(file.name));
 }
 
 QString QtFileDialogs::FolderOf(const Path& path) const {

@@ -27,7 +27,6 @@ class QtFileDialogs final : public FileDialogs {
  private:
   QWidget* OwnerOf(Window* owner) const;
   void StartAt(PathFileDialog& dialog, const FileDialogRecord& record);
-  void OfferFile(PathFileDialog& dialog, const Path& file);
   /// The native folder; empty when there is no such folder.
   QString FolderOf(const Path& path) const;
   /// The chosen path; empty on a cancel.

@@ -42,39 +42,12 @@ QFont FixedWidthFont(double size_pt) {
 }
 
 QFont FontOf(TextRole role) {
-  switch (role) {
-    case TextRole::kTitle:
-      return ProgramFont(27, true);
-    case TextRole::kStrong:
-      return ProgramFont(9, true);
-    case TextRole::kHeading:
-      return ProgramFont(9.75, true);
-    case TextRole::kNote:
-      return ProgramFont(8.25);
-    case TextRole::kBody:
-    case TextRole::kLink:
-    case TextRole::kValue:
-      break;
-  }
-  return ProgramFont(9);
+  const RoleFont font = FontOfRole(role);
+  return ProgramFont(font.size_pt, font.bold);
 }
 
 QColor ColorOf(TextRole role, bool enabled) {
-  if (!enabled) return palette::kTextOff;
-  switch (role) {
-    case TextRole::kTitle:
-    case TextRole::kHeading:
-      return palette::kHeading;
-    case TextRole::kNote:
-      return palette::kNote;
-    case TextRole::kLink:
-      return palette::kLink;
-    case TextRole::kBody:
-    case TextRole::kStrong:
-    case TextRole::kValue:
-      break;
-  }
-  return palette::kText;
+  return ColorOfRole(role, enabled);
 }
 
 }  // namespace tarnvale

@@ -4,8 +4,7 @@
 #include <QColor>
 #include <QFont>
 
-#include "ui/controls.h"
-#include "ui/palette.h"
+#include "ui/look.h"
 
 namespace tarnvale {
 

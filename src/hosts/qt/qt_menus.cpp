@@ -1,6 +1,7 @@
 #include "hosts/qt/qt_menus.h"
 
 #include "hosts/qt/qt_text.h"
+#include "ui/caption_text.h"
 
 namespace tarnvale {
 namespace {
@@ -44,7 +45,7 @@ void AddRow(QMenu& menu, MenuItem& row, const MenuChoice& choice,
 
 void FillMenu(QMenu& menu, MenuItem& item, const MenuChoice& choice,
               std::vector<Subscription>& follows) {
-  menu.setAccessibleName(Unmark(ToQt(item.Caption.Get())).text);
+  menu.setAccessibleName(ToQt(ShownCaption(item.Caption)));
   for (MenuItem* row : item.Rows()) AddRow(menu, *row, choice, follows);
 }
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/shown_text.h"
+
 namespace tarnvale {
 namespace {
 
@@ -15,15 +17,6 @@ bool IsEscape(const QString& text, qsizetype at) {
   const char16_t unit = text[at].unicode();
   if (unit < kEscape + 0x80 || unit > kEscape + 0xFF) return false;
   return at == 0 || !text[at - 1].isHighSurrogate();
-}
-
-/// A control character (C0, DEL, C1), or one that ends a line or paragraph or turns
-/// the direction of writing.
-bool IsControl(char16_t c) {
-  if (c == u'\n' || c == u'\t') return false;
-  const auto is_between = [c](char16_t first, char16_t last) { return c >= first && c <= last; };
-  return c < 0x20 || is_between(0x7F, 0x9F) || c == 0x061C || is_between(0x200E, 0x200F) ||
-         is_between(0x2028, 0x202E) || is_between(0x2066, 0x2069);
 }
 
 /// Length of the valid character that `bytes` begins with; 0 for none.
@@ -91,21 +84,10 @@ QString ToShown(std::string_view text) {
 QString WithoutControls(QString text) {
   text = WithPlainLineEnds(std::move(text));
   for (QChar& c : text) {
-    if (IsControl(c.unicode())) c = QLatin1Char('?');
+    const bool is_layout = c == QLatin1Char('\n') || c == QLatin1Char('\t');
+    if (!is_layout && IsControl(c.unicode())) c = QLatin1Char('?');
   }
   return text;
-}
-
-UnmarkedCaption Unmark(const QString& caption) {
-  UnmarkedCaption result;
-  for (qsizetype at = 0; at < caption.size(); ++at) {
-    if (caption[at] == QLatin1Char('&')) {
-      if (++at == caption.size()) break;
-      if (caption[at] != QLatin1Char('&') && result.key < 0) result.key = result.text.size();
-    }
-    result.text += caption[at];
-  }
-  return result;
 }
 
 }  // namespace tarnvale

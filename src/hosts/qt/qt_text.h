@@ -32,12 +32,4 @@ QString ToShown(std::string_view text);
 /// The same of a text of Qt's own.
 QString WithoutControls(QString text);
 
-/// A caption without its access key marks, as it is drawn and as a screen reader
-/// says it.
-struct UnmarkedCaption {
-  QString text;
-  qsizetype key = -1;  ///< where its access key stands; -1 for none
-};
-UnmarkedCaption Unmark(const QString& caption);
-
 }  // namespace tarnvale

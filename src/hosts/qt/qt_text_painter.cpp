@@ -8,12 +8,21 @@
 #include "hosts/qt/qt_look.h"
 #include "hosts/qt/qt_pixels.h"
 #include "hosts/qt/qt_text.h"
+#include "ui/caption_text.h"
 
 namespace tarnvale {
 namespace {
 
-UnmarkedCaption Shown(const std::string& text, const TextLook& look) {
-  return look.access_key_marks ? Unmark(ToQt(text)) : UnmarkedCaption{.text = ToQt(text)};
+struct ShownText {
+  QString text;
+  qsizetype key = -1;  ///< where its access key is; -1 for none
+};
+
+ShownText Shown(const std::string& text, const TextLook& look) {
+  if (!look.access_key_marks) return {.text = ToQt(text)};
+  const CaptionText caption = ReadCaption(text);
+  return {.text = ToQt(caption.shown),
+          .key = caption.key ? UnitsOf(caption.shown, *caption.key) : -1};
 }
 
 QColor ToQColor(Color color) {
@@ -33,8 +42,7 @@ double LeftOf(const QRectF& area, double width, TextLook::Align align) {
 }
 
 /// The line below one character of a text that begins at `origin`.
-QRectF Underline(const QFontMetricsF& metrics, const UnmarkedCaption& shown, QPointF origin,
-                 int scale) {
+QRectF Underline(const QFontMetricsF& metrics, const ShownText& shown, QPointF origin, int scale) {
   const double left = metrics.horizontalAdvance(shown.text.left(shown.key));
   const double right = metrics.horizontalAdvance(shown.text.left(shown.key + 1));
   return {std::round(origin.x() + left), origin.y() + scale, std::round(right - left),
@@ -56,7 +64,7 @@ const QFont& QtTextPainter::FontFor(const Font& font, int scale) {
 
 Size QtTextPainter::Measure(const std::string& text, const TextLook& look) {
   const QFontMetricsF metrics(FontFor(look.font, 1));
-  const UnmarkedCaption shown = Shown(text, look);
+  const ShownText shown = Shown(text, look);
   return {static_cast<int>(std::ceil(metrics.horizontalAdvance(shown.text))),
           static_cast<int>(std::ceil(metrics.height()))};
 }
@@ -67,7 +75,7 @@ void QtTextPainter::Draw(Canvas& canvas, const std::string& text, const TextLook
   QImage image = ViewOf(canvas.DevicePixels(), canvas.DeviceWidth(), canvas.DeviceHeight());
   const QFont& font = FontFor(look.font, scale);
   const QFontMetricsF metrics(font);
-  const UnmarkedCaption shown = Shown(text, look);
+  const ShownText shown = Shown(text, look);
   const QRectF device(area.left_px * scale, area.top_px * scale, area.width_px * scale,
                       area.height_px * scale);
   const double width = metrics.horizontalAdvance(shown.text);

@@ -15,6 +15,7 @@
 #include "hosts/qt/qt_menus.h"
 #include "hosts/qt/qt_pictures.h"
 #include "hosts/qt/qt_text.h"
+#include "ui/accessible_names.h"
 
 namespace tarnvale {
 namespace {
@@ -150,18 +151,9 @@ void QtWindow::BuildControls() {
 }
 
 void QtWindow::NameControls() {
-  const Label* label = nullptr;
-  Control* container = nullptr;
-  for (const auto& peer : peers_) {
-    Control& control = peer->Record();
-    if (control.Parent() != container) label = nullptr;
-    container = control.Parent();
-    if (const auto* next = dynamic_cast<const Label*>(&control)) {
-      if (next->Role != TextRole::kValue) label = next;
-    } else if (label != nullptr) {
-      peer->SetLabel(label);
-      peer->UpdateName();
-    }
+  for (const auto& [control, label] : LabelsOf(record_)) {
+    peer_of_.at(control)->SetLabel(label);
+    peer_of_.at(control)->UpdateName();
   }
 }
 

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "hosts/qt/peers/mask.h"
 #include "hosts/qt/qt_text_painter.h"
 
 namespace tarnvale {
@@ -59,20 +58,6 @@ TEST(QtText, ShowsQuestionMarksForControlsAndTurnsOfDirection) {
       "Gr\xC3\xBC\xC3\x9F"
       "e \xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D \xE2\x80\xA6";
   EXPECT_EQ(FromQt(ToShown(name)), name) << "letters of either direction stay";
-}
-
-TEST(QtText, ReadsACaptionWithoutItsMarks) {
-  const UnmarkedCaption unmarked = Unmark(QStringLiteral("Save && E&xit &now&"));
-  EXPECT_EQ(unmarked.text, QStringLiteral("Save & Exit now"));
-  EXPECT_EQ(unmarked.key, 8);
-  EXPECT_EQ(Unmark(QStringLiteral("Save && Exit")).key, -1);
-}
-
-TEST(QtText, FillsAMaskFromTheLeftAndTheRestWithZeros) {
-  const QString mask = QStringLiteral("##:##");
-  EXPECT_EQ(mask::Blank(mask), QStringLiteral("00:00"));
-  EXPECT_EQ(mask::Fit(mask, QStringLiteral("173")), QStringLiteral("17:30"));
-  EXPECT_EQ(mask::Fit(mask, QStringLiteral("1x7-459")), QStringLiteral("17:45"));
 }
 
 TEST(QtText, MeasuresLongerTextWider) {

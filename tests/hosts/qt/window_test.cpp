@@ -199,6 +199,45 @@ TEST_F(QtWindows, TheProgramMovesTheFocus) {
   EXPECT_TRUE(WidgetOf(second).hasFocus());
 }
 
+TEST_F(QtWindows, AControlThatIsHiddenOrDisabledPassesTheFocusOnAsTabDoes) {
+  TextBox first;
+  TextBox second;
+  PictureBox panel;
+  TextBox inside;
+  Place(first);
+  Place(second);
+  Place(panel);
+  Place(inside, &panel);
+  Show();
+  window.Focus(first);
+  first.Enabled = false;
+  EXPECT_EQ(window.Focused(), &second);
+  first.Enabled = true;
+  window.Focus(inside);
+  panel.Visible = false;
+  EXPECT_EQ(window.Focused(), &first);
+  EXPECT_TRUE(WidgetOf(first).hasFocus());
+}
+
+TEST_F(QtWindows, AHiddenControlOfAWindowThatIsNotActiveKeepsTheFocus) {
+  TextBox first;
+  TextBox second;
+  Place(first);
+  Place(second);
+  Show();
+  window.Focus(first);
+  Window other;
+  other.ClientSize = {100, 100};
+  host.Adopt(other);
+  other.Show();
+  ASSERT_TRUE(WaitFor([&] { return host.NativeOf(other)->isActiveWindow(); }));
+  int losses = 0;
+  first.LostFocus.Listen([&] { ++losses; });
+  first.Visible = false;
+  EXPECT_EQ(window.Focused(), &first);
+  EXPECT_EQ(losses, 0);
+}
+
 TEST_F(QtWindows, AKeyThatTheWindowHandledNeverReachesTheControl) {
   TextBox first;
   TextBox second;

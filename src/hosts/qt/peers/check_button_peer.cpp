@@ -17,10 +17,6 @@ CheckButtonPeer::CheckButtonPeer(PeerContext& context, CheckButton& check, QWidg
   Adopt(button_);
 }
 
-QString CheckButtonPeer::OwnName() const {
-  return Unmark(button_->text()).text;
-}
-
 void CheckButtonPeer::ReportClick() {
   const bool value = button_->isChecked();
   Report([&] { check_.Value = value; });

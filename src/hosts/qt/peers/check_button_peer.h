@@ -11,8 +11,6 @@ class CheckButtonPeer final : public Peer {
  public:
   CheckButtonPeer(PeerContext& context, CheckButton& check, QWidget& parent);
 
-  QString OwnName() const override;
-
  private:
   void ReportClick();
 

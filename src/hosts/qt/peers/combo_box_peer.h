@@ -12,7 +12,6 @@ class ComboBoxPeer final : public Peer {
  public:
   ComboBoxPeer(PeerContext& context, ComboBox& combo, QWidget& parent);
 
-  QString KindName() const override { return QStringLiteral("Choice"); }
   void UpdateName() override;
 
  private:

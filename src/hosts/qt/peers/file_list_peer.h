@@ -30,7 +30,6 @@ class FileListPeer final : public Peer {
  public:
   FileListPeer(PeerContext& context, FileList& files, QWidget& parent);
 
-  QString KindName() const override { return QStringLiteral("Files"); }
   void OnFrame() override;
 
  private:

@@ -13,7 +13,6 @@ class FolderTreePeer final : public Peer {
  public:
   FolderTreePeer(PeerContext& context, FolderTree& tree, QWidget& parent);
 
-  QString KindName() const override { return QStringLiteral("Folders"); }
   void OnFrame() override;
 
  private:

@@ -9,6 +9,7 @@
 #include "hosts/qt/peers/picture_box_peer.h"
 #include "hosts/qt/qt_look.h"
 #include "hosts/qt/qt_text.h"
+#include "ui/press.h"
 
 namespace tarnvale {
 
@@ -50,7 +51,7 @@ class LabelWidget final : public QWidget, public AccessibleSource {
   void PaintFocus(QPainter& painter, const QString& shown) const;
 
   LabelPeer& peer_;
-  bool is_pressed_ = false;
+  Press press_;
 };
 
 QString LabelWidget::Shown() const {
@@ -131,13 +132,13 @@ bool LabelWidget::event(QEvent* event) {
 }
 
 void LabelWidget::mousePressEvent(QMouseEvent* event) {
-  is_pressed_ = event->button() == Qt::LeftButton;
+  press_.Down(ToMouseButton(event->button()));
 }
 
 void LabelWidget::mouseReleaseEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton || !is_pressed_) return;
-  is_pressed_ = false;
-  if (rect().contains(event->position().toPoint())) peer_.Click();
+  const bool is_inside = rect().contains(event->position().toPoint());
+  const bool is_click = press_.Up(ToMouseButton(event->button()), is_inside);
+  if (is_click && event->button() == Qt::LeftButton) peer_.Click();
 }
 
 void LabelWidget::keyPressEvent(QKeyEvent* event) {
@@ -157,10 +158,6 @@ LabelPeer::LabelPeer(PeerContext& context, Label& label, QWidget& parent)
   if (label_.Role == TextRole::kLink && label_.Pointer.Get() == PointerShape::kDefault) {
     widget_->setCursor(Qt::PointingHandCursor);
   }
-}
-
-QString LabelPeer::OwnName() const {
-  return widget_->text;
 }
 
 void LabelPeer::OnFrame() {

@@ -12,7 +12,6 @@ class LabelPeer final : public Peer {
  public:
   LabelPeer(PeerContext& context, Label& label, QWidget& parent);
 
-  QString OwnName() const override;
   void OnFrame() override;
 
   // For the widget.

@@ -10,7 +10,8 @@
 #include <memory>
 
 #include "hosts/qt/peers/dropped_files.h"
-#include "hosts/qt/peers/mask.h"
+#include "hosts/qt/qt_text.h"
+#include "ui/masked_text.h"
 
 namespace tarnvale {
 
@@ -92,7 +93,8 @@ bool PasswordEdit::eventFilter(QObject* target, QEvent* event) {
   return true;
 }
 
-MaskedEdit::MaskedEdit(QWidget& parent, QString mask) : LineEdit(parent), mask_(std::move(mask)) {
+MaskedEdit::MaskedEdit(QWidget& parent, std::string mask)
+    : LineEdit(parent), mask_(std::move(mask)) {
   setContextMenuPolicy(Qt::NoContextMenu);
   setInputMethodHints(Qt::ImhDigitsOnly);
 }
@@ -108,16 +110,16 @@ bool MaskedEdit::Edit(const QKeyEvent& event) {
   }
   if (event.matches(QKeySequence::Cut)) {
     copy();
-    EraseSelection();
+    Apply([](MaskedText& field) { field.Erase(); });
     return true;
   }
   if (event.matches(QKeySequence::Undo) || event.matches(QKeySequence::Redo)) return true;
   switch (event.key()) {
     case Qt::Key_Backspace:
-      EraseBack();
+      Apply([](MaskedText& field) { field.EraseBack(); });
       return true;
     case Qt::Key_Delete:
-      EraseSelection();
+      Apply([](MaskedText& field) { field.Erase(); });
       return true;
     default:
       break;
@@ -128,47 +130,23 @@ bool MaskedEdit::Edit(const QKeyEvent& event) {
 }
 
 void MaskedEdit::Type(const QString& typed) {
-  QString whole = mask_.size() == text().size() ? text() : mask::Fit(mask_, text());
-  qsizetype from = cursorPosition();
-  if (hasSelectedText()) {
-    from = selectionStart();
-    mask::Clear(mask_, whole, from, selectionEnd());
-  }
-  const bool is_literal = typed.size() == 1 && !typed[0].isDigit();
-  if (is_literal) {
-    // The mask's own character steps over itself; any other is refused.
-    const qsizetype literal = mask_.indexOf(typed[0], from);
-    if (literal >= 0 && typed[0] != QLatin1Char('#')) Put(whole, literal + 1);
-    return;
-  }
-  const qsizetype caret = mask::Type(mask_, whole, from, typed);
-  Put(whole, caret);
+  Apply([&](MaskedText& field) { field.Type(FromQt(typed)); });
 }
 
-void MaskedEdit::EraseSelection() {
-  QString whole = text();
-  const qsizetype from = hasSelectedText() ? selectionStart() : cursorPosition();
-  const qsizetype to = hasSelectedText() ? selectionEnd() : mask::PlaceFrom(mask_, from) + 1;
-  mask::Clear(mask_, whole, from, to);
-  Put(whole, from);
-}
-
-void MaskedEdit::EraseBack() {
-  if (hasSelectedText()) {
-    EraseSelection();
-    return;
-  }
-  const qsizetype place = mask::PlaceBefore(mask_, cursorPosition());
-  if (place < 0) return;
-  QString whole = text();
-  mask::Clear(mask_, whole, place, place + 1);
-  Put(whole, place);
-}
-
-void MaskedEdit::Put(const QString& whole, qsizetype caret) {
+template <class Change>
+void MaskedEdit::Apply(Change change) {
+  const int from = hasSelectedText() ? selectionStart() : cursorPosition();
+  const MaskedText before{.mask = mask_,
+                          .text = FromQt(text()),
+                          .caret = BytesOf(text(), from),
+                          .selected = FromQt(selectedText()).size()};
+  MaskedText field = before;
+  change(field);
+  if (field == before) return;
+  const QString whole = ToQt(field.text);
   const bool is_new = whole != text();
   setText(whole);
-  setCursorPosition(static_cast<int>(caret));
+  setCursorPosition(static_cast<int>(UnitsOf(field.text, field.caret)));
   if (is_new) emit textEdited(whole);
 }
 

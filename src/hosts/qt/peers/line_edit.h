@@ -4,6 +4,7 @@
 #include <QLineEdit>
 
 #include <functional>
+#include <string>
 
 namespace tarnvale {
 
@@ -44,11 +45,10 @@ class PasswordEdit final : public LineEdit {
   void focusOutEvent(QFocusEvent* event) override;
 };
 
-/// A field with a mask: overwrites digit by digit, and always shows all of the
-/// mask.
+/// A field with a mask: its keys go to a MaskedText.
 class MaskedEdit final : public LineEdit {
  public:
-  MaskedEdit(QWidget& parent, QString mask);
+  MaskedEdit(QWidget& parent, std::string mask);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -59,11 +59,10 @@ class MaskedEdit final : public LineEdit {
  private:
   bool Edit(const QKeyEvent& event);
   void Type(const QString& typed);
-  void EraseSelection();
-  void EraseBack();
-  void Put(const QString& text, qsizetype caret);
+  template <class Change>
+  void Apply(Change change);
 
-  QString mask_;
+  std::string mask_;
 };
 
 }  // namespace tarnvale

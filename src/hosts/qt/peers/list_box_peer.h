@@ -12,7 +12,6 @@ class ListBoxPeer final : public Peer {
  public:
   ListBoxPeer(PeerContext& context, ListBox& list, QWidget& parent);
 
-  QString KindName() const override { return QStringLiteral("List"); }
   void OnFrame() override;
 
  private:

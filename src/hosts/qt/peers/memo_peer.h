@@ -12,7 +12,6 @@ class MemoPeer final : public Peer {
  public:
   MemoPeer(PeerContext& context, TextBox& box, QWidget& parent);
 
-  QString KindName() const override { return QStringLiteral("Text"); }
   void OnFrame() override;
 
  private:

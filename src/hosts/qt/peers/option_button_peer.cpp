@@ -29,10 +29,6 @@ OptionButtonPeer::OptionButtonPeer(PeerContext& context, OptionButton& option, Q
   Adopt(button_);
 }
 
-QString OptionButtonPeer::OwnName() const {
-  return Unmark(button_->text()).text;
-}
-
 void OptionButtonPeer::ReportClick() {
   Report([this] { option_.Value = true; });
   Report([this] { option_.Clicked.Emit(); });

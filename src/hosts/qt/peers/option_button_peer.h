@@ -11,8 +11,6 @@ class OptionButtonPeer final : public Peer {
  public:
   OptionButtonPeer(PeerContext& context, OptionButton& option, QWidget& parent);
 
-  QString OwnName() const override;
-
  private:
   void ReportClick();
 

@@ -15,6 +15,7 @@
 #include "hosts/qt/peers/accessible.h"
 #include "hosts/qt/qt_pixels.h"
 #include "hosts/qt/qt_text.h"
+#include "ui/press.h"
 #include "ui/window.h"
 
 namespace tarnvale {
@@ -111,7 +112,7 @@ class DrawnWidget final : public QWidget, public AccessibleSource {
   static void AnswerWith(int effect, QDropEvent& event);
 
   OwnerDrawnPeer& peer_;
-  Qt::MouseButton pressed_ = Qt::NoButton;
+  Press press_;
 };
 
 void DrawnWidget::paintEvent(QPaintEvent*) {
@@ -138,12 +139,12 @@ bool DrawnWidget::event(QEvent* event) {
 }
 
 void DrawnWidget::mousePressEvent(QMouseEvent* event) {
-  pressed_ = event->button();
+  press_.Down(ToMouseButton(event->button()));
   peer_.Tell([&] { Drawn().OnMouseDown(ToMouseButton(event->button()), ToPoint(*event)); });
 }
 
 void DrawnWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-  pressed_ = Qt::NoButton;
+  press_.Forget();
   peer_.Tell([&] { Drawn().OnDoubleClick(ToMouseButton(event->button()), ToPoint(*event)); });
 }
 
@@ -152,12 +153,11 @@ void DrawnWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void DrawnWidget::mouseReleaseEvent(QMouseEvent* event) {
-  const Qt::MouseButton button = event->button();
+  const MouseButton button = ToMouseButton(event->button());
   const Point point = ToPoint(*event);
-  const bool is_click = pressed_ == button && rect().contains(event->position().toPoint());
-  if (pressed_ == button) pressed_ = Qt::NoButton;
-  peer_.Tell([&] { Drawn().OnMouseUp(ToMouseButton(button), point); });
-  if (is_click) peer_.Tell([&] { Drawn().OnClick(ToMouseButton(button)); });
+  const bool is_click = press_.Up(button, rect().contains(event->position().toPoint()));
+  peer_.Tell([&] { Drawn().OnMouseUp(button, point); });
+  if (is_click) peer_.Tell([&] { Drawn().OnClick(button); });
 }
 
 void DrawnWidget::AnswerWith(int effect, QDropEvent& event) {
@@ -254,10 +254,6 @@ void OwnerDrawnPeer::DragAway(DragStep& step) {
   data->setText(ToQt(step.data));
   drag->setMimeData(data);
   step.effect = EffectOf(drag->exec(Qt::CopyAction | Qt::MoveAction));
-}
-
-QString OwnerDrawnPeer::OwnName() const {
-  return ToQt(drawn_.AccessibleText());
 }
 
 void OwnerDrawnPeer::OnFrame() {

@@ -17,7 +17,6 @@ class OwnerDrawnPeer final : public Peer {
   OwnerDrawnPeer(PeerContext& context, OwnerDrawn& drawn, QWidget& parent);
   ~OwnerDrawnPeer() override;
 
-  QString OwnName() const override;
   void OnFrame() override;
 
   // For the widget.

@@ -2,9 +2,10 @@
 
 #include <QFocusEvent>
 
-#include "hosts/qt/peers/picture_box_peer.h"
 #include "hosts/qt/qt_pixels.h"
 #include "hosts/qt/qt_text.h"
+#include "ui/accessible_names.h"
+#include "ui/input_rules.h"
 #include "ui/owner_drawn.h"
 #include "ui/window.h"
 
@@ -103,11 +104,7 @@ void Peer::Adopt(QWidget* widget) {
 }
 
 void Peer::UpdateName() {
-  QString name = ToQt(record_.AccessibleName.Get());
-  if (name.isEmpty()) name = OwnName();
-  if (name.isEmpty()) name = ToQt(record_.ToolTip.Get());
-  if (name.isEmpty() && label_ != nullptr) name = ToQt(label_->Shown()).trimmed();
-  if (name.isEmpty()) name = KindName();
+  const QString name = ToShown(NameForReaders(record_, label_));
   if (FocusWidget().accessibleName() != name) FocusWidget().setAccessibleName(name);
 }
 
@@ -153,15 +150,13 @@ bool Peer::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool Peer::IsPressRefused() {
-  // A popup doesn't take the focus, and what is on it is clicked without it.
-  if (record_.Owner()->Frame == WindowFrame::kPopup || !record_.TakesFocusByClick()) return false;
+  if (MayTakePress(record_)) return false;
   // The press may overtake the activation of its window: then the focus waits
-  // here, unless who lost it has called it back already.
+  // here, unless its last owner has called it back already.
   const bool focus_waits =
       !widget_->isActiveWindow() && widget_->window()->focusWidget() == &FocusWidget();
   if (focus_waits) Report([this] { record_.Owner()->Focus(record_); });
-  // The focus came first, and who lost it may have called it back.
-  return record_.Owner()->Focused() != &record_;
+  return !MayTakePress(record_);
 }
 
 void Peer::ReportFocus(QFocusEvent& event, bool has_focus) {
@@ -174,22 +169,14 @@ void Peer::ReportFocus(QFocusEvent& event, bool has_focus) {
 bool Peer::ReportKey(QKeyEvent& event) {
   KeyEvent key{.press = ToKeyPress(event)};
   Report([&] { record_.Owner()->KeyDown.Emit(key); });
-  if (!key.handled && key.press.key == Key::kEnter) key.handled = PressDefaultButton();
+  if (!key.handled && key.press.key == Key::kEnter) {
+    if (OwnerDrawn* button = PressedByEnter(record_)) {
+      key.handled = true;
+      Report([button] { button->Press(); });
+    }
+  }
   if (key.handled) event.accept();
   return key.handled;
-}
-
-// Enter belongs to a field of many lines, and to a button that has the focus.
-bool Peer::PressDefaultButton() {
-  auto* button = dynamic_cast<OwnerDrawn*>(record_.Owner()->DefaultButton.Get());
-  const auto* field = dynamic_cast<const TextBox*>(&record_);
-  const auto* drawn = dynamic_cast<const OwnerDrawn*>(&record_);
-  const bool wants_enter =
-      (field != nullptr && field->Kind == TextKind::kMemo) ||
-      (drawn != nullptr && drawn->AccessibleKind() == OwnerDrawn::Kind::kButton);
-  if (button == nullptr || wants_enter || !Window::IsReachable(*button)) return false;
-  Report([button] { button->Press(); });
-  return true;
 }
 
 }  // namespace tarnvale

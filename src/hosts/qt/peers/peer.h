@@ -52,14 +52,9 @@ class Peer : public QObject, public FrameClient {
   virtual QWidget& FocusWidget() { return *widget_; }
   Control& Record() { return record_; }
 
-  /// The caption that names the control; empty when it has none of its own.
-  virtual QString OwnName() const { return {}; }
-  /// A word for what it is, for a control that nothing else names.
-  virtual QString KindName() const { return {}; }
-  /// Names the widget for screen readers: the record's AccessibleName, its own
-  /// caption, its tool tip, the label before it, or its kind.
+  /// Names the widget for screen readers.
   virtual void UpdateName();
-  /// The label that stands before the control, for UpdateName.
+  /// The label before the control, for UpdateName.
   void SetLabel(const Label* label) { label_ = label; }
 
   /// Brings the widget up to date; see RequestFrame.
@@ -91,7 +86,6 @@ class Peer : public QObject, public FrameClient {
   void ReportFocus(QFocusEvent& event, bool has_focus);
   bool ReportKey(QKeyEvent& event);
   bool IsPressRefused();
-  bool PressDefaultButton();
   void UpdatePointer();
 
   Control& record_;

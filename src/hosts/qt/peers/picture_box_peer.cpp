@@ -6,6 +6,7 @@
 #include "hosts/qt/peers/accessible.h"
 #include "hosts/qt/qt_look.h"
 #include "hosts/qt/qt_pictures.h"
+#include "ui/press.h"
 
 namespace tarnvale {
 
@@ -29,13 +30,11 @@ class PictureWidget final : public QWidget, public AccessibleSource {
     PaintGround(painter);
     picture_.paint(&painter, rect());
   }
-  void mousePressEvent(QMouseEvent* event) override {
-    is_pressed_ = event->button() == Qt::LeftButton;
-  }
+  void mousePressEvent(QMouseEvent* event) override { press_.Down(ToMouseButton(event->button())); }
   void mouseReleaseEvent(QMouseEvent* event) override {
-    if (event->button() != Qt::LeftButton || !is_pressed_) return;
-    is_pressed_ = false;
-    if (rect().contains(event->position().toPoint())) peer_.Click();
+    const bool is_inside = rect().contains(event->position().toPoint());
+    const bool is_click = press_.Up(ToMouseButton(event->button()), is_inside);
+    if (is_click && event->button() == Qt::LeftButton) peer_.Click();
   }
 
  private:
@@ -43,7 +42,7 @@ class PictureWidget final : public QWidget, public AccessibleSource {
 
   PictureBoxPeer& peer_;
   QIcon picture_;
-  bool is_pressed_ = false;
+  Press press_;
 };
 
 void PictureWidget::PaintGround(QPainter& painter) const {

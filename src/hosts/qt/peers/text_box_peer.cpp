@@ -3,15 +3,15 @@
 #include <QScopedValueRollback>
 
 #include "hosts/qt/peers/dropped_files.h"
-#include "hosts/qt/peers/mask.h"
 #include "hosts/qt/qt_look.h"
 #include "hosts/qt/qt_text.h"
+#include "ui/masked_text.h"
 
 namespace tarnvale {
 namespace {
 
 LineEdit* MakeEdit(const TextBox& box, QWidget& parent) {
-  if (box.Kind == TextKind::kMasked) return new MaskedEdit(parent, ToQt(box.Mask));
+  if (box.Kind == TextKind::kMasked) return new MaskedEdit(parent, box.Mask);
   if (box.Kind == TextKind::kPassword) return new PasswordEdit(parent);
   return new LineEdit(parent);
 }
@@ -23,7 +23,7 @@ TextBoxPeer::TextBoxPeer(PeerContext& context, TextBox& box, QWidget& parent)
   if (box_.FixedWidth) edit_->setFont(FixedWidthFont(9));
   // An empty masked field shows its zeros, and the record says what is shown.
   if (box_.Kind == TextKind::kMasked && box_.Text.Get().empty()) {
-    box_.Text = FromQt(mask::Blank(ToQt(box_.Mask)));
+    box_.Text = BlankMask(box_.Mask);
   }
   if (box_.AcceptsFiles) edit_->on_files = [this](const QStringList& files) { ReportFiles(files); };
   edit_->setReadOnly(box_.ReadOnly);

@@ -10,8 +10,6 @@ class TextBoxPeer final : public Peer {
  public:
   TextBoxPeer(PeerContext& context, TextBox& box, QWidget& parent);
 
-  QString KindName() const override { return QStringLiteral("Text field"); }
-
  private:
   void ShowText();
   void ShowSelection();

@@ -1,4 +1,4 @@
-#include "kit/caption_text.h"
+#include "ui/caption_text.h"
 
 #include <gtest/gtest.h>
 
@@ -19,6 +19,12 @@ TEST(ShownCaption, DropsAMarkAtTheEnd) {
 
 TEST(AccessKey, IsTheCharacterBehindTheMarkInLowerCase) {
   EXPECT_EQ(AccessKeyOf("E&Xport"), U'x');
+}
+
+TEST(AccessKey, IsTheFirstOneThatIsMarked) {
+  const CaptionText text = ReadCaption("Save && E&xit &now&");
+  EXPECT_EQ(text.shown, "Save & Exit now");
+  EXPECT_EQ(text.key, 8U);
 }
 
 TEST(AccessKey, IsNoneWithoutMark) {

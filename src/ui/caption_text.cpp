@@ -1,6 +1,5 @@
-#include "kit/caption_text.h"
+#include "ui/caption_text.h"
 
-#include <cstddef>
 #include <string_view>
 
 #include "base/characters.h"
@@ -20,22 +19,25 @@ char32_t InLowerCase(char32_t c) {
 
 }  // namespace
 
-std::string ShownCaption(const std::string& caption) {
-  std::string shown;
+CaptionText ReadCaption(const std::string& caption) {
+  CaptionText text;
   for (std::size_t i = 0; i < caption.size(); ++i) {
-    if (caption[i] == '&' && ++i == caption.size()) break;
-    shown += caption[i];
+    if (caption[i] == '&') {
+      if (++i == caption.size()) break;
+      if (caption[i] != '&' && !text.key) text.key = text.shown.size();
+    }
+    text.shown += caption[i];
   }
-  return shown;
+  return text;
+}
+
+std::string ShownCaption(const std::string& caption) {
+  return ReadCaption(caption).shown;
 }
 
 char32_t AccessKeyOf(const std::string& caption) {
-  for (std::size_t i = 0; i + 1 < caption.size(); ++i) {
-    if (caption[i] != '&') continue;
-    ++i;
-    if (caption[i] != '&') return InLowerCase(CharacterAt(caption, i));
-  }
-  return 0;
+  const CaptionText text = ReadCaption(caption);
+  return text.key ? InLowerCase(CharacterAt(text.shown, *text.key)) : U'\0';
 }
 
 }  // namespace tarnvale

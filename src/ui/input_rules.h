@@ -1,0 +1,24 @@
+// Which keys and presses of the mouse get to a control, and which to its window.
+//
+// What a host has to see to beside this: a control that is hidden or disabled while it
+// has the focus of the active window passes it on as Tab does, which its host reports at
+// once (Window::FocusNext). Hidden in a window that isn't active, it keeps it: no
+// LostFocus, which may show a box, runs unattended.
+#pragma once
+
+namespace tarnvale {
+
+class Control;
+class OwnerDrawn;
+
+/// The button that Enter presses while this control has the focus; null for none, and
+/// where Enter is the control's own: it belongs to a field of many lines, and to a
+/// button.
+OwnerDrawn* PressedByEnter(const Control& focused);
+
+/// Whether a press of the mouse on a control gets through to it. The host has moved the
+/// focus first, and a handler may have called it back: then the press is lost. A popup
+/// doesn't take the focus, and what is on it is clicked without it.
+bool MayTakePress(const Control& control);
+
+}  // namespace tarnvale
