@@ -1,11 +1,11 @@
 // A machine without a desktop, for commands and for programs that measure.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -36,23 +36,37 @@ class IdleLoop : public EventLoop {
   bool IsEnding() const override { return false; }
   int Nesting() const override { return 1; }
   void Post(std::function<void()> job) override {
-    const std::lock_guard lock(jobs_mutex_);
+    const Lock lock(jobs_lock_);
     jobs_.push_back(std::move(job));
   }
   TimerQueue& Timers() override { return timers_; }
 
  private:
+  // Held for a moment by few; not every compiler for Windows has a mutex.
+  class Lock {
+   public:
+    explicit Lock(std::atomic_flag& flag) : flag_(flag) {
+      while (flag_.test_and_set(std::memory_order_acquire)) std::this_thread::yield();
+    }
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+    ~Lock() { flag_.clear(std::memory_order_release); }
+
+   private:
+    std::atomic_flag& flag_;
+  };
+
   static std::chrono::nanoseconds Now() {
     return std::chrono::steady_clock::now().time_since_epoch();
   }
 
   std::deque<std::function<void()>> TakeJobs() {
-    const std::lock_guard lock(jobs_mutex_);
+    const Lock lock(jobs_lock_);
     return std::exchange(jobs_, {});
   }
 
   TimerQueue timers_{[] { return Now(); }, [this](const auto& handler) { Deliver(handler); }};
-  std::mutex jobs_mutex_;
+  std::atomic_flag jobs_lock_;
   std::deque<std::function<void()>> jobs_;
   std::chrono::nanoseconds last_pass_{};
 };

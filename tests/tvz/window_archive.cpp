@@ -4,24 +4,25 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "base/failure.h"
 #include "codec/archive.h"
-#include "hosts/linux/linux_host.h"
+#include "native/console.h"
+#include "native/native_file.h"
 #include "ui/headless_machine.h"
 
 namespace tarnvale {
 namespace {
 
 int Run(const std::string& what, const std::string& from, const std::string& to) {
-  const DrivePaths drive("/");
-  LinuxHost host;
+  NativeHost host;
   HeadlessMachine machine(host.Parts());
   usercontrol11 component(machine.Parts());
   if (what == "pack") {
-    component.SaveFilesToArchiv(drive.FromNative(from), drive.FromNative(to), true);
+    component.SaveFilesToArchiv(PathOfNative(host, from), PathOfNative(host, to), true);
   } else {
-    component.ExtractFilesFromArchiv(drive.FromNative(from), drive.FromNative(to), true);
+    component.ExtractFilesFromArchiv(PathOfNative(host, from), PathOfNative(host, to), true);
   }
   return 0;
 }
@@ -30,9 +31,10 @@ int Run(const std::string& what, const std::string& from, const std::string& to)
 }  // namespace tarnvale
 
 int main(int argc, char** argv) {
-  if (argc != 4) return 2;
+  const std::vector<std::string> arguments = tarnvale::Arguments(argc, argv);
+  if (arguments.size() != 3) return 2;
   try {
-    return tarnvale::Run(argv[1], argv[2], argv[3]);
+    return tarnvale::Run(arguments[0], arguments[1], arguments[2]);
   } catch (const tarnvale::ProgramError& error) {
     std::fprintf(stderr, "window_archive: %s\n", error.Description().c_str());
     return 1;

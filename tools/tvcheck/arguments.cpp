@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "tvz/command_failure.h"
+#include "native/command_failure.h"
 
 namespace tarnvale {
 

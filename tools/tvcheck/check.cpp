@@ -13,8 +13,8 @@
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
 #include "hosts/linux/temporaries.h"
+#include "native/system_error.h"
 #include "platform/temporary_name.h"
-#include "tvz/native_output.h"
 
 namespace tarnvale {
 namespace {
@@ -282,7 +282,7 @@ Finding Check::Judge(const SingleFile& file) {
   struct stat theirs {};
   const auto fail = [&] {
     finding.state = State::kUnreadable;
-    finding.reason = ReasonOf(errno);
+    finding.reason = SystemError().what();
     return finding;
   };
   if (!StateByOwnLinks(AT_FDCWD, file.source, ours)) return fail();

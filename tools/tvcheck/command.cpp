@@ -1,23 +1,19 @@
 #include "tvcheck/command.h"
 
-#include <unistd.h>
-
 #include <filesystem>
 #include <optional>
 
 #include "base/text.h"
 #include "core/backup_run.h"
+#include "native/command_failure.h"
+#include "native/console.h"
 #include "settings/settings_store.h"
 #include "tvcheck/check.h"
 #include "tvcheck/report.h"
-#include "tvz/command_failure.h"
-#include "tvz/native_output.h"
 #include "ui/headless_machine.h"
 
 namespace tarnvale {
 namespace {
-
-constexpr const char* kStandardOutput = "standard output";
 
 // Nothing can lie there. Where the program's own bookkeeping is, the host would tidy
 // up: leftovers of copies are deleted as soon as they are seen.
@@ -123,9 +119,7 @@ class Checking {
       packed_->Compare(host_, contents, findings, progress);
     }
     progress.line.Clear();
-    WriteText(STDOUT_FILENO,
-              request_.json ? JsonReport(subject_, findings) : TextReport(subject_, findings),
-              kStandardOutput);
+    Print(request_.json ? JsonReport(subject_, findings) : TextReport(subject_, findings));
     return findings.AllGood();
   }
 

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "hosts/linux/own_links.h"
-#include "tvz/native_output.h"
+#include "native/system_error.h"
 
 namespace tarnvale {
 namespace {
@@ -21,7 +21,7 @@ constexpr std::size_t kPiece = std::size_t{256} * 1024;
 constexpr int kOpenFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 Equality Failed() {
-  return {false, ReasonOf(errno)};
+  return {false, SystemError().what()};
 }
 
 // Not even the time of the last access changes, where the system lets us choose.

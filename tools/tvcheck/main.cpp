@@ -1,6 +1,5 @@
 // tvcheck: what became of the backup.
 
-#include <cstdio>
 #include <exception>
 #include <string>
 #include <vector>
@@ -8,8 +7,8 @@
 #include "base/failure.h"
 #include "base/out_of_memory.h"
 #include "base/shown_text.h"
+#include "native/console.h"
 #include "tvcheck/command.h"
-#include "tvz/command_failure.h"
 
 namespace tarnvale {
 namespace {
@@ -19,8 +18,7 @@ constexpr int kNotGood = 1;
 constexpr int kNotChecked = 2;
 
 int Complain(const std::string& reason) {
-  const std::string line = "tvcheck: " + Shown(reason) + "\n";
-  std::fputs(line.c_str(), stderr);
+  PrintError("tvcheck: " + Shown(reason) + "\n");
   return kNotChecked;
 }
 
@@ -29,8 +27,8 @@ int Run(const std::vector<std::string>& arguments) {
   try {
     const Request request = ParseArguments(arguments);
     if (request.help || request.version) {
-      std::fputs(request.help ? kHelpText : "tvcheck " TARNVALE_VERSION " (Tarnvale)\n", stdout);
-      return std::fflush(stdout) == 0 ? kGood : kNotChecked;
+      Print(request.help ? kHelpText : "tvcheck " TARNVALE_VERSION " (Tarnvale)\n");
+      return kGood;
     }
     return RunCheck(request) ? kGood : kNotGood;
   } catch (const ProgramError& error) {
@@ -44,5 +42,5 @@ int Run(const std::vector<std::string>& arguments) {
 }  // namespace tarnvale
 
 int main(int argc, char** argv) {
-  return tarnvale::Run(std::vector<std::string>(argv + 1, argv + argc));
+  return tarnvale::Run(tarnvale::Arguments(argc, argv));
 }

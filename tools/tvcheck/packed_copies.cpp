@@ -10,9 +10,9 @@
 
 #include "codec/enumeration.h"
 #include "hosts/linux/own_links.h"
+#include "native/command_failure.h"
+#include "native/system_error.h"
 #include "tvz/archive_contents.h"
-#include "tvz/command_failure.h"
-#include "tvz/native_output.h"
 
 namespace tarnvale {
 namespace {
@@ -32,7 +32,7 @@ State Judge(const std::string& source, const ContainerRecord& record, time_t pac
             Contents& contents, std::string& reason) {
   struct stat info {};
   if (!StateByOwnLinks(AT_FDCWD, source, info)) {
-    reason = ReasonOf(errno);
+    reason = SystemError().what();
     return State::kUnreadable;
   }
   const bool is_later = info.st_mtim.tv_sec > packed_s;
@@ -63,7 +63,7 @@ void PackedCopies::Compare(LinuxHost& host, Contents& contents, Findings& findin
                            CheckProgress& progress) {
   struct stat info {};
   const ArchiveContents archive(archive_, progress.line);
-  if (::stat(archive_.c_str(), &info) != 0) throw CommandFailure(archive_, ReasonOf(errno));
+  if (::stat(archive_.c_str(), &info) != 0) throw CommandFailure(archive_, SystemError().what());
   std::unordered_multimap<std::string_view, Expected*> by_entry;
   for (Expected& expected : expected_) by_entry.emplace(expected.entry, &expected);
   archive.ForEach([&](const ContainerRecord& record) {

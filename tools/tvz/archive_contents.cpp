@@ -1,12 +1,7 @@
 #include "tvz/archive_contents.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <limits>
 #include <memory>
 
@@ -15,43 +10,11 @@
 #include "codec/code_tree.h"
 #include "codec/decoding.h"
 #include "codec/huffman_stream.h"
-#include "hosts/linux/descriptor.h"
-#include "hosts/linux/linux_workers.h"
-#include "tvz/command_failure.h"
+#include "native/native_file.h"
 #include "tvz/memory_file.h"
-#include "tvz/native_output.h"
 
 namespace tarnvale {
 namespace {
-
-// Should the name be that of a pipe, opening it doesn't wait.
-constexpr int kOpenFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-
-std::size_t SizeOfPlain(int file, const std::string& archive) {
-  struct stat info {};
-  if (::fstat(file, &info) != 0) throw CommandFailure(archive, ReasonOf(errno));
-  if (S_ISDIR(info.st_mode)) throw CommandFailure(archive, "is a folder");
-  if (!S_ISREG(info.st_mode)) throw CommandFailure(archive, "is no plain file");
-  if (info.st_size > std::numeric_limits<std::int32_t>::max()) {
-    throw CommandFailure(archive, "is no archive: too large");
-  }
-  return static_cast<std::size_t>(info.st_size);
-}
-
-// `size` bytes, or fewer where the file ends earlier.
-ByteBuffer ReadFrom(int file, std::size_t size, const std::string& archive) {
-  ByteBuffer bytes(size);
-  std::size_t done = 0;
-  while (done < size) {
-    const ssize_t got = ::read(file, bytes.Data() + done, size - done);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) throw CommandFailure(archive, ReasonOf(errno));
-    if (got == 0) break;
-    done += static_cast<std::size_t>(got);
-  }
-  bytes.Shrink(done);
-  return bytes;
-}
 
 bool StartsWith(const ByteBuffer& bytes, const std::array<std::uint8_t, kMarkBytes>& mark) {
   return bytes.Size() >= mark.size() && std::equal(mark.begin(), mark.end(), bytes.Data());
@@ -91,10 +54,11 @@ std::int64_t SurplusOf(const ByteBuffer& stream, const ByteBuffer& result) {
 
 ArchiveContents::ArchiveContents(const std::string& archive, Progress& progress)
     : archive_(archive) {
-  const Descriptor file(::open(archive.c_str(), kOpenFlags));
-  if (!file) throw CommandFailure(archive, ReasonOf(errno));
   try {
-    const ByteBuffer stream = ReadFrom(file.Get(), SizeOfPlain(file.Get(), archive), archive);
+    const WholeFile file = About(
+        archive, [&] { return ReadWholeFile(archive, std::numeric_limits<std::int32_t>::max()); });
+    const ByteBuffer& stream = file.bytes;
+    modified_s_ = file.modified_s;
     // Chosen: a foreign file is refused by its mark, which the codec alone
     // wouldn't do.
     if (!StartsWith(stream, kStoredMark) && !StartsWith(stream, kCompressedMark)) {
@@ -108,7 +72,7 @@ ArchiveContents::ArchiveContents(const std::string& archive, Progress& progress)
 
 void ArchiveContents::Decode(const ByteBuffer& stream, Progress& progress) {
   PercentReport report([&](std::int16_t percent) { progress.Show("decoding", percent); });
-  LinuxWorkers workers;
+  NativeWorkers workers;
   DecodeStream(stream.View(), container_, report, workers);
   if (StartsWith(stream, kStoredMark)) return;
   // Half of a payload can have the checksum of the whole.

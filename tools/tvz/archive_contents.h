@@ -30,6 +30,9 @@ class ArchiveContents {
     /// Behind the last record; not an error.
     std::int64_t bytes_behind = 0;
   };
+  /// The time of the file, in seconds since 1970-01-01 UTC.
+  std::int64_t ModifiedSeconds() const { return modified_s_; }
+
   /// Visits all records with nobody looking, and raises when the stream doesn't
   /// end exactly where its payload ends.
   Sums CheckWhole() const;
@@ -39,6 +42,7 @@ class ArchiveContents {
 
   std::string archive_;
   ByteBuffer container_;
+  std::int64_t modified_s_ = 0;
   std::int64_t surplus_ = 0;  // bytes of the stream behind its payload
 };
 

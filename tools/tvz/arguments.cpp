@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "tvz/command_failure.h"
+#include "native/command_failure.h"
 
 namespace tarnvale {
 

@@ -1,30 +1,27 @@
 #include "tvz/commands.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdio>
 
 #include "base/shown_text.h"
-#include "hosts/linux/name_case.h"
+#include "native/command_failure.h"
+#include "native/console.h"
+#include "native/native_file.h"
 #include "tvz/archive_contents.h"
-#include "tvz/command_failure.h"
 #include "tvz/extraction.h"
-#include "tvz/native_output.h"
 #include "tvz/packing.h"
 #include "tvz/progress.h"
 
 namespace tarnvale {
 namespace {
 
-constexpr const char* kStandardOutput = "standard output";
-
-void Print(std::string_view text) {
-  WriteText(STDOUT_FILENO, text, kStandardOutput);
+// A name as it is written here.
+std::string Native(std::string name) {
+  std::replace(name.begin(), name.end(), '\\', kSeparator);
+  return name;
 }
 
-// A name as it is written here, with slashes.
-std::string Native(std::string name) {
+// The same however it is written.
+std::string WithSlashes(std::string name) {
   std::replace(name.begin(), name.end(), '\\', '/');
   return name;
 }
@@ -40,8 +37,7 @@ void Create(const Request& request) {
     left_out = PackFolder(request.archive, request.folder, progress);
   }
   for (const LeftOut& entry : left_out) {
-    const std::string line = "tvz: " + Shown(entry.path) + ": left out: " + entry.reason + "\n";
-    std::fputs(line.c_str(), stderr);
+    PrintError("tvz: " + Shown(entry.path) + ": left out: " + entry.reason + "\n");
   }
 }
 
@@ -61,14 +57,14 @@ void Extract(const Request& request) {
   contents.ForEach([&](const ContainerRecord& record) {
     try {
       target.Write(record);
-    } catch (const Twin& twin) {
-      left_out.push_back(Native(twin.what()));
+    } catch (const LeftOutEntry& entry) {
+      left_out.push_back(Native(entry.what()));
     }
     progress.Show("writing", static_cast<int>(++done * 100 / entries));
   });
   progress.Clear();
   for (const std::string& entry : left_out) {
-    std::fputs(("tvz: " + Shown(entry) + "\n").c_str(), stderr);
+    PrintError("tvz: " + Shown(entry) + "\n");
   }
   if (!left_out.empty()) {
     throw CommandFailure(
@@ -117,13 +113,13 @@ void Test(const Request& request) {
 void Cat(const Request& request) {
   Progress progress;
   const ArchiveContents contents(request.archive, progress);
-  const std::string wanted = Native(request.entry);
+  const std::string wanted = WithSlashes(request.entry);
   const std::string folded = FoldCase(wanted);
   ByteBuffer found;
   bool is_found = false;
   bool is_exact = false;
   contents.ForEach([&](const ContainerRecord& record) {
-    const std::string name = Native(record.name);
+    const std::string name = WithSlashes(record.name);
     const bool exact = name == wanted;
     if (is_exact || (is_found && !exact) || FoldCase(name) != folded) return;
     found = ByteBuffer(record.content.Size());
@@ -133,7 +129,7 @@ void Cat(const Request& request) {
   });
   if (!is_found) throw CommandFailure(request.archive, "holds no entry " + request.entry);
   progress.Clear();
-  WriteBytes(STDOUT_FILENO, found.View(), kStandardOutput);
+  PrintBytes(found.View());
 }
 
 }  // namespace

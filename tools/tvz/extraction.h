@@ -1,24 +1,21 @@
 // Writing entries below a folder, and nowhere else.
 #pragma once
 
-#include <sys/stat.h>
-#include <sys/types.h>
-
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "codec/container.h"
-#include "hosts/linux/descriptor.h"
-#include "tvz/command_failure.h"
+#include "native/command_failure.h"
+#include "native/output_folder.h"
 
 namespace tarnvale {
 
-/// An entry whose name the medium doesn't tell from that of another one.
-class Twin : public CommandFailure {
+/// An entry that can't be written here for its name: no file can have it, or the medium
+/// doesn't tell it from that of another one.
+class LeftOutEntry : public CommandFailure {
  public:
   using CommandFailure::CommandFailure;
 };
@@ -39,41 +36,38 @@ class TargetFolder {
   void Make();
 
   /// Writes one entry, making its folders. The file gets its name when it is
-  /// whole, and takes the place of an old one or of a link. Raises Twin, and writes
-  /// nothing, where it would take that of another entry.
+  /// whole, and takes the place of an old one or of a link. Raises LeftOutEntry, and
+  /// writes nothing, for one that has no name here of its own.
   void Write(const ContainerRecord& record);
 
  private:
   struct Place {
-    bool from_root = false;
+    std::string root;  ///< native; empty for the folder itself
     std::vector<std::string> folders;
     std::string file;
   };
 
   Place PlaceOf(const std::string& name) const;
-  std::optional<Descriptor> OpenFolder(const std::string& name, const Place& place, bool make);
+  static bool IsNameless(const Place& place);
+  std::optional<OutputFolder> OpenFolder(const std::string& name, const Place& place, bool make);
   /// What was written or entered, and under which name.
   struct Named {
     std::string path;
     std::string name;
   };
-  using Names = std::map<std::pair<dev_t, ino_t>, Named>;
-  static void RequireNoTwin(const Names& names, const struct stat& there, const std::string& name,
+  using Names = std::map<FileIdentity, Named>;
+  static void RequireNoTwin(const Names& names, const FileIdentity& there, const std::string& name,
                             const std::string& entry);
 
-  std::optional<Descriptor> Enter(int folder_fd, const std::string& folder, const std::string& name,
-                                  bool make) const;
-  void OpenItself();
-  bool IsInside(int folder_fd) const;
+  std::optional<OutputFolder> Enter(const OutputFolder& folder, const std::string& name,
+                                    bool make) const;
 
   std::string folder_;
   bool allow_outside_;
-  Descriptor opened_;
-  std::string real_path_;  // of `opened_`
-  std::string work_name_;
+  std::optional<OutputFolder> opened_;
   // The folder of the last entry: neighbours share it.
   std::vector<std::string> last_folders_;
-  Descriptor last_;
+  std::optional<OutputFolder> last_;
   Names files_;
   Names folders_;
 };

@@ -1,6 +1,5 @@
 // tvz: archives on the command line.
 
-#include <cstdio>
 #include <exception>
 #include <string>
 #include <vector>
@@ -8,10 +7,10 @@
 #include "base/failure.h"
 #include "base/out_of_memory.h"
 #include "base/shown_text.h"
+#include "native/command_failure.h"
+#include "native/console.h"
 #include "tvz/arguments.h"
-#include "tvz/command_failure.h"
 #include "tvz/commands.h"
-#include "tvz/leftovers.h"
 
 namespace tarnvale {
 namespace {
@@ -21,15 +20,14 @@ constexpr int kBad = 1;
 constexpr int kUsage = 2;
 
 int Complain(const std::string& reason, int code) {
-  const std::string line = "tvz: " + Shown(reason) + "\n";
-  std::fputs(line.c_str(), stderr);
+  PrintError("tvz: " + Shown(reason) + "\n");
   return code;
 }
 
 int Run(const std::vector<std::string>& arguments) {
   RaiseOutOfMemory();
   try {
-    CatchEndingSignals();
+    CatchEnding();
     RunCommand(ParseArguments(arguments));
     return kGood;
   } catch (const UsageError& error) {
@@ -40,6 +38,8 @@ int Run(const std::vector<std::string>& arguments) {
     return Complain(error.Description(), kBad);
   } catch (const std::exception& error) {
     return Complain(error.what(), kBad);
+  } catch (const Stopped&) {
+    return kStopped;
   }
 }
 
@@ -47,5 +47,5 @@ int Run(const std::vector<std::string>& arguments) {
 }  // namespace tarnvale
 
 int main(int argc, char** argv) {
-  return tarnvale::Run(std::vector<std::string>(argv + 1, argv + argc));
+  return tarnvale::Run(tarnvale::Arguments(argc, argv));
 }

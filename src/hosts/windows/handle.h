@@ -5,6 +5,9 @@
 
 #include <utility>
 
+// A macro that does nothing, of the name that a function of the event loop has.
+#undef Yield
+
 namespace tarnvale {
 
 class Handle {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "base/characters.h"
 #include "base/failure.h"
+#include "hosts/windows/name_case.h"
 #include "hosts/windows/native_errors.h"
 #include "hosts/windows/replacing_copy.h"
 #include "hosts/windows/wide.h"
@@ -21,16 +21,6 @@ class FlushedAlready final : public MediumFlush {
  public:
   bool IsDone() override { return true; }
 };
-
-// By way of the capital, as media compare names. Nothing becomes a letter of ASCII: a
-// dotless i is no i.
-char32_t Folded(char32_t letter) {
-  auto unit = static_cast<wchar_t>(letter);
-  if (letter > 0xFFFF) return letter;
-  ::CharUpperBuffW(&unit, 1);
-  ::CharLowerBuffW(&unit, 1);
-  return letter >= 0x80 && unit < 0x80 ? letter : unit;
-}
 
 bool SameState(const FileState& a, const FileState& b) {
   return a.size_bytes == b.size_bytes && a.modified == b.modified;
@@ -142,7 +132,7 @@ WindowsFiles::WindowsFiles(DrivePaths drives, const std::wstring& state_folder,
       set_attributes_(std::move(set_attributes)) {}
 
 std::string WindowsFiles::FoldCase(std::string_view name) {
-  return WithEachCharacter(name, &Folded);
+  return tarnvale::FoldCase(name);
 }
 
 Path WindowsFiles::ProgramFolder() {
@@ -371,7 +361,8 @@ std::vector<std::string> WindowsFiles::List(const Path& pattern, ListKinds kinds
     std::string name = Narrow(entry->cFileName);
     const FileState state = StateOf(*entry);
     if (!state.IsFolder() && !state.is_special && IsListed(state, kinds) &&
-        !IsTemporaryName(name) && MatchesPattern(FoldCase(name), folded)) {
+        !IsTemporaryName(name) && CanBeNamed(entry->cFileName) &&
+        MatchesPattern(FoldCase(name), folded)) {
       names.push_back(std::move(name));
     }
   }
@@ -385,7 +376,8 @@ std::vector<std::string> WindowsFiles::ListFolders(const Path& folder, ListKinds
   FolderListing listing(locator_.Locate(folder).native);
   while (const auto* entry = listing.Next()) {
     const FileState state = StateOf(*entry);
-    if (state.IsFolder() && !state.is_link && IsListed(state, kinds)) {
+    if (state.IsFolder() && !state.is_link && IsListed(state, kinds) &&
+        CanBeNamed(entry->cFileName)) {
       names.push_back(Narrow(entry->cFileName));
     }
   }

@@ -18,6 +18,7 @@
 #include "hosts/windows/windows_registry.h"
 #include "hosts/windows/windows_transfer_files.h"
 #include "platform/system_parts.h"
+#include "platform/workers.h"
 
 namespace tarnvale {
 
@@ -74,6 +75,7 @@ class WindowsHost {
   WindowsRegistry registry;
   WindowsApplicationFolders applications;
   WindowsTransferFiles transfer_files;
+  NoWorkers workers;
 };
 
 }  // namespace tarnvale

@@ -12,7 +12,7 @@
 namespace tarnvale {
 namespace {
 
-constexpr std::size_t kMostAtOnce = std::size_t{1} << 24U;
+constexpr std::size_t kMostBytesAtOnce = std::size_t{1} << 24U;
 
 class FileToSend final : public TransferSource {
  public:
@@ -21,7 +21,7 @@ class FileToSend final : public TransferSource {
   std::size_t Read(std::span<char> bytes) override {
     std::size_t done = 0;
     while (done < bytes.size()) {
-      const auto wanted = static_cast<DWORD>(std::min(bytes.size() - done, kMostAtOnce));
+      const auto wanted = static_cast<DWORD>(std::min(bytes.size() - done, kMostBytesAtOnce));
       DWORD got = 0;
       if (::ReadFile(file_.Get(), bytes.data() + done, wanted, &got, nullptr) == 0) {
         throw ProgramError(kDeviceIoError);
@@ -53,7 +53,7 @@ class FileToReceive final : public TransferTarget {
 
   void Write(std::span<const char> bytes) override {
     while (!bytes.empty()) {
-      const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
+      const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMostBytesAtOnce));
       DWORD done = 0;
       if (::WriteFile(file_.Get(), bytes.data(), wanted, &done, nullptr) == 0) {
         RaiseLast(Attempt::kChange);

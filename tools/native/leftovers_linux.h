@@ -10,9 +10,6 @@ namespace tarnvale {
 /// delete what is in work first.
 void CatchEndingSignals();
 
-/// A name that nobody else has: ".tvz-" and 16 hexadecimal digits.
-std::string WorkName();
-
 /// Up to three entries of one open folder, deleted in their order when this
 /// object goes or a signal ends the command. Told before they are made; what has
 /// been renamed meanwhile is simply not there any more. One object at a time.

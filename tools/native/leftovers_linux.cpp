@@ -1,4 +1,4 @@
-#include "tvz/leftovers.h"
+#include "native/leftovers_linux.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -7,8 +7,6 @@
 #include <atomic>
 #include <cassert>
 #include <cstddef>
-#include <cstdint>
-#include <random>
 
 namespace tarnvale {
 namespace {
@@ -49,14 +47,6 @@ void CatchEndingSignals() {
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     ::sigaction(number, &action, nullptr);
   }
-}
-
-std::string WorkName() {
-  constexpr const char* kDigits = "0123456789abcdef";
-  std::random_device random;
-  std::string name = ".tvz-";
-  for (int i = 0; i < 16; ++i) name += kDigits[random() % 16];
-  return name;
 }
 
 Leftovers::Leftovers(int folder_fd, const std::array<Entry, 3>& entries) {
