@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <string>
 
 #include "hosts/linux/linux_host.h"
+#include "tests/reliability/traced.h"
 
 namespace tarnvale::reliability {
 
@@ -25,5 +27,20 @@ int CheckSettingsKills(int kills, std::uint64_t seed);
 
 /// Fills a small medium in the middle of a pass.
 int CheckDiskFull();
+
+/// Lets each system call of the file layer fail once, in each operation of the whole
+/// program: one of `share` such faults, by chance. `only` names an operation; empty:
+/// all. Negative where no process can be traced.
+int CheckFaults(int share, std::uint64_t seed, const std::string& only);
+
+/// Lets one call fail and lists what is on the drive before, after, and after it failed.
+int ShowFault(const std::string& operation, Fault fault);
+
+/// Kills the whole program at random moments of its operations, so many times in all.
+int CheckProgramKills(int kills, std::uint64_t seed, const std::string& only);
+
+/// Looks at what a loss of power could leave of each file, at each moment of each
+/// operation. Negative where no process can be traced.
+int CheckPowerLoss(const std::string& only);
 
 }  // namespace tarnvale::reliability

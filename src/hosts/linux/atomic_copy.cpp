@@ -138,6 +138,12 @@ bool MayReplace(const struct stat& source, const struct stat& target) {
   return true;
 }
 
+bool IsThere(NativeSpot target, struct stat& info) {
+  if (::fstatat(target.folder_fd, target.path, &info, AT_SYMLINK_NOFOLLOW) == 0) return true;
+  if (errno == ENOENT) return false;
+  RaiseNative(errno, Attempt::kChange);
+}
+
 // Both extended attributes and content can be written, whatever comes later.
 mode_t AtomicCopy::CreationMode(const Source& source) {
   mode_t mode = source.rights == Rights::kOwner ? 0 : source.info.st_mode & 0777;
@@ -157,9 +163,16 @@ void AtomicCopy::CopyProperties(const Source& source, int target) {
   if (::futimens(target, times.data()) != 0 && errno == EIO) RaiseNative(errno, Attempt::kChange);
 }
 
+void AtomicCopy::CopyInto(const Source& source, int target) {
+  CopyData(source.file.Get(), target, source.info);
+  CopyProperties(source, target);
+  if (source.flush == Flush::kYes && ::fsync(target) != 0) RaiseNative(errno, Attempt::kChange);
+}
+
 struct stat AtomicCopy::CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target) {
   Source from;
   from.rights = manner.rights;
+  from.flush = manner.flush;
   from.file = OpenSource(source, manner.links, from.info);
   if (!target.is_new && from.rights == Rights::kNewFile) {
     from.allowed = PermissionsThere(target.spot);
@@ -175,8 +188,7 @@ bool AtomicCopy::CopyNameless(const Source& source, const CopyTarget& target) {
   const int flags = O_WRONLY | O_TMPFILE | O_CLOEXEC;
   Descriptor to(::openat(target.spot.folder_fd, ".", flags, CreationMode(source)));
   if (!to) return false;
-  CopyData(source.file.Get(), to.Get(), source.info);
-  CopyProperties(source, to.Get());
+  CopyInto(source, to.Get());
   if (!LinkNameless(to.Get(), target.spot)) {
     if (errno == EEXIST && target.only_as_seen) throw ProgramError(kFileAlreadyExists);
     return false;
@@ -190,8 +202,7 @@ void AtomicCopy::CopyNamed(const Source& source, const CopyTarget& target) {
   if (!to.Create(CreationMode(source))) RaiseForTarget(errno);
   // It may have been read before.
   if (target.is_new) ::lseek(source.file.Get(), 0, SEEK_SET);
-  CopyData(source.file.Get(), to.Fd(), source.info);
-  CopyProperties(source, to.Fd());
+  CopyInto(source, to.Fd());
   Commit(to, target);
 }
 

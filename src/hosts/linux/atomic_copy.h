@@ -6,6 +6,7 @@
 #include <string>
 
 #include "hosts/linux/descriptor.h"
+#include "hosts/linux/replacement.h"
 #include "hosts/linux/temporaries.h"
 #include "platform/files.h"
 
@@ -24,6 +25,7 @@ enum class Links { kFollow, kKeep };
 struct CopyManner {
   Links links;
   Rights rights;
+  Flush flush = Flush::kNo;
 };
 
 /// Where a copy goes to.
@@ -43,6 +45,10 @@ struct CopyTarget {
 /// a read-only file, but 58 for a link in whose place is a folder. False when both
 /// are one and the same file, so that there is nothing to do.
 bool MayReplace(const struct stat& source, const struct stat& target);
+
+/// Whether anything has the name of a target, links not followed. Raises 57, 70, 75 when
+/// that can't be asked: what is there may be closed, or another file's by its case.
+bool IsThere(NativeSpot target, struct stat& info);
 
 /// Copies the extended attributes that go with a copy: what the target's medium
 /// can't hold is left out, and so are access lists unless `rights` lets them through.
@@ -68,10 +74,12 @@ class AtomicCopy {
     struct stat info {};
     Rights rights = Rights::kOwner;  ///< of the copy
     mode_t allowed = 0777;           ///< of the permissions, by the file that is replaced
+    Flush flush = Flush::kNo;        ///< of the copy
   };
 
   static mode_t CreationMode(const Source& source);
   static void CopyProperties(const Source& source, int target);
+  static void CopyInto(const Source& source, int target);
 
   static bool CopyNameless(const Source& source, const CopyTarget& target);
   void CopyNamed(const Source& source, const CopyTarget& target);

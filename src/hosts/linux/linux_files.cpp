@@ -65,13 +65,26 @@ void RequireCopyable(const struct stat& info) {
   if (IsSystem(info)) throw ProgramError(kPermissionDenied);
 }
 
+// Chosen: what a sync brings to the computer is on the medium before it has its name. Half
+// a file with the time of a whole one would win over that in the next sync.
+Flush FlushOf(Rights rights) {
+  return rights == Rights::kNewFile ? Flush::kYes : Flush::kNo;
+}
+
+// Chosen: settings are, too, as nobody should be left without any. A large file takes its
+// time, in which the window would be still.
+Flush FlushOf(Rights rights, std::int64_t size_bytes) {
+  constexpr std::int64_t kMostAtOnce = std::int64_t{1} << 20U;
+  return rights == Rights::kOwner && size_bytes <= kMostAtOnce ? Flush::kYes : Flush::kNo;
+}
+
 // Where a copy to an entry of a held folder goes; none when it would go onto itself.
 std::optional<CopyTarget> TargetOf(const HeldEntry& target, const struct stat& source,
                                    bool only_as_seen) {
   LinuxFolder& folder = LinuxFolder::Of(target);
   RequireName(target.name);
   struct stat there {};
-  const bool exists = ::fstatat(folder.Fd(), target.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0;
+  const bool exists = IsThere({folder.Fd(), target.name.c_str()}, there);
   if (exists && !folder.HasExactly(target.name, there)) throw ProgramError(kFileAlreadyExists);
   if (exists && !MayReplace(source, there)) return std::nullopt;
   return CopyTarget{
@@ -205,7 +218,8 @@ void LinuxFiles::CopyWhole(const Path& source, const Path& target, Rights rights
   SweepOnce(to.folder);
   const std::string native = from.Native();
   const Descriptor folder = OpenNativeFolder(to.folder + "/.", true, FolderUse::kEnter);
-  copied_ = copy_.CopyFile({AT_FDCWD, native.c_str()}, {Links::kFollow, rights},
+  copied_ = copy_.CopyFile({AT_FDCWD, native.c_str()},
+                           {Links::kFollow, rights, FlushOf(rights, from.info.st_size)},
                            {{folder.Get(), to.name.c_str()}, to.folder, !to.found});
 }
 
@@ -231,7 +245,7 @@ void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rig
   if (S_ISLNK(info.st_mode)) {
     copy_.CopyLink(from, info, *to);
   } else {
-    copy_.CopyFile(from, {Links::kKeep, rights}, *to);
+    copy_.CopyFile(from, {Links::kKeep, rights, FlushOf(rights)}, *to);
   }
   LinuxFolder::Of(target).NoteMade(target.name);
 }
@@ -295,12 +309,12 @@ void LinuxFiles::CopyTree(const Descriptor& source, const HeldEntry& target,
                           const LeftOutFolders& left_out) {
   LinuxFolder& to = LinuxFolder::Of(target);
   struct stat there {};
-  const bool is_new = ::fstatat(to.Fd(), target.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) != 0;
+  const bool is_new = !IsThere({to.Fd(), target.name.c_str()}, there);
   const bool is_another = !is_new && !target.name.empty() && !to.HasExactly(target.name, there);
   if (is_another) throw ProgramError(kFileAlreadyExists);
   if (is_new) to.NoteMade(target.name);
   TreeCopy(temporaries_, rights, between, left_out)
-      .Run(source.Get(), {to.Fd(), to.Native(), target.name, is_new});
+      .Run(source.Get(), {to.Fd(), to.Native(), target.name, is_new, FlushOf(rights)});
 }
 
 void LinuxFiles::MoveTree(const Path& source, const Path& target) {

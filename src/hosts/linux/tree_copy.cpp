@@ -81,6 +81,7 @@ void TreeCopy::Run(int source_fd, const TreeTarget& target) {
   source_fd_ = source_fd;
   target_fd_ = target.parent_fd;
   target_path_ = target.parent;
+  flush_ = target.flush;
   Try([&] { CopyFolder({}, target.name, target.is_new); });
   while (!levels_.empty()) {
     Level& level = levels_.back();
@@ -196,7 +197,7 @@ void TreeCopy::CopyOne(int source_fd, const std::string& name, const TargetFolde
   }
   struct stat old {};
   const NativeSpot spot{target.fd.Get(), target_name.c_str()};
-  const bool exists = ::fstatat(spot.folder_fd, spot.path, &old, AT_SYMLINK_NOFOLLOW) == 0;
+  const bool exists = IsThere(spot, old);
   // What has come there since is another one, too.
   if (exists && !is_paired && !Holds(target.names, name)) throw ProgramError(kFileAlreadyExists);
   if (exists && !MayReplace(info, old)) return;
@@ -205,7 +206,7 @@ void TreeCopy::CopyOne(int source_fd, const std::string& name, const TargetFolde
   if (S_ISLNK(info.st_mode)) {
     if (!copy_.CopyLink(from, info, to)) copied_all_ = false;
   } else {
-    copy_.CopyFile(from, {Links::kKeep, rights_}, to);
+    copy_.CopyFile(from, {Links::kKeep, rights_, flush_}, to);
   }
 }
 

@@ -25,6 +25,7 @@ struct TreeTarget {
   std::string name;    ///< empty for the open folder itself
   /// Nothing has exactly this name yet. What is found by it all the same is another one.
   bool is_new = false;
+  Flush flush = Flush::kNo;  ///< of each file
 };
 
 /// One copy of a folder with all that is in it. What fails is noted and the
@@ -89,6 +90,7 @@ class TreeCopy {
   int source_fd_ = -1;
   int target_fd_ = -1;
   std::string target_path_;
+  Flush flush_ = Flush::kNo;
   std::vector<Level> levels_;
   std::optional<ProgramError> first_failure_;
   std::vector<std::pair<dev_t, ino_t>> left_out_;

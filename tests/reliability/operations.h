@@ -1,0 +1,110 @@
+// What the program does to files, each thing on its own: the whole program composed
+// on the real host, with a desktop that answers by script.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "app/program.h"
+#include "tests/reliability/workbench.h"
+
+namespace tarnvale::reliability {
+
+/// Everything below a folder by its path from there: the content of files, where links
+/// lead, and folders.
+using Snapshot = std::map<std::string, std::string>;
+Snapshot SnapshotOf(const std::filesystem::path& folder);
+
+/// The program, and what a person in front of it does.
+class WholeProgram {
+ public:
+  /// `told` is called with the text of each box, and with the number of each error
+  /// that left its handler.
+  WholeProgram(const LinuxSurroundings& surroundings,
+               const std::function<void(const std::string&)>& told);
+  ~WholeProgram();
+
+  Program& Parts();
+  /// Does it as the loop does it with what a person does.
+  void Do(const std::function<void()>& action);
+  /// What the next dialogs are answered with, in order.
+  void Choose(const std::vector<Path>& paths);
+  /// Lets the program's own time go by.
+  void Pass(std::chrono::milliseconds span);
+
+ private:
+  struct Machinery;
+  std::unique_ptr<Machinery> machinery_;
+};
+
+struct Operation {
+  std::string name;
+  std::function<void(WholeProgram&)> work;
+  /// Paths below the drive that the operation writes in place or takes away before it
+  /// writes them anew, because that is how it is meant: beginnings of them.
+  std::vector<std::string> in_place;
+  /// Texts that may be shown when something fails: beginnings of them. What is shown
+  /// when nothing fails may be shown in any case.
+  std::vector<std::string> messages;
+  /// Beginnings of the paths that are on their medium when the operation says that it is
+  /// finished, or are left to the system: not each before it has its name.
+  std::vector<std::string> flushed_late = {};
+  /// Whether doing it once more, undisturbed, leads to the result of the first time.
+  bool is_repeatable = true;
+};
+
+const std::vector<Operation>& AllOperations();
+
+/// One operation in a folder of its own, before and after.
+class Stage {
+ public:
+  explicit Stage(const Operation& operation);
+
+  /// The work of a child process: what is shown goes to where Shown finds it.
+  std::function<void()> Work();
+  /// Lays out the drive as it is before the operation, and forgets what was shown.
+  void LayOut();
+  /// Whether all that was there before is as it was or as the operation makes it, and
+  /// nothing else has come but what the operation makes. Reports what isn't. After a
+  /// folder couldn't be opened whole copies are made: older files replace newer ones then.
+  void CheckNothingIsHarmed(const std::string& when, Findings& findings, bool copies_whole = false);
+  /// Starts the program anew and lets it end. Temporaries must be gone then.
+  void CheckNextStart(const std::string& when, Findings& findings);
+  /// Does the operation once more, where that leads to the same result.
+  void CheckRepetition(const std::string& when, Findings& findings, bool copied_whole = false);
+  /// Whether everything shown is prescribed.
+  void CheckMessages(const std::string& when, Findings& findings);
+
+  std::chrono::microseconds Duration() const { return duration_; }
+  const Snapshot& Before() const { return before_; }
+  const Snapshot& After() const { return after_; }
+  std::filesystem::path Drive() const { return work_.Path() / "drive"; }
+  bool IsWrittenInPlace(const std::string& path) const;
+  bool IsFlushedLate(const std::string& path) const;
+  const std::map<std::string, int>& AllShown() const { return all_shown_; }
+  int LeftByThem() const { return left_; }
+
+ private:
+  struct Shown;
+  void Start();
+  bool IsMixedSettings(const std::string& path, const std::string& state) const;
+  bool IsWholeTwin(const std::string& path, const std::string& state) const;
+
+  const Operation& operation_;
+  WorkFolder work_;
+  LinuxSurroundings surroundings_;
+  std::shared_ptr<Shown> shown_;
+  Snapshot before_;
+  Snapshot after_;
+  std::set<std::string> usual_messages_;
+  std::map<std::string, int> all_shown_;
+  std::chrono::microseconds duration_{};
+  int left_ = 0;
+};
+
+}  // namespace tarnvale::reliability
