@@ -48,10 +48,16 @@ OpenFileTable::OpenFile& OpenFileTable::RequireReadable(int number) {
   return open;
 }
 
-void OpenFileTable::Write(int number, std::string_view bytes) {
+OpenFileTable::OpenFile& OpenFileTable::RequireWritable(int number) {
   OpenFile& open = Find(number);
   if (open.use == Use::kInput) throw ProgramError(kBadFileMode);
   if (!open.opened.is_writable) throw ProgramError(kPathFileAccess);
+  return open;
+}
+
+void OpenFileTable::Write(int number, std::string_view bytes) {
+  OpenFile& open = RequireWritable(number);
+  Settle(number);
   open.opened.file->WriteAt(open.position, bytes);
   open.position += static_cast<std::int64_t>(bytes.size());
 }
@@ -59,6 +65,7 @@ void OpenFileTable::Write(int number, std::string_view bytes) {
 std::string OpenFileTable::InputItem(int number) {
   OpenFile& open = Find(number);
   if (open.use != Use::kInput) throw ProgramError(kBadFileMode);
+  Settle(number);
   std::array<std::uint8_t, 4096> chunk{};
   InputItemScanner scanner;
   bool more = true;
@@ -95,28 +102,36 @@ std::string OpenFileTable::Read(int number, std::size_t count) {
 
 std::size_t OpenFileTable::ReadInto(int number, std::span<std::uint8_t> bytes) {
   OpenFile& open = RequireReadable(number);
+  Settle(number);
   const std::size_t got = open.opened.file->ReadAt(open.position, bytes);
   open.position += static_cast<std::int64_t>(got);
   return got;
 }
 
 std::int64_t OpenFileTable::Length(int number) {
-  return Find(number).opened.file->Length();
+  OpenFile& open = Find(number);
+  Settle(number);
+  return open.opened.file->Length();
 }
 
 void OpenFileTable::Seek(int number, std::int64_t position) {
   OpenFile& open = Find(number);
   if (position < 0) throw ProgramError(kInvalidCall);
+  Settle(number);
   open.position = position;
 }
 
 void OpenFileTable::Close(int number) {
-  auto open = open_.extract(number);
-  if (open) open.mapped().opened.file->Close();
+  if (!IsOpen(number)) return;
+  PassedOver pass;
+  pass.Step([&] { Settle(number); });
+  pass.Step([&] { open_.extract(number).mapped().opened.file->Close(); });
+  if (pass.StandingError()) throw ProgramError(*pass.StandingError());
 }
 
 void OpenFileTable::CloseAll() {
   PassedOver pass;
+  for (auto& [number, open] : open_) pass.Step([this, n = number] { Settle(n); });
   for (auto& [number, open] : open_) pass.Step([&file = open.opened.file] { file->Close(); });
   open_.clear();
 }

@@ -1,8 +1,10 @@
 // The numbers of open files, for hosts: what is left to them is one file.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <span>
@@ -53,16 +55,26 @@ class OpenFileTable : public OpenFiles {
   /// Opens a file as the function of OpenFiles that `use` names, and raises as it does.
   virtual Opened OpenNative(Use use, const Path& file, Rights rights) = 0;
 
- private:
+  bool Holds(const std::function<bool(NativeFile&)>& is_it) const {
+    return std::any_of(open_.begin(), open_.end(),
+                       [&](const auto& open) { return is_it(*open.second.opened.file); });
+  }
+
   struct OpenFile {
     Opened opened;
     Use use;
     std::int64_t position = 0;
   };
-
-  void Open(int number, Use use, const Path& file, Rights rights = Rights::kOwner);
   OpenFile& Find(int number);
   OpenFile& RequireReadable(int number);
+  OpenFile& RequireWritable(int number);
+
+  /// Called before a number is used otherwise than by Copy: carries out what a host has
+  /// gathered from or into it.
+  virtual void Settle(int) {}
+
+ private:
+  void Open(int number, Use use, const Path& file, Rights rights = Rights::kOwner);
 
   std::map<int, OpenFile> open_;
 };
