@@ -165,21 +165,14 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   }
   using Lookup = NodePtr (FakeNode::*)(const std::string& name) const;
   NodePtr EnsureFolder(const Path& folder, Lookup find = &FakeNode::EntryInAnyCase);
-  /// A tree under way: where it comes from and goes to, and what failed first.
-  struct TreeInWork {
-    Path source;
-    Path target;
-    NodePtr from;
-    NodePtr into;
-    std::vector<NodePtr> left_out;  ///< the whole copy's target among them
+  struct TreeManner {
+    const std::function<void()>& between;
+    Rights rights;
+    const LeftOutFolders& left_out;
   };
-  void FillTree(const TreeInWork& tree, const std::function<void()>& between,
-                std::optional<int>& first_failure);
-  void CopyFolderTree(const Path& source, const Path& target, const std::function<void()>& between,
-                      const LeftOutFolders& left_out);
-  void CopyFolderTree(const Path& source, const NodePtr& from, const HeldEntry& target,
-                      const std::function<void()>& between, const LeftOutFolders& left_out);
-  NodePtr EnsureEntry(const HeldEntry& target);
+  void Fill(HeldFolder& from, HeldFolder& into, const TreeManner& manner);
+  void CopyFolderTree(const Path& source, const Path& target, const TreeManner& manner);
+  std::unique_ptr<HeldFolder> HoldOrMake(const HeldEntry& target);
 
   FakeClock& clock_;
   std::map<char, NodePtr> drives_;

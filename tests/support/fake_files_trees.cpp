@@ -6,8 +6,8 @@
 
 #include "base/failure.h"
 #include "base/text.h"
-#include "platform/name_pairs.h"
 #include "platform/names.h"
+#include "platform/tree_copy.h"
 #include "tests/support/fake_files.h"
 
 namespace tarnvale::testing {
@@ -190,92 +190,50 @@ void FakeFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Righ
   CopyToHeld(FakeFolder::Of(source.folder).Node()->Entry(source.name), target);
 }
 
-// A folder to fill; raises 58 as a held entry's copy does.
-FakeFiles::NodePtr FakeFiles::EnsureEntry(const HeldEntry& target) {
+// A folder to fill, made when missing; raises 58 as a held entry's copy does.
+std::unique_ptr<HeldFolder> FakeFiles::HoldOrMake(const HeldEntry& target) {
+  const NodePtr& folder = FakeFolder::Of(target.folder).Node();
+  const Path path = FakeFolder::PathOf(target);
+  if (!folder->on_medium) throw ProgramError(kPathNotFound);
+  if (target.name.empty()) return Hold(path, folder);
   NodePtr node = FakeFolder::NodeOf(target);
   if (node == nullptr) {
-    node = AddEntry(*FakeFolder::Of(target.folder).Node(), target.name, true);
+    node = AddEntry(*folder, target.name, true);
     FakeFolder::NoteMade(target);
   }
   if (!node->is_folder) throw ProgramError(kPathFileAccess);
-  return node;
+  return Hold(path, std::move(node));
 }
 
-// The files that are there when the folder's turn comes; what `between` does
-// to them in the meantime is met as it is then.
-void FakeFiles::FillTree(const TreeInWork& tree, const std::function<void()>& between,
-                         std::optional<int>& first_failure) {
-  const FolderContents names = ContentsOf(*tree.from);
-  const std::unique_ptr<HeldFolder> into = Hold(tree.target, tree.into);
-  const FolderContents there = into->Contents();
-  const auto find = [&](const std::string& name, const ListedNames& listed) {
-    return into->FoundBy(name, listed);
+// By the walk that hosts share. What it calls is met by the script and not recorded.
+void FakeFiles::Fill(HeldFolder& from, HeldFolder& into, const TreeManner& manner) {
+  const std::function<void()> between = [&] {
+    const bool is_recording = std::exchange(is_recording_, true);
+    if (manner.between) manner.between();
+    is_recording_ = is_recording;
   };
-  const NamePairs pairs = PairNames(names, there, {&FoldedName, {}, find});
+  const bool is_recording = std::exchange(is_recording_, false);
   PassedOver pass;
-  const auto note = [&] {
-    if (!first_failure && pass.StandingError()) first_failure = pass.StandingError()->Number();
-    pass.Clear();
-  };
-  for (std::size_t i = 0; i < names.files.size(); ++i) {
-    const std::string& name = names.files[i].name;
-    const bool is_paired = pairs.files[i] != NamePairs::kNone;
-    const std::string to = is_paired ? there.files[pairs.files[i]].name : name;
-    pass.Step([&] {
-      RaiseScripted("CopyEntry", WithBackslash(tree.source) + name,
-                    WithBackslash(tree.target) + to);
-      CopyToHeld(tree.from->Entry(name), {*into, to});
-    });
-    note();
-    if (between) between();
-  }
-  for (std::size_t i = 0; i < names.folders.size(); ++i) {
-    const std::string& name = names.folders[i];
-    const bool is_paired = pairs.folders[i] != NamePairs::kNone;
-    const std::string to = is_paired ? there.folders[pairs.folders[i]] : name;
-    pass.Step([&] {
-      NodePtr from = tree.from->Entry(name);
-      if (from == nullptr || !from->is_folder) throw ProgramError(kPathNotFound);
-      if (std::find(tree.left_out.begin(), tree.left_out.end(), from) != tree.left_out.end()) {
-        return;
-      }
-      FillTree({WithBackslash(tree.source) + name, WithBackslash(tree.target) + to, from,
-                EnsureEntry({*into, to}), tree.left_out},
-               between, first_failure);
-    });
-    note();
-  }
+  pass.Step([&] {
+    CopyContents(*this, from, into, manner.rights, manner.left_out, between,
+                 [](HeldFolder&, HeldFolder&) {});
+  });
+  is_recording_ = is_recording;
+  if (pass.StandingError()) throw ProgramError(*pass.StandingError());
 }
-
-namespace {
-
-// A folder that is copied into itself: what is made doesn't belong to it.
-std::vector<FakeFiles::NodePtr> NodesOf(const LeftOutFolders& left_out,
-                                        FakeFiles::NodePtr target_root) {
-  std::vector<FakeFiles::NodePtr> nodes{std::move(target_root)};
-  for (const HeldFolder* folder : left_out) nodes.push_back(FakeFolder::Of(*folder).Node());
-  return nodes;
-}
-
-}  // namespace
 
 void FakeFiles::CopyTree(const Path& source, const Path& target,
                          const std::function<void()>& between, Rights rights,
                          const LeftOutFolders& left_out) {
   copied_with_[target] = rights;
   Enter("CopyTree", source, target);
-  CopyFolderTree(source, target, between, left_out);
+  CopyFolderTree(source, target, {between, rights, left_out});
 }
 
-void FakeFiles::CopyFolderTree(const Path& source, const Path& target,
-                               const std::function<void()>& between,
-                               const LeftOutFolders& left_out) {
-  const NodePtr from = RequireFolder(source);
-  if (Locate(WithoutSeparator(target)).folder == nullptr) throw ProgramError(kPathNotFound);
-  std::optional<int> first_failure;
-  const NodePtr into = EnsureFolder(target);
-  FillTree({source, target, from, into, NodesOf(left_out, into)}, between, first_failure);
-  if (first_failure) throw ProgramError(*first_failure);
+void FakeFiles::CopyFolderTree(const Path& source, const Path& target, const TreeManner& manner) {
+  const auto from = Hold(source, RequireFolder(source));
+  RequireFolderOf(WithoutSeparator(target));
+  Fill(*from, *Hold(target, EnsureFolder(target)), manner);
 }
 
 void FakeFiles::CopyTree(const Path& source, const HeldEntry& target,
@@ -283,7 +241,8 @@ void FakeFiles::CopyTree(const Path& source, const HeldEntry& target,
                          const LeftOutFolders& left_out) {
   copied_with_[FakeFolder::PathOf(target)] = rights;
   Enter("CopyTree", source, FakeFolder::PathOf(target));
-  CopyFolderTree(source, RequireFolder(source), target, between, left_out);
+  const auto from = Hold(source, RequireFolder(source));
+  Fill(*from, *HoldOrMake(target), {between, rights, left_out});
 }
 
 void FakeFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
@@ -294,19 +253,7 @@ void FakeFiles::CopyTree(const HeldEntry& source, const HeldEntry& target,
   Enter("CopyTree", path, FakeFolder::PathOf(target));
   const NodePtr from = FakeFolder::Of(source.folder).Node()->Entry(source.name);
   if (from == nullptr || !from->is_folder) throw ProgramError(kPathNotFound);
-  CopyFolderTree(path, from, target, between, left_out);
-}
-
-void FakeFiles::CopyFolderTree(const Path& source, const NodePtr& from, const HeldEntry& target,
-                               const std::function<void()>& between,
-                               const LeftOutFolders& left_out) {
-  const NodePtr& folder = FakeFolder::Of(target.folder).Node();
-  if (!folder->on_medium) throw ProgramError(kPathNotFound);
-  const NodePtr into = target.name.empty() ? folder : EnsureEntry(target);
-  std::optional<int> first_failure;
-  FillTree({source, FakeFolder::PathOf(target), from, into, NodesOf(left_out, into)}, between,
-           first_failure);
-  if (first_failure) throw ProgramError(*first_failure);
+  Fill(*Hold(path, from), *HoldOrMake(target), {between, rights, left_out});
 }
 
 void FakeFiles::MoveTree(const Path& source, const Path& target) {
@@ -316,7 +263,7 @@ void FakeFiles::MoveTree(const Path& source, const Path& target) {
   if (EqualIgnoringCase(target.substr(0, source.size() + 1), WithBackslash(source))) {
     throw ProgramError(kPathFileAccess);
   }
-  CopyFolderTree(source, target, {}, {});
+  CopyFolderTree(source, target, {{}, Rights::kSource, {}});
   Remove(source);
 }
 

@@ -38,6 +38,7 @@ int ScriptedFailures::CallsOf(std::string_view function) const {
 
 void ScriptedFailures::Record(std::string_view function, std::string_view subject,
                               std::string_view target) {
+  if (!is_recording_) return;
   std::string call(function);
   if (!subject.empty()) call.append(" ").append(subject);
   if (!target.empty()) call.append(" -> ").append(target);

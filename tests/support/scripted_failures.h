@@ -38,6 +38,8 @@ class ScriptedFailures {
   /// Records a call and raises what the script has for it.
   void Enter(std::string_view function, std::string_view subject = {},
              std::string_view target = {});
+  /// False while what a fake calls itself is no call of its user's.
+  bool is_recording_ = true;
   /// Raises what the script has, without a record.
   void RaiseScripted(std::string_view function, std::string_view subject,
                      std::string_view target = {});
