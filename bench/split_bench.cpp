@@ -31,8 +31,9 @@ struct Request {
 
 PartsCode Serve(Machine& machine, frmMain& window, const DrivePaths& drive,
                 const Request& request) {
-  modFHand hand(machine, {window.Text3.Text.Target(), window.Text2.Text.Target(),
-                          [&window](std::int16_t percent) { window.spProg(percent); }});
+  modFHand hand(machine.files, machine.open_files, machine.loop,
+                {window.Text3.Text.Target(), window.Text2.Text.Target(),
+                 [&window](std::int16_t percent) { window.spProg(percent); }});
   std::int16_t parts = 0;
   Path file = drive.FromNative(request.file);
   if (!request.is_split) return hand.JoinFile(file, parts);

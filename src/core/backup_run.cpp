@@ -31,7 +31,7 @@ BackupRun::BackupRun(Machine& machine, BackupSettings& settings, RunState& state
       screens_(screens),
       stages_(stages),
       log_(machine.open_files),
-      failures_(machine),
+      failures_(machine.files, machine.boxes),
       sync_(machine),
       sources_(machine.files),
       targets_(machine.files) {}

@@ -9,10 +9,10 @@ namespace tarnvale {
 
 Engine::Engine(Machine& machine)
     : timers(machine.loop.Timers()),
-      scheduler(machine, settings, screens, stages,
+      scheduler({machine.clock, machine.formats, machine.boxes}, settings, screens, stages,
                 {.EngineIsFree = [this] { return EngineIsFree(); },
                  .RequestStart = [this] { RequestStart(); }}),
-      list(machine, settings.Entries),
+      list(machine.boxes, machine.desktop, settings.Entries),
       backup(machine, settings, run, screens, stages),
       machine_(machine),
       store_(machine, settings) {

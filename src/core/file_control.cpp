@@ -4,7 +4,7 @@ namespace tarnvale {
 
 bool FileControl::FileExists(const Path& path) {
   try {
-    return machine_.files.Length(path) > 0;
+    return files_.Length(path) > 0;
   } catch (const ProgramError&) {
     return false;
   }
@@ -12,19 +12,19 @@ bool FileControl::FileExists(const Path& path) {
 
 bool FileControl::MayReplace(const Path& destination, bool overwrite) {
   if (overwrite || !FileExists(destination)) return true;
-  return machine_.boxes.Show({.text = "Destination already exists. Do you want replace?",
-                              .icon = BoxIcon::kQuestion,
-                              .buttons = BoxButtons::kOkCancel}) == BoxAnswer::kOk;
+  return boxes_.Show({.text = "Destination already exists. Do you want replace?",
+                      .icon = BoxIcon::kQuestion,
+                      .buttons = BoxButtons::kOkCancel}) == BoxAnswer::kOk;
 }
 
 bool FileControl::CopyFolderTo(const Path& source, const Path& destination, CopyOptions options) {
   try {
     if (!MayReplace(destination, options.overwrite)) return true;
     if (options.move) {
-      machine_.files.MoveTree(source, destination);
+      files_.MoveTree(source, destination);
     } else {
-      machine_.files.CopyTree(
-          source, destination, [this] { machine_.loop.Yield(); }, options.rights);
+      files_.CopyTree(
+          source, destination, [this] { loop_.Yield(); }, options.rights);
     }
     return true;
   } catch (const ProgramError&) {

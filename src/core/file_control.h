@@ -1,13 +1,16 @@
 // A test for a file, and a folder copy that can ask before replacing.
 #pragma once
 
-#include "ui/machine.h"
+#include "platform/files.h"
+#include "ui/event_loop.h"
+#include "ui/message_boxes.h"
 
 namespace tarnvale {
 
 class FileControl {
  public:
-  explicit FileControl(Machine& machine) : machine_(machine) {}
+  FileControl(FileSystem& files, MessageBoxes& boxes, EventLoop& loop)
+      : files_(files), boxes_(boxes), loop_(loop) {}
 
   /// True if the path names a file of at least one byte. A missing file, a
   /// folder and an empty file give false; raises nothing.
@@ -29,7 +32,9 @@ class FileControl {
  private:
   bool MayReplace(const Path& destination, bool overwrite);
 
-  Machine& machine_;
+  FileSystem& files_;
+  MessageBoxes& boxes_;
+  EventLoop& loop_;
 };
 
 }  // namespace tarnvale

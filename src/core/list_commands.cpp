@@ -6,7 +6,7 @@
 namespace tarnvale {
 
 void ListCommands::AddToBackupList(const ListFields& fields, Add what) {
-  machine_.desktop.Pointer = PointerShape::kHourglass;
+  desktop_.Pointer = PointerShape::kHourglass;
   try {
     const std::string folder = WithBackslash(fields.Folder.Get());
     switch (what) {
@@ -21,11 +21,11 @@ void ListCommands::AddToBackupList(const ListFields& fields, Add what) {
         break;
     }
   } catch (const ProgramError& error) {
-    machine_.boxes.Show(
+    boxes_.Show(
         {.text = ToText(error.Number()) + "\n" + error.Description(), .icon = BoxIcon::kStop});
   }
   // Chosen: the pointer comes back after a failure too.
-  machine_.desktop.Pointer = PointerShape::kDefault;
+  desktop_.Pointer = PointerShape::kDefault;
 }
 
 void ListCommands::AddSelectedFiles(const ListFields& fields, const std::string& folder) {
@@ -47,7 +47,7 @@ void ListCommands::AddItem(const std::string& item) {
     entries_.Append(item);
     return;
   }
-  machine_.boxes.Show(
+  boxes_.Show(
       {.text = "Item Is Already In Your Backup List: \n\n" + item, .icon = BoxIcon::kInformation});
 }
 
@@ -62,7 +62,7 @@ void ListCommands::RemoveSelected(const ListFields& fields) {
         const std::string text = error.Number() == kDeviceUnavailable
                                      ? "The Selected Drive Is Not Currently Available."
                                      : ToText(error.Number()) + "\n" + error.Description();
-        machine_.boxes.Show({.text = text, .icon = BoxIcon::kStop});
+        boxes_.Show({.text = text, .icon = BoxIcon::kStop});
       }
     }
   }

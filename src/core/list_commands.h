@@ -5,7 +5,8 @@
 
 #include "settings/backup_list.h"
 #include "ui/controls.h"
-#include "ui/machine.h"
+#include "ui/message_boxes.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 
@@ -19,7 +20,8 @@ struct ListFields {
 
 class ListCommands {
  public:
-  ListCommands(Machine& machine, BackupList& entries) : machine_(machine), entries_(entries) {}
+  ListCommands(MessageBoxes& boxes, Desktop& desktop, BackupList& entries)
+      : boxes_(boxes), desktop_(desktop), entries_(entries) {}
 
   enum class Add { kSelectedFiles, kFolderContents, kWholeFolder };
 
@@ -35,7 +37,8 @@ class ListCommands {
   void AddSelectedFiles(const ListFields& fields, const std::string& folder);
   void AddItem(const std::string& item);
 
-  Machine& machine_;
+  MessageBoxes& boxes_;
+  Desktop& desktop_;
   BackupList& entries_;
 };
 

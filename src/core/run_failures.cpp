@@ -37,12 +37,12 @@ AfterFailure RunFailures::DecideByNumber(const ProgramError& error, const Path& 
 
 AfterFailure RunFailures::AskToRetry(const char* text) {
   const BoxAnswer answer =
-      machine_.boxes.Show({.text = text, .icon = BoxIcon::kStop, .buttons = BoxButtons::kYesNo});
+      boxes_.Show({.text = text, .icon = BoxIcon::kStop, .buttons = BoxButtons::kYesNo});
   return answer == BoxAnswer::kYes ? AfterFailure::kRetryCopy : AfterFailure::kEndOfLog;
 }
 
 AfterFailure RunFailures::UnprotectTarget(const Path& target) {
-  machine_.files.SetAttributes(target, machine_.files.Attributes(target) - attribute::kReadOnly);
+  files_.SetAttributes(target, files_.Attributes(target) - attribute::kReadOnly);
   return AfterFailure::kRetryCopy;
 }
 

@@ -5,7 +5,8 @@
 #include <optional>
 
 #include "base/failure.h"
-#include "ui/machine.h"
+#include "platform/files.h"
+#include "ui/message_boxes.h"
 
 namespace tarnvale {
 
@@ -18,7 +19,7 @@ enum class AfterFailure {
 /// The one failure handler of a run.
 class RunFailures {
  public:
-  explicit RunFailures(Machine& machine) : machine_(machine) {}
+  RunFailures(FileSystem& files, MessageBoxes& boxes) : files_(files), boxes_(boxes) {}
 
   /// Entered by each failing statement. `target` is the file that the present
   /// row is copied to, `save_log` whether the run writes a log.
@@ -34,7 +35,8 @@ class RunFailures {
   AfterFailure AskToRetry(const char* text);
   AfterFailure UnprotectTarget(const Path& target);
 
-  Machine& machine_;
+  FileSystem& files_;
+  MessageBoxes& boxes_;
   std::optional<int> noted_number_;
 };
 

@@ -4,9 +4,9 @@
 
 namespace tarnvale {
 
-Scheduler::Scheduler(Machine& machine, BackupSettings& settings, ScreenHooks& screens,
+Scheduler::Scheduler(Parts parts, BackupSettings& settings, ScreenHooks& screens,
                      StageHooks& stages, Hooks hooks)
-    : machine_(machine),
+    : parts_(parts),
       settings_(settings),
       screens_(screens),
       stages_(stages),
@@ -18,7 +18,7 @@ void Scheduler::Tick() {
     CheckSchedule();
     return;
   }
-  const int today = WeekdayOf(machine_.clock.Now());
+  const int today = WeekdayOf(parts_.clock.Now());
   for (int day = 1; day <= static_cast<int>(settings_.WeekDays.size()); ++day) {
     if (settings_.WeekDays[static_cast<std::size_t>(day - 1)] && day == today) CheckSchedule();
   }
@@ -26,7 +26,7 @@ void Scheduler::Tick() {
 
 void Scheduler::CheckSchedule() {
   try {
-    const DateTime now_minute = MinutePart(machine_.clock.Now());
+    const DateTime now_minute = MinutePart(parts_.clock.Now());
     if (settings_.ScheduleAt && settings_.AlwaysAtTime != 0 &&
         now_minute == settings_.AlwaysAtTime) {
       MatchSteps();
@@ -45,7 +45,7 @@ void Scheduler::MatchSteps() {
   CallHook(screens_.Show, Screen::kProgress);
   // Required: requested whether or not the engine is free.
   hooks_.RequestStart();
-  settings_.LoadMinute = MinutePart(machine_.clock.Now());
+  settings_.LoadMinute = MinutePart(parts_.clock.Now());
 }
 
 // The sum as a time of day: past midnight it wraps round.
@@ -56,10 +56,10 @@ DateTime Scheduler::IntervalTarget() const {
 std::string Scheduler::NextRunText() const {
   std::string text;
   if (settings_.ScheduleAt && settings_.AlwaysAtTime != 0) {
-    text = machine_.formats.LongTime(settings_.AlwaysAtTime);
+    text = parts_.formats.LongTime(settings_.AlwaysAtTime);
   }
   if (settings_.ScheduleEach && settings_.EachTime != 0) {
-    text = machine_.formats.LongTime(IntervalTarget());
+    text = parts_.formats.LongTime(IntervalTarget());
   }
   return text;
 }
@@ -104,10 +104,10 @@ void Scheduler::LeaveInterval() {
 
 void Scheduler::ShowEntryError(const ProgramError& error, const char* text_when_no_time) {
   if (error.Number() == kTypeMismatch) {
-    machine_.boxes.Show({.text = text_when_no_time, .icon = BoxIcon::kStop});
+    parts_.boxes.Show({.text = text_when_no_time, .icon = BoxIcon::kStop});
     return;
   }
-  machine_.boxes.Show({.text = ToText(error.Number()) + "\n" + error.Description()});
+  parts_.boxes.Show({.text = ToText(error.Number()) + "\n" + error.Description()});
 }
 
 void Scheduler::ChooseEveryDay() {

@@ -4,9 +4,12 @@
 #include <functional>
 #include <string>
 
+#include "base/failure.h"
 #include "core/hooks.h"
+#include "platform/clock.h"
+#include "platform/locale_formats.h"
 #include "settings/backup_settings.h"
-#include "ui/machine.h"
+#include "ui/message_boxes.h"
 
 namespace tarnvale {
 
@@ -21,7 +24,14 @@ class Scheduler {
     std::function<void()> RequestStart;
   };
 
-  Scheduler(Machine& machine, BackupSettings& settings, ScreenHooks& screens, StageHooks& stages,
+  /// What a minute is compared with, and where a failed entry is reported.
+  struct Parts {
+    Clock& clock;
+    LocaleFormats& formats;
+    MessageBoxes& boxes;
+  };
+
+  Scheduler(Parts parts, BackupSettings& settings, ScreenHooks& screens, StageHooks& stages,
             Hooks hooks);
 
   /// The tick: tests the day, then CheckSchedule.
@@ -53,7 +63,7 @@ class Scheduler {
   void MatchSteps();
   void ShowEntryError(const ProgramError& error, const char* text_when_no_time);
 
-  Machine& machine_;
+  Parts parts_;
   BackupSettings& settings_;
   ScreenHooks& screens_;
   StageHooks& stages_;

@@ -8,8 +8,9 @@ namespace tarnvale {
 
 frmMain::frmMain(Machine& machine)
     : machine_(machine),
-      parts_(machine, {Text3.Text.Target(), Text2.Text.Target(),
-                       [this](std::int16_t percent) { spProg(percent); }}),
+      parts_(machine.files, machine.open_files, machine.loop,
+             {Text3.Text.Target(), Text2.Text.Target(),
+              [this](std::int16_t percent) { spProg(percent); }}),
       Timer1(machine.loop.Timers(), 200, true) {
   LayOut(*this);
   WireCommands();

@@ -72,7 +72,7 @@ PartsCode modFHand::Guarded(const std::function<PartsCode()>& work) {
   } catch (const ProgramError&) {
     // Required: all files of the program, also those of others, as the log of a
     // run that is going on.
-    machine_.open_files.CloseAll();
+    open_files_.CloseAll();
     return PartsCode::kFailed;
   }
 }
@@ -82,23 +82,22 @@ PartsCode modFHand::Split(const Path& source, std::int32_t segment_bytes,
   if (source.empty() || !IsListed(source)) return PartsCode::kNoFile;
   if (segment_bytes == 0) return PartsCode::kNothingToDo;
   const LocatedName located = LocateName(source);
-  const std::int32_t length = ToInt32(machine_.files.Length(source));
+  const std::int32_t length = ToInt32(files_.Length(source));
   if (static_cast<double>(length) / segment_bytes >= kRatioLimit) return PartsCode::kRefused;
 
-  OpenFiles& files = machine_.open_files;
-  files.OpenInput(kFirstNumber, source);
+  open_files_.OpenInput(kFirstNumber, source);
   Transfer transfer{.from = kFirstNumber, .to = kSecondNumber, .total = length};
   std::int16_t number = 0;
   do {
     number = Add16(number, 1);
     const Path target = screen_.target_folder.Get() + "\\" + located.name;
     MakeExactly(PartName(target, number));
-    files.OpenOwn(kSecondNumber, PartName(target, number));
+    open_files_.OpenOwn(kSecondNumber, PartName(target, number));
     CopyStep(transfer, std::min(segment_bytes, Subtract32(length, transfer.done)));
-    files.Close(kSecondNumber);
-    machine_.loop.Yield();
+    open_files_.Close(kSecondNumber);
+    loop_.Yield();
   } while (transfer.done != length);
-  files.Close(kFirstNumber);
+  open_files_.Close(kFirstNumber);
   part_count = number;
   screen_.spProg(0);
   return PartsCode::kDone;
@@ -109,7 +108,7 @@ void modFHand::MakeExactly(const Path& part) {
   PassedOver pass;
   pass.Step([&] {
     const LocatedName located = LocateName(part);
-    machine_.files.OpenFolder(located.folder)->MakeFile(located.name, Rights::kOwner);
+    files_.OpenFolder(located.folder)->MakeFile(located.name, Rights::kOwner);
   });
 }
 
@@ -126,23 +125,22 @@ PartsCode modFHand::Join(Path& part, std::int16_t& part_count) {
     screen_.joined_file = output;
     // Required: parts behind a gap are left out without a word.
     if (!IsListed(candidate)) break;
-    total = Add32(total, machine_.files.Length(candidate));
+    total = Add32(total, files_.Length(candidate));
     count = number;
   }
   if (count == 0) return PartsCode::kNothingToDo;
   if (IsListed(output)) return PartsCode::kRefused;
 
-  OpenFiles& files = machine_.open_files;
-  files.OpenOwn(kFirstNumber, output);
+  open_files_.OpenOwn(kFirstNumber, output);
   Transfer transfer{.from = kSecondNumber, .to = kFirstNumber, .total = total};
   for (std::int16_t number = 1; number <= count; ++number) {
     part = PartName(output, number);
-    files.OpenInput(kSecondNumber, part);
-    CopyStep(transfer, ToInt32(files.Length(kSecondNumber)));
-    files.Close(kSecondNumber);
-    machine_.loop.Yield();
+    open_files_.OpenInput(kSecondNumber, part);
+    CopyStep(transfer, ToInt32(open_files_.Length(kSecondNumber)));
+    open_files_.Close(kSecondNumber);
+    loop_.Yield();
   }
-  files.Close(kFirstNumber);
+  open_files_.Close(kFirstNumber);
   // Another join that was refused meanwhile has told its own name.
   screen_.joined_file = output;
   part_count = count;
@@ -157,21 +155,21 @@ void modFHand::CopyStep(Transfer& transfer, std::int32_t remaining) {
     if (buffer.empty()) {
       // Required: a negative rest never ends. The window stays alive meanwhile,
       // and the program can end.
-      if (machine_.loop.IsEnding()) throw ProgramError(kInvalidCall);
-      machine_.loop.WaitPass();
+      if (loop_.IsEnding()) throw ProgramError(kInvalidCall);
+      loop_.WaitPass();
       continue;
     }
     // Chosen: a source that has become shorter is an error, so that no part is
     // filled up with bytes that the file never held.
-    if (machine_.open_files.Copy(transfer.from, transfer.to, buffer) != buffer.size()) {
+    if (open_files_.Copy(transfer.from, transfer.to, buffer) != buffer.size()) {
       throw ProgramError(kInputPastEnd);
     }
     const auto moved = static_cast<std::int32_t>(buffer.size());
     remaining -= moved;
     transfer.done = Add32(transfer.done, moved);
-    machine_.loop.Yield();
+    loop_.Yield();
     screen_.spProg(PercentOf(transfer.done, transfer.total));
-    machine_.loop.Yield();
+    loop_.Yield();
   }
 }
 

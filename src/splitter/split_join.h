@@ -11,7 +11,9 @@
 #include <utility>
 
 #include "base/property.h"
-#include "ui/machine.h"
+#include "platform/files.h"
+#include "platform/open_files.h"
+#include "ui/event_loop.h"
 
 namespace tarnvale {
 
@@ -54,7 +56,8 @@ struct PartsScreen {
 /// code 4. What was written by then stays. Lengths are signed 32 bits.
 class modFHand {
  public:
-  modFHand(Machine& machine, PartsScreen screen) : machine_(machine), screen_(std::move(screen)) {}
+  modFHand(FileSystem& files, OpenFiles& open_files, EventLoop& loop, PartsScreen screen)
+      : files_(files), open_files_(open_files), loop_(loop), screen_(std::move(screen)) {}
 
   /// Cuts `source` into parts of `segment_bytes`, the last one shorter, below
   /// the target folder. An old part is written over from its beginning: what it
@@ -81,10 +84,12 @@ class modFHand {
   PartsCode Split(const Path& source, std::int32_t segment_bytes, std::int16_t& part_count);
   void MakeExactly(const Path& part);
   PartsCode Join(Path& part, std::int16_t& part_count);
-  bool IsListed(const Path& file) { return !machine_.files.List(file, {}).empty(); }
+  bool IsListed(const Path& file) { return !files_.List(file, {}).empty(); }
   void CopyStep(Transfer& transfer, std::int32_t remaining);
 
-  Machine& machine_;
+  FileSystem& files_;
+  OpenFiles& open_files_;
+  EventLoop& loop_;
   PartsScreen screen_;
 };
 

@@ -8,7 +8,9 @@
 namespace tarnvale {
 
 userdata::userdata(Machine& machine)
-    : Timer1(machine.loop.Timers(), 500, true), machine_(machine), control_(machine) {
+    : Timer1(machine.loop.Timers(), 500, true),
+      machine_(machine),
+      control_(machine.files, machine.boxes, machine.loop) {
   LayOut(*this);
   WirePanels();
   Timer1.Tick.Listen([this] { FollowProfile(); });

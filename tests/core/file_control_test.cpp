@@ -19,7 +19,7 @@ class FileControlTest : public ::testing::Test {
   }
 
   FakeMachine machine;
-  FileControl control{machine.Interfaces()};
+  FileControl control{machine.files, machine.boxes, machine.loop};
 };
 
 TEST_F(FileControlTest, AFileOfOneByteExists) {

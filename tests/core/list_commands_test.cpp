@@ -35,7 +35,7 @@ class ListCommandsTest : public ::testing::Test {
   Property<std::string> folder;
   FileList pane{machine.files};
   ListBox list{entries};
-  ListCommands commands{machine.Interfaces(), entries};
+  ListCommands commands{machine.boxes, machine.desktop, entries};
 };
 
 TEST_F(ListCommandsTest, AddsTheOneSelectedFile) {

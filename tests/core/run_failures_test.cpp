@@ -38,7 +38,7 @@ class RunFailuresTest : public ::testing::TestWithParam<FailureCase> {
   }
 
   FakeMachine machine;
-  RunFailures failures{machine.Interfaces()};
+  RunFailures failures{machine.files, machine.boxes};
 };
 
 TEST_P(RunFailuresTest, YesRetriesTheCopy) {
@@ -73,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, RunFailuresTest, ::testing::ValuesIn(kTable), [](
 class RunFailuresPlainTest : public ::testing::Test {
  protected:
   FakeMachine machine;
-  RunFailures failures{machine.Interfaces()};
+  RunFailures failures{machine.files, machine.boxes};
 };
 
 TEST_F(RunFailuresPlainTest, APathErrorTakesTheReadOnlyBitOffTheTargetAndRetries) {

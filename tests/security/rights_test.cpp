@@ -73,8 +73,9 @@ class RightsFromAMediumTest : public LinuxStage {
 };
 
 TEST_F(RightsFromAMediumTest, AreNotRestored) {
-  EXPECT_TRUE(FileControl(machine).CopyFolderTo("C:\\Data\\medium", "C:\\Data\\home\\restored",
-                                                {.overwrite = true}));
+  EXPECT_TRUE(
+      FileControl(machine.files, machine.boxes, machine.loop)
+          .CopyFolderTo("C:\\Data\\medium", "C:\\Data\\home\\restored", {.overwrite = true}));
   ExpectHarmless("Data/home/restored");
 }
 
@@ -93,8 +94,8 @@ TEST_F(RightsFromAMediumTest, OpenNoFileThatIsTheUsersAlone) {
   EXPECT_EQ(ModeOf(tool), 0600U);
 
   SetModifiedNative(tool, 1000);
-  EXPECT_TRUE(
-      FileControl(machine).CopyFolderTo("C:\\Data\\medium", "C:\\Data\\home", {.overwrite = true}));
+  EXPECT_TRUE(FileControl(machine.files, machine.boxes, machine.loop)
+                  .CopyFolderTo("C:\\Data\\medium", "C:\\Data\\home", {.overwrite = true}));
   EXPECT_EQ(ModeOf(tool), 0600U);
 }
 

@@ -24,7 +24,8 @@ class SplitJoinOnLinuxTest : public LinuxStage {
   const Path source = "C:\\Data\\backup.tvz";
   Property<std::string> target{"C:\\Out"};
   Property<std::string> joined;
-  modFHand hand{machine, {target, joined, [](std::int16_t) {}}};
+  modFHand hand{
+      machine.files, machine.open_files, machine.loop, {target, joined, [](std::int16_t) {}}};
   std::int16_t count = -1;
 };
 

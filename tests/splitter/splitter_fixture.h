@@ -56,10 +56,13 @@ class SplitJoinTest : public ::testing::Test {
   Property<std::string> joined{"Text2"};
   std::vector<int> percents;
   std::function<void()> on_progress = [] {};
-  modFHand hand{machine.Interfaces(), {target, joined, [this](std::int16_t percent) {
-                                         percents.push_back(percent);
-                                         on_progress();
-                                       }}};
+  modFHand hand{machine.files,
+                machine.open_files,
+                machine.loop,
+                {target, joined, [this](std::int16_t percent) {
+                   percents.push_back(percent);
+                   on_progress();
+                 }}};
   std::int16_t count = -1;
   Path named_part;
 };

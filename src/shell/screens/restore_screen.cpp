@@ -82,8 +82,9 @@ void RestoreScreen::Restore() {
     // A timer writes the two fields while the copy yields.
     const Path source = Text27.Text.Get();
     const Path target = Text28.Text.Get();
-    FileControl(machine).CopyFolderTo(
-        source, target, {.move = false, .overwrite = true, .rights = Rights::kNewFile});
+    FileControl(machine.files, machine.boxes, machine.loop)
+        .CopyFolderTo(source, target,
+                      {.move = false, .overwrite = true, .rights = Rights::kNewFile});
     // Chosen: the box asks for the drive to be pulled out, so everything is on
     // it. A medium that can't be flushed changes nothing.
     PassedOver().Step([&] { FlushMedium(machine.files, machine.loop, target); });
