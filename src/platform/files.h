@@ -1,7 +1,7 @@
 // The file system as the logic sees it.
 //
 // Paths are absolute, in one language on every system: drive letter, colon,
-// backslashes; bytes of the system's code page. A path that begins with a
+// backslashes; UTF-8, on Linux whatever bytes a name has. A path that begins with a
 // backslash is on the current drive. Names are found exactly first, then
 // without regard to the case of letters.
 #pragma once

@@ -8,6 +8,8 @@
 // enclosing quotes (double or single). Lines that begin with a semicolon are
 // comments. What a write doesn't name stays as it is, byte for byte, line ends
 // included.
+// The files are in the system's encoding: bytes as they are on Linux, the ANSI code page
+// on Windows, where one that begins with the mark of UTF-8 is in that.
 #pragma once
 
 #include <cstddef>

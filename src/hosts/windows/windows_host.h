@@ -35,36 +35,36 @@ struct WindowsSurroundings {
   };
 };
 
-class WindowsHost {
- private:
-  /// The system shows no boxes of its own: a drive without a medium is an error like any
-  /// other. First of all, since each part may ask for files at once.
-  struct NoBoxes {
-    NoBoxes() { ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }
-  } no_boxes_;
-  DrivePaths drives_;
-  Locator locator_{drives_};
+/// The system shows no boxes of its own: a drive without a medium is an error like any
+/// other.
+struct NoSystemBoxes {
+  NoSystemBoxes() { ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }
+};
 
+/// Those boxes go first of all, since each part may ask for files at once.
+class WindowsHost : private NoSystemBoxes {
  public:
   explicit WindowsHost(const WindowsSurroundings& surroundings = {})
-      : drives_(surroundings.root),
-        files(drives_, surroundings.state_folder, surroundings.set_attributes),
-        open_files(locator_),
-        profiles(locator_, surroundings.state_folder, TextCoding(surroundings.code_page)),
-        processes(locator_, surroundings.program_file),
+      : drives(surroundings.root),
+        files(drives, surroundings.state_folder, surroundings.set_attributes),
+        open_files(locator),
+        profiles(locator, surroundings.state_folder, TextCoding(surroundings.code_page)),
+        processes(locator, surroundings.program_file),
         formats(surroundings.locale),
-        applications(drives_),
-        transfer_files(locator_, surroundings.state_folder) {}
+        applications(drives),
+        transfer_files(locator, surroundings.state_folder) {}
   WindowsHost(const WindowsHost&) = delete;
   WindowsHost& operator=(const WindowsHost&) = delete;
 
   /// The path of a native one.
-  Path PathOf(const std::wstring& native) const { return drives_.FromNative(native); }
+  Path PathOf(const std::wstring& native) const { return drives.FromNative(native); }
 
   SystemParts Parts() {
     return {files, open_files, profiles, processes, clock, random, formats, registry, applications};
   }
 
+  DrivePaths drives;
+  Locator locator{drives};
   WindowsFiles files;
   WindowsOpenFiles open_files;
   WindowsProfileFiles profiles;
