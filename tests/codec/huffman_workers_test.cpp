@@ -66,7 +66,16 @@ TEST_F(HuffmanWorkersTest, CodesOfOneByteEachGiveTheSameBytes) {
   ExpectAgreesOn(TiedInput(1, 256, 10000));
 }
 
-// Cursors that begin off by less than six bits never meet the right one.
+// A run of the code 01 is, for a cursor that is off by a bit, one of the code 10: it
+// doesn't meet the right one before the run ends.
+TEST_F(HuffmanWorkersTest, CursorsThatNeverMeetGiveTheSameBytes) {
+  constexpr std::size_t kRun = 1500000;
+  Bytes input{3};
+  for (const std::uint8_t value : {0, 1, 2}) input.insert(input.end(), kRun, value);
+  for (std::size_t i = 0; i < kRun; ++i) input.push_back(3 + i % 2);
+  ExpectAgreesOn(input);
+}
+
 TEST_F(HuffmanWorkersTest, CodesOfOneLengthGiveTheSameBytes) {
   ExpectAgreesOn(TiedInput(2, 64, 50000));
   ExpectAgreesOn(TiedInput(2, 32, 100000));
