@@ -106,7 +106,7 @@ class compression : public Window {
   void ListContents();
   void ExtractEntry();
 
-  // What the archiver tells.
+  // What the archiver reports.
   void ShowStatus(ArchiveStatus status);
   void ShowBuilding(ArchiveStatus status);
   void ShowExtraction(ArchiveStatus status);

@@ -80,7 +80,7 @@ class chameleonButton : public OwnerDrawn {
   /// stays.
   void ReadProperties(const PropertyBag& bag);
   void WriteProperties(PropertyBag& bag) const;
-  /// Told the key of each property that changed.
+  /// Emitted with the key of each property that changed.
   Signal<const std::string&> PropertyChanged;
 
   Signal<> Click;

@@ -8,7 +8,7 @@ namespace {
 constexpr int kHourglassPointer = 11;
 constexpr int kCustomPointer = 99;
 
-// Properties that are set together neither tell nor draw one by one. Ends with
+// Properties that are set together are neither reported nor drawn one by one. Ends with
 // the scope, also when a stored value is of no use.
 class Quietly {
  public:

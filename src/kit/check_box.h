@@ -41,7 +41,7 @@ class CheckBox : public OwnerDrawn {
   void InitProperties(const std::string& display_name);
   void ReadProperties(const PropertyBag& bag, const std::string& display_name);
   void WriteProperties(PropertyBag& bag) const;
-  /// Told the name of each persisted property that changed.
+  /// Emitted with the name of each persisted property that changed.
   Signal<const std::string&> PropertyChanged;
 
   // What the host calls.

@@ -8,7 +8,7 @@
 
 namespace tarnvale {
 
-/// A `Bound` that tells of each setting by the program, also to the value that it
+/// A `Bound` that reports each setting by the program, also to the value that it
 /// has already.
 template <class T>
 class EachSetting {

@@ -39,7 +39,7 @@ class GroupBox : public OwnerDrawn {
   void UseTheme(VisualTheme* theme);
 
   void Refresh() { LookChanged.Emit(); }
-  /// Starts dragging: OLEStartDrag gives the data, OLECompleteDrag tells the effect.
+  /// Starts dragging: OLEStartDrag gives the data, OLECompleteDrag reports the effect.
   void OLEDrag();
 
   /// A control that is put onto a window for the first time is called by its
@@ -48,7 +48,7 @@ class GroupBox : public OwnerDrawn {
   void ReadProperties(const PropertyBag& bag, const std::string& display_name,
                       const tarnvale::Font& container_font);
   void WriteProperties(PropertyBag& bag) const;
-  /// Told the name of each property that changed.
+  /// Emitted with the name of each property that changed.
   Signal<const std::string&> PropertyChanged;
 
   Signal<> Click;

@@ -57,7 +57,7 @@ void XP_ProgressBar::Position::Set(int value) {
   bar_.StoreValue(value);
 }
 
-// The bar's own telling brings what it reads already.
+// The bar's own report brings what it reads already.
 void XP_ProgressBar::RecordChanged() {
   if (record_ != ReadValue()) StoreValue(record_);
 }

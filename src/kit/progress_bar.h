@@ -84,7 +84,7 @@ class XP_ProgressBar : public OwnerDrawn {
 
   void ReadProperties(const PropertyBag& bag);
   void WriteProperties(PropertyBag& bag) const;
-  /// Told the name of each property that changed.
+  /// Emitted with the name of each property that changed.
   Signal<const std::string&> PropertyChanged;
 
   // What the host calls.

@@ -17,7 +17,7 @@ namespace tarnvale {
 /// unseen, and stands in its place when it is shown.
 class Progress : public Window {
  public:
-  /// `stages` tells of the compression and the transfer.
+  /// `stages` reports the compression and the transfer.
   Progress(Machine& machine, const BackupSettings& settings, const RunState& run,
            const StageHooks& stages);
 

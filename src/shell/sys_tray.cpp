@@ -68,7 +68,7 @@ void clsSysTray::MinToSysTray() {
   source_->InTaskBar = false;
 }
 
-// The host tells a mouse message as a move whose place is the message's number
+// The host reports a mouse message as a move whose place is the message's number
 // in pixels.
 void clsSysTray::FollowMouse(double x_twips) {
   previous_message_ = last_message_;

@@ -46,7 +46,7 @@ struct PartsScreen {
   const Property<std::string>& target_folder;
   /// Takes folder and base name of a join.
   Property<std::string>& joined_file;
-  /// `spProg`: told the percent after each step, and 0 at the end.
+  /// `spProg`: called with the percent after each step, and 0 at the end.
   std::function<void(std::int16_t)> spProg;
 };
 

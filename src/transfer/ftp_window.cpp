@@ -35,7 +35,7 @@ void Main::Load() {
 void Main::Unload() {
   is_loaded_ = false;
   // The record outlives its window: nothing may go on ticking in it. What the
-  // transport tells belongs to the next window.
+  // transport reports belongs to the next window.
   for (Timer* timer : {&Timer1, &Timer2, &Timer3, &Timer4}) timer->Enabled = false;
   notifications_.Cancel();
   // Required: what was typed here is saved too, that of the last second included.

@@ -1,5 +1,5 @@
 // The session with the server: how one is set up, how a command is waited for,
-// and what the transport tells of it.
+// and what the transport reports of it.
 #include "transfer/ftp_window.h"
 
 namespace tarnvale {

@@ -45,7 +45,7 @@ void Main::EnableByFields() {
 }
 
 // Required: this is what disables the buttons during a transfer, and what the
-// status says then, whatever the transport tells.
+// status says then, whatever the transport reports.
 void Main::Animate() {
   ConnectionStatus = "File Transferring...";
   StepBar(XP_ProgressBar1, 2);

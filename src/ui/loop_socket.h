@@ -31,7 +31,7 @@ class LoopSocket : public Socket {
   // What a host does. None of it emits.
 
   /// Begins to look up the host, which isn't empty, and to connect; OnConnected or OnError
-  /// tells how it went.
+  /// reports how it went.
   virtual void Open(const std::string& host, std::uint16_t port) = 0;
   /// Of the connection that is open.
   virtual SocketWaiting Look() = 0;

@@ -20,7 +20,7 @@
 namespace tarnvale {
 
 /// One of it is made (WindowSlot); closing it hides it, and it stays as it is. No
-/// operation can be called off or tells a failure, and nothing locks the window
+/// operation can be called off or reports a failure, and nothing locks the window
 /// while one runs.
 class userdata : public Window {
  public:

@@ -11,7 +11,7 @@ class QLineEdit;
 namespace tarnvale {
 
 /// A file dialog in which a path of the program's language can be typed too: one
-/// that begins with a drive or a backslash. A name that no path can tell is
+/// that begins with a drive or a backslash. A name that no path can hold is
 /// refused with a word. Qt's own dialog then stays for another choice; one of the
 /// desktop has gone by then, and the refusal counts as a cancel.
 ///

@@ -58,7 +58,7 @@ bool QtTray::Notify(TrayCommand command, const TrayRecord& record) {
   hook_ = record.hook;
   ShowRecord(record);
   icon_->show();
-  // The X system tray tells of the right button, and the program opens the menu.
+  // The X system tray reports the right button, and the program opens the menu.
   if (adds && HasIconWindow()) icon_->setContextMenu(nullptr);
   return true;
 }

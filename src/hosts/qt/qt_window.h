@@ -81,7 +81,7 @@ class QtWindow final : public QWidget {
   std::vector<std::unique_ptr<Peer>> peers_;
   std::map<const Control*, Peer*> peer_of_;
   std::vector<Subscription> subscriptions_;
-  /// What the native window was last told to be, or told of itself.
+  /// What was last asked of the native window, or reported by it.
   std::optional<WindowState> ordered_state_;
   WindowState told_state_ = WindowState::kNormal;
   bool sync_is_requested_ = false;

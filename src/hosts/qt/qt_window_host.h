@@ -17,7 +17,7 @@ namespace tarnvale {
 class QtWindowHost final : public WindowHost {
  public:
   /// `loop` and `files` must outlive it. `program_path` gives an absolute native
-  /// path in the program's path language; empty when no path can tell it.
+  /// path in the program's path language; empty when no path can name it.
   QtWindowHost(QtEventLoop& loop, FileSystem& files,
                std::function<Path(const std::string& native)> program_path);
   ~QtWindowHost() override;

@@ -1,4 +1,4 @@
-// From what the desktop tells of an icon to the messages of a mouse.
+// From what the desktop reports of an icon to the messages of a mouse.
 #pragma once
 
 #include <QSystemTrayIcon>
@@ -11,8 +11,8 @@
 
 namespace tarnvale {
 
-/// The X system tray tells a click and then the double click that it became; a
-/// status notifier tells nothing but clicks, so that two quick ones are put
+/// The X system tray reports a click and then the double click that it became; a
+/// status notifier reports nothing but clicks, so that two quick ones are put
 /// together here.
 class TrayClicks {
  public:

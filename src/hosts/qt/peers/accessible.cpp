@@ -91,7 +91,7 @@ void TellDesktop(Event told, const QAccessibleTextCursorEvent& event) {
   TellDesktop(static_cast<QAccessibleEvent&>(told));
 }
 
-// Qt hides a password from those who ask for it, and tells it to those who listen:
+// Qt hides a password from readers that ask for it, and reports it to those that listen:
 // here they get stars, as the eye does.
 void TellStars(QAccessibleEvent& event) {
   QObject* edit = event.accessibleInterface()->object();

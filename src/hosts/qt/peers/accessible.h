@@ -9,24 +9,24 @@
 
 namespace tarnvale {
 
-/// What a widget that draws itself tells a screen reader. To be inherited beside
+/// What a widget that draws itself reports to a screen reader. To be inherited beside
 /// QWidget.
 class AccessibleSource {
  public:
   virtual ~AccessibleSource() = default;
   virtual QAccessible::Role AccessibleRole() const = 0;
-  /// What it tells beside what every widget does.
+  /// What it reports beside what every widget does.
   virtual AccessibleState StateForReaders() const { return {}; }
   /// A screen reader can press it.
   virtual bool CanBePressed() const { return false; }
   virtual void PressAccessibly() {}
 };
 
-/// Makes Qt ask such widgets, and tell readers nothing of what a password field
+/// Makes Qt ask such widgets, and report to readers nothing of what a password field
 /// holds but its length. Once, after the QApplication was made.
 void InstallAccessibility();
 
-/// Tells a screen reader that listens what has changed in a widget's state.
+/// Reports to a screen reader that listens what has changed in a widget's state.
 void TellReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now);
 
 }  // namespace tarnvale

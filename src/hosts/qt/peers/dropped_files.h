@@ -36,7 +36,7 @@ inline QStringList FilesOf(const QDropEvent& event) {
   return files;
 }
 
-/// The same files by the program's paths; what no path can tell is left out.
+/// The same files by the program's paths; what no path can name is left out.
 inline std::vector<Path> ProgramPathsOf(const QStringList& files, const PeerContext& context) {
   std::vector<Path> paths;
   for (const QString& file : files) {

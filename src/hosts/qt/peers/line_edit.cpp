@@ -80,7 +80,7 @@ void PasswordEdit::focusOutEvent(QFocusEvent* event) {
   qApp->removeEventFilter(this);
 }
 
-// Qt tells screen readers of each key that comes from the system, by a filter of
+// Qt reports to screen readers each key that comes from the system, by a filter of
 // the whole application. Keys for this field come from here instead.
 bool PasswordEdit::eventFilter(QObject* target, QEvent* event) {
   const QEvent::Type type = event->type();

@@ -42,7 +42,7 @@ class OwnerDrawnPeer final : public Peer {
   DrawnWidget* widget_ = nullptr;
   QImage picture_;
   bool is_stale_ = true;
-  /// What a screen reader was told last.
+  /// What was reported to screen readers last.
   AccessibleState told_state_;
   char32_t access_key_ = 0;
   int shortcut_ = 0;

@@ -28,7 +28,7 @@ struct PeerContext {
   FileSystem& files;
   MessageBoxes& boxes;
   /// An absolute native path in the program's path language; empty when no path
-  /// can tell it.
+  /// can name it.
   std::function<Path(const std::string& native)> program_path;
   /// The host goes down: records may be gone, so nothing is reported any more.
   bool ending = false;
@@ -72,7 +72,7 @@ class Peer : public QObject, public FrameClient {
   void Follow(Signal<Args...>& signal, Handler handler) {
     subscriptions_.push_back(signal.Subscribe(std::move(handler)));
   }
-  /// Runs what tells the record of something that the user did.
+  /// Runs what reports to the record something that the user did.
   void Report(const std::function<void()>& handler);
   /// Has OnFrame called before the next screen update.
   void RequestFrame() { context_.frames.Request(*this); }
