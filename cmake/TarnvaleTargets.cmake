@@ -62,15 +62,39 @@ function(tarnvale_test name)
   gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
 endfunction()
 
-# tarnvale_windows_program(NAME): checks what the program imports, parts it from its debug
-# information, and prints its size.
-function(tarnvale_windows_program name)
-  set(file $<TARGET_FILE:${name}>)
+# tarnvale_windows_program(NAME DESCRIPTION): gives the program version, icon and manifest,
+# checks what it imports, and parts it from its debug information. `./test --windows` prints
+# the sizes of all of them.
+function(tarnvale_windows_program name description)
+  get_target_property(file ${name} OUTPUT_NAME)
+  if(NOT file)
+    set(file ${name})
+  endif()
+  string(APPEND file .exe)
+  set(icon ${PROJECT_BINARY_DIR}/tarnvale.ico)
+  if(NOT TARGET tarnvale_windows_icon)
+    include(TarnvalePictures)
+    tarnvale_ico(${icon})
+    add_custom_target(tarnvale_windows_icon DEPENDS ${icon})
+  endif()
+  set(manifest ${CMAKE_CURRENT_BINARY_DIR}/${name}.manifest)
+  set(script ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc)
+  set(resources ${CMAKE_CURRENT_BINARY_DIR}/${name}_resources.o)
+  configure_file(${PROJECT_SOURCE_DIR}/packaging/windows/program.manifest.in ${manifest} @ONLY)
+  configure_file(${PROJECT_SOURCE_DIR}/packaging/windows/program.rc.in ${script} @ONLY)
+  add_custom_command(OUTPUT ${resources} DEPENDS ${script} ${manifest} ${icon}
+                     COMMAND ${CMAKE_RC_COMPILER} -O coff ${script} ${resources} VERBATIM)
+  add_custom_target(${name}_resources DEPENDS ${resources})
+  add_dependencies(${name}_resources tarnvale_windows_icon)
+  add_dependencies(${name} ${name}_resources)
+  target_link_libraries(${name} PRIVATE ${resources})
+  set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${resources})
+  set(program $<TARGET_FILE:${name}>)
   add_custom_command(TARGET ${name} POST_BUILD
-    COMMAND ${PROJECT_SOURCE_DIR}/scripts/check_imports ${file}
-    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug ${file} ${file}.debug
-    COMMAND ${CMAKE_STRIP} ${file}
-    COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=${file}.debug ${file}
-    COMMAND stat --printf "%n: %s bytes\\n" ${file}
+    COMMAND ${PROJECT_SOURCE_DIR}/scripts/check_imports ${program}
+    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug ${program} ${program}.debug
+    COMMAND ${CMAKE_STRIP} ${program}
+    COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=${program}.debug ${program}
+    COMMAND ${PROJECT_SOURCE_DIR}/scripts/check_program ${PROJECT_VERSION} ${program}
     VERBATIM)
 endfunction()

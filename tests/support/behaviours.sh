@@ -44,6 +44,8 @@ fi
 run() {
   code=0
   "$@" >out 2>err </dev/null || code=$?
+  # Of a drive that is no medium of its own; about Wine, not the program.
+  [[ $system != windows ]] || sed -i '/^wine: Read access denied/d' err
 }
 
 expect_code() { [[ $code == "$1" ]] || fail "exit code $code, not $1: $(cat err)"; }
