@@ -12,6 +12,6 @@
 namespace tarnvale {
 
 /// Begins to flush the medium that holds an open folder. Raises 57.
-std::unique_ptr<MediumFlush> StartFlush(const Descriptor& folder);
+std::unique_ptr<MediumFlush> StartFlush(Descriptor folder);
 
 }  // namespace tarnvale

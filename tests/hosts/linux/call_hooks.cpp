@@ -29,6 +29,11 @@ extern "C" int symlinkat(const char* leads_to, int folder, const char* name) noe
   return static_cast<int>(::syscall(SYS_symlinkat, leads_to, folder, name));
 }
 
+extern "C" int syncfs(int file) noexcept {
+  if (!Succeeds<tarnvale::testing::SyncHook>()) return -1;
+  return static_cast<int>(::syscall(SYS_syncfs, file));
+}
+
 extern "C" int futimens(int file, const timespec times[2]) noexcept {
   if (!Succeeds<tarnvale::testing::TimeHook>()) return -1;
   return static_cast<int>(::syscall(SYS_utimensat, file, nullptr, times, 0));

@@ -43,6 +43,8 @@ class CallHook {
 using RenameHook = CallHook<struct Renaming>;
 /// A link is made.
 using LinkHook = CallHook<struct Linking>;
+/// A medium is flushed.
+using SyncHook = CallHook<struct Syncing>;
 /// A copy is written, and gets its time.
 using TimeHook = CallHook<struct SettingTime>;
 

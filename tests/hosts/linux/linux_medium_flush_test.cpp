@@ -12,6 +12,7 @@
 
 #include "hosts/linux/instance_lock.h"
 #include "tests/hosts/contract/variable_for.h"
+#include "tests/hosts/linux/call_hooks.h"
 #include "tests/hosts/linux/linux_stage.h"
 #include "tests/support/raised.h"
 
@@ -69,10 +70,20 @@ TEST_F(LinuxMediumFlushTest, ASlowMediumDoesNotStopTheCaller) {
 }
 
 TEST_F(LinuxMediumFlushTest, AMediumThatFailsRaises57AtTheEnd) {
+  SyncHook medium({});
+  medium.Refuse(EIO);
   const auto flush = host.files.BeginFlush("C:\\Data");
   EXPECT_FALSE(flush->IsDone());
   LetGo("exit 1");
   EXPECT_EQ(RaisedBy([&] { WaitFor([&] { return flush->IsDone(); }); }), 57);
+  EXPECT_EQ(RaisedBy([&] { flush->IsDone(); }), 57) << "and stays so";
+}
+
+// As a small one does that flushes all media or none.
+TEST_F(LinuxMediumFlushTest, AProgramThatKnowsNoSingleMediumDoesNotMakeItFail) {
+  const auto flush = host.files.BeginFlush("C:\\Data");
+  LetGo("echo \"sync: invalid option -- 'f'\"; exit 1");
+  EXPECT_TRUE(WaitFor([&] { return flush->IsDone(); }));
 }
 
 TEST_F(LinuxMediumFlushTest, TheHostMayEndBeforeItsMediumHasEverything) {
