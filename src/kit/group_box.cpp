@@ -49,7 +49,6 @@ void GroupBox::OLEDrag() {
   OLEStartDrag.Emit(step);
   // Asked for when it is needed.
   if (step.data.empty()) OLESetData.Emit(step);
-  OLEGiveFeedback.Emit(step);
   DragAway.Emit(step);
   OLECompleteDrag.Emit(step);
 }

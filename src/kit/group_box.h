@@ -73,6 +73,7 @@ class GroupBox : public OwnerDrawn {
   bool TakesDrops() const override { return OLEDropMode != 0; }
   void OnDragOver(DragStep& step) override { OLEDragOver.Emit(step); }
   void OnDragDrop(DragStep& step) override { OLEDragDrop.Emit(step); }
+  void OnGiveFeedback(DragStep& step) override { OLEGiveFeedback.Emit(step); }
   Kind AccessibleKind() const override { return Kind::kGroup; }
   std::string AccessibleText() const override;
   char32_t AccessKeyChar() const override;

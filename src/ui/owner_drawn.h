@@ -106,8 +106,11 @@ class OwnerDrawn : public Control {
   /// The control sets the effect that a drop would have; 0 refuses it.
   virtual void OnDragOver(DragStep&) {}
   virtual void OnDragDrop(DragStep&) {}
+  /// While its own data are dragged: the effect that a drop would have now.
+  virtual void OnGiveFeedback(DragStep&) {}
   /// Emitted to have `data` dragged away; the host notes the effect and returns
-  /// when it was dropped or given up. Yields.
+  /// when it was dropped or given up. OnGiveFeedback comes whenever the effect changes.
+  /// Yields.
   Signal<DragStep&> DragAway;
 
   virtual void OnMouseDown(MouseButton, Point) {}

@@ -256,11 +256,14 @@ TEST(GroupBox, HasWhatItsHandlersGiveDraggedAwayAndTellsTheEffect) {
   box.DragAway.Listen([&](DragStep& step) {
     steps.push_back("away with " + step.data);
     step.effect = 2;
+    box.OnGiveFeedback(step);
   });
+  box.OLEGiveFeedback.Listen(
+      [&](DragStep& step) { steps.push_back("would be " + std::to_string(step.effect)); });
   box.OLECompleteDrag.Listen(
       [&](DragStep& step) { steps.push_back("effect " + std::to_string(step.effect)); });
   box.OLEDrag();
-  EXPECT_EQ(steps, (std::vector<std::string>{"start", "away with text", "effect 2"}));
+  EXPECT_EQ(steps, (std::vector<std::string>{"start", "away with text", "would be 2", "effect 2"}));
 }
 
 TEST(GroupBox, RepaintsAndMarksAfterEachSetter) {

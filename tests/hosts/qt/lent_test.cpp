@@ -151,5 +151,44 @@ TEST_F(QtLent, WhatIsDraggedOverIt) {
   EXPECT_TRUE(WaitFor([&] { return !WidgetOf(frame).acceptDrops(); }));
 }
 
+// Over another frame, which would copy it.
+TEST_F(QtLent, WhatADropOfWhatIsDraggedAwayWouldDo) {
+  GroupBox target;
+  std::vector<std::string> steps;
+  const auto note = [&](const std::string& what) {
+    return [&steps, what](DragStep& step) {
+      steps.push_back(what + std::to_string(step.effect) + step.data);
+    };
+  };
+  frame.OLEStartDrag.Listen([](DragStep& step) { step.data = " text"; });
+  frame.OLEGiveFeedback.Listen(note("would be "));
+  frame.OLECompleteDrag.Listen(note("was "));
+  target.OLEDropMode = 1;
+  target.OLEDragOver.Listen([](DragStep& step) { step.effect = 1; });
+  target.OLEDragDrop.Listen([&](DragStep& step) {
+    steps.push_back("drop" + step.data);
+    step.effect = 1;
+  });
+  Place(frame);
+  Place(target);
+  Show();
+  QWindow* const native = Native().windowHandle();
+  const QPoint over = WidgetOf(target).mapTo(&Native(), WidgetOf(target).rect().center());
+  int moves = 0;
+  Timer timer(loop.Timers(), 50, true);
+  timer.Tick.Listen([&] {
+    if (moves > 100) {
+      QTest::keyClick(native, Qt::Key_Escape);
+    } else if (steps.empty()) {
+      QTest::mouseMove(native, over + QPoint(++moves % 2, 0));
+    } else {
+      timer.Enabled = false;
+      QTest::mouseRelease(native, Qt::LeftButton, {}, over);
+    }
+  });
+  loop.Deliver([&] { frame.OLEDrag(); });
+  EXPECT_EQ(steps, (std::vector<std::string>{"would be 1 text", "drop text", "was 1 text"}));
+}
+
 }  // namespace
 }  // namespace tarnvale

@@ -253,6 +253,10 @@ void OwnerDrawnPeer::DragAway(DragStep& step) {
   auto* data = new QMimeData;
   data->setText(ToQt(step.data));
   drag->setMimeData(data);
+  QObject::connect(drag, &QDrag::actionChanged, widget_, [&](Qt::DropAction action) {
+    step.effect = EffectOf(action);
+    Report([&] { drawn_.OnGiveFeedback(step); });
+  });
   step.effect = EffectOf(drag->exec(Qt::CopyAction | Qt::MoveAction));
 }
 
