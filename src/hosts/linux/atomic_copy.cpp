@@ -4,9 +4,11 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <vector>
@@ -88,6 +90,34 @@ mode_t PermissionsFor(Rights rights, mode_t source, mode_t made) {
     default:
       return source & 0777;
   }
+}
+
+bool HaveSameBytes(int a, int b) {
+  std::vector<char> bytes_a(65536);
+  std::vector<char> bytes_b(bytes_a.size());
+  for (off_t at = 0;;) {
+    const ssize_t got_a = ::pread(a, bytes_a.data(), bytes_a.size(), at);
+    const ssize_t got_b = ::pread(b, bytes_b.data(), bytes_b.size(), at);
+    if (got_a < 0 || got_a != got_b ||
+        !std::equal(bytes_a.begin(), bytes_a.begin() + got_a, bytes_b.begin())) {
+      return false;
+    }
+    if (got_a == 0) return true;
+    at += got_a;
+  }
+}
+
+// FAT keeps times in steps of two seconds: this system rounds them down, so that a file on
+// the computer seems newer than its copy in each run; others round up, and a copy on its
+// way back would replace its original. Away from the computer permissions go along, so
+// only the time that this system would make is taken for such a one.
+bool MayBeCoarse(const struct stat& source, const struct stat& target, Rights rights) {
+  constexpr std::int64_t kStep_s = 2;
+  const std::int64_t apart_s = source.st_mtim.tv_sec - target.st_mtim.tv_sec;
+  if (!S_ISREG(target.st_mode) || source.st_size != target.st_size || apart_s == 0) return false;
+  if (rights == Rights::kNewFile) return apart_s >= -kStep_s && apart_s <= kStep_s;
+  return target.st_mtim.tv_nsec == 0 && target.st_mtim.tv_sec % kStep_s == 0 && apart_s > 0 &&
+         apart_s < kStep_s;
 }
 
 // Media that can't hold links refuse to make one in these ways.
@@ -179,6 +209,25 @@ struct stat AtomicCopy::CopyFile(NativeSpot source, CopyManner manner, const Cop
   }
   if (!target.is_new || !CopyNameless(from, target)) CopyNamed(from, target);
   return from.info;
+}
+
+bool AtomicCopy::TakeTime(NativeSpot source, Rights rights, const CopyTarget& target) {
+  if (target.is_new) return false;
+  struct stat info {};
+  const Descriptor from = OpenSource(source, Links::kKeep, info);
+  if (!MayBeCoarse(info, target.seen, rights)) return false;
+  constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  const Descriptor to(::openat(target.spot.folder_fd, target.spot.path, kFlags));
+  if (!to || !HaveSameBytes(from.Get(), to.Get())) return false;
+  struct stat now {};
+  // Whatever was written meanwhile is newer.
+  if (::fstat(to.Get(), &now) != 0 || now.st_ino != target.seen.st_ino ||
+      now.st_mtim.tv_sec != target.seen.st_mtim.tv_sec ||
+      now.st_mtim.tv_nsec != target.seen.st_mtim.tv_nsec) {
+    return false;
+  }
+  const std::array<timespec, 2> times{timespec{0, UTIME_OMIT}, info.st_mtim};
+  return ::futimens(to.Get(), times.data()) == 0;
 }
 
 // Writes a file that has no name until it is whole: nothing is left of it

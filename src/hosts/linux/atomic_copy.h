@@ -64,6 +64,11 @@ class AtomicCopy {
   /// 57, and 75 for a link that is to be kept; the target is then as it was.
   struct stat CopyFile(NativeSpot source, CopyManner manner, const CopyTarget& target);
 
+  /// Gives a target that has the bytes of a plain file already, and a time so near that a
+  /// medium with coarse times may have made the difference, that file's time. False, and
+  /// nothing has happened, where there is a copy to make.
+  static bool TakeTime(NativeSpot source, Rights rights, const CopyTarget& target);
+
   /// Copies a symbolic link; `info` is its own. False on a medium that can't hold links:
   /// nothing has happened.
   bool CopyLink(NativeSpot source, const struct stat& info, const CopyTarget& target);

@@ -244,7 +244,7 @@ void LinuxFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rig
   if (!to) return;
   if (S_ISLNK(info.st_mode)) {
     copy_.CopyLink(from, info, *to);
-  } else {
+  } else if (!AtomicCopy::TakeTime(from, rights, *to)) {
     copy_.CopyFile(from, {Links::kKeep, rights, FlushOf(rights)}, *to);
   }
   LinuxFolder::Of(target).NoteMade(target.name);

@@ -54,6 +54,43 @@ TEST_F(CopyTest, TimePermissionsAndExtendedAttributesGoAlong) {
   EXPECT_EQ(value, "blue");
 }
 
+// On media with times in steps of two seconds a copy seems older than its original, or
+// newer where another system wrote it.
+TEST_F(CopyTest, ACopyWithACoarseTimeIsNotMadeOnceMore) {
+  struct Case {
+    std::string source;
+    std::string target;
+    time_t source_s;
+    time_t target_s;
+    Rights rights;
+    bool copies;
+  };
+  for (const Case& c :
+       std::vector<Case>{{"same", "same", 1002, 1001, Rights::kNewFile, false},
+                         {"same", "same", 1002, 1000, Rights::kNewFile, false},
+                         {"same", "same", 1003, 1000, Rights::kNewFile, true},
+                         {"same", "else", 1002, 1001, Rights::kNewFile, true},
+                         {"same", "longer", 1002, 1001, Rights::kNewFile, true},
+                         {"same", "same", 1000, 1000, Rights::kNewFile, true},
+                         {"same", "same", 1001, 1000, Rights::kSource, false},
+                         {"same", "else", 1001, 1000, Rights::kSource, true},
+                         {"same", "same", 1002, 1001, Rights::kSource, true},
+                         {"same", "same", 1002, 1000, Rights::kSource, true},
+                         {std::string(70000, 'a') + 'b', std::string(70000, 'a') + 'c', 1001, 1000,
+                          Rights::kNewFile, true}}) {
+    Write("source", c.source);
+    Write("target", c.target);
+    SetModified("source", c.source_s, 0);
+    SetModified("target", c.target_s, 0);
+    const ino_t before = Info("target").st_ino;
+    const auto folder = files_.OpenFolder("C:\\");
+    files_.CopyEntry({*folder, "source"}, {*folder, "target"}, c.rights);
+    EXPECT_EQ(Info("target").st_ino != before, c.copies) << c.source_s << " " << c.target_s;
+    EXPECT_EQ(Info("target").st_mtim.tv_sec, c.source_s);
+    EXPECT_EQ(Read("target"), c.source);
+  }
+}
+
 TEST_F(CopyTest, AReadOnlyFileIsCopiedWithItsExtendedAttributes) {
   Write("source", "x");
   ASSERT_EQ(::setxattr(Native("source").c_str(), "user.colour", "blue", 4, 0), 0);
