@@ -338,6 +338,33 @@ TEST_F(ArchivesBesideOthersTest, AreUnpackedByTheCommandWithTheNarrowerRightsOfW
   EXPECT_EQ(ModeOf(OnDrive("Data/shared/a.txt")), 0600U);
 }
 
+TEST_F(ArchivesBesideOthersTest, AreMadeOfReadFromAndUnpackedToNoFolderThatALinkOfTheirsLeadsTo) {
+  const std::string victim = OnDrive("Data/victim");
+  std::filesystem::create_directories(victim);
+  WriteNative(victim + "/key", "private");
+  const std::string own = OnDrive("Data/own.tvz");
+  const auto run = [&](const std::string& arguments) {
+    return std::system((std::string(TVZ) + " " + arguments + " 2>/dev/null >/dev/null").c_str());
+  };
+  ASSERT_EQ(run("create " + own + " " + OnDrive("Data/tree")), 0);
+  AnotherUser::PlantLink(victim, Shared("out"));
+  EXPECT_NE(run("extract " + own + " -C " + Shared("out")), 0);
+  EXPECT_NE(run("extract " + own + " -C " + Shared("out/new")), 0);
+  EXPECT_NE(run("create " + OnDrive("Data/other.tvz") + " " + Shared("out")), 0);
+  EXPECT_NE(run("create " + Shared("out/b.tvz") + " " + OnDrive("Data/tree")), 0);
+  EXPECT_THAT(NativeNames(victim), ElementsAre("key"));
+  EXPECT_FALSE(std::filesystem::exists(OnDrive("Data/other.tvz")));
+
+  AnotherUser::PlantLink(own, Shared("read.tvz"));
+  EXPECT_NE(run("list " + Shared("read.tvz")), 0);
+
+  // The user's own are followed, and what is missing is made.
+  ASSERT_EQ(::symlink(victim.c_str(), OnDrive("Data/way").c_str()), 0);
+  EXPECT_EQ(run("extract " + own + " -C " + OnDrive("Data/way/new/inner")), 0);
+  EXPECT_EQ(ReadNative(victim + "/new/inner/a.txt"), "hi");
+  EXPECT_EQ(run("list " + own), 0);
+}
+
 // A medium that somebody brought: the owner of what is on it is who its author wrote there.
 class LinksOnAMediumTest : public LinksOfOthersTest {
  protected:

@@ -10,27 +10,24 @@
 #include "hosts/linux/descriptor.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
+#include "native/held_folder_linux.h"
 #include "native/leftovers_linux.h"
 #include "native/native_archive.h"
 #include "native/system_error.h"
 #include "native/work_name.h"
 
 namespace tarnvale {
-namespace {
-
 namespace fs = std::filesystem;
 
-}  // namespace
-
 std::string RealFolder(const std::string& folder, const std::string& given) {
-  std::error_code error;
-  const fs::path real = fs::canonical(folder, error);
-  if (error) throw CommandFailure(given, error.message());
-  if (!fs::is_directory(real, error)) throw CommandFailure(given, "is no folder");
-  if (!CanBeNamed(real.string())) {
+  const Descriptor held = OpenByOwnLinks(AT_FDCWD, folder, kFolderFlags);
+  if (!held && errno == ENOTDIR) throw CommandFailure(given, "is no folder");
+  std::string real = held ? RealPathOf(held.Get()) : std::string();
+  if (real.empty()) throw CommandFailure(given, SystemError().what());
+  if (!CanBeNamed(real)) {
     throw CommandFailure(given, "the program can't name a path with a backslash or a star");
   }
-  return real.string();
+  return real;
 }
 
 bool LiesIn(const std::string& folder, const std::string& outer) {
@@ -61,7 +58,7 @@ struct NewArchive::State {
   ArchivePlace place;
   std::string work = WorkName();
   std::string made = work + "/archive";
-  Descriptor beside{::open(place.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+  Descriptor beside = OpenByOwnLinks(AT_FDCWD, place.folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   Leftovers leftovers{beside.Get(), {{{made}, {made + ".tmp"}, {work, true}}}};
 };
 

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "hosts/linux/descriptor.h"
+#include "hosts/linux/own_links.h"
 #include "native/command_failure.h"
 #include "native/native_file.h"
 
@@ -45,7 +46,7 @@ Path PathOfNative(const NativeHost& host, const std::string& given) {
 }
 
 WholeFile ReadWholeFile(const std::string& native, std::int64_t most_bytes) {
-  const Descriptor file(::open(native.c_str(), kOpenFlags));
+  const Descriptor file = OpenByOwnLinks(AT_FDCWD, native, kOpenFlags);
   struct stat info {};
   if (!file || ::fstat(file.Get(), &info) != 0) throw SystemError();
   if (S_ISDIR(info.st_mode)) throw SystemError("is a folder");

@@ -2,16 +2,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <filesystem>
-#include <system_error>
 #include <utility>
+#include <vector>
 
 #include "hosts/linux/descriptor.h"
+#include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
+#include "native/held_folder_linux.h"
 #include "native/leftovers_linux.h"
 #include "native/output_folder.h"
 #include "native/work_name.h"
@@ -19,15 +20,7 @@
 namespace tarnvale {
 namespace {
 
-constexpr int kFolderFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-
-std::string RealPathOf(int folder_fd) {
-  std::array<char, PATH_MAX> path{};
-  const std::string link = "/proc/self/fd/" + std::to_string(folder_fd);
-  const ssize_t length = ::readlink(link.c_str(), path.data(), path.size());
-  if (length <= 0 || static_cast<std::size_t>(length) == path.size()) return {};
-  return {path.data(), static_cast<std::size_t>(length)};
-}
+namespace fs = std::filesystem;
 
 FileIdentity IdentityOf(const struct stat& info) {
   return {info.st_dev, info.st_ino};
@@ -45,19 +38,32 @@ OutputFolder& OutputFolder::operator=(OutputFolder&& other) noexcept = default;
 OutputFolder::~OutputFolder() = default;
 
 std::optional<OutputFolder> OutputFolder::Open(const std::string& native) {
-  Descriptor opened(::open(native.c_str(), kFolderFlags));
+  Descriptor opened = OpenByOwnLinks(AT_FDCWD, native, kFolderFlags);
   if (!opened && errno == ENOENT) return std::nullopt;
   if (!opened) throw SystemError();
   return OutputFolder(std::make_unique<State>(State{std::move(opened)}));
 }
 
+// Made one in the other: a link that comes onto the way meanwhile isn't followed.
 OutputFolder OutputFolder::Make(const std::string& native) {
-  std::error_code error;
-  std::filesystem::create_directories(native, error);
-  if (error) throw SystemError(error.message());
-  auto made = Open(native);
-  if (!made) throw SystemError();
-  return std::move(*made);
+  std::vector<std::string> missing;
+  fs::path above = native;
+  std::optional<OutputFolder> at = Open(native);
+  while (!at) {
+    missing.push_back(above.filename().string());
+    above = above.parent_path();
+    at = Open(above.empty() ? "." : above.string());
+  }
+  while (!missing.empty()) {
+    const std::string name = std::exchange(missing.back(), {});
+    missing.pop_back();
+    if (name.empty()) continue;
+    at->MakeInner(name);
+    auto made = at->Enter(name);
+    if (!made || made->by_link) throw SystemError(ENOTDIR);
+    at = std::move(made->folder);
+  }
+  return std::move(*at);
 }
 
 OutputFolder OutputFolder::Again() const {
@@ -74,7 +80,8 @@ std::optional<OutputFolder::Inner> OutputFolder::Enter(const std::string& name) 
   if (!entered && errno == ENOENT) return std::nullopt;
   if (!entered && errno != ELOOP && errno != ENOTDIR) throw SystemError();
   const bool by_link = !entered;
-  if (by_link) entered = Descriptor(::openat(folder, name.c_str(), kFolderFlags));
+  if (by_link) entered = OpenByOwnLinks(folder, name, kFolderFlags);
+  if (!entered && errno == EACCES) throw SystemError();
   if (!entered) throw SystemError(name + " is no folder");
   return Inner{OutputFolder(std::make_unique<State>(State{std::move(entered)})), by_link};
 }
