@@ -74,8 +74,8 @@ Flush FlushOf(Rights rights) {
 // Chosen: settings are, too, as nobody should be left without any. A large file takes its
 // time, in which the window would be still.
 Flush FlushOf(Rights rights, std::int64_t size_bytes) {
-  constexpr std::int64_t kMostAtOnce = std::int64_t{1} << 20U;
-  return rights == Rights::kOwner && size_bytes <= kMostAtOnce ? Flush::kYes : Flush::kNo;
+  constexpr std::int64_t kMostFlushed = std::int64_t{1} << 20U;
+  return rights == Rights::kOwner && size_bytes <= kMostFlushed ? Flush::kYes : Flush::kNo;
 }
 
 // Where a copy to an entry of a held folder goes; none when it would go onto itself.
