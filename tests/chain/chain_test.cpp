@@ -17,7 +17,7 @@
 #include "tests/chain/eavesdropper.h"
 #include "tests/chain/installation.h"
 #include "tests/chain/mail_receiver.h"
-#include "tests/hosts/curl/ftp_server.h"
+#include "tests/hosts/ftp/ftp_server.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -12,7 +12,7 @@
 #include "tests/fuzz/fuzz_targets.h"
 #include "tests/hosts/contract/native_files.h"
 #include "tests/hosts/contract/temporary_folder.h"
-#include "tests/hosts/curl/scripted_server.h"
+#include "tests/hosts/ftp/scripted_server.h"
 
 namespace tarnvale::testing {
 namespace {

@@ -126,10 +126,6 @@ void EndSendingOn(int socket) {
   ::shutdown(Native(socket), kShutSending);
 }
 
-void EndSocket(int socket) {
-  ::shutdown(Native(socket), kShutBoth);
-}
-
 void ResetSocket(int socket) {
   // Closing without lingering throws the connection away.
   const linger at_once{1, 0};
@@ -150,7 +146,7 @@ void SetNonBlocking(int socket) {
 
 int LastSocketError() {
   const int error = ::WSAGetLastError();
-  return error == WSAEWOULDBLOCK ? 0 : error;
+  return error == WSAEWOULDBLOCK || error == WSAETIMEDOUT ? 0 : error;
 }
 
 void LimitReading(int socket, int limit_ms) {
@@ -173,7 +169,21 @@ void CloseSocket(int socket) {
   ::closesocket(Native(socket));
 }
 
+// Who accepts isn't woken by the end of the listener.
+void EndSocket(int socket) {
+  int listens = 0;
+  Length length = sizeof listens;
+  ::getsockopt(Native(socket), SOL_SOCKET, SO_ACCEPTCONN, reinterpret_cast<char*>(&listens),
+               &length);
+  if (listens != 0) const LoopbackSocket knock(BeginToConnect(PortOf(socket)));
+  ::shutdown(Native(socket), kShutBoth);
+}
+
 #else
+
+void EndSocket(int socket) {
+  ::shutdown(Native(socket), kShutBoth);
+}
 
 int AcceptOn(int listener) {
   return ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);

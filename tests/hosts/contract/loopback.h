@@ -23,7 +23,7 @@ void SetNonBlocking(int socket);
 /// As recv and send: how many, or -1, and then an error.
 int ReceiveFrom(int socket, char* bytes, std::size_t count);
 int SendTo(int socket, const char* bytes, std::size_t count);
-/// Of the call before; 0 for a call that only would have had to wait.
+/// Of the call before; 0 for a call that only would have had to wait, or waited too long.
 int LastSocketError();
 /// Reading waits no longer than this.
 void LimitReading(int socket, int limit_ms);

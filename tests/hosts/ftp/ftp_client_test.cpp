@@ -6,8 +6,8 @@
 #include <random>
 
 #include "base/failure.h"
-#include "tests/hosts/curl/ftp_server.h"
-#include "tests/hosts/curl/ftp_stage.h"
+#include "tests/hosts/ftp/ftp_server.h"
+#include "tests/hosts/ftp/ftp_stage.h"
 #include "tests/support/raised.h"
 
 namespace tarnvale::testing {

@@ -1,4 +1,4 @@
-#include "tests/hosts/curl/ftp_server.h"
+#include "tests/hosts/ftp/ftp_server.h"
 
 #include <grp.h>
 #include <gtest/gtest.h>

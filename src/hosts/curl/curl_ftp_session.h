@@ -22,73 +22,27 @@
 #include <string>
 #include <string_view>
 
-#include "base/failure.h"
-#include "platform/ftp_command.h"
-#include "platform/ftp_transport.h"
-#include "platform/transfer_files.h"
+#include "platform/ftp_watch.h"
 #include "ui/event_loop.h"
+#include "ui/ftp_session.h"
 
 namespace tarnvale {
 
-struct FtpLogin {
-  std::string server;  ///< a URL that ends behind the host or its port
-  std::string user;
-  std::string password;
-
-  bool operator==(const FtpLogin&) const = default;
-};
-
-/// How long a server may take that goes on moving.
-struct FtpPatience {
-  /// A listing that lasts longer or has more has failed: nobody reads it.
-  std::chrono::milliseconds listing = std::chrono::minutes(1);
-  std::uint64_t listing_bytes = std::uint64_t{1024} * 1024;
-  /// A transfer must move so much in each such span: 1 KiB/s.
-  std::chrono::milliseconds span = std::chrono::minutes(2);
-  std::uint64_t span_bytes = std::uint64_t{120} * 1024;
-};
-
-struct FtpRequest {
-  FtpVerb verb = FtpVerb::kList;
-  std::string remote = {};                      ///< of an upload and a download
-  std::shared_ptr<TransferSource> source = {};  ///< of an upload
-  std::shared_ptr<TransferTarget> target = {};  ///< of a download
-  std::int32_t silence_s = 0;                   ///< longest silence; 0: no limit
-};
-
-/// The number that tells what happened to the local file.
-std::int32_t TransferErrorOf(const ProgramError& error, FtpVerb verb);
-
-/// Its functions are for the thread of the event loop. None waits for the server.
-class FtpSession : public std::enable_shared_from_this<FtpSession> {
+class CurlFtpSession final : public FtpSession,
+                             public std::enable_shared_from_this<CurlFtpSession> {
  public:
-  using Listener = std::function<void(TransportState, std::int32_t code)>;
+  /// The loop takes posts from any thread.
+  CurlFtpSession(EventLoop& loop, FtpLogin login, const FtpPatience& patience, Listener listener);
 
-  /// `listener` is called from the loop until the session is dropped, which must
-  /// be before the loop goes. kError and kResponseCompleted end a request.
-  FtpSession(EventLoop& loop, FtpLogin login, FtpPatience patience, Listener listener);
-  FtpSession(const FtpSession&) = delete;
-  FtpSession& operator=(const FtpSession&) = delete;
-
-  const FtpLogin& Login() const { return login_; }
-
-  /// Starts a request. None may be running.
-  void Begin(FtpRequest request);
-  /// Tells the listener this, later.
-  void Tell(TransportState state, std::int32_t code = kTransferNoError);
-  /// False when the server of the running request isn't worth waiting for any
-  /// more. To be asked now and then.
-  bool IsAlive();
-  /// Closes the local file of a request that ended; `whole` gives a download its
-  /// name first. Raises what the file raises.
-  void CloseFile(bool whole);
-  /// Ends everything, so that the server sees that a transfer isn't whole. The local
-  /// file is closed, unless the thread is held up by it and closes it then. What
-  /// comes back is ready when the thread has ended; not valid when there is none.
-  std::future<void> Drop();
+  void Begin(FtpRequest request) override;
+  void Tell(TransportState state, std::int32_t code) override;
+  bool IsAlive() override;
+  void CloseFile(bool whole) override;
+  /// The server sees that a transfer isn't whole.
+  void Drop() override;
+  bool WaitForEnd(std::chrono::milliseconds most) override;
 
  private:
-  using Clock = std::chrono::steady_clock;
   using Lock = std::unique_lock<std::mutex>;
   enum class Role { kControl, kData };
 
@@ -128,9 +82,7 @@ class FtpSession : public std::enable_shared_from_this<FtpSession> {
   std::uint64_t Taken() const;
 
   EventLoop& loop_;
-  const FtpLogin login_;
   const FtpPatience patience_;
-  const Listener listener_;
   CURL* easy_ = nullptr;  ///< the thread's own
 
   std::mutex mutex_;
@@ -152,15 +104,8 @@ class FtpSession : public std::enable_shared_from_this<FtpSession> {
   bool is_no_ftp_ = false;
   bool broke_ = false;
   std::optional<std::int32_t> local_error_;
-  Clock::time_point moved_at_;
-
-  // Its data.
-  bool transferring_ = false;
+  FtpWatch watch_;
   std::uint64_t bytes_ = 0;  ///< that passed between the file and libcurl
-  std::uint64_t taken_ = 0;  ///< that had passed the network at the last look
-  Clock::time_point began_at_;
-  Clock::time_point span_at_;
-  std::uint64_t span_taken_ = 0;
 };
 
 }  // namespace tarnvale

@@ -1,4 +1,4 @@
-#include "hosts/curl/ftp_session.h"
+#include "hosts/curl/curl_ftp_session.h"
 
 #include <linux/sockios.h>
 #include <poll.h>
@@ -17,7 +17,6 @@ namespace tarnvale {
 namespace {
 
 using std::chrono::milliseconds;
-using std::chrono::seconds;
 
 // Larger buffers get slower again: they leave the processor's cache.
 constexpr long kBufferBytes = 256L * 1024;
@@ -30,6 +29,16 @@ constexpr long kRefusals = 400;
 template <class Value>
 void Set(CURL* easy, CURLoption option, Value value) {
   curl_easy_setopt(easy, option, value);
+}
+
+std::chrono::nanoseconds Now() {
+  return std::chrono::steady_clock::now().time_since_epoch();
+}
+
+std::string UrlOf(const FtpHost& host) {
+  const bool is_ipv6 = host.name.find(':') != std::string::npos;
+  const std::string name = is_ipv6 ? "[" + host.name + "]" : host.name;
+  return "ftp://" + name + (host.port != 0 ? ":" + std::to_string(host.port) : "");
 }
 
 // What was sent isn't taken for the whole: the server sees a reset and no end.
@@ -61,8 +70,8 @@ bool HasReplyCode(std::string_view line) {
 // Nothing that is raised may pass through libcurl. Memory that can't be had ends the
 // request, by what `refusal` means to libcurl.
 template <class Result, class Step>
-Result FtpSession::Called(void* self, Result refusal, Step&& step) {
-  FtpSession& session = *static_cast<FtpSession*>(self);
+Result CurlFtpSession::Called(void* self, Result refusal, Step&& step) {
+  CurlFtpSession& session = *static_cast<CurlFtpSession*>(self);
   Lock lock(session.mutex_);
   try {
     return step(session, lock);
@@ -73,26 +82,14 @@ Result FtpSession::Called(void* self, Result refusal, Step&& step) {
   }
 }
 
-std::int32_t TransferErrorOf(const ProgramError& error, FtpVerb verb) {
-  switch (error.Number()) {
-    case kFileNotFound:
-      return kTransferFileNotFound;
-    case kPathNotFound:
-      return kTransferPathNotFound;
-    case kPermissionDenied:
-    case kPathFileAccess:
-      return kTransferAccessDenied;
-    case kDiskFull:
-      return kTransferDiskFull;
-    default:
-      return verb == FtpVerb::kUpload ? kTransferReadFault : kTransferWriteFault;
-  }
-}
+CurlFtpSession::CurlFtpSession(EventLoop& loop, FtpLogin login, const FtpPatience& patience,
+                               Listener listener)
+    : FtpSession(std::move(login), std::move(listener)),
+      loop_(loop),
+      patience_(patience),
+      watch_(patience) {}
 
-FtpSession::FtpSession(EventLoop& loop, FtpLogin login, FtpPatience patience, Listener listener)
-    : loop_(loop), login_(std::move(login)), patience_(patience), listener_(std::move(listener)) {}
-
-void FtpSession::Begin(FtpRequest request) {
+void CurlFtpSession::Begin(FtpRequest request) {
   const Lock lock(mutex_);
   if (request.verb == FtpVerb::kClose && !SocketOf(Role::kControl)) {
     return Post(TransportState::kResponseCompleted);
@@ -112,52 +109,36 @@ void FtpSession::Begin(FtpRequest request) {
   request_ = std::move(request);
   broke_ = false;
   local_error_.reset();
-  bytes_ = taken_ = 0;
-  moved_at_ = Clock::now();
+  bytes_ = 0;
+  watch_.Begin(request_.verb, request_.silence_s, Now());
   running_ = true;
   changed_.notify_all();
 }
 
-void FtpSession::Tell(TransportState state, std::int32_t code) {
+void CurlFtpSession::Tell(TransportState state, std::int32_t code) {
   const Lock lock(mutex_);
   Post(state, code);
 }
 
-// Silence is limited in everything, and a command's whole reply counts as one: it
-// may trickle as it likes. In a transfer every byte counts that the other end has
-// taken: the system holds more than a slow line carries within the limit.
-bool FtpSession::IsAlive() {
+bool CurlFtpSession::IsAlive() {
   const Lock lock(mutex_);
-  const auto now = Clock::now();
-  if (const std::uint64_t taken = Taken(); taken > taken_) {
-    taken_ = taken;
-    moved_at_ = now;
-  }
-  const seconds silence(request_.silence_s);
-  const bool is_limited = silence > seconds(0);
-  if (is_limited && now - moved_at_ >= silence) return false;
-  if (!transferring_) {
-    // Chosen: some gateways know the older command only, and swallow what the
-    // newer one leads to. libcurl goes on with the older one.
-    const auto data = SocketOf(Role::kData);
-    const bool waits_for_data = data && spoken_ == "EPSV";
-    if (is_limited && waits_for_data && now - moved_at_ >= silence / 2) Reset(*data);
-    return true;
-  }
-  if (request_.verb == FtpVerb::kList && now - began_at_ >= patience_.listing) return false;
-  if (now - span_at_ < patience_.span) return true;
-  span_at_ = now;
-  return taken_ - std::exchange(span_taken_, taken_) >= patience_.span_bytes;
+  if (!watch_.IsAlive(Taken(), Now())) return false;
+  // Chosen: some gateways know the older command only, and swallow what the
+  // newer one leads to. libcurl goes on with the older one.
+  const auto data = SocketOf(Role::kData);
+  const bool waits_for_data = data && !watch_.IsInData() && spoken_ == "EPSV";
+  if (waits_for_data && watch_.IsHalfOver(Now())) Reset(*data);
+  return true;
 }
 
-void FtpSession::CloseFile(bool whole) {
+void CurlFtpSession::CloseFile(bool whole) {
   const Lock lock(mutex_);
   const auto source = std::move(request_.source);
   const auto target = std::move(request_.target);
   if (whole && target) target->Commit();
 }
 
-std::future<void> FtpSession::Drop() {
+void CurlFtpSession::Drop() {
   // Closed when the mutex is free again, as that may take long.
   FtpRequest request;
   const Lock lock(mutex_);
@@ -171,10 +152,13 @@ std::future<void> FtpSession::Drop() {
   }
   request = std::exchange(request_, {});
   changed_.notify_all();
-  return std::move(thread_);
 }
 
-void FtpSession::Work() {
+bool CurlFtpSession::WaitForEnd(milliseconds most) {
+  return !thread_.valid() || thread_.wait_for(most) == std::future_status::ready;
+}
+
+void CurlFtpSession::Work() {
   // Signals are the program's business, and a lost connection is no signal.
   sigset_t all;
   ::sigfillset(&all);
@@ -194,7 +178,7 @@ void FtpSession::Work() {
   curl_easy_cleanup(easy_);
 }
 
-void FtpSession::SetUp() {
+void CurlFtpSession::SetUp() {
   Set(easy_, CURLOPT_USERNAME, login_.user.c_str());
   Set(easy_, CURLOPT_PASSWORD, login_.password.c_str());
   Set(easy_, CURLOPT_PROXY, "");
@@ -216,26 +200,26 @@ void FtpSession::SetUp() {
   Set(easy_, CURLOPT_SSL_VERIFYHOST, 0L);
 
   Set(easy_, CURLOPT_VERBOSE, 1L);
-  Set(easy_, CURLOPT_DEBUGFUNCTION, &FtpSession::OnDebug);
+  Set(easy_, CURLOPT_DEBUGFUNCTION, &CurlFtpSession::OnDebug);
   Set(easy_, CURLOPT_DEBUGDATA, this);
-  Set(easy_, CURLOPT_HEADERFUNCTION, &FtpSession::OnHeader);
+  Set(easy_, CURLOPT_HEADERFUNCTION, &CurlFtpSession::OnHeader);
   Set(easy_, CURLOPT_HEADERDATA, this);
-  Set(easy_, CURLOPT_READFUNCTION, &FtpSession::OnRead);
+  Set(easy_, CURLOPT_READFUNCTION, &CurlFtpSession::OnRead);
   Set(easy_, CURLOPT_READDATA, this);
-  Set(easy_, CURLOPT_WRITEFUNCTION, &FtpSession::OnWrite);
+  Set(easy_, CURLOPT_WRITEFUNCTION, &CurlFtpSession::OnWrite);
   Set(easy_, CURLOPT_WRITEDATA, this);
-  Set(easy_, CURLOPT_RESOLVER_START_FUNCTION, &FtpSession::OnResolve);
+  Set(easy_, CURLOPT_RESOLVER_START_FUNCTION, &CurlFtpSession::OnResolve);
   Set(easy_, CURLOPT_RESOLVER_START_DATA, this);
-  Set(easy_, CURLOPT_OPENSOCKETFUNCTION, &FtpSession::OnOpen);
+  Set(easy_, CURLOPT_OPENSOCKETFUNCTION, &CurlFtpSession::OnOpen);
   Set(easy_, CURLOPT_OPENSOCKETDATA, this);
-  Set(easy_, CURLOPT_CLOSESOCKETFUNCTION, &FtpSession::OnClose);
+  Set(easy_, CURLOPT_CLOSESOCKETFUNCTION, &CurlFtpSession::OnClose);
   Set(easy_, CURLOPT_CLOSESOCKETDATA, this);
   Set(easy_, CURLOPT_NOPROGRESS, 0L);
-  Set(easy_, CURLOPT_XFERINFOFUNCTION, &FtpSession::OnProgress);
+  Set(easy_, CURLOPT_XFERINFOFUNCTION, &CurlFtpSession::OnProgress);
   Set(easy_, CURLOPT_XFERINFODATA, this);
 }
 
-void FtpSession::Perform(Lock& lock) {
+void CurlFtpSession::Perform(Lock& lock) {
   CURLcode result = Speak(lock);
   while (CanSpeakPlainer(result)) result = Speak(lock);
   running_ = false;
@@ -253,10 +237,11 @@ void FtpSession::Perform(Lock& lock) {
   }
 }
 
-CURLcode FtpSession::Speak(Lock& lock) {
+CURLcode CurlFtpSession::Speak(Lock& lock) {
   const bool closes = request_.verb == FtpVerb::kClose;
   char* const remote = curl_easy_escape(easy_, request_.remote.c_str(), 0);
-  Set(easy_, CURLOPT_URL, (login_.server + "/" + (request_.remote.empty() ? "" : remote)).c_str());
+  Set(easy_, CURLOPT_URL,
+      (UrlOf(login_.host) + "/" + (request_.remote.empty() ? "" : remote)).c_str());
   curl_free(remote);
   Set(easy_, CURLOPT_UPLOAD, request_.verb == FtpVerb::kUpload ? 1L : 0L);
   // A request for nothing, whose connection isn't kept: libcurl says QUIT.
@@ -267,7 +252,8 @@ CURLcode FtpSession::Speak(Lock& lock) {
   Set(easy_, CURLOPT_SERVER_RESPONSE_TIMEOUT,
       request_.silence_s == 0 ? kNoLimitSeconds : long{request_.silence_s});
   spoken_.clear();
-  in_reply_ = is_no_ftp_ = transferring_ = false;
+  in_reply_ = is_no_ftp_ = false;
+  watch_.EndData(Now());
   lock.unlock();
   const CURLcode result = curl_easy_perform(easy_);
   lock.lock();
@@ -276,7 +262,7 @@ CURLcode FtpSession::Speak(Lock& lock) {
 
 // Chosen: a server whose encryption fails is asked for the newest one, and then spoken to
 // in clear, as one that offers none: first its data alone, then everything.
-bool FtpSession::CanSpeakPlainer(CURLcode result) {
+bool CurlFtpSession::CanSpeakPlainer(CURLcode result) {
   if (result != CURLE_SSL_CONNECT_ERROR || dropped_) return false;
   constexpr long kNewest = CURL_SSLVERSION_DEFAULT;
   if (spoken_ == "AUTH" && std::exchange(version_, kNewest) != kNewest) return true;
@@ -284,7 +270,7 @@ bool FtpSession::CanSpeakPlainer(CURLcode result) {
   return std::exchange(encryption_, plainer) != plainer;
 }
 
-std::int32_t FtpSession::ErrorOf(CURLcode result) const {
+std::int32_t CurlFtpSession::ErrorOf(CURLcode result) const {
   if (local_error_) return *local_error_;
   if (is_no_ftp_) return kTransferRefusedByServer;
   if (broke_) return kTransferConnectionAborted;
@@ -313,7 +299,7 @@ std::int32_t FtpSession::ErrorOf(CURLcode result) const {
   }
 }
 
-void FtpSession::Post(TransportState state, std::int32_t code) {
+void CurlFtpSession::Post(TransportState state, std::int32_t code) {
   last_ = state;
   if (dropped_) return;
   loop_.Post([self = shared_from_this(), state, code] {
@@ -325,19 +311,19 @@ void FtpSession::Post(TransportState state, std::int32_t code) {
   });
 }
 
-void FtpSession::PostOnce(TransportState state) {
+void CurlFtpSession::PostOnce(TransportState state) {
   if (last_ != state) Post(state);
 }
 
-void FtpSession::NoteCommand(std::string_view line) {
+void CurlFtpSession::NoteCommand(std::string_view line) {
   spoken_ = line.substr(0, line.find_first_of(" \r\n"));
-  moved_at_ = Clock::now();
+  watch_.NoteMove(Now());
   Post(TransportState::kRequesting);
   Post(TransportState::kRequestSent);
 }
 
 // False for what no FTP server says.
-bool FtpSession::NoteReply(std::string_view line) {
+bool CurlFtpSession::NoteReply(std::string_view line) {
   if (last_ == TransportState::kConnecting) Post(TransportState::kConnected);
   const bool has_code = HasReplyCode(line);
   is_no_ftp_ = !has_code && !in_reply_;
@@ -346,21 +332,17 @@ bool FtpSession::NoteReply(std::string_view line) {
   in_reply_ = !has_code || line[3] == '-';
   if (in_reply_) return true;
   Post(TransportState::kResponseReceived);
-  moved_at_ = Clock::now();
+  watch_.NoteMove(Now());
   // An upload begins with every reply that isn't a refusal.
   const bool begins = line.front() == '1' || (spoken_ == "STOR" && line.front() < '4');
-  if (begins && !transferring_ && SocketOf(Role::kData)) {
-    transferring_ = true;
-    began_at_ = span_at_ = moved_at_;
-    span_taken_ = taken_;
-  }
+  if (begins && SocketOf(Role::kData)) watch_.BeginData(Now());
   return true;
 }
 
 // Reads or writes the local file, which may take for ever. False when that failed or
 // the session was dropped meanwhile.
 template <class File, class Step>
-bool FtpSession::Use(std::shared_ptr<File> file, Lock& lock, Step&& step) {
+bool CurlFtpSession::Use(std::shared_ptr<File> file, Lock& lock, Step&& step) {
   const FtpVerb verb = request_.verb;
   std::optional<std::int32_t> failure;
   lock.unlock();
@@ -377,7 +359,7 @@ bool FtpSession::Use(std::shared_ptr<File> file, Lock& lock, Step&& step) {
   return !failure;
 }
 
-std::size_t FtpSession::ReadSource(std::span<char> bytes, Lock& lock) {
+std::size_t CurlFtpSession::ReadSource(std::span<char> bytes, Lock& lock) {
   if (!request_.source) return CURL_READFUNC_ABORT;
   // What is sent belongs to the request.
   PostOnce(TransportState::kRequesting);
@@ -396,7 +378,7 @@ std::size_t FtpSession::ReadSource(std::span<char> bytes, Lock& lock) {
 
 // libcurl hands the rest to the system and waits for the server's word no longer
 // than for any other. On a slow line the system needs more for what it holds.
-bool FtpSession::WaitUntilTaken(Lock& lock) {
+bool CurlFtpSession::WaitUntilTaken(Lock& lock) {
   for (;;) {
     const auto data = SocketOf(Role::kData);
     if (!data || IsBroken(*data)) return false;
@@ -406,7 +388,7 @@ bool FtpSession::WaitUntilTaken(Lock& lock) {
 }
 
 // A count of fewer bytes ends the transfer.
-std::size_t FtpSession::WriteTarget(std::span<const char> bytes, Lock& lock) {
+std::size_t CurlFtpSession::WriteTarget(std::span<const char> bytes, Lock& lock) {
   // What is received belongs to the response.
   PostOnce(TransportState::kReceivingResponse);
   bytes_ += bytes.size();
@@ -417,70 +399,70 @@ std::size_t FtpSession::WriteTarget(std::span<const char> bytes, Lock& lock) {
   return is_written ? bytes.size() : 0;
 }
 
-void FtpSession::BreakData() {
+void CurlFtpSession::BreakData() {
   if (const auto data = SocketOf(Role::kData)) Reset(*data);
 }
 
-std::optional<curl_socket_t> FtpSession::SocketOf(Role role) const {
+std::optional<curl_socket_t> CurlFtpSession::SocketOf(Role role) const {
   for (const auto& [socket, its_role] : sockets_) {
     if (its_role == role) return socket;
   }
   return std::nullopt;
 }
 
-std::uint64_t FtpSession::Taken() const {
+std::uint64_t CurlFtpSession::Taken() const {
   const auto data = SocketOf(Role::kData);
   const bool counts = data && request_.verb == FtpVerb::kUpload;
   return bytes_ - (counts ? std::min(Unsent(*data), bytes_) : 0);
 }
 
-int FtpSession::OnDebug(CURL*, curl_infotype type, char* bytes, std::size_t count, void* self) {
+int CurlFtpSession::OnDebug(CURL*, curl_infotype type, char* bytes, std::size_t count, void* self) {
   if (type != CURLINFO_HEADER_OUT) return 0;
-  return Called(self, 0, [&](FtpSession& session, Lock&) {
+  return Called(self, 0, [&](CurlFtpSession& session, Lock&) {
     session.NoteCommand({bytes, count});
     return 0;
   });
 }
 
-std::size_t FtpSession::OnHeader(char* bytes, std::size_t, std::size_t count, void* self) {
-  return Called(self, std::size_t{0}, [&](FtpSession& session, Lock&) {
+std::size_t CurlFtpSession::OnHeader(char* bytes, std::size_t, std::size_t count, void* self) {
+  return Called(self, std::size_t{0}, [&](CurlFtpSession& session, Lock&) {
     return session.NoteReply({bytes, count}) ? count : std::size_t{0};
   });
 }
 
-std::size_t FtpSession::OnRead(char* bytes, std::size_t, std::size_t count, void* self) {
-  return Called(self, std::size_t{CURL_READFUNC_ABORT}, [&](FtpSession& session, Lock& lock) {
+std::size_t CurlFtpSession::OnRead(char* bytes, std::size_t, std::size_t count, void* self) {
+  return Called(self, std::size_t{CURL_READFUNC_ABORT}, [&](CurlFtpSession& session, Lock& lock) {
     return session.ReadSource({bytes, count}, lock);
   });
 }
 
-std::size_t FtpSession::OnWrite(char* bytes, std::size_t, std::size_t count, void* self) {
-  return Called(self, std::size_t{0}, [&](FtpSession& session, Lock& lock) {
+std::size_t CurlFtpSession::OnWrite(char* bytes, std::size_t, std::size_t count, void* self) {
+  return Called(self, std::size_t{0}, [&](CurlFtpSession& session, Lock& lock) {
     return session.WriteTarget({bytes, count}, lock);
   });
 }
 
 // Numeric addresses come here too, those of data connections included.
-int FtpSession::OnResolve(void*, void*, void* self) {
-  return Called(self, 1, [](FtpSession& session, Lock&) {
+int CurlFtpSession::OnResolve(void*, void*, void* self) {
+  return Called(self, 1, [](CurlFtpSession& session, Lock&) {
     const bool for_session = session.spoken_.empty() && session.request_.verb != FtpVerb::kClose;
     if (for_session) session.Post(TransportState::kResolvingHost);
     return 0;
   });
 }
 
-curl_socket_t FtpSession::OnOpen(void* self, curlsocktype, curl_sockaddr* address) {
+curl_socket_t CurlFtpSession::OnOpen(void* self, curlsocktype, curl_sockaddr* address) {
   return Called(self, curl_socket_t{CURL_SOCKET_BAD},
-                [&](FtpSession& session, Lock&) { return session.OpenSocket(*address); });
+                [&](CurlFtpSession& session, Lock&) { return session.OpenSocket(*address); });
 }
 
-curl_socket_t FtpSession::OpenSocket(const curl_sockaddr& address) {
+curl_socket_t CurlFtpSession::OpenSocket(const curl_sockaddr& address) {
   // Nobody connects only to say goodbye.
   if (dropped_ || request_.verb == FtpVerb::kClose) return CURL_SOCKET_BAD;
   if (last_ == TransportState::kResolvingHost) {
     Post(TransportState::kHostResolved);
     Post(TransportState::kConnecting);
-    moved_at_ = Clock::now();
+    watch_.NoteMove(Now());
   }
   const curl_socket_t socket =
       ::socket(address.family, address.socktype | SOCK_CLOEXEC, address.protocol);
@@ -494,26 +476,25 @@ curl_socket_t FtpSession::OpenSocket(const curl_sockaddr& address) {
   return socket;
 }
 
-int FtpSession::OnClose(void* self, curl_socket_t socket) {
-  return Called(self, 0, [&](FtpSession& session, Lock&) {
+int CurlFtpSession::OnClose(void* self, curl_socket_t socket) {
+  return Called(self, 0, [&](CurlFtpSession& session, Lock&) {
     const auto known = session.sockets_.find(socket);
     if (known != session.sockets_.end() && known->second == Role::kData) {
-      session.transferring_ = false;
-      session.moved_at_ = Clock::now();
+      session.watch_.EndData(Now());
     }
     session.sockets_.erase(socket);
     return ::close(socket);
   });
 }
 
-int FtpSession::OnProgress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
-  return Called(self, 1, [](FtpSession& session, Lock&) {
+int CurlFtpSession::OnProgress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
+  return Called(self, 1, [](CurlFtpSession& session, Lock&) {
     if (session.last_ == TransportState::kConnecting) {
       curl_off_t connected_after = 0;
       curl_easy_getinfo(session.easy_, CURLINFO_CONNECT_TIME_T, &connected_after);
       if (connected_after > 0) {
         session.Post(TransportState::kConnected);
-        session.moved_at_ = Clock::now();
+        session.watch_.NoteMove(Now());
       }
     }
     return session.dropped_ ? 1 : 0;

@@ -1,4 +1,4 @@
-#include "tests/hosts/curl/scripted_server.h"
+#include "tests/hosts/ftp/scripted_server.h"
 
 #include <algorithm>
 #include <array>
@@ -6,9 +6,24 @@
 #include "tests/hosts/contract/loopback.h"
 
 namespace tarnvale::testing {
+namespace {
+
+constexpr int kLookMs = 100;
+
+}  // namespace
 
 Talk::Talk(ScriptedServer& server, int socket) : server_(server), socket_(socket) {
   server_.Keep(socket_);
+  LimitReading(socket_, kLookMs);
+}
+
+// Not every system wakes who reads when its socket is ended.
+int Talk::Receive(int socket, char* bytes, std::size_t count) {
+  for (;;) {
+    const int got = ReceiveFrom(socket, bytes, count);
+    const bool is_silent = got < 0 && LastSocketError() == 0;
+    if (!is_silent || silence_is_end_ || server_.stopping_) return got;
+  }
 }
 
 Talk::~Talk() {
@@ -47,7 +62,7 @@ std::string Talk::Hear() {
 std::string Talk::HearAny() {
   while (heard_.find('\n') == std::string::npos) {
     std::array<char, 4096> bytes{};
-    const int got = ReceiveFrom(socket_, bytes.data(), bytes.size());
+    const int got = Receive(socket_, bytes.data(), bytes.size());
     if (got <= 0) return {};
     heard_.append(bytes.data(), static_cast<std::size_t>(got));
   }
@@ -59,6 +74,7 @@ std::string Talk::HearAny() {
 }
 
 void Talk::TakeSilenceForAnEnd(int silence_ms) {
+  silence_is_end_ = true;
   LimitReading(socket_, silence_ms);
 }
 
@@ -104,8 +120,15 @@ int Talk::SilentDataPort() {
   return PortOf(listener);
 }
 
+std::string Talk::PassiveReply(const std::string& command, int port) {
+  if (command == "EPSV") return "229 ok (|||" + std::to_string(port) + "|)\r\n";
+  const std::string both = std::to_string(port / 256) + "," + std::to_string(port % 256);
+  return "227 ok (127,0,0,1," + both + ")\r\n";
+}
+
 std::string Talk::EnterPassive() {
-  return AnswerPassive("229 ok (|||" + std::to_string(DataPort()) + "|)\r\n");
+  Say(PassiveReply(Hear(), DataPort()));
+  return Hear();
 }
 
 std::string Talk::AnswerPassive(const std::string& reply) {
@@ -120,6 +143,7 @@ void Talk::AcceptData(int held_bytes, const std::string& words) {
   data_ = AcceptOn(data_listener_);
   if (data_ < 0) return;
   server_.Keep(data_);
+  LimitReading(data_, kLookMs);
   if (held_bytes > 0) {
     LimitReceived(data_, held_bytes);
   }
@@ -130,7 +154,7 @@ std::string Talk::ReceiveData(std::size_t most) {
   std::array<char, 65536> bytes{};
   while (received.size() < most) {
     const std::size_t wanted = std::min(bytes.size(), most - received.size());
-    const int got = ReceiveFrom(data_, bytes.data(), wanted);
+    const int got = Receive(data_, bytes.data(), wanted);
     data_reset_ = got < 0;
     if (got <= 0) break;
     received.append(bytes.data(), static_cast<std::size_t>(got));

@@ -8,12 +8,18 @@
 #include <string>
 #include <vector>
 
-#include "hosts/curl/curl_ftp_transport.h"
-#include "hosts/qt/qt_event_loop.h"
-#include "tests/hosts/linux/linux_stage.h"
+#include "tests/hosts/contract/network_parts.h"
+#include "tests/hosts/ftp/ftp_host.h"
 #include "ui/timer.h"
 
 namespace tarnvale::testing {
+
+// What only the client on libcurl does.
+#ifdef _WIN32
+#define SKIP_ON_WININET(reason) GTEST_SKIP() << "WinINet " << (reason)
+#else
+#define SKIP_ON_WININET(reason) static_cast<void>(0)
+#endif
 
 /// How a command went.
 struct FtpRun {
@@ -27,7 +33,7 @@ inline std::string Megabytes(std::size_t count) {
   return std::string(count * 1000000, 'x');
 }
 
-class FtpStage : public LinuxStage {
+class FtpStage : public FtpDrive {
  protected:
   FtpStage();
   ~FtpStage() override;
@@ -52,9 +58,8 @@ class FtpStage : public LinuxStage {
 
   std::string Native(const std::string& name) const { return OnDrive("Data/" + name); }
 
-  std::unique_ptr<LinuxHost> host = std::make_unique<LinuxHost>(surroundings);
-  QtEventLoop loop;
-  std::unique_ptr<CurlFtpTransport> transport;
+  HostLoop loop;
+  std::unique_ptr<FtpTransportUnderTest> transport;
   /// All that was reported since the last command began.
   std::vector<int> told;
 

@@ -40,7 +40,9 @@ class Talk {
 
   /// Greets, and answers USER and PASS.
   void LogIn();
-  /// Answers EPSV with the port of a data connection, and hears the command
+  /// What leads to a port, in answer to EPSV or PASV.
+  static std::string PassiveReply(const std::string& command, int port);
+  /// Answers EPSV or PASV with the port of a data connection, and hears the command
   /// that follows.
   std::string EnterPassive();
   /// Answers EPSV with this text.
@@ -65,6 +67,7 @@ class Talk {
 
  private:
   bool Send(int socket, const std::string& bytes);
+  int Receive(int socket, char* bytes, std::size_t count);
   void SendForever(int socket, const std::string& bytes, int interval_ms);
 
   ScriptedServer& server_;
@@ -73,6 +76,7 @@ class Talk {
   std::vector<int> silent_;
   int data_ = -1;
   bool data_reset_ = false;
+  bool silence_is_end_ = false;
   std::string heard_;
 };
 

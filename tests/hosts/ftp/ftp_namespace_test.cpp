@@ -5,8 +5,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "tests/hosts/curl/ftp_stage.h"
-#include "tests/hosts/curl/scripted_server.h"
+#include "tests/hosts/ftp/ftp_stage.h"
+#include "tests/hosts/ftp/scripted_server.h"
 
 namespace tarnvale::testing {
 namespace {

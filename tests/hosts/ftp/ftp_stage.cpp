@@ -1,4 +1,4 @@
-#include "tests/hosts/curl/ftp_stage.h"
+#include "tests/hosts/ftp/ftp_stage.h"
 
 #include <algorithm>
 
@@ -26,7 +26,7 @@ FtpStage::FtpStage() {
 FtpStage::~FtpStage() = default;
 
 void FtpStage::SetPatience(const FtpPatience& patience) {
-  transport = std::make_unique<CurlFtpTransport>(loop, host->transfer_files, patience);
+  transport = std::make_unique<FtpTransportUnderTest>(loop, Files(), patience);
   transport->StateChanged.Listen([this](TransportState state) {
     told.push_back(static_cast<int>(state));
     if (state == TransportState::kError) {
