@@ -13,6 +13,10 @@
 namespace tarnvale {
 namespace {
 
+bool MeansMissing(int error) {
+  return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
+}
+
 bool IsFolder(const std::string& native) {
   struct stat info {};
   return ::stat((native + "/.").c_str(), &info) == 0;
@@ -23,10 +27,6 @@ bool LeadsToFolder(const Located& located) {
   if (!located.found) return false;
   return S_ISDIR(located.info.st_mode) ||
          (S_ISLNK(located.info.st_mode) && IsFolder(located.Native()));
-}
-
-bool MeansMissing(int error) {
-  return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
 }
 
 }  // namespace
@@ -82,8 +82,10 @@ Located Locator::Find(const Path& path) const {
 
 std::optional<std::string> Locator::FindFolder(const Path& path) const {
   const Located located = Locate(path);
-  if (!LeadsToFolder(located)) return std::nullopt;
-  return located.Native();
+  // Not there is one thing, not to be asked another: what counts files would stop short.
+  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (LeadsToFolder(located)) return located.Native();
+  return std::nullopt;
 }
 
 std::optional<std::string> Locator::RealFolder(std::string_view folder) const {

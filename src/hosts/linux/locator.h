@@ -45,7 +45,7 @@ class Locator {
   Located Find(const Path& path) const;
 
   /// The folder that a path names, as a native one; none when there is none. A
-  /// link counts if its folder exists.
+  /// link counts if its folder exists. Raises 75 when it can't be asked.
   std::optional<std::string> FindFolder(const Path& path) const;
 
   const DrivePaths& Drive() const { return drive_; }

@@ -353,10 +353,14 @@ void WindowsFiles::Delete(const Path& file) {
 
 std::vector<std::string> WindowsFiles::List(const Path& pattern, ListKinds kinds) {
   const auto last = pattern.find_last_of("\\/");
-  if (last == Path::npos || !FolderExists(pattern.substr(0, last + 1))) return {};
+  if (last == Path::npos) return {};
+  const Path folder = pattern.substr(0, last + 1);
+  const Located located = locator_.Locate(folder);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (!FolderExists(folder)) return {};
   const std::string folded = FoldCase(pattern.substr(last + 1));
   std::vector<std::string> names;
-  FolderListing listing(locator_.Locate(pattern.substr(0, last + 1)).native);
+  FolderListing listing(located.native);
   while (const auto* entry = listing.Next()) {
     std::string name = Narrow(entry->cFileName);
     const FileState state = StateOf(*entry);

@@ -85,6 +85,11 @@ TEST_F(LookupTest, APathOfTensOfThousandsOfPartsLeadsNowhere) {
   EXPECT_EQ(files_.List(path + "\\*.*", {}).size(), 0U);
 }
 
+TEST_F(LookupTest, AFolderThatCannotBeAskedForIsNotListedAsAnEmptyOne) {
+  Link("loop", "loop");
+  EXPECT_EQ(RaisedBy([&] { files_.List("C:\\loop\\inner\\*.*", {}); }), kPathFileAccess);
+}
+
 TEST_F(LookupTest, AMissingFolderBehindALinkIsReportedAsMissing) {
   MakeFolder("real");
   Link("way", "real");
