@@ -205,6 +205,7 @@ class OpenedMenus : public QObject {
  public:
   OpenedMenus() { qApp->installEventFilter(this); }
   int Count() const { return count_; }
+  int RightPresses() const { return right_presses_; }
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override {
@@ -212,11 +213,16 @@ class OpenedMenus : public QObject {
     if (menu != nullptr && event->type() == QEvent::Show && ++count_ > 1) {
       QMetaObject::invokeMethod(menu, &QWidget::close, Qt::QueuedConnection);
     }
+    if (event->type() == QEvent::MouseButtonPress &&
+        static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+      ++right_presses_;
+    }
     return false;
   }
 
  private:
   int count_ = 0;
+  int right_presses_ = 0;
 };
 
 TEST_F(GuiTray, ARightClickDuringTheMenuOpensNoSecondOne) {
@@ -224,7 +230,9 @@ TEST_F(GuiTray, ARightClickDuringTheMenuOpensNoSecondOne) {
   const OpenedMenus opened;
   WithPopUpMenu([&](QMenu&) {
     ASSERT_EQ(opened.Count(), 1);
+    const int before = opened.RightPresses();
     ClickIcon({"3"});
+    ASSERT_TRUE(WaitFor([&] { return opened.RightPresses() > before; }));
     QGuiApplication::sync();
     EXPECT_EQ(opened.Count(), 1);
   });

@@ -29,6 +29,13 @@ const SwitchCase kSwitches[] = {
     {"mnuSchedule", [](Form1& f) -> Signal<>& { return f.mnuSchedule.Clicked; }, 4, {4, 15}},
 };
 
+// Whole folders are compared in each of the modes.
+TEST_F(Form1CommandsTest, TheNoteOnCompleteBackupsPromisesTheListsSingleFilesOnly) {
+  const std::string note = form.General.CompleteNote.Caption;
+  EXPECT_NE(note.find("every single file of the list"), std::string::npos) << note;
+  EXPECT_NE(note.find("of a whole folder, what has changed"), std::string::npos) << note;
+}
+
 TEST_F(Form1CommandsTest, EachCommandShowsItsScreenAndHidesThoseOfItsRow) {
   for (const SwitchCase& row : kSwitches) {
     for (GroupBox* frame : Frames()) frame->Visible = true;
