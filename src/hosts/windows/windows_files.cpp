@@ -365,7 +365,7 @@ std::vector<std::string> WindowsFiles::List(const Path& pattern, ListKinds kinds
     std::string name = Narrow(entry->cFileName);
     const FileState state = StateOf(*entry);
     if (!state.IsFolder() && !state.is_special && IsListed(state, kinds) &&
-        !IsTemporaryName(name) && CanBeNamed(entry->cFileName) &&
+        !IsTemporaryName(name) && CanBeFound(entry->cFileName) &&
         MatchesPattern(FoldCase(name), folded)) {
       names.push_back(std::move(name));
     }
@@ -381,7 +381,7 @@ std::vector<std::string> WindowsFiles::ListFolders(const Path& folder, ListKinds
   while (const auto* entry = listing.Next()) {
     const FileState state = StateOf(*entry);
     if (state.IsFolder() && !state.is_link && IsListed(state, kinds) &&
-        CanBeNamed(entry->cFileName)) {
+        CanBeFound(entry->cFileName)) {
       names.push_back(Narrow(entry->cFileName));
     }
   }
