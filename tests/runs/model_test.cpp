@@ -249,7 +249,7 @@ class RealSides : public RealRun {
 
   void RunOf(What what) {
     if (what == What::kRestore) {
-      FileControl(interfaces)
+      FileControl(interfaces.files, interfaces.boxes, interfaces.loop)
           .CopyFolderTo("C:\\Store", "C:\\Work",
                         {.move = false, .overwrite = true, .rights = Rights::kNewFile});
       return;
