@@ -169,8 +169,17 @@ class Stage {
                 sum.left(16).constData());
   }
 
+  /// Windows follow their records a frame later.
+  void LetFramesPass() {
+    constexpr int kTwoFramesMs = 40;
+    QElapsedTimer since;
+    since.start();
+    WaitFor("two frames", [&] { return since.elapsed() >= kTwoFramesMs; });
+  }
+
   /// With its frame where a pixel of the desktop's is one of the program's.
   void Keep(const std::string& name, QWidget& widget) {
+    LetFramesPass();
     const bool takes_focus = !(widget.windowFlags() & Qt::WindowDoesNotAcceptFocus);
     const bool is_framed = !(widget.windowFlags() & Qt::FramelessWindowHint);
     if (takes_focus && is_framed) {
