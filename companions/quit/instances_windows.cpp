@@ -73,21 +73,19 @@ bool AreOneFile(const std::wstring& one, const std::wstring& other) {
   return number && second && number == NumberOf(second.Get());
 }
 
+BOOL CALLBACK CloseIfOf(HWND window, LPARAM process_number) {
+  DWORD owner = 0;
+  ::GetWindowThreadProcessId(window, &owner);
+  if (owner == static_cast<DWORD>(process_number)) ::PostMessageW(window, WM_CLOSE, 0, 0);
+  return TRUE;
+}
+
 class WindowsInstance final : public Instance {
  public:
   WindowsInstance(Handle process, DWORD number) : process_(std::move(process)), number_(number) {}
 
   // All its windows, hidden ones as well: it may be in the notification area.
-  void Ask() const override {
-    ::EnumWindows(
-        [](HWND window, LPARAM asked) -> BOOL {
-          DWORD owner = 0;
-          ::GetWindowThreadProcessId(window, &owner);
-          if (owner == static_cast<DWORD>(asked)) ::PostMessageW(window, WM_CLOSE, 0, 0);
-          return TRUE;
-        },
-        static_cast<LPARAM>(number_));
-  }
+  void Ask() const override { ::EnumWindows(&CloseIfOf, static_cast<LPARAM>(number_)); }
   void Kill() const override { ::TerminateProcess(process_.Get(), 1); }
   void AwaitEnd(std::chrono::milliseconds patience) const override {
     ::WaitForSingleObject(process_.Get(), static_cast<DWORD>(patience.count()));
