@@ -114,8 +114,9 @@ void SyncFiles(Folder& first, Folder& second, bool two_way) {
   }
   if (!two_way) return;
   for (const auto& [name, file] : theirs.files) {
-    const bool is_taken = std::any_of(pairs.begin(), pairs.end(),
-                                      [&](const auto& pair) { return pair.second == name; });
+    const bool is_taken =
+        std::any_of(pairs.begin(), pairs.end(),
+                    [&, &wanted = name](const auto& pair) { return pair.second == wanted; });
     if (!is_taken && !Copy(file, first, name)) return;
   }
 }
@@ -134,8 +135,9 @@ void SyncFolders(Folder& first, Folder& second, bool two_way) {
   }
   if (!two_way) return;
   for (const auto& [name, folder] : theirs.folders) {
-    const bool is_taken = std::any_of(pairs.begin(), pairs.end(),
-                                      [&](const auto& pair) { return pair.second == name; });
+    const bool is_taken =
+        std::any_of(pairs.begin(), pairs.end(),
+                    [&, &wanted = name](const auto& pair) { return pair.second == wanted; });
     if (!is_taken) CopyTree(folder, first.folders[name]);
   }
 }

@@ -42,8 +42,13 @@ fi
 
 # Runs a command; leaves its code in $code, its outputs in the files out and err.
 run() {
-  code=0
-  "$@" >out 2>err </dev/null || code=$?
+  local tries=3
+  while
+    code=0
+    "$@" >out 2>err </dev/null || code=$?
+    # Now and then Wine's server drops a program before it has begun.
+    [[ $system == windows && $((--tries)) -gt 0 ]] && grep -q '^wine client error' err
+  do :; done
   # Of a drive that is no medium of its own; about Wine, not the program.
   [[ $system != windows ]] || sed -i '/^wine: Read access denied/d' err
 }
