@@ -369,6 +369,7 @@ TEST_F(FtpHostile, AnEncryptionThatNeverBeginsIsATimeOut) {
 
 // Whatever a server says and when, a command ends, and the next one can begin.
 TEST_F(FtpHostile, RandomRepliesEndEveryCommand) {
+  SKIP_ON_WININET("of Wine writes to a wrong address now and then, which ends the process");
   constexpr int kRounds = 60;
   for (int round = 0; round < kRounds && !HasFailure(); ++round) {
     SCOPED_TRACE(round);
