@@ -95,7 +95,11 @@ void CurlFtpSession::Begin(FtpRequest request) {
     return Post(TransportState::kResponseCompleted);
   }
   if (!thread_.valid()) {
-    std::packaged_task<void()> work([self = shared_from_this()] { self->Work(); });
+    // The session holds the task, so the task lets go of the session at its end.
+    std::packaged_task<void()> work([self = shared_from_this()]() mutable {
+      const auto session = std::move(self);
+      session->Work();
+    });
     thread_ = work.get_future();
     try {
       std::thread([work = std::move(work)]() mutable {
