@@ -1,0 +1,165 @@
+#include "hosts/windows/peers/label_peer.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "hosts/windows/peers/picture_box_peer.h"
+#include "hosts/windows/wide.h"
+#include "ui/look.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr wchar_t kEllipsis[] = L"\u2026";
+
+int WidthOf(HDC dc, const std::wstring& text) {
+  SIZE size{};
+  ::GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
+  return size.cx;
+}
+
+bool IsSecondHalf(wchar_t c) {
+  return c >= 0xDC00 && c <= 0xDFFF;
+}
+
+// What is left of a text when its middle gives way.
+std::wstring WithoutMiddle(const std::wstring& text, std::size_t kept) {
+  std::size_t head = kept - kept / 2;
+  std::size_t tail = text.size() - kept / 2;
+  if (head > 0 && head < text.size() && IsSecondHalf(text[head])) --head;
+  if (tail < text.size() && IsSecondHalf(text[tail])) ++tail;
+  return text.substr(0, head) + kEllipsis + text.substr(tail);
+}
+
+std::wstring ElidedInTheMiddle(HDC dc, const std::wstring& text, int width) {
+  if (WidthOf(dc, text) <= width) return text;
+  std::size_t fits = 0;
+  std::size_t too_many = text.size();
+  while (too_many - fits > 1) {
+    const std::size_t middle = fits + (too_many - fits) / 2;
+    (WidthOf(dc, WithoutMiddle(text, middle)) <= width ? fits : too_many) = middle;
+  }
+  return WithoutMiddle(text, fits);
+}
+
+}  // namespace
+
+LabelPeer::LabelPeer(PeerContext& context, WindowsWindow& window, Label& label, const Rect& place,
+                     const Peer* container)
+    : DrawnPeer(context, window, label, place, container), label_(label) {
+  Follow(label_.Caption.Changed(), [this] { RequestFrame(); });
+}
+
+bool LabelPeer::IsBlock() const {
+  return label_.Wrap || label_.Shown().find('\n') != std::string::npos;
+}
+
+// The heading of a group in the task panel lies in a bar of its own.
+bool LabelPeer::IsPanelHeading() const {
+  const auto* panel = dynamic_cast<const PictureBox*>(label_.Parent());
+  return label_.Role == TextRole::kHeading && panel != nullptr &&
+         panel->Background == PictureBox::Ground::kTaskPanel;
+}
+
+RECT LabelPeer::TextArea() const {
+  RECT area = Area();
+  if (IsPanelHeading()) {
+    area.left += context_.ToDevice(9);
+    area.right -= context_.ToDevice(6);
+  }
+  return area;
+}
+
+UINT LabelPeer::Format() const {
+  UINT format = DT_NOPREFIX;
+  format |= IsBlock() ? UINT{DT_TOP} : DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
+  if (label_.Wrap) format |= DT_WORDBREAK;
+  switch (label_.Align) {
+    case TextAlign::kLeft:
+      break;
+    case TextAlign::kCenter:
+      format |= DT_CENTER;
+      break;
+    case TextAlign::kRight:
+      format |= DT_RIGHT;
+      break;
+  }
+  return format;
+}
+
+std::wstring LabelPeer::Fitting(HDC dc) const {
+  std::wstring text = Wide(label_.Shown());
+  if (IsBlock() || label_.Role != TextRole::kValue) return text;
+  const RECT area = TextArea();
+  return ElidedInTheMiddle(dc, text, area.right - area.left);
+}
+
+void LabelPeer::PaintPanelHeading(Surface& surface) const {
+  // How far the rows at the top begin within, for its round corners.
+  constexpr int kCorner[] = {3, 1, 1};
+  const RECT& bar = Area();
+  const int last = std::max<int>(bar.right - bar.left - 1, 1);
+  const Color end = ToColor(palette::kPanelBar);
+  for (int x = bar.left; x < bar.right; ++x) {
+    const auto mixed = [&](int to) { return 255 + (to - 255) * (x - bar.left) / last; };
+    const int from_edge = std::min<int>(x - bar.left, bar.right - 1 - x);
+    const auto cut = std::count_if(std::begin(kCorner), std::end(kCorner),
+                                   [&](int within) { return from_edge < within; });
+    surface.Fill({x, bar.top + static_cast<LONG>(cut), x + 1, bar.bottom},
+                 MakeColor(mixed(RedOf(end)), mixed(GreenOf(end)), mixed(BlueOf(end))));
+  }
+}
+
+void LabelPeer::Paint(Surface& surface) {
+  if (IsPanelHeading()) PaintPanelHeading(surface);
+  HDC dc = surface.Dc();
+  const bool is_lit = IsLink() && IsUsable() && IsOver();
+  const Selected font(dc, context_.fonts.OfRole(label_.Role, is_lit));
+  const palette::Rgb color = is_lit ? palette::kLinkOver : ColorOfRole(label_.Role, IsUsable());
+  ::SetBkMode(dc, TRANSPARENT);
+  ::SetTextColor(dc, ToColorRef(ToColor(color)));
+  const std::wstring text = Fitting(dc);
+  RECT area = TextArea();
+  ::DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, Format());
+  if (!IsLink() || !HasFocus()) return;
+  RECT ring{0, 0, area.right - area.left, 0};
+  ::DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &ring, Format() | DT_CALCRECT);
+  const LONG height = std::min(ring.bottom, area.bottom - area.top);
+  const LONG top = IsBlock() ? area.top : area.top + (area.bottom - area.top - height) / 2;
+  const RECT frame{std::max(area.left - 2, SeenArea().left), top,
+                   std::min(area.left + ring.right + 2, area.right), top + height};
+  ::SetTextColor(dc, 0);
+  ::SetBkColor(dc, 0xFFFFFF);
+  ::DrawFocusRect(dc, &frame);
+}
+
+bool LabelPeer::OnKeyDown(const KeyPress& press, bool is_repeated) {
+  if (!IsLink() || (press.key != Key::kSpace && press.key != Key::kEnter)) return false;
+  if (!is_repeated) Click();
+  return true;
+}
+
+PointerShape LabelPeer::Pointer() const {
+  const PointerShape own = label_.Pointer;
+  return own == PointerShape::kDefault && IsLink() ? PointerShape::kHand : own;
+}
+
+std::string LabelPeer::Tip() {
+  const std::string& own = label_.ToolTip;
+  if (!own.empty() || IsBlock()) return own;
+  const Surface measure({0, 0, 1, 1});
+  const Selected font(measure.Dc(), context_.fonts.OfRole(label_.Role));
+  const RECT area = TextArea();
+  const std::string text = label_.Shown();
+  return WidthOf(measure.Dc(), Wide(text)) > area.right - area.left ? text : own;
+}
+
+void LabelPeer::OnClick(MouseButton button) {
+  if (button == MouseButton::kLeft) Click();
+}
+
+void LabelPeer::Click() {
+  Report([this] { label_.Clicked.Emit(); });
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,61 @@
+// Peers that are native windows of their own.
+#pragma once
+
+#include <vector>
+
+#include "hosts/windows/peers/peer.h"
+
+namespace tarnvale {
+
+/// A control that the system brings: a child window of its window. Focus, the order in
+/// which keys get to window and control, and presses that are refused are seen to here.
+class NativePeer : public Peer {
+ public:
+  ~NativePeer() override;
+
+  HWND Native() const { return native_; }
+
+  // By the window: what the control tells it.
+  virtual void OnCommand(WORD /*code*/) {}
+  virtual LRESULT OnNotify(NMHDR& /*header*/) { return 0; }
+  /// Sets the colours of a text and returns the ground's; null for the system's.
+  virtual HBRUSH OnColor(HDC) { return nullptr; }
+
+  void TakeNativeFocus() override;
+  void Repaint() override;
+
+ protected:
+  using Peer::Peer;
+
+  /// Makes the control, in the body's font. The last act of each constructor.
+  void Create(const wchar_t* window_class, DWORD style, DWORD extended_style = 0);
+  /// A window within it that gets the keys for it.
+  void AddInner(HWND inner);
+
+  /// A message to the control or an inner window; what isn't the peer's is passed on.
+  virtual LRESULT OnMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
+    return PassOn(window, message, first, second);
+  }
+  /// To the system's own procedure.
+  LRESULT PassOn(HWND window, UINT message, WPARAM first, LPARAM second);
+
+  virtual void OnFocus(bool /*has_focus*/) {}
+  void OnShown(bool is_shown) override;
+  void OnUsable(bool is_usable) override;
+
+ private:
+  struct Followed {
+    HWND window;
+    WNDPROC procedure;
+  };
+
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM first,
+                                    LPARAM second) noexcept;
+  LRESULT Serve(HWND window, UINT message, WPARAM first, LPARAM second);
+  void FollowWindow(HWND window);
+
+  HWND native_ = nullptr;
+  std::vector<Followed> followed_;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,46 @@
+#include "hosts/windows/peers/picture_box_peer.h"
+
+#include "hosts/windows/windows_pictures.h"
+#include "ui/palette.h"
+
+namespace tarnvale {
+
+PictureBoxPeer::PictureBoxPeer(PeerContext& context, WindowsWindow& window, PictureBox& picture,
+                               const Rect& place, const Peer* container)
+    : DrawnPeer(context, window, picture, place, container), picture_(picture) {
+  Follow(picture_.Picture.Changed, [this] { Repaint(); });
+}
+
+void PictureBoxPeer::PaintGround(Surface& surface) const {
+  const RECT& area = Area();
+  switch (picture_.Background) {
+    case PictureBox::Ground::kWindow:
+      return;
+    case PictureBox::Ground::kTaskPanel:
+      surface.FillVertically(area, ToColor(palette::kPanelTop), ToColor(palette::kPanelBottom));
+      surface.Fill({area.right - 1, area.top, area.right, area.bottom},
+                   ToColor(palette::kPanelEdge));
+      return;
+    case PictureBox::Ground::kField:
+      surface.Fill(area, ToColor(palette::kField));
+      surface.Frame(area, ToColor(palette::kFieldFrame));
+      return;
+  }
+}
+
+void PictureBoxPeer::Paint(Surface& surface) {
+  PaintGround(surface);
+  const RECT& area = Area();
+  const Raster& picture =
+      PictureNamed(picture_.Picture, area.right - area.left, area.bottom - area.top);
+  if (picture.Empty()) return;
+  surface.Blend(picture.pixels.data(), picture.width, picture.height,
+                area.left + (area.right - area.left - picture.width) / 2,
+                area.top + (area.bottom - area.top - picture.height) / 2);
+}
+
+void PictureBoxPeer::OnClick(MouseButton button) {
+  if (button == MouseButton::kLeft) Report([this] { picture_.Clicked.Emit(); });
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,106 @@
+#include "hosts/windows/windows_pictures.h"
+
+#include "hosts/windows/system_headers.h"
+
+// Its headers name these without a name space.
+#include <algorithm>
+namespace Gdiplus {
+using std::max;
+using std::min;
+}  // namespace Gdiplus
+#include <objidl.h>
+
+#include <gdiplus.h>
+
+#include <map>
+#include <memory>
+#include <tuple>
+
+#include "hosts/windows/wide.h"
+
+namespace tarnvale {
+namespace {
+
+/// The library is there as long as the program is.
+void StartLibrary() {
+  static const bool kStarted = [] {
+    ULONG_PTR token = 0;
+    const Gdiplus::GdiplusStartupInput input;
+    return Gdiplus::GdiplusStartup(&token, &input, nullptr) == Gdiplus::Ok;
+  }();
+  static_cast<void>(kStarted);
+}
+
+/// The file of a resource; null when there is none.
+std::unique_ptr<Gdiplus::Bitmap> Load(const std::string& name, int scale) {
+  const std::wstring resource = Wide(name + "_" + std::to_string(scale));
+  HMODULE program = ::GetModuleHandleW(nullptr);
+  HRSRC const found = ::FindResourceW(program, resource.c_str(), RT_RCDATA);
+  if (found == nullptr) return nullptr;
+  const DWORD size = ::SizeofResource(program, found);
+  HGLOBAL const memory = ::GlobalAlloc(GMEM_MOVEABLE, size);
+  if (memory == nullptr) return nullptr;
+  const auto* bytes = static_cast<const char*>(::LockResource(::LoadResource(program, found)));
+  std::copy_n(bytes, size, static_cast<char*>(::GlobalLock(memory)));
+  ::GlobalUnlock(memory);
+  IStream* stream = nullptr;
+  if (::CreateStreamOnHGlobal(memory, TRUE, &stream) != S_OK) return nullptr;
+  auto bitmap = std::make_unique<Gdiplus::Bitmap>(stream);
+  stream->Release();
+  if (bitmap->GetLastStatus() != Gdiplus::Ok) return nullptr;
+  return bitmap;
+}
+
+/// The smallest one that isn't smaller than it is wanted, or the largest.
+std::unique_ptr<Gdiplus::Bitmap> LoadFor(const std::string& name, int width) {
+  std::unique_ptr<Gdiplus::Bitmap> best;
+  for (int scale = 1; scale <= 3; ++scale) {
+    if (auto next = Load(name, scale)) best = std::move(next);
+    if (best && static_cast<int>(best->GetWidth()) >= width) break;
+  }
+  return best;
+}
+
+Raster Render(Gdiplus::Bitmap& source, int width, int height) {
+  const int source_width = static_cast<int>(source.GetWidth());
+  const int source_height = static_cast<int>(source.GetHeight());
+  if (source_width * height > source_height * width) {
+    height = source_height * width / source_width;
+  } else {
+    width = source_width * height / source_height;
+  }
+  Raster raster{.width = width, .height = height, .pixels = {}};
+  raster.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  Gdiplus::Bitmap target(width, height, width * 4, PixelFormat32bppARGB,
+                         reinterpret_cast<BYTE*>(raster.pixels.data()));
+  {
+    Gdiplus::Graphics graphics(&target);
+    graphics.SetInterpolationMode(width == source_width
+                                      ? Gdiplus::InterpolationModeNearestNeighbor
+                                      : Gdiplus::InterpolationModeHighQualityBicubic);
+    graphics.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
+    graphics.DrawImage(&source, Gdiplus::Rect(0, 0, width, height), 0, 0, source_width,
+                       source_height, Gdiplus::UnitPixel);
+  }
+  // Blue is in its low byte, red in ours.
+  for (std::uint32_t& pixel : raster.pixels) {
+    pixel = (pixel & 0xFF00FF00U) | (pixel & 0xFFU) << 16U | (pixel >> 16U & 0xFFU);
+  }
+  return raster;
+}
+
+}  // namespace
+
+const Raster& PictureNamed(const std::string& name, int width, int height) {
+  static std::map<std::tuple<std::string, int, int>, Raster> rendered;
+  const std::tuple key{name, width, height};
+  const auto known = rendered.find(key);
+  if (known != rendered.end()) return known->second;
+  Raster& made = rendered[key];
+  if (name.empty() || width <= 0 || height <= 0) return made;
+  StartLibrary();
+  if (const auto source = LoadFor(name, width)) made = Render(*source, width, height);
+  return made;
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,679 @@
+#include "hosts/windows/windows_window.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "hosts/windows/keys.h"
+#include "hosts/windows/native_errors.h"
+#include "hosts/windows/peers/peer_factory.h"
+#include "hosts/windows/wide.h"
+#include "ui/input_rules.h"
+#include "ui/owner_drawn.h"
+#include "ui/palette.h"
+
+namespace tarnvale {
+namespace {
+
+constexpr wchar_t kClass[] = L"TarnvaleWindow";
+/// The bit of a key message that says that the key was down before.
+constexpr LPARAM kWasDown = 1 << 30;
+
+HINSTANCE ProgramModule() {
+  return ::GetModuleHandleW(nullptr);
+}
+
+struct Styles {
+  DWORD style;
+  DWORD extended;
+};
+
+Styles StylesOf(const Window& window) {
+  constexpr DWORD kAll = WS_CLIPCHILDREN;
+  switch (window.Frame) {
+    case WindowFrame::kFixed:
+      return {kAll | WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX, 0};
+    case WindowFrame::kDialog:
+      return {kAll | WS_POPUP | WS_CAPTION | WS_SYSMENU, 0};
+    case WindowFrame::kPlain:
+      return {kAll | WS_POPUP, 0};
+    case WindowFrame::kPopup:
+      break;
+  }
+  return {kAll | WS_POPUP, WS_EX_TOPMOST | WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW};
+}
+
+bool IsFramed(WindowFrame frame) {
+  return frame == WindowFrame::kFixed || frame == WindowFrame::kDialog;
+}
+
+bool IsMouse(UINT message) {
+  return message == WM_MOUSEMOVE || IsPress(message) || IsDoublePress(message) ||
+         IsRelease(message);
+}
+
+/// A value that is back when this goes.
+template <class Value>
+class Meanwhile {
+ public:
+  Meanwhile(Value& value, Value now) : value_(value), before_(std::exchange(value, now)) {}
+  Meanwhile(const Meanwhile&) = delete;
+  Meanwhile& operator=(const Meanwhile&) = delete;
+  ~Meanwhile() { value_ = before_; }
+
+ private:
+  Value& value_;
+  Value before_;
+};
+
+/// Owns the windows that aren't to be on the task bar.
+HWND UnseenOwner() {
+  static HWND const kOwner = ::CreateWindowExW(0, L"Static", nullptr, WS_POPUP, 0, 0, 0, 0, nullptr,
+                                               nullptr, ProgramModule(), nullptr);
+  return kOwner;
+}
+
+}  // namespace
+
+WindowsWindow::WindowsWindow(PeerContext& context, Window& record, const int& box_depth)
+    : context_(context), record_(record), box_depth_(box_depth) {
+  FollowRecord();
+  RequestSync();
+}
+
+WindowsWindow::~WindowsWindow() {
+  *alive_ = false;
+  if (native_ == nullptr) return;
+  ::SetWindowLongPtrW(native_, GWLP_USERDATA, 0);
+  ::ShowWindow(native_, SW_HIDE);
+  peers_.clear();
+  ::DestroyWindow(native_);
+  for (HICON icon : icons_) {
+    if (icon != nullptr) ::DestroyIcon(icon);
+  }
+}
+
+void WindowsWindow::FollowRecord() {
+  Follow(record_.Caption.Changed, [this] {
+    if (native_ != nullptr) ::SetWindowTextW(native_, Wide(record_.Caption.Get()).c_str());
+  });
+  Follow(record_.Icon.Changed, [this] { ApplyIcon(); });
+  Follow(record_.Enabled.Changed, [this] { ApplyEnabled(); });
+  for (Signal<>* signal :
+       {&record_.Visible.Changed, &record_.State.Changed, &record_.InTaskBar.Changed}) {
+    Follow(*signal, [this] { RequestSync(); });
+  }
+  // A hidden window that moves costs nothing; showing it brings all up to date.
+  for (Signal<>* signal :
+       {&record_.LeftTwips.Changed, &record_.TopTwips.Changed, &record_.Alpha.Changed}) {
+    Follow(*signal, [this] {
+      if (record_.Visible) RequestSync();
+    });
+  }
+  Follow(record_.Raised, [this] {
+    raise_is_requested_ = true;
+    RequestSync();
+  });
+  Follow(record_.FocusMoved, [this] { ShowFocus(); });
+}
+
+void WindowsWindow::Build() {
+  if (native_ != nullptr) return;
+  MakeNative();
+  ApplyIcon();
+  ApplyEnabled();
+  BuildControls();
+  MakeTips();
+}
+
+void WindowsWindow::MakeNative() {
+  WNDCLASSEXW description{};
+  description.cbSize = sizeof description;
+  description.style = CS_DBLCLKS;
+  description.lpfnWndProc = &WindowsWindow::Procedure;
+  description.hInstance = ProgramModule();
+  description.hCursor = nullptr;
+  description.lpszClassName = kClass;
+  // It may be there already.
+  ::RegisterClassExW(&description);
+  const Styles styles = StylesOf(record_);
+  native_ = ::CreateWindowExW(styles.extended, kClass, Wide(record_.Caption.Get()).c_str(),
+                              styles.style, 0, 0, 0, 0, nullptr, nullptr, ProgramModule(), nullptr);
+  if (native_ == nullptr) RaiseLast(Attempt::kChange);
+  ::SetWindowLongPtrW(native_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  const Size size = record_.ClientSize;
+  RECT frame{0, 0, context_.ToDevice(size.width_px), context_.ToDevice(size.height_px)};
+  ::AdjustWindowRectEx(&frame, styles.style, FALSE, styles.extended);
+  ::SetWindowPos(native_, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void WindowsWindow::BuildControls() {
+  for (const Placement& placement : record_.Placements()) {
+    const auto container = peer_of_.find(placement.container);
+    std::unique_ptr<Peer> peer = MakePeer(
+        context_, *this, placement, container == peer_of_.end() ? nullptr : container->second);
+    peer_of_[placement.control] = peer.get();
+    peers_.push_back(std::move(peer));
+    for (Signal<>* signal :
+         {&placement.control->Visible.Changed, &placement.control->Enabled.Changed}) {
+      Follow(*signal, [this] { FollowReach(); });
+    }
+  }
+  OrderScene(nullptr);
+}
+
+// A control lies above its container and above those that were placed before it there.
+void WindowsWindow::OrderScene(const Control* container) {
+  for (const Placement& placement : record_.Placements()) {
+    if (placement.container != container) continue;
+    auto* drawn = dynamic_cast<DrawnPeer*>(peer_of_.at(placement.control));
+    if (drawn == nullptr) continue;
+    scene_.push_back(drawn);
+    OrderScene(placement.control);
+  }
+}
+
+Peer* WindowsWindow::PeerOf(const Control& control) const {
+  const auto found = peer_of_.find(&control);
+  return found == peer_of_.end() ? nullptr : found->second;
+}
+
+NativePeer* WindowsWindow::NativePeerOf(HWND window) const {
+  for (const auto& peer : peers_) {
+    auto* native = dynamic_cast<NativePeer*>(peer.get());
+    if (native != nullptr && native->Native() == window) return native;
+  }
+  return nullptr;
+}
+
+void WindowsWindow::FollowReach() {
+  LeaveUnreachable();
+  for (const auto& peer : peers_) peer->UpdateReach();
+}
+
+// What is brought up to date together.
+
+void WindowsWindow::RequestSync() {
+  if (sync_is_requested_) return;
+  sync_is_requested_ = true;
+  Later([this] { Sync(); });
+}
+
+void WindowsWindow::Sync() {
+  sync_is_requested_ = false;
+  // First, as the window may go out of sight in answer.
+  TellState();
+  const bool is_minimized = record_.State.Get() == WindowState::kMinimized;
+  // A minimised window that isn't on the task bar is nowhere to be seen.
+  const bool is_mapped = record_.Visible && !(is_minimized && !record_.InTaskBar);
+  const Meanwhile applying(is_applying_, true);
+  if (!is_mapped) {
+    raise_is_requested_ = false;
+    if (native_ != nullptr) ::ShowWindow(native_, SW_HIDE);
+    return;
+  }
+  Build();
+  ApplyTaskBar();
+  ApplyAlpha();
+  ApplyPosition();
+  ApplyState();
+  if (raise_is_requested_ && !is_minimized) BringForward();
+  raise_is_requested_ = false;
+}
+
+void WindowsWindow::TellState() {
+  if (record_.State.Get() == told_state_) return;
+  told_state_ = record_.State;
+  Report([this] { record_.Resized.Emit(); });
+}
+
+void WindowsWindow::ApplyTaskBar() {
+  HWND const owner = record_.InTaskBar ? nullptr : UnseenOwner();
+  if (::GetWindow(native_, GW_OWNER) == owner) return;
+  // The task bar looks at it when a window is shown.
+  ::ShowWindow(native_, SW_HIDE);
+  ::SetWindowLongPtrW(native_, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner));
+}
+
+void WindowsWindow::ApplyAlpha() {
+  const int alpha = std::clamp(record_.Alpha.Get(), 0, 255);
+  const LONG_PTR extended = ::GetWindowLongPtrW(native_, GWL_EXSTYLE);
+  const bool is_layered = (extended & WS_EX_LAYERED) != 0;
+  if (alpha == 255 && !is_layered) return;
+  if (!is_layered) ::SetWindowLongPtrW(native_, GWL_EXSTYLE, extended | WS_EX_LAYERED);
+  ::SetLayeredWindowAttributes(native_, 0, static_cast<BYTE>(alpha), LWA_ALPHA);
+}
+
+void WindowsWindow::ApplyPosition() {
+  if (record_.Frame != WindowFrame::kPopup) {
+    PlaceFirst();
+    return;
+  }
+  const auto place = [this](int twips) {
+    return ::MulDiv(twips, context_.dpi, 96 * kTwipsPerPixel);
+  };
+  ::SetWindowPos(native_, HWND_TOPMOST, place(record_.LeftTwips), place(record_.TopTwips), 0, 0,
+                 SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+void WindowsWindow::PlaceFirst() {
+  if (std::exchange(was_placed_, true)) return;
+  RECT screen{};
+  ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
+  RECT own{};
+  ::GetWindowRect(native_, &own);
+  const LONG left = screen.left + (screen.right - screen.left - (own.right - own.left)) / 2;
+  const LONG top = screen.top + (screen.bottom - screen.top - (own.bottom - own.top)) * 2 / 5;
+  ::SetWindowPos(native_, nullptr, std::max(left, screen.left), std::max(top, screen.top), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void WindowsWindow::ApplyState() {
+  const bool wants_minimized = record_.State.Get() == WindowState::kMinimized;
+  if (ordered_state_ != record_.State.Get() && wants_minimized != (::IsIconic(native_) != 0)) {
+    ::ShowWindow(native_, wants_minimized ? SW_MINIMIZE : SW_RESTORE);
+  }
+  ordered_state_ = record_.State.Get();
+  if (::IsWindowVisible(native_) != 0) return;
+  // The first ShowWindow of a process takes the state that its starter wishes.
+  const UINT activation = record_.Frame == WindowFrame::kPopup ? SWP_NOACTIVATE : 0U;
+  ::SetWindowPos(native_, nullptr, 0, 0, 0, 0,
+                 SWP_SHOWWINDOW | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | activation);
+}
+
+void WindowsWindow::BringForward() {
+  if (record_.Frame == WindowFrame::kPopup) {
+    ::SetWindowPos(native_, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  } else {
+    ::SetForegroundWindow(native_);
+    ::BringWindowToTop(native_);
+  }
+}
+
+void WindowsWindow::ApplyIcon() {
+  if (native_ == nullptr || record_.Icon.Get().empty()) return;
+  const std::wstring name = Wide(record_.Icon.Get());
+  constexpr int kMetrics[2][2] = {{SM_CXSMICON, SM_CYSMICON}, {SM_CXICON, SM_CYICON}};
+  for (const WPARAM kind : {WPARAM{ICON_SMALL}, WPARAM{ICON_BIG}}) {
+    HANDLE const icon = ::LoadImageW(ProgramModule(), name.c_str(), IMAGE_ICON,
+                                     ::GetSystemMetrics(kMetrics[kind][0]),
+                                     ::GetSystemMetrics(kMetrics[kind][1]), LR_DEFAULTCOLOR);
+    ::SendMessageW(native_, WM_SETICON, kind, reinterpret_cast<LPARAM>(icon));
+    HICON const before = std::exchange(icons_[kind], static_cast<HICON>(icon));
+    if (before != nullptr) ::DestroyIcon(before);
+  }
+}
+
+void WindowsWindow::ApplyEnabled() {
+  // The window takes no input, and looks as ever.
+  if (native_ != nullptr) ::EnableWindow(native_, static_cast<BOOL>(TakesInput()));
+}
+
+// What the desktop does to it.
+
+void WindowsWindow::ReportState() {
+  const auto state = ::IsIconic(native_) != 0 ? WindowState::kMinimized : WindowState::kNormal;
+  if (is_applying_ || ::IsWindowVisible(native_) == 0 || record_.State.Get() == state) return;
+  ordered_state_ = state;
+  Report([&] { record_.State = state; });
+  TellState();
+}
+
+void WindowsWindow::ReportActivation() {
+  if (::GetActiveWindow() != native_) return;
+  Report([this] {
+    if (record_.Focused() == nullptr) record_.FocusNext();
+  });
+  if (context_.desktop.ActiveWindow.Get() == &record_) return;
+  Report([this] { context_.desktop.ActiveWindow = &record_; });
+  Report([this] { record_.Activated.Emit(); });
+}
+
+// The focus.
+
+void WindowsWindow::LeaveUnreachable() {
+  const Control* focused = record_.Focused();
+  if (focused == nullptr || Window::IsReachable(*focused) || ::GetActiveWindow() != native_) return;
+  Report([this] { record_.FocusNext(); });
+}
+
+DrawnPeer* WindowsWindow::FocusedDrawn() const {
+  const Control* focused = record_.Focused();
+  return focused == nullptr ? nullptr : dynamic_cast<DrawnPeer*>(PeerOf(*focused));
+}
+
+void WindowsWindow::ShowFocus() {
+  if (native_ == nullptr || record_.Focused() == nullptr) return;
+  // Setting the focus into another window would make that one active.
+  if (::GetActiveWindow() != native_) return;
+  Peer* peer = PeerOf(*record_.Focused());
+  if (peer == nullptr) return;
+  peer->TakeNativeFocus();
+  MarkFocused(dynamic_cast<DrawnPeer*>(peer));
+}
+
+void WindowsWindow::MarkFocused(DrawnPeer* peer) {
+  if (marked_ == peer) return;
+  if (DrawnPeer* before = std::exchange(marked_, peer)) before->OnFocus(false);
+  if (peer != nullptr) peer->OnFocus(true);
+}
+
+bool WindowsWindow::ServeKey(Peer& peer, const KeyPress& press) {
+  if (press.alt && !press.control && ServeAccessKey(press.character)) return true;
+  KeyEvent key{.press = press};
+  Report([&] { record_.KeyDown.Emit(key); });
+  if (key.handled) return true;
+  if (press.key == Key::kEnter) {
+    if (OwnerDrawn* button = PressedByEnter(peer.Record())) {
+      Report([button] { button->Press(); });
+      return true;
+    }
+  }
+  if (press.key != Key::kTab || press.control || press.alt) return false;
+  Report([&] { record_.FocusNext(!press.shift); });
+  return true;
+}
+
+// Several controls with one key take turns in getting the focus.
+bool WindowsWindow::ServeAccessKey(char32_t typed) {
+  const char32_t key = typed >= U'A' && typed <= U'Z' ? typed + (U'a' - U'A') : typed;
+  if (key == 0) return false;
+  std::vector<DrawnPeer*> known;
+  for (const auto& peer : peers_) {
+    auto* drawn = dynamic_cast<DrawnPeer*>(peer.get());
+    if (drawn != nullptr && drawn->AccessKey() == key && drawn->IsShown() && drawn->IsUsable()) {
+      known.push_back(drawn);
+    }
+  }
+  if (known.empty()) return false;
+  if (known.size() == 1) {
+    known.front()->OnAccessKey();
+    return true;
+  }
+  const auto present = std::find(known.begin(), known.end(), FocusedDrawn());
+  DrawnPeer* next =
+      present == known.end() || present + 1 == known.end() ? known.front() : present[1];
+  Report([&] { record_.Focus(next->Record()); });
+  return true;
+}
+
+bool WindowsWindow::ServeDrawnKey(UINT message, WPARAM first, LPARAM second) {
+  DrawnPeer* peer = FocusedDrawn();
+  if (peer == nullptr) return false;
+  const KeyPress press = ToKeyPress(native_, first);
+  if (message == WM_KEYUP || message == WM_SYSKEYUP) {
+    peer->OnKeyUp(press);
+    return message == WM_KEYUP;
+  }
+  if (!ServeKey(*peer, press) && !peer->OnKeyDown(press, (second & kWasDown) != 0)) return false;
+  DropTyped(native_);
+  return true;
+}
+
+// The mouse.
+
+DrawnPeer* WindowsWindow::DrawnAt(POINT at) const {
+  for (auto peer = scene_.rbegin(); peer != scene_.rend(); ++peer) {
+    if ((*peer)->IsShown() && ::PtInRect(&(*peer)->SeenArea(), at) != 0) return *peer;
+  }
+  return nullptr;
+}
+
+void WindowsWindow::MoveOver(DrawnPeer* peer) {
+  if (peer != nullptr && !peer->IsUsable()) peer = nullptr;
+  if (over_ == peer) return;
+  if (DrawnPeer* before = std::exchange(over_, peer)) before->OnPointerOver(false);
+  if (peer != nullptr) peer->OnPointerOver(true);
+  if (tips_ != nullptr) ::SendMessageW(tips_, TTM_POP, 0, 0);
+}
+
+void WindowsWindow::EndPress() {
+  pressed_ = nullptr;
+  POINT at{};
+  ::GetCursorPos(&at);
+  ::ScreenToClient(native_, &at);
+  RECT client{};
+  ::GetClientRect(native_, &client);
+  MoveOver(::PtInRect(&client, at) != 0 ? DrawnAt(at) : nullptr);
+}
+
+void WindowsWindow::ServeMouse(UINT message, WPARAM first, LPARAM second) {
+  const POINT at = PointOf(second);
+  if (!hears_leaving_) {
+    TRACKMOUSEEVENT leaving{sizeof leaving, TME_LEAVE, native_, 0};
+    hears_leaving_ = ::TrackMouseEvent(&leaving) != 0;
+  }
+  if (pressed_ == nullptr) MoveOver(DrawnAt(at));
+  DrawnPeer* peer = pressed_ != nullptr ? pressed_ : over_;
+  const MouseButton button = ButtonOf(message);
+  const auto within = [&] { return POINT{at.x - peer->Area().left, at.y - peer->Area().top}; };
+  if (IsPress(message) || IsDoublePress(message)) {
+    if (peer == nullptr) return;
+    Control& control = peer->Record();
+    // A handler that is called for the focus may have called it back.
+    if (record_.Frame != WindowFrame::kPopup && control.TakesFocusByClick()) {
+      Report([&] { record_.Focus(control); });
+    }
+    if (!MayTakePress(control)) return;
+    pressed_ = peer;
+    ::SetCapture(native_);
+    if (IsPress(message)) {
+      peer->OnMouseDown(button, within());
+    } else {
+      peer->OnDoubleClick(button, within());
+    }
+  } else if (peer == nullptr) {
+    return;
+  } else if (IsRelease(message)) {
+    const bool is_last = pressed_ != nullptr && HeldButton(first) == MouseButton::kNone;
+    peer->OnMouseUp(button, within());
+    // The release of the capture ends the press.
+    if (is_last && ::GetCapture() == native_) ::ReleaseCapture();
+  } else {
+    peer->OnMouseMove(HeldButton(first), within());
+  }
+}
+
+bool WindowsWindow::ServePointer(HWND over, UINT place) {
+  if (place != HTCLIENT) return false;
+  PointerShape shape = context_.desktop.Pointer;
+  if (shape == PointerShape::kDefault) {
+    if (NativePeer* native = over == native_ ? nullptr : NativePeerOf(over)) {
+      shape = native->Record().Pointer;
+      if (shape == PointerShape::kDefault) return false;
+    } else if (over_ != nullptr) {
+      shape = over_->Pointer();
+    }
+  }
+  const wchar_t* name = shape == PointerShape::kHourglass ? IDC_WAIT
+                        : shape == PointerShape::kHand    ? IDC_HAND
+                                                          : IDC_ARROW;
+  ::SetCursor(::LoadCursorW(nullptr, name));
+  return true;
+}
+
+// The scene.
+
+void WindowsWindow::Invalidate(const RECT& area) {
+  if (native_ != nullptr) ::InvalidateRect(native_, &area, FALSE);
+}
+
+void WindowsWindow::PaintGround(Surface& surface) const {
+  surface.Fill(surface.Area(), ToColor(palette::kGround));
+  if (IsFramed(record_.Frame)) return;
+  RECT client{};
+  ::GetClientRect(native_, &client);
+  surface.Frame(client, ToColor(palette::kPanelEdge));
+}
+
+void WindowsWindow::PaintScene(Surface& surface, const RECT& area) const {
+  PaintGround(surface);
+  for (DrawnPeer* peer : scene_) {
+    RECT part{};
+    if (!peer->IsShown() || ::IntersectRect(&part, &peer->SeenArea(), &area) == 0) continue;
+    surface.ClipTo(part);
+    peer->Paint(surface);
+  }
+}
+
+void WindowsWindow::PaintGroundOf(const Peer& peer, Surface& surface) const {
+  PaintGround(surface);
+  std::vector<DrawnPeer*> containers;
+  for (const Control* c = peer.Record().Parent(); c != nullptr; c = c->Parent()) {
+    if (auto* drawn = dynamic_cast<DrawnPeer*>(PeerOf(*c))) containers.push_back(drawn);
+  }
+  std::for_each(containers.rbegin(), containers.rend(), [&](DrawnPeer* c) { c->Paint(surface); });
+}
+
+void WindowsWindow::Paint() {
+  PAINTSTRUCT paint{};
+  HDC screen = ::BeginPaint(native_, &paint);
+  const RECT& area = paint.rcPaint;
+  // A failure must not keep the system asking for the same part for ever.
+  const auto draw = [&] {
+    if (::IsRectEmpty(&area) != 0) return;
+    Surface surface(area);
+    PaintScene(surface, area);
+    surface.ClipTo(area);
+    ::BitBlt(screen, area.left, area.top, area.right - area.left, area.bottom - area.top,
+             surface.Dc(), area.left, area.top, SRCCOPY);
+  };
+  context_.loop.Deliver(draw);
+  ::EndPaint(native_, &paint);
+}
+
+// Tool tips: one for what is drawn, whose text is asked for anew, and one for each of the
+// system's controls.
+
+void WindowsWindow::MakeTips() {
+  tips_ = ::CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                            WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, native_, nullptr,
+                            ProgramModule(), nullptr);
+  if (tips_ == nullptr) return;
+  ::SendMessageW(tips_, TTM_SETMAXTIPWIDTH, 0, context_.ToDevice(400));
+  const auto add = [this](HWND window) {
+    TOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V2_SIZE;
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = native_;
+    tool.uId = reinterpret_cast<UINT_PTR>(window);
+    tool.lpszText = LPSTR_TEXTCALLBACKW;
+    ::SendMessageW(tips_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  };
+  add(native_);
+  for (const auto& peer : peers_) {
+    if (auto* native = dynamic_cast<NativePeer*>(peer.get())) add(native->Native());
+  }
+}
+
+LRESULT WindowsWindow::ServeNotice(NMHDR& header) {
+  if (header.hwndFrom == tips_ && header.code == TTN_GETDISPINFOW) {
+    auto& tip = reinterpret_cast<NMTTDISPINFOW&>(header);
+    Peer* peer = NativePeerOf(reinterpret_cast<HWND>(header.idFrom));
+    if (peer == nullptr) peer = over_;
+    static std::wstring text;
+    text = peer == nullptr ? std::wstring() : Wide(peer->Tip());
+    tip.lpszText = text.data();
+    return 0;
+  }
+  NativePeer* peer = NativePeerOf(header.hwndFrom);
+  return peer == nullptr ? 0 : peer->OnNotify(header);
+}
+
+LRESULT WindowsWindow::ServeCommand(WPARAM first, LPARAM second) {
+  if (NativePeer* peer = NativePeerOf(reinterpret_cast<HWND>(second)))
+    peer->OnCommand(HIWORD(first));
+  return 0;
+}
+
+LRESULT WindowsWindow::ServeColor(UINT message, WPARAM first, LPARAM second) {
+  NativePeer* peer = NativePeerOf(reinterpret_cast<HWND>(second));
+  HBRUSH const brush = peer == nullptr ? nullptr : peer->OnColor(reinterpret_cast<HDC>(first));
+  return brush != nullptr ? reinterpret_cast<LRESULT>(brush)
+                          : ::DefWindowProcW(native_, message, first, second);
+}
+
+LRESULT CALLBACK WindowsWindow::Procedure(HWND window, UINT message, WPARAM first,
+                                          LPARAM second) noexcept {
+  auto* self = reinterpret_cast<WindowsWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (self == nullptr || self->context_.ending) {
+    return ::DefWindowProcW(window, message, first, second);
+  }
+  LRESULT result = 0;
+  // As a handler of the loop's, so that nobody deletes the window while it is within.
+  self->context_.loop.Deliver([&] { result = self->Serve(message, first, second); });
+  return result;
+}
+
+LRESULT WindowsWindow::Serve(UINT message, WPARAM first, LPARAM second) {
+  if (IsMouse(message)) {
+    ServeMouse(message, first, second);
+    return 0;
+  }
+  switch (message) {
+    case WM_PAINT:
+      Paint();
+      return 0;
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_CLOSE:
+      if (TakesInput()) Report([this] { record_.Close(); });
+      return 0;
+    case WM_SIZE:
+      ReportState();
+      return 0;
+    case WM_ACTIVATE:
+      // Handlers may show boxes, which the system doesn't allow here.
+      if (LOWORD(first) != WA_INACTIVE) Later([this] { ReportActivation(); });
+      break;
+    case WM_MOUSEACTIVATE:
+      if (record_.Frame == WindowFrame::kPopup) return MA_NOACTIVATE;
+      break;
+    case WM_SETFOCUS:
+      ShowFocus();
+      return 0;
+    case WM_KILLFOCUS:
+      MarkFocused(nullptr);
+      return 0;
+    case WM_MOUSELEAVE:
+      hears_leaving_ = false;
+      if (pressed_ == nullptr) MoveOver(nullptr);
+      return 0;
+    case WM_CAPTURECHANGED:
+      if (pressed_ != nullptr) EndPress();
+      return 0;
+    case WM_SETCURSOR:
+      if (ServePointer(reinterpret_cast<HWND>(first), LOWORD(second))) return 1;
+      break;
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+    case WM_KEYUP:
+    case WM_SYSKEYUP:
+      if (ServeDrawnKey(message, first, second)) return 0;
+      break;
+    case WM_COMMAND:
+      return ServeCommand(first, second);
+    case WM_NOTIFY:
+      return ServeNotice(*reinterpret_cast<NMHDR*>(second));
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORLISTBOX:
+    case WM_CTLCOLORSTATIC:
+      return ServeColor(message, first, second);
+    default:
+      break;
+  }
+  return ::DefWindowProcW(native_, message, first, second);
+}
+
+void WindowsWindow::Report(const std::function<void()>& handler) {
+  if (!context_.ending) context_.loop.Deliver(handler);
+}
+
+void WindowsWindow::Later(std::function<void()> job) {
+  context_.loop.Post([this, alive = alive_, job = std::move(job)] {
+    if (*alive && !context_.ending) job();
+  });
+}
+
+}  // namespace tarnvale

@@ -1,0 +1,129 @@
+// One native window.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "hosts/windows/peers/drawn_peer.h"
+#include "hosts/windows/peers/native_peer.h"
+#include "hosts/windows/peers/peer.h"
+#include "hosts/windows/surface.h"
+#include "ui/window.h"
+
+namespace tarnvale {
+
+/// Mirrors a window record by a native window, which is made when it is first shown. What
+/// changes in one event comes to the desktop in one step after it. What its controls draw
+/// is one scene, painted anew where something has changed; only the system's own controls
+/// are windows within it.
+class WindowsWindow final {
+ public:
+  /// `box_depth`: how many boxes and dialogs are open, during which no window takes input.
+  WindowsWindow(PeerContext& context, Window& record, const int& box_depth);
+  WindowsWindow(const WindowsWindow&) = delete;
+  WindowsWindow& operator=(const WindowsWindow&) = delete;
+  ~WindowsWindow();
+
+  Window& Record() { return record_; }
+  /// Null before the window was first shown.
+  HWND Native() const { return native_; }
+  /// The peer of one of its controls; none before the window was first shown.
+  Peer* PeerOf(const Control& control) const;
+
+  /// The number of boxes changed.
+  void ApplyEnabled();
+
+  // For the peers.
+  void Invalidate(const RECT& area);
+  /// What a key does before the control gets it; true when that was all.
+  bool ServeKey(Peer& peer, const KeyPress& press);
+  /// The ground that a control lies on: its containers' drawings, without what is on them.
+  void PaintGroundOf(const Peer& peer, Surface& surface) const;
+
+ private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM first,
+                                    LPARAM second) noexcept;
+  LRESULT Serve(UINT message, WPARAM first, LPARAM second);
+  LRESULT ServeCommand(WPARAM first, LPARAM second);
+  LRESULT ServeNotice(NMHDR& header);
+  LRESULT ServeColor(UINT message, WPARAM first, LPARAM second);
+  void ServeMouse(UINT message, WPARAM first, LPARAM second);
+  bool ServeDrawnKey(UINT message, WPARAM first, LPARAM second);
+  bool ServeAccessKey(char32_t typed);
+  bool ServePointer(HWND over, UINT place);
+
+  void FollowRecord();
+  void FollowReach();
+  void Build();
+  void MakeNative();
+  void BuildControls();
+  void OrderScene(const Control* container);
+  void MakeTips();
+
+  void RequestSync();
+  void Sync();
+  void TellState();
+  void ApplyTaskBar();
+  void ApplyAlpha();
+  void ApplyPosition();
+  void PlaceFirst();
+  void ApplyState();
+  void ApplyIcon();
+  void BringForward();
+
+  void ReportState();
+  void ReportActivation();
+  void LeaveUnreachable();
+  void ShowFocus();
+  void MarkFocused(DrawnPeer* peer);
+
+  void Paint();
+  void PaintScene(Surface& surface, const RECT& area) const;
+  void PaintGround(Surface& surface) const;
+  DrawnPeer* DrawnAt(POINT at) const;
+  DrawnPeer* FocusedDrawn() const;
+  void MoveOver(DrawnPeer* peer);
+  void EndPress();
+
+  NativePeer* NativePeerOf(HWND window) const;
+  bool TakesInput() const { return record_.Enabled && box_depth_ == 0; }
+
+  template <class Handler>
+  void Follow(Signal<>& signal, Handler handler) {
+    subscriptions_.push_back(signal.Subscribe(std::move(handler)));
+  }
+  void Report(const std::function<void()>& handler);
+  /// From the loop, if the window is still there then.
+  void Later(std::function<void()> job);
+
+  PeerContext& context_;
+  Window& record_;
+  const int& box_depth_;
+  HWND native_ = nullptr;
+  HWND tips_ = nullptr;
+  HICON icons_[2] = {};
+  std::vector<std::unique_ptr<Peer>> peers_;
+  std::map<const Control*, Peer*> peer_of_;
+  std::vector<DrawnPeer*> scene_;  ///< the lowest first
+  std::vector<Subscription> subscriptions_;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+
+  DrawnPeer* over_ = nullptr;     ///< the pointer is over it
+  DrawnPeer* pressed_ = nullptr;  ///< gets the mouse while a button is held
+  DrawnPeer* marked_ = nullptr;   ///< shows the focus
+  bool hears_leaving_ = false;
+
+  WindowState told_state_ = WindowState::kNormal;
+  std::optional<WindowState> ordered_state_;
+  bool sync_is_requested_ = false;
+  bool raise_is_requested_ = false;
+  bool was_placed_ = false;
+  bool is_applying_ = false;
+};
+
+}  // namespace tarnvale

@@ -1,0 +1,89 @@
+#include "hosts/windows/windows_window_host.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarnvale {
+namespace {
+
+constexpr int kPlainDpi = 96;
+
+}  // namespace
+
+int SystemDpi() {
+  HDC screen = ::GetDC(nullptr);
+  const int dpi = ::GetDeviceCaps(screen, LOGPIXELSY);
+  ::ReleaseDC(nullptr, screen);
+  return std::max(dpi, kPlainDpi);
+}
+
+WindowsWindowHost::WindowsWindowHost(WindowsEventLoop& loop, FileSystem& files, MessageBoxes& boxes,
+                                     std::function<Path(const std::wstring& native)> program_path,
+                                     int dpi)
+    : fonts_(dpi),
+      text_(fonts_, dpi / kPlainDpi),
+      frames_(loop.Timers()),
+      context_{.loop = loop,
+               .frames = frames_,
+               .fonts = fonts_,
+               .text = text_,
+               .files = files,
+               .boxes = boxes,
+               .desktop = desktop_,
+               .program_path = std::move(program_path),
+               .dpi = dpi} {
+  subscriptions_.push_back(desktop_.Pointer.Changed.Subscribe([this] { ShowPointer(); }));
+}
+
+WindowsWindowHost::~WindowsWindowHost() {
+  context_.ending = true;
+}
+
+void WindowsWindowHost::Adopt(Window& window) {
+  windows_.push_back(std::make_unique<WindowsWindow>(context_, window, box_depth_));
+}
+
+void WindowsWindowHost::Drop(Window& window) {
+  std::erase_if(windows_, [&](const auto& native) { return &native->Record() == &window; });
+  if (desktop_.ActiveWindow.Get() == &window) desktop_.ActiveWindow = nullptr;
+}
+
+WindowsWindow* WindowsWindowHost::NativeOf(const Window& window) const {
+  for (const auto& native : windows_) {
+    if (&native->Record() == &window) return native.get();
+  }
+  return nullptr;
+}
+
+HWND WindowsWindowHost::OwnerFor(const Window* wanted) const {
+  for (const Window* window : {wanted, static_cast<const Window*>(desktop_.ActiveWindow.Get())}) {
+    const WindowsWindow* native = window == nullptr ? nullptr : NativeOf(*window);
+    HWND const handle = native == nullptr ? nullptr : native->Native();
+    if (handle != nullptr && ::IsWindowVisible(handle) != 0 && ::IsIconic(handle) == 0)
+      return handle;
+  }
+  return nullptr;
+}
+
+void WindowsWindowHost::SetBoxDepth(int depth) {
+  box_depth_ = depth;
+  for (const auto& native : windows_) native->ApplyEnabled();
+}
+
+void WindowsWindowHost::PopUp(MenuItem&) {}
+
+int WindowsWindowHost::ScreenWidthTwips() {
+  return ::MulDiv(::GetSystemMetrics(SM_CXSCREEN), kPlainDpi * kTwipsPerPixel, context_.dpi);
+}
+
+int WindowsWindowHost::ScreenHeightTwips() {
+  return ::MulDiv(::GetSystemMetrics(SM_CYSCREEN), kPlainDpi * kTwipsPerPixel, context_.dpi);
+}
+
+// The system asks the window under the pointer for its shape when the mouse moves.
+void WindowsWindowHost::ShowPointer() {
+  POINT at{};
+  if (::GetCursorPos(&at) != 0) ::SetCursorPos(at.x, at.y);
+}
+
+}  // namespace tarnvale
