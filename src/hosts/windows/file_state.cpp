@@ -134,6 +134,10 @@ bool AreSame(HANDLE a, const std::wstring& native_a, HANDLE b, const std::wstrin
   return number_a == number_b && MayBeOneMedium(NativeFolderOf(native_a), NativeFolderOf(native_b));
 }
 
+FILETIME FileTimeOf(std::uint64_t modified) {
+  return {static_cast<DWORD>(modified), static_cast<DWORD>(modified >> 32U)};
+}
+
 std::int64_t SecondsSince1970(std::uint64_t modified) {
   constexpr std::int64_t kUnitsPerSecond = 10'000'000;
   constexpr std::int64_t k1970 = 11'644'473'600;  // seconds behind 1601-01-01

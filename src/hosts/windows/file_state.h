@@ -69,6 +69,8 @@ std::optional<FileNumber> NumberOf(HANDLE file);
 /// that is so if their paths are.
 bool AreSame(HANDLE a, const std::wstring& native_a, HANDLE b, const std::wstring& native_b);
 
+FILETIME FileTimeOf(std::uint64_t modified);
+
 std::int64_t SecondsSince1970(std::uint64_t modified);
 
 /// Goes through a native folder, leaving out "." and "..".

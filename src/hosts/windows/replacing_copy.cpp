@@ -17,9 +17,13 @@ constexpr DWORD kKeptAttributes =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
 // Puts what was written to a file onto the medium.
-void FlushWritten(const std::wstring& native) {
+void FinishWritten(const std::wstring& native, std::optional<std::uint64_t> time) {
   const Handle file(::CreateFileW(native.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (file && time) {
+    const FILETIME native_time = FileTimeOf(*time);
+    ::SetFileTime(file.Get(), nullptr, nullptr, &native_time);
+  }
   if (!file || !FlushFile(file.Get())) RaiseLast(Attempt::kChange);
 }
 
@@ -34,13 +38,6 @@ bool MoveWithPatience(const std::wstring& from, const std::wstring& to, DWORD fl
     if (!may_pass || pause_ms > kLongestPause_ms) return false;
     ::Sleep(pause_ms);
   }
-}
-
-void DeleteTemporary(const std::wstring& temporary) {
-  const DWORD error = ::GetLastError();
-  ::SetFileAttributesW(temporary.c_str(), FILE_ATTRIBUTE_NORMAL);
-  if (::DeleteFileW(temporary.c_str()) == 0) ::RemoveDirectoryW(temporary.c_str());
-  ::SetLastError(error);
 }
 
 // The whole of a link, as the system keeps it; empty when it can't be read.
@@ -68,7 +65,8 @@ bool MeansNoLinks(DWORD error) {
 }
 
 // False where none can be made.
-bool WriteLink(const std::wstring& native, bool is_folder, std::vector<char> data) {
+bool WriteLink(const std::wstring& native, const FileState& state, std::vector<char> data) {
+  const bool is_folder = state.IsFolder();
   if (is_folder && ::CreateDirectoryW(native.c_str(), nullptr) == 0) RaiseLast(Attempt::kChange);
   const Handle link(::CreateFileW(
       native.c_str(), GENERIC_WRITE, 0, nullptr, is_folder ? OPEN_EXISTING : CREATE_NEW,
@@ -77,11 +75,19 @@ bool WriteLink(const std::wstring& native, bool is_folder, std::vector<char> dat
   if (link &&
       ::DeviceIoControl(link.Get(), FSCTL_SET_REPARSE_POINT, data.data(),
                         static_cast<DWORD>(data.size()), nullptr, 0, &length, nullptr) != 0) {
+    // Otherwise the copy would be the newer one and come back in the next run.
+    const FILETIME time = FileTimeOf(state.modified);
+    ::SetFileTime(link.Get(), nullptr, nullptr, &time);
     return true;
   }
   const DWORD error = ::GetLastError();
   if (MeansNoLinks(error)) return false;
   RaiseNative(error, Attempt::kChange);
+}
+
+bool IsFolderLink(const std::wstring& native) {
+  const auto state = StateOf(native, Links::kKeep);
+  return state && state->IsFolder();
 }
 
 }  // namespace
@@ -104,46 +110,51 @@ void GiveName(const std::wstring& temporary, const std::wstring& target, bool re
   RaiseNative(error, Attempt::kChange);
 }
 
-void CopyFileBeside(Temporaries& temporaries, const std::wstring& source, DWORD attributes,
+void GiveName(TemporarySlot& slot, const std::wstring& target, bool replaces) {
+  if (replaces) slot.WillReplace(target);
+  GiveName(slot.NativePath(), target, replaces);
+}
+
+void CopyFileBeside(TemporarySlot& slot, const std::wstring& source, DWORD attributes,
                     const std::wstring& target, bool replaces, Rights rights,
-                    const std::function<bool()>& may_replace) {
+                    const CopyExtras& extras) {
   const std::wstring folder = NativeFolderOf(target);
-  const std::wstring temporary = temporaries.Begin(folder);
+  const std::wstring& temporary = slot.Begin(folder);
   if (rights == Rights::kOwner) {
     // A copy into a file that is there keeps that one's security.
     const Handle made(::CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, OwnersAlone(folder),
                                     CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!made) RaiseLast(Attempt::kChange);
   }
-  if (::CopyFileExW(source.c_str(), temporary.c_str(), nullptr, nullptr, nullptr,
-                    COPY_FILE_ALLOW_DECRYPTED_DESTINATION) == 0) {
-    DeleteTemporary(temporary);
-    RaiseLast(Attempt::kChange);
-  }
-  ::SetFileAttributesW(temporary.c_str(), FILE_ATTRIBUTE_NORMAL);
   try {
-    FlushWritten(temporary);
+    if (::CopyFileExW(source.c_str(), temporary.c_str(), nullptr, nullptr, nullptr,
+                      COPY_FILE_ALLOW_DECRYPTED_DESTINATION) == 0) {
+      RaiseLast(Attempt::kChange);
+    }
+    ::SetFileAttributesW(temporary.c_str(), FILE_ATTRIBUTE_NORMAL);
+    FinishWritten(temporary, extras.time);
+    if (extras.may_replace && !extras.may_replace()) throw ProgramError(kFileAlreadyExists);
+    if (::SetFileAttributesW(temporary.c_str(),
+                             (attributes & kKeptAttributes) | FILE_ATTRIBUTE_ARCHIVE) == 0) {
+      RaiseLast(Attempt::kChange);
+    }
   } catch (const ProgramError&) {
     DeleteTemporary(temporary);
     throw;
   }
-  if (may_replace && !may_replace()) {
-    DeleteTemporary(temporary);
-    throw ProgramError(kFileAlreadyExists);
-  }
-  ::SetFileAttributesW(temporary.c_str(), (attributes & kKeptAttributes) | FILE_ATTRIBUTE_ARCHIVE);
-  GiveName(temporary, target, replaces);
+  GiveName(slot, target, replaces);
 }
 
-bool CopyLink(Temporaries& temporaries, const std::wstring& source, const FileState& state,
+bool CopyLink(const Temporaries& temporaries, const std::wstring& source, const FileState& state,
               const std::wstring& target, bool replaces) {
   const std::wstring folder = NativeFolderOf(target);
   const DWORD features = VolumeOf(folder).features;
   if (features != 0 && (features & FILE_SUPPORTS_REPARSE_POINTS) == 0) return false;
   std::vector<char> data = ReadLink(source);
-  const std::wstring temporary = temporaries.Begin(folder);
+  TemporarySlot slot(temporaries);
+  const std::wstring& temporary = slot.Begin(folder);
   try {
-    if (!WriteLink(temporary, state.IsFolder(), std::move(data))) {
+    if (!WriteLink(temporary, state, std::move(data))) {
       DeleteTemporary(temporary);
       return false;
     }
@@ -151,11 +162,26 @@ bool CopyLink(Temporaries& temporaries, const std::wstring& source, const FileSt
     DeleteTemporary(temporary);
     throw;
   }
-  // A folder's name can't be taken over in one step, not even by a link to one.
-  if (replaces && ::RemoveDirectoryW(target.c_str()) == 0 && state.IsFolder()) {
-    ::DeleteFileW(target.c_str());
+  if (!replaces || !(state.IsFolder() || IsFolderLink(target))) {
+    GiveName(slot, target, replaces);
+    return true;
   }
-  GiveName(temporary, target, replaces && !state.IsFolder());
+  // A folder's name can't be taken over in one step, not even by a link to one. What is
+  // there waits under a temporary name of its own until the link is in its place.
+  TemporarySlot aside(temporaries);
+  const std::wstring& old = aside.Begin(folder);
+  aside.WillReplace(target, TemporarySlot::Steps::kAlways);
+  if (!MoveWithPatience(target, old, MOVEFILE_WRITE_THROUGH)) {
+    DeleteTemporary(temporary);
+    RaiseLast(Attempt::kChange);
+  }
+  try {
+    GiveName(slot, target, false);
+  } catch (const ProgramError&) {
+    ::MoveFileExW(old.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH);
+    throw;
+  }
+  DeleteTemporary(old);
   return true;
 }
 

@@ -1,7 +1,9 @@
 // Copies that change their target in one step.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "hosts/windows/file_state.h"
@@ -18,17 +20,26 @@ void RequireReplaceable(const FileState& source, const FileState& target);
 /// `replaces`: something has it. Waits for half a second while another program has one of
 /// them open. Raises 70, 58; the temporary is then deleted.
 void GiveName(const std::wstring& temporary, const std::wstring& target, bool replaces);
+/// As above, so that the name isn't lost if power fails.
+void GiveName(TemporarySlot& slot, const std::wstring& target, bool replaces);
+
+struct CopyExtras {
+  /// Whether what is at the target by then may be replaced all the same.
+  std::function<bool()> may_replace;
+  /// Instead of the source's: see MediumTimes.
+  std::optional<std::uint64_t> time;
+};
 
 /// Copies a file with the attributes `attributes`, or what a link leads to, with time and
-/// streams; the copy counts as changed. What stands at `target` is replaced unless
-/// `may_replace` then says no, which raises 58. Raises 53, 61, 70, 57.
-void CopyFileBeside(Temporaries& temporaries, const std::wstring& source, DWORD attributes,
+/// streams; the copy counts as changed. What is at `target` is replaced. Raises 53, 61,
+/// 70, 57, and 58 when that isn't what may be replaced.
+void CopyFileBeside(TemporarySlot& slot, const std::wstring& source, DWORD attributes,
                     const std::wstring& target, bool replaces, Rights rights,
-                    const std::function<bool()>& may_replace);
+                    const CopyExtras& extras);
 
-/// Copies a junction or a symbolic link as what it is. False, and nothing happens, on a
-/// medium that can't hold one and for a user who may not make one. Raises 70, 57.
-bool CopyLink(Temporaries& temporaries, const std::wstring& source, const FileState& state,
+/// Copies a junction or a symbolic link as what it is, with its time. False, and nothing happens,
+/// on a medium that can't hold one and for a user who may not make one. Raises 70, 57.
+bool CopyLink(const Temporaries& temporaries, const std::wstring& source, const FileState& state,
               const std::wstring& target, bool replaces);
 
 }  // namespace tarnvale

@@ -15,6 +15,10 @@ struct Volume {
   /// What its format can do, as the system tells it; 0 when it can't be asked.
   DWORD features = 0;
   std::wstring format;  ///< "NTFS", "FAT32"
+
+  /// Keeps no journal, and but for exFAT local times.
+  bool IsFat() const { return HoldsLocalTimes() || format == L"exFAT"; }
+  bool HoldsLocalTimes() const { return format.substr(0, 3) == L"FAT"; }
 };
 
 Volume VolumeOf(const std::wstring& native_folder);

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include "base/failure.h"
 #include "hosts/windows/name_case.h"
 #include "hosts/windows/native_errors.h"
 #include "hosts/windows/replacing_copy.h"
+#include "hosts/windows/volume.h"
 #include "hosts/windows/wide.h"
 #include "hosts/windows/windows_processes.h"
 #include "platform/names.h"
@@ -48,16 +50,25 @@ bool HaveSameBytes(HANDLE a, HANDLE b) {
   }
 }
 
-// Media that keep times in steps of two seconds, or of less, give a copy a time that is
-// a little later. On its way back it would replace the very file that it was made from,
-// with all that such media don't keep. One that has its bytes takes the copy's time
-// instead, so that the next run finds both alike. Nobody can write to it meanwhile.
-bool IsCopyWithCoarseTime(const std::wstring& source, const FileState& state,
-                          const std::wstring& target, const FileState& there) {
-  constexpr std::uint64_t kLongestStep = 20'000'000;
-  const std::uint64_t apart =
-      std::max(state.modified, there.modified) - std::min(state.modified, there.modified);
-  if (state.size_bytes != there.size_bytes || apart > kLongestStep || there.is_link) return false;
+// Where two times may be those of a file and its copy: media keep them in steps of two
+// seconds, or of less, and local ones were perhaps those of another zone.
+bool MayBeOfOneFile(std::uint64_t a, std::uint64_t b, bool are_local) {
+  constexpr std::uint64_t kSecond = 10'000'000;
+  constexpr std::uint64_t kStep = 2 * kSecond;
+  constexpr std::uint64_t kZones = 15 * 60 * kSecond;
+  constexpr std::uint64_t kMostApart = 26 * 3600 * kSecond;
+  const std::uint64_t apart = std::max(a, b) - std::min(a, b);
+  if (!are_local || apart > kMostApart + kStep) return apart <= kStep;
+  return (apart + kStep) % kZones <= 2 * kStep;
+}
+
+// Such a medium gives a copy a time that is a little later. On its way back it would
+// replace the very file that it was made from, with all that such media don't keep. One
+// that has its bytes takes the copy's time instead, so that the next run finds both alike.
+// Nobody can write to it meanwhile.
+bool TakesTime(const std::wstring& source, const FileState& state, const std::wstring& target,
+               const FileState& there, std::uint64_t time) {
+  if (state.size_bytes != there.size_bytes || there.is_link) return false;
   const auto open = [](const std::wstring& native, DWORD access) {
     return Handle(::CreateFileW(native.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                 FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
@@ -65,9 +76,8 @@ bool IsCopyWithCoarseTime(const std::wstring& source, const FileState& state,
   const Handle from = open(source, GENERIC_READ);
   const Handle to = open(target, GENERIC_READ | FILE_WRITE_ATTRIBUTES);
   if (!from || !to || !HaveSameBytes(from.Get(), to.Get())) return false;
-  const FILETIME time{static_cast<DWORD>(state.modified),
-                      static_cast<DWORD>(state.modified >> 32U)};
-  return ::SetFileTime(to.Get(), nullptr, nullptr, &time) != 0;
+  const FILETIME native_time = FileTimeOf(time);
+  return ::SetFileTime(to.Get(), nullptr, nullptr, &native_time) != 0;
 }
 
 void MakeOne(const Located& located) {
@@ -113,6 +123,7 @@ bool HasAll(HeldFolder& folder, HeldFolder& copy, const HeldFolder& copy_root) {
 // What stands in an entry's place. Raises 58 for what only the medium takes for it.
 std::optional<FileState> TargetState(const HeldEntry& target) {
   WindowsFolder& folder = WindowsFolder::Of(target.folder);
+  folder.RequirePresent();
   auto there = StateOf(folder.NativeOf(target.name), Links::kKeep);
   if (there && !folder.HasExactly(target.name)) throw ProgramError(kFileAlreadyExists);
   return there;
@@ -125,11 +136,9 @@ bool IsListed(const FileState& state, ListKinds kinds) {
 
 }  // namespace
 
-WindowsFiles::WindowsFiles(DrivePaths drives, const std::wstring& state_folder,
+WindowsFiles::WindowsFiles(const Locator& locator, Temporaries& temporaries,
                            SetAttributesCall set_attributes)
-    : locator_(std::move(drives)),
-      temporaries_(state_folder),
-      set_attributes_(std::move(set_attributes)) {}
+    : locator_(locator), temporaries_(temporaries), set_attributes_(std::move(set_attributes)) {}
 
 std::string WindowsFiles::FoldCase(std::string_view name) {
   return tarnvale::FoldCase(name);
@@ -192,17 +201,13 @@ WindowsFiles::CopySource WindowsFiles::SourceOfCopy(const Path& source) {
 
 void WindowsFiles::CopyFileTo(const CopySource& source, const std::wstring& target,
                               const std::optional<FileState>& there, Rights rights,
-                              Replaces replaces) {
+                              const CopyExtras& extras) {
   if (there) {
     RequireReplaceable(source.state, *there);
     if (SameState(source.state, *there) && AreOneFile(source.native, target)) return;
   }
-  const auto is_as_seen = [&] {
-    const auto now = StateOf(target, Links::kKeep);
-    return now.has_value() == there.has_value() && (!now || SameState(*now, *there));
-  };
-  CopyFileBeside(temporaries_, source.native, source.state.attributes, target, there.has_value(),
-                 rights, replaces == Replaces::kAsSeen ? is_as_seen : std::function<bool()>());
+  CopyFileBeside(slot_, source.native, source.state.attributes, target, there.has_value(), rights,
+                 extras);
 }
 
 void WindowsFiles::CopyWhole(const Path& source, const Path& target, Rights rights) {
@@ -228,20 +233,33 @@ void WindowsFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights
 }
 
 void WindowsFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Rights rights) {
-  const std::wstring from = WindowsFolder::Of(source.folder).NativeOf(source.name);
-  const std::wstring to = WindowsFolder::Of(target.folder).NativeOf(target.name);
+  WindowsFolder& from_folder = WindowsFolder::Of(source.folder);
+  WindowsFolder& to_folder = WindowsFolder::Of(target.folder);
+  from_folder.RequirePresent();
+  const std::wstring from = from_folder.NativeOf(source.name);
+  const std::wstring to = to_folder.NativeOf(target.name);
   const auto state = StateOf(from, Links::kKeep);
   if (!state) RaiseLast(Attempt::kChange);
   if (state->IsFolder() && !state->is_link) throw ProgramError(kFileNotFound);
   const auto there = TargetState(target);
+  const auto is_as_seen = [&] {
+    const auto now = StateOf(to, Links::kKeep);
+    return now.has_value() == there.has_value() && (!now || SameState(*now, *there));
+  };
+  const bool are_local = from_folder.Times().AreLocal() || to_folder.Times().AreLocal();
+  const std::uint64_t time = from_folder.Times().FromMedium(state->modified);
+  const std::uint64_t to_time = to_folder.Times().ToMedium(time);
   if (state->is_link) {
     if (there) RequireReplaceable(*state, *there);
     if (!CopyLink(temporaries_, from, *state, to, there.has_value())) return;
   } else if (!there || rights != Rights::kNewFile ||
-             !IsCopyWithCoarseTime(from, *state, to, *there)) {
-    CopyFileTo({from, *state}, to, there, rights, Replaces::kAsSeen);
+             !MayBeOfOneFile(time, to_folder.Times().FromMedium(there->modified), are_local) ||
+             !TakesTime(from, *state, to, *there, to_time)) {
+    const bool has_other_time = to_time != state->modified;
+    CopyFileTo({from, *state}, to, there, rights,
+               {is_as_seen, has_other_time ? std::optional(to_time) : std::nullopt});
   }
-  WindowsFolder::Of(target.folder).NoteMade(target.name);
+  to_folder.NoteMade(target.name);
 }
 
 std::unique_ptr<HeldFolder> WindowsFiles::TreeTarget(const Path& target) {
@@ -394,7 +412,8 @@ std::unique_ptr<HeldFolder> WindowsFiles::OpenFolder(const Path& folder) {
   const std::wstring native = locator_.Locate(folder).native;
   Handle opened = OpenForHolding(native, Links::kFollow);
   if (!opened) RaiseLast(Attempt::kAsk);
-  return std::make_unique<WindowsFolder>(std::move(opened), native, temporaries_);
+  const MediumTimes times(VolumeOf(native).HoldsLocalTimes());
+  return std::make_unique<WindowsFolder>(std::move(opened), native, times, temporaries_);
 }
 
 std::unique_ptr<MediumFlush> WindowsFiles::BeginFlush(const Path& folder) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "hosts/windows/locator.h"
+#include "hosts/windows/replacing_copy.h"
 #include "hosts/windows/temporaries.h"
 #include "hosts/windows/windows_folder.h"
 #include "platform/files.h"
@@ -24,9 +25,7 @@ using SetAttributesCall = std::function<bool(const std::wstring& native, DWORD a
 /// Delete and the target of a copy, and what it leads to otherwise.
 class WindowsFiles : public FileSystem {
  public:
-  /// Deletes what processes that were killed left in work.
-  WindowsFiles(DrivePaths drives, const std::wstring& state_folder,
-               SetAttributesCall set_attributes);
+  WindowsFiles(const Locator& locator, Temporaries& temporaries, SetAttributesCall set_attributes);
 
   std::string FoldCase(std::string_view name) override;
   Path ProgramFolder() override;
@@ -66,18 +65,17 @@ class WindowsFiles : public FileSystem {
     FileState state;
   };
   CopySource SourceOfCopy(const Path& source);
-  /// Whether a target that changes meanwhile is replaced all the same.
-  enum class Replaces { kAnything, kAsSeen };
   void CopyFileTo(const CopySource& source, const std::wstring& target,
                   const std::optional<FileState>& there, Rights rights,
-                  Replaces replaces = Replaces::kAnything);
+                  const CopyExtras& extras = {});
   std::unique_ptr<HeldFolder> TreeTarget(const Path& target);
   static std::unique_ptr<HeldFolder> TreeTarget(const HeldEntry& target);
   void CopyTree(HeldFolder& source, HeldFolder& target, const std::function<void()>& between,
                 Rights rights, const LeftOutFolders& left_out);
 
-  Locator locator_;
-  Temporaries temporaries_;
+  const Locator& locator_;
+  Temporaries& temporaries_;
+  TemporarySlot slot_{temporaries_};
   SetAttributesCall set_attributes_;
   /// By the last CopyWhole, with its state before.
   std::optional<std::pair<std::wstring, FileState>> copied_;

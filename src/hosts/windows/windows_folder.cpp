@@ -16,10 +16,11 @@
 namespace tarnvale {
 namespace {
 
-FolderEntry EntryOf(std::string name, const FileState& state) {
+FolderEntry EntryOf(std::string name, const FileState& state, const MediumTimes& times) {
   constexpr std::uint64_t kUnitsPerSecond = 10'000'000;
-  return {std::move(name), state.size_bytes, SecondsSince1970(state.modified),
-          static_cast<std::int32_t>(state.modified % kUnitsPerSecond * 100)};
+  const std::uint64_t modified = times.FromMedium(state.modified);
+  return {std::move(name), state.size_bytes, SecondsSince1970(modified),
+          static_cast<std::int32_t>(modified % kUnitsPerSecond * 100)};
 }
 
 }  // namespace
@@ -39,14 +40,20 @@ FolderContents WindowsFolder::Contents() {
     } else if (state.IsFolder() && !state.is_link) {
       contents.folders.push_back(std::move(name));
     } else {
-      contents.files.push_back(EntryOf(std::move(name), state));
+      contents.files.push_back(EntryOf(std::move(name), state, times_));
     }
   }
+  RequirePresent();
   for (const std::wstring& name : leftovers) temporaries_.Sweep(native_, name);
   SortContents(contents);
   listed_.emplace(contents.folders.begin(), contents.folders.end());
   for (const FolderEntry& file : contents.files) listed_->insert(file.name);
   return contents;
+}
+
+void WindowsFolder::RequirePresent() const {
+  BY_HANDLE_FILE_INFORMATION info{};
+  if (::GetFileInformationByHandle(Get(), &info) == 0) throw ProgramError(kPathNotFound);
 }
 
 bool WindowsFolder::HasExactly(const std::string& name) {
@@ -63,7 +70,7 @@ std::optional<FolderEntry> WindowsFolder::File(const std::string& name) {
       NativeNameOf(native) != ListedName(native)) {
     return std::nullopt;
   }
-  return EntryOf(name, *state);
+  return EntryOf(name, *state, times_);
 }
 
 std::optional<std::size_t> WindowsFolder::FoundBy(const std::string& name,
@@ -96,7 +103,8 @@ std::unique_ptr<HeldFolder> WindowsFolder::Inner(const std::string& names) {
     if (!state || !state->IsFolder() || is_link) throw ProgramError(kPathNotFound);
     held = std::move(next);
   } while (!rest.empty());
-  return std::make_unique<WindowsFolder>(std::move(held), std::move(native), temporaries_);
+  RequirePresent();
+  return std::make_unique<WindowsFolder>(std::move(held), std::move(native), times_, temporaries_);
 }
 
 std::wstring WindowsFolder::NativeOf(const std::string& name) const {
@@ -107,12 +115,14 @@ std::wstring WindowsFolder::NativeOf(const std::string& name) const {
 
 void WindowsFolder::MakeFolder(const std::string& name) {
   const std::wstring native = NativeOf(name);
+  RequirePresent();
   if (::CreateDirectoryW(native.c_str(), nullptr) == 0) RaiseForMaking(name, ::GetLastError());
   NoteMade(name);
 }
 
 void WindowsFolder::MakeFile(const std::string& name, Rights rights) {
   const std::wstring native = NativeOf(name);
+  RequirePresent();
   SECURITY_ATTRIBUTES* const security = rights == Rights::kOwner ? OwnersAlone(native_) : nullptr;
   const Handle made(::CreateFileW(native.c_str(), GENERIC_WRITE, 0, security, CREATE_NEW,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));

@@ -7,6 +7,7 @@
 #include <unordered_set>
 
 #include "hosts/windows/file_state.h"
+#include "hosts/windows/medium_times.h"
 #include "hosts/windows/temporaries.h"
 #include "platform/files.h"
 
@@ -17,8 +18,12 @@ namespace tarnvale {
 class WindowsFolder final : public HeldFolder {
  public:
   /// `native` is where the folder was found.
-  WindowsFolder(Handle folder, std::wstring native, const Temporaries& temporaries)
-      : folder_(std::move(folder)), native_(std::move(native)), temporaries_(temporaries) {}
+  WindowsFolder(Handle folder, std::wstring native, MediumTimes times,
+                const Temporaries& temporaries)
+      : folder_(std::move(folder)),
+        native_(std::move(native)),
+        times_(times),
+        temporaries_(temporaries) {}
 
   FolderContents Contents() override;
   std::optional<FolderEntry> File(const std::string& name) override;
@@ -30,6 +35,11 @@ class WindowsFolder final : public HeldFolder {
 
   const std::wstring& Native() const { return native_; }
   HANDLE Get() const { return folder_.Get(); }
+  /// Of what lies in it.
+  const MediumTimes& Times() const { return times_; }
+  /// Raises 76 when the folder's medium is gone. Another one may have its drive's letter
+  /// by then, and a folder of this name.
+  void RequirePresent() const;
   /// Of an entry by its name, there or not. Raises 75 for what can't be a name.
   std::wstring NativeOf(const std::string& name) const;
 
@@ -45,6 +55,7 @@ class WindowsFolder final : public HeldFolder {
 
   Handle folder_;
   std::wstring native_;
+  MediumTimes times_;
   const Temporaries& temporaries_;
   std::optional<std::unordered_set<std::string>> listed_;
   std::unordered_set<std::string> made_;

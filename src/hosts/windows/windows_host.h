@@ -46,13 +46,14 @@ class WindowsHost : private NoSystemBoxes {
  public:
   explicit WindowsHost(const WindowsSurroundings& surroundings = {})
       : drives(surroundings.root),
-        files(drives, surroundings.state_folder, surroundings.set_attributes),
+        temporaries(surroundings.state_folder),
+        files(locator, temporaries, surroundings.set_attributes),
         open_files(locator),
-        profiles(locator, surroundings.state_folder, TextCoding(surroundings.code_page)),
+        profiles(locator, temporaries, TextCoding(surroundings.code_page)),
         processes(locator, surroundings.program_file),
         formats(surroundings.locale),
         applications(drives),
-        transfer_files(locator, surroundings.state_folder) {}
+        transfer_files(locator, temporaries) {}
   WindowsHost(const WindowsHost&) = delete;
   WindowsHost& operator=(const WindowsHost&) = delete;
 
@@ -65,6 +66,8 @@ class WindowsHost : private NoSystemBoxes {
 
   DrivePaths drives;
   Locator locator{drives};
+  /// Sees first to what processes that were killed left in work.
+  Temporaries temporaries;
   WindowsFiles files;
   WindowsOpenFiles open_files;
   WindowsProfileFiles profiles;

@@ -58,9 +58,9 @@ class SaveLock {
 
 }  // namespace
 
-WindowsProfileFiles::WindowsProfileFiles(const Locator& locator, const std::wstring& state_folder,
+WindowsProfileFiles::WindowsProfileFiles(const Locator& locator, Temporaries& temporaries,
                                          TextCoding coding)
-    : locator_(locator), temporaries_(state_folder), coding_(coding) {}
+    : locator_(locator), slot_(temporaries), coding_(coding) {}
 
 WindowsProfileFiles::Profile& WindowsProfileFiles::ProfileOf(const std::wstring& native) {
   return profiles_[FoldedPath(native)];
@@ -128,9 +128,9 @@ bool WindowsProfileFiles::Write(const std::string& section, const std::string& k
   if (profile.text.Holds(section, key, value)) return true;
   // A folder that can't be written is noticed at once.
   if (profile.edits.empty()) {
-    const std::wstring temporary = temporaries_.Begin(NativeFolderOf(native));
-    if (!WriteBeside(temporary, {})) return false;
-    ::DeleteFileW(temporary.c_str());
+    const bool is_written = WriteBeside(native, {});
+    DeleteTemporary(slot_.NativePath());
+    if (!is_written) return false;
   }
   profile.text.Set(section, key, value);
   profile.edits.push_back({section, key, value});
@@ -160,21 +160,24 @@ bool WindowsProfileFiles::Put(Profile& profile, const std::wstring& native) {
     const std::string bytes = coding_.Encode(text).value_or(std::string(kUtf8Mark) + text);
     std::string old;
     if (profile.version && ReadWhole(native, old) && old == bytes) return true;
-    const std::wstring temporary = temporaries_.Begin(NativeFolderOf(native));
-    if (!WriteBeside(temporary, bytes)) return false;
+    if (!WriteBeside(native, bytes)) {
+      // It may hold a password.
+      DeleteTemporary(slot_.NativePath());
+      return false;
+    }
     const SaveLock lock(native);
     if (tries < kMostTries && !IsStill(profile.version, native)) continue;
     PassedOver pass;
-    return pass.Step([&] { GiveName(temporary, native, profile.version.has_value()); });
+    return pass.Step([&] { GiveName(slot_, native, profile.version.has_value()); });
   }
 }
 
-bool WindowsProfileFiles::WriteBeside(const std::wstring& temporary,
-                                      const std::string& bytes) const {
+bool WindowsProfileFiles::WriteBeside(const std::wstring& native, const std::string& bytes) {
+  const std::wstring folder = NativeFolderOf(native);
   // A settings file holds passwords, so it is its owner's alone.
-  const Handle file(::CreateFileW(temporary.c_str(), GENERIC_WRITE, 0,
-                                  OwnersAlone(NativeFolderOf(temporary)), CREATE_ALWAYS,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+  const Handle file(::CreateFileW(slot_.Begin(folder).c_str(), GENERIC_WRITE, 0,
+                                  OwnersAlone(folder), CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+                                  nullptr));
   DWORD done = 0;
   return file &&
          ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &done, nullptr) !=

@@ -21,7 +21,7 @@ namespace tarnvale {
 /// each value on its own. Every write is held back until Flush.
 class WindowsProfileFiles : public ProfileFiles {
  public:
-  WindowsProfileFiles(const Locator& locator, const std::wstring& state_folder, TextCoding coding);
+  WindowsProfileFiles(const Locator& locator, Temporaries& temporaries, TextCoding coding);
 
   std::string Read(const std::string& section, const std::string& key, const std::string& fallback,
                    std::size_t buffer_size, const Path& file) override;
@@ -54,12 +54,12 @@ class WindowsProfileFiles : public ProfileFiles {
   Profile& ProfileOf(const std::wstring& native);
   bool Refresh(Profile& profile, const std::wstring& native);
   bool Put(Profile& profile, const std::wstring& native);
-  bool WriteBeside(const std::wstring& temporary, const std::string& bytes) const;
+  bool WriteBeside(const std::wstring& native, const std::string& bytes);
   static std::optional<Version> VersionOf(const std::wstring& native);
   static bool IsStill(const std::optional<Version>& version, const std::wstring& native);
 
   const Locator& locator_;
-  Temporaries temporaries_;
+  TemporarySlot slot_;
   TextCoding coding_;
   std::map<std::wstring, Profile> profiles_;  // by native path, without regard to case
 };

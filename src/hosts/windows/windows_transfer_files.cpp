@@ -38,17 +38,19 @@ class FileToSend final : public TransferSource {
 
 class FileToReceive final : public TransferTarget {
  public:
-  FileToReceive(Handle file, std::wstring temporary, std::wstring target, bool replaces)
-      : file_(std::move(file)),
-        temporary_(std::move(temporary)),
-        target_(std::move(target)),
-        replaces_(replaces) {}
+  FileToReceive(const Temporaries& temporaries, const Located& target)
+      : slot_(temporaries), target_(target.native), replaces_(target.state.has_value()) {
+    const std::wstring folder = NativeFolderOf(target_);
+    file_ = Handle(::CreateFileW(slot_.Begin(folder).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
+                                 OwnersAlone(folder), CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file_) RaiseLast(Attempt::kChange);
+  }
   FileToReceive(const FileToReceive&) = delete;
   FileToReceive& operator=(const FileToReceive&) = delete;
   ~FileToReceive() override {
     if (!file_) return;
     file_.Close();
-    ::DeleteFileW(temporary_.c_str());
+    DeleteTemporary(slot_.NativePath());
   }
 
   void Write(std::span<const char> bytes) override {
@@ -65,12 +67,12 @@ class FileToReceive final : public TransferTarget {
   void Commit() override {
     if (!FlushFile(file_.Get())) RaiseLast(Attempt::kChange);
     file_.Close();
-    GiveName(temporary_, target_, replaces_);
+    GiveName(slot_, target_, replaces_);
   }
 
  private:
+  TemporarySlot slot_;
   Handle file_;  ///< none once it was renamed
-  std::wstring temporary_;
   std::wstring target_;
   bool replaces_;
 };
@@ -90,13 +92,7 @@ std::unique_ptr<TransferSource> WindowsTransferFiles::OpenSource(const Path& fil
 std::unique_ptr<TransferTarget> WindowsTransferFiles::OpenTarget(const Path& file) {
   const Located located = Locator::RequireTarget(locator_.Locate(file));
   if (located.state) RequireReplaceable({}, *located.state);
-  const std::wstring folder = NativeFolderOf(located.native);
-  std::wstring temporary = temporaries_.Begin(folder);
-  Handle opened(::CreateFileW(temporary.c_str(), GENERIC_READ | GENERIC_WRITE, 0,
-                              OwnersAlone(folder), CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!opened) RaiseLast(Attempt::kChange);
-  return std::make_unique<FileToReceive>(std::move(opened), std::move(temporary), located.native,
-                                         located.state.has_value());
+  return std::make_unique<FileToReceive>(temporaries_, located);
 }
 
 }  // namespace tarnvale

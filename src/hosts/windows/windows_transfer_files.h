@@ -11,15 +11,15 @@ namespace tarnvale {
 
 class WindowsTransferFiles : public TransferFiles {
  public:
-  WindowsTransferFiles(const Locator& locator, const std::wstring& state_folder)
-      : locator_(locator), temporaries_(state_folder) {}
+  WindowsTransferFiles(const Locator& locator, const Temporaries& temporaries)
+      : locator_(locator), temporaries_(temporaries) {}
 
   std::unique_ptr<TransferSource> OpenSource(const Path& file) override;
   std::unique_ptr<TransferTarget> OpenTarget(const Path& file) override;
 
  private:
   const Locator& locator_;
-  Temporaries temporaries_;
+  const Temporaries& temporaries_;
 };
 
 }  // namespace tarnvale

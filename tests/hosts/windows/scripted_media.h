@@ -24,8 +24,8 @@ Script Answering(std::string_view name, Function* function, Answer answer) {
   return std::make_shared<Kept>(name, function, std::move(answer));
 }
 
-/// Lets what has a native path look like a reparse point with this tag. Opened, a link
-/// leads to `target`; its own data are empty.
+/// Lets whatever has the name of a native path look like a reparse point with this tag.
+/// Opened by that path, a link leads to `target`; its own data are empty.
 inline std::vector<Script> AsReparsePoint(const std::wstring& native, DWORD tag,
                                           const std::wstring& target = {}) {
   const auto mark = [=](WIN32_FIND_DATAW* found) {
@@ -37,7 +37,7 @@ inline std::vector<Script> AsReparsePoint(const std::wstring& native, DWORD tag,
       Answering("GetFileAttributesExW", &::GetFileAttributesExW,
                 [=](auto real, LPCWSTR path, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
                   const BOOL done = real(path, level, data);
-                  if (done != 0 && path == native) {
+                  if (done != 0 && NativeNameOf(path) == NativeNameOf(native)) {
                     static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(data)->dwFileAttributes |=
                         FILE_ATTRIBUTE_REPARSE_POINT;
                   }

@@ -136,7 +136,8 @@ TEST_F(WindowsFilesTest, WhatAKilledProcessLeftIsDeletedAtTheNextStart) {
   constexpr char kState[] = "TARNVALE_TEST_STATE";
   if (const auto drive = Host().processes.Variable(kDrive)) {
     Temporaries temporaries(Wide(*Host().processes.Variable(kState)));
-    WriteNative(temporaries.Begin(Wide(*drive)), "half a copy");
+    TemporarySlot slot(temporaries);
+    WriteNative(slot.Begin(Wide(*drive)), "half a copy");
     ::TerminateProcess(::GetCurrentProcess(), 9);
   }
   ::SetEnvironmentVariableW(Wide(kDrive).c_str(), surroundings.root.c_str());

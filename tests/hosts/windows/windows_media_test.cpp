@@ -250,5 +250,74 @@ TEST_F(WindowsMediaTest, ASettingsFileBehindALinkIsWrittenThere) {
   EXPECT_EQ(Content("link.ini"), "");
 }
 
+// Another stick gets the drive's letter as soon as the first one is pulled out, and may
+// well have a folder of the same name.
+TEST_F(WindowsMediaTest, AFolderWhoseMediumIsGoneIsGone) {
+  std::filesystem::create_directories(Native("stick/inner"));
+  Write("a", "ours");
+  Write("stick/a", "another stick's");
+  const auto root = Host().files.OpenFolder("C:\\");
+  const auto stick = Host().files.OpenFolder("C:\\stick");
+  const Scripted asks("GetFileInformationByHandle", &::GetFileInformationByHandle,
+                      [&](auto real, HANDLE file, LPBY_HANDLE_FILE_INFORMATION info) {
+                        const bool is_pulled = file == static_cast<WindowsFolder&>(*stick).Get();
+                        return is_pulled ? Failing(ERROR_NOT_READY) : real(file, info);
+                      });
+  EXPECT_EQ(RaisedBy([&] { stick->Contents(); }), 76);
+  EXPECT_EQ(RaisedBy([&] { stick->Inner("inner"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { stick->MakeFolder("new"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { stick->MakeFile("new"); }), 76);
+  EXPECT_EQ(RaisedBy([&] { Host().files.CopyEntry({*root, "a"}, {*stick, "a"}); }), 76);
+  EXPECT_EQ(RaisedBy([&] { Host().files.CopyEntry({*stick, "a"}, {*root, "a"}); }), 76);
+  EXPECT_EQ(RaisedBy([&] { Host().files.CopyWhole("C:\\a", {*stick, "b"}); }), 76);
+  EXPECT_EQ(Content("a"), "ours");
+  EXPECT_EQ(Content("stick/a"), "another stick's");
+}
+
+class WindowsLinksTest : public WindowsMediaTest {
+ protected:
+  WindowsLinksTest() {
+    std::filesystem::create_directories(Native("from/link"));
+    std::filesystem::create_directories(Native("to/link"));
+  }
+
+ private:
+  std::vector<Script> medium_ = AsMedium(DRIVE_FIXED, FILE_SUPPORTS_REPARSE_POINTS, L"NTFS");
+  std::vector<Script> links_ = AsReparsePoint(NativeName("link"), IO_REPARSE_TAG_MOUNT_POINT);
+  Script makes_links_ = Answering(
+      "DeviceIoControl", &::DeviceIoControl,
+      [](auto, HANDLE, DWORD, LPVOID, DWORD, LPVOID, DWORD, LPDWORD length, LPOVERLAPPED) {
+        *length = 0;
+        return TRUE;
+      });
+};
+
+TEST_F(WindowsLinksTest, AFolderLinkIsThereUntilItsCopyIs) {
+  const FileNumber old = *NumberOf(OpenToAsk(NativeName("to\\link"), Links::kKeep).Get());
+  {
+    const Scripted moves(
+        "MoveFileExW", &::MoveFileExW, [&](auto real, LPCWSTR from, LPCWSTR to, DWORD flags) {
+          const bool gives_name = Narrow(to).ends_with("\\to\\link") &&
+                                  NumberOf(OpenToAsk(from, Links::kKeep).Get()) != old;
+          return gives_name ? Failing(ERROR_DISK_FULL) : real(from, to, flags);
+        });
+    EXPECT_EQ(RaisedBy([&] { Host().files.CopyTree("C:\\from", "C:\\to", {}); }), 61);
+  }
+  EXPECT_EQ(NumberOf(OpenToAsk(NativeName("to\\link"), Links::kKeep).Get()), old);
+  EXPECT_THAT(Host().files.ListFolders("C:\\to", {.hidden = true}), IsEmpty());
+  EXPECT_EQ(RaisedBy([&] { Host().files.CopyTree("C:\\from", "C:\\to", {}); }), 0);
+  EXPECT_NE(NumberOf(OpenToAsk(NativeName("to\\link"), Links::kKeep).Get()), old);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(Native("to")), {}), 1);
+}
+
+TEST_F(WindowsLinksTest, ACopyOfALinkHasItsTime) {
+  const Handle link(::CreateFileW(Native("from/link").c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
+                                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  const FILETIME time = FileTimeOf(128'000'000'000'000'000);
+  ASSERT_NE(::SetFileTime(link.Get(), nullptr, nullptr, &time), 0);
+  EXPECT_EQ(RaisedBy([&] { Host().files.CopyTree("C:\\from", "C:\\to", {}); }), 0);
+  EXPECT_EQ(StateOf(NativeName("to\\link"), Links::kKeep)->modified, 128'000'000'000'000'000U);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing
