@@ -11,7 +11,7 @@ constexpr wchar_t kClass[] = L"TarnvaleMessages";
 
 }  // namespace
 
-MessageWindow::MessageWindow(Handler handler) : handler_(std::move(handler)) {
+MessageWindow::MessageWindow(Handler handler, Hears hears) : handler_(std::move(handler)) {
   HINSTANCE program = ::GetModuleHandleW(nullptr);
   WNDCLASSEXW description{};
   description.cbSize = sizeof description;
@@ -20,8 +20,10 @@ MessageWindow::MessageWindow(Handler handler) : handler_(std::move(handler)) {
   description.lpszClassName = kClass;
   // It may be there already.
   ::RegisterClassExW(&description);
+  const bool is_top = hears == Hears::kBroadcasts;
   window_ =
-      ::CreateWindowExW(0, kClass, nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, program, nullptr);
+      ::CreateWindowExW(is_top ? WS_EX_TOOLWINDOW : 0, kClass, nullptr, is_top ? WS_POPUP : 0, 0, 0,
+                        0, 0, is_top ? nullptr : HWND_MESSAGE, nullptr, program, nullptr);
   if (window_ == nullptr) RaiseLast(Attempt::kChange);
   ::SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
 }
@@ -34,6 +36,8 @@ MessageWindow::~MessageWindow() {
 LRESULT CALLBACK MessageWindow::OnMessage(HWND window, UINT message, WPARAM first,
                                           LPARAM second) noexcept {
   auto* self = reinterpret_cast<MessageWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+  // Whoever asks all windows of the program to close means those that a person sees.
+  if (message == WM_CLOSE) return 0;
   const bool is_own = message >= kFirstMessage || message == WM_TIMER;
   if (self == nullptr || !is_own) return ::DefWindowProcW(window, message, first, second);
   self->handler_(message, first, second);

@@ -17,8 +17,11 @@ class MessageWindow {
   /// The first number that messages of a window's own may have.
   static constexpr UINT kFirstMessage = WM_APP;
 
-  /// `handler` is called for its own messages and for WM_TIMER. It must not raise.
-  explicit MessageWindow(Handler handler);
+  enum class Hears { kItsOwn, kBroadcasts };
+
+  /// `handler` is called for its own messages, for WM_TIMER, and for those that the system's
+  /// parts register and send to everybody where it hears them. It must not raise.
+  explicit MessageWindow(Handler handler, Hears hears = Hears::kItsOwn);
   MessageWindow(const MessageWindow&) = delete;
   MessageWindow& operator=(const MessageWindow&) = delete;
   ~MessageWindow();

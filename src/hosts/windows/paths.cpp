@@ -89,11 +89,15 @@ Path DrivePaths::FromNative(std::wstring_view native) const {
   if (!root_.empty() && native.substr(0, root_.size()) == root_) {
     return "C:" + Narrow(native.substr(root_.size()));
   }
+  return Narrow(WithoutPrefix(native));
+}
+
+std::wstring WithoutPrefix(std::wstring_view native) {
   if (native.substr(0, kNetwork.size()) == kNetwork) {
-    return "\\\\" + Narrow(native.substr(kNetwork.size()));
+    return std::wstring(L"\\\\").append(native.substr(kNetwork.size()));
   }
   if (native.substr(0, kLong.size()) == kLong) native.remove_prefix(kLong.size());
-  return Narrow(native);
+  return std::wstring(native);
 }
 
 std::wstring NativeFolderOf(std::wstring_view native) {

@@ -36,6 +36,9 @@ class DrivePaths {
   std::wstring root_;
 };
 
+/// A native path as the desktop and the starting of programs take it.
+std::wstring WithoutPrefix(std::wstring_view native);
+
 /// Splits a native path at its last backslash: "\\?\C:\a\b" into "\\?\C:\a" and "b". The
 /// folder of what lies in a drive's root ends in a backslash; a root itself has no name.
 std::wstring NativeFolderOf(std::wstring_view native);

@@ -19,7 +19,6 @@ using std::chrono::milliseconds;
 using Nanoseconds = std::chrono::nanoseconds;
 
 constexpr UINT kJobMessage = MessageWindow::kFirstMessage;
-constexpr UINT kWakeMessage = MessageWindow::kFirstMessage + 1;
 constexpr UINT_PTR kAlarm = 1;
 
 /// Passes closer together than this count as one.
@@ -33,9 +32,9 @@ Nanoseconds Uptime() {
   return WindowsClock().Uptime();
 }
 
-/// Sleeps until there is a message, even one that was seen and left.
-void Sleep(DWORD limit_ms) {
-  ::MsgWaitForMultipleObjectsEx(0, nullptr, limit_ms, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+/// Sleeps until there is a message of some kinds, even one that was seen and left.
+void Sleep(DWORD limit_ms, DWORD kinds = QS_ALLINPUT) {
+  ::MsgWaitForMultipleObjectsEx(0, nullptr, limit_ms, kinds, MWMO_INPUTAVAILABLE);
 }
 
 /// One more while it lives.
@@ -63,7 +62,9 @@ WindowsEventLoop::WindowsEventLoop()
   timers_.Rescheduled.Listen([this] { SetAlarm(); });
 }
 
-WindowsEventLoop::~WindowsEventLoop() = default;
+WindowsEventLoop::~WindowsEventLoop() {
+  if (quit_code_) TakeQuitBack();
+}
 
 void WindowsEventLoop::Post(std::function<void()> job) {
   const std::lock_guard lock(jobs_lock_);
@@ -119,26 +120,26 @@ void WindowsEventLoop::Pass() {
   const Nanoseconds limit = Uptime() + kPassLimit;
   MSG message;
   const UINT users = (QS_INPUT | QS_PAINT) << 16U;
-  while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | users) != 0) {
-    Serve(message);
-    if (Uptime() >= limit) break;
-  }
-  while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
-    Serve(message);
-    if (Uptime() >= limit) break;
+  for (const UINT which : {users, 0U}) {
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | which) != 0 && Serve(message)) {
+      if (Uptime() >= limit) break;
+    }
   }
   RunDue();
   last_pass_ = Uptime();
 }
 
-void WindowsEventLoop::Serve(const MSG& message) {
+// False for the program's end. Its message ends the loops of the system's as well, of a box or
+// a menu: it stays for those around this pass.
+bool WindowsEventLoop::Serve(const MSG& message) {
   if (message.message == WM_QUIT) {
     Quit(static_cast<int>(message.wParam));
-    return;
+    return false;
   }
   ::TranslateMessage(&message);
   ::DispatchMessageW(&message);
   RunDue();
+  return true;
 }
 
 void WindowsEventLoop::Yield() {
@@ -149,7 +150,9 @@ void WindowsEventLoop::Yield() {
 
 void WindowsEventLoop::WaitPass() {
   const bool timer_is_due = next_due_ && *next_due_ <= Uptime();
-  if (!timer_is_due) Sleep(kWaitLimitMs);
+  // The message of the program's end stays, among those that are posted.
+  const DWORD kinds = quit_code_ ? QS_ALLINPUT & ~QS_POSTMESSAGE : QS_ALLINPUT;
+  if (!timer_is_due) Sleep(kWaitLimitMs, kinds);
   Pass();
 }
 
@@ -158,12 +161,20 @@ int WindowsEventLoop::Run() {
     Pass();
     if (!quit_code_) Sleep(INFINITE);
   }
+  TakeQuitBack();
   return *quit_code_;
 }
 
 void WindowsEventLoop::Quit(int code) {
   quit_code_ = code;
-  ::PostMessageW(messages_.Get(), kWakeMessage, 0, 0);
+  ::PostQuitMessage(code);
+  // Not everywhere does the message close a menu.
+  ::EndMenu();
+}
+
+void WindowsEventLoop::TakeQuitBack() {
+  MSG message;
+  ::PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
 }
 
 }  // namespace tarnvale

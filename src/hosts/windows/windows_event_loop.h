@@ -24,7 +24,8 @@ class WindowsEventLoop final : public EventLoop {
   void Yield() override;
   void WaitPass() override;
   int Run() override;
-  /// Ends Run. Before Run: lets the coming Run return at once.
+  /// Ends Run, and every loop of the system's within it: a box that waits gets no answer.
+  /// Before Run: lets the coming Run return at once.
   void Quit(int code) override;
   bool IsEnding() const override { return quit_code_.has_value(); }
   void Post(std::function<void()> job) override;
@@ -37,7 +38,8 @@ class WindowsEventLoop final : public EventLoop {
 
   void OnMessage(UINT message);
   void Pass();
-  void Serve(const MSG& message);
+  bool Serve(const MSG& message);
+  static void TakeQuitBack();
   void RunJob();
   void AnnounceJob();
   void RunDue();

@@ -9,6 +9,7 @@
 #include "base/failure.h"
 #include "base/stable_hash.h"
 #include "base/text.h"
+#include "hosts/windows/paths.h"
 #include "hosts/windows/wide.h"
 #include "platform/command_line.h"
 #include "platform/path_text.h"
@@ -18,17 +19,6 @@ namespace {
 
 // Of newer systems: the program asks for more rights than ours.
 constexpr DWORD kElevationRequired = 740;
-
-// As the desktop and the starting of programs take it.
-std::wstring Plain(std::wstring_view native) {
-  constexpr std::wstring_view kLong = L"\\\\?\\";
-  constexpr std::wstring_view kNetwork = L"\\\\?\\UNC\\";
-  if (native.substr(0, kNetwork.size()) == kNetwork) {
-    return L"\\\\" + std::wstring(native.substr(kNetwork.size()));
-  }
-  if (native.substr(0, kLong.size()) == kLong) native.remove_prefix(kLong.size());
-  return std::wstring(native);
-}
 
 // What follows the first word of a command line.
 std::string_view BehindFirstWord(std::string_view line) {
@@ -87,13 +77,13 @@ WindowsProcesses::WindowsProcesses(const Locator& locator, std::wstring program_
 
 bool WindowsProcesses::OpenWithDesktop(const Path& file) {
   const Located located = locator_.Locate(file);
-  return located.state && OpenByDesktop(nullptr, Plain(located.native), {}, SW_SHOWNORMAL);
+  return located.state && OpenByDesktop(nullptr, WithoutPrefix(located.native), {}, SW_SHOWNORMAL);
 }
 
 bool WindowsProcesses::StartProgram(const Path& program) {
   const Located located = locator_.Locate(program);
   if (!located.state || located.IsFolder()) return false;
-  const std::wstring file = Plain(located.native);
+  const std::wstring file = WithoutPrefix(located.native);
   const DWORD error = Start(file, L"\"" + file + L"\"", SW_SHOWNORMAL);
   if (error != kElevationRequired) return error == 0;
   return OpenByDesktop(L"runas", file, {}, SW_SHOWNORMAL);
@@ -103,7 +93,7 @@ bool WindowsProcesses::StartProgram(const Path& program) {
 std::wstring WindowsProcesses::ProgramOf(const std::string& name) const {
   if (IsPathLanguage(name)) {
     const Located located = locator_.Locate(name);
-    return located.state && !located.IsFolder() ? Plain(located.native) : std::wstring();
+    return located.state && !located.IsFolder() ? WithoutPrefix(located.native) : std::wstring();
   }
   std::wstring found(MAX_PATH, L'\0');
   const DWORD length =
