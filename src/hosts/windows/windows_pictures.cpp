@@ -103,4 +103,10 @@ const Raster& PictureNamed(const std::string& name, int width, int height) {
   return made;
 }
 
+HICON IconNamed(const std::string& name, int width_metric, int height_metric) {
+  return static_cast<HICON>(::LoadImageW(::GetModuleHandleW(nullptr), Wide(name).c_str(),
+                                         IMAGE_ICON, ::GetSystemMetrics(width_metric),
+                                         ::GetSystemMetrics(height_metric), 0));
+}
+
 }  // namespace tarnvale

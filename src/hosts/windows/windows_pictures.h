@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "hosts/windows/system_headers.h"
 #include "ui/raster.h"
 
 namespace tarnvale {
@@ -10,5 +11,9 @@ namespace tarnvale {
 /// A picture at a size in device pixels, which its own shape keeps within; empty for an
 /// empty name. Valid as long as the program runs.
 const Raster& PictureNamed(const std::string& name, int width, int height);
+
+/// An icon at a width and height that the system names (SM_CXSMICON), for the caller to
+/// destroy; null when there is none of the name.
+HICON IconNamed(const std::string& name, int width_metric, int height_metric);
 
 }  // namespace tarnvale

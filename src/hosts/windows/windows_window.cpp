@@ -8,6 +8,7 @@
 #include "hosts/windows/native_errors.h"
 #include "hosts/windows/peers/peer_factory.h"
 #include "hosts/windows/wide.h"
+#include "hosts/windows/windows_pictures.h"
 #include "ui/input_rules.h"
 #include "ui/owner_drawn.h"
 #include "ui/palette.h"
@@ -293,14 +294,11 @@ void WindowsWindow::BringForward() {
 
 void WindowsWindow::ApplyIcon() {
   if (native_ == nullptr || record_.Icon.Get().empty()) return;
-  const std::wstring name = Wide(record_.Icon.Get());
   constexpr int kMetrics[2][2] = {{SM_CXSMICON, SM_CYSMICON}, {SM_CXICON, SM_CYICON}};
   for (const WPARAM kind : {WPARAM{ICON_SMALL}, WPARAM{ICON_BIG}}) {
-    HANDLE const icon = ::LoadImageW(ProgramModule(), name.c_str(), IMAGE_ICON,
-                                     ::GetSystemMetrics(kMetrics[kind][0]),
-                                     ::GetSystemMetrics(kMetrics[kind][1]), LR_DEFAULTCOLOR);
+    HICON const icon = IconNamed(record_.Icon, kMetrics[kind][0], kMetrics[kind][1]);
     ::SendMessageW(native_, WM_SETICON, kind, reinterpret_cast<LPARAM>(icon));
-    HICON const before = std::exchange(icons_[kind], static_cast<HICON>(icon));
+    HICON const before = std::exchange(icons_[kind], icon);
     if (before != nullptr) ::DestroyIcon(before);
   }
 }

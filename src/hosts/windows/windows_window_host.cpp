@@ -65,9 +65,20 @@ HWND WindowsWindowHost::OwnerFor(const Window* wanted) const {
   return nullptr;
 }
 
-void WindowsWindowHost::SetBoxDepth(int depth) {
-  box_depth_ = depth;
-  for (const auto& native : windows_) native->ApplyEnabled();
+WindowsWindowHost::Modal::Modal(WindowsWindowHost& host, HWND owner) : host_(host) {
+  ++host_.box_depth_;
+  host_.ApplyEnabled(owner);
+}
+
+WindowsWindowHost::Modal::~Modal() {
+  --host_.box_depth_;
+  host_.ApplyEnabled(nullptr);
+}
+
+void WindowsWindowHost::ApplyEnabled(HWND but) {
+  for (const auto& native : windows_) {
+    if (but == nullptr || native->Native() != but) native->ApplyEnabled();
+  }
 }
 
 void WindowsWindowHost::PopUp(MenuItem&) {}

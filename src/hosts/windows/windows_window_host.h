@@ -43,22 +43,21 @@ class WindowsWindowHost final : public WindowHost {
   HWND OwnerFor(const Window* wanted) const;
 
   /// A box or dialog: while it lives none of the windows takes input, those that are shown
-  /// meanwhile included.
+  /// meanwhile included. The system itself disables and enables `owner`: only so is that
+  /// one active again when the box goes, and no window of another program.
   class Modal {
    public:
-    explicit Modal(WindowsWindowHost& host) : host_(host) {
-      host_.SetBoxDepth(host_.box_depth_ + 1);
-    }
+    Modal(WindowsWindowHost& host, HWND owner);
     Modal(const Modal&) = delete;
     Modal& operator=(const Modal&) = delete;
-    ~Modal() { host_.SetBoxDepth(host_.box_depth_ - 1); }
+    ~Modal();
 
    private:
     WindowsWindowHost& host_;
   };
 
  private:
-  void SetBoxDepth(int depth);
+  void ApplyEnabled(HWND but);
   void ShowPointer();
 
   Fonts fonts_;

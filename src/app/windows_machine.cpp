@@ -1,0 +1,23 @@
+#include "app/windows_machine.h"
+
+#include <cstdlib>
+#include <string>
+#include <utility>
+
+namespace tarnvale {
+
+WindowsMachine::WindowsMachine()
+    : desktop_(system_->files,
+               [this](const std::wstring& native) { return system_->PathOf(native); }),
+      ftp_(std::in_place, desktop_.Loop(), system_->transfer_files),
+      machine_{system_->Parts(),
+               {desktop_.Loop(), desktop_.Boxes(), desktop_.Surroundings(), desktop_.Windows(),
+                desktop_.Dialogs(), desktop_.Tray(), desktop_.Network(), *ftp_}} {}
+
+void WindowsMachine::EndProcess(int status) {
+  ftp_.reset();
+  system_.reset();
+  std::_Exit(status);
+}
+
+}  // namespace tarnvale
