@@ -5,7 +5,9 @@
 #include <string>
 
 #include "hosts/windows/windows_event_loop.h"
+#include "hosts/windows/windows_pictures.h"
 #include "hosts/windows/windows_sockets.h"
+#include "hosts/windows/windows_tray.h"
 #include "hosts/windows/windows_window_host.h"
 #include "platform/files.h"
 #include "ui/headless_machine.h"
@@ -18,13 +20,16 @@ class WindowsDesktop {
   /// `files` is what folder trees show and must outlive it. `program_path` gives a native
   /// path in the program's path language.
   WindowsDesktop(FileSystem& files, std::function<Path(const std::wstring& native)> program_path)
-      : windows_(loop_, files, nobody_, std::move(program_path)), sockets_(loop_) {}
+      : windows_(loop_, files, nobody_, std::move(program_path)),
+        tray_(loop_,
+              [](const std::string& name) { return IconNamed(name, SM_CXSMICON, SM_CYSMICON); }),
+        sockets_(loop_) {}
 
   WindowsEventLoop& Loop() { return loop_; }
   WindowHost& Windows() { return windows_; }
   MessageBoxes& Boxes() { return nobody_; }
   FileDialogs& Dialogs() { return nobody_; }
-  NotificationArea& Tray() { return nobody_; }
+  NotificationArea& Tray() { return tray_; }
   Sockets& Network() { return sockets_; }
   Desktop& Surroundings() { return windows_.Surroundings(); }
 
@@ -32,6 +37,7 @@ class WindowsDesktop {
   WindowsEventLoop loop_;
   NoDesktop nobody_;
   WindowsWindowHost windows_;
+  WindowsTray tray_;
   WindowsSockets sockets_;
 };
 

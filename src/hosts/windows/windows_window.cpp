@@ -7,7 +7,7 @@
 #include "hosts/windows/keys.h"
 #include "hosts/windows/native_errors.h"
 #include "hosts/windows/peers/peer_factory.h"
-#include "hosts/windows/wide.h"
+#include "hosts/windows/shown_text.h"
 #include "hosts/windows/windows_pictures.h"
 #include "ui/input_rules.h"
 #include "ui/owner_drawn.h"
@@ -67,14 +67,13 @@ class Meanwhile {
   Value before_;
 };
 
-/// Owns the windows that aren't to be on the task bar.
+}  // namespace
+
 HWND UnseenOwner() {
   static HWND const kOwner = ::CreateWindowExW(0, L"Static", nullptr, WS_POPUP, 0, 0, 0, 0, nullptr,
                                                nullptr, ProgramModule(), nullptr);
   return kOwner;
 }
-
-}  // namespace
 
 WindowsWindow::WindowsWindow(PeerContext& context, Window& record, const int& box_depth)
     : context_(context), record_(record), box_depth_(box_depth) {
@@ -88,6 +87,7 @@ WindowsWindow::~WindowsWindow() {
   ::SetWindowLongPtrW(native_, GWLP_USERDATA, 0);
   ::ShowWindow(native_, SW_HIDE);
   peers_.clear();
+  menus_.reset();
   ::DestroyWindow(native_);
   for (HICON icon : icons_) {
     if (icon != nullptr) ::DestroyIcon(icon);
@@ -96,7 +96,7 @@ WindowsWindow::~WindowsWindow() {
 
 void WindowsWindow::FollowRecord() {
   Follow(record_.Caption.Changed, [this] {
-    if (native_ != nullptr) ::SetWindowTextW(native_, Wide(record_.Caption.Get()).c_str());
+    if (native_ != nullptr) ::SetWindowTextW(native_, ToShown(record_.Caption.Get()).c_str());
   });
   Follow(record_.Icon.Changed, [this] { ApplyIcon(); });
   Follow(record_.Enabled.Changed, [this] { ApplyEnabled(); });
@@ -138,13 +138,15 @@ void WindowsWindow::MakeNative() {
   // It may be there already.
   ::RegisterClassExW(&description);
   const Styles styles = StylesOf(record_);
-  native_ = ::CreateWindowExW(styles.extended, kClass, Wide(record_.Caption.Get()).c_str(),
+  native_ = ::CreateWindowExW(styles.extended, kClass, ToShown(record_.Caption.Get()).c_str(),
                               styles.style, 0, 0, 0, 0, nullptr, nullptr, ProgramModule(), nullptr);
   if (native_ == nullptr) RaiseLast(Attempt::kChange);
   ::SetWindowLongPtrW(native_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  if (!record_.MenuBar.empty()) menus_.emplace(native_, record_.MenuBar, context_.loop);
   const Size size = record_.ClientSize;
   RECT frame{0, 0, context_.ToDevice(size.width_px), context_.ToDevice(size.height_px)};
-  ::AdjustWindowRectEx(&frame, styles.style, FALSE, styles.extended);
+  ::AdjustWindowRectEx(&frame, styles.style, static_cast<BOOL>(menus_.has_value()),
+                       styles.extended);
   ::SetWindowPos(native_, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
@@ -571,7 +573,7 @@ LRESULT WindowsWindow::ServeNotice(NMHDR& header) {
     Peer* peer = NativePeerOf(reinterpret_cast<HWND>(header.idFrom));
     if (peer == nullptr) peer = over_;
     static std::wstring text;
-    text = peer == nullptr ? std::wstring() : Wide(peer->Tip());
+    text = peer == nullptr ? std::wstring() : ToShown(peer->Tip());
     tip.lpszText = text.data();
     return 0;
   }
@@ -580,6 +582,7 @@ LRESULT WindowsWindow::ServeNotice(NMHDR& header) {
 }
 
 LRESULT WindowsWindow::ServeCommand(WPARAM first, LPARAM second) {
+  if (second == 0 && menus_) menus_->OnCommand(LOWORD(first));
   if (NativePeer* peer = NativePeerOf(reinterpret_cast<HWND>(second)))
     peer->OnCommand(HIWORD(first));
   return 0;

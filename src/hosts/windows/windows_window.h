@@ -13,9 +13,14 @@
 #include "hosts/windows/peers/native_peer.h"
 #include "hosts/windows/peers/peer.h"
 #include "hosts/windows/surface.h"
+#include "hosts/windows/windows_menus.h"
 #include "ui/window.h"
 
 namespace tarnvale {
+
+/// A window that is never shown: it owns those that aren't to be on the task bar, and menus
+/// where none of ours can be seen.
+HWND UnseenOwner();
 
 /// Mirrors a window record by a native window, which is made when it is first shown. What
 /// changes in one event comes to the desktop in one step after it. What its controls draw
@@ -107,6 +112,7 @@ class WindowsWindow final {
   HWND native_ = nullptr;
   HWND tips_ = nullptr;
   HICON icons_[2] = {};
+  std::optional<WindowsMenuBar> menus_;
   std::vector<std::unique_ptr<Peer>> peers_;
   std::map<const Control*, Peer*> peer_of_;
   std::vector<DrawnPeer*> scene_;  ///< the lowest first

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "hosts/windows/windows_menus.h"
+
 namespace tarnvale {
 namespace {
 
@@ -81,7 +83,10 @@ void WindowsWindowHost::ApplyEnabled(HWND but) {
   }
 }
 
-void WindowsWindowHost::PopUp(MenuItem&) {}
+void WindowsWindowHost::PopUp(MenuItem& menu) {
+  HWND const active = OwnerFor(nullptr);
+  PopUpMenu(active != nullptr ? active : UnseenOwner(), menu, context_.loop);
+}
 
 int WindowsWindowHost::ScreenWidthTwips() {
   return ::MulDiv(::GetSystemMetrics(SM_CXSCREEN), kPlainDpi * kTwipsPerPixel, context_.dpi);

@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "hosts/windows/peers/picture_box_peer.h"
-#include "hosts/windows/wide.h"
+#include "hosts/windows/shown_text.h"
 #include "ui/look.h"
 
 namespace tarnvale {
@@ -88,7 +88,7 @@ UINT LabelPeer::Format() const {
 }
 
 std::wstring LabelPeer::Fitting(HDC dc) const {
-  std::wstring text = Wide(label_.Shown());
+  std::wstring text = ToShown(label_.Shown());
   if (IsBlock() || label_.Role != TextRole::kValue) return text;
   const RECT area = TextArea();
   return ElidedInTheMiddle(dc, text, area.right - area.left);
@@ -151,7 +151,7 @@ std::string LabelPeer::Tip() {
   const Selected font(measure.Dc(), context_.fonts.OfRole(label_.Role));
   const RECT area = TextArea();
   const std::string text = label_.Shown();
-  return WidthOf(measure.Dc(), Wide(text)) > area.right - area.left ? text : own;
+  return WidthOf(measure.Dc(), ToShown(text)) > area.right - area.left ? text : own;
 }
 
 void LabelPeer::OnClick(MouseButton button) {

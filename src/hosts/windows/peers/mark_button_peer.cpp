@@ -2,7 +2,7 @@
 
 #include <uxtheme.h>
 
-#include "hosts/windows/wide.h"
+#include "hosts/windows/shown_text.h"
 #include "hosts/windows/windows_window.h"
 #include "ui/caption_text.h"
 #include "ui/look.h"
@@ -66,7 +66,7 @@ void MarkButtonPeer::PaintMark(HDC dc, const RECT& place) const {
 }
 
 void MarkButtonPeer::PaintCaption(HDC dc, RECT area) const {
-  const std::wstring text = Wide(caption_.Get());
+  const std::wstring text = ToShown(caption_.Get());
   const Selected font(dc, context_.fonts.OfRole(TextRole::kBody));
   ::SetBkMode(dc, TRANSPARENT);
   ::SetTextColor(dc, ToColorRef(ToColor(ColorOfRole(TextRole::kBody, IsUsable()))));
