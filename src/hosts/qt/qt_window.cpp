@@ -39,9 +39,11 @@ Qt::WindowFlags FlagsOf(const Window& window) {
       break;
   }
   // A kind that window managers leave alone: it may stand beyond the screen's
-  // edge, and sliding in it isn't held back.
-  return Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-         Qt::WindowDoesNotAcceptFocus;
+  // edge, and sliding in it isn't held back. Wayland would tie it to the window that
+  // was clicked last, and show it nowhere.
+  const bool is_on_wayland = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+  return (is_on_wayland ? Qt::Tool : Qt::ToolTip) | Qt::FramelessWindowHint |
+         Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus;
 }
 
 bool IsInput(QEvent::Type type) {
