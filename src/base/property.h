@@ -8,8 +8,7 @@
 
 namespace tarnvale {
 
-/// A value with change notification. Setting the value that it has already does
-/// nothing and tells nobody.
+/// A value with change notification.
 template <class T>
 class Property {
  public:
@@ -32,9 +31,11 @@ class Property {
   }
 
   void Set(T value) {
-    if (value == value_) return;
-    value_ = std::move(value);
-    Changed.Emit();
+    if (value != value_) {
+      value_ = std::move(value);
+      Changed.Emit();
+    }
+    WasSet.Emit();
   }
 
   /// Changes the value where it stands without telling: for a caller that
@@ -47,6 +48,9 @@ class Property {
   /// Emitted after each change. A handler reads the value by Get(): it may have
   /// moved on since.
   Signal<> Changed;
+  /// Emitted after each setting, also to the value that was there already; after
+  /// Changed.
+  Signal<> WasSet;
 
  private:
   T value_{};
@@ -81,11 +85,19 @@ class Bound {
   Bound(const Bound&) = delete;
   void Set(T value) { target_->Set(std::move(value)); }
   Signal<>& Changed() { return target_->Changed; }
+  Signal<>& WasSet() { return target_->WasSet; }
   Property<T>& Target() { return *target_; }
 
  private:
   std::unique_ptr<Property<T>> own_;
   Property<T>* target_;
 };
+
+/// Sets a property only if it has another value: for a tick that keeps a drawn
+/// control in step with something, as those draw themselves at each setting.
+template <class Settable, class T>
+void SetIfOther(Settable& property, const T& value) {
+  if (property.Get() != value) property = value;
+}
 
 }  // namespace tarnvale

@@ -21,7 +21,8 @@ namespace tarnvale {
 ///
 /// What it shows is a record that RedrawButton takes; Paint draws that record
 /// and nothing else, so a painting that the host asks for never shows more than
-/// the last redraw did. Properties draw anew when they change.
+/// the last redraw did. Each setting of a property is reported and draws anew,
+/// also to the value that it has.
 class chameleonButton : public OwnerDrawn {
  public:
   chameleonButton();
@@ -80,7 +81,7 @@ class chameleonButton : public OwnerDrawn {
   /// stays.
   void ReadProperties(const PropertyBag& bag);
   void WriteProperties(PropertyBag& bag) const;
-  /// Emitted with the key of each property that changed.
+  /// Emitted with the key of each property that was set.
   Signal<const std::string&> PropertyChanged;
 
   Signal<> Click;
@@ -135,7 +136,7 @@ class chameleonButton : public OwnerDrawn {
  private:
   template <class T>
   void Follow(Property<T>& property, const char* key) {
-    property.Changed.Listen([this, key] { PropertySet(key); });
+    property.WasSet.Listen([this, key] { PropertySet(key); });
   }
   void FollowProperties();
   void TakeProperties(const PropertyBag& bag);

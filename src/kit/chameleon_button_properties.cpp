@@ -1,5 +1,6 @@
 // The properties of the button: what their changes do, and how they persist.
 #include "kit/chameleon_button.h"
+#include "kit/quietly.h"
 
 namespace tarnvale {
 namespace {
@@ -8,29 +9,16 @@ namespace {
 constexpr int kHourglassPointer = 11;
 constexpr int kCustomPointer = 99;
 
-// Properties that are set together are neither reported nor drawn one by one. Ends with
-// the scope, also when a stored value is of no use.
-class Quietly {
- public:
-  explicit Quietly(bool& flag) : flag_(flag) { flag_ = true; }
-  ~Quietly() { flag_ = false; }
-  Quietly(const Quietly&) = delete;
-  Quietly& operator=(const Quietly&) = delete;
-
- private:
-  bool& flag_;
-};
-
 }  // namespace
 
 void chameleonButton::FollowProperties() {
   // The ground is copied before the drawing that follows the new type.
-  ButtonType.Changed.Listen([this] {
+  ButtonType.WasSet.Listen([this] {
     if (ButtonType == kTransparentButton && Visible && refreshing_) TakeGround();
     PropertySet("BTYPE");
   });
   Follow(Caption, "TX");
-  Enabled.Changed.Listen([this] {
+  Enabled.WasSet.Listen([this] {
     // A button that goes out of use under the finger gets no release.
     if (!Enabled) last_state_ = ButtonState::kNormal;
     PropertySet("ENAB");

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kit/drawing.h"
+#include "kit/quietly.h"
 #include "kit/tick_pictures.h"
 #include "ui/caption_text.h"
 
@@ -22,16 +23,12 @@ CheckBox::CheckBox(Property<bool>& checked) : Checked(checked) {
 }
 
 void CheckBox::FollowProperties() {
-  checked_subscription_ = Checked.Changed().Subscribe([this] {
-    PropertyChanged.Emit("Checked");
-    ShowMatchingPicture();
+  checked_subscription_ = Checked.WasSet().Subscribe([this] {
+    shows_tick_ = Checked;
+    PropertySet("Checked");
   });
-  Checked.WasSet.Listen([this] { ShowMatchingPicture(); });
-  Enabled.Changed.Listen([this] { PropertyChanged.Emit("Enabled"); });
-  Caption.Changed.Listen([this] {
-    PropertyChanged.Emit("Caption");
-    LookChanged.Emit();
-  });
+  Enabled.WasSet.Listen([this] { PropertySet("Enabled"); });
+  Caption.WasSet.Listen([this] { PropertySet("Caption"); });
   Font.Changed.Listen([this] {
     Bold = Font.Get().bold;
     LookChanged.Emit();
@@ -44,8 +41,8 @@ void CheckBox::FollowProperties() {
   ForeColor.Changed.Listen([this] { LookChanged.Emit(); });
 }
 
-void CheckBox::ShowMatchingPicture() {
-  shows_tick_ = Checked;
+void CheckBox::PropertySet(const char* name) {
+  if (!reading_) PropertyChanged.Emit(name);
   LookChanged.Emit();
 }
 
@@ -118,6 +115,7 @@ void CheckBox::InitProperties(const std::string& display_name) {
 }
 
 void CheckBox::ReadProperties(const PropertyBag& bag, const std::string& display_name) {
+  const Quietly quietly(reading_);
   Checked = bag.ReadFlag("Checked", false);
   Enabled = bag.ReadFlag("Enabled", true);
   Caption = bag.ReadText("Caption", display_name);

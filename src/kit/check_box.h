@@ -5,7 +5,6 @@
 
 #include "base/property.h"
 #include "base/signal.h"
-#include "kit/each_setting.h"
 #include "kit/property_bag.h"
 #include "kit/system_colors.h"
 #include "ui/owner_drawn.h"
@@ -21,7 +20,7 @@ class CheckBox : public OwnerDrawn {
   explicit CheckBox(Property<bool>& checked);
 
   /// Setting it by the program shows the matching picture and raises no event.
-  EachSetting<bool> Checked{false};
+  Bound<bool> Checked{false};
   /// Of `Label1`. "&" marks the access key.
   Property<std::string> Caption;
   Property<tarnvale::Font> Font;
@@ -41,7 +40,7 @@ class CheckBox : public OwnerDrawn {
   void InitProperties(const std::string& display_name);
   void ReadProperties(const PropertyBag& bag, const std::string& display_name);
   void WriteProperties(PropertyBag& bag) const;
-  /// Emitted with the name of each persisted property that changed.
+  /// Emitted with the name of each persisted property that was set.
   Signal<const std::string&> PropertyChanged;
 
   // What the host calls.
@@ -63,7 +62,7 @@ class CheckBox : public OwnerDrawn {
 
  private:
   void FollowProperties();
-  void ShowMatchingPicture();
+  void PropertySet(const char* name);
   Rect PicturePlace() const;
 
   Subscription checked_subscription_;
@@ -71,6 +70,7 @@ class CheckBox : public OwnerDrawn {
   bool pressed_on_picture_ = false;
   bool released_on_picture_ = false;
   bool shows_tick_ = false;
+  bool reading_ = false;
   bool has_focus_ = false;
 };
 

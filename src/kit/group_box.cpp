@@ -1,6 +1,7 @@
 #include "kit/group_box.h"
 
 #include "kit/group_drawing.h"
+#include "kit/quietly.h"
 #include "ui/caption_text.h"
 #include "ui/window.h"
 
@@ -8,10 +9,7 @@ namespace tarnvale {
 
 GroupBox::GroupBox() {
   const auto follow = [this](auto& property, const char* name) {
-    property.Changed.Listen([this, name] {
-      PropertyChanged.Emit(name);
-      Refresh();
-    });
+    property.WasSet.Listen([this, name] { PropertySet(name); });
   };
   follow(BackColor, "BackColor");
   follow(ForeColor, "ForeColor");
@@ -24,10 +22,15 @@ GroupBox::GroupBox() {
   BackStyle.WasSet.Listen([this] { BackStyleSet(); });
 }
 
+void GroupBox::PropertySet(const char* name) {
+  if (!reading_) PropertyChanged.Emit(name);
+  Refresh();
+}
+
 void GroupBox::BackStyleSet() {
   if (BackStyle == 0 && !reading_) {
     // Required: transparency exists, but can't be asked for.
-    BackStyle.Target().ModifyQuietly([this](std::int16_t& style) { style = back_style_; });
+    BackStyle.ModifyQuietly([this](std::int16_t& style) { style = back_style_; });
     if (boxes_ == nullptr) return;
     boxes_->Show({.text = "This feature has not yet been implemented!\n"
                           "I'm not quite sure how I am going to implement this feature"
@@ -35,8 +38,7 @@ void GroupBox::BackStyleSet() {
     return;
   }
   back_style_ = BackStyle;
-  PropertyChanged.Emit("BackStyle");
-  Refresh();
+  PropertySet("BackStyle");
 }
 
 void GroupBox::UseTheme(VisualTheme* theme) {
@@ -92,16 +94,14 @@ void GroupBox::InitProperties(const std::string& display_name,
 
 void GroupBox::ReadProperties(const PropertyBag& bag, const std::string& display_name,
                               const tarnvale::Font& container_font) {
+  const Quietly quietly(reading_);
   BackColor = bag.ReadColor("BackColor", SystemColorNumber(kColorButtonFace));
   ForeColor = bag.ReadColor("ForeColor", SystemColorNumber(kColorButtonText));
   Enabled = bag.ReadFlag("Enabled", true);
   Font = bag.ReadFont("Font", container_font);
   BorderStyle = bag.ReadInt32("BorderStyle", 1);
   OLEDropMode = bag.ReadInt16("OLEDropMode", 0);
-  const std::int16_t style = bag.ReadInt16("BackStyle", 1);
-  reading_ = true;
-  BackStyle = style;
-  reading_ = false;
+  BackStyle = bag.ReadInt16("BackStyle", 1);
   Caption = bag.ReadText("Caption", display_name);
   Appearance = bag.ReadInt16("Appearance", 1);
 }

@@ -6,7 +6,6 @@
 
 #include "base/property.h"
 #include "base/signal.h"
-#include "kit/each_setting.h"
 #include "kit/property_bag.h"
 #include "kit/system_colors.h"
 #include "kit/visual_theme.h"
@@ -29,7 +28,7 @@ class GroupBox : public OwnerDrawn {
   Property<std::int16_t> OLEDropMode{0};
   /// Setting 0 shows a box and changes nothing; a stored 0 makes the areas in
   /// the back colour transparent.
-  EachSetting<std::int16_t> BackStyle{1};
+  Property<std::int16_t> BackStyle{1};
   /// "&" marks the access key.
   Property<std::string> Caption;
   /// 0 flat, otherwise etched.
@@ -48,7 +47,7 @@ class GroupBox : public OwnerDrawn {
   void ReadProperties(const PropertyBag& bag, const std::string& display_name,
                       const tarnvale::Font& container_font);
   void WriteProperties(PropertyBag& bag) const;
-  /// Emitted with the name of each property that changed.
+  /// Emitted with the name of each property that was set.
   Signal<const std::string&> PropertyChanged;
 
   Signal<> Click;
@@ -86,6 +85,7 @@ class GroupBox : public OwnerDrawn {
   void OnResize(Size) override { Refresh(); }
 
  private:
+  void PropertySet(const char* name);
   void BackStyleSet();
 
   std::int16_t back_style_ = 1;  ///< the last one that was applied

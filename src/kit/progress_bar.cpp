@@ -6,6 +6,7 @@
 #include "base/failure.h"
 #include "base/numbers.h"
 #include "kit/progress_drawing.h"
+#include "kit/quietly.h"
 
 namespace tarnvale {
 namespace {
@@ -29,8 +30,8 @@ XP_ProgressBar::XP_ProgressBar(Property<int>& value) : Value(*this, value), reco
 
 void XP_ProgressBar::FollowProperties() {
   const auto redrawing = [this](auto& property, const char* name) {
-    property.Changed.Listen([this, name] {
-      PropertyChanged.Emit(name);
+    property.WasSet.Listen([this, name] {
+      PropertySet(name);
       DrawProgressBar();
     });
   };
@@ -41,7 +42,7 @@ void XP_ProgressBar::FollowProperties() {
   redrawing(ShowText, "ShowText");
   // Required: these take effect at the next redraw.
   const auto telling = [this](auto& property, const char* name) {
-    property.Changed.Listen([this, name] { PropertyChanged.Emit(name); });
+    property.WasSet.Listen([this, name] { PropertySet(name); });
   };
   telling(BrushStyle, "BrushStyle");
   telling(Font, "Font");
@@ -50,7 +51,11 @@ void XP_ProgressBar::FollowProperties() {
   // What Value reads depends on its ends too.
   Min.Changed.Listen([this] { TellReading(); });
   Max.Changed.Listen([this] { TellReading(); });
-  record_subscription_ = record_.Changed.Subscribe([this] { RecordChanged(); });
+  record_subscription_ = record_.WasSet.Subscribe([this] { RecordWasSet(); });
+}
+
+void XP_ProgressBar::PropertySet(const char* name) {
+  if (!reading_) PropertyChanged.Emit(name);
 }
 
 void XP_ProgressBar::Position::Set(int value) {
@@ -58,14 +63,14 @@ void XP_ProgressBar::Position::Set(int value) {
 }
 
 // The bar's own report brings what it reads already.
-void XP_ProgressBar::RecordChanged() {
-  if (record_ != ReadValue()) StoreValue(record_);
+void XP_ProgressBar::RecordWasSet() {
+  if (!telling_ || record_ != ReadValue()) StoreValue(record_);
 }
 
 void XP_ProgressBar::StoreValue(int value) {
   PassedOver pass;
   pass.Step([&] { percent_ = PercentOf(value, Min, Max); });
-  PropertyChanged.Emit("Value");
+  PropertySet("Value");
   DrawProgressBar();
 }
 
@@ -86,7 +91,8 @@ void XP_ProgressBar::DrawProgressBar() {
 
 // Keeps the record at what Value reads.
 void XP_ProgressBar::TellReading() {
-  record_ = ReadValue();
+  const Quietly quietly(telling_);
+  SetIfOther(record_, ReadValue());
 }
 
 void XP_ProgressBar::Paint(Canvas& canvas, TextPainter& text) {
@@ -107,6 +113,7 @@ AccessibleState XP_ProgressBar::StateForReaders() const {
 }
 
 void XP_ProgressBar::ReadProperties(const PropertyBag& bag) {
+  const Quietly quietly(reading_);
   BrushStyle = bag.ReadInt16("BrushStyle", 4);
   Color = bag.ReadColor("Color", SystemColorNumber(kColorSelection));
   Font = bag.ReadFont("Font", {});

@@ -84,7 +84,7 @@ class XP_ProgressBar : public OwnerDrawn {
 
   void ReadProperties(const PropertyBag& bag);
   void WriteProperties(PropertyBag& bag) const;
-  /// Emitted with the name of each property that changed.
+  /// Emitted with the name of each property that was set.
   Signal<const std::string&> PropertyChanged;
 
   // What the host calls.
@@ -96,14 +96,17 @@ class XP_ProgressBar : public OwnerDrawn {
 
  private:
   void FollowProperties();
+  void PropertySet(const char* name);
   void StoreValue(int value);
   int ReadValue() const;
   void TellReading();
-  void RecordChanged();
+  void RecordWasSet();
 
   Property<int>& record_;
   Subscription record_subscription_;
   std::int32_t percent_ = 0;
+  bool reading_ = false;
+  bool telling_ = false;
   std::uintptr_t native_window_ = 0;
   std::uintptr_t native_surface_ = 0;
 };

@@ -27,7 +27,7 @@ registry::registry(Machine& machine) : Timer1(machine.loop.Timers(), 100, true),
 // Required: the text of a sub-branch that is out of use stays.
 void registry::FollowFields() {
   Text4.Text = Combo1.Text.Get();
-  Command1.Enabled = !Text3.Text.Get().empty();
+  SetIfOther(Command1.Enabled, !Text3.Text.Get().empty());
   const bool whole = Combo1.Text.Get() == kWholeRegistry;
   if (whole) Text4.Text = "";
   Text2.Enabled = !whole;

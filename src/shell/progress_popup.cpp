@@ -62,13 +62,8 @@ void Progress::SlideOut() {
   Hide();
 }
 
-// Writing the value that it has already would draw the bar at every tick.
-void Progress::ShowOnBar(int value) {
-  if (Bar.Value != value) Bar.Value = value;
-}
-
 void Progress::FollowCopy() {
-  ShowOnBar(run_.CopyBar);
+  SetIfOther(Bar.Value, run_.CopyBar.Get());
   Bar.Max = kFull;
   if (!IsBarFull() && Bar.Value != 0) Label1.Caption = "Backup Process Is Currently Running";
   if (Bar.Value == 0) Label1.Caption = kIdle;
@@ -92,7 +87,9 @@ bool Progress::HasTransferEnded() const {
 void Progress::FollowLaterStages() {
   PassedOver pass;
   pass.Step([&] { Bar.Max = kFull; });
-  pass.Step([&] { ShowOnBar(stages_.CompressionProgress ? stages_.CompressionProgress() : 0); });
+  pass.Step([&] {
+    SetIfOther(Bar.Value, stages_.CompressionProgress ? stages_.CompressionProgress() : 0);
+  });
   if (!IsBarFull()) Label1.Caption = "Compressing The Backup File";
   if (!settings_.AutoUpload && IsBarFull()) {
     Label1.Caption = "Tarnvale Has Completed";

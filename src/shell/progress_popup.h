@@ -44,7 +44,6 @@ class Progress : public Window {
   Timer Timer5;  ///< Follows compression and upload.
 
  private:
-  void ShowOnBar(int value);
   bool IsBarFull() const { return Bar.Value == Bar.Max.Get(); }
   bool HasTransferEnded() const;
 

@@ -39,9 +39,10 @@ void Main::StripRemoteName() {
 }
 
 void Main::EnableByFields() {
-  chameleonButton1.Enabled =
-      AreFilled({&txtServer, &txtPassword, &txtLocal, &txtRemote, &txtUserID});
-  chameleonButton3.Enabled = AreFilled({&txtServer, &txtPassword, &txtUserID, &Text22, &Text23});
+  SetIfOther(chameleonButton1.Enabled,
+             AreFilled({&txtServer, &txtPassword, &txtLocal, &txtRemote, &txtUserID}));
+  SetIfOther(chameleonButton3.Enabled,
+             AreFilled({&txtServer, &txtPassword, &txtUserID, &Text22, &Text23}));
 }
 
 // Required: this is what disables the buttons during a transfer, and what the

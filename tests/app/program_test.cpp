@@ -558,5 +558,35 @@ TEST_F(ProgramTest, AClosedUserDataWindowStaysLoadedAsItIs) {
   EXPECT_EQ(window.Text21.Text.Get(), "D:\\Typed");
 }
 
+TEST_F(ProgramTest, TheTicksOfIdleWindowsDrawNoControlAnew) {
+  GivenWizard("1");
+  Program& p = Start();
+  p.engine.settings.CompressDir = "C:\\Archives";
+  p.engine.settings.AutoCompress = true;
+  p.engine.settings.AutoUpload = true;
+  machine.Advance(10s);
+  for (Label* link :
+       {&p.form.Label34, &p.form.Label42, &p.form.Label56, &p.form.Label46, &p.form.Label41}) {
+    link->Clicked.Emit();
+  }
+  p.popups.LoadAlert();
+  p.popups.ProgressPopup().CallUp();
+  machine.Advance(10s);
+  int followed = 0;
+  int drawings = 0;
+  for (const Window* window : machine.windows.Adopted()) {
+    for (const Placement& placement : window->Placements()) {
+      auto* drawn = dynamic_cast<OwnerDrawn*>(placement.control);
+      if (drawn == nullptr) continue;
+      drawn->OnResize({placement.place.width_px, placement.place.height_px});
+      drawn->LookChanged.Listen([&] { ++drawings; });
+      ++followed;
+    }
+  }
+  EXPECT_GT(followed, 80);
+  machine.Advance(1min);
+  EXPECT_EQ(drawings, 0);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

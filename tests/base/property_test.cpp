@@ -25,6 +25,28 @@ TEST(PropertyTest, SettingTheSameValueTellsNobody) {
   EXPECT_EQ(changes, 0);
 }
 
+TEST(PropertyTest, EachSettingIsReportedAfterItsChange) {
+  Property<int> property{1};
+  std::string order;
+  property.Changed.Listen([&] { order += 'c'; });
+  property.WasSet.Listen([&] { order += 's'; });
+  property = 1;
+  EXPECT_EQ(order, "s");
+  property = 2;
+  EXPECT_EQ(order, "scs");
+}
+
+TEST(PropertyTest, SettingAnotherValueOnlySetsNothingElse) {
+  Property<int> property{1};
+  int settings = 0;
+  property.WasSet.Listen([&] { ++settings; });
+  SetIfOther(property, 1);
+  EXPECT_EQ(settings, 0);
+  SetIfOther(property, 2);
+  EXPECT_EQ(settings, 1);
+  EXPECT_EQ(property, 2);
+}
+
 TEST(PropertyTest, AQuietChangeTellsNobody) {
   Property<std::string> property{std::string("x")};
   int changes = 0;

@@ -49,6 +49,32 @@ TEST(ChameleonButtonProperties, TellTheirKeysWhenTheyChange) {
                         "SOFT",  "PICPOS", "NGREY", "FX",   "CHECK",   "VALUE"}));
 }
 
+TEST(ChameleonButtonProperties, TellTheirKeysAndDrawAnewWhenTheyGetTheValuesThatTheyHave) {
+  chameleonButton button;
+  button.OnResize({100, 26});
+  ChangeAll(button);
+  button.HandPointer = false;
+  Keys keys;
+  int drawings = 0;
+  button.PropertyChanged.Listen([&](const std::string& key) { keys.push_back(key); });
+  button.LookChanged.Listen([&] { ++drawings; });
+  ChangeAll(button);
+  button.HandPointer = false;
+  EXPECT_EQ(keys, (Keys{"BTYPE", "TX",     "ENAB",  "FONT", "COLTYPE", "FOCUSR", "BCOL", "BCOLO",
+                        "FCOL",  "FCOLO",  "MCOL",  "MPTR", "MICON",   "PICN",   "PICO", "UMCOL",
+                        "SOFT",  "PICPOS", "NGREY", "FX",   "CHECK",   "VALUE",  "HAND"}));
+  EXPECT_EQ(drawings, 23);
+}
+
+TEST(ChameleonButtonProperties, CopyTheGroundAnewWhenTheTransparentTypeIsSetAgain) {
+  chameleonButton button;
+  button.OnResize({1, 1});
+  button.ButtonType = 11;
+  button.CopyOfContainer = [] { return Raster{1, 1, {0xFF112233}}; };
+  button.ButtonType = 11;
+  EXPECT_EQ(button.Drawn()->ground, (Raster{1, 1, {0xFF112233}}));
+}
+
 TEST(ChameleonButtonProperties, TellAboutTheHandPointer) {
   chameleonButton button;
   Keys keys;

@@ -160,6 +160,25 @@ TEST_F(CheckBoxTest, MarksItsPersistedPropertiesOnly) {
   EXPECT_EQ(names, (std::vector<std::string>{"Checked", "Enabled", "Caption"}));
 }
 
+TEST_F(CheckBoxTest, MarksAPropertyThatGetsTheValueThatItHasAndIsDrawnAnew) {
+  std::vector<std::string> names;
+  int drawings = 0;
+  box.PropertyChanged.Listen([&](const std::string& name) { names.push_back(name); });
+  box.LookChanged.Listen([&] { ++drawings; });
+  box.Checked = false;
+  box.Enabled = true;
+  box.Caption = "";
+  EXPECT_EQ(names, (std::vector<std::string>{"Checked", "Enabled", "Caption"}));
+  EXPECT_EQ(drawings, 3);
+}
+
+TEST_F(CheckBoxTest, IsReadWithoutMarkingAnything) {
+  std::vector<std::string> names;
+  box.PropertyChanged.Listen([&](const std::string& name) { names.push_back(name); });
+  box.ReadProperties({}, "CheckBox1");
+  EXPECT_TRUE(names.empty());
+}
+
 TEST_F(CheckBoxTest, ComesBackFromABag) {
   box.Checked = true;
   box.Enabled = false;
@@ -197,6 +216,16 @@ TEST(BoundCheckBox, ShowsAndSetsItsRecord) {
   EXPECT_FALSE(box.ShowsTick());
   box.Press();
   EXPECT_TRUE(record);
+}
+
+TEST(BoundCheckBox, ShowsTheMatchingPictureWhenItsRecordGetsTheStateThatItHas) {
+  Property<bool> record{false};
+  CheckBox box(record);
+  box.ButtonClicked.Listen([](bool& state) { state = false; });
+  box.Press();
+  ASSERT_TRUE(box.ShowsTick());
+  record = false;
+  EXPECT_FALSE(box.ShowsTick());
 }
 
 TEST(BoundCheckBox, CanGoBeforeItsRecord) {

@@ -266,28 +266,41 @@ TEST(GroupBox, HasWhatItsHandlersGiveDraggedAwayAndTellsTheEffect) {
   EXPECT_EQ(steps, (std::vector<std::string>{"start", "away with text", "would be 2", "effect 2"}));
 }
 
-TEST(GroupBox, RepaintsAndMarksAfterEachSetter) {
+TEST(GroupBox, RepaintsAndMarksAfterEachSetterWhateverTheValueWas) {
   GroupBox box;
   std::vector<std::string> names;
   int paintings = 0;
   box.PropertyChanged.Listen([&](const std::string& name) { names.push_back(name); });
   box.LookChanged.Listen([&] { ++paintings; });
-  box.BackColor = 1;
-  box.ForeColor = 2;
-  box.Enabled = false;
-  box.Font = Font{.family = "Sans"};
-  box.BorderStyle = 2;
-  box.OLEDropMode = 1;
-  box.BackStyle = 3;
-  box.Caption = "x";
-  box.Appearance = 0;
-  EXPECT_EQ(names,
-            (std::vector<std::string>{"BackColor", "ForeColor", "Enabled", "Font", "BorderStyle",
-                                      "OLEDropMode", "BackStyle", "Caption", "Appearance"}));
-  EXPECT_EQ(paintings, 9);
+  for (const char* value : {"another one", "the one that it has"}) {
+    names.clear();
+    paintings = 0;
+    box.BackColor = 1;
+    box.ForeColor = 2;
+    box.Enabled = false;
+    box.Font = Font{.family = "Sans"};
+    box.BorderStyle = 2;
+    box.OLEDropMode = 1;
+    box.BackStyle = 3;
+    box.Caption = "x";
+    box.Appearance = 0;
+    EXPECT_EQ(names,
+              (std::vector<std::string>{"BackColor", "ForeColor", "Enabled", "Font", "BorderStyle",
+                                        "OLEDropMode", "BackStyle", "Caption", "Appearance"}))
+        << value;
+    EXPECT_EQ(paintings, 9) << value;
+  }
   box.Refresh();
   box.OnResize({10, 10});
   EXPECT_EQ(paintings, 11);
+}
+
+TEST(GroupBox, IsReadWithoutMarkingAnything) {
+  GroupBox box;
+  std::vector<std::string> names;
+  box.PropertyChanged.Listen([&](const std::string& name) { names.push_back(name); });
+  box.ReadProperties({}, "GroupBox1", {.family = "Sans"});
+  EXPECT_TRUE(names.empty());
 }
 
 TEST(GroupBox, ComesBackFromABag) {

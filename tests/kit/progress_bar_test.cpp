@@ -134,6 +134,31 @@ TEST(ProgressBar, MarksEachPropertyAsChanged) {
                                              "Orientation", "Scrolling", "ShowText", "Value"}));
 }
 
+TEST(ProgressBar, MarksAPropertyThatGetsTheValueThatItHasAndRedrawsAsEver) {
+  XP_ProgressBar bar;
+  std::vector<std::string> names;
+  bar.PropertyChanged.Listen([&](const std::string& name) { names.push_back(name); });
+  EXPECT_EQ(DrawingsOf(bar, [&] { bar.Color = bar.Color.Get(); }), 1);
+  EXPECT_EQ(DrawingsOf(bar, [&] { bar.Image = Picture{}; }), 1);
+  EXPECT_EQ(DrawingsOf(bar, [&] { bar.Orientation = 0; }), 1);
+  EXPECT_EQ(DrawingsOf(bar, [&] { bar.Scrolling = 0; }), 1);
+  EXPECT_EQ(DrawingsOf(bar, [&] { bar.ShowText = false; }), 1);
+  EXPECT_EQ(DrawingsOf(bar, [&] { bar.Value = 0; }), 1);
+  EXPECT_EQ(DrawingsOf(bar, [&] { bar.BrushStyle = 4; }), 0);
+  EXPECT_EQ(DrawingsOf(bar, [&] { bar.Min = 0; }), 0);
+  EXPECT_EQ(DrawingsOf(bar, [&] { bar.Max = 100; }), 0);
+  EXPECT_EQ(names, (std::vector<std::string>{"Color", "Image", "Orientation", "Scrolling",
+                                             "ShowText", "Value", "BrushStyle", "Min", "Max"}));
+}
+
+TEST(ProgressBar, IsReadWithoutMarkingAnything) {
+  XP_ProgressBar bar;
+  std::vector<std::string> names;
+  bar.PropertyChanged.Listen([&](const std::string& name) { names.push_back(name); });
+  bar.ReadProperties({});
+  EXPECT_TRUE(names.empty());
+}
+
 TEST(ProgressBar, HasItsDefaults) {
   XP_ProgressBar bar;
   EXPECT_EQ(bar.BrushStyle, 4);
@@ -199,6 +224,16 @@ TEST(BoundProgressBar, FollowsTheRecord) {
   EXPECT_EQ(DrawingsOf(bar, [&] { record = 25; }), 1);
   EXPECT_EQ(bar.Percent(), 25);
   EXPECT_EQ(record, 25);
+}
+
+TEST(BoundProgressBar, RedrawsOnceWhenItsRecordGetsTheValueThatItHas) {
+  Property<int> record{25};
+  XP_ProgressBar bar(record);
+  std::vector<std::string> names;
+  bar.PropertyChanged.Listen([&](const std::string& name) { names.push_back(name); });
+  EXPECT_EQ(DrawingsOf(bar, [&] { record = 25; }), 1);
+  EXPECT_EQ(DrawingsOf(bar, [&] { record = 130; }), 1);
+  EXPECT_EQ(names, (std::vector<std::string>{"Value", "Value"}));
 }
 
 TEST(BoundProgressBar, WritesTheRecord) {

@@ -127,11 +127,11 @@ void ScheduleScreen::LayOutSummary() {
 void ScheduleScreen::ShowSummary() {
   const BackupSettings& settings = engine_.settings;
   ItemCount.Caption = ToText(static_cast<std::int64_t>(settings.Entries.Count())) + " Items";
-  CheckBox9.Checked = settings.AutoCompress;
-  CheckBox11.Checked = settings.AutoReport;
-  CheckBox10.Checked = settings.AutoUpload;
+  SetIfOther(CheckBox9.Checked, settings.AutoCompress.Get());
+  SetIfOther(CheckBox11.Checked, settings.AutoReport.Get());
+  SetIfOther(CheckBox10.Checked, settings.AutoUpload.Get());
   // Required: the caption isn't taken back when the upload goes off.
-  if (settings.AutoUpload) CheckBox10.Caption = "Yes";
+  if (settings.AutoUpload) SetIfOther(CheckBox10.Caption, "Yes");
 }
 
 }  // namespace tarnvale

@@ -19,7 +19,7 @@ class Recorder : public OwnerDrawn {
   void Paint(Canvas& canvas, TextPainter&) override {
     ++paints;
     scale = canvas.Scale();
-    canvas.FillRect({0, 0, 10, 10}, MakeColor(255, 0, 0));
+    canvas.FillRect({0, 0, 10, 10}, color);
   }
   void OnMouseDown(MouseButton button, Point at) override { Hear("down", button, at); }
   void OnMouseMove(MouseButton button, Point at) override { Hear("move", button, at); }
@@ -44,6 +44,7 @@ class Recorder : public OwnerDrawn {
   int paints = 0;
   int scale = 0;
   Size size;
+  Color color = MakeColor(255, 0, 0);
 
  private:
   void Hear(const char* what, MouseButton button, Point at) {
@@ -136,6 +137,32 @@ TEST_F(QtDrawn, IsPaintedOnceForManyChangesAndNeverWithoutOne) {
   WidgetOf(drawn).repaint();
   WidgetOf(drawn).repaint();
   EXPECT_EQ(drawn.paints, paints + 1);
+}
+
+class PaintEvents final : public QObject {
+ public:
+  int count = 0;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++count;
+    return false;
+  }
+};
+
+TEST_F(QtDrawn, IsSentToTheScreenOnlyWhenItLooksDifferent) {
+  ShowDrawn();
+  PaintEvents sent;
+  WidgetOf(drawn).installEventFilter(&sent);
+  for (int frame = 0; frame < 2; ++frame) {
+    const int paints = drawn.paints;
+    drawn.LookChanged.Emit();
+    ASSERT_TRUE(WaitFor([&] { return drawn.paints > paints; }));
+  }
+  EXPECT_EQ(sent.count, 0);
+  drawn.color = MakeColor(0, 255, 0);
+  drawn.LookChanged.Emit();
+  EXPECT_TRUE(WaitFor([&] { return sent.count > 0; }));
 }
 
 TEST_F(QtDrawn, IsPaintedAtMostSixtyTimesASecond) {

@@ -264,7 +264,9 @@ void OwnerDrawnPeer::OnFrame() {
   FollowAccessKey();
   widget_->setAcceptDrops(drawn_.TakesDrops());
   UpdateName();
-  widget_->update();
+  // A redraw that changed nothing isn't sent to the screen.
+  const QImage shown = picture_;
+  if (!widget_->isVisible() || Picture(widget_->devicePixelRatioF()) != shown) widget_->update();
   const AccessibleState state = drawn_.StateForReaders();
   TellReaders(*widget_, std::exchange(told_state_, state), state);
 }
