@@ -58,6 +58,9 @@ WindowsWindow* WindowsWindowHost::NativeOf(const Window& window) const {
 }
 
 HWND WindowsWindowHost::OwnerFor(const Window* wanted) const {
+  // A box or a dialog that is up is no record's.
+  HWND const active = ::GetActiveWindow();
+  if (box_depth_ > 0 && active != nullptr && ::IsWindowVisible(active) != 0) return active;
   for (const Window* window : {wanted, static_cast<const Window*>(desktop_.ActiveWindow.Get())}) {
     const WindowsWindow* native = window == nullptr ? nullptr : NativeOf(*window);
     HWND const handle = native == nullptr ? nullptr : native->Native();
