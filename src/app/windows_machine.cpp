@@ -7,8 +7,7 @@
 namespace tarnvale {
 
 WindowsMachine::WindowsMachine()
-    : desktop_(system_->files,
-               [this](const std::wstring& native) { return system_->PathOf(native); }),
+    : desktop_(system_->files, drives_),
       ftp_(std::in_place, desktop_.Loop(), system_->transfer_files),
       machine_{system_->Parts(),
                {desktop_.Loop(), desktop_.Boxes(), desktop_.Surroundings(), desktop_.Windows(),

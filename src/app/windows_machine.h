@@ -23,6 +23,8 @@ class WindowsMachine {
   [[noreturn]] void EndProcess(int status);
 
  private:
+  // The dialogs' own: the system's parts may go first.
+  const DrivePaths drives_;
   std::optional<WindowsHost> system_{std::in_place};
   WindowsDesktop desktop_;
   std::optional<WindowsFtpTransport> ftp_;

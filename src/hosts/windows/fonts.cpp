@@ -23,8 +23,8 @@ Fonts::~Fonts() {
   for (const auto& [key, font] : fonts_) ::DeleteObject(font);
 }
 
-HFONT Fonts::Of(const Font& font, Smoothing smoothing) {
-  const Key key{font.family, font.size_pt, font.bold, font.italic, font.underline, smoothing};
+HFONT Fonts::Of(const Font& font) {
+  const Key key{font.family, font.size_pt, font.bold, font.italic, font.underline};
   const auto known = fonts_.find(key);
   if (known != fonts_.end()) return known->second;
   static const std::wstring kTypeface = MessageTypeface();
@@ -35,7 +35,6 @@ HFONT Fonts::Of(const Font& font, Smoothing smoothing) {
   wanted.lfItalic = static_cast<BYTE>(font.italic);
   wanted.lfUnderline = static_cast<BYTE>(font.underline);
   wanted.lfCharSet = DEFAULT_CHARSET;
-  wanted.lfQuality = smoothing == Smoothing::kGrey ? ANTIALIASED_QUALITY : DEFAULT_QUALITY;
   const std::wstring family = font.family.empty() ? kTypeface : Wide(font.family);
   family.copy(wanted.lfFaceName, LF_FACESIZE - 1);
   return fonts_.emplace(key, ::CreateFontIndirectW(&wanted)).first->second;

@@ -11,11 +11,6 @@
 
 namespace tarnvale {
 
-enum class Smoothing {
-  kSystem,  ///< as the user has set it
-  kGrey,    ///< for a mask
-};
-
 /// Makes each font once, for a display of `dpi` pixels to the inch.
 class Fonts {
  public:
@@ -25,13 +20,13 @@ class Fonts {
   ~Fonts();
 
   /// Without a family it is the typeface of the system's own messages.
-  HFONT Of(const Font& font, Smoothing smoothing = Smoothing::kSystem);
+  HFONT Of(const Font& font);
   HFONT OfRole(TextRole role, bool underline = false);
   /// Every character is equally wide.
   HFONT FixedWidth(double size_pt = 9);
 
  private:
-  using Key = std::tuple<std::string, double, bool, bool, bool, Smoothing>;
+  using Key = std::tuple<std::string, double, bool, bool, bool>;
 
   int dpi_;
   std::map<Key, HFONT> fonts_;

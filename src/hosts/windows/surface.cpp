@@ -73,6 +73,20 @@ void Surface::Frame(const RECT& rect, Color color) {
   Fill({rect.right - 1, rect.top, rect.right, rect.bottom}, color);
 }
 
+void Surface::FrameDotted(const RECT& rect, Color color) {
+  const auto dot = [&](LONG x, LONG y) {
+    if ((x - rect.left + y - rect.top) % 2 == 0) Fill({x, y, x + 1, y + 1}, color);
+  };
+  for (LONG x = rect.left; x < rect.right; ++x) {
+    dot(x, rect.top);
+    dot(x, rect.bottom - 1);
+  }
+  for (LONG y = rect.top; y < rect.bottom; ++y) {
+    dot(rect.left, y);
+    dot(rect.right - 1, y);
+  }
+}
+
 void Surface::FillVertically(const RECT& rect, Color top, Color bottom) {
   const int last = std::max<int>(rect.bottom - rect.top - 1, 1);
   const auto mixed = [&](int from, int to, int step) { return from + (to - from) * step / last; };

@@ -46,6 +46,8 @@ class Surface {
   void Fill(const RECT& rect, Color color);
   /// One pixel wide, inside its bounds.
   void Frame(const RECT& rect, Color color);
+  /// Every other pixel of the frame, for what has the focus.
+  void FrameDotted(const RECT& rect, Color color);
   /// From the first colour at `from` to the second at `to`, each left out beyond.
   void FillVertically(const RECT& rect, Color top, Color bottom);
   /// Straight alpha, 0xAABBGGRR, `width` pixels to a row.

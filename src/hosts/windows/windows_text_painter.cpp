@@ -41,21 +41,28 @@ int LeftOf(const RECT& area, int width, TextLook::Align align) {
   return area.left;
 }
 
-// One pixel under a colour of some strength, 0 to 255. A transparent one has no colour
-// of its own.
-std::uint32_t Over(std::uint32_t ground, Color color, std::uint32_t strength) {
-  const std::uint32_t ground_alpha = ground >> 24U;
-  const std::uint32_t rest = ground_alpha * (255 - strength) / 255;
-  const std::uint32_t alpha = strength + rest;
-  if (alpha == 0) return 0;
-  std::uint32_t pixel = alpha << 24U;
-  for (unsigned shift = 0; shift < 24; shift += 8) {
-    const std::uint32_t mixed =
-        ((color >> shift & 0xFFU) * strength + (ground >> shift & 0xFFU) * rest + alpha / 2) /
-        alpha;
-    pixel |= mixed << shift;
+constexpr std::uint32_t kSolid = 255;
+
+// One channel of a pixel under a colour of some strength, 0 to 255.
+std::uint32_t Mixed(std::uint32_t ground, Color color, std::uint32_t strength, unsigned shift) {
+  const std::uint32_t sum = (color >> shift & 0xFFU) * strength +
+                            (ground >> shift & 0xFFU) * (kSolid - strength) + kSolid / 2;
+  return sum / kSolid << shift;
+}
+
+// The mask has a strength for each channel, as the system may smooth by parts of a pixel:
+// red in its third byte, which is the lowest of ours.
+std::uint32_t Under(std::uint32_t ground, Color color, std::uint32_t mask) {
+  const std::uint32_t red = mask >> 16U & 0xFFU;
+  const std::uint32_t green = mask >> 8U & 0xFFU;
+  const std::uint32_t blue = mask & 0xFFU;
+  if (ground >> 24U == kSolid) {
+    return kSolid << 24U | Mixed(ground, color, red, 0) | Mixed(ground, color, green, 8) |
+           Mixed(ground, color, blue, 16);
   }
-  return pixel;
+  // Where nothing is below it, the whole pixel has one strength.
+  const std::uint32_t alpha = std::max(ground >> 24U, (red + green + blue) / 3);
+  return alpha << 24U | color;
 }
 
 void MixThrough(const Surface& mask, Canvas& canvas, Color color) {
@@ -65,8 +72,8 @@ void MixThrough(const Surface& mask, Canvas& canvas, Color color) {
     std::uint32_t* pixels =
         canvas.DevicePixels() + static_cast<std::ptrdiff_t>(y) * canvas.DeviceWidth();
     for (int x = area.left; x < area.right; ++x) {
-      const std::uint32_t strength = strengths[x - area.left] >> 8U & 0xFFU;
-      if (strength != 0) pixels[x] = Over(pixels[x], color, strength);
+      const std::uint32_t strength = strengths[x - area.left] & 0xFFFFFFU;
+      if (strength != 0) pixels[x] = Under(pixels[x], color, strength);
     }
   }
 }
@@ -74,19 +81,16 @@ void MixThrough(const Surface& mask, Canvas& canvas, Color color) {
 }  // namespace
 
 WindowsTextPainter::WindowsTextPainter(Fonts& fonts, int scale)
-    : fonts_(fonts), scale_(scale), dc_(::CreateCompatibleDC(nullptr)) {}
-
-WindowsTextPainter::~WindowsTextPainter() {
-  ::DeleteDC(dc_);
-}
+    : fonts_(fonts), scale_(scale), measure_({0, 0, 1, 1}) {}
 
 Size WindowsTextPainter::Measure(const std::string& text, const TextLook& look) {
-  const Selected font(dc_, fonts_.Of(look.font, Smoothing::kGrey));
+  HDC dc = measure_.Dc();
+  const Selected font(dc, fonts_.Of(look.font));
   TEXTMETRICW metrics{};
-  ::GetTextMetricsW(dc_, &metrics);
+  ::GetTextMetricsW(dc, &metrics);
   const ShownText shown = Shown(text, look);
   const auto logical = [this](int device) { return (device + scale_ - 1) / scale_; };
-  return {logical(WidthOf(dc_, shown.text, shown.text.size())), logical(metrics.tmHeight)};
+  return {logical(WidthOf(dc, shown.text, shown.text.size())), logical(metrics.tmHeight)};
 }
 
 void WindowsTextPainter::Draw(Canvas& canvas, const std::string& text, const TextLook& look,
@@ -99,7 +103,7 @@ void WindowsTextPainter::Draw(Canvas& canvas, const std::string& text, const Tex
   if (text.empty() || ::IntersectRect(&seen, &wanted, &all) == 0) return;
   Surface mask(seen);
   HDC dc = mask.Dc();
-  const Selected font(dc, fonts_.Of(look.font, Smoothing::kGrey));
+  const Selected font(dc, fonts_.Of(look.font));
   TEXTMETRICW metrics{};
   ::GetTextMetricsW(dc, &metrics);
   const ShownText shown = Shown(text, look);

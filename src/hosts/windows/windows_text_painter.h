@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hosts/windows/fonts.h"
+#include "hosts/windows/surface.h"
 #include "ui/raster.h"
 
 namespace tarnvale {
@@ -12,9 +13,6 @@ class WindowsTextPainter final : public TextPainter {
  public:
   /// `scale`: device pixels to the canvas's logical ones. `fonts` must outlive it.
   WindowsTextPainter(Fonts& fonts, int scale);
-  WindowsTextPainter(const WindowsTextPainter&) = delete;
-  WindowsTextPainter& operator=(const WindowsTextPainter&) = delete;
-  ~WindowsTextPainter() override;
 
   Size Measure(const std::string& text, const TextLook& look) override;
   void Draw(Canvas& canvas, const std::string& text, const TextLook& look, Rect area) override;
@@ -22,7 +20,7 @@ class WindowsTextPainter final : public TextPainter {
  private:
   Fonts& fonts_;
   int scale_;
-  HDC dc_;  ///< for measuring
+  Surface measure_;  ///< as what is drawn into: others measure otherwise
 };
 
 }  // namespace tarnvale

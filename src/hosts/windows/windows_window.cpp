@@ -330,6 +330,11 @@ void WindowsWindow::ReportActivation() {
   Report([this] { record_.Activated.Emit(); });
 }
 
+void WindowsWindow::ReportOtherProgram() {
+  if (context_.desktop.ActiveWindow.Get() != &record_) return;
+  Report([this] { context_.desktop.ActiveWindow = nullptr; });
+}
+
 // The focus.
 
 void WindowsWindow::LeaveUnreachable() {
@@ -428,16 +433,6 @@ void WindowsWindow::MoveOver(DrawnPeer* peer) {
   if (tips_ != nullptr) ::SendMessageW(tips_, TTM_POP, 0, 0);
 }
 
-void WindowsWindow::EndPress() {
-  pressed_ = nullptr;
-  POINT at{};
-  ::GetCursorPos(&at);
-  ::ScreenToClient(native_, &at);
-  RECT client{};
-  ::GetClientRect(native_, &client);
-  MoveOver(::PtInRect(&client, at) != 0 ? DrawnAt(at) : nullptr);
-}
-
 void WindowsWindow::ServeMouse(UINT message, WPARAM first, LPARAM second) {
   const POINT at = PointOf(second);
   if (!hears_leaving_) {
@@ -467,9 +462,12 @@ void WindowsWindow::ServeMouse(UINT message, WPARAM first, LPARAM second) {
     return;
   } else if (IsRelease(message)) {
     const bool is_last = pressed_ != nullptr && HeldButton(first) == MouseButton::kNone;
+    if (is_last) {
+      pressed_ = nullptr;
+      ::ReleaseCapture();
+    }
     peer->OnMouseUp(button, within());
-    // The release of the capture ends the press.
-    if (is_last && ::GetCapture() == native_) ::ReleaseCapture();
+    if (is_last) MoveOver(DrawnAt(at));
   } else {
     peer->OnMouseMove(HeldButton(first), within());
   }
@@ -628,6 +626,9 @@ LRESULT WindowsWindow::Serve(UINT message, WPARAM first, LPARAM second) {
       // Handlers may show boxes, which the system doesn't allow here.
       if (LOWORD(first) != WA_INACTIVE) Later([this] { ReportActivation(); });
       break;
+    case WM_ACTIVATEAPP:
+      if (first == 0) Later([this] { ReportOtherProgram(); });
+      break;
     case WM_MOUSEACTIVATE:
       if (record_.Frame == WindowFrame::kPopup) return MA_NOACTIVATE;
       break;
@@ -642,7 +643,11 @@ LRESULT WindowsWindow::Serve(UINT message, WPARAM first, LPARAM second) {
       if (pressed_ == nullptr) MoveOver(nullptr);
       return 0;
     case WM_CAPTURECHANGED:
-      if (pressed_ != nullptr) EndPress();
+      // Somebody else took the mouse: the press has no end.
+      if (DrawnPeer* lost = std::exchange(pressed_, nullptr)) {
+        lost->OnPressLost();
+        MoveOver(nullptr);
+      }
       return 0;
     case WM_SETCURSOR:
       if (ServePointer(reinterpret_cast<HWND>(first), LOWORD(second))) return 1;

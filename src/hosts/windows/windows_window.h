@@ -83,6 +83,7 @@ class WindowsWindow final {
 
   void ReportState();
   void ReportActivation();
+  void ReportOtherProgram();
   void LeaveUnreachable();
   void ShowFocus();
   void MarkFocused(DrawnPeer* peer);
@@ -93,7 +94,6 @@ class WindowsWindow final {
   DrawnPeer* DrawnAt(POINT at) const;
   DrawnPeer* FocusedDrawn() const;
   void MoveOver(DrawnPeer* peer);
-  void EndPress();
 
   NativePeer* NativePeerOf(HWND window) const;
   bool TakesInput() const { return record_.Enabled && box_depth_ == 0; }

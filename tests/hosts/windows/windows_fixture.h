@@ -29,7 +29,31 @@ class WindowsWindowTest : public WindowsDesktopTest {
     }));
   }
 
-  HWND Native() { return host.NativeOf(window)->Native(); }
+  HWND NativeOf(const Window& of) { return host.NativeOf(of)->Native(); }
+  HWND Native() { return NativeOf(window); }
+  Peer& PeerOf(Control& control) { return *host.NativeOf(window)->PeerOf(control); }
+
+  static LPARAM At(const RECT& area, POINT within) {
+    return MAKELPARAM(area.left + within.x, area.top + within.y);
+  }
+  void Mouse(UINT message, Control& control, POINT within, WPARAM held) {
+    ::SendMessageW(Native(), message, held, At(PeerOf(control).Area(), within));
+  }
+  void Click(Control& control, POINT within = {5, 5}) {
+    Mouse(WM_LBUTTONDOWN, control, within, MK_LBUTTON);
+    Mouse(WM_LBUTTONUP, control, within, 0);
+  }
+  void PressKey(WPARAM key) {
+    ::SendMessageW(::GetFocus(), WM_KEYDOWN, key, 1);
+    ::SendMessageW(::GetFocus(), WM_KEYUP, key, 1);
+  }
+  /// The colour on the screen, as 0xRRGGBB.
+  unsigned ColorAt(LONG x, LONG y) {
+    HDC dc = ::GetDC(Native());
+    const COLORREF color = ::GetPixel(dc, x, y);
+    ::ReleaseDC(Native(), dc);
+    return (color & 0xFFU) << 16U | (color & 0xFF00U) | (color >> 16U & 0xFFU);
+  }
 
   FakeClock clock;
   FakeFiles files{clock};

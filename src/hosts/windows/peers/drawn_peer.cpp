@@ -11,7 +11,7 @@ void DrawnPeer::OnMouseUp(MouseButton button, POINT at) {
 
 void DrawnPeer::OnPointerOver(bool is_over) {
   is_over_ = is_over;
-  Repaint();
+  if (ShowsPointer()) Repaint();
 }
 
 void DrawnPeer::OnFocus(bool has_focus) {

@@ -19,6 +19,7 @@ class DrawnPeer : public Peer {
   virtual void OnDoubleClick(MouseButton, POINT) { press_.Forget(); }
   virtual void OnMouseMove(MouseButton /*held*/, POINT) {}
   virtual void OnMouseUp(MouseButton button, POINT at);
+  virtual void OnPressLost() { press_.Forget(); }
   virtual void OnPointerOver(bool is_over);
   /// False when the control doesn't know the key.
   virtual bool OnKeyDown(const KeyPress&, bool /*is_repeated*/) { return false; }
@@ -38,6 +39,8 @@ class DrawnPeer : public Peer {
   using Peer::Peer;
 
   virtual void OnClick(MouseButton) {}
+  /// It looks otherwise while the pointer is over it.
+  virtual bool ShowsPointer() const { return false; }
 
   bool IsOver() const { return is_over_; }
   bool HasFocus() const { return has_focus_; }

@@ -124,13 +124,12 @@ void LabelPeer::Paint(Surface& surface) {
   if (!IsLink() || !HasFocus()) return;
   RECT ring{0, 0, area.right - area.left, 0};
   ::DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &ring, Format() | DT_CALCRECT);
-  const LONG height = std::min(ring.bottom, area.bottom - area.top);
+  // One that is centred may have been measured from above the corner.
+  const LONG height = std::min(ring.bottom - ring.top, area.bottom - area.top);
   const LONG top = IsBlock() ? area.top : area.top + (area.bottom - area.top - height) / 2;
-  const RECT frame{std::max(area.left - 2, SeenArea().left), top,
-                   std::min(area.left + ring.right + 2, area.right), top + height};
-  ::SetTextColor(dc, 0);
-  ::SetBkColor(dc, 0xFFFFFF);
-  ::DrawFocusRect(dc, &frame);
+  surface.FrameDotted({std::max(area.left - 2, Area().left), top,
+                       std::min(area.left + ring.right - ring.left + 2, area.right), top + height},
+                      ToColor(palette::kLink));
 }
 
 bool LabelPeer::OnKeyDown(const KeyPress& press, bool is_repeated) {

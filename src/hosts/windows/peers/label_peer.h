@@ -21,6 +21,7 @@ class LabelPeer final : public DrawnPeer {
 
  protected:
   void OnClick(MouseButton button) override;
+  bool ShowsPointer() const override { return IsLink(); }
 
  private:
   bool IsLink() const { return label_.Role == TextRole::kLink; }

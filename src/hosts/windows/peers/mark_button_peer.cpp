@@ -2,6 +2,8 @@
 
 #include <uxtheme.h>
 
+#include <algorithm>
+
 #include "hosts/windows/shown_text.h"
 #include "hosts/windows/windows_window.h"
 #include "ui/caption_text.h"
@@ -65,7 +67,8 @@ void MarkButtonPeer::PaintMark(HDC dc, const RECT& place) const {
   ::DrawFrameControl(dc, &frame, DFC_BUTTON, look);
 }
 
-void MarkButtonPeer::PaintCaption(HDC dc, RECT area) const {
+void MarkButtonPeer::PaintCaption(Surface& surface, RECT area) const {
+  HDC dc = surface.Dc();
   const std::wstring text = ToShown(caption_.Get());
   const Selected font(dc, context_.fonts.OfRole(TextRole::kBody));
   ::SetBkMode(dc, TRANSPARENT);
@@ -77,10 +80,9 @@ void MarkButtonPeer::PaintCaption(HDC dc, RECT area) const {
   ::DrawTextW(dc, text.c_str(), -1, &ring, kFormat | DT_CALCRECT);
   const LONG height = ring.bottom - ring.top;
   const LONG top = area.top + (area.bottom - area.top - height) / 2;
-  const RECT frame{area.left - 2, top, std::min(ring.right + 2, area.right), top + height};
-  ::SetTextColor(dc, 0);
-  ::SetBkColor(dc, 0xFFFFFF);
-  ::DrawFocusRect(dc, &frame);
+  surface.FrameDotted({area.left - 2, top,
+                       std::min(area.left + ring.right - ring.left + 2, area.right), top + height},
+                      ToColor(palette::kFocus));
 }
 
 void MarkButtonPeer::Paint(Surface& surface) {
@@ -88,7 +90,7 @@ void MarkButtonPeer::Paint(Surface& surface) {
   const SIZE size = MarkSize();
   const LONG top = area.top + (area.bottom - area.top - size.cy) / 2;
   PaintMark(surface.Dc(), {area.left, top, area.left + size.cx, top + size.cy});
-  PaintCaption(surface.Dc(),
+  PaintCaption(surface,
                {area.left + size.cx + context_.ToDevice(6), area.top, area.right, area.bottom});
 }
 
@@ -110,6 +112,11 @@ void MarkButtonPeer::OnDoubleClick(MouseButton button, POINT at) {
 void MarkButtonPeer::OnMouseUp(MouseButton button, POINT at) {
   if (button == MouseButton::kLeft) SetDown(false);
   DrawnPeer::OnMouseUp(button, at);
+}
+
+void MarkButtonPeer::OnPressLost() {
+  DrawnPeer::OnPressLost();
+  SetDown(false);
 }
 
 bool MarkButtonPeer::OnKeyDown(const KeyPress& press, bool) {

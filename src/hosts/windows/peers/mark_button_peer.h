@@ -14,6 +14,7 @@ class MarkButtonPeer : public DrawnPeer {
   void OnMouseDown(MouseButton button, POINT at) override;
   void OnDoubleClick(MouseButton button, POINT at) override;
   void OnMouseUp(MouseButton button, POINT at) override;
+  void OnPressLost() override;
   bool OnKeyDown(const KeyPress& press, bool is_repeated) override;
   void OnKeyUp(const KeyPress& press) override;
   char32_t AccessKey() const override;
@@ -30,12 +31,13 @@ class MarkButtonPeer : public DrawnPeer {
   /// What the user does by a click.
   virtual void Choose() = 0;
   void OnClick(MouseButton button) override;
+  bool ShowsPointer() const override { return true; }
 
  private:
   int StateNumber() const;
   SIZE MarkSize() const;
   void PaintMark(HDC dc, const RECT& place) const;
-  void PaintCaption(HDC dc, RECT area) const;
+  void PaintCaption(Surface& surface, RECT area) const;
   void SetDown(bool is_down);
 
   Property<std::string>& caption_;

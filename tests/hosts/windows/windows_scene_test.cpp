@@ -1,0 +1,290 @@
+// What is drawn onto windows: painted where something has changed, and found by the mouse.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/hosts/windows/windows_fixture.h"
+#include "ui/owner_drawn.h"
+#include "ui/palette.h"
+
+namespace tarnvale::testing {
+namespace {
+
+constexpr Color kRed = 0x0000FF;
+
+/// Red in its upper left corner, and clear elsewhere.
+class Recorder final : public OwnerDrawn {
+ public:
+  bool TakesFocus() const override { return true; }
+  Kind AccessibleKind() const override { return kind; }
+  char32_t AccessKeyChar() const override { return access_key; }
+  void Paint(Canvas& canvas, TextPainter&) override {
+    ++paints;
+    canvas.FillRect({0, 0, 10, 10}, kRed);
+  }
+  void OnMouseDown(MouseButton button, Point at) override { Hear("down", button, at); }
+  void OnMouseMove(MouseButton button, Point at) override { Hear("move", button, at); }
+  void OnMouseUp(MouseButton button, Point at) override { Hear("up", button, at); }
+  void OnDoubleClick(MouseButton button, Point at) override { Hear("double", button, at); }
+  void OnClick(MouseButton) override { heard.push_back("click"); }
+  void OnMouseLeave() override { heard.push_back("leave"); }
+  void OnKeyDown(const KeyPress&) override { heard.push_back("key down"); }
+  void OnKeyUp(const KeyPress&) override { heard.push_back("key up"); }
+  void OnAccessKey() override { heard.push_back("access key"); }
+  void OnFocusChanged(bool has_focus) override { focused = has_focus; }
+  void OnResize(Size to) override { size = to; }
+  void Press() override { heard.push_back("press"); }
+
+  std::vector<std::string> heard;
+  Kind kind = Kind::kButton;
+  char32_t access_key = 0;
+  bool focused = false;
+  int paints = 0;
+  Size size;
+
+ private:
+  void Hear(const char* what, MouseButton button, Point at) {
+    const char* held = button == MouseButton::kLeft ? " left " : " none ";
+    heard.push_back(what + std::string(held) + std::to_string(at.x_px) + "," +
+                    std::to_string(at.y_px));
+  }
+};
+
+using Heard = std::vector<std::string>;
+
+class WindowsScene : public WindowsWindowTest {
+ protected:
+  // The real pointer is elsewhere.
+  WindowsScene() { ::SetCursorPos(0, 0); }
+
+  /// Everything on the screen is as it should be.
+  void Settle() {
+    ASSERT_TRUE(WaitFor([&] {
+      ::UpdateWindow(Native());
+      return ::GetUpdateRect(Native(), nullptr, FALSE) == 0;
+    }));
+  }
+};
+
+TEST_F(WindowsScene, DrawnControlsShowWhereTheyLieAndTheWindowWhereTheyAreClear) {
+  Recorder drawn;
+  Place(drawn);
+  Show();
+  Settle();
+  const RECT& area = PeerOf(drawn).Area();
+  EXPECT_EQ(ColorAt(area.left, area.top), 0xFF0000U);
+  EXPECT_EQ(ColorAt(area.left + 9, area.top + 9), 0xFF0000U);
+  EXPECT_EQ(ColorAt(area.left + 10, area.top + 9), palette::kGround);
+  EXPECT_EQ(drawn.size, (Size{200, 100}));
+}
+
+TEST_F(WindowsScene, OneThatWasPlacedLaterLiesAboveAndGetsTheClick) {
+  Recorder below;
+  Recorder above;
+  next_top = 60;
+  window.Place({{&below, nullptr, {10, 10, 100, 40}}, {&above, nullptr, {50, 10, 100, 40}}});
+  Show();
+  Click(above);
+  EXPECT_EQ(above.heard, (Heard{"down left 5,5", "up left 5,5", "click"}));
+  Click(below);
+  EXPECT_EQ(above.heard.back(), "leave");
+  EXPECT_EQ(below.heard, (Heard{"down left 5,5", "up left 5,5", "click"}));
+  above.Visible = false;
+  above.heard.clear();
+  Click(above);
+  EXPECT_TRUE(above.heard.empty());
+  EXPECT_EQ(below.heard.back(), "click") << "what was covered gets it";
+}
+
+TEST_F(WindowsScene, AControlIsSeenAndFoundWithinItsContainerOnly) {
+  PictureBox container;
+  Recorder drawn;
+  next_top = 100;
+  window.Place({{&container, nullptr, {20, 20, 50, 50}}, {&drawn, &container, {45, 45, 30, 30}}});
+  Show();
+  Settle();
+  EXPECT_EQ(ColorAt(69, 69), 0xFF0000U);
+  EXPECT_EQ(ColorAt(70, 69), palette::kGround);
+  ::SendMessageW(Native(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(71, 69));
+  EXPECT_TRUE(drawn.heard.empty());
+  container.Visible = false;
+  Settle();
+  EXPECT_EQ(ColorAt(69, 69), palette::kGround);
+}
+
+TEST_F(WindowsScene, AControlIsDrawnOnceForManyChangesAndNeverWithoutOne) {
+  Recorder drawn;
+  Recorder quiet;
+  Place(drawn);
+  Place(quiet);
+  Show();
+  Settle();
+  const int before = drawn.paints;
+  const int quiet_before = quiet.paints;
+  for (int i = 0; i < 10; ++i) drawn.LookChanged.Emit();
+  ASSERT_TRUE(WaitFor([&] { return drawn.paints > before; }));
+  Settle();
+  EXPECT_EQ(drawn.paints, before + 1);
+  // What comes from behind another window is copied.
+  ::InvalidateRect(Native(), nullptr, FALSE);
+  Settle();
+  EXPECT_EQ(drawn.paints, before + 1);
+  EXPECT_EQ(quiet.paints, quiet_before);
+}
+
+TEST_F(WindowsScene, OnlyWhatHasChangedIsPaintedAnew) {
+  Label changing;
+  Label other;
+  Place(changing);
+  Place(other);
+  Show();
+  Settle();
+  changing.Caption = "new";
+  RECT area{};
+  Timer watch(loop.Timers(), 1, true);
+  // The label asks for its own place; nothing is painted before this looks.
+  watch.Tick.Listen([&] {
+    if (::GetUpdateRect(Native(), &area, FALSE) != 0) watch.Enabled = false;
+  });
+  ASSERT_TRUE(WaitFor([&] { return !watch.Enabled; }));
+  const RECT& own = PeerOf(changing).Area();
+  EXPECT_NE(::EqualRect(&area, &own), 0)
+      << area.left << "," << area.top << "," << area.right << "," << area.bottom;
+}
+
+TEST_F(WindowsScene, MovesGoOnOutsideWhileAButtonIsHeldAndEndInNoClick) {
+  Recorder drawn;
+  Place(drawn);
+  Show();
+  Mouse(WM_LBUTTONDOWN, drawn, {5, 5}, MK_LBUTTON);
+  Mouse(WM_MOUSEMOVE, drawn, {-3, 60}, MK_LBUTTON);
+  Mouse(WM_LBUTTONUP, drawn, {-3, 60}, 0);
+  ASSERT_GE(drawn.heard.size(), 3U);
+  drawn.heard.resize(3);
+  EXPECT_EQ(drawn.heard, (Heard{"down left 5,5", "move left -3,60", "up left -3,60"}));
+  EXPECT_EQ(::GetCapture(), nullptr);
+}
+
+TEST_F(WindowsScene, ADoubleClickTakesThePlaceOfTheSecondPress) {
+  Recorder drawn;
+  Place(drawn);
+  Show();
+  Click(drawn);
+  Mouse(WM_LBUTTONDBLCLK, drawn, {5, 5}, MK_LBUTTON);
+  Mouse(WM_LBUTTONUP, drawn, {5, 5}, 0);
+  EXPECT_EQ(drawn.heard,
+            (Heard{"down left 5,5", "up left 5,5", "click", "double left 5,5", "up left 5,5"}));
+}
+
+TEST_F(WindowsScene, ADisabledControlHearsNothing) {
+  Recorder drawn;
+  Place(drawn);
+  drawn.Enabled = false;
+  Show();
+  Click(drawn);
+  EXPECT_TRUE(drawn.heard.empty());
+}
+
+TEST_F(WindowsScene, ADrawnControlHearsKeysAndTheFocus) {
+  Recorder drawn;
+  CheckButton other;
+  Place(drawn);
+  Place(other);
+  Show();
+  EXPECT_TRUE(drawn.focused);
+  PressKey('A');
+  EXPECT_EQ(drawn.heard, (Heard{"key down", "key up"}));
+  window.Focus(other);
+  EXPECT_FALSE(drawn.focused);
+}
+
+TEST_F(WindowsScene, AnAccessKeyReachesItsControlFromAnotherOne) {
+  Recorder drawn;
+  CheckButton check;
+  check.Caption = "&Keep";
+  drawn.access_key = U'b';
+  Place(check);
+  Place(drawn);
+  Show();
+  ::PostMessageW(Native(), WM_SYSKEYDOWN, 'B', 1 << 29);
+  ::PostMessageW(Native(), WM_SYSCHAR, 'b', 1 << 29);
+  // Alt is held as far as the thread knows.
+  BYTE keys[256] = {};
+  ::GetKeyboardState(keys);
+  keys[VK_MENU] = 0x80;
+  ::SetKeyboardState(keys);
+  EXPECT_TRUE(WaitFor([&] { return !drawn.heard.empty(); }));
+  EXPECT_EQ(drawn.heard.front(), "access key");
+  keys[VK_MENU] = 0;
+  ::SetKeyboardState(keys);
+}
+
+TEST_F(WindowsScene, EnterPressesTheDefaultButton) {
+  Recorder button;
+  CheckButton check;
+  Place(check);
+  Place(button);
+  window.DefaultButton = &button;
+  Show();
+  PressKey(VK_RETURN);
+  EXPECT_EQ(button.heard, Heard{"press"});
+}
+
+TEST_F(WindowsScene, ALinkIsClickedByMouseSpaceAndEnterAndTakesTheFocusByKeyboardOnly) {
+  CheckButton check;
+  Label link(TextRole::kLink);
+  Place(check);
+  Place(link);
+  int clicks = 0;
+  link.Clicked.Listen([&] { ++clicks; });
+  Show();
+  Click(link);
+  EXPECT_EQ(clicks, 1);
+  EXPECT_EQ(window.Focused(), &check);
+  PressKey(VK_TAB);
+  ASSERT_EQ(window.Focused(), &link);
+  PressKey(VK_SPACE);
+  PressKey(VK_RETURN);
+  EXPECT_EQ(clicks, 3);
+}
+
+TEST_F(WindowsScene, TicksAndOptionsFollowBothWays) {
+  CheckButton check;
+  OptionButton one;
+  OptionButton two;
+  const OptionGroup group({&one.Value.Target(), &two.Value.Target()});
+  Place(check);
+  Place(one);
+  Place(two);
+  Show();
+  Click(check);
+  EXPECT_TRUE(check.Value);
+  PressKey(VK_SPACE);
+  EXPECT_FALSE(check.Value);
+  Click(one);
+  Click(two);
+  EXPECT_FALSE(one.Value);
+  EXPECT_TRUE(two.Value);
+  int clicks = 0;
+  two.Clicked.Listen([&] { ++clicks; });
+  Click(two);
+  EXPECT_TRUE(two.Value);
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(WindowsScene, APictureIsShownInItsSize) {
+  PictureBox picture;
+  picture.Picture = "mail";
+  next_top = 60;
+  window.Place({{&picture, nullptr, {10, 10, 32, 32}}});
+  Show();
+  Settle();
+  bool shows = false;
+  for (LONG y = 10; y < 42; ++y) {
+    for (LONG x = 10; x < 42; ++x) shows = shows || ColorAt(x, y) != palette::kGround;
+  }
+  EXPECT_TRUE(shows);
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
