@@ -79,7 +79,10 @@ bool SeeTo(const std::wstring& temporary, const std::wstring& target) {
 
 }  // namespace
 
-std::wstring DefaultStateFolder() {
+std::wstring DefaultStateFolder(const std::wstring& program_file) {
+  const std::wstring carried = Joined(NativeFolderOf(program_file), L"Data\\State");
+  const auto state = StateOf(carried, Links::kFollow);
+  if (state && state->IsFolder()) return carried;
   std::array<wchar_t, MAX_PATH> folder{};
   constexpr int kLocal = CSIDL_LOCAL_APPDATA;
   if (::SHGetFolderPathW(nullptr, kLocal, nullptr, SHGFP_TYPE_CURRENT, folder.data()) != S_OK) {

@@ -11,9 +11,10 @@
 
 namespace tarnvale {
 
-/// `Tarnvale` in the user's folder for what belongs to this machine; empty when there is
-/// none.
-std::wstring DefaultStateFolder();
+/// `Data\State` beside the program, where there is such a folder: a program that is carried
+/// about on a drive leaves nothing on the computers that it visits. Otherwise `Tarnvale` in
+/// the user's folder for what belongs to this machine; empty when there is none.
+std::wstring DefaultStateFolder(const std::wstring& program_file);
 
 /// Makes a native folder with those that it lies in; false when that fails.
 bool MakeStateFolder(const std::wstring& folder);

@@ -26,8 +26,8 @@ namespace tarnvale {
 struct WindowsSurroundings {
   /// What C:\ stands for, as the only drive; empty for the drives as they are.
   std::wstring root;
-  std::wstring state_folder = DefaultStateFolder();
   std::wstring program_file = OwnProgramFile();
+  std::wstring state_folder = DefaultStateFolder(program_file);
   UINT code_page = CP_ACP;
   LCID locale = LOCALE_USER_DEFAULT;
   SetAttributesCall set_attributes = [](const std::wstring& native, DWORD attributes) {

@@ -8,6 +8,7 @@ namespace tarnvale::testing {
 namespace {
 
 using ::testing::AnyOf;
+using ::testing::EndsWith;
 
 class WindowsProcessesTest : public WindowsHostTest {
  protected:
@@ -28,6 +29,15 @@ class WindowsProcessesTest : public WindowsHostTest {
     return false;
   }
 };
+
+TEST_F(WindowsProcessesTest, AProgramThatIsCarriedAboutKeepsItsNotesBesideItself) {
+  const std::filesystem::path program = Native("Tarnvale.exe");
+  const std::filesystem::path notes = Native("Data") / "State";
+  std::filesystem::create_directory(Native("Data"));
+  EXPECT_THAT(Narrow(DefaultStateFolder(program.wstring())), EndsWith("\\AppData\\Local\\Tarnvale"));
+  std::filesystem::create_directory(notes);
+  EXPECT_EQ(DefaultStateFolder(program.wstring()), notes.wstring());
+}
 
 TEST_F(WindowsProcessesTest, ACommandLineIsStartedAsItStands) {
   const std::filesystem::path made = Native("made here");
