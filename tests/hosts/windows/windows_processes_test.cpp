@@ -34,7 +34,8 @@ TEST_F(WindowsProcessesTest, AProgramThatIsCarriedAboutKeepsItsNotesBesideItself
   const std::filesystem::path program = Native("Tarnvale.exe");
   const std::filesystem::path notes = Native("Data") / "State";
   std::filesystem::create_directory(Native("Data"));
-  EXPECT_THAT(Narrow(DefaultStateFolder(program.wstring())), EndsWith("\\AppData\\Local\\Tarnvale"));
+  EXPECT_THAT(Narrow(DefaultStateFolder(program.wstring())),
+              EndsWith("\\AppData\\Local\\Tarnvale"));
   std::filesystem::create_directory(notes);
   EXPECT_EQ(DefaultStateFolder(program.wstring()), notes.wstring());
 }
