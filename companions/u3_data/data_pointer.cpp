@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "base/failure.h"
+#include "platform/file_text.h"
 #include "platform/input_item.h"
 
 namespace tarnvale {
@@ -61,7 +62,7 @@ void LeavePointer(const PointerPlace& place) {
   if (!named.empty() && named == wanted && place.files.FolderExists(named)) return;
   const Path folder = place.device_folder.value_or(place.program_folder + "\\Data");
   MakeFolder(place.files, folder);
-  place.replace(pointer_file, PointerTo(folder));
+  place.replace(pointer_file, TextToFile(place.open_files, PointerTo(folder)));
 }
 
 }  // namespace tarnvale

@@ -8,6 +8,7 @@
 #include "base/numbers.h"
 #include "codec/bytes.h"
 #include "codec/file_numbers.h"
+#include "platform/file_text.h"
 
 namespace tarnvale {
 namespace {
@@ -49,7 +50,8 @@ void ContainerWriter::WriteCount(std::int32_t records) {
   WriteNumber(static_cast<std::uint32_t>(records), 4);
 }
 
-void ContainerWriter::WriteName(std::string_view name) {
+void ContainerWriter::WriteName(std::string_view text) {
+  const std::string name = TextToFile(open_files_, text);
   const std::int16_t length = ToInt16(static_cast<std::int64_t>(name.size()));
   WriteNumber(static_cast<std::uint32_t>(length), 2);
   std::copy(name.begin(), name.end(), Reserve(name.size()).begin());
@@ -113,15 +115,16 @@ std::int32_t ContainerReader::ReadCount() {
   return static_cast<std::int32_t>(ReadNumber(4));
 }
 
-std::string ContainerReader::TakeName() {
-  const std::size_t name_bytes = CheckLength(static_cast<std::int16_t>(ReadNumber(2)));
+std::string ContainerReader::TakeName(std::size_t& name_bytes) {
+  name_bytes = CheckLength(static_cast<std::int16_t>(ReadNumber(2)));
   ByteBuffer name(name_bytes);
   ReadBytes(name.Bytes());
-  return std::string(name.Text());
+  return TextFromFile(open_files_, name.Text());
 }
 
 std::string ContainerReader::ReadName() {
-  std::string name = TakeName();
+  std::size_t name_bytes = 0;
+  std::string name = TakeName(name_bytes);
   PassBy(CheckLength(static_cast<std::int32_t>(ReadNumber(4))));
   return name;
 }
@@ -134,7 +137,7 @@ void ContainerReader::PassBy(std::size_t count) {
 }
 
 void ContainerReader::ReadRecord(ContainerRecord& record) {
-  record.name = TakeName();
+  record.name = TakeName(record.name_bytes);
   const std::size_t content_bytes = CheckLength(static_cast<std::int32_t>(ReadNumber(4)));
   record.content.Renew(content_bytes, content_bytes);
   ReadBytes(record.content.Bytes());

@@ -25,8 +25,8 @@ class ContainerWriter {
   ~ContainerWriter();
 
   void WriteCount(std::int32_t records);
-  /// Raises 6 for a name of more than 32,767 bytes.
-  void WriteName(std::string_view name);
+  /// As TextToFile writes it. Raises 6 for a name of more than 32,767 bytes there.
+  void WriteName(std::string_view text);
   /// Writes the length and the bytes of a file of less than 2 GiB.
   void WriteContent(std::span<const std::uint8_t> content);
   void Finish() { Flush(); }
@@ -44,6 +44,7 @@ class ContainerWriter {
 
 struct ContainerRecord {
   std::string name;
+  std::size_t name_bytes = 0;  ///< in the container
   ByteBuffer content;
 };
 
@@ -64,7 +65,7 @@ class ContainerReader {
  private:
   std::uint32_t ReadNumber(std::size_t size_bytes);
   std::size_t CheckLength(std::int32_t length) const;
-  std::string TakeName();
+  std::string TakeName(std::size_t& name_bytes);
   void PassBy(std::size_t count);
   void ReadBytes(std::span<std::uint8_t> to);
 

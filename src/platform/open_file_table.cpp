@@ -5,12 +5,17 @@
 #include <utility>
 
 #include "base/failure.h"
+#include "platform/file_text.h"
 #include "platform/input_item.h"
 
 namespace tarnvale {
 namespace {
 
 constexpr int kHighestNumber = 511;
+
+bool SameByte(std::uint8_t byte, char c) {
+  return byte == static_cast<std::uint8_t>(c);
+}
 
 }  // namespace
 
@@ -67,6 +72,11 @@ std::string OpenFileTable::InputItem(int number) {
   if (open.use != Use::kInput) throw ProgramError(kBadFileMode);
   Settle(number);
   std::array<std::uint8_t, 4096> chunk{};
+  std::array<std::uint8_t, kUtf8Mark.size()> mark{};
+  const bool begins_with_mark = open.position == 0 &&
+                                open.opened.file->ReadAt(0, mark) == mark.size() &&
+                                std::equal(mark.begin(), mark.end(), kUtf8Mark.begin(), SameByte);
+  if (begins_with_mark) open.position = mark.size();
   InputItemScanner scanner;
   bool more = true;
   while (more) {
@@ -82,7 +92,7 @@ std::string OpenFileTable::InputItem(int number) {
       next[0] == '\n') {
     ++open.position;
   }
-  return scanner.Item();
+  return begins_with_mark ? scanner.Item() : TextFromFile(*this, scanner.Item());
 }
 
 std::string OpenFileTable::Read(int number, std::size_t count) {

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -45,8 +46,8 @@ class OpenFiles {
 
   /// Reads one delimited item: leading blanks skipped; up to the first comma
   /// or line end, or, when it starts with a double quote, up to the closing
-  /// one, which is dropped. For numbers that OpenInput opened. Raises 52, 54, 62
-  /// at the end of the file.
+  /// one, which is dropped; as TextFromFile reads it. For numbers that OpenInput opened. Raises 52,
+  /// 54, 62 at the end of the file.
   virtual std::string InputItem(int number) = 0;
 
   /// Reads up to `count` bytes at the position, which moves on; fewer only at
@@ -70,6 +71,16 @@ class OpenFiles {
   virtual std::int64_t Length(int number) = 0;
   /// Moves to a position, in bytes from 0. Raises 52, 5 for a negative one.
   virtual void Seek(int number, std::int64_t position) = 0;
+
+  /// A text as bytes of the system's 8-bit code page, and back. None for a text that it
+  /// can't hold, and for bytes that wouldn't come back as they are. Where that is UTF-8,
+  /// as here, bytes are taken as they are. Whole texts go by file_text.h.
+  virtual std::optional<std::string> ToCodePage(std::string_view text) const {
+    return std::string(text);
+  }
+  virtual std::optional<std::string> FromCodePage(std::string_view bytes) const {
+    return std::string(bytes);
+  }
 
   virtual bool IsOpen(int number) = 0;
   /// Closes one; a number that isn't open is no failure. What is still held in

@@ -275,5 +275,17 @@ TEST_F(ArchiveTest, RunsAnOperationWithinAnother) {
   EXPECT_EQ(std::count(outer, told.end(), "compress 100"), 0);
 }
 
+TEST_F(ArchiveTest, NamesAreInTheSystemsCodePage) {
+  machine.open_files.UseWesternCodePage();
+  files.Write("C:\\Data\\\xC3\xBC", "1");
+  files.Write("C:\\Data\\\xD0\x96", "2");
+  archiver.SaveFilesToArchiv("C:\\Data", archive, false);
+  EXPECT_EQ(files.Content(archive),
+            Number32(2) + Record("\xFC", "1") + Record("\xEF\xBB\xBF\xD0\x96", "2"));
+  archiver.ExtractFilesFromArchiv(archive, "C:\\Back", false);
+  EXPECT_EQ(files.Content("C:\\Back\\\xC3\xBC"), "1");
+  EXPECT_EQ(files.Content("C:\\Back\\\xD0\x96"), "2");
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

@@ -241,5 +241,28 @@ TEST_F(BackupLogTest, AFullMediumLosesLinesOneByOne) {
   EXPECT_EQ(Log(), "\r\nC:\\Src\\a.txt -> C:\\Backup\\a.txt, Backup Status: OK!" + End(1));
 }
 
+TEST_F(BackupLogTest, IsInTheSystemsCodePage) {
+  machine.open_files.UseWesternCodePage();
+  AddFile("C:\\Src\\Gr\xC3\xBC\xC3\x9F", "a");
+  Run();
+  EXPECT_EQ(Log(),
+            kBegin +
+                std::string("C:\\Src\\Gr\xFC\xDF -> C:\\Backup\\Gr\xFC\xDF, Backup Status: OK!") +
+                End(1));
+}
+
+TEST_F(BackupLogTest, IsUtf8BehindAMarkFromTheFirstNameThatTheCodePageLacks) {
+  machine.open_files.UseWesternCodePage();
+  AddFile("C:\\Src\\\xC3\xBC", "a");
+  AddFile("C:\\Src\\\xD0\x96", "b");
+  AddFile("C:\\Src\\\xC3\xA9", "c");
+  Run();
+  EXPECT_EQ(Log(), std::string("\xEF\xBB\xBF") + kBegin +
+                       "C:\\Src\\\xC3\xBC -> C:\\Backup\\\xC3\xBC, Backup Status: OK!"
+                       "C:\\Src\\\xD0\x96 -> C:\\Backup\\\xD0\x96, Backup Status: OK!"
+                       "C:\\Src\\\xC3\xA9 -> C:\\Backup\\\xC3\xA9, Backup Status: OK!" +
+                       End(3));
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

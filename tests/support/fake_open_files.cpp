@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/characters.h"
 #include "base/failure.h"
 
 namespace tarnvale::testing {
@@ -101,6 +102,25 @@ void FakeOpenFiles::Write(int number, std::string_view bytes) {
 std::string FakeOpenFiles::InputItem(int number) {
   Enter("InputItem", std::to_string(number));
   return OpenFileTable::InputItem(number);
+}
+
+std::optional<std::string> FakeOpenFiles::ToCodePage(std::string_view text) const {
+  if (!is_western_) return OpenFileTable::ToCodePage(text);
+  std::string bytes;
+  while (!text.empty()) {
+    const Character first = FirstCharacter(text);
+    if (first.bytes == 0 || first.value > 0xFF) return std::nullopt;
+    bytes += static_cast<char>(first.value);
+    text.remove_prefix(first.bytes);
+  }
+  return bytes;
+}
+
+std::optional<std::string> FakeOpenFiles::FromCodePage(std::string_view bytes) const {
+  if (!is_western_) return OpenFileTable::FromCodePage(bytes);
+  std::string text;
+  for (const char byte : bytes) AppendCharacter(text, static_cast<unsigned char>(byte));
+  return text;
 }
 
 std::size_t FakeOpenFiles::ReadInto(int number, std::span<std::uint8_t> bytes) {

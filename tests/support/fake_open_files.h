@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
@@ -35,6 +36,11 @@ class FakeOpenFiles : public OpenFileTable, public ScriptedFailures {
   void Close(int number) override;
   void CloseAll() override;
 
+  /// Each byte is one of the first 256 characters, instead of UTF-8.
+  void UseWesternCodePage() { is_western_ = true; }
+  std::optional<std::string> ToCodePage(std::string_view text) const override;
+  std::optional<std::string> FromCodePage(std::string_view bytes) const override;
+
   /// How many numbers are open now.
   int OpenCount() const { return static_cast<int>(open_nodes_.size()); }
 
@@ -43,6 +49,7 @@ class FakeOpenFiles : public OpenFileTable, public ScriptedFailures {
 
  private:
   FakeFiles& files_;
+  bool is_western_ = false;
   std::multiset<const FakeNode*> open_nodes_;
 };
 

@@ -111,7 +111,7 @@ ArchiveContents::Sums ArchiveContents::CheckWhole() const {
     const auto content = static_cast<std::int64_t>(record.content.Size());
     ++sums.entries;
     sums.content_bytes += content;
-    end += kLengthsBytes + static_cast<std::int64_t>(record.name.size()) + content;
+    end += kLengthsBytes + static_cast<std::int64_t>(record.name_bytes) + content;
   });
   if (surplus_ != 0) {
     throw CommandFailure(archive_,

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "native/native_text.h"
 #include "platform/open_files.h"
 
 namespace tarnvale {
@@ -29,6 +31,9 @@ class MemoryFile final : public OpenFiles {
   std::size_t ReadInto(int number, std::span<std::uint8_t> bytes) override;
   std::int64_t Length(int number) override;
   void Seek(int number, std::int64_t position) override;
+  std::optional<std::string> FromCodePage(std::string_view bytes) const override {
+    return FromNativeCodePage(bytes);
+  }
   bool IsOpen(int number) override { return number == kNumber; }
   void Close(int) override {}
   void CloseAll() override {}

@@ -1,6 +1,7 @@
 #include "hosts/windows/text_coding.h"
 
 #include "hosts/windows/wide.h"
+#include "platform/file_text.h"
 
 namespace tarnvale {
 namespace {
@@ -9,11 +10,25 @@ bool IsMarked(std::string_view text) {
   return text.substr(0, kUtf8Mark.size()) == kUtf8Mark;
 }
 
+bool IsUtf16(std::string_view bytes) {
+  return bytes.starts_with("\xFF\xFE") && bytes.size() % 2 == 0;
+}
+
+std::string FromUtf16(std::string_view bytes) {
+  std::wstring wide;
+  for (; bytes.size() >= 2; bytes.remove_prefix(2)) {
+    const auto low = static_cast<unsigned char>(bytes[0]);
+    wide += static_cast<wchar_t>(low | static_cast<unsigned char>(bytes[1]) << 8U);
+  }
+  return Narrow(wide);
+}
+
 }  // namespace
 
 TextCoding::TextCoding(UINT code_page) : code_page_(code_page == CP_ACP ? ::GetACP() : code_page) {}
 
 std::optional<std::string> TextCoding::Decode(std::string_view bytes) const {
+  if (IsUtf16(bytes)) return std::string(kUtf8Mark) + FromUtf16(bytes.substr(2));
   if (code_page_ == CP_UTF8 || IsMarked(bytes) || bytes.empty()) return std::string(bytes);
   const int size = static_cast<int>(bytes.size());
   const int length = ::MultiByteToWideChar(code_page_, 0, bytes.data(), size, nullptr, 0);

@@ -15,8 +15,9 @@ class TextCoding {
   /// CP_ACP for the system's own. Bytes are taken as they are where that is UTF-8.
   explicit TextCoding(UINT code_page = CP_ACP);
 
-  /// The text of a file, its UTF-8 mark included; none when these bytes wouldn't come
-  /// back from Encode as they are.
+  /// The text of a file, its UTF-8 mark included, which one in UTF-16, as editors call it
+  /// Unicode, is given; none when bytes of the code page wouldn't come back from Encode as
+  /// they are.
   std::optional<std::string> Decode(std::string_view bytes) const;
 
   /// The bytes of a text: UTF-8 when it begins with the mark. None when the code page
@@ -28,8 +29,5 @@ class TextCoding {
 
   UINT code_page_;
 };
-
-/// What a UTF-8 text of this system begins with.
-inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 }  // namespace tarnvale

@@ -48,7 +48,7 @@ class WindowsHost : private NoSystemBoxes {
       : drives(surroundings.root),
         temporaries(surroundings.state_folder),
         files(locator, temporaries, surroundings.set_attributes),
-        open_files(locator),
+        open_files(locator, TextCoding(surroundings.code_page)),
         profiles(locator, temporaries, TextCoding(surroundings.code_page)),
         processes(locator, surroundings.program_file),
         formats(surroundings.locale),

@@ -9,6 +9,7 @@
 #include "hosts/windows/ownership.h"
 #include "hosts/windows/replacing_copy.h"
 #include "hosts/windows/wide.h"
+#include "platform/file_text.h"
 
 namespace tarnvale {
 namespace {

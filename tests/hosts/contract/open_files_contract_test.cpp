@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 
+#include "platform/file_text.h"
 #include "tests/hosts/contract/host_under_test.h"
 #include "tests/support/raised.h"
 
@@ -457,6 +458,19 @@ TEST_P(OpenFilesContract, AnItemCanBeLongerThanAnyBuffer) {
 TEST_P(OpenFilesContract, ALineEndAcrossABufferIsOneLineEnd) {
   const std::string item(4095, 'x');
   EXPECT_THAT(ItemsOf(item + "\r\nend"), ElementsAre(item, "end"));
+}
+
+TEST_P(OpenFilesContract, EveryTextComesBackFromItsBytes) {
+  for (const std::string text :
+       {"plain", "\xC3\xBC", "\xD0\x96", "\xF0\x9F\x98\x80", "\xEF\xBB\xBFx"}) {
+    EXPECT_EQ(TextFromFile(open, TextToFile(open, text)), text);
+  }
+}
+
+// Some editors put a mark before what they write as UTF-8.
+TEST_P(OpenFilesContract, AMarkIsNoPartOfTheFirstItem) {
+  EXPECT_THAT(ItemsOf("\xEF\xBB\xBF\"C:\\a,b\"\r\nnext\r\n"), ElementsAre("C:\\a,b", "next"));
+  EXPECT_THAT(ItemsOf("\xEF\xBB\xBF"), IsEmpty());
 }
 
 }  // namespace

@@ -43,5 +43,10 @@ TEST(TextCodingTest, AUtf8SystemTakesBytesAsTheyAre) {
   EXPECT_EQ(TextCoding(CP_UTF8).Encode("a\xFF"), "a\xFF");
 }
 
+TEST(TextCodingTest, ATextInUtf16IsRead) {
+  const std::string bytes{'\xFF', '\xFE', '\x16', '\x04', 'a', '\0'};
+  EXPECT_EQ(TextCoding(1252).Decode(bytes), "\xEF\xBB\xBF\xD0\x96" + std::string("a"));
+}
+
 }  // namespace
 }  // namespace tarnvale

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/file_text.h"
 #include "tests/hosts/windows/scripted_media.h"
 #include "tests/hosts/windows/windows_stage.h"
 #include "tests/support/raised.h"
@@ -156,6 +157,28 @@ TEST_F(WindowsOpenFilesTest, ATextBehindALinkThatLeadsNowhereIsMade) {
                                    surroundings.root + L"\\behind");
   WriteText("link", "text");
   EXPECT_EQ(Content("behind"), "text");
+}
+
+// Each writes the pointer file, and reads what it wrote.
+TEST_F(WindowsOpenFilesTest, ItemsAreInTheCodePage) {
+  struct Page {
+    UINT number;
+    std::string text;
+    std::string bytes;
+  };
+  const std::vector<Page> pages{{1252, "Gr\xC3\xBC\xC3\x9F", "Gr\xFC\xDF"},
+                                {1252, "\xD0\x96", "\xEF\xBB\xBF\xD0\x96"},
+                                {1251, "\xD0\x96", "\xC6"},
+                                {1251, "Gr\xC3\xBC", "\xEF\xBB\xBFGr\xC3\xBC"},
+                                {65001, "\xD0\x96\xC3\xBC", "\xD0\x96\xC3\xBC"}};
+  for (const Page& page : pages) {
+    Restart();
+    surroundings.code_page = page.number;
+    EXPECT_EQ(TextToFile(Host().open_files, page.text), page.bytes) << page.number;
+    Write("Data.txt", page.bytes + "\r\n");
+    Host().open_files.OpenInput(1, "C:\\Data.txt");
+    EXPECT_EQ(Host().open_files.InputItem(1), page.text) << page.number;
+  }
 }
 
 }  // namespace
