@@ -9,24 +9,9 @@
 namespace tarnvale {
 namespace {
 
-// Not where a network is away for now: its files may well be there.
 bool IsMissing(DWORD error) {
-  switch (error) {
-    case ERROR_BAD_NETPATH:
-    case ERROR_BAD_NET_NAME:
-    case ERROR_INVALID_DRIVE:
-    case ERROR_NO_NET_OR_BAD_PATH:
-    case ERROR_NO_NETWORK:
-    case ERROR_NETWORK_UNREACHABLE:
-    case ERROR_HOST_UNREACHABLE:
-    case ERROR_REM_NOT_LIST:
-    case ERROR_NETWORK_BUSY:
-      return false;
-    default:
-      break;
-  }
   const int number = ErrorNumberOf(error, Attempt::kAsk);
-  return number == kFileNotFound || number == kPathNotFound;
+  return !MeansAway(error) && (number == kFileNotFound || number == kPathNotFound);
 }
 
 // Whether all names but the last one are such that the system takes them as they are.

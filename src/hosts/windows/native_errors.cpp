@@ -1,6 +1,7 @@
 #include "hosts/windows/native_errors.h"
 
 #include "base/failure.h"
+#include "base/out_of_memory.h"
 
 namespace tarnvale {
 namespace {
@@ -12,23 +13,32 @@ constexpr DWORD kDeviceHardwareError = 483;
 
 }  // namespace
 
-int ErrorNumberOf(DWORD error, Attempt attempt) {
+bool MeansAway(DWORD error) {
   switch (error) {
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_NO_MORE_FILES:
-      return kFileNotFound;
-    case ERROR_PATH_NOT_FOUND:
-    case ERROR_DIRECTORY:
     case ERROR_INVALID_DRIVE:
     case ERROR_BAD_NETPATH:
     case ERROR_BAD_NET_NAME:
-    case ERROR_BAD_PATHNAME:
     case ERROR_NO_NET_OR_BAD_PATH:
     case ERROR_NO_NETWORK:
     case ERROR_NETWORK_UNREACHABLE:
     case ERROR_HOST_UNREACHABLE:
     case ERROR_REM_NOT_LIST:
     case ERROR_NETWORK_BUSY:
+      return true;
+    default:
+      return false;
+  }
+}
+
+int ErrorNumberOf(DWORD error, Attempt attempt) {
+  if (MeansAway(error)) return kPathNotFound;
+  switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_NO_MORE_FILES:
+      return kFileNotFound;
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_DIRECTORY:
+    case ERROR_BAD_PATHNAME:
       return kPathNotFound;
     case ERROR_INVALID_NAME:
     case ERROR_FILENAME_EXCED_RANGE:
@@ -63,6 +73,10 @@ int ErrorNumberOf(DWORD error, Attempt attempt) {
     case ERROR_FILE_CORRUPT:
     case ERROR_DISK_CORRUPT:
       return kDeviceIoError;
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+    case ERROR_NO_SYSTEM_RESOURCES:
+      return kOutOfMemory;
     case ERROR_TOO_MANY_OPEN_FILES:
       return kTooManyFiles;
     case ERROR_DEV_NOT_EXIST:

@@ -8,6 +8,9 @@ namespace tarnvale {
 /// What was attempted: some codes mean another number when a file is only asked about.
 enum class Attempt { kAsk, kChange };
 
+/// A drive or a network that is away for now: what is asked for may well be there.
+bool MeansAway(DWORD error);
+
 int ErrorNumberOf(DWORD error, Attempt attempt);
 
 [[noreturn]] void RaiseNative(DWORD error, Attempt attempt);

@@ -49,6 +49,24 @@ SECURITY_ATTRIBUTES* UsersAlone() {
   return attributes.lpSecurityDescriptor != nullptr ? &attributes : nullptr;
 }
 
+// Those of the folder come to a new file by themselves.
+bool HasOwnRules(PSECURITY_DESCRIPTOR descriptor, SECURITY_DESCRIPTOR_CONTROL control) {
+  BOOL is_there = FALSE;
+  BOOL is_default = FALSE;
+  PACL list = nullptr;
+  if (::GetSecurityDescriptorDacl(descriptor, &is_there, &list, &is_default) == 0) return false;
+  if (is_there == FALSE || list == nullptr) return false;
+  if ((control & SE_DACL_PROTECTED) != 0) return true;
+  for (DWORD i = 0; i < list->AceCount; ++i) {
+    void* rule = nullptr;
+    if (::GetAce(list, i, &rule) != 0 &&
+        (static_cast<const ACE_HEADER*>(rule)->AceFlags & INHERITED_ACE) == 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
 bool OwnersCountIn(const std::wstring& native_folder) {
   const Volume volume = VolumeOf(native_folder);
   return volume.is_fixed && (volume.features & FILE_PERSISTENT_ACLS) != 0;
@@ -66,6 +84,23 @@ void KeepForOwner(const std::wstring& native) {
                        DACL_SECURITY_INFORMATION | PROTECTED_DACL_SECURITY_INFORMATION,
                        security->lpSecurityDescriptor);
   }
+}
+
+void KeepRightsOf(const std::wstring& replaced, const std::wstring& fresh) {
+  Buffer descriptor(8192);
+  DWORD length = 0;
+  const auto size = static_cast<DWORD>(descriptor.size() * sizeof(Buffer::value_type));
+  SECURITY_DESCRIPTOR_CONTROL control = 0;
+  if (::GetFileSecurityW(replaced.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(), size,
+                         &length) == 0 ||
+      ::GetSecurityDescriptorControl(descriptor.data(), &control, &length) == 0 ||
+      !HasOwnRules(descriptor.data(), control)) {
+    return;
+  }
+  const DWORD is_protected = (control & SE_DACL_PROTECTED) != 0
+                                 ? PROTECTED_DACL_SECURITY_INFORMATION
+                                 : UNPROTECTED_DACL_SECURITY_INFORMATION;
+  ::SetFileSecurityW(fresh.c_str(), DACL_SECURITY_INFORMATION | is_protected, descriptor.data());
 }
 
 bool IsOfThisUser(const std::wstring& native) {

@@ -15,6 +15,10 @@ SECURITY_ATTRIBUTES* OwnersAlone(const std::wstring& native_folder);
 /// Takes a file from all others. A medium may refuse; that does no harm.
 void KeepForOwner(const std::wstring& native);
 
+/// Gives a new file the access list of the one that it replaces, if that has one of its
+/// own and not just its folder's.
+void KeepRightsOf(const std::wstring& replaced, const std::wstring& fresh);
+
 /// Whether a file is this user's, as everything is where that can't be told.
 bool IsOfThisUser(const std::wstring& native);
 

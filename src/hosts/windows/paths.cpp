@@ -34,6 +34,22 @@ bool IsDevice(std::wstring_view name) {
   return kDigits.find(folded[3]) != std::wstring_view::npos;
 }
 
+// Nothing leads from a share of a machine to another one.
+std::optional<PathText> TakeApartKeepingShare(std::string_view path) {
+  auto parts = TakeApart(path);
+  if (!parts || !parts->begins_twice) return parts;
+  const std::size_t server_end = path.find_first_of("\\/", 2);
+  const std::size_t share = path.find_first_not_of("\\/", server_end);
+  if (server_end == std::string_view::npos || share == std::string_view::npos) return parts;
+  const std::size_t share_end = std::min(path.find_first_of("\\/", share), path.size());
+  parts->names = {path.substr(2, server_end - 2), path.substr(share, share_end - share)};
+  if (parts->names[1] == ".." || parts->names[1] == ".") return std::nullopt;
+  if (const auto rest = TakeApart(path.substr(share_end))) {
+    parts->names.insert(parts->names.end(), rest->names.begin(), rest->names.end());
+  }
+  return parts;
+}
+
 wchar_t CurrentDrive() {
   std::array<wchar_t, MAX_PATH> folder{};
   const DWORD length = ::GetCurrentDirectoryW(MAX_PATH, folder.data());
@@ -58,7 +74,7 @@ DrivePaths::DrivePaths(std::wstring root) : root_(std::move(root)) {
 }
 
 std::optional<std::wstring> DrivePaths::ToNative(const Path& path) const {
-  const auto parts = TakeApart(path);
+  const auto parts = TakeApartKeepingShare(path);
   if (!parts) return std::nullopt;
   std::wstring native;
   std::size_t first = 0;

@@ -27,6 +27,28 @@ void FinishWritten(const std::wstring& native, std::optional<std::uint64_t> time
   if (!file || !FlushFile(file.Get())) RaiseLast(Attempt::kChange);
 }
 
+// What the user gave a file that is replaced, and a copy hasn't by itself. A medium may
+// refuse; that does no harm.
+void TakeOver(const std::wstring& replaced, const std::wstring& fresh) {
+  KeepRightsOf(replaced, fresh);
+  const auto old = StateOf(replaced, Links::kKeep);
+  const auto now = StateOf(fresh, Links::kKeep);
+  if (!old || !now || old->is_link) return;
+  const DWORD missing = old->attributes & ~now->attributes;
+  if ((missing & FILE_ATTRIBUTE_ENCRYPTED) != 0) {
+    ::EncryptFileW(fresh.c_str());
+  } else if ((missing & FILE_ATTRIBUTE_COMPRESSED) != 0) {
+    const Handle file(::CreateFileW(fresh.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    USHORT format = COMPRESSION_FORMAT_DEFAULT;
+    DWORD length = 0;
+    if (file) {
+      ::DeviceIoControl(file.Get(), FSCTL_SET_COMPRESSION, &format, sizeof format, nullptr, 0,
+                        &length, nullptr);
+    }
+  }
+}
+
 // Scanners and indexers open what was just written or listed, for a moment.
 bool MoveWithPatience(const std::wstring& from, const std::wstring& to, DWORD flags) {
   constexpr DWORD kLongestPause_ms = 320;
@@ -132,6 +154,7 @@ void CopyFileBeside(TemporarySlot& slot, const std::wstring& source, DWORD attri
       RaiseLast(Attempt::kChange);
     }
     ::SetFileAttributesW(temporary.c_str(), FILE_ATTRIBUTE_NORMAL);
+    if (replaces && rights != Rights::kOwner) TakeOver(target, temporary);
     FinishWritten(temporary, extras.time);
     if (extras.may_replace && !extras.may_replace()) throw ProgramError(kFileAlreadyExists);
     if (::SetFileAttributesW(temporary.c_str(),

@@ -176,7 +176,9 @@ void WindowsFiles::SetAttributes(const Path& file, int value) {
     value |= attribute::kArchive;
   }
   const DWORD wanted = value == 0 ? FILE_ATTRIBUTE_NORMAL : static_cast<DWORD>(value);
-  if (!set_attributes_(located.native, wanted)) RaiseLast(Attempt::kAsk);
+  // By its own path a link's are set.
+  const std::wstring native = located.state->is_link ? BehindLinks(located.native) : located.native;
+  if (!set_attributes_(native, wanted)) RaiseLast(Attempt::kAsk);
 }
 
 bool WindowsFiles::FolderExists(const Path& folder) {
@@ -195,7 +197,8 @@ WindowsFiles::CopySource WindowsFiles::SourceOfCopy(const Path& source) {
   if (from.error != 0) RaiseNative(from.error, Attempt::kChange);
   if (!from.state) throw ProgramError(kFileNotFound);
   const auto state = from.state->is_link ? StateOf(from.native, Links::kFollow) : from.state;
-  if (!state || state->IsFolder()) throw ProgramError(kFileNotFound);
+  if (!state) RaiseLast(Attempt::kChange);
+  if (state->IsFolder()) throw ProgramError(kFileNotFound);
   return {from.native, *state};
 }
 
@@ -296,6 +299,10 @@ void WindowsFiles::CopyTree(HeldFolder& source, HeldFolder& target,
     if (folder && ::GetFileTime(WindowsFolder::Of(from).Get(), nullptr, nullptr, &time) != 0) {
       ::SetFileTime(folder.Get(), nullptr, nullptr, &time);
     }
+    BY_HANDLE_FILE_INFORMATION info{};
+    if (::GetFileInformationByHandle(WindowsFolder::Of(from).Get(), &info) == 0) return;
+    const DWORD hides = info.dwFileAttributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+    if (hides != 0) ::SetFileAttributesW(native.c_str(), hides);
   };
   CopyContents(*this, source, target, rights, left_out, between, keep_time);
 }
@@ -364,9 +371,23 @@ void WindowsFiles::Delete(const Path& file) {
     throw ProgramError(kFileNotFound);
   }
   if (located.state->IsReadOnly()) throw ProgramError(kPathFileAccess);
-  const bool is_gone = (located.IsFolder() ? ::RemoveDirectoryW(located.native.c_str())
-                                           : ::DeleteFileW(located.native.c_str())) != 0;
-  if (!is_gone) RaiseLast(Attempt::kChange);
+  if (located.IsFolder()) {
+    if (::RemoveDirectoryW(located.native.c_str()) == 0) RaiseLast(Attempt::kChange);
+    return;
+  }
+  // A scanner that has the file open would keep its name taken until it is done.
+  const std::wstring& aside = slot_.Begin(NativeFolderOf(located.native));
+  const bool is_aside = ::MoveFileExW(located.native.c_str(), aside.c_str(), 0) != 0;
+  if (::DeleteFileW((is_aside ? aside : located.native).c_str()) != 0) return;
+  const DWORD error = ::GetLastError();
+  if (is_aside) ::MoveFileExW(aside.c_str(), located.native.c_str(), 0);
+  RaiseNative(error, Attempt::kChange);
+}
+
+// Newer systems have their own folders at the places of older ones as links that nobody
+// may list: what they lead to may be.
+std::wstring WindowsFiles::FolderToRead(const Located& located) {
+  return located.state && located.state->is_link ? BehindLinks(located.native) : located.native;
 }
 
 std::vector<std::string> WindowsFiles::List(const Path& pattern, ListKinds kinds) {
@@ -378,7 +399,7 @@ std::vector<std::string> WindowsFiles::List(const Path& pattern, ListKinds kinds
   if (!FolderExists(folder)) return {};
   const std::string folded = FoldCase(pattern.substr(last + 1));
   std::vector<std::string> names;
-  FolderListing listing(located.native);
+  FolderListing listing(FolderToRead(located));
   while (const auto* entry = listing.Next()) {
     std::string name = Narrow(entry->cFileName);
     const FileState state = StateOf(*entry);
@@ -395,7 +416,7 @@ std::vector<std::string> WindowsFiles::List(const Path& pattern, ListKinds kinds
 std::vector<std::string> WindowsFiles::ListFolders(const Path& folder, ListKinds kinds) {
   if (!FolderExists(folder)) throw ProgramError(kPathNotFound);
   std::vector<std::string> names;
-  FolderListing listing(locator_.Locate(folder).native);
+  FolderListing listing(FolderToRead(locator_.Locate(folder)));
   while (const auto* entry = listing.Next()) {
     const FileState state = StateOf(*entry);
     if (state.IsFolder() && !state.is_link && IsListed(state, kinds) &&
@@ -409,7 +430,7 @@ std::vector<std::string> WindowsFiles::ListFolders(const Path& folder, ListKinds
 
 std::unique_ptr<HeldFolder> WindowsFiles::OpenFolder(const Path& folder) {
   if (!FolderExists(folder)) throw ProgramError(kPathNotFound);
-  const std::wstring native = locator_.Locate(folder).native;
+  const std::wstring native = FolderToRead(locator_.Locate(folder));
   Handle opened = OpenForHolding(native, Links::kFollow);
   if (!opened) RaiseLast(Attempt::kAsk);
   const MediumTimes times(VolumeOf(native).HoldsLocalTimes());

@@ -68,6 +68,7 @@ class WindowsFiles : public FileSystem {
   void CopyFileTo(const CopySource& source, const std::wstring& target,
                   const std::optional<FileState>& there, Rights rights,
                   const CopyExtras& extras = {});
+  static std::wstring FolderToRead(const Located& located);
   std::unique_ptr<HeldFolder> TreeTarget(const Path& target);
   static std::unique_ptr<HeldFolder> TreeTarget(const HeldEntry& target);
   void CopyTree(HeldFolder& source, HeldFolder& target, const std::function<void()>& between,

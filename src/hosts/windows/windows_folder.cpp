@@ -99,8 +99,9 @@ std::unique_ptr<HeldFolder> WindowsFolder::Inner(const std::string& names) {
     Handle next = OpenForHolding(native, links);
     if (!next) RaiseLast(Attempt::kAsk);
     const auto state = StateOf(native, links);
-    const bool is_link = !names.empty() && state && state->is_link;
-    if (!state || !state->IsFolder() || is_link) throw ProgramError(kPathNotFound);
+    if (!state) RaiseLast(Attempt::kAsk);
+    const bool is_link = !names.empty() && state->is_link;
+    if (!state->IsFolder() || is_link) throw ProgramError(kPathNotFound);
     held = std::move(next);
   } while (!rest.empty());
   RequirePresent();

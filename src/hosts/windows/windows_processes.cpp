@@ -1,5 +1,6 @@
 #include "hosts/windows/windows_processes.h"
 
+#include <objbase.h>
 #include <shellapi.h>
 
 #include <string_view>
@@ -55,7 +56,11 @@ bool OpenByDesktop(const wchar_t* verb, const std::wstring& file, const std::wst
   call.lpFile = file.c_str();
   call.lpParameters = parameters.empty() ? nullptr : parameters.c_str();
   call.nShow = show;
-  return ::ShellExecuteExW(&call) != 0;
+  // Some of what the desktop starts is started by COM.
+  const HRESULT com = ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
+  const bool is_started = ::ShellExecuteExW(&call) != 0;
+  if (SUCCEEDED(com)) ::CoUninitialize();
+  return is_started;
 }
 
 }  // namespace

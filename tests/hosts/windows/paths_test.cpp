@@ -20,6 +20,9 @@ TEST(WindowsPathsTest, ANetworksMachineAndShareComeFirst) {
   EXPECT_EQ(drives.ToNative("\\\\server\\share\\a"), L"\\\\?\\UNC\\server\\share\\a");
   EXPECT_EQ(drives.ToNative("\\\\server\\share"), L"\\\\?\\UNC\\server\\share\\");
   EXPECT_EQ(drives.ToNative("\\\\server"), std::nullopt);
+  EXPECT_EQ(drives.ToNative("\\\\server\\share\\..\\..\\a\\..\\b"),
+            L"\\\\?\\UNC\\server\\share\\b");
+  EXPECT_EQ(drives.ToNative("\\\\server\\..\\a"), std::nullopt);
   EXPECT_EQ(drives.FromNative(L"\\\\?\\UNC\\server\\share\\a"), "\\\\server\\share\\a");
 }
 

@@ -180,5 +180,25 @@ TEST_F(WindowsFilesTest, AShortReadIsNoFailure) {
   EXPECT_EQ(Host().open_files.Read(1, 4), "45");
 }
 
+// A scanner that is looking at it: until it has done, the system would keep the name.
+TEST_F(WindowsFilesTest, TheNameOfADeletedFileIsFreeAtOnce) {
+  Write("a", "old");
+  const Handle scanner(::CreateFileW(Native("a").c_str(), GENERIC_READ,
+                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  Host().files.Delete("C:\\a");
+  EXPECT_FALSE(Host().files.FileExists("C:\\a"));
+  EXPECT_EQ(RaisedBy([&] { Host().open_files.OpenOwn(1, "C:\\a"); }), 0);
+}
+
+TEST_F(WindowsFilesTest, ACopyOfAFolderHidesWhatItsSourceHides) {
+  std::filesystem::create_directories(Native("from/hidden"));
+  ::SetFileAttributesW(Native("from/hidden").c_str(),
+                       FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+  Host().files.CopyTree("C:\\from", "C:\\to", {});
+  EXPECT_EQ(Host().files.Attributes("C:\\to\\hidden"),
+            attribute::kDirectory | attribute::kHidden | attribute::kSystem);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

@@ -1,5 +1,8 @@
 // Media and entries that are unlike those of this machine.
 #include <gmock/gmock.h>
+#include <windows.h>
+
+#include <sddl.h>
 
 #include <cstdint>
 #include <string>
@@ -16,6 +19,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 class WindowsMediaTest : public WindowsHostTest {
  protected:
@@ -85,8 +89,9 @@ TEST_F(WindowsMediaTest, SettingsOnANetworkThatIsAwayAreNotMissing) {
 
 TEST_F(WindowsMediaTest, CodesOfMediaAndNetworksHaveTheirNumbers) {
   const std::vector<std::pair<DWORD, int>> numbers{
-      {34, 71},   {1110, 71}, {433, 68},  {483, 68},  {1006, 68}, {1617, 68}, {51, 76}, {54, 76},
-      {1203, 76}, {1222, 76}, {1231, 76}, {1232, 76}, {82, 61},   {1816, 61}, {303, 70}};
+      {34, 71}, {1110, 71}, {433, 68},  {483, 68},  {1006, 68}, {1617, 68},
+      {51, 76}, {54, 76},   {1203, 76}, {1222, 76}, {1231, 76}, {1232, 76},
+      {82, 61}, {1816, 61}, {303, 70},  {8, 7},     {14, 7},    {1450, 7}};
   for (const auto& [code, number] : numbers) {
     EXPECT_EQ(ErrorNumberOf(code, Attempt::kChange), number) << code;
   }
@@ -274,6 +279,37 @@ TEST_F(WindowsMediaTest, AFolderWhoseMediumIsGoneIsGone) {
   EXPECT_EQ(Content("stick/a"), "another stick's");
 }
 
+// As "Cookies" and "History" are, in the places where older systems had them.
+TEST_F(WindowsMediaTest, ALinkThatNobodyMayListIsReadWhereItLeads) {
+  std::filesystem::create_directories(Native("real/inner"));
+  std::filesystem::create_directory(Native("link"));
+  Write("real/a", "x");
+  const auto link =
+      AsReparsePoint(NativeName("link"), IO_REPARSE_TAG_MOUNT_POINT, NativeName("real"));
+  const std::wstring place = NativeName("link");
+  const Scripted opens("CreateFileW", &::CreateFileW,
+                       [&](auto real, LPCWSTR path, DWORD access, auto... rest) {
+                         if (path == place && (access & FILE_LIST_DIRECTORY) != 0) {
+                           ::SetLastError(ERROR_ACCESS_DENIED);
+                           return INVALID_HANDLE_VALUE;
+                         }
+                         return real(path, access, rest...);
+                       });
+  const Scripted finds("FindFirstFileW", &::FindFirstFileW,
+                       [&](auto real, LPCWSTR pattern, LPWIN32_FIND_DATAW found) {
+                         if (pattern == place + L"\\*") {
+                           ::SetLastError(ERROR_ACCESS_DENIED);
+                           return INVALID_HANDLE_VALUE;
+                         }
+                         return real(pattern, found);
+                       });
+  EXPECT_THAT(Host().files.List("C:\\link\\*", {}), ElementsAre("a"));
+  EXPECT_THAT(Host().files.ListFolders("C:\\link", {}), ElementsAre("inner"));
+  EXPECT_THAT(FileNames(*Host().files.OpenFolder("C:\\link")), ElementsAre("a"));
+  EXPECT_EQ(RaisedBy([&] { Host().files.CopyTree("C:\\link", "C:\\copy", {}); }), 0);
+  EXPECT_EQ(Content("copy/a"), "x");
+}
+
 class WindowsLinksTest : public WindowsMediaTest {
  protected:
   WindowsLinksTest() {
@@ -317,6 +353,80 @@ TEST_F(WindowsLinksTest, ACopyOfALinkHasItsTime) {
   ASSERT_NE(::SetFileTime(link.Get(), nullptr, nullptr, &time), 0);
   EXPECT_EQ(RaisedBy([&] { Host().files.CopyTree("C:\\from", "C:\\to", {}); }), 0);
   EXPECT_EQ(StateOf(NativeName("to\\link"), Links::kKeep)->modified, 128'000'000'000'000'000U);
+}
+
+// Of a link itself nobody asks for them.
+TEST_F(WindowsMediaTest, AttributesOfALinkAreSetWhereItLeads) {
+  Write("link", "");
+  Write("real", "x");
+  std::wstring set;
+  surroundings.set_attributes = [&](const std::wstring& native, DWORD) {
+    set = native;
+    return true;
+  };
+  const auto link = AsReparsePoint(NativeName("link"), IO_REPARSE_TAG_SYMLINK, NativeName("real"));
+  Host().files.SetAttributes("C:\\link", 0);
+  EXPECT_EQ(NativeNameOf(set), L"real");
+}
+
+TEST_F(WindowsMediaTest, WhyALinkCannotBeFollowedIsToldByItsNumber) {
+  Write("link", "");
+  const auto link = AsReparsePoint(NativeName("link"), IO_REPARSE_TAG_SYMLINK, NativeName("gone"));
+  EXPECT_EQ(RaisedBy([&] { Host().files.CopyWhole("C:\\link", "C:\\b"); }), 53);
+  Write("gone", "");
+  const Scripted asks(
+      "GetFileInformationByHandle", &::GetFileInformationByHandle,
+      [&](auto, HANDLE, LPBY_HANDLE_FILE_INFORMATION) { return Failing(ERROR_SHARING_VIOLATION); });
+  EXPECT_EQ(RaisedBy([&] { Host().files.CopyWhole("C:\\link", "C:\\b"); }), 70);
+}
+
+TEST_F(WindowsMediaTest, AReplacedFileKeepsItsOwnAccessListAndIsEncryptedAgain) {
+  const auto medium = AsMedium(DRIVE_FIXED, FILE_PERSISTENT_ACLS, L"NTFS");
+  Write("a", "new");
+  Write("b", "old");
+  std::string given;
+  std::wstring encrypted;
+  std::wstring rules = L"D:P(A;;FA;;;SY)";
+  const Scripted reads(
+      "GetFileSecurityW", &::GetFileSecurityW,
+      [&](auto, LPCWSTR, SECURITY_INFORMATION, PSECURITY_DESCRIPTOR descriptor, DWORD, LPDWORD) {
+        PSECURITY_DESCRIPTOR made = nullptr;
+        ULONG size = 0;
+        ::ConvertStringSecurityDescriptorToSecurityDescriptorW(rules.c_str(), SDDL_REVISION_1,
+                                                               &made, &size);
+        std::copy_n(static_cast<char*>(made), size, static_cast<char*>(descriptor));
+        ::LocalFree(made);
+        return TRUE;
+      });
+  const Scripted sets("SetFileSecurityW", &::SetFileSecurityW,
+                      [&](auto, LPCWSTR path, SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR) {
+                        if ((what & PROTECTED_DACL_SECURITY_INFORMATION) != 0) {
+                          given = Narrow(NativeNameOf(path));
+                        }
+                        return TRUE;
+                      });
+  const Scripted attributes(
+      "GetFileAttributesExW", &::GetFileAttributesExW,
+      [&](auto real, LPCWSTR path, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
+        const BOOL done = real(path, level, data);
+        if (NativeNameOf(path) == L"b") {
+          static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(data)->dwFileAttributes |=
+              FILE_ATTRIBUTE_ENCRYPTED;
+        }
+        return done;
+      });
+  const Scripted encrypts("EncryptFileW", &::EncryptFileW, [&](auto, LPCWSTR path) {
+    encrypted = path;
+    return TRUE;
+  });
+  Host().files.CopyWhole("C:\\a", "C:\\b");
+  EXPECT_THAT(given, StartsWith(".tarnvale-"));
+  EXPECT_THAT(Narrow(NativeNameOf(encrypted)), StartsWith(".tarnvale-"));
+  // What a file has of its folder it has by itself.
+  given.clear();
+  rules = L"D:AI(A;ID;FA;;;SY)";
+  Host().files.CopyWhole("C:\\a", "C:\\b");
+  EXPECT_EQ(given, "");
 }
 
 }  // namespace
