@@ -41,6 +41,9 @@ class FolderTreeRows {
   /// folder. A folder that the listings leave out gets a row all the same.
   FolderRow* Find(const Path& folder);
 
+  /// Adds and removes the rows of drives that came and went, in the order of `drives`.
+  void ShowDrives(const std::vector<Path>& drives) { Update(root_, drives); }
+
   /// Reads a row that is opened and hasn't been read.
   void Open(FolderRow& row);
   /// Reads an opened row again, unless Open has just read it, and adds and removes

@@ -19,8 +19,8 @@ class MessageWindow {
 
   enum class Hears { kItsOwn, kBroadcasts };
 
-  /// `handler` is called for its own messages, for WM_TIMER, and for those that the system's
-  /// parts register and send to everybody where it hears them. It must not raise.
+  /// `handler` is called for its own messages, for WM_TIMER, and, where it hears them, for
+  /// WM_DEVICECHANGE and those that the system's parts register. It must not raise.
   explicit MessageWindow(Handler handler, Hears hears = Hears::kItsOwn);
   MessageWindow(const MessageWindow&) = delete;
   MessageWindow& operator=(const MessageWindow&) = delete;

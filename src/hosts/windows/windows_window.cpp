@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "hosts/windows/keys.h"
+#include "hosts/windows/meanwhile.h"
 #include "hosts/windows/native_errors.h"
 #include "hosts/windows/peers/peer_factory.h"
 #include "hosts/windows/shown_text.h"
@@ -52,20 +53,6 @@ bool IsMouse(UINT message) {
   return message == WM_MOUSEMOVE || IsPress(message) || IsDoublePress(message) ||
          IsRelease(message);
 }
-
-/// A value that is back when this goes.
-template <class Value>
-class Meanwhile {
- public:
-  Meanwhile(Value& value, Value now) : value_(value), before_(std::exchange(value, now)) {}
-  Meanwhile(const Meanwhile&) = delete;
-  Meanwhile& operator=(const Meanwhile&) = delete;
-  ~Meanwhile() { value_ = before_; }
-
- private:
-  Value& value_;
-  Value before_;
-};
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 // Native windows for records, with everything around them.
 #pragma once
 
+#include "hosts/windows/peers/native_peer.h"
 #include "hosts/windows/wide.h"
 #include "hosts/windows/windows_message_boxes.h"
 #include "hosts/windows/windows_window_host.h"
@@ -53,6 +54,24 @@ class WindowsWindowTest : public WindowsDesktopTest {
     const COLORREF color = ::GetPixel(dc, x, y);
     ::ReleaseDC(Native(), dc);
     return (color & 0xFFU) << 16U | (color & 0xFF00U) | (color >> 16U & 0xFFU);
+  }
+  /// The native control of a record.
+  HWND NativeOf(Control& control) {
+    return dynamic_cast<NativePeer&>(PeerOf(control)).Native();
+  }
+  static LRESULT Send(HWND control, UINT message, WPARAM first = 0, LPARAM second = 0) {
+    return ::SendMessageW(control, message, first, second);
+  }
+  static void Type(HWND control, std::wstring_view text) {
+    for (const wchar_t c : text) Send(control, WM_CHAR, c);
+  }
+  static void PressKey(HWND control, WPARAM key) {
+    Send(control, WM_KEYDOWN, key);
+    Send(control, WM_KEYUP, key);
+  }
+  static void Click(HWND control, int x, int y) {
+    Send(control, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+    Send(control, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
   }
 
   FakeClock clock;

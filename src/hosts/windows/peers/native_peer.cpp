@@ -67,6 +67,7 @@ LRESULT NativePeer::PassOn(HWND window, UINT message, WPARAM first, LPARAM secon
 LRESULT NativePeer::Serve(HWND window, UINT message, WPARAM first, LPARAM second) {
   if (context_.ending) return PassOn(window, message, first, second);
   if (IsPress(message)) {
+    got_focus_by_press_ = Record().Owner()->Focused() != &Record();
     // The record's focus goes first: its old owner may show a box, and may call it back.
     Report([this] { Record().Owner()->Focus(Record()); });
     if (!MayTakePress(Record())) return 0;
@@ -75,7 +76,7 @@ LRESULT NativePeer::Serve(HWND window, UINT message, WPARAM first, LPARAM second
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN: {
       const KeyPress press = ToKeyPress(window, first);
-      if (window_.ServeKey(*this, press)) {
+      if (!KeepsKey(press.key) && window_.ServeKey(*this, press)) {
         DropTyped(window);
         return 0;
       }

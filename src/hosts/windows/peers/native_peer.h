@@ -40,6 +40,10 @@ class NativePeer : public Peer {
   LRESULT PassOn(HWND window, UINT message, WPARAM first, LPARAM second);
 
   virtual void OnFocus(bool /*has_focus*/) {}
+  /// Whether a key is the control's own, before the window gets it.
+  virtual bool KeepsKey(Key /*key*/) const { return false; }
+  /// Whether the press that is being served brought the focus.
+  bool GotFocusByPress() const { return got_focus_by_press_; }
   void OnShown(bool is_shown) override;
   void OnUsable(bool is_usable) override;
 
@@ -55,6 +59,7 @@ class NativePeer : public Peer {
   void FollowWindow(HWND window);
 
   HWND native_ = nullptr;
+  bool got_focus_by_press_ = false;
   std::vector<Followed> followed_;
 };
 

@@ -1,28 +1,16 @@
 #include "hosts/windows/peers/peer_factory.h"
 
-#include "hosts/windows/peers/drawn_peer.h"
+#include "hosts/windows/peers/combo_box_peer.h"
+#include "hosts/windows/peers/folder_tree_peer.h"
 #include "hosts/windows/peers/label_peer.h"
+#include "hosts/windows/peers/list_peer.h"
 #include "hosts/windows/peers/mark_button_peer.h"
 #include "hosts/windows/peers/owner_drawn_peer.h"
 #include "hosts/windows/peers/picture_box_peer.h"
-#include "ui/palette.h"
+#include "hosts/windows/peers/text_box_peer.h"
 
 namespace tarnvale {
 namespace {
-
-/// Keeps the place of a control that has no peer of its own yet.
-class FieldPeer final : public DrawnPeer {
- public:
-  template <class Record>
-  FieldPeer(PeerContext& context, WindowsWindow& window, Record& record, const Rect& place,
-            const Peer* container)
-      : DrawnPeer(context, window, record, place, container) {}
-
-  void Paint(Surface& surface) override {
-    surface.Fill(Area(), ToColor(palette::kField));
-    surface.Frame(Area(), ToColor(palette::kFieldFrame));
-  }
-};
 
 class PeerMaker final : public ControlVisitor {
  public:
@@ -30,13 +18,13 @@ class PeerMaker final : public ControlVisitor {
       : context_(context), window_(window), place_(place), container_(container) {}
 
   void Visit(Label& label) override { Make<LabelPeer>(label); }
-  void Visit(TextBox& box) override { Make<FieldPeer>(box); }
-  void Visit(ListBox& list) override { Make<FieldPeer>(list); }
-  void Visit(ComboBox& combo) override { Make<FieldPeer>(combo); }
+  void Visit(TextBox& box) override { Make<TextBoxPeer>(box); }
+  void Visit(ListBox& list) override { Make<ListBoxPeer>(list); }
+  void Visit(ComboBox& combo) override { Make<ComboBoxPeer>(combo); }
   void Visit(OptionButton& option) override { Make<OptionButtonPeer>(option); }
   void Visit(CheckButton& check) override { Make<CheckButtonPeer>(check); }
-  void Visit(FileList& files) override { Make<FieldPeer>(files); }
-  void Visit(FolderTree& tree) override { Make<FieldPeer>(tree); }
+  void Visit(FileList& files) override { Make<FileListPeer>(files); }
+  void Visit(FolderTree& tree) override { Make<FolderTreePeer>(tree); }
   void Visit(PictureBox& picture) override { Make<PictureBoxPeer>(picture); }
   void Visit(OwnerDrawn& drawn) override { Make<OwnerDrawnPeer>(drawn); }
 

@@ -1,0 +1,248 @@
+// Fields and their records.
+#include "hosts/windows/system_headers.h"
+
+#include <shlobj.h>
+
+#include <cstring>
+
+#include "tests/hosts/windows/windows_fixture.h"
+
+namespace tarnvale::testing {
+namespace {
+
+class WindowsTextBoxesTest : public WindowsWindowTest {
+ protected:
+  struct Range {
+    DWORD start = 0;
+    DWORD end = 0;
+    bool operator==(const Range&) const = default;
+  };
+  static Range SelectedIn(HWND field) {
+    Range range;
+    Send(field, EM_GETSEL, reinterpret_cast<WPARAM>(&range.start),
+         reinterpret_cast<LPARAM>(&range.end));
+    return range;
+  }
+  HWND ShowField(TextBox& box) {
+    Place(box);
+    Show();
+    return NativeOf(box);
+  }
+  void SetClipboard(const std::wstring& text) {
+    ASSERT_TRUE(::OpenClipboard(Native()));
+    ::EmptyClipboard();
+    HGLOBAL data = ::GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
+    text.copy(static_cast<wchar_t*>(::GlobalLock(data)), text.size());
+    static_cast<wchar_t*>(::GlobalLock(data))[text.size()] = 0;
+    ::SetClipboardData(CF_UNICODETEXT, data);
+    ::CloseClipboard();
+  }
+};
+
+TEST_F(WindowsTextBoxesTest, MirrorsTheTextBothWays) {
+  TextBox box;
+  box.Text = "Zo\xC3\xAB";
+  HWND field = ShowField(box);
+  EXPECT_EQ(TextOf(field), L"Zo\xEB");
+  box.Text = "new";
+  EXPECT_EQ(TextOf(field), L"new");
+  Send(field, EM_SETSEL, 3, 3);
+  Type(field, L"\xE9r");
+  EXPECT_EQ(box.Text.Get(), "new\xC3\xA9r");
+}
+
+TEST_F(WindowsTextBoxesTest, EachChangeOfTheUsersIsReportedOnce) {
+  TextBox box;
+  HWND field = ShowField(box);
+  int changes = 0;
+  box.Text.Changed().Listen([&] { ++changes; });
+  Type(field, L"a");
+  EXPECT_EQ(changes, 1);
+  box.Text = "b";
+  EXPECT_EQ(changes, 2);
+}
+
+TEST_F(WindowsTextBoxesTest, AHandlerMayCorrectWhatIsTyped) {
+  TextBox box;
+  HWND field = ShowField(box);
+  box.Text.Changed().Listen([&] {
+    if (box.Text.Get() == "x") box.Text = "";
+  });
+  Type(field, L"x");
+  EXPECT_EQ(TextOf(field), L"");
+}
+
+TEST_F(WindowsTextBoxesTest, MirrorsTheSelectionBothWaysInBytes) {
+  TextBox box;
+  box.Text =
+      "\xC3\xAB\xC3\xAB"
+      "ab";
+  HWND field = ShowField(box);
+  box.SelectAll();
+  EXPECT_EQ(SelectedIn(field), (Range{0, 4}));
+  Send(field, EM_SETSEL, 1, 3);
+  EXPECT_EQ(box.Selection.Get(), (TextSelection{2, 3}));
+}
+
+TEST_F(WindowsTextBoxesTest, APressThatBringsTheFocusLeavesWhatItsHandlerSelected) {
+  TextBox first;
+  TextBox box;
+  box.Text = "12:00";
+  box.GotFocus.Listen([&] { box.SelectAll(); });
+  Place(first);
+  HWND field = ShowField(box);
+  window.Focus(first);
+  Click(field, 3, 8);
+  EXPECT_EQ(window.Focused(), &box);
+  EXPECT_EQ(SelectedIn(field), (Range{0, 5}));
+  Click(field, 3, 8);
+  EXPECT_EQ(SelectedIn(field).start, SelectedIn(field).end);
+}
+
+TEST_F(WindowsTextBoxesTest, AReadOnlyFieldTakesNoText) {
+  TextBox box;
+  box.ReadOnly = true;
+  HWND field = ShowField(box);
+  Type(field, L"a");
+  EXPECT_EQ(box.Text.Get(), "");
+  box.ReadOnly = false;
+  Type(field, L"a");
+  EXPECT_EQ(box.Text.Get(), "a");
+}
+
+TEST_F(WindowsTextBoxesTest, FollowsVisibleAndEnabled) {
+  TextBox box;
+  HWND field = ShowField(box);
+  box.Enabled = false;
+  EXPECT_FALSE(::IsWindowEnabled(field));
+  box.Visible = false;
+  EXPECT_FALSE(::IsWindowVisible(field));
+  box.Visible = true;
+  box.Enabled = true;
+  EXPECT_TRUE(::IsWindowVisible(field));
+  EXPECT_TRUE(::IsWindowEnabled(field));
+}
+
+TEST_F(WindowsTextBoxesTest, APasswordIsShownAsStars) {
+  TextBox box(TextKind::kPassword);
+  HWND field = ShowField(box);
+  EXPECT_EQ(Send(field, EM_GETPASSWORDCHAR), L'*');
+  Type(field, L"se");
+  EXPECT_EQ(box.Text.Get(), "se");
+}
+
+TEST_F(WindowsTextBoxesTest, AMaskTakesDigitsOnly) {
+  TextBox box(TextKind::kMasked);
+  box.Mask = "##:##";
+  HWND field = ShowField(box);
+  EXPECT_EQ(box.Text.Get(), "00:00");
+  EXPECT_EQ(TextOf(field), L"00:00");
+  Send(field, EM_SETSEL, 0, 0);
+  Type(field, L"1x23");
+  EXPECT_EQ(box.Text.Get(), "12:30");
+  EXPECT_EQ(TextOf(field), L"12:30");
+  Type(field, L"\b");
+  EXPECT_EQ(box.Text.Get(), "12:00");
+  Send(field, EM_SETSEL, 0, 0);
+  PressKey(field, VK_DELETE);
+  EXPECT_EQ(box.Text.Get(), "02:00");
+}
+
+TEST_F(WindowsTextBoxesTest, PastingAndCuttingKeepToTheMask) {
+  TextBox box(TextKind::kMasked);
+  box.Mask = "##:##";
+  HWND field = ShowField(box);
+  SetClipboard(L"14:55");
+  Send(field, EM_SETSEL, 0, 0);
+  Send(field, WM_PASTE);
+  EXPECT_EQ(box.Text.Get(), "14:55");
+  Send(field, EM_SETSEL, 0, 2);
+  Send(field, WM_CUT);
+  EXPECT_EQ(box.Text.Get(), "00:55");
+  EXPECT_EQ(TextOf(field), L"00:55");
+}
+
+TEST_F(WindowsTextBoxesTest, LineEndsOfAMemoAreFullOnesInBoth) {
+  TextBox box(TextKind::kMemo);
+  box.Text = "one\ntwo\r\n";
+  HWND field = ShowField(box);
+  EXPECT_EQ(TextOf(field), L"one\r\ntwo\r\n");
+  box.Selection = TextSelection{4, 3};
+  EXPECT_EQ(SelectedIn(field), (Range{5, 8}));
+  Type(field, L"x\r");
+  EXPECT_EQ(box.Text.Get(), "one\r\nx\r\n\r\n");
+}
+
+TEST_F(WindowsTextBoxesTest, AppendingComesToTheScreenAndPutsTheCaretThere) {
+  TextBox box(TextKind::kMemo);
+  box.ReadOnly = true;
+  HWND field = ShowField(box);
+  int changes = 0;
+  box.Text.Changed().Listen([&] { ++changes; });
+  box.Append("one\r");
+  box.Append("\ntwo");
+  ASSERT_TRUE(WaitFor([&] { return TextOf(field) == L"one\r\ntwo"; }));
+  EXPECT_EQ(SelectedIn(field), (Range{8, 8}));
+  EXPECT_EQ(changes, 0);
+  EXPECT_EQ(box.Text.Get(), "one\r\ntwo");
+}
+
+TEST_F(WindowsTextBoxesTest, ALongTextIsHeldWhole) {
+  TextBox box(TextKind::kMemo);
+  std::string text;
+  while (text.size() < 100'000) text += "a line of a long text\r\n";
+  box.Text = text;
+  HWND field = ShowField(box);
+  Send(field, EM_SETSEL, 0, 0);
+  Type(field, L"y");
+  EXPECT_EQ(box.Text.Get(), "y" + text);
+}
+
+TEST_F(WindowsTextBoxesTest, CtrlASelectsAllOfAMemo) {
+  TextBox box(TextKind::kMemo);
+  box.Text = "one\r\ntwo";
+  HWND field = ShowField(box);
+  Send(field, WM_CHAR, 1);
+  EXPECT_EQ(box.Selection.Get(), (TextSelection{0, 8}));
+}
+
+TEST_F(WindowsTextBoxesTest, DroppedFilesAreReported) {
+  TextBox plain;
+  TextBox box;
+  box.AcceptsFiles = true;
+  Place(plain);
+  HWND field = ShowField(box);
+  EXPECT_NE(::GetWindowLongPtrW(field, GWL_EXSTYLE) & WS_EX_ACCEPTFILES, 0);
+  EXPECT_EQ(::GetWindowLongPtrW(NativeOf(plain), GWL_EXSTYLE) & WS_EX_ACCEPTFILES, 0);
+  std::vector<Path> dropped;
+  box.FilesDropped.Listen([&](const std::vector<Path>& paths) { dropped = paths; });
+  const std::wstring names(L"C:\\a.txt\0C:\\Zo\xEB\0\0", 17);
+  HGLOBAL data = ::GlobalAlloc(GHND, sizeof(DROPFILES) + names.size() * sizeof(wchar_t));
+  auto* drop = static_cast<DROPFILES*>(::GlobalLock(data));
+  drop->pFiles = sizeof(DROPFILES);
+  drop->fWide = TRUE;
+  std::memcpy(drop + 1, names.data(), names.size() * sizeof(wchar_t));
+  ::GlobalUnlock(data);
+  Send(field, WM_DROPFILES, reinterpret_cast<WPARAM>(data));
+  EXPECT_EQ(dropped, (std::vector<Path>{"C:\\a.txt", "C:\\Zo\xC3\xAB"}));
+}
+
+TEST_F(WindowsTextBoxesTest, TabGoesOnAndTheWindowSeesKeysFirst) {
+  TextBox first;
+  TextBox second(TextKind::kMemo);
+  Place(first);
+  HWND field = ShowField(second);
+  window.Focus(first);
+  EXPECT_EQ(::GetFocus(), NativeOf(first));
+  PressKey(NativeOf(first), VK_TAB);
+  EXPECT_EQ(window.Focused(), &second);
+  EXPECT_EQ(::GetFocus(), field);
+  window.KeyDown.Listen([](KeyEvent& key) { key.handled = key.press.key == Key::kDelete; });
+  second.Text = "abc";
+  Send(field, EM_SETSEL, 0, 0);
+  PressKey(field, VK_DELETE);
+  EXPECT_EQ(second.Text.Get(), "abc");
+}
+
+}  // namespace
+}  // namespace tarnvale::testing
