@@ -56,9 +56,7 @@ class WindowsWindowTest : public WindowsDesktopTest {
     return (color & 0xFFU) << 16U | (color & 0xFF00U) | (color >> 16U & 0xFFU);
   }
   /// The native control of a record.
-  HWND NativeOf(Control& control) {
-    return dynamic_cast<NativePeer&>(PeerOf(control)).Native();
-  }
+  HWND NativeOf(Control& control) { return dynamic_cast<NativePeer&>(PeerOf(control)).Native(); }
   static LRESULT Send(HWND control, UINT message, WPARAM first = 0, LPARAM second = 0) {
     return ::SendMessageW(control, message, first, second);
   }
