@@ -20,12 +20,14 @@ Descriptor CreateFresh(int folder_fd, const char* name, mode_t mode) {
 }
 
 Replacement::Replacement(TemporarySlot& slot, std::string_view folder, int folder_fd)
-    : folder_fd_(folder_fd), path_(slot.Begin(folder)) {
+    : slot_(slot), folder_fd_(folder_fd), path_(slot.Begin(folder)) {
   if (folder_fd_ != AT_FDCWD) path_.erase(0, folder.size() + 1);
 }
 
 Replacement::~Replacement() {
-  if (!is_in_place_) ::unlinkat(folder_fd_, Path(), 0);
+  if (!is_in_place_ && ::unlinkat(folder_fd_, Path(), 0) != 0 && errno != ENOENT) {
+    slot_.LeaveBehind();
+  }
 }
 
 bool Replacement::Create(mode_t mode) {

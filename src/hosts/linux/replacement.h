@@ -58,6 +58,7 @@ class Replacement {
   bool Rename(const std::string& target, unsigned flags);
   void RequireAsSeen(const char* name, const struct stat& seen) const;
 
+  TemporarySlot& slot_;
   int folder_fd_;
   std::string path_;
   Descriptor file_;

@@ -94,17 +94,23 @@ bool Temporaries::SlotIsAlive(const std::string& slot) const {
   return file && ::flock(file.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
-TemporarySlot::TemporarySlot(Temporaries& temporaries)
-    : temporaries_(temporaries), slot_(RandomDigits()) {
-  temporaries_.slots_in_use_.insert(slot_);
-}
+TemporarySlot::TemporarySlot(Temporaries& temporaries) : temporaries_(temporaries) {}
 
 TemporarySlot::~TemporarySlot() {
   temporaries_.slots_in_use_.erase(slot_);
   if (file_) ::unlink((temporaries_.slots_folder_ + "/" + slot_).c_str());
 }
 
+void TemporarySlot::LeaveBehind() {
+  temporaries_.slots_in_use_.erase(slot_);
+  file_.Close();
+  file_tried_ = false;
+  path_.clear();
+  slot_.clear();
+}
+
 const std::string& TemporarySlot::Begin(std::string_view folder) {
+  if (slot_.empty()) temporaries_.slots_in_use_.insert(slot_ = RandomDigits());
   if (!file_tried_) OpenFile();
   if (folder != folder_ || path_.empty()) {
     folder_ = folder;

@@ -57,6 +57,10 @@ class TemporarySlot {
   /// what an earlier copy of this slot may have left. Good until the next call.
   const std::string& Begin(std::string_view folder);
 
+  /// For a temporary that can't be deleted now: the next start does it, as after a process
+  /// that was killed.
+  void LeaveBehind();
+
  private:
   void OpenFile();
 

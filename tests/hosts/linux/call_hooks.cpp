@@ -29,6 +29,16 @@ extern "C" int symlinkat(const char* leads_to, int folder, const char* name) noe
   return static_cast<int>(::syscall(SYS_symlinkat, leads_to, folder, name));
 }
 
+extern "C" int fstatat(int folder, const char* name, struct stat* info, int flags) noexcept {
+  if (!Succeeds<tarnvale::testing::StateHook>()) return -1;
+  return static_cast<int>(::syscall(SYS_newfstatat, folder, name, info, flags));
+}
+
+extern "C" int unlinkat(int folder, const char* name, int flags) noexcept {
+  if (!Succeeds<tarnvale::testing::RemoveHook>()) return -1;
+  return static_cast<int>(::syscall(SYS_unlinkat, folder, name, flags));
+}
+
 extern "C" int syncfs(int file) noexcept {
   if (!Succeeds<tarnvale::testing::SyncHook>()) return -1;
   return static_cast<int>(::syscall(SYS_syncfs, file));

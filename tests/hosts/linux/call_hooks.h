@@ -43,6 +43,10 @@ class CallHook {
 using RenameHook = CallHook<struct Renaming>;
 /// A link is made.
 using LinkHook = CallHook<struct Linking>;
+/// An entry of a folder is asked for.
+using StateHook = CallHook<struct Asking>;
+/// A file is deleted.
+using RemoveHook = CallHook<struct Removing>;
 /// A medium is flushed.
 using SyncHook = CallHook<struct Syncing>;
 /// A copy is written, and gets its time.

@@ -11,6 +11,7 @@ namespace tarnvale {
 namespace {
 
 using testing::RenameHook;
+using testing::StateHook;
 using testing::TimeHook;
 using Names = std::vector<std::string>;
 class CopyTest : public LinuxDriveTest {
@@ -129,6 +130,26 @@ TEST_F(CopyTest, AReadOnlyTargetIsRefused) {
   SetMode("target", 0444);
   EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\target"); }), kPathFileAccess);
   EXPECT_EQ(Read("target"), "old");
+}
+
+// To be asked in vain isn't to be missing.
+TEST_F(CopyTest, AReadOnlyTargetStaysWhenTheMediumCannotSayWhetherItIsThere) {
+  Write("source", "new");
+  Write("target", "old");
+  SetMode("target", 0444);
+  const auto source = files_.OpenFolder("C:\\");
+  const auto target = files_.OpenFolder("C:\\");
+  // The source is there.
+  StateHook medium({[] {}, [&medium] { medium.Refuse(EIO); }});
+  EXPECT_EQ(RaisedBy([&] {
+              files_.CopyEntry({*source, "source"}, {*target, "target"});
+            }),
+            kDeviceIoError);
+  EXPECT_TRUE(medium.WasCalled());
+  EXPECT_EQ(RaisedBy([&] { files_.CopyWhole("C:\\source", {*target, "target"}); }), kDeviceIoError);
+  medium.Refuse(0);
+  EXPECT_EQ(Read("target"), "old");
+  EXPECT_EQ(NamesIn("."), (Names{"source", "target"}));
 }
 
 TEST_F(CopyTest, FailuresAreReportedByNumber) {

@@ -5,11 +5,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <fstream>
 #include <memory>
 
 #include "hosts/linux/replacement.h"
 #include "platform/temporary_name.h"
+#include "tests/hosts/linux/call_hooks.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {
@@ -43,6 +45,33 @@ TEST_F(TemporariesTest, TheNextStartDeletesWhatAKilledProcessLeft) {
   EXPECT_TRUE(IsTemporaryName(LeaveOne("z")));
   LinuxHost next_run(With(state_));
   EXPECT_EQ(NamesIn("z"), Names{});
+  EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
+}
+
+TEST_F(TemporariesTest, TheNextStartDeletesWhatCouldNotBeDeletedInAnyFolder) {
+  for (const char* place : {"y", "z"}) {
+    MakeFolder(place);
+    Write(std::string(place) + "/target", "old");
+  }
+  Write("source", "source");
+  {
+    LinuxHost run(With(state_));
+    const auto copy_into = [&](const Path& folder) {
+      const auto from = run.files.OpenFolder("C:\\");
+      const auto to = run.files.OpenFolder(folder);
+      run.files.CopyEntry({*from, "source"}, {*to, "target"});
+    };
+    testing::RemoveHook medium({});
+    medium.Refuse(EIO);
+    copy_into("C:\\y");
+    copy_into("C:\\z");
+  }
+  EXPECT_EQ(NamesIn("y").size(), 2U);
+  EXPECT_EQ(NamesIn("z").size(), 2U);
+  LinuxHost next_run(With(state_));
+  EXPECT_EQ(NamesIn("y"), Names{"target"});
+  EXPECT_EQ(NamesIn("z"), Names{"target"});
+  EXPECT_EQ(Read("z/target"), "source");
   EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
 }
 
