@@ -1,5 +1,6 @@
 #include "codec/archive.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -13,6 +14,8 @@
 
 namespace tarnvale {
 namespace {
+
+constexpr std::size_t kFilesAhead = 128;
 
 Path StageOf(const Path& archive) {
   return archive + ".tmp";
@@ -123,19 +126,36 @@ void usercontrol11::BuildContainer(const Path& root, const Path& container,
   writer.WriteCount(count);
   std::int32_t done = 0;
   ByteBuffer content;
-  for (const std::string& name : names) {
-    AddRecord(writer, root + name, name, content);
+  ReadAhead(root, names, 0);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i % kFilesAhead == 0) ReadAhead(root, names, i + kFilesAhead);
+    AddRecord(writer, root + names[i], names[i], content);
     BuildArchiveProgress.Emit(PercentOf(++done, count));
   }
+  ReadAhead(root, names, names.size());
   writer.Finish();
   machine_.open_files.Close(number);
+}
+
+// The next files are read while those before them are packed.
+void usercontrol11::ReadAhead(const Path& root, const std::vector<std::string>& names,
+                              std::size_t from) {
+  std::vector<Path> files;
+  for (std::size_t i = from; i < std::min(from + kFilesAhead, names.size()); ++i) {
+    files.push_back(root + names[i]);
+  }
+  machine_.workers.ReadAhead(std::move(files));
 }
 
 void usercontrol11::AddRecord(ContainerWriter& writer, const Path& file, const std::string& name,
                               ByteBuffer& content) {
   writer.WriteName(name);
-  ReadWholeAndClose(machine_.open_files, OpenUnderFreeNumber(machine_.open_files, file), content);
-  writer.WriteContent(content.View());
+  if (const auto read = machine_.workers.TakeRead(file)) {
+    writer.WriteContent(*read);
+  } else {
+    ReadWholeAndClose(machine_.open_files, OpenUnderFreeNumber(machine_.open_files, file), content);
+    writer.WriteContent(content.View());
+  }
   machine_.loop.Yield();
   const SplitName split = SplitAtLastBackslash(file);
   AddingFile.Emit(split.file, split.folder, ToInt32(machine_.files.Length(file)));

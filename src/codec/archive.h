@@ -150,6 +150,7 @@ class usercontrol11 {
   std::vector<std::string> CollectNames(const Path& root);
   void BuildContainer(const Path& root, const Path& container,
                       const std::vector<std::string>& names);
+  void ReadAhead(const Path& root, const std::vector<std::string>& names, std::size_t from);
   void AddRecord(ContainerWriter& writer, const Path& file, const std::string& name,
                  ByteBuffer& content);
   void CompressStage(const Path& stage, const Path& archive);

@@ -2,12 +2,18 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "platform/files.h"
 
 namespace tarnvale {
 
-/// Lends other processors to work that needs nothing but memory. The program itself
-/// goes on having one thread: a call returns when all that it began has ended.
+/// Lends other processors to work that needs nothing but memory, and to reading files. The
+/// program itself goes on having one thread.
 class Workers {
  public:
   virtual ~Workers() = default;
@@ -15,14 +21,23 @@ class Workers {
   /// How many other processors there are; none at all is usual.
   virtual std::size_t Helpers() = 0;
 
-  /// Calls `work` here and, at the same time, on up to `most_helpers` other threads, never
-  /// more than Helpers(). It may be fewer, so each call takes pieces of the whole until
-  /// none is left. `work` raises nothing and uses no host, only
-  /// memory that it shares by atomics. Calls may be nested.
+  /// Returns when all that it began has ended. Calls `work` here and, at the same time, on up to
+  /// `most_helpers` other threads, never more than Helpers(). It may be fewer, so each call takes
+  /// pieces of the whole until none is left. `work` raises nothing and uses no host, only memory
+  /// that it shares by atomics. Calls may be nested.
   virtual void Run(std::size_t most_helpers, const std::function<void()>& work) = 0;
 
   /// For a call that waits for a piece of another one.
   virtual void LetOthersRun() = 0;
+
+  /// Begins to read these files for TakeRead, which finds those of the call before from now
+  /// on and no others; so two calls are always under way, and an empty one ends each of
+  /// them. May read none, as where they are large. Raises nothing.
+  virtual void ReadAhead(std::vector<Path> files) = 0;
+
+  /// The content of such a file, until the next ReadAhead; none when it wasn't read or has
+  /// changed since. Files are asked for in the order in which they were given.
+  virtual std::optional<std::span<const std::uint8_t>> TakeRead(const Path& file) = 0;
 };
 
 /// Lends none.
@@ -31,6 +46,8 @@ class NoWorkers final : public Workers {
   std::size_t Helpers() override { return 0; }
   void Run(std::size_t, const std::function<void()>& work) override { work(); }
   void LetOthersRun() override {}
+  void ReadAhead(std::vector<Path>) override {}
+  std::optional<std::span<const std::uint8_t>> TakeRead(const Path&) override { return {}; }
 };
 
 }  // namespace tarnvale

@@ -160,6 +160,26 @@ TEST_F(ArchiveOnLinuxTest, AFolderNamedLikeADriveIsLeftOutAsItWouldEndTheExtract
   EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Out", true), 2);
 }
 
+TEST_F(ArchiveOnLinuxTest, ReadingAheadPacksTheSameBytesAndEachFileAsItIsInItsTurn) {
+  for (int i = 0; i < 300; ++i) {
+    WriteNative(OnDrive("Data/sub/" + std::to_string(1000 + i)), "content " + std::to_string(i));
+  }
+  const auto packed_by = [&](Workers& workers, const Path& into) {
+    usercontrol11 packer(ArchiveParts(machine, workers));
+    WriteNative(OnDrive("Data/sub/1200"), "as it was");
+    // In the turn of another file of those that are read together.
+    packer.AddingFile.Listen([&](const std::string& name, const Path&, std::int32_t) {
+      if (name == "1140") WriteNative(OnDrive("Data/sub/1200"), "changed meanwhile");
+    });
+    EXPECT_EQ(packer.SaveFilesToArchiv("C:\\Data", into, true), 302);
+  };
+  packed_by(ArchiveParts::nobody, "C:\\Store\\plain.tvz");
+  packed_by(host.workers, "C:\\Store\\ahead.tvz");
+  EXPECT_TRUE(ReadNative(OnDrive("Store/plain.tvz")) == ReadNative(OnDrive("Store/ahead.tvz")));
+  archiver.ExtractFilesFromArchiv("C:\\Store\\ahead.tvz", "C:\\Out", true);
+  EXPECT_EQ(ReadNative(OnDrive("Out/sub/1200")), "changed meanwhile");
+}
+
 TEST_F(ArchiveOnLinuxTest, AColonInANameIsNoDrive) {
   WriteNative(OnDrive("Data/a: b.txt"), "colon");
   EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data", archive, true), 3);

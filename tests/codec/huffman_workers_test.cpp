@@ -24,6 +24,8 @@ class ManyThreads final : public Workers {
     work();
   }
   void LetOthersRun() override { std::this_thread::yield(); }
+  void ReadAhead(std::vector<Path>) override {}
+  std::optional<std::span<const std::uint8_t>> TakeRead(const Path&) override { return {}; }
 
   int runs = 0;
 };

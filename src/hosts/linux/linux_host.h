@@ -44,7 +44,8 @@ class LinuxHost {
         processes(locator, surroundings.processes),
         formats(surroundings.locale_name),
         applications(DrivePaths(surroundings.root), surroundings.user),
-        transfer_files(locator, temporaries) {
+        transfer_files(locator, temporaries),
+        workers(DrivePaths(surroundings.root)) {
     files.RefuseToDeleteOpen(open_files);
   }
   LinuxHost(const LinuxHost&) = delete;

@@ -1,13 +1,28 @@
 #include "hosts/linux/linux_workers.h"
 
+#include <fcntl.h>
 #include <sched.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <vector>
 
+#include "hosts/linux/descriptor.h"
+#include "hosts/linux/own_links.h"
+
 namespace tarnvale {
+namespace {
+
+// Larger ones keep a processor busy by themselves.
+constexpr std::int64_t kLargestAhead = std::int64_t{256} << 10U;
+// Of all files of one call.
+constexpr std::size_t kMostAhead = std::size_t{8} << 20U;
+
+}  // namespace
 
 // Of those that this process may use: in a container fewer than the machine has.
 std::size_t LinuxWorkers::Helpers() {
@@ -30,6 +45,63 @@ void LinuxWorkers::Run(std::size_t most_helpers, const std::function<void()>& wo
 
 void LinuxWorkers::LetOthersRun() {
   ::sched_yield();
+}
+
+void LinuxWorkers::ReadAhead(std::vector<Path> files) {
+  if (reader_.joinable()) reader_.join();
+  std::swap(ready_, in_work_);
+  next_taken_ = 0;
+  in_work_.files.clear();
+  in_work_.bytes.clear();
+  if (files.empty()) in_work_.bytes.shrink_to_fit();
+  if (files.empty() || Helpers() == 0) return;
+  for (const Path& file : files) {
+    in_work_.files.emplace_back().native = drive_.ToNative(file).value_or("");
+  }
+  try {
+    reader_ = std::jthread([&ahead = in_work_] { ReadAll(ahead); });
+  } catch (const std::system_error&) {
+    // Without another thread nothing is read ahead.
+  }
+}
+
+void LinuxWorkers::ReadAll(Ahead& ahead) {
+  try {
+    for (AheadFile& file : ahead.files) {
+      if (ahead.bytes.size() < kMostAhead) ReadOne(file, ahead.bytes);
+    }
+  } catch (const std::bad_alloc&) {
+    // The rest is read when it is asked for.
+  }
+}
+
+// One that fails is read once more when it is asked for, and fails where it counts.
+void LinuxWorkers::ReadOne(AheadFile& file, std::vector<std::uint8_t>& bytes) {
+  // Should a path lead to a pipe or a terminal, opening doesn't wait.
+  const Descriptor opened =
+      OpenByOwnLinks(AT_FDCWD, file.native, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  if (!opened || ::fstat(opened.Get(), &file.info) != 0) return;
+  if (!S_ISREG(file.info.st_mode) || file.info.st_size > kLargestAhead) return;
+  const auto size = static_cast<std::size_t>(file.info.st_size);
+  file.begin = bytes.size();
+  bytes.resize(file.begin + size);
+  const ssize_t got = ::pread(opened.Get(), bytes.data() + file.begin, size, 0);
+  file.is_read = got >= 0 && static_cast<std::size_t>(got) == size;
+}
+
+std::optional<std::span<const std::uint8_t>> LinuxWorkers::TakeRead(const Path& file) {
+  if (ready_.files.empty()) return std::nullopt;
+  const std::optional<std::string> native = drive_.ToNative(file);
+  while (next_taken_ < ready_.files.size() && ready_.files[next_taken_].native != native) {
+    ++next_taken_;
+  }
+  if (next_taken_ == ready_.files.size()) return std::nullopt;
+  const AheadFile& read = ready_.files[next_taken_++];
+  struct stat info {};
+  if (!read.is_read || ::lstat(read.native.c_str(), &info) != 0 || !SameState(info, read.info)) {
+    return std::nullopt;
+  }
+  return std::span(ready_.bytes).subspan(read.begin, static_cast<std::size_t>(info.st_size));
 }
 
 }  // namespace tarnvale

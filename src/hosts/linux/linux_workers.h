@@ -1,20 +1,55 @@
 // The other processors of a Linux system.
 #pragma once
 
-#include <cstddef>
-#include <functional>
+#include <sys/stat.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "hosts/linux/paths.h"
 #include "platform/workers.h"
 
 namespace tarnvale {
 
-/// Begins threads for each Run: that takes some ten microseconds, and none of them is
+/// Begins threads for each Run and ReadAhead: that takes some ten microseconds, and none of them is
 /// there while nobody needs it.
 class LinuxWorkers final : public Workers {
  public:
+  /// `drive` is where files are read.
+  explicit LinuxWorkers(DrivePaths drive = DrivePaths("/")) : drive_(std::move(drive)) {}
+
   std::size_t Helpers() override;
   void Run(std::size_t most_helpers, const std::function<void()>& work) override;
   void LetOthersRun() override;
+  void ReadAhead(std::vector<Path> files) override;
+  std::optional<std::span<const std::uint8_t>> TakeRead(const Path& file) override;
+
+ private:
+  struct AheadFile {
+    std::string native;
+    struct stat info {};    ///< as it was before it was read
+    std::size_t begin = 0;  ///< of its bytes among all
+    bool is_read = false;
+  };
+  struct Ahead {
+    std::vector<AheadFile> files;
+    std::vector<std::uint8_t> bytes;
+  };
+  static void ReadAll(Ahead& ahead);
+  static void ReadOne(AheadFile& file, std::vector<std::uint8_t>& bytes);
+
+  DrivePaths drive_;
+  Ahead ready_;
+  std::size_t next_taken_ = 0;  ///< of the ready ones
+  Ahead in_work_;               ///< the reader's alone, as long as it runs
+  std::jthread reader_;
 };
 
 }  // namespace tarnvale

@@ -1,14 +1,19 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/workers.h"
 #ifndef _WIN32
 #include "hosts/linux/linux_workers.h"
+#include "tests/hosts/contract/native_files.h"
+#include "tests/hosts/contract/temporary_folder.h"
 #endif
 
 namespace tarnvale::testing {
@@ -17,6 +22,7 @@ namespace {
 struct WorkersKind {
   const char* name;
   std::unique_ptr<Workers> (*make)();
+  bool reads_ahead = false;
 };
 
 class WorkersContractTest : public ::testing::TestWithParam<WorkersKind> {
@@ -67,6 +73,49 @@ TEST_P(WorkersContractTest, RunsCanBeNested) {
   EXPECT_EQ(inner, outer);
 }
 
+#ifndef _WIN32
+// The path of a native one.
+Path PathOf(const std::string& native) {
+  Path path = native;
+  std::replace(path.begin(), path.end(), '/', '\\');
+  return "C:" + path;
+}
+
+TEST_P(WorkersContractTest, WhatWasReadAheadIsWhatTheFilesHoldNow) {
+  const TemporaryFolder folder;
+  std::vector<Path> files;
+  for (int i = 0; i < 40; ++i) {
+    const std::string native = folder / ("file" + std::to_string(i));
+    WriteNative(native, "content " + std::to_string(i));
+    files.push_back(PathOf(native));
+  }
+  workers->ReadAhead(files);
+  workers->ReadAhead({});
+  WriteNative(folder / "file7", "changed since");
+  std::filesystem::remove(folder / "file8");
+  int found = 0;
+  for (int i = 0; i < 40; ++i) {
+    const auto read = workers->TakeRead(files[static_cast<std::size_t>(i)]);
+    if (!read) continue;
+    ++found;
+    EXPECT_EQ(std::string(read->begin(), read->end()), "content " + std::to_string(i));
+    EXPECT_TRUE(i != 7 && i != 8);
+  }
+  EXPECT_EQ(found, GetParam().reads_ahead && workers->Helpers() > 0 ? 38 : 0);
+}
+
+TEST_P(WorkersContractTest, WhatIsNoPlainFileOrWasNotAnnouncedIsNotReadAhead) {
+  const TemporaryFolder folder;
+  WriteNative(folder / "there", "content");
+  const std::vector<Path> files{PathOf(folder.Path()), PathOf(folder / "missing"), "", "there"};
+  workers->ReadAhead(files);
+  workers->ReadAhead({PathOf(folder / "there")});
+  for (const Path& file : files) EXPECT_FALSE(workers->TakeRead(file)) << file;
+  EXPECT_FALSE(workers->TakeRead(PathOf(folder / "there"))) << "that is the next call's";
+}
+
+#endif
+
 template <class W>
 std::unique_ptr<Workers> Make() {
   return std::make_unique<W>();
@@ -74,7 +123,7 @@ std::unique_ptr<Workers> Make() {
 
 #ifndef _WIN32
 INSTANTIATE_TEST_SUITE_P(Linux, WorkersContractTest,
-                         ::testing::Values(WorkersKind{"Linux", &Make<LinuxWorkers>}),
+                         ::testing::Values(WorkersKind{"Linux", &Make<LinuxWorkers>, true}),
                          [](const auto& kind) { return std::string(kind.param.name); });
 #endif
 // The fake's, and the Windows host's.
