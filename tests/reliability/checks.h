@@ -36,6 +36,14 @@ int CheckFaults(int share, std::uint64_t seed, const std::string& only);
 /// Lets one call fail and lists what is on the drive before, after, and after it failed.
 int ShowFault(const std::string& operation, Fault fault);
 
+/// Sets the clock at each yield of each operation, one of `share` by chance: forwards and
+/// backwards, to right before midnight and the new year. The result must be the same.
+int CheckClockJumps(int share, std::uint64_t seed, const std::string& only);
+
+/// Lets the whole program run for so many of its own hours, with all operations and all
+/// windows opened and closed in each. What it holds must stay what it was.
+int CheckSoak(int hours);
+
 /// Kills the whole program at random moments of its operations, so many times in all.
 int CheckProgramKills(int kills, std::uint64_t seed, const std::string& only);
 

@@ -22,10 +22,22 @@ namespace {
 
 constexpr int kShort = 0;
 constexpr int kShownAround = 8;  // calls
-constexpr int kErrors[] = {EIO, ENOSPC, EACCES, EINTR, kShort};
+// All that follow fail, too, until the next start, or for a while: a medium that was
+// pulled out, with everything on it, and put back.
+constexpr int kUntilTheEnd = 1'000'000;
+constexpr int kForAWhile = 40;
 
-std::string NameOfError(int error) {
-  return error == kShort ? "half of it" : ::strerrorname_np(error);
+struct Kind {
+  int error;
+  int calls = 1;
+};
+constexpr Kind kKinds[] = {{EIO},    {ENOSPC},          {EACCES},           {EINTR},
+                           {kShort}, {EIO, kForAWhile}, {EIO, kUntilTheEnd}};
+
+std::string NameOfFault(const Fault& fault) {
+  if (fault.calls == kUntilTheEnd) return "the medium's being away";
+  if (fault.calls > 1) return "the medium's being away for a while";
+  return fault.error == kShort ? "half of it" : ::strerrorname_np(fault.error);
 }
 
 struct Totals {
@@ -39,7 +51,7 @@ void Inject(Stage& stage, Fault fault, Totals& totals, Findings& findings) {
   if (run.failed_call.empty()) return;  // it has no half, or wasn't reached
   ++totals.faults;
   const std::string when = run.failed_call + " (point " + std::to_string(fault.point) +
-                           ") ends in " + NameOfError(fault.error);
+                           ") ends in " + NameOfFault(fault);
   if (run.hung) {
     findings.Add(when + ": it hangs");
   } else if (!WIFEXITED(run.status) || WEXITSTATUS(run.status) != 0) {
@@ -50,7 +62,7 @@ void Inject(Stage& stage, Fault fault, Totals& totals, Findings& findings) {
   // are the calls that open folders.
   static const std::set<std::string> kOpening{"openat",  "openat2",    "newfstatat",
                                               "fstatfs", "readlinkat", "fcntl"};
-  const bool copies_whole = kOpening.contains(run.failed_call);
+  const bool copies_whole = fault.calls > 1 || kOpening.contains(run.failed_call);
   stage.CheckNothingIsHarmed(when, findings, copies_whole);
   stage.CheckNextStart(when, findings);
   stage.CheckRepetition(when, findings, copies_whole);
@@ -123,9 +135,9 @@ int CheckFaults(int share, std::uint64_t seed, const std::string& only) {
       ++calls[NameOfCall(call.number)];
     });
     for (int point = 0; point < totals.points; ++point) {
-      for (const int error : kErrors) {
+      for (const Kind& kind : kKinds) {
         if (share > 1 && random() % static_cast<unsigned>(share) != 0) continue;
-        Inject(stage, {point, error}, totals, findings);
+        Inject(stage, {point, kind.error, kind.calls}, totals, findings);
       }
     }
     const auto took = std::chrono::duration<double>(std::chrono::steady_clock::now() - began);

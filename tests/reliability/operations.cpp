@@ -53,6 +53,13 @@ class PatientLoop : public EventLoop {
   EventLoop& loop_;
 };
 
+// Keeps nothing of what it was sent, so that memory stays what the program needs.
+class ForgetfulTray : public NotificationArea {
+ public:
+  ForgetfulTray() { IsPresent = true; }
+  bool Notify(TrayCommand, const TrayRecord&) override { return true; }
+};
+
 class ScriptedDesktop : public MessageBoxes, public FileDialogs {
  public:
   explicit ScriptedDesktop(std::function<void(const std::string&)> told) : told_(std::move(told)) {}
@@ -95,72 +102,6 @@ void Put(const fs::path& drive, const std::string& path, const std::string& byte
 std::string Settings() {
   return "; kept as it is\r\n[When]\r\nAlwaysAt=12:00\r\n[Destiny]\r\nDir=C:\\Store\r\n"
          "[Entries]\r\n0=C:\\Work\\a.txt\r\n";
-}
-
-void LayOutDrive(const fs::path& drive) {
-  const auto old_of = [](const std::string& name, std::size_t size) {
-    return ContentOf(name, 1, size);
-  };
-  const auto new_of = [](const std::string& name, std::size_t size) {
-    return ContentOf(name, 2, size);
-  };
-  // What is backed up, and its copies of before.
-  Put(drive, "Work/a.txt", new_of("a", 700), kNoon + 100);
-  Put(drive, "Store/a.txt", old_of("a", 650));
-  Put(drive, "Work/big.dat", new_of("big", 400'000), kNoon + 100);
-  Put(drive, "Store/big.dat", old_of("big", 390'000));
-  Put(drive, "Work/Pair/new.txt", new_of("new", 3000), kNoon);
-  Put(drive, "Work/Pair/changed.txt", new_of("changed", 5000), kNoon + 100);
-  Put(drive, "Work/Pair/empty", "", kNoon);
-  Put(drive, "Work/Pair/Sub/deep.txt", new_of("deep", 2000), kNoon + 100);
-  Put(drive, "Work/Pair/Sub/same.txt", old_of("same", 2000));
-  Put(drive, "Work/Pair/older.txt", old_of("older", 900), kNoon);
-  Put(drive, "Work/Pair/Fresh/x.txt", new_of("x", 300), kNoon);
-  Put(drive, "Work/Pair/locked.txt", new_of("locked", 300), kNoon + 100);
-  fs::permissions(drive / "Work/Pair/locked.txt", fs::perms::owner_read);
-  fs::create_symlink("new.txt", drive / "Work/Pair/link");
-  ::setxattr((drive / "Work/Pair/new.txt").c_str(), "user.note", "kept", 4, 0);
-  for (const std::string store : {"Store/", "Store/Pair/"}) {
-    Put(drive, store + "changed.txt", old_of("changed", 5000));
-    Put(drive, store + "Sub/deep.txt", old_of("deep", 2500));
-    Put(drive, store + "Sub/same.txt", old_of("same", 2000));
-    Put(drive, store + "older.txt", new_of("older", 1000), kNoon + 100);
-    Put(drive, store + "locked.txt", old_of("locked", 100));
-    Put(drive, store + "theirs.txt", new_of("theirs", 800));
-    Put(drive, store + "OnlyThere/y.txt", new_of("y", 800));
-  }
-  Put(drive, "Data/Tarnvale.ini", Settings());
-  Put(drive, "Data/Backup Log.txt", "the log of the last run\r\n");
-  // A copy that the user has closed, in the last row of its folder.
-  Put(drive, "Work/Pair/" + kGuarded, new_of("guarded", 500), kNoon + 100);
-  for (const std::string store : {"Store/", "Store/Pair/"}) {
-    Put(drive, store + kGuarded, old_of("guarded", 400));
-    fs::permissions(drive / (store + kGuarded), fs::perms::owner_read);
-  }
-  Put(drive, "Guarded/" + kGuarded, new_of("guarded", 600), kNoon + 100);
-  for (const std::string name : {"1", "2", "3"}) {
-    Put(drive, "Work/Flat/" + name, new_of(name, 1000), kNoon + 100);
-    Put(drive, "Store/" + name, old_of(name, 1100));
-  }
-  // What the tools work on.
-  Put(drive, "Tree/one.txt", new_of("one", 9000));
-  Put(drive, "Tree/Sub/two.txt", new_of("two", 40));
-  Put(drive, "Archives/Auto Compressed.tvz", "the archive of before");
-  Put(drive, "Out/one.txt", old_of("one", 500));
-  Put(drive, "Out/other.txt", "not in the archive");
-  Put(drive, "Large/file.tvz", new_of("large", 50'000));
-  Put(drive, "Parts/file.tvz.001", old_of("part", 100));
-  for (int part = 1; part <= 3; ++part) {
-    Put(drive, "Whole/file.tvz.00" + std::to_string(part),
-        new_of("part" + std::to_string(part), 20'000));
-  }
-  Put(drive, "Joined/file.tvz", "joined before");
-  // Another application's data.
-  Put(drive, "Profile/prefs.js", old_of("prefs", 700));
-  Put(drive, "Profile/mine", "not in the backup");
-  Put(drive, "Safe/Firefox Backup/prefs.js", new_of("prefs", 800));
-  Put(drive, "Safe/Firefox Backup/Mail/inbox", new_of("inbox", 300'000));
-  Put(drive, "Exported/Tarnvale.ini", "[Destiny]\r\nDir=C:\\Elsewhere\r\n");
 }
 
 void GivenRun(WholeProgram& program, const std::vector<std::string>& items) {
@@ -329,6 +270,72 @@ std::set<std::string> LinesOf(const std::string& text) {
 
 }  // namespace
 
+void LayOutDrive(const fs::path& drive) {
+  const auto old_of = [](const std::string& name, std::size_t size) {
+    return ContentOf(name, 1, size);
+  };
+  const auto new_of = [](const std::string& name, std::size_t size) {
+    return ContentOf(name, 2, size);
+  };
+  // What is backed up, and its copies of before.
+  Put(drive, "Work/a.txt", new_of("a", 700), kNoon + 100);
+  Put(drive, "Store/a.txt", old_of("a", 650));
+  Put(drive, "Work/big.dat", new_of("big", 400'000), kNoon + 100);
+  Put(drive, "Store/big.dat", old_of("big", 390'000));
+  Put(drive, "Work/Pair/new.txt", new_of("new", 3000), kNoon);
+  Put(drive, "Work/Pair/changed.txt", new_of("changed", 5000), kNoon + 100);
+  Put(drive, "Work/Pair/empty", "", kNoon);
+  Put(drive, "Work/Pair/Sub/deep.txt", new_of("deep", 2000), kNoon + 100);
+  Put(drive, "Work/Pair/Sub/same.txt", old_of("same", 2000));
+  Put(drive, "Work/Pair/older.txt", old_of("older", 900), kNoon);
+  Put(drive, "Work/Pair/Fresh/x.txt", new_of("x", 300), kNoon);
+  Put(drive, "Work/Pair/locked.txt", new_of("locked", 300), kNoon + 100);
+  fs::permissions(drive / "Work/Pair/locked.txt", fs::perms::owner_read);
+  fs::create_symlink("new.txt", drive / "Work/Pair/link");
+  ::setxattr((drive / "Work/Pair/new.txt").c_str(), "user.note", "kept", 4, 0);
+  for (const std::string store : {"Store/", "Store/Pair/"}) {
+    Put(drive, store + "changed.txt", old_of("changed", 5000));
+    Put(drive, store + "Sub/deep.txt", old_of("deep", 2500));
+    Put(drive, store + "Sub/same.txt", old_of("same", 2000));
+    Put(drive, store + "older.txt", new_of("older", 1000), kNoon + 100);
+    Put(drive, store + "locked.txt", old_of("locked", 100));
+    Put(drive, store + "theirs.txt", new_of("theirs", 800));
+    Put(drive, store + "OnlyThere/y.txt", new_of("y", 800));
+  }
+  Put(drive, "Data/Tarnvale.ini", Settings());
+  Put(drive, "Data/Backup Log.txt", "the log of the last run\r\n");
+  // A copy that the user has closed, in the last row of its folder.
+  Put(drive, "Work/Pair/" + kGuarded, new_of("guarded", 500), kNoon + 100);
+  for (const std::string store : {"Store/", "Store/Pair/"}) {
+    Put(drive, store + kGuarded, old_of("guarded", 400));
+    fs::permissions(drive / (store + kGuarded), fs::perms::owner_read);
+  }
+  Put(drive, "Guarded/" + kGuarded, new_of("guarded", 600), kNoon + 100);
+  for (const std::string name : {"1", "2", "3"}) {
+    Put(drive, "Work/Flat/" + name, new_of(name, 1000), kNoon + 100);
+    Put(drive, "Store/" + name, old_of(name, 1100));
+  }
+  // What the tools work on.
+  Put(drive, "Tree/one.txt", new_of("one", 9000));
+  Put(drive, "Tree/Sub/two.txt", new_of("two", 40));
+  Put(drive, "Archives/Auto Compressed.tvz", "the archive of before");
+  Put(drive, "Out/one.txt", old_of("one", 500));
+  Put(drive, "Out/other.txt", "not in the archive");
+  Put(drive, "Large/file.tvz", new_of("large", 50'000));
+  Put(drive, "Parts/file.tvz.001", old_of("part", 100));
+  for (int part = 1; part <= 3; ++part) {
+    Put(drive, "Whole/file.tvz.00" + std::to_string(part),
+        new_of("part" + std::to_string(part), 20'000));
+  }
+  Put(drive, "Joined/file.tvz", "joined before");
+  // Another application's data.
+  Put(drive, "Profile/prefs.js", old_of("prefs", 700));
+  Put(drive, "Profile/mine", "not in the backup");
+  Put(drive, "Safe/Firefox Backup/prefs.js", new_of("prefs", 800));
+  Put(drive, "Safe/Firefox Backup/Mail/inbox", new_of("inbox", 300'000));
+  Put(drive, "Exported/Tarnvale.ini", "[Destiny]\r\nDir=C:\\Elsewhere\r\n");
+}
+
 Snapshot SnapshotOf(const fs::path& folder) {
   Snapshot snapshot;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
@@ -367,7 +374,7 @@ struct WholeProgram::Machinery {
   testing::FakeRandom random;
   Desktop desktop;
   testing::FakeWindows windows{loop, desktop};
-  testing::FakeTray tray;
+  ForgetfulTray tray;
   testing::FakeNetwork network{manual, clock};
   testing::FakeFtpTransport ftp{manual};
   ScriptedDesktop answers;
@@ -394,8 +401,16 @@ void WholeProgram::Choose(const std::vector<Path>& paths) {
   machinery_->answers.choices = {paths.begin(), paths.end()};
 }
 
-void WholeProgram::Pass(std::chrono::milliseconds span) {
-  machinery_->manual.Advance(span);
+testing::ManualLoop& WholeProgram::Loop() {
+  return machinery_->manual;
+}
+
+testing::FakeClock& WholeProgram::Clock() {
+  return machinery_->clock;
+}
+
+testing::FakeWindows& WholeProgram::Windows() {
+  return machinery_->windows;
 }
 
 const std::vector<Operation>& AllOperations() {
@@ -437,6 +452,12 @@ std::function<void()> Stage::Work() {
     });
     operation_.work(program);
   };
+}
+
+void Stage::DoHere(const std::function<void(WholeProgram&)>& preparation) {
+  WholeProgram program(surroundings_, [](const std::string&) {});
+  preparation(program);
+  operation_.work(program);
 }
 
 void Stage::LayOut() {
@@ -503,6 +524,7 @@ void Stage::CheckNothingIsHarmed(const std::string& when, Findings& findings, bo
       continue;
     }
     const auto wanted = after_.find(path);
+    if (copies_whole && wanted == after_.end() && IsWholeTwin(path, state)) continue;
     if (wanted == after_.end() || wanted->second != state) {
       findings.Add(operation_.name + ", " + when + ": " + path +
                    (wanted == after_.end() ? " has come" : " is torn"));

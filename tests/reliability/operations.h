@@ -13,6 +13,12 @@
 #include "app/program.h"
 #include "tests/reliability/workbench.h"
 
+namespace tarnvale::testing {
+class FakeClock;
+class FakeWindows;
+class ManualLoop;
+}  // namespace tarnvale::testing
+
 namespace tarnvale::reliability {
 
 /// Everything below a folder by its path from there: the content of files, where links
@@ -34,8 +40,10 @@ class WholeProgram {
   void Do(const std::function<void()>& action);
   /// What the next dialogs are answered with, in order.
   void Choose(const std::vector<Path>& paths);
-  /// Lets the program's own time go by.
-  void Pass(std::chrono::milliseconds span);
+  /// What moves the program's own time and shows its windows.
+  testing::ManualLoop& Loop();
+  testing::FakeClock& Clock();
+  testing::FakeWindows& Windows();
 
  private:
   struct Machinery;
@@ -60,11 +68,16 @@ struct Operation {
 
 const std::vector<Operation>& AllOperations();
 
+/// The drive as it is before each operation.
+void LayOutDrive(const std::filesystem::path& drive);
+
 /// One operation in a folder of its own, before and after.
 class Stage {
  public:
   explicit Stage(const Operation& operation);
 
+  /// Does the operation in this process, after `preparation`.
+  void DoHere(const std::function<void(WholeProgram&)>& preparation);
   /// The work of a child process: what is shown goes to where Shown finds it.
   std::function<void()> Work();
   /// Lays out the drive as it is before the operation, and forgets what was shown.
@@ -72,6 +85,7 @@ class Stage {
   /// Whether all that was there before is as it was or as the operation makes it, and
   /// nothing else has come but what the operation makes. Reports what isn't. After a
   /// folder couldn't be opened whole copies are made: older files replace newer ones then.
+  /// Where the file isn't seen whose copy would have failed and ended a sync, others come.
   void CheckNothingIsHarmed(const std::string& when, Findings& findings, bool copies_whole = false);
   /// Starts the program anew and lets it end. Temporaries must be gone then.
   void CheckNextStart(const std::string& when, Findings& findings);

@@ -213,12 +213,14 @@ class Tracer {
         static_cast<std::int64_t>(registers.orig_rax),
         {registers.rdi, registers.rsi, registers.rdx, registers.r10, registers.r8, registers.r9}};
     if (watch_) watch_(call);
-    if (!fault_ || result_.calls++ != fault_->point) return true;
+    if (!fault_) return true;
+    const int since = result_.calls++ - fault_->point;
+    if (since < 0 || since >= fault_->calls) return true;
     if (fault_->error == 0) {
       Shorten(process, registers);
       return true;
     }
-    result_.failed_call = NameOfCall(call.number);
+    if (since == 0) result_.failed_call = NameOfCall(call.number);
     if (call.number == SYS_close) {
       // It is closed all the same.
       error_at_exit_ = fault_->error;

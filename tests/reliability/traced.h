@@ -18,10 +18,11 @@ struct FileCall {
   std::array<std::uint64_t, 6> arguments{};
 };
 
-/// What becomes of one call.
+/// What becomes of one call, or of several in a row.
 struct Fault {
   int point = 0;  ///< the how-manieth call of the work, from 0
   int error = 0;  ///< the error it ends in; 0: half of the bytes are moved
+  int calls = 1;  ///< how many fail from there on, as long as the medium is away
 };
 
 struct TracedRun {

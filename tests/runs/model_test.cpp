@@ -427,6 +427,7 @@ TEST(ModelTest, EachSequenceOfEditsRunsAndRestoresEndsAsTheModelSays) {
   const std::uint64_t seed = Number("TARNVALE_SEED", 1);
   std::uint64_t runs = 0;
   for (std::uint64_t i = 0; i < count; ++i) {
+    if (i > 0 && i % 5000 == 0) std::cout << "model: " << i << " sequences" << std::endl;
     const Steps steps = Chance(seed * 1'000'003 + i).Sequence();
     for (const Step& step : steps) runs += step.what >= What::kComplete ? 1 : 0;
     if (Failure(steps).empty()) continue;
