@@ -11,7 +11,9 @@ WindowsMachine::WindowsMachine()
       ftp_(std::in_place, desktop_.Loop(), system_->transfer_files),
       machine_{system_->Parts(),
                {desktop_.Loop(), desktop_.Boxes(), desktop_.Surroundings(), desktop_.Windows(),
-                desktop_.Dialogs(), desktop_.Tray(), desktop_.Network(), *ftp_}} {}
+                desktop_.Dialogs(), desktop_.Tray(), desktop_.Network(), *ftp_}} {
+  desktop_.Loop().Lingering.Listen([this](int status) { EndProcess(status); });
+}
 
 void WindowsMachine::EndProcess(int status) {
   ftp_.reset();

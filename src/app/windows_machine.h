@@ -20,6 +20,7 @@ class WindowsMachine {
   Machine& Parts() { return machine_; }
 
   /// Writes what files are still to get and ends the process, and waits for no server.
+  /// Happens by itself when a copy or an archive goes on for a second after the loop's Quit.
   [[noreturn]] void EndProcess(int status);
 
  private:

@@ -25,6 +25,8 @@ constexpr UINT_PTR kAlarm = 1;
 constexpr milliseconds kPassInterval{2};
 /// How long a pass goes on taking messages.
 constexpr milliseconds kPassLimit{10};
+/// How long a handler may go on after the end.
+constexpr milliseconds kFarewell{1000};
 /// The longest sleep of a wait pass.
 constexpr DWORD kWaitLimitMs = 10;
 
@@ -142,13 +144,19 @@ bool WindowsEventLoop::Serve(const MSG& message) {
   return true;
 }
 
+void WindowsEventLoop::LookForLingering() {
+  if (is_running_ && quit_code_ && Uptime() - quit_at_ > kFarewell) Lingering.Emit(*quit_code_);
+}
+
 void WindowsEventLoop::Yield() {
+  LookForLingering();
   const Nanoseconds now = Uptime();
   const bool timer_is_due = next_due_ && *next_due_ <= now;
   if (timer_is_due || now - last_pass_ >= kPassInterval) Pass();
 }
 
 void WindowsEventLoop::WaitPass() {
+  LookForLingering();
   const bool timer_is_due = next_due_ && *next_due_ <= Uptime();
   // The message of the program's end stays, among those that are posted.
   const DWORD kinds = quit_code_ ? QS_ALLINPUT & ~QS_POSTMESSAGE : QS_ALLINPUT;
@@ -157,15 +165,18 @@ void WindowsEventLoop::WaitPass() {
 }
 
 int WindowsEventLoop::Run() {
+  is_running_ = true;
   while (!quit_code_) {
     Pass();
     if (!quit_code_) Sleep(INFINITE);
   }
+  is_running_ = false;
   TakeQuitBack();
   return *quit_code_;
 }
 
 void WindowsEventLoop::Quit(int code) {
+  if (!quit_code_) quit_at_ = Uptime();
   quit_code_ = code;
   ::PostQuitMessage(code);
   // Not everywhere does the message close a menu.

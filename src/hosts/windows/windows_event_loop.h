@@ -30,6 +30,10 @@ class WindowsEventLoop final : public EventLoop {
   bool IsEnding() const override { return quit_code_.has_value(); }
   void Post(std::function<void()> job) override;
 
+  /// Emitted from the passes of a handler that goes on for more than a second after
+  /// Quit, with its code: Run can't return before.
+  Signal<int> Lingering;
+
   int Nesting() const override { return passes_; }
   TimerQueue& Timers() override { return timers_; }
 
@@ -40,6 +44,7 @@ class WindowsEventLoop final : public EventLoop {
   void Pass();
   bool Serve(const MSG& message);
   static void TakeQuitBack();
+  void LookForLingering();
   void RunJob();
   void AnnounceJob();
   void RunDue();
@@ -50,6 +55,8 @@ class WindowsEventLoop final : public EventLoop {
   int passes_ = 0;
   Nanoseconds last_pass_{};
   std::optional<int> quit_code_;
+  Nanoseconds quit_at_{};
+  bool is_running_ = false;
 
   CriticalSection jobs_lock_;
   std::deque<std::function<void()>> jobs_;

@@ -1,4 +1,6 @@
 // The program's end, within the loops of the system's own.
+#include <optional>
+
 #include "tests/hosts/windows/desktop_fixture.h"
 
 namespace tarnvale::testing {
@@ -38,6 +40,19 @@ TEST_F(WindowsLoopsTest, TheSystemsOwnEndIsOne) {
   loop.Post([] { ::PostQuitMessage(9); });
   EXPECT_EQ(loop.Run(), 9);
   EXPECT_TRUE(loop.IsEnding());
+}
+
+TEST_F(WindowsLoopsTest, AHandlerThatGoesOnForASecondAfterTheEndIsReported) {
+  std::optional<int> status;
+  loop.Lingering.Listen([&](int code) { status = code; });
+  loop.Post([&] {
+    loop.Quit(4);
+    const DWORD start = ::GetTickCount();
+    EXPECT_TRUE(WaitFor([&] { return status.has_value(); }));
+    EXPECT_GE(::GetTickCount() - start, 900U);
+  });
+  EXPECT_EQ(loop.Run(), 4);
+  EXPECT_EQ(status, 4);
 }
 
 TEST_F(WindowsLoopsTest, NoMessageOfTheEndStaysBehindRun) {

@@ -140,13 +140,10 @@ TEST_F(WindowsScene, OnlyWhatHasChangedIsPaintedAnew) {
   Show();
   Settle();
   changing.Caption = "new";
+  // As the next frame does; nothing is painted before this looks.
+  PeerOf(changing).OnFrame();
   RECT area{};
-  Timer watch(loop.Timers(), 1, true);
-  // The label asks for its own place; nothing is painted before this looks.
-  watch.Tick.Listen([&] {
-    if (::GetUpdateRect(Native(), &area, FALSE) != 0) watch.Enabled = false;
-  });
-  ASSERT_TRUE(WaitFor([&] { return !watch.Enabled; }));
+  ::GetUpdateRect(Native(), &area, FALSE);
   const RECT& own = PeerOf(changing).Area();
   EXPECT_NE(::EqualRect(&area, &own), 0)
       << area.left << "," << area.top << "," << area.right << "," << area.bottom;
