@@ -79,6 +79,8 @@ class Signal {
   };
 
   std::shared_ptr<bool> Add(Handler handler) {
+    // A signal that is never emitted doesn't keep what was connected for a while.
+    DropDead();
     auto slot = std::make_shared<Slot>();
     slot->handler = std::move(handler);
     slots_.push_back(slot);

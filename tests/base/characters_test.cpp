@@ -67,5 +67,14 @@ TEST(CharactersTest, PaddingCountsCharacters) {
   EXPECT_EQ(PaddedWithNuls("abc", 2), "abc");
 }
 
+TEST(CharactersTest, ACodePointIsAddedInAsManyBytesAsItNeeds) {
+  std::string text;
+  for (const char32_t character :
+       {0x41U, 0x7FU, 0x80U, 0x7FFU, 0x800U, 0xD800U, 0xFFFFU, 0x10000U}) {
+    AppendCharacter(text, character);
+  }
+  EXPECT_EQ(text, "A\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xED\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80");
+}
+
 }  // namespace
 }  // namespace tarnvale

@@ -122,5 +122,14 @@ TEST(NumbersTest, WholeNumbersBecomeDigits) {
   EXPECT_EQ(ToText(kMost64), "9223372036854775807");
 }
 
+TEST(NumbersTest, WhatDoesNotFitOverflows) {
+  EXPECT_EQ(ToInt32(kMost32), 2147483647);
+  EXPECT_EQ(RaisedBy([] { ToInt32(kMost32 + 1); }), kOverflow);
+  EXPECT_EQ(RaisedBy([] { ToInt32(-kMost32 - 2); }), kOverflow);
+  EXPECT_EQ(ToByte(255), 255);
+  EXPECT_EQ(RaisedBy([] { ToByte(256); }), kOverflow);
+  EXPECT_EQ(RaisedBy([] { ToByte(-1); }), kOverflow);
+}
+
 }  // namespace
 }  // namespace tarnvale

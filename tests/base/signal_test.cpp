@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -89,6 +90,14 @@ TEST_F(SignalTest, AHandlerMayDisconnectItself) {
   signal.Emit("x");
   signal.Emit("y");
   EXPECT_THAT(heard, ElementsAre("once x"));
+}
+
+TEST_F(SignalTest, OneThatIsNeverEmittedKeepsNoHandlerThatHasLeft) {
+  const auto held = std::make_shared<int>(0);
+  for (int time = 0; time < 3; ++time) {
+    const Subscription left = signal.Subscribe([held](const std::string&) {});
+    EXPECT_EQ(held.use_count(), 2);
+  }
 }
 
 TEST_F(SignalTest, AHandlerMayEmitAgain) {

@@ -15,5 +15,13 @@ TEST(StableHashTest, SmallValuesHaveAllSixteenDigits) {
   EXPECT_EQ(Hexadecimal(0x1f), "000000000000001f");
 }
 
+TEST(StableHashTest, OnlySixteenSmallDigitsAreHexadecimal) {
+  EXPECT_TRUE(IsHexadecimal("00000000000000af"));
+  EXPECT_FALSE(IsHexadecimal("0000000000000af"));
+  EXPECT_FALSE(IsHexadecimal("000000000000000af"));
+  EXPECT_FALSE(IsHexadecimal("00000000000000AF"));
+  EXPECT_FALSE(IsHexadecimal("00000000000000ag"));
+}
+
 }  // namespace
 }  // namespace tarnvale

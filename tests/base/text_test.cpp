@@ -54,5 +54,13 @@ TEST(TextTest, TrimmingTakesSpacesAndTabsFromBothEndsOnly) {
   EXPECT_EQ(Trimmed(" \t"), "");
 }
 
+TEST(TextTest, ALineEndOrAZeroByteFitsNoLine) {
+  EXPECT_TRUE(FitsOneLine(""));
+  EXPECT_TRUE(FitsOneLine("a\tb"));
+  EXPECT_FALSE(FitsOneLine("a\r"));
+  EXPECT_FALSE(FitsOneLine("\nb"));
+  EXPECT_FALSE(FitsOneLine(std::string_view("a\0b", 3)));
+}
+
 }  // namespace
 }  // namespace tarnvale
