@@ -171,8 +171,9 @@ void InetFtpSession::Work() {
 }
 
 InetFtpSession::Failure InetFtpSession::Perform() {
-  const auto speak = [this] {
+  const auto speak = [this]() -> Failure {
     heard_ = awaits_reply_ = false;
+    if (!IsConnected()) return kTransferConnectionAborted;
     return task_.verb == FtpVerb::kList ? List() : Transfer();
   };
   if (task_.verb == FtpVerb::kClose) {
@@ -227,6 +228,13 @@ InetFtpSession::Failure InetFtpSession::Connect() {
   return failure;
 }
 
+// Not once the connection was broken off. That closes all handles below it, and their
+// numbers may be another session's by now.
+bool InetFtpSession::IsConnected() {
+  const std::lock_guard lock(lock_);
+  return inet_ != nullptr;
+}
+
 // Nobody reads what comes.
 InetFtpSession::Failure InetFtpSession::List() {
   {
@@ -244,7 +252,7 @@ InetFtpSession::Failure InetFtpSession::List() {
     return is_empty && !awaits_reply_ && error != ERROR_INTERNET_TIMEOUT ? Failure()
                                                                          : ErrorOfCall();
   }
-  while (::InternetFindNextFileA(found, &entry) != 0) continue;
+  while (IsConnected() && ::InternetFindNextFileA(found, &entry) != 0) continue;
   return End(found);
 }
 
@@ -285,7 +293,8 @@ InetFtpSession::Failure InetFtpSession::Receive(InetHandle remote) {
   std::vector<char> bytes(kBufferBytes);
   for (;;) {
     DWORD count = 0;
-    if (::InternetReadFile(remote, bytes.data(), static_cast<DWORD>(bytes.size()), &count) == 0) {
+    if (!IsConnected() ||
+        ::InternetReadFile(remote, bytes.data(), static_cast<DWORD>(bytes.size()), &count) == 0) {
       return kTransferConnectionAborted;
     }
     if (count == 0) return {};
@@ -315,7 +324,8 @@ InetFtpSession::Failure InetFtpSession::Send(InetHandle remote) {
     if (count == 0) break;
     for (std::size_t done = 0; done < count;) {
       DWORD sent = 0;
-      if (::InternetWriteFile(remote, bytes.data() + done, static_cast<DWORD>(count - done),
+      if (!IsConnected() ||
+          ::InternetWriteFile(remote, bytes.data() + done, static_cast<DWORD>(count - done),
                               &sent) == 0 ||
           sent == 0) {
         return kTransferConnectionAborted;
@@ -337,6 +347,7 @@ InetFtpSession::Failure InetFtpSession::End(InetHandle remote) {
     const std::lock_guard lock(lock_);
     if (task_.verb == FtpVerb::kDownload) watch_.EndData(Now());
   }
+  if (!IsConnected()) return kTransferConnectionAborted;
   ::InternetCloseHandle(remote);
   if (awaits_reply_ || is_sent_away_) return kTransferConnectionAborted;
   const std::string reply = LastReply();
@@ -346,7 +357,7 @@ InetFtpSession::Failure InetFtpSession::End(InetHandle remote) {
 }
 
 void InetFtpSession::Close() {
-  if (connect_ == nullptr) return;
+  if (connect_ == nullptr || !IsConnected()) return;
   tells_end_ = true;
   InetHandle none = nullptr;
   ::FtpCommandA(connect_, FALSE, FTP_TRANSFER_TYPE_ASCII, "QUIT", number_, &none);

@@ -53,6 +53,7 @@ class InetFtpSession final : public FtpSession,
   Failure Receive(InetHandle remote);
   Failure Send(InetHandle remote);
   Failure End(InetHandle remote);
+  bool IsConnected();
   void Close();
   void Disconnect();
   Failure ErrorOfCall();
