@@ -14,7 +14,7 @@ class Instance {
   virtual ~Instance() = default;
 
   /// To end by itself.
-  virtual void Ask() const = 0;
+  virtual void RequestEnd() const = 0;
   /// Ends it.
   virtual void Kill() const = 0;
   /// Waits for its end, as long as this at most.

@@ -72,7 +72,7 @@ class LinuxInstance final : public Instance {
     if (process_ >= 0) ::close(process_);
   }
 
-  void Ask() const override { ::pidfd_send_signal(process_, SIGTERM, nullptr, 0); }
+  void RequestEnd() const override { ::pidfd_send_signal(process_, SIGTERM, nullptr, 0); }
   void Kill() const override { ::pidfd_send_signal(process_, SIGKILL, nullptr, 0); }
   void AwaitEnd(std::chrono::milliseconds patience) const override {
     pollfd ended{process_, POLLIN, 0};

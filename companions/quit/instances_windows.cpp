@@ -85,7 +85,7 @@ class WindowsInstance final : public Instance {
   WindowsInstance(Handle process, DWORD number) : process_(std::move(process)), number_(number) {}
 
   // All its windows, hidden ones as well: it may be in the notification area.
-  void Ask() const override { ::EnumWindows(&CloseIfOf, static_cast<LPARAM>(number_)); }
+  void RequestEnd() const override { ::EnumWindows(&CloseIfOf, static_cast<LPARAM>(number_)); }
   void Kill() const override { ::TerminateProcess(process_.Get(), 1); }
   void AwaitEnd(std::chrono::milliseconds patience) const override {
     ::WaitForSingleObject(process_.Get(), static_cast<DWORD>(patience.count()));

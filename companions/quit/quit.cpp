@@ -28,7 +28,7 @@ bool End(void (Instance::*how)() const) {
 
 int Run() {
   try {
-    return End(&Instance::Ask) || End(&Instance::Kill) ? 0 : 1;
+    return End(&Instance::RequestEnd) || End(&Instance::Kill) ? 0 : 1;
   } catch (const NobodyKnows&) {
     return 1;
   }

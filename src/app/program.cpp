@@ -10,7 +10,7 @@ namespace tarnvale {
 
 namespace {
 
-// Shows a window that a person asks for, also when it was minimised.
+// Shows a window that the user asked for, also when it was minimised.
 template <class W>
 void BringUp(WindowSlot<W>& slot) {
   slot.Get().State = WindowState::kNormal;

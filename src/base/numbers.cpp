@@ -21,7 +21,7 @@ bool StartsLikeNumber(std::string_view digits) {
 }
 
 // Whether a number beyond a double's range is a tiny one: its first digit that
-// isn't 0 stands behind the decimal point.
+// isn't 0 is behind the decimal point.
 bool IsTiny(std::string_view number) {
   const auto e = std::min(number.find_first_of("eE"), number.size());
   const std::string_view digits = number.substr(0, e);
@@ -42,7 +42,7 @@ bool IsTiny(std::string_view number) {
 }
 
 // `from_chars` takes no leading plus, and takes "inf" and "nan", which are no
-// numbers here: both are settled before it is asked.
+// numbers here: both are settled before it is called.
 Parsed ParseStart(std::string_view text) {
   std::string_view digits = text;
   const bool negative = !digits.empty() && digits.front() == '-';

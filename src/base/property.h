@@ -1,4 +1,4 @@
-// Properties: values that tell when they change.
+// Properties: values that report their changes.
 #pragma once
 
 #include <memory>
@@ -16,7 +16,7 @@ class Property {
   // Implicit, so that a member reads `Property<bool> SaveLog{true}`.
   Property(T value) : value_(std::move(value)) {}  // NOLINT(google-explicit-constructor)
   Property(const Property&) = delete;
-  /// Takes over the value; who listens stays.
+  /// Takes over the value and keeps the listeners.
   Property& operator=(const Property& other) {
     if (this != &other) Set(other.value_);
     return *this;
@@ -38,7 +38,7 @@ class Property {
     WasSet.Emit();
   }
 
-  /// Changes the value where it stands without telling: for a caller that
+  /// Changes the value in place without notifying: for a caller that
   /// reports the change by other means.
   template <class Change>
   void ModifyQuietly(Change&& change) {

@@ -32,7 +32,7 @@ std::string OneLine(std::string_view text);
 /// Whether `text` can be part of one line: it has no line end and no zero byte.
 bool FitsOneLine(std::string_view text);
 
-/// How many times the one-character text `character` stands in `text`: 0 when
+/// How many times the one-character text `character` occurs in `text`: 0 when
 /// `character` isn't exactly one character long.
 int CountChar(std::string_view text, std::string_view character);
 

@@ -48,7 +48,7 @@ enum class ArchiveStatus : std::int32_t {
 };
 
 /// What it uses of a machine; any bundle that has these can be given for it. The
-/// workers, which few bundles have, may be told apart.
+/// workers, which few bundles have, may be given separately.
 struct ArchiveParts {
   template <class Parts>
   // NOLINTNEXTLINE(google-explicit-constructor): it is that machine, seen narrowly.
@@ -95,7 +95,7 @@ class usercontrol11 {
   std::int32_t ExtractFilesFromArchiv(const Path& archive, const Path& target_folder,
                                       bool compress);
 
-  /// Tells all entries.
+  /// Reports all entries.
   void ReadFiles(const Path& archive, bool compress);
 
   /// Writes the first entry of this name, whatever its letters' case. The

@@ -30,11 +30,11 @@ class TextList {
 /// and folders alike. Raises nothing: what can't be read counts as empty.
 TextList EnumerateFiles(FileSystem& files, std::string_view folder, bool recurse);
 
-/// 1-based position of the last place at which `part` stands; 0 for none. A
+/// 1-based position of the last place at which `part` occurs; 0 for none. A
 /// search goes on one character behind each hit.
 std::size_t FindLast(std::string_view text, std::string_view part);
 
-/// Whether a drive stands in a name: a part of it that is one character and a
+/// Whether a drive occurs in a name: a part of it that is one character and a
 /// colon.
 bool HoldsDrive(std::string_view name);
 

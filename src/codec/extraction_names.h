@@ -29,7 +29,7 @@ class ExtractionNames {
       : files_(files), target_(std::move(target_folder)), read_names_(std::move(read_names)) {}
 
   /// The path for an entry; the folders up to it are made. None where the medium
-  /// doesn't tell it from another one, which is to stay. Names that lead upwards or
+  /// doesn't distinguish it from another one, which is to stay. Names that lead upwards or
   /// hold empty parts are taken as they stand. Raises 76, 75, 70.
   std::optional<Path> PathOf(const std::string& entry);
 

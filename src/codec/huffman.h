@@ -47,7 +47,7 @@ class clsHuffman {
   std::string EncodeString(std::string_view text);
   std::string DecodeString(std::string_view text);
 
-  /// Percent, 0 to 100; told when it has changed. Encoding: up to 7 counting,
+  /// Percent, 0 to 100; reported when it has changed. Encoding: up to 7 counting,
   /// up to 12 checksum, then packing. Decoding: up to 89, then checksum.
   Signal<std::int16_t> Progress;
 

@@ -7,13 +7,13 @@
 
 namespace tarnvale {
 
-/// Tells a percent only when it differs from the last one, which is 0 at first.
+/// Reports a percent only when it differs from the last one, which is 0 at first.
 class PercentReport {
  public:
   using Handler = std::function<void(std::int16_t)>;
   explicit PercentReport(Handler handler) : handler_(std::move(handler)) {}
 
-  /// Rounds to the nearest whole number, halves to the even one, and tells it.
+  /// Rounds to the nearest whole number, halves to the even one, and reports it.
   void Report(double percent);
   std::int16_t Last() const { return last_; }
 
@@ -43,7 +43,7 @@ class PhaseReports {
   PhaseReports(PercentReport& report, const ReportPhase& phase) : report_(report), phase_(phase) {}
 
   /// The first multiple of the step in [`from`, `end`) at which the percent
-  /// differs from the last one told; `end` when there is none.
+  /// differs from the last one reported; `end` when there is none.
   std::size_t NextDue(std::size_t from, std::size_t end) const;
   /// Reports at an index.
   void ReportAt(std::size_t index) { report_.Report(phase_.PercentAt(index)); }

@@ -32,7 +32,7 @@ BackupRun::BackupRun(Machine& machine, BackupSettings& settings, RunState& state
       stages_(stages),
       log_(machine.open_files),
       failures_(machine.files, machine.boxes),
-      sync_(machine),
+      sync_(machine.files, machine.loop),
       sources_(machine.files),
       targets_(machine.files) {}
 
@@ -237,7 +237,7 @@ void BackupRun::CopyChanged(const RunFile& row) {
   // Required: any attribute counts as changed, and 32 is taken away whether or
   // not the archive bit is in it, after a failed copy too. An impossible value fails
   // and passes.
-  // Chosen: not from a file that the medium doesn't tell from another one.
+  // Chosen: not from a file that the medium doesn't distinguish from another one.
   if (has_room) {
     Step([&] {
       machine_.files.SetAttributes(sources_.At(row.Path), run_.attributes - attribute::kArchive);
@@ -276,7 +276,7 @@ void BackupRun::FolderRound() {
   if (!item.empty() && item.back() == ':') item += '\\';
   state_.ItemText = item;
   if (!settings_.BackupMode.Sync) ChooseFolderDestination();
-  // The choice of a mode may change while a sync yields: each is asked anew.
+  // The choice of a mode may change while a sync yields: each is read anew.
   const std::string destination = state_.RunDestination;
   if (settings_.BackupMode.Sync) SyncItem(item, {destination, {}, {}}, true);
   const auto folder = run_.folder;

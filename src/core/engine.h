@@ -42,7 +42,7 @@ class Engine {
   /// The same, with a box that says `announcement` once they are saved.
   void SaveAndAnnounce(const char* announcement);
 
-  /// A start by hand, asked for with `question`: on Yes the popup and the start
+  /// A start by hand, confirmed by `question`: on Yes the popup and the start
   /// request.
   void AskAndStart(const char* question);
 

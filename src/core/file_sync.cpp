@@ -88,18 +88,18 @@ std::vector<FileSync::Row> FileSync::Compare(const FolderContents& first,
 
 NamePairs FileSync::Pair(const FolderPair& pair) {
   return PairNames(pair.in_first, pair.in_second,
-                   NameRulesOf(machine_.files, pair.first.get(), pair.second.get()));
+                   NameRulesOf(files_, pair.first.get(), pair.second.get()));
 }
 
 std::vector<FileDifference> FileSync::CompareFolders(const Path& first, const Path& second) {
   FolderPair pair;
   PassedOver pass;
   pass.Step([&] {
-    pair.first = machine_.files.OpenFolder(first);
+    pair.first = files_.OpenFolder(first);
     pair.in_first = pair.first->Contents();
   });
   pass.Step([&] {
-    pair.second = machine_.files.OpenFolder(second);
+    pair.second = files_.OpenFolder(second);
     pair.in_second = pair.second->Contents();
   });
   std::vector<FileDifference> table;
@@ -108,8 +108,8 @@ std::vector<FileDifference> FileSync::CompareFolders(const Path& first, const Pa
     table.push_back({row.status == difference::kOnlyInSecond ? row.second : row.first, row.status});
     pass.Step([&] {
       if (!in_both) return;
-      const int ours = machine_.files.Attributes(WithBackslash(first) + row.first);
-      const int theirs = machine_.files.Attributes(WithBackslash(second) + row.second);
+      const int ours = files_.Attributes(WithBackslash(first) + row.first);
+      const int theirs = files_.Attributes(WithBackslash(second) + row.second);
       if (ours != theirs) table.back().status += difference::kAttributesDiffer;
     });
   }
@@ -119,8 +119,8 @@ std::vector<FileDifference> FileSync::CompareFolders(const Path& first, const Pa
 void FileSync::SyncFiles(const Path& first, const Path& second, bool two_way) {
   FolderPair pair;
   PassedOver pass;
-  pass.Step([&] { pair.first = machine_.files.OpenFolder(first); });
-  pass.Step([&] { pair.second = machine_.files.OpenFolder(second); });
+  pass.Step([&] { pair.first = files_.OpenFolder(first); });
+  pass.Step([&] { pair.second = files_.OpenFolder(second); });
   pass.Step([&] { Read(pair); });
   SyncPair(pair, two_way);
 }
@@ -135,28 +135,27 @@ void FileSync::Read(FolderPair& pair) {
 // Two folders that have this place below the roots.
 void FileSync::Read(FolderPair& pair, const Companions& companions, const Path& below) {
   Read(pair);
-  // Only where a name stands for another one does it matter who else has one.
+  // Only where a name stands for another one do the other folders matter.
   if (!pair.names.has_variants) return;
   std::vector<FolderContents> others;
   if (below.empty()) others.push_back(companions.names);
   for (const Path& folder : companions.folders) {
     PassedOver pass;
-    pass.Step(
-        [&] { others.push_back(machine_.files.OpenFolder(folder)->Inner(below)->Contents()); });
+    pass.Step([&] { others.push_back(files_.OpenFolder(folder)->Inner(below)->Contents()); });
   }
   pair.names = PairNamesAmong(pair.in_first, others, pair.in_second,
-                              NameRulesOf(machine_.files, pair.first.get(), pair.second.get()));
+                              NameRulesOf(files_, pair.first.get(), pair.second.get()));
 }
 
 // Chosen: nothing is copied over what was made or changed since it was listed. The next
 // run compares it anew.
-// A name that the medium doesn't tell from another one is passed over, and that
+// A name that the medium doesn't distinguish from another one is passed over, and that
 // one stays as it is; so is a link where a folder has its place.
 void FileSync::CopyFile(const HeldEntry& source, const HeldEntry& target,
                         const std::optional<FolderEntry>& target_as_listed, Rights rights) {
   if (target.folder.File(target.name) != target_as_listed) return;
   try {
-    machine_.files.CopyEntry(source, target, rights);
+    files_.CopyEntry(source, target, rights);
   } catch (const ProgramError& error) {
     if (error.Number() != kFileAlreadyExists) throw;
   }
@@ -186,7 +185,7 @@ void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
         CopyFile(theirs, ours, row.listed_in_first, kTowardsComputer);
       }
     }
-    machine_.loop.Yield();
+    loop_.Yield();
   }
 }
 
@@ -196,7 +195,7 @@ void FileSync::SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& co
   Roots roots;
   roots.companions = companions;
   PassedOver pass;
-  pass.Step([&] { roots.first = machine_.files.OpenFolder(first); });
+  pass.Step([&] { roots.first = files_.OpenFolder(first); });
   pass.Step([&] { roots.second = hold_second(); });
   if (pass.StandingError()) {
     pass.Step([&] { copy_whole(left_out); });
@@ -214,10 +213,8 @@ void FileSync::SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& co
 
 void FileSync::SyncFolders(const Path& first, const Path& second, bool two_way) {
   SyncFolders(
-      first, [&] { return machine_.files.OpenFolder(second); },
-      [&](const LeftOutFolders&) {
-        machine_.files.CopyTree(first, second, Yielding(), kTowardsStorage);
-      },
+      first, [&] { return files_.OpenFolder(second); },
+      [&](const LeftOutFolders&) { files_.CopyTree(first, second, Yielding(), kTowardsStorage); },
       two_way, {}, {});
 }
 
@@ -231,7 +228,7 @@ void FileSync::SyncFolders(const Path& first, const HeldEntry& second, bool two_
   SyncFolders(
       first, [&, name = second.name] { return storage->Inner(name); },
       [&, name = second.name](const LeftOutFolders& left_out) {
-        machine_.files.CopyTree(first, {*storage, name}, Yielding(), kTowardsStorage, left_out);
+        files_.CopyTree(first, {*storage, name}, Yielding(), kTowardsStorage, left_out);
       },
       two_way, {storage.get()}, companions);
 }
@@ -250,7 +247,7 @@ void FileSync::SyncTrees(Roots& roots, bool two_way) {
       if (auto inner = EnterFolders(roots, level, folders, two_way)) {
         levels.push_back(std::move(*inner));
       } else {
-        machine_.loop.Yield();
+        loop_.Yield();
       }
       continue;
     }
@@ -261,13 +258,12 @@ void FileSync::SyncTrees(Roots& roots, bool two_way) {
           if (IsIn(roots.left_out, *from->Inner(name))) return;
           const auto to = roots.first->Inner(level.first);
           if (HasFolder(*to, name)) return;
-          machine_.files.CopyTree({*from, name}, {*to, name}, Yielding(), kTowardsComputer,
-                                  roots.left_out);
+          files_.CopyTree({*from, name}, {*to, name}, Yielding(), kTowardsComputer, roots.left_out);
         });
       }
     }
     levels.pop_back();
-    if (!levels.empty()) machine_.loop.Yield();
+    if (!levels.empty()) loop_.Yield();
   }
 }
 
@@ -294,8 +290,8 @@ std::optional<FileSync::Level> FileSync::EnterFolders(const Roots& roots, const 
       const auto from = roots.first->Inner(outer.first);
       const auto to = roots.second->Inner(outer.second);
       if (!folders.in_both && HasFolder(*to, folders.second)) return;
-      machine_.files.CopyTree({*from, folders.first}, {*to, folders.second}, Yielding(),
-                              kTowardsStorage, roots.left_out);
+      files_.CopyTree({*from, folders.first}, {*to, folders.second}, Yielding(), kTowardsStorage,
+                      roots.left_out);
     });
     return std::nullopt;
   }
@@ -319,7 +315,7 @@ FileSync::Level FileSync::LevelOf(const FolderPair& pair, const Path& first, con
 }
 
 std::function<void()> FileSync::Yielding() {
-  return [this] { machine_.loop.Yield(); };
+  return [this] { loop_.Yield(); };
 }
 
 }  // namespace tarnvale

@@ -11,12 +11,13 @@
 #include <string>
 #include <vector>
 
+#include "platform/files.h"
 #include "platform/name_pairs.h"
-#include "ui/machine.h"
+#include "ui/event_loop.h"
 
 namespace tarnvale {
 
-/// How a file of one folder stands to that of the same name in another.
+/// How a file of one folder compares to that of the same name in another.
 namespace difference {
 inline constexpr int kOnlyInFirst = -2;
 inline constexpr int kOnlyInSecond = -1;
@@ -53,7 +54,8 @@ struct FileDifference {
 
 class FileSync {
  public:
-  explicit FileSync(Machine& machine) : machine_(machine) {}
+  /// Both must outlive it.
+  FileSync(FileSystem& files, EventLoop& loop) : files_(files), loop_(loop) {}
 
   /// One row for each file of the first folder, in its order, then one for each
   /// file that only the second has. Names are matched as PairNames says, times by
@@ -135,7 +137,8 @@ class FileSync {
                 const std::optional<FolderEntry>& target_as_listed, Rights rights);
   std::function<void()> Yielding();
 
-  Machine& machine_;
+  FileSystem& files_;
+  EventLoop& loop_;
 };
 
 }  // namespace tarnvale

@@ -1,4 +1,4 @@
-// What the engine asks of the rest of the program. The composition root sets
+// What the engine needs of the rest of the program. The composition root sets
 // these; one that isn't set does nothing.
 #pragma once
 
@@ -28,7 +28,7 @@ struct ScreenHooks {
   std::function<void()> FocusIntervalField;
 };
 
-/// What a report tells about a run.
+/// What a report says about a run.
 struct RunFacts {
   DateTime start = 0;            ///< 0 when the copy phase was passed over
   DateTime date = 0;             ///< likewise

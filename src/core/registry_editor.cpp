@@ -13,7 +13,7 @@ constexpr const char* kQuote = "\"";
 std::string ExportLine(const Path& file, const std::string& branch, const std::string& sub_branch) {
   std::string line = std::string(kExport) + kQuote + file + kQuote;
   if (!branch.empty()) line += std::string(" ") + kQuote + branch;
-  // Required: no quote closes the line behind a branch that stands alone.
+  // Required: no quote closes the line behind a branch alone.
   if (!branch.empty() && !sub_branch.empty()) line += "\\" + sub_branch + kQuote;
   return line;
 }

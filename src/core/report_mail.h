@@ -10,7 +10,7 @@ namespace tarnvale {
 /// Hidden fields of the main window, which live as long as the program.
 struct ReportMail {
   /// The address that reports come from. Chosen: one of a domain that can't
-  /// exist, so that nobody's mailbox gets the answers.
+  /// exist, so that the answers reach no mailbox.
   Property<std::string> Sender{"report@tarnvale.example"};
   /// Required: nobody ever sets it.
   Property<std::string> Subject{"0"};

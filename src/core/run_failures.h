@@ -25,7 +25,7 @@ class RunFailures {
   /// row is copied to, `save_log` whether the run writes a log.
   AfterFailure OnFailure(const ProgramError& error, const Path& target, bool save_log);
 
-  /// The decision by error number that stands behind the resume.
+  /// Given, unused: the decision by error number behind the resume.
   AfterFailure DecideByNumber(const ProgramError& error, const Path& target, bool save_log);
 
   /// The last error number that DecideByNumber noted for the log.

@@ -31,7 +31,7 @@ class RunSources {
  private:
   FileSystem& files_;
   std::unordered_set<Path> twins_;
-  Path folder_path_;  ///< of the folder that was asked last
+  Path folder_path_;  ///< of the folder looked at last
   std::unique_ptr<HeldFolder> folder_;
 };
 

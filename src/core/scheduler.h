@@ -19,7 +19,7 @@ namespace tarnvale {
 class Scheduler {
  public:
   struct Hooks {
-    /// The engine is asked whether a run may start, and to start one.
+    /// Whether the engine may start a run, and the request to start one.
     std::function<bool()> EngineIsFree;
     std::function<void()> RequestStart;
   };

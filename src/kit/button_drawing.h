@@ -32,7 +32,7 @@ struct ButtonDrawing {
   int h;
   Rect client;
   Font font;          ///< the look's; a type may make it bold for this drawing
-  Rect caption_area;  ///< the focus rectangle stands on it
+  Rect caption_area;  ///< the focus rectangle is drawn on it
   CaptionPlaces places;
 
   Color Shifted(Color color, int step) const { return colors.Shifted(color, step); }
@@ -57,7 +57,7 @@ void DrawCaption(ButtonDrawing& d, CaptionLook look);
 /// Caption in look 0, or 1 while hovered.
 void DrawLiveCaption(ButtonDrawing& d);
 
-/// The picture as the state asks for it: hovered, pressed, grey, disabled.
+/// The picture as the state needs it: hovered, pressed, grey, disabled.
 void DrawButtonPicture(ButtonDrawing& d);
 
 /// The focus rectangle, while the button has the focus and shows it.

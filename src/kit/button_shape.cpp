@@ -25,7 +25,7 @@ bool IsInEllipse(Size size, Point at) {
   return dx * dx * h * h + dy * dy * w * w <= w * w * h * h;
 }
 
-// The picture stands this far from the text where there is room.
+// The picture is placed this far from the text where there is room.
 constexpr int kPictureGap = 4;
 
 int Centred(int start, int room, int size) {

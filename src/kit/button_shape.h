@@ -12,7 +12,7 @@ bool IsInButtonRegion(int type, Size size, Point at);
 /// Makes the pixels outside the region transparent.
 void ClipToButtonRegion(int type, Canvas& canvas);
 
-/// The rectangle that holds caption and picture; the focus rectangle stands on
+/// The rectangle that holds caption and picture; the focus rectangle is drawn on
 /// it. Never of negative size.
 Rect CaptionRectangle(int type, Size size);
 
@@ -22,7 +22,7 @@ struct CaptionPlaces {
 };
 
 /// Places caption and picture in the caption rectangle. `position`: the picture
-/// stands 0 left, 1 right, 2 on top, 3 at the bottom, 4 and any other behind.
+/// is placed 0 left, 1 right, 2 on top, 3 at the bottom, 4 and any other behind.
 CaptionPlaces PlaceCaption(Rect area, Size text, Size picture, int position);
 
 }  // namespace tarnvale

@@ -162,8 +162,8 @@ void chameleonButton::OnDoubleClick(MouseButton button, Point at) {
 }
 
 // The over timer, 3 ms, exists to notice that the pointer has gone where nothing
-// tells of it. A host tells: so its tick is taken at each report of the pointer,
-// which is the first moment at which its question could be answered differently.
+// reports it. A host does: so its tick is taken at each report of the pointer,
+// which is the first moment at which its answer could differ.
 // Between two reports a tick would find what it found before, and change nothing.
 void chameleonButton::OverTimerTick() {
   if (!over_timer_on_ || IsMouseOver()) return;

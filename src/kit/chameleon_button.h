@@ -16,11 +16,11 @@
 
 namespace tarnvale {
 
-/// An owner-drawn button of fourteen looks, with a look for hovering, a pressed
-/// one, a picture, and a check box mode.
+/// An owner-drawn button of fourteen looks, of which all but type 3 are given, unused,
+/// with a look for hovering, a pressed one, a picture, and a check box mode.
 ///
 /// What it shows is a record that RedrawButton takes; Paint draws that record
-/// and nothing else, so a painting that the host asks for never shows more than
+/// and nothing else, so a painting that the host starts never shows more than
 /// the last redraw did. Each setting of a property is reported and draws anew,
 /// also to the value that it has.
 class chameleonButton : public OwnerDrawn {
@@ -102,7 +102,7 @@ class chameleonButton : public OwnerDrawn {
   bool HasCapture() const { return captured_; }
 
   enum class Redraw { kIfChanged, kForced };
-  /// Takes the record of what is shown and asks for a painting. Does nothing
+  /// Takes the record of what is shown and requests a painting. Does nothing
   /// when state and caption are as drawn last (unless forced), while the control
   /// is hidden or drawing is stopped, or without a height.
   void RedrawButton(ButtonState state, Redraw how);

@@ -29,7 +29,7 @@ void GroupBox::PropertySet(const char* name) {
 
 void GroupBox::BackStyleSet() {
   if (BackStyle == 0 && !reading_) {
-    // Required: transparency exists, but can't be asked for.
+    // Required: transparency exists, but can't be switched on.
     BackStyle.ModifyQuietly([this](std::int16_t& style) { style = back_style_; });
     if (boxes_ == nullptr) return;
     boxes_->Show({.text = "This feature has not yet been implemented!\n"
@@ -49,7 +49,7 @@ void GroupBox::UseTheme(VisualTheme* theme) {
 void GroupBox::OLEDrag() {
   DragStep step;
   OLEStartDrag.Emit(step);
-  // Asked for when it is needed.
+  // Requested when it is needed.
   if (step.data.empty()) OLESetData.Emit(step);
   DragAway.Emit(step);
   OLECompleteDrag.Emit(step);

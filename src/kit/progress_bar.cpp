@@ -41,16 +41,16 @@ void XP_ProgressBar::FollowProperties() {
   redrawing(Scrolling, "Scrolling");
   redrawing(ShowText, "ShowText");
   // Required: these take effect at the next redraw.
-  const auto telling = [this](auto& property, const char* name) {
+  const auto reporting = [this](auto& property, const char* name) {
     property.WasSet.Listen([this, name] { PropertySet(name); });
   };
-  telling(BrushStyle, "BrushStyle");
-  telling(Font, "Font");
-  telling(Min, "Min");
-  telling(Max, "Max");
+  reporting(BrushStyle, "BrushStyle");
+  reporting(Font, "Font");
+  reporting(Min, "Min");
+  reporting(Max, "Max");
   // What Value reads depends on its ends too.
-  Min.Changed.Listen([this] { TellReading(); });
-  Max.Changed.Listen([this] { TellReading(); });
+  Min.Changed.Listen([this] { RecordReading(); });
+  Max.Changed.Listen([this] { RecordReading(); });
   record_subscription_ = record_.WasSet.Subscribe([this] { RecordWasSet(); });
 }
 
@@ -64,7 +64,7 @@ void XP_ProgressBar::Position::Set(int value) {
 
 // The bar's own report brings what it reads already.
 void XP_ProgressBar::RecordWasSet() {
-  if (!telling_ || record_ != ReadValue()) StoreValue(record_);
+  if (!is_recording_ || record_ != ReadValue()) StoreValue(record_);
 }
 
 void XP_ProgressBar::StoreValue(int value) {
@@ -85,13 +85,13 @@ int XP_ProgressBar::ReadValue() const {
 
 void XP_ProgressBar::DrawProgressBar() {
   percent_ = std::min<std::int32_t>(percent_, 100);
-  TellReading();
+  RecordReading();
   LookChanged.Emit();
 }
 
 // Keeps the record at what Value reads.
-void XP_ProgressBar::TellReading() {
-  const Quietly quietly(telling_);
+void XP_ProgressBar::RecordReading() {
+  const Quietly quietly(is_recording_);
   SetIfOther(record_, ReadValue());
 }
 

@@ -61,10 +61,6 @@ class XP_ProgressBar : public OwnerDrawn {
     Property<int>& record_;
   };
 
- private:
-  Property<int> own_value_{0};
-
- public:
   Position Value;
 
   /// What the bar holds, at most 100 once it was drawn.
@@ -79,7 +75,7 @@ class XP_ProgressBar : public OwnerDrawn {
     native_surface_ = lent.native_surface;
   }
 
-  /// Cuts the percent to 100 and asks for a painting.
+  /// Cuts the percent to 100 and requests a painting.
   void DrawProgressBar();
 
   void ReadProperties(const PropertyBag& bag);
@@ -99,14 +95,15 @@ class XP_ProgressBar : public OwnerDrawn {
   void PropertySet(const char* name);
   void StoreValue(int value);
   int ReadValue() const;
-  void TellReading();
+  void RecordReading();
   void RecordWasSet();
 
+  Property<int> own_value_{0};
   Property<int>& record_;
   Subscription record_subscription_;
   std::int32_t percent_ = 0;
   bool reading_ = false;
-  bool telling_ = false;
+  bool is_recording_ = false;
   std::uintptr_t native_window_ = 0;
   std::uintptr_t native_surface_ = 0;
 };

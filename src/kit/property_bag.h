@@ -1,4 +1,4 @@
-// Keyed values: how a control's properties are persisted with its window.
+// Given, unused: keyed values, in which a control's properties are kept with its window.
 #pragma once
 
 #include <cstdint>

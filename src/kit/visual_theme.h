@@ -1,4 +1,4 @@
-// What a host with a visual theme may offer to the controls.
+// Given, unused: what a host with a visual theme may offer to the controls.
 #pragma once
 
 #include <string>

@@ -42,7 +42,7 @@ struct FolderEntry {
   std::int64_t size_bytes = 0;
   /// Last modification in whole seconds since 1970-01-01 UTC, rounded down.
   std::int64_t modified_s = 0;
-  /// What that leaves out, as exactly as the medium tells.
+  /// What that leaves out, as exactly as the medium keeps it.
   std::int32_t modified_ns = 0;
   bool operator==(const FolderEntry&) const = default;
 };
@@ -56,7 +56,7 @@ struct FolderContents {
   std::vector<std::string> folders;
 };
 
-/// Names of files, or of folders, that a folder's contents tell of.
+/// Names of files, or of folders, in a folder's contents.
 using ListedNames = std::vector<std::string_view>;
 
 /// A medium on its way to hold everything that was written to it. Letting go of
@@ -83,7 +83,7 @@ enum class Rights {
 
 /// A folder that is held: it stays this one, whatever comes to stand at its path.
 /// Names are exact here: one in another case is another name, whatever the medium takes
-/// it for. Its names are those that Contents told of last, or that were made here since;
+/// it for. Its names are those that Contents gave last, or that were made here since;
 /// whatever else the medium finds is another one. Links are not followed. All members
 /// raise 76 once the folder is gone.
 class HeldFolder {
@@ -93,7 +93,7 @@ class HeldFolder {
   /// What it holds now. Raises 75, 57.
   virtual FolderContents Contents() = 0;
 
-  /// The one file of this name, as Contents tells of it; none where there is none.
+  /// The one file of this name, as Contents gives it; none where there is none.
   virtual std::optional<FolderEntry> File(const std::string& name) = 0;
 
   /// Which of `listed`, places in it, the medium finds by `name` as well, which isn't
@@ -107,7 +107,7 @@ class HeldFolder {
   virtual std::unique_ptr<HeldFolder> Inner(const std::string& names) = 0;
 
   /// Make an empty folder, an empty file. Raise 75 when the name is taken or can't
-  /// be a name, 58 when the medium doesn't tell it from another one that is taken,
+  /// be a name, 58 when the medium doesn't distinguish it from another one that is taken,
   /// 61, 70.
   virtual void MakeFolder(const std::string& name) = 0;
   virtual void MakeFile(const std::string& name, Rights rights = Rights::kNewFile) = 0;
@@ -120,7 +120,7 @@ class HeldFolder {
 using LeftOutFolders = std::vector<const HeldFolder*>;
 
 /// What a held folder has under this name, or would have. As a target it is the
-/// entry of exactly this name: copying raises 58 when the medium doesn't tell the
+/// entry of exactly this name: copying raises 58 when the medium doesn't distinguish the
 /// name from another one that is taken. Without a name it is that folder itself, as
 /// the target of a tree.
 struct HeldEntry {
@@ -142,7 +142,7 @@ class FileSystem {
 
   /// Length of a plain file in bytes. Raises 53 when there is none (a folder
   /// counts as none), 76 when its folder is missing, 75 or 70 when it can't be
-  /// asked. Follows symbolic links.
+  /// determined. Follows symbolic links.
   virtual std::int64_t Length(const Path& file) = 0;
 
   /// Attribute bits of a file or folder. Raises 53, 76, 75.
@@ -180,7 +180,7 @@ class FileSystem {
   /// is missing (its parent must exist), replacing files that are there and
   /// deleting nothing. An entry that fails doesn't stop the others: the first
   /// failure is raised at the end. Names are paired as PairNames says; a second
-  /// one that the target's medium doesn't tell from the first fails with 58. Calls
+  /// one that the target's medium doesn't distinguish from the first fails with 58. Calls
   /// `between` after each file. Nothing is copied of folders in it that are in
   /// `left_out`. Both folders stay those that it began with. Raises
   /// 76 when `source` is no folder or the parent of `target` is missing.

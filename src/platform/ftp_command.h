@@ -13,7 +13,7 @@ namespace tarnvale {
 
 enum class FtpVerb { kList, kUpload, kDownload, kClose };
 
-/// What a command text asks for.
+/// What a command text requests.
 struct FtpCommand {
   FtpVerb verb = FtpVerb::kList;
   Path local;          ///< of an upload and a download

@@ -1,6 +1,6 @@
 // An FTP client with a command interface: a session is set up by properties,
 // a command is started and ends on its own, and what happens on the wire is
-// told by numbered states.
+// reported by numbered states.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace tarnvale {
 
-/// The states that a transport tells, by their classic numbers.
+/// The states that a transport reports, by their classic numbers.
 enum class TransportState : std::int32_t {
   kResolvingHost = 1,
   kHostResolved = 2,
@@ -73,7 +73,7 @@ class FtpTransport {
   /// nothing for so long ends the request as a time-out. Raises 380 below 0.
   virtual void SetRequestTimeout(std::int32_t seconds) = 0;
 
-  /// Drops whatever request or connection is open, at once. Busy falls. Tells
+  /// Drops whatever request or connection is open, at once. Busy falls. Reports
   /// no state, and nothing of what was dropped is reported later.
   virtual void Cancel() = 0;
 
@@ -97,7 +97,7 @@ class FtpTransport {
   /// The number of the last error. Read it in state kError.
   virtual std::int32_t ResponseCode() const = 0;
 
-  /// Told on the thread of the event loop, during yields. A handler may Cancel.
+  /// Emitted on the thread of the event loop, during yields. A handler may Cancel.
   Signal<TransportState> StateChanged;
 };
 

@@ -7,7 +7,7 @@ namespace tarnvale {
 
 /// Takes one item byte by byte: leading blanks are skipped; it ends at the first
 /// comma or line end, or, begun with a double quote, at the closing one. What
-/// stands between a closing quote and the next comma or line end is dropped.
+/// is between a closing quote and the next comma or line end is dropped.
 class InputItemScanner {
  public:
   /// True while the item isn't complete. The last byte that is fed belongs to

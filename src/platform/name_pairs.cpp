@@ -70,7 +70,7 @@ std::vector<std::size_t> Lone(const Names& names, const NameSet& in_other,
 }
 
 // Pairs lone names of one folder with those lone ones of the other that its medium
-// finds by them. Usually one of the two has none, and no medium is asked.
+// finds by them. Usually one of the two has none, and no medium is queried.
 template <class Join>
 void PairFound(const Names& names, const std::vector<std::size_t>& lone, const Names& others,
                std::vector<std::size_t> lone_others, const NameRules::Find& find, Join&& join) {

@@ -13,7 +13,7 @@ unsigned char Folded(char c) {
   return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
 }
 
-// Behind the one character that stands at `at`.
+// Behind the one character at `at`.
 std::size_t BehindCharacter(std::string_view text, std::size_t at) {
   return at + FirstCharacterBytes(text.substr(at));
 }

@@ -1,7 +1,7 @@
 // The process-wide table of open files, by number.
 //
-// Several parts of the program hold fixed file numbers in this one table; who
-// closes all closes everybody's. Bytes are read and written as they are. Other programs
+// Several parts of the program hold fixed file numbers in this one table; closing
+// all closes those of the others too. Bytes are read and written as they are. Other programs
 // may read and write what is open here; whether they may delete it, the system decides.
 #pragma once
 

@@ -20,7 +20,7 @@ class Processes {
   /// it is missing or isn't a program.
   virtual bool StartProgram(const Path& program) = 0;
 
-  /// Starts a command line as it stands, an unclosed quote included, with a
+  /// Starts a command line as it is, an unclosed quote included, with a
   /// minimised window and without waiting. Raises 53 when there is no such
   /// program, 5 for an empty line.
   virtual void StartMinimized(const std::string& command_line) = 0;
@@ -29,7 +29,7 @@ class Processes {
   virtual std::optional<std::string> Variable(const std::string& name) = 0;
 
   /// True when another instance of this same program file was running for this
-  /// user before this process first asked. Ends with that instance, however it
+  /// user before the first call of this process. Ends with that instance, however it
   /// ends.
   virtual bool PreviousInstance() = 0;
 };

@@ -32,8 +32,8 @@ class ProfileFiles {
   /// Replaces the value of a key in place, or adds key and section at the end
   /// of section and file, creating the file if it is missing. Writes may be held
   /// back until Flush. False when the file can't be written (read-only, no
-  /// folder for it) or is there and can't be read, or couldn't when Read last asked for
-  /// any one of its keys, as nobody knows then what that holds; and for what could not be read
+  /// folder for it) or is there and can't be read, or couldn't when Read last looked for
+  /// any one of its keys, as what that holds isn't known then; and for what could not be read
   /// back: a line break in any of the texts, a key that is empty, holds "=" or
   /// begins with ";" or "[", a section with "]".
   virtual bool Write(const std::string& section, const std::string& key, const std::string& value,

@@ -36,7 +36,7 @@ class ProfileText {
   /// holds no "=" and doesn't begin like a comment or a section.
   static bool CanHold(std::string_view section, std::string_view key, std::string_view value);
 
-  /// Whether the value stands there already, so that Set would change nothing.
+  /// Whether the value is there already, so that Set would change nothing.
   bool Holds(std::string_view section, std::string_view key, std::string_view value) const;
 
   /// Replaces a value in place, or adds the key behind the last line of its

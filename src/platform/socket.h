@@ -49,16 +49,16 @@ inline constexpr std::size_t kMostBytesAtOnce = 65536;
 ///
 /// No call blocks, raises, yields or emits. What happens is reported by the signals,
 /// from the event loop, in the order in which it happened; Connected comes before
-/// anything else that its connection tells. A handler may take long and yield:
+/// anything else that its connection reports. A handler may take long and yield:
 /// the other signals come meanwhile.
 class Socket {
  public:
   virtual ~Socket() = default;
 
   /// Looks up the host (a name or a numeric address) and connects; Connected or
-  /// Failed tells how it went. In the states kClosedByPeer and kFailed the old
+  /// Failed reports the outcome. In the states kClosedByPeer and kFailed the old
   /// connection is closed first. While it is connecting or connected it fails
-  /// with kSocketInUse, and the connection goes on as if nothing had been asked.
+  /// with kSocketInUse, and the connection goes on as if nothing had been requested.
   virtual void Connect(const std::string& host, std::uint16_t port) = 0;
 
   /// Sends bytes behind all that were sent before. What the network doesn't take

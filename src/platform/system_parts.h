@@ -1,4 +1,4 @@
-// The system's side of what the logic asks of a machine, in one bundle.
+// The system's side of what the logic needs of a machine, in one bundle.
 #pragma once
 
 #include "platform/application_folders.h"

@@ -14,7 +14,7 @@ class TransferSource {
  public:
   virtual ~TransferSource() = default;
 
-  /// Reads on. Fewer bytes than asked for only at the end, where it gives 0.
+  /// Reads on. Fewer bytes than requested only at the end, where it gives 0.
   /// Raises 57.
   virtual std::size_t Read(std::span<char> bytes) = 0;
 };

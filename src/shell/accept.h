@@ -1,4 +1,4 @@
-// The agreement that the first start asks for.
+// The agreement of the first start.
 #pragma once
 
 #include <functional>
@@ -23,7 +23,7 @@ struct AgreementHooks {
   std::function<void()> Decline;
 };
 
-/// Keeps the main window disabled for as long as it stands: from when it is made
+/// Keeps the main window disabled while it exists: from when it is made
 /// until it is closed, and it closes only by acceptance. Each is used once: make
 /// it anew to show it again.
 class Accept : public Window {

@@ -60,7 +60,7 @@ void frmGmail::EndRest() {
 }
 
 // Required: the timer isn't stopped, and the hidden window goes on moving down.
-// Nobody sees that, so an idle program doesn't wake for it.
+// It isn't visible, so an idle program doesn't wake for it.
 void frmGmail::SlideOut() {
   if (!slide_.StepDown()) return;
   Hide();

@@ -4,7 +4,7 @@
 namespace tarnvale {
 
 // Chosen: the window says nothing by a text, so the parts of its picture have
-// names for those who hear it, and the one that leads on has a tool tip.
+// names for screen readers, and the one that leads on has a tool tip.
 void LayOut(frmGmail& popup) {
   popup.Frame = WindowFrame::kPopup;
   popup.ClientSize = {288, 120};

@@ -1,4 +1,4 @@
-// The popups of the program: who makes them, and who shows them.
+// The popups of the program: what makes and shows them.
 #pragma once
 
 #include <memory>
@@ -18,7 +18,7 @@ class Popups {
   Popups(const Popups&) = delete;
   Popups& operator=(const Popups&) = delete;
 
-  /// Sets what the engine asks of the popups.
+  /// Sets what the engine needs of the popups.
   void ConnectStages();
 
   bool IsAlertLoaded() const { return alert_ != nullptr; }

@@ -39,7 +39,7 @@ class Form1 : public Window {
   /// Leaves the program without a question.
   void Decline();
 
-  /// Shows the window on its schedule screen a second later. Nothing calls it.
+  /// Given, unused: shows the window on its schedule screen a second later.
   void WizardClose() { engine_.timers[EngineTimer::kWizardPage].Enabled = true; }
 
   /// The windows that its links open.

@@ -20,7 +20,7 @@ void Form1::gSysTray_RButtonUP() {
 }
 
 void Form1::AskBeforeClosing(CloseRequest& request) {
-  // Chosen: a second instance has told why it ends. It asks nothing, and leaves
+  // Chosen: a second instance has said why it ends. It asks nothing, and leaves
   // the first one alone, which the companion program would end.
   if (dying_) return;
   const BoxAnswer answer =

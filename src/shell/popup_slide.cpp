@@ -24,7 +24,7 @@ bool PopupSlide::StepUp() {
 
 bool PopupSlide::StepDown() {
   // A hidden popup goes down for ever. Far below the screen it makes no
-  // difference that it stands still at last.
+  // difference that it comes to rest at last.
   constexpr int kLowest = std::numeric_limits<int>::max() - kStepTwips;
   window_.TopTwips = std::min(window_.TopTwips.Get(), kLowest) + kStepTwips;
   return window_.TopTwips == home_top_twips_;

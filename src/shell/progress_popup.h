@@ -14,7 +14,7 @@
 namespace tarnvale {
 
 /// It reads what it shows and changes nothing. Loaded unseen, it slides in
-/// unseen, and stands in its place when it is shown.
+/// unseen, and is in its place when it is shown.
 class Progress : public Window {
  public:
   /// `stages` reports the compression and the transfer.

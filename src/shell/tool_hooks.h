@@ -1,4 +1,4 @@
-// What the main window asks of the windows beside it. The composition root sets
+// What the main window needs of the windows beside it. The composition root sets
 // these; one that isn't set does nothing.
 #pragma once
 

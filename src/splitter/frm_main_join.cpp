@@ -37,7 +37,7 @@ void frmMain::StoreJoinedFile(std::int16_t part_count) {
   }
   Text1.Text = dialog.FileName;
   pass.Step([&] { machine_.files.CopyWhole(Text2.Text, Text1.Text, Rights::kOwner); });
-  // Required: whether the copy succeeded isn't asked, by the deletion either.
+  // Required: whether the copy succeeded isn't checked, before the deletion either.
   if (Text1.Text.Get() != Text2.Text.Get()) {
     pass.Step([&] { machine_.files.Delete(Text2.Text); });
   }

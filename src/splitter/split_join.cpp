@@ -141,7 +141,7 @@ PartsCode modFHand::Join(Path& part, std::int16_t& part_count) {
     loop_.Yield();
   }
   open_files_.Close(kFirstNumber);
-  // Another join that was refused meanwhile has told its own name.
+  // Another join that was refused meanwhile has shown its own name.
   screen_.joined_file = output;
   part_count = count;
   screen_.spProg(0);

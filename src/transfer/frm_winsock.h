@@ -31,8 +31,8 @@ class frmWinsock : public Window {
   frmWinsock(Machine& machine, const BackupSettings& settings, const ReportMail& mail,
              std::string& last_reply);
 
-  /// Asks for the connection to the server of the settings and returns. The rest
-  /// runs from the loop: what the mail says is read when the connection stands.
+  /// Begins to connect to the server of the settings and returns. The rest
+  /// runs from the loop: the mail's contents are read once it is connected.
   void StartSend();
 
   /// Waits, yielding once at least, until a server has ever said anything. False
@@ -51,10 +51,6 @@ class frmWinsock : public Window {
   /// Sends a text with a line end behind it, and logs it.
   void SendData(const std::string& text);
 
- private:
-  friend void LayOut(frmWinsock& window);
-
- public:
   // The window.
   TextBox txtData{TextKind::kMemo};  ///< The log.
 
@@ -62,6 +58,8 @@ class frmWinsock : public Window {
   const std::unique_ptr<Socket> Winsock;
 
  private:
+  friend void LayOut(frmWinsock& window);
+
   void WireSocket();
   void LogServer(const std::string& bytes);
   bool IsOver() const;

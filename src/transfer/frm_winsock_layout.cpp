@@ -1,4 +1,4 @@
-// Where the log of the conversation stands: wide enough for the rule in a report.
+// The place of the log of the conversation: wide enough for the rule in a report.
 #include "transfer/frm_winsock.h"
 
 namespace tarnvale {

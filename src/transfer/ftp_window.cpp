@@ -11,13 +11,13 @@ constexpr int kStoreMs = 1000;
 }  // namespace
 
 Main::Main(Machine& machine, BackupSettings& settings)
-    : machine_(machine),
-      settings_(settings),
-      Inet1(machine.ftp),
+    : Inet1(machine.ftp),
       Timer1(machine.loop.Timers(), kStripMs, true),
       Timer2(machine.loop.Timers(), kEnableMs, true),
       Timer3(machine.loop.Timers(), kAnimateMs, false),
-      Timer4(machine.loop.Timers(), kStoreMs, true) {
+      Timer4(machine.loop.Timers(), kStoreMs, true),
+      machine_(machine),
+      settings_(settings) {
   LayOut(*this);
   WireCommands();
   WireTimers();

@@ -1,5 +1,5 @@
 // The window for the FTP server: its settings, upload and download, and the
-// upload that a backup run asks for. What it does lies in ftp_window*.cpp by
+// upload that is part of a backup run. What it does lies in ftp_window*.cpp by
 // topic, where things stand in ftp_window_layout.cpp.
 #pragma once
 
@@ -45,11 +45,6 @@ class Main : public Window {
   /// What goes on between the program and the server. The engine reads it.
   Property<std::string> ConnectionStatus{"Not Connected To Server"};
 
- private:
-  Machine& machine_;
-  BackupSettings& settings_;
-
- public:
   // The task panel.
   PictureBox TaskPanel;
   Label TasksHeading{TextRole::kHeading};
@@ -142,8 +137,8 @@ class Main : public Window {
   void EndTransfer();
   void EnableUpload(bool enabled);
   void Start(Timer& timer) { timer.Enabled = is_loaded_; }
-  void Tell(const char* text);
-  void TellFailure(const char* text, const char* title);
+  void ShowMessage(const char* text);
+  void ShowFailure(const char* text, const char* title);
 
   // One tick each.
   void StripRemoteName();
@@ -151,6 +146,8 @@ class Main : public Window {
   void Animate();
   void StoreFields();
 
+  Machine& machine_;
+  BackupSettings& settings_;
   bool is_loaded_ = true;
   Subscription notifications_;
 };

@@ -36,10 +36,10 @@ void Main::Verify() {
     ConfigureTransport();
     Inet1.Execute("DIR");
     if (!WaitUntilIdle()) return;
-    Tell("Your Settings Have Been Verified. Connection Established!");
+    ShowMessage("Your Settings Have Been Verified. Connection Established!");
     ConnectionStatus = "Connected To Server";
   } catch (const ProgramError&) {
-    TellFailure("Your Settings Have Not Been Verified. Connection Failed!", "Tarnvale");
+    ShowFailure("Your Settings Have Not Been Verified. Connection Failed!", "Tarnvale");
     ConnectionStatus = "Not Connected To Server";
   }
 }
@@ -50,8 +50,8 @@ void Main::SaveSettings() {
   pass.Step([&] {
     if (SaveChanges) SaveChanges();
   });
-  // Required: told after a save that failed too.
-  Tell("Your FTP Server Settings Have Been Successfully Saved!");
+  // Required: shown after a save that failed too.
+  ShowMessage("Your FTP Server Settings Have Been Successfully Saved!");
 }
 
 void Main::Browse() {
@@ -77,7 +77,7 @@ void Main::Upload() {
     EndTransfer();
     EnableUpload(true);
   } catch (const ProgramError&) {
-    TellFailure(kTransferError, kTransferErrorTitle);
+    ShowFailure(kTransferError, kTransferErrorTitle);
     ConnectionStatus = "File Transfer Has Failed!";
     Timer3.Enabled = false;
     SetBars(kFull);
@@ -105,7 +105,7 @@ void Main::Download() {
     if (WaitForTransport()) Inet1.Execute("CLOSE");
   } catch (const ProgramError&) {
     // Required: after a cancel of the dialog too.
-    TellFailure(kTransferError, kTransferErrorTitle);
+    ShowFailure(kTransferError, kTransferErrorTitle);
     ConnectionStatus = "File Download Has Failed!";
     Timer3.Enabled = false;
     SetBars(kFull);
@@ -177,11 +177,11 @@ void Main::EnableUpload(bool enabled) {
   cmdBrowse.Enabled = enabled;
 }
 
-void Main::Tell(const char* text) {
+void Main::ShowMessage(const char* text) {
   machine_.boxes.Show({.text = text, .icon = BoxIcon::kInformation});
 }
 
-void Main::TellFailure(const char* text, const char* title) {
+void Main::ShowFailure(const char* text, const char* title) {
   machine_.boxes.Show({.text = text, .icon = BoxIcon::kStop, .title = title});
 }
 

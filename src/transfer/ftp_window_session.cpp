@@ -53,7 +53,7 @@ void Main::Pause(int yields) {
   for (int i = 0; i < yields; ++i) machine_.loop.WaitPass();
 }
 
-// Required: two forms of the wait, told apart by their yields. Only the
+// Required: two forms of the wait, which differ in their yields. Only the
 // transport's own time limit ends either, and the end of the program: false then,
 // and the flow goes no further.
 bool Main::WaitForTransport() {

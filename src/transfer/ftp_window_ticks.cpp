@@ -32,7 +32,7 @@ void Main::StripRemoteName() {
   const std::string before_caret = text.substr(0, txtRemote.Selection.Get().start);
   txtRemote.Text = WithoutBlanks(text);
   if (txtRemote.Text.Get() == text) return;
-  // Chosen: a new text puts the caret to its start; who is typing goes on where
+  // Chosen: a new text puts the caret to its start; a user who is typing goes on where
   // they were.
   txtRemote.Selection = TextSelection{};
   txtRemote.Selection = TextSelection{.start = WithoutBlanks(before_caret).size()};

@@ -1,4 +1,4 @@
-// The base of everything that stands on a window.
+// The base of everything on a window.
 #pragma once
 
 #include <string>
@@ -44,7 +44,7 @@ class Control {
   /// Set before the shape.
   Property<Raster> PointerPicture;
 
-  /// Told when the window's focus comes and goes. Set by Window::Focus.
+  /// Emitted when the window's focus comes and goes. Set by Window::Focus.
   Signal<> GotFocus;
   Signal<> LostFocus;
 

@@ -107,7 +107,7 @@ class TextBox : public Control {
   void SelectAll() { Selection = TextSelection{0, Text.Get().size()}; }
 
   /// Adds to the end of the text, in time that doesn't grow with the text, and
-  /// puts the caret there; for logs. Tells `Appended` only, not `Text.Changed`.
+  /// puts the caret there; for logs. Emits `Appended` only, not `Text.Changed`.
   void Append(const std::string& text);
   Signal<const std::string&> Appended;
 
@@ -119,14 +119,10 @@ class TextBox : public Control {
 class ListBox : public Control {
  public:
   explicit ListBox(RowList& rows) : Rows(rows) { FollowRows(); }
-  ListBox() : own_rows_(std::make_unique<RowList>()), Rows(*own_rows_) { FollowRows(); }
+  ListBox() : Rows(own_rows_) { FollowRows(); }
   void Accept(ControlVisitor& visitor) override { visitor.Visit(*this); }
   bool TakesFocus() const override { return true; }
 
- private:
-  std::unique_ptr<RowList> own_rows_;
-
- public:
   RowList& Rows;
   bool MultiSelect = false;
 
@@ -142,6 +138,8 @@ class ListBox : public Control {
 
  private:
   void FollowRows();
+
+  RowList own_rows_;  ///< of a list without a record
   std::vector<bool> selected_;
   // The rows may live longer than the list.
   std::vector<Subscription> follows_;

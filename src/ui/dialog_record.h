@@ -27,7 +27,7 @@ struct OfferedFile {
 };
 OfferedFile OfferedBy(const FileDialogRecord& record);
 
-/// What is asked before a missing file is agreed to; empty where nothing is.
+/// The question before a missing file is agreed to; empty where there is none.
 std::string QuestionOfMissing(const FileDialogRecord& record, const Path& missing);
 
 /// Fills the buffers. False, and nothing is changed, when the path is empty or doesn't

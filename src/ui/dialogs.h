@@ -21,7 +21,7 @@ enum FileDialogFlag : std::uint32_t {
 
 /// What a file dialog is given and gives back.
 struct FileDialogRecord {
-  /// The window that the dialog stands over; none: the active one.
+  /// The window that owns the dialog, if it is in view; none: the active one.
   Window* owner = nullptr;
   /// Empty: the dialog's own.
   std::string title;
@@ -46,7 +46,7 @@ struct FileDialogRecord {
 
 struct FolderDialogRecord {
   Window* owner = nullptr;
-  /// Stands above the tree.
+  /// Shown above the tree.
   std::string prompt;
 };
 
@@ -54,12 +54,12 @@ class FileDialogs {
  public:
   virtual ~FileDialogs() = default;
 
-  /// Modal; each returns when the dialog was closed, and yields meanwhile.
+  /// Modal to the whole program; each returns when the dialog was closed, and yields meanwhile.
   /// True when the user confirmed; the buffers are changed only then. A file
-  /// that is to be saved over another one is asked about by the dialog. A path
+  /// that would replace another one is confirmed in the dialog. A path
   /// that is longer than the buffer counts as a cancel. Paths of the program's
-  /// own language can be typed on every system, and what no path can tell can't
-  /// be chosen.
+  /// own language can be typed on every system, and a file that no path can name
+  /// can't be chosen.
   virtual bool ShowOpen(FileDialogRecord& record) = 0;
   virtual bool ShowSave(FileDialogRecord& record) = 0;
 

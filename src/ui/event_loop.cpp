@@ -51,7 +51,7 @@ void EventLoop::Deliver(const std::function<void()>& handler) {
 }
 
 // While something waits for handlers to end, each handler's end has the loop look
-// whether it still has to. The look is itself a handler, and asks for no other one.
+// whether it still has to. The look is itself a handler, and posts no other one.
 void EventLoop::LookForLater(std::uint64_t ended) {
   if (later_.empty() || is_look_posted_ || ended == look_) return;
   Post([this] { RunLater(); });

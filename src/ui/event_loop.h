@@ -25,7 +25,8 @@ class EventLoop {
   /// until something happens, 10 ms at most.
   virtual void WaitPass() = 0;
 
-  /// Serves events until Quit. Returns the code that Quit was given.
+  /// Serves events until Quit. Returns the code that Quit was given. The end of the
+  /// user's session is no event: the system ends the process, and nothing is saved or asked.
   virtual int Run() = 0;
   virtual void Quit(int code) = 0;
   /// Whether Quit was called. A wait for what may never come ends then.
@@ -40,10 +41,10 @@ class EventLoop {
 
   /// Runs the handler of one event. A ProgramError that nobody caught ends the
   /// handler here, so that it can't unwind the one that it interrupted, and is
-  /// told by `Fault`.
+  /// reported by `Fault`.
   void Deliver(const std::function<void()>& handler);
 
-  /// Told of each error that left a handler. The program shows it.
+  /// Emitted for each error that left a handler. The program shows it.
   Signal<const ProgramError&> Fault;
 
   /// The number of the handler that runs, counted from 1; 0 outside of all.
@@ -54,7 +55,7 @@ class EventLoop {
   virtual int Nesting() const = 0;
 
   /// Calls `job` from the loop as soon as nothing can know any more what was made
-  /// in handler `first` and is in nobody's hands from now on: none of the handlers
+  /// in handler `first` and is referred to by nothing else from now on: none of the handlers
   /// from `first` up to this call runs any more, and all that the host did around
   /// them has returned too.
   void AfterHandlersSince(std::uint64_t first, std::function<void()> job);

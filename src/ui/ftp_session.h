@@ -43,15 +43,15 @@ class FtpSession {
 
   /// Starts a request. None may be running.
   virtual void Begin(FtpRequest request) = 0;
-  /// Tells the listener this, later.
-  virtual void Tell(TransportState state, std::int32_t code = kTransferNoError) = 0;
+  /// Reports this to the listener, later.
+  virtual void Report(TransportState state, std::int32_t code = kTransferNoError) = 0;
   /// False when the server of the running request isn't worth waiting for any
-  /// more. To be asked now and then.
+  /// more. To be called now and then.
   virtual bool IsAlive() = 0;
   /// Closes the local file of a request that ended; `whole` gives a download its
   /// name first. Raises what the file raises.
   virtual void CloseFile(bool whole) = 0;
-  /// Ends everything; nothing is told any more. The local file is closed, unless a thread
+  /// Ends everything; nothing is reported any more. The local file is closed, unless a thread
   /// is held up by it and closes it then.
   virtual void Drop() = 0;
   /// Waits until no thread of a dropped session runs any more. False when one still does.

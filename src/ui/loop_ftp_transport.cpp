@@ -68,7 +68,7 @@ FtpLogin LoopFtpTransport::LoginAt(FtpHost host) const {
 
 void LoopFtpTransport::StartSession(FtpLogin login) {
   session_ = make_session_(
-      std::move(login), [this](TransportState state, std::int32_t code) { OnTold(state, code); });
+      std::move(login), [this](TransportState state, std::int32_t code) { OnState(state, code); });
 }
 
 void LoopFtpTransport::DropSession() {
@@ -84,7 +84,7 @@ void LoopFtpTransport::DropSession() {
 // What can't be started is reported like everything that goes wrong later.
 void LoopFtpTransport::Start(const FtpCommand& command) {
   const FtpLogin& login = session_->Login();
-  const auto fail = [this](std::int32_t code) { session_->Tell(TransportState::kError, code); };
+  const auto fail = [this](std::int32_t code) { session_->Report(TransportState::kError, code); };
   if (!FitsOneLine(login.user)) return fail(kTransferWrongUserName);
   if (!FitsOneLine(login.password)) return fail(kTransferWrongPassword);
   FtpRequest request{.verb = command.verb, .remote = command.remote, .silence_s = timeout_s_};
@@ -103,10 +103,10 @@ void LoopFtpTransport::Look() {
   FtpLogin login = session_->Login();
   DropSession();
   StartSession(std::move(login));
-  session_->Tell(TransportState::kError, kTransferTimeOut);
+  session_->Report(TransportState::kError, kTransferTimeOut);
 }
 
-void LoopFtpTransport::OnTold(TransportState state, std::int32_t code) {
+void LoopFtpTransport::OnState(TransportState state, std::int32_t code) {
   if (IsEnd(state)) {
     look_.Enabled = false;
     try {

@@ -46,7 +46,7 @@ class LoopFtpTransport : public FtpTransport {
   void DropSession();
   void Start(const FtpCommand& command);
   void Look();
-  void OnTold(TransportState state, std::int32_t code);
+  void OnState(TransportState state, std::int32_t code);
 
   TransferFiles& files_;
   const MakeSession make_session_;

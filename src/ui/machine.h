@@ -1,4 +1,4 @@
-// Everything that the logic asks of a machine, in one bundle.
+// Everything that the logic needs of a machine, in one bundle.
 #pragma once
 
 #include "platform/ftp_transport.h"
@@ -15,7 +15,7 @@ namespace tarnvale {
 // References only: the hosts own what they refer to and outlive everything built
 // on it.
 
-/// The side of the event loop: who is there to look and to answer.
+/// The side of the event loop: what shows windows and takes answers.
 struct DesktopParts {
   EventLoop& loop;
   MessageBoxes& boxes;

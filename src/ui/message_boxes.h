@@ -20,7 +20,8 @@ class MessageBoxes {
  public:
   virtual ~MessageBoxes() = default;
 
-  /// Shows a modal box and returns when it was answered; closing it by other
+  /// Shows a box, modal to the whole program and owned by its active window if there is
+  /// one, and returns when it was answered; closing it by other
   /// means answers Cancel or No, whichever it has, and OK where there is nothing
   /// else. Yields: timers go on ticking meanwhile.
   virtual BoxAnswer Show(const BoxRequest& request) = 0;

@@ -23,7 +23,7 @@ struct AccessibleRange {
   bool operator==(const AccessibleRange&) const = default;
 };
 
-/// What a screen reader tells of a control beside its kind and name. Whether it
+/// What a screen reader says of a control beside its kind and name. Whether it
 /// is enabled and has the focus, the host knows by itself.
 struct AccessibleState {
   /// Ticked or not; none for a control that has no such state.
@@ -67,7 +67,7 @@ struct DragStep {
 };
 
 /// Base of the kit's controls. The host keeps a canvas of the control's size,
-/// asks for a drawing when the control says that its look changed, copies the
+/// has it drawn when the control reports that its look changed, copies the
 /// canvas to the screen whenever that is needed, and hands on what the user does.
 /// Coordinates are logical pixels from the control's upper left corner.
 class OwnerDrawn : public Control {

@@ -1,4 +1,4 @@
-// A list of texts that tells what changed: the rows of list and combo boxes.
+// A list of texts that reports its changes: the rows of list and combo boxes.
 #pragma once
 
 #include <cstddef>

@@ -31,7 +31,7 @@ class Timer {
 
   Property<bool> Enabled;
   /// Whether a sleeping loop wakes for it. One that doesn't wake the loop ticks
-  /// when something else does, if it is due by then: for ticks that nobody sees.
+  /// when something else does, if it is due by then: for ticks without a visible effect.
   Property<bool> WakesLoop{true};
   Signal<> Tick;
 
@@ -45,7 +45,7 @@ class Timer {
   bool in_handler_ = false;
 };
 
-/// All timers of one event loop. The host tells the time and runs what is due.
+/// All timers of one event loop. The host gives the time and runs what is due.
 class TimerQueue {
  public:
   using Nanoseconds = std::chrono::nanoseconds;

@@ -36,7 +36,7 @@ struct TrayRecord {
 };
 
 /// What a mouse does on an icon: the numbers of the classic window messages. A
-/// host tells each by `hook->MouseMove` with this number times the twips of a
+/// host reports each by `hook->MouseMove` with this number times the twips of a
 /// pixel as its X.
 enum TrayMessage : std::int32_t {
   kTrayLeftDown = 513,

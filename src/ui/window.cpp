@@ -42,9 +42,9 @@ void Window::Focus(Control& control) {
   FocusMoved.Emit();
   // Each handler may have moved the focus on already.
   if (focused_ != &control) return;
-  if (Control* old = std::exchange(told_, nullptr)) old->LostFocus.Emit();
+  if (Control* old = std::exchange(notified_, nullptr)) old->LostFocus.Emit();
   if (focused_ != &control) return;
-  told_ = &control;
+  notified_ = &control;
   control.GotFocus.Emit();
 }
 

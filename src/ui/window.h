@@ -24,8 +24,9 @@ enum class WindowFrame {
   kPopup,   ///< no frame, above all others, doesn't take the focus
 };
 
-/// Where one control stands. `place` counts from the container's upper left
-/// corner. The order of placements is the tab order.
+/// The place of one control. `place` counts from the container's upper left
+/// corner. The order of placements is the tab order, and the order in depth: a later
+/// control covers an earlier one of the same container.
 struct Placement {
   Control* control = nullptr;
   Control* container = nullptr;  ///< null: the window itself
@@ -82,7 +83,7 @@ class Window {
   /// Emitted by Show on a visible window: the host brings it forward.
   Signal<> Raised;
 
-  /// Asks the window to close, as its close box does: CloseAsked may cancel;
+  /// Requests the window to close, as its close box does: CloseAsked may cancel;
   /// otherwise it is hidden and Closed emitted. False when cancelled.
   bool Close();
   Signal<CloseRequest&> CloseAsked;
@@ -98,6 +99,7 @@ class Window {
   /// Nothing happens when it has it already, or can't take it for being hidden
   /// or disabled.
   void Focus(Control& control);
+  /// What becomes of the focus of a control that is hidden or disabled: input_rules.h.
   Control* Focused() const { return focused_; }
   Signal<> FocusMoved;
   /// What Enter presses while no other button has the focus, and shows it; none
@@ -112,8 +114,8 @@ class Window {
  private:
   std::vector<Placement> placements_;
   Control* focused_ = nullptr;
-  // The control that was told last that it got the focus.
-  Control* told_ = nullptr;
+  // The control whose GotFocus was emitted last.
+  Control* notified_ = nullptr;
 };
 
 /// What is common to all windows of the program.
@@ -128,7 +130,8 @@ class WindowHost {
  public:
   virtual ~WindowHost() = default;
 
-  /// Mirrors a window from now on. Its placements, frame and menus must be
+  /// Mirrors a window from now on. No window owns another one: the one shown or activated
+  /// last is on top, only popups stay above. Its placements, frame and menus must be
   /// complete. The record must live until it is dropped or the loop has ended; the
   /// host may outlive it and then doesn't touch it.
   virtual void Adopt(Window& window) = 0;

@@ -14,7 +14,7 @@ userdata::userdata(Machine& machine)
   LayOut(*this);
   WirePanels();
   Timer1.Tick.Listen([this] { FollowProfile(); });
-  // Nobody sees its ticks while it is hidden.
+  // Its ticks show nothing while it is hidden.
   const auto wake_while_seen = [this] { Timer1.WakesLoop = Visible.Get(); };
   Visible.Changed.Listen(wake_while_seen);
   wake_while_seen();

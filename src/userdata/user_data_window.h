@@ -160,8 +160,8 @@ class userdata : public Window {
   void MakeFolder(const Path& folder);
   void CopyOver(const Path& source, const Path& target, Rights rights);
   void StartEditor(const std::string& line);
-  void TellBackedUp();
-  void TellRestored();
+  void ShowBackedUp();
+  void ShowRestored();
 
   Machine& machine_;
   FileControl control_;

@@ -1,4 +1,4 @@
-// What the buttons do: ask for a folder, copy, and say that it worked.
+// What the buttons do: have a folder chosen, copy, and say that it worked.
 #include <array>
 #include <cstdint>
 
@@ -81,13 +81,13 @@ void userdata::StartEditor(const std::string& line) {
 }
 
 // Required: these two come whatever became of the copies.
-void userdata::TellBackedUp() {
+void userdata::ShowBackedUp() {
   machine_.boxes.Show({.text = "Your User Data Has Been Successfully Backed Up.",
                        .icon = BoxIcon::kInformation,
                        .title = "User Data Backup"});
 }
 
-void userdata::TellRestored() {
+void userdata::ShowRestored() {
   machine_.boxes.Show({.text = "Your User Data Has Been Successfully Restored",
                        .icon = BoxIcon::kInformation,
                        .title = "User Data Restore"});
@@ -97,7 +97,7 @@ void userdata::BackUpFolder(const Panel& panel) {
   TextBox& chosen = this->*panel.chosen;
   AskForFolder({&chosen});
   CopyOver((this->*panel.profile).Text, chosen.Text.Get() + panel.folder, Rights::kSource);
-  TellBackedUp();
+  ShowBackedUp();
 }
 
 // What is chosen is the folder that the backup made, not the one that it was
@@ -106,7 +106,7 @@ void userdata::RestoreFolder(const Panel& panel) {
   TextBox& chosen = this->*panel.chosen;
   AskForFolder({&chosen});
   CopyOver(chosen.Text, (this->*panel.profile).Text, Rights::kNewFile);
-  TellRestored();
+  ShowRestored();
 }
 
 void userdata::BackUpExplorer(const Panel&) {
@@ -118,7 +118,7 @@ void userdata::BackUpExplorer(const Panel&) {
   for (const ExplorerFolder& folder : kExplorerFolders) {
     CopyOver((this->*folder.place).Text, Text6.Text.Get() + folder.name, Rights::kSource);
   }
-  TellBackedUp();
+  ShowBackedUp();
 }
 
 void userdata::RestoreExplorer(const Panel&) {
@@ -126,7 +126,7 @@ void userdata::RestoreExplorer(const Panel&) {
   for (const ExplorerFolder& folder : kExplorerFolders) {
     CopyOver(Text6.Text.Get() + folder.name, (this->*folder.place).Text, Rights::kNewFile);
   }
-  TellRestored();
+  ShowRestored();
 }
 
 void userdata::BackUpExpress(const Panel&) {
@@ -137,7 +137,7 @@ void userdata::BackUpExpress(const Panel&) {
   for (const ExpressBranch& part : kExpressBranches) {
     StartEditor(ExportLine(Text9.Text.Get() + part.file, part.branch));
   }
-  TellBackedUp();
+  ShowBackedUp();
 }
 
 void userdata::RestoreExpress(const Panel&) {
@@ -149,7 +149,7 @@ void userdata::RestoreExpress(const Panel&) {
   for (const ExpressBranch& part : kExpressBranches) {
     StartEditor(ImportLine(Text9.Text.Get() + part.file));
   }
-  TellRestored();
+  ShowRestored();
 }
 
 void userdata::BackUpSystemFiles(const Panel&) {
@@ -169,7 +169,7 @@ void userdata::BackUpSystemFiles(const Panel&) {
     XP_ProgressBar1.Value = ++done;
   }
   XP_ProgressBar1.Value = XP_ProgressBar1.Max;
-  TellBackedUp();
+  ShowBackedUp();
 }
 
 }  // namespace tarnvale

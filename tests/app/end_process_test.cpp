@@ -18,7 +18,7 @@ std::atomic<bool> lookup_has_begun = false;
 
 }  // namespace
 
-// Stands in for the system's, which asks a name server that doesn't answer.
+// Stands in for the system's, which queries a name server that doesn't answer.
 extern "C" int getaddrinfo(const char*, const char*, const addrinfo*, addrinfo**) {
   lookup_has_begun = true;
   std::this_thread::sleep_for(std::chrono::hours(1));

@@ -100,7 +100,7 @@ TEST_F(ProgramTest, ASettingsFileWithMarkTwoKeepsTheSplashUpForGood) {
   EXPECT_FALSE(p.Agreement.IsLoaded());
 }
 
-TEST_F(ProgramTest, ASecondInstanceStartsTheCompanionTellsItsMessageAndEnds) {
+TEST_F(ProgramTest, ASecondInstanceStartsTheCompanionShowsItsMessageAndEnds) {
   GivenWizard("1");
   machine.processes.previous_instance = true;
   machine.boxes.Expect("Another Instance Of Tarnvale Is Already Running On This System.",
@@ -346,7 +346,7 @@ class RunWithUploadTest : public ProgramTest {
         "Dir=C:\\Store\r\nBackup=C:\\Archives\r\n[Entries]\r\n0=C:\\Work\\a.txt\r\n");
   }
 
-  /// Starts the program and asks for a run, up to the end of its pause.
+  /// Starts the program and requests a run, up to the end of its pause.
   Program& StartRun() {
     Program& p = Start();
     machine.Advance(10s);

@@ -7,7 +7,7 @@
 namespace tarnvale {
 namespace {
 
-TEST(PropertyTest, AChangeIsToldOnceItIsMade) {
+TEST(PropertyTest, AChangeIsReportedOnceItIsMade) {
   Property<int> property{1};
   int seen = 0;
   property.Changed.Listen([&] { seen = property.Get(); });
@@ -16,7 +16,7 @@ TEST(PropertyTest, AChangeIsToldOnceItIsMade) {
   EXPECT_EQ(property, 2);
 }
 
-TEST(PropertyTest, SettingTheSameValueTellsNobody) {
+TEST(PropertyTest, SettingTheSameValueNotifiesNoListener) {
   Property<std::string> property{std::string("x")};
   int changes = 0;
   property.Changed.Listen([&] { ++changes; });
@@ -47,7 +47,7 @@ TEST(PropertyTest, SettingAnotherValueOnlySetsNothingElse) {
   EXPECT_EQ(property, 2);
 }
 
-TEST(PropertyTest, AQuietChangeTellsNobody) {
+TEST(PropertyTest, AQuietChangeNotifiesNoListener) {
   Property<std::string> property{std::string("x")};
   int changes = 0;
   property.Changed.Listen([&] { ++changes; });

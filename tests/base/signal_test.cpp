@@ -17,8 +17,8 @@ class SignalTest : public ::testing::Test {
   std::vector<std::string> heard;
   Signal<const std::string&> signal;
 
-  auto Hear(const std::string& who) {
-    return [this, who](const std::string& what) { heard.push_back(who + " " + what); };
+  auto Hear(const std::string& name) {
+    return [this, name](const std::string& what) { heard.push_back(name + " " + what); };
   }
 };
 

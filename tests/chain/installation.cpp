@@ -53,7 +53,7 @@ Installation::Installation(const std::string& programs) {
   for (const char* name : {"Data", "Documents", "Storage", "Archives", "Home"}) {
     fs::create_directory(folder_ / name);
   }
-  Write("Data.txt", "\"" + Told("Data") + "\"\r\n");
+  Write("Data.txt", "\"" + PathOf("Data") + "\"\r\n");
 }
 
 Installation::~Installation() {
@@ -62,7 +62,7 @@ Installation::~Installation() {
   ::waitpid(process_, nullptr, 0);
 }
 
-std::string Installation::Told(const std::string& name) const {
+std::string Installation::PathOf(const std::string& name) const {
   std::string path = folder_ / name;
   std::replace(path.begin(), path.end(), '/', '\\');
   return "C:" + path;

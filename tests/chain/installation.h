@@ -31,7 +31,7 @@ class Installation {
   /// A native path, by its name from the folder's root.
   std::string operator/(const std::string& name) const { return folder_ / name; }
   /// The same path as the program calls it.
-  std::string Told(const std::string& name) const;
+  std::string PathOf(const std::string& name) const;
   void Write(const std::string& name, const std::string& content) const;
   std::string Content(const std::string& name) const;
 

@@ -20,23 +20,23 @@ class ArchiveFailuresTest : public ArchiveFixture {
 
 TEST_F(ArchiveFailuresTest, AMissingArchiveShowsABoxAndExtractsNothing) {
   machine.boxes.Expect("The archive does not exist!", BoxIcon::kStop, BoxAnswer::kOk);
-  told.clear();
+  reported.clear();
   EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, out, true), 0);
-  EXPECT_THAT(told, ElementsAre("status 10"));
+  EXPECT_THAT(reported, ElementsAre("status 10"));
 }
 
 TEST_F(ArchiveFailuresTest, ReadingAMissingArchiveShowsABoxInCapitals) {
   machine.boxes.Expect("The Archive Does Not Exist!", BoxIcon::kStop, BoxAnswer::kOk);
-  told.clear();
+  reported.clear();
   archiver.ReadFiles(archive, true);
-  EXPECT_THAT(told, ElementsAre("status 18"));
+  EXPECT_THAT(reported, ElementsAre("status 18"));
 }
 
 TEST_F(ArchiveFailuresTest, ExtractingOneOfAMissingArchiveShowsABoxAndLeavesTheFolderAlone) {
   machine.boxes.Expect("The Archive Does Not Exist!", BoxIcon::kStop, BoxAnswer::kOk);
-  told.clear();
+  reported.clear();
   archiver.ExtractFile(archive, "a", out, true);
-  EXPECT_THAT(told, ElementsAre("status 19"));
+  EXPECT_THAT(reported, ElementsAre("status 19"));
   EXPECT_EQ(out, "C:\\Out");
 }
 
@@ -57,9 +57,9 @@ TEST_F(ArchiveFailuresTest, TheBoxHasTheProgramsTitle) {
 
 TEST_F(ArchiveFailuresTest, AnEmptyTreeCountsOneRecordWithoutANameAndFailsToOpenTheRoot) {
   files.MakeFolder("C:\\Data\\sub");
-  told.clear();
+  reported.clear();
   EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Data", archive, false); }), 75);
-  EXPECT_THAT(told, ElementsAre("status 9", "status 7", "status 8", "status 3"));
+  EXPECT_THAT(reported, ElementsAre("status 9", "status 7", "status 8", "status 3"));
   EXPECT_EQ(files.Content(archive), std::string("\1\0\0\0\0\0", 6));
   EXPECT_EQ(machine.open_files.OpenCount(), 1);
 }
@@ -73,10 +73,10 @@ TEST_F(ArchiveFailuresTest, AFileThatCannotBeOpenedEndsBuildingAndTheStageFileSt
   files.Write("C:\\Data\\a", "1");
   files.Write("C:\\Data\\b", "2");
   machine.open_files.FailOn("OpenBinary", "C:\\Data\\b", 70);
-  told.clear();
+  reported.clear();
   EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Data", archive, true); }), 70);
-  EXPECT_THAT(told, ElementsAre("status 9", "status 7", "status 8", "status 3",
-                                "adding a in C:\\Data\\ 1", "build 50"));
+  EXPECT_THAT(reported, ElementsAre("status 9", "status 7", "status 8", "status 3",
+                                    "adding a in C:\\Data\\ 1", "build 50"));
   EXPECT_EQ(files.Content(stage), Number32(2) + Record("a", "1") + Number16(1) + "b");
   EXPECT_FALSE(files.Exists(archive));
   // What was open stays open.
@@ -100,10 +100,10 @@ TEST_F(ArchiveFailuresTest, BytesThatCouldNotBeWrittenAreNotTriedAgain) {
 
 TEST_F(ArchiveFailuresTest, ADamagedStreamExtractsNothing) {
   files.Write(archive, "HE1\rx");
-  told.clear();
+  reported.clear();
   EXPECT_EQ(RaisedBy([&] { archiver.ExtractFilesFromArchiv(archive, out, true); }),
             kProgramDefinedError);
-  EXPECT_THAT(told, ElementsAre("status 10", "status 12"));
+  EXPECT_THAT(reported, ElementsAre("status 10", "status 12"));
   EXPECT_FALSE(files.Exists(stage));
   EXPECT_FALSE(files.Exists("C:\\Out"));
 }
@@ -143,7 +143,7 @@ TEST_F(ArchiveFailuresTest, ANumberOfRecordsBelow1ExtractsNothing) {
 TEST_F(ArchiveFailuresTest, EntriesBeforeADamagedOneAreWritten) {
   EXPECT_EQ(Extracting(Number32(2) + Record("a", "1") + Number16(5) + "b"), 62);
   EXPECT_EQ(files.Content("C:\\Out\\a"), "1");
-  EXPECT_EQ(told.back(), "extract 50");
+  EXPECT_EQ(reported.back(), "extract 50");
 }
 
 TEST_F(ArchiveFailuresTest, ANameWithParentFoldersWritesOutsideTheTarget) {

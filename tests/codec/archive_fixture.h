@@ -37,23 +37,23 @@ class ArchiveFixture : public ::testing::Test {
     Record1(archiver.ReturnContentsDecryptingProcess, "list");
     Record1(archiver.ExtractSingleDecompressProcess, "single");
     archiver.AddingFile.Listen([this](const std::string& file, const Path& folder, int size) {
-      told.push_back("adding " + file + " in " + folder + " " + std::to_string(size));
+      reported.push_back("adding " + file + " in " + folder + " " + std::to_string(size));
     });
     archiver.ExtractingFileFromArchive.Listen(
         [this](const std::string& file, const Path& folder, int size) {
-          told.push_back("extracting " + file + " to " + folder + " " + std::to_string(size));
+          reported.push_back("extracting " + file + " to " + folder + " " + std::to_string(size));
         });
     archiver.CompressionDone.Listen([this](int container, int packed) {
-      told.push_back("sizes " + std::to_string(container) + " " + std::to_string(packed));
+      reported.push_back("sizes " + std::to_string(container) + " " + std::to_string(packed));
     });
     archiver.ReturnContents.Listen([this](const std::string& name, int size) {
-      told.push_back("entry " + name + " " + std::to_string(size));
+      reported.push_back("entry " + name + " " + std::to_string(size));
     });
   }
 
   void Record1(Signal<std::int16_t>& event, std::string name) {
     event.Listen([this, name = std::move(name)](std::int16_t percent) {
-      told.push_back(name + " " + std::to_string(percent));
+      reported.push_back(name + " " + std::to_string(percent));
     });
   }
 
@@ -66,9 +66,9 @@ class ArchiveFixture : public ::testing::Test {
 
   FakeMachine machine;
   FakeFiles& files = machine.files;
-  std::vector<std::string> told;
+  std::vector<std::string> reported;
   usercontrol11 archiver{machine.Interfaces(), [this](ArchiveStatus status) {
-                           told.push_back("status " + std::to_string(static_cast<int>(status)));
+                           reported.push_back("status " + std::to_string(static_cast<int>(status)));
                          }};
   const Path archive = "C:\\Store\\a.tvz";
   const Path stage = "C:\\Store\\a.tvz.tmp";

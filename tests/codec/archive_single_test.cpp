@@ -12,16 +12,16 @@ class ArchiveSingleTest : public ArchiveFixture {
     files.Write("C:\\Data\\a.txt", "hi");
     files.Write("C:\\Data\\sub\\b.txt", "hello");
     archiver.SaveFilesToArchiv("C:\\Data", archive, true);
-    told.clear();
+    reported.clear();
   }
 
   Path out = "C:\\Out";
 };
 
-TEST_F(ArchiveSingleTest, WritesOneEntryAndTellsItsStepsInOrder) {
+TEST_F(ArchiveSingleTest, WritesOneEntryAndReportsItsStepsInOrder) {
   archiver.ExtractFile(archive, "sub\\b.txt", out, true);
-  EXPECT_THAT(told, ElementsAre("status 19", "status 20", "single 89", "single 100", "status 21",
-                                "status 22"));
+  EXPECT_THAT(reported, ElementsAre("status 19", "status 20", "single 89", "single 100",
+                                    "status 21", "status 22"));
   EXPECT_EQ(files.Content("C:\\Out\\sub\\b.txt"), "hello");
   EXPECT_THAT(files.Names("C:\\Out"), ElementsAre("sub"));
 }
@@ -45,7 +45,7 @@ TEST_F(ArchiveSingleTest, FindsLettersOfAllAlphabetsInOtherCase) {
 
 TEST_F(ArchiveSingleTest, AFileOfAnotherEntryIsNotReplaced) {
   machine.files.AddDrive("W");
-  machine.files.TellCaseApart("W");
+  machine.files.DistinguishCase("W");
   files.Write("C:\\Store\\two", Number32(2) + Record("a.txt", "second") + Record("A.txt", "first"));
   files.Write("W:\\A.txt", "of the other entry");
   out = "W:\\";
@@ -70,8 +70,8 @@ TEST_F(ArchiveSingleTest, YieldsOnceForEachEntryThatIsNotTheOne) {
 
 TEST_F(ArchiveSingleTest, ANameThatIsNotThereWritesNothingAndLeavesNoStageFile) {
   archiver.ExtractFile(archive, "missing.txt", out, true);
-  EXPECT_THAT(told, ElementsAre("status 19", "status 20", "single 89", "single 100", "status 21",
-                                "status 22"));
+  EXPECT_THAT(reported, ElementsAre("status 19", "status 20", "single 89", "single 100",
+                                    "status 21", "status 22"));
   EXPECT_FALSE(files.Exists("C:\\Out"));
   EXPECT_FALSE(files.Exists(stage));
   EXPECT_EQ(machine.open_files.OpenCount(), 0);
@@ -85,25 +85,25 @@ TEST_F(ArchiveSingleTest, AfterAnEntryWasFoundTheStageFileIsStillThereAndOpen) {
 
 TEST_F(ArchiveSingleTest, TheNextOperationsFailBecauseTheStageFileCannotBeDeleted) {
   archiver.ExtractFile(archive, "a.txt", out, true);
-  told.clear();
+  reported.clear();
   Path again = "C:\\Again";
   EXPECT_EQ(RaisedBy([&] { archiver.ExtractFile(archive, "a.txt", again, true); }), 70);
-  EXPECT_THAT(told, ElementsAre("status 19", "status 20", "single 89", "single 100"));
+  EXPECT_THAT(reported, ElementsAre("status 19", "status 20", "single 89", "single 100"));
   EXPECT_EQ(again, "C:\\Again");
-  told.clear();
+  reported.clear();
   EXPECT_EQ(RaisedBy([&] { archiver.ReadFiles(archive, true); }), 70);
-  EXPECT_THAT(told, ElementsAre("status 18", "status 17", "list 89", "list 100"));
-  told.clear();
+  EXPECT_THAT(reported, ElementsAre("status 18", "status 17", "list 89", "list 100"));
+  reported.clear();
   EXPECT_EQ(RaisedBy([&] { archiver.ExtractFilesFromArchiv(archive, "C:\\Again", true); }), 70);
-  EXPECT_THAT(told, ElementsAre("status 10", "status 12", "decompress 89", "decompress 100"));
+  EXPECT_THAT(reported, ElementsAre("status 10", "status 12", "decompress 89", "decompress 100"));
   EXPECT_FALSE(files.Exists("C:\\Again"));
 }
 
 TEST_F(ArchiveSingleTest, SavingOverItFailsOnlyWhenItsStageFileShouldGo) {
   archiver.ExtractFile(archive, "a.txt", out, true);
-  told.clear();
+  reported.clear();
   EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Data", archive, true); }), 70);
-  EXPECT_EQ(told.back().substr(0, 6), "sizes ");
+  EXPECT_EQ(reported.back().substr(0, 6), "sizes ");
   EXPECT_TRUE(files.Exists(archive));
 }
 

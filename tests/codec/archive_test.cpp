@@ -23,7 +23,7 @@ class ArchiveTest : public ArchiveFixture {
 };
 
 TEST_F(ArchiveTest, IsReadyFromItsCreationOn) {
-  EXPECT_THAT(told, ElementsAre("status 0"));
+  EXPECT_THAT(reported, ElementsAre("status 0"));
 }
 
 TEST_F(ArchiveTest, ASingleFileGivesTheContainersFieldsInOrder) {
@@ -59,26 +59,26 @@ TEST_F(ArchiveTest, ASingleFileGivesTheDocumentedArchive) {
 
 TEST_F(ArchiveTest, SavingWithoutCompressionRaisesStatus14TwiceAndNoCompressionDone) {
   MakeTree();
-  told.clear();
+  reported.clear();
   EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data", archive, false), 2);
-  EXPECT_THAT(told, ElementsAre("status 9", "status 7", "status 8", "status 3",
-                                "adding a.txt in C:\\Data\\ 2", "build 50",
-                                "adding b.txt in C:\\Data\\sub\\ 5", "build 100", "status 4",
-                                "status 14", "status 14"));
+  EXPECT_THAT(reported, ElementsAre("status 9", "status 7", "status 8", "status 3",
+                                    "adding a.txt in C:\\Data\\ 2", "build 50",
+                                    "adding b.txt in C:\\Data\\sub\\ 5", "build 100", "status 4",
+                                    "status 14", "status 14"));
   EXPECT_EQ(files.Content(archive), two_records);
   EXPECT_FALSE(files.Exists(stage));
 }
 
-TEST_F(ArchiveTest, SavingWithCompressionTellsItsStepsInOrder) {
+TEST_F(ArchiveTest, SavingWithCompressionReportsItsStepsInOrder) {
   MakeTree();
-  told.clear();
+  reported.clear();
   EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data", archive, true), 2);
   const auto archive_size = std::to_string(files.Content(archive).size());
-  EXPECT_THAT(told, ElementsAre("status 9", "status 7", "status 8", "status 3",
-                                "adding a.txt in C:\\Data\\ 2", "build 50",
-                                "adding b.txt in C:\\Data\\sub\\ 5", "build 100", "status 4",
-                                "status 1", "compress 7", "compress 12", "compress 100",
-                                "sizes 37 " + archive_size, "status 2", "status 14"));
+  EXPECT_THAT(reported, ElementsAre("status 9", "status 7", "status 8", "status 3",
+                                    "adding a.txt in C:\\Data\\ 2", "build 50",
+                                    "adding b.txt in C:\\Data\\sub\\ 5", "build 100", "status 4",
+                                    "status 1", "compress 7", "compress 12", "compress 100",
+                                    "sizes 37 " + archive_size, "status 2", "status 14"));
   EXPECT_EQ(files.Content(archive).substr(0, 4), "HE3\r");
   EXPECT_FALSE(files.Exists(stage));
   EXPECT_EQ(machine.open_files.OpenCount(), 0);
@@ -108,12 +108,12 @@ TEST_F(ArchiveTest, SavingYieldsOnceAFileAroundTheCodecAtItsReportsAndAtTheEnd) 
             2 + 1 + 3 + 1 + 1);
 }
 
-TEST_F(ArchiveTest, ExtractingTellsItsStepsInOrder) {
+TEST_F(ArchiveTest, ExtractingReportsItsStepsInOrder) {
   MakeTree();
   archiver.SaveFilesToArchiv("C:\\Data", archive, true);
-  told.clear();
+  reported.clear();
   EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Out", true), 2);
-  EXPECT_THAT(told,
+  EXPECT_THAT(reported,
               ElementsAre("status 10", "status 12", "decompress 89", "decompress 100", "status 13",
                           "status 11", "status 5", "extracting a.txt to C:\\Out\\ 2", "extract 50",
                           "extracting b.txt to C:\\Out\\sub\\ 5", "extract 100", "status 6"));
@@ -123,11 +123,12 @@ TEST_F(ArchiveTest, ExtractingTellsItsStepsInOrder) {
 
 TEST_F(ArchiveTest, ExtractingABareContainerLeavesOutTheDecompression) {
   files.Write(archive, two_records);
-  told.clear();
+  reported.clear();
   EXPECT_EQ(archiver.ExtractFilesFromArchiv(archive, "C:\\Out\\", false), 2);
-  EXPECT_THAT(told, ElementsAre("status 10", "status 11", "status 5",
-                                "extracting a.txt to C:\\Out\\ 2", "extract 50",
-                                "extracting b.txt to C:\\Out\\sub\\ 5", "extract 100", "status 6"));
+  EXPECT_THAT(
+      reported,
+      ElementsAre("status 10", "status 11", "status 5", "extracting a.txt to C:\\Out\\ 2",
+                  "extract 50", "extracting b.txt to C:\\Out\\sub\\ 5", "extract 100", "status 6"));
   EXPECT_EQ(files.Content(archive), two_records);
 }
 
@@ -222,36 +223,36 @@ TEST_F(ArchiveTest, AnOldArchiveIsDeletedBeforeBuildingBegins) {
   EXPECT_EQ(files.Content(archive).size(), 17U);
 }
 
-TEST_F(ArchiveTest, ReadingTellsEachEntryInOrder) {
+TEST_F(ArchiveTest, ReadingReportsEachEntryInOrder) {
   MakeTree();
   archiver.SaveFilesToArchiv("C:\\Data", archive, true);
-  told.clear();
+  reported.clear();
   archiver.ReadFiles(archive, true);
-  EXPECT_THAT(told, ElementsAre("status 18", "status 17", "list 89", "list 100", "status 15",
-                                "entry a.txt 2", "entry sub\\b.txt 5", "status 16"));
+  EXPECT_THAT(reported, ElementsAre("status 18", "status 17", "list 89", "list 100", "status 15",
+                                    "entry a.txt 2", "entry sub\\b.txt 5", "status 16"));
   EXPECT_FALSE(files.Exists(stage));
 }
 
 TEST_F(ArchiveTest, ReadingABareContainerLeavesItWhereItIs) {
   files.Write(archive, two_records);
-  told.clear();
+  reported.clear();
   EXPECT_EQ(YieldsDuring([&] { archiver.ReadFiles(archive, false); }), 2);
-  EXPECT_THAT(told, ElementsAre("status 18", "status 15", "entry a.txt 2", "entry sub\\b.txt 5",
-                                "status 16"));
+  EXPECT_THAT(reported, ElementsAre("status 18", "status 15", "entry a.txt 2", "entry sub\\b.txt 5",
+                                    "status 16"));
   EXPECT_EQ(files.Content(archive), two_records);
 }
 
 TEST_F(ArchiveTest, DeCompressArchiveIsOneDecoding) {
   files.Write(archive, "HE0\rno container at all");
-  told.clear();
+  reported.clear();
   archiver.DeCompressArchive(archive, "C:\\Store\\plain");
   EXPECT_EQ(files.Content("C:\\Store\\plain"), "no container at all");
-  EXPECT_THAT(told, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
   files.Write("C:\\Data\\a.txt", "hi");
   archiver.SaveFilesToArchiv("C:\\Data", archive, true);
-  told.clear();
+  reported.clear();
   EXPECT_EQ(YieldsDuring([&] { archiver.DeCompressArchive(archive, "C:\\Store\\plain"); }), 2);
-  EXPECT_THAT(told, ElementsAre("request 89", "request 100"));
+  EXPECT_THAT(reported, ElementsAre("request 89", "request 100"));
   EXPECT_EQ(files.Content("C:\\Store\\plain"), Number32(1) + Record("a.txt", "hi"));
 }
 
@@ -262,17 +263,17 @@ TEST_F(ArchiveTest, RunsAnOperationWithinAnother) {
   // During a report of the first codec a second one takes its place.
   archiver.CompressArchiveProgress.Listen([&](std::int16_t percent) {
     if (percent != 12 || std::exchange(nested, true)) return;
-    told.push_back("nested");
+    reported.push_back("nested");
     archiver.SaveFilesToArchiv("C:\\Data", "C:\\Store\\b.tvz", true);
-    told.push_back("outer");
+    reported.push_back("outer");
   });
   archiver.SaveFilesToArchiv("C:\\Data", archive, true);
   ASSERT_TRUE(nested);
   EXPECT_EQ(files.Content(archive), files.Content("C:\\Store\\other.tvz"));
   EXPECT_EQ(files.Content("C:\\Store\\b.tvz"), files.Content("C:\\Store\\other.tvz"));
   // The first codec's later report reaches nobody any more.
-  const auto outer = std::find(told.begin(), told.end(), "outer");
-  EXPECT_EQ(std::count(outer, told.end(), "compress 100"), 0);
+  const auto outer = std::find(reported.begin(), reported.end(), "outer");
+  EXPECT_EQ(std::count(outer, reported.end(), "compress 100"), 0);
 }
 
 TEST_F(ArchiveTest, NamesAreInTheSystemsCodePage) {

@@ -10,7 +10,7 @@
 
 namespace {
 
-// The largest piece of memory that anybody asked for.
+// The largest piece of memory that was allocated.
 std::size_t largest_request = 0;
 
 void* Allocate(std::size_t size) {

@@ -107,13 +107,13 @@ TEST_F(HuffmanFilesTest, ADamagedStreamLeavesTheDestinationAsItWas) {
 TEST_F(HuffmanFilesTest, TheDestinationIsDeletedOnlyAfterTheLastReport) {
   files.Write(source, "ab");
   files.Write(packed, "old");
-  std::vector<int> told;
+  std::vector<int> reported;
   codec.Progress.Listen([&](std::int16_t percent) {
-    told.push_back(percent);
+    reported.push_back(percent);
     EXPECT_EQ(files.Content(packed), "old");
   });
   codec.EncodeFile(source, packed);
-  EXPECT_EQ(told, (std::vector<int>{7, 12, 100}));
+  EXPECT_EQ(reported, (std::vector<int>{7, 12, 100}));
 }
 
 TEST_F(HuffmanFilesTest, ADestinationThatCannotBeDeletedRaisesItsError) {

@@ -52,17 +52,17 @@ TEST_F(HuffmanProgressTest, CountingLooksAtEvery1000thByteAndTheOthersAtEvery100
 }
 
 TEST_F(HuffmanProgressTest, HalvesGoToTheEvenNumber) {
-  std::vector<int> told;
-  PercentReport report([&](std::int16_t percent) { told.push_back(percent); });
+  std::vector<int> reported;
+  PercentReport report([&](std::int16_t percent) { reported.push_back(percent); });
   for (const double percent : {0.5, 1.5, 2.5, 3.5, 4.5, 88.5, 89.5}) report.Report(percent);
-  EXPECT_THAT(told, ElementsAre(2, 4, 88, 90));
+  EXPECT_THAT(reported, ElementsAre(2, 4, 88, 90));
 }
 
 TEST_F(HuffmanProgressTest, APercentThatStaysIsNotReportedAgain) {
-  std::vector<int> told;
-  PercentReport report([&](std::int16_t percent) { told.push_back(percent); });
+  std::vector<int> reported;
+  PercentReport report([&](std::int16_t percent) { reported.push_back(percent); });
   for (const double percent : {0.0, 0.2, 1.0, 1.2, 1.4, 2.0}) report.Report(percent);
-  EXPECT_THAT(told, ElementsAre(1, 2));
+  EXPECT_THAT(reported, ElementsAre(1, 2));
 }
 
 TEST_F(HuffmanProgressTest, DecodingReportsThe10000thBytesOfTheStreamAndOfTheResult) {

@@ -13,7 +13,7 @@
 namespace tarnvale::testing {
 namespace {
 
-// As many threads as are asked for, on whatever processors.
+// As many threads as are wanted, on whatever processors.
 class ManyThreads final : public Workers {
  public:
   std::size_t Helpers() override { return 5; }

@@ -21,7 +21,7 @@ constexpr long kOwnError = -2147221504;  // 0x80040000 as a signed 32-bit number
 
 class Reporter {
  public:
-  explicit Reporter(std::vector<int>& told) : told_(told) {}
+  explicit Reporter(std::vector<int>& reported) : reported_(reported) {}
   void Report(double percent) {
     // Halves go to the even neighbour.
     double rounded = std::floor(percent);
@@ -29,14 +29,14 @@ class Reporter {
     if (rest > 0.5 || (rest == 0.5 && std::fmod(rounded, 2.0) != 0)) rounded += 1;
     if (static_cast<int>(rounded) == last_) return;
     last_ = static_cast<int>(rounded);
-    told_.push_back(last_);
+    reported_.push_back(last_);
   }
   void Finish() {
     if (last_ != 100) Report(100);
   }
 
  private:
-  std::vector<int>& told_;
+  std::vector<int>& reported_;
   int last_ = 0;
 };
 

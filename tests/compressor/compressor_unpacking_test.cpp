@@ -73,7 +73,7 @@ TEST_F(CompressorUnpackingTest, CancellingTheFolderUnpacksNothing) {
   EXPECT_EQ(window.CheckBox10.Caption.Get(), "");
 }
 
-TEST_F(CompressorUnpackingTest, OfAMissingArchiveTheArchiverTellsInItsBox) {
+TEST_F(CompressorUnpackingTest, AMissingArchiveIsReportedInTheArchiversBox) {
   machine.boxes.Expect("The archive does not exist!", BoxIcon::kStop, BoxAnswer::kOk);
   Unpack("C:\\Store\\missing.tvz", "C:\\Out");
   EXPECT_EQ(window.CheckBox10.Caption.Get(), "Starting To Extract");

@@ -86,7 +86,7 @@ TEST_F(OutOfMemoryTest, AResultThatIsTooLargeRaises7) {
       7);
 }
 
-TEST_F(OutOfMemoryTest, AClickInTheCompressorTellsOf7AndTheWindowLivesOn) {
+TEST_F(OutOfMemoryTest, AClickInTheCompressorShows7AndTheWindowLivesOn) {
   MakeLarge("Store/large.tvz", "HE0\r");
   EXPECT_EQ(WithLittleMemory(kRoom,
                              [&] {

@@ -155,7 +155,7 @@ TEST_F(BackupLogTest, RoundsBeyondTheTableLogNothing) {
                 End(1));
 }
 
-TEST_F(BackupLogTest, TheEndTellsTheTimeOfTheStartAndOfTheEnd) {
+TEST_F(BackupLogTest, TheEndGivesTheTimeOfTheStartAndOfTheEnd) {
   AddFile("C:\\Src\\a.txt", "a");
   machine.loop.OnYield(1, [this] { machine.clock.Move(14h + 5min); });
   Run();
@@ -218,7 +218,7 @@ TEST_F(BackupLogTest, AFileThatIsReadUnderNumberOneStaysAsItIs) {
   EXPECT_TRUE(machine.files.Exists("C:\\Backup\\a.txt"));
 }
 
-TEST_F(BackupLogTest, WhoClosesAllFilesDuringARunEndsTheLog) {
+TEST_F(BackupLogTest, ClosingAllFilesDuringARunEndsTheLog) {
   AddFile("C:\\Src\\a.txt", "a");
   machine.loop.OnYield(1, [this] { machine.open_files.CloseAll(); });
   Run();

@@ -90,7 +90,7 @@ TEST_F(RunCaptionsTest, SuccessStandsThoughEveryCopyFailed) {
 
 TEST_F(RunCaptionsTest, ACopiedFileAtItsTwoYields) {
   AddFile("C:\\Src\\a.txt", "a");
-  machine.files.TellLength("C:\\Src\\a.txt", 3 * kMiB);
+  machine.files.ReportLength("C:\\Src\\a.txt", 3 * kMiB);
   AtYield(1);
   AtYield(2);
   Run();
@@ -113,7 +113,7 @@ TEST_F(RunCaptionsTest, ASecondFileBeginsWithTheBarsOfTheFirst) {
 TEST_F(RunCaptionsTest, AChangedFileInIncrementalModeLeavesTheBarAtFive) {
   engine.settings.BackupMode.Incremental = true;
   AddFile("C:\\Src\\a.txt", "a");
-  machine.files.TellLength("C:\\Src\\a.txt", 3 * kMiB);
+  machine.files.ReportLength("C:\\Src\\a.txt", 3 * kMiB);
   AtYield(2);
   Run();
   EXPECT_THAT(seen, ElementsAre("C:\\Src\\a.txt|C:\\Backup\\a.txt|"
@@ -123,7 +123,7 @@ TEST_F(RunCaptionsTest, AChangedFileInIncrementalModeLeavesTheBarAtFive) {
 TEST_F(RunCaptionsTest, AnUnchangedFileIsShownAndCountsForNothing) {
   engine.settings.BackupMode.Incremental = true;
   AddFile("C:\\Src\\a.txt", "a");
-  machine.files.TellLength("C:\\Src\\a.txt", 3 * kMiB);
+  machine.files.ReportLength("C:\\Src\\a.txt", 3 * kMiB);
   machine.files.SetAttributes("C:\\Src\\a.txt", 0);
   AtYield(2);
   Run();
@@ -217,8 +217,8 @@ INSTANTIATE_TEST_SUITE_P(Values, FileBarTest,
 TEST_F(RunCaptionsTest, TheTotalGrowsFromFileToFile) {
   AddFile("C:\\Src\\a.txt", "a");
   AddFile("C:\\Src\\b.txt", "b");
-  machine.files.TellLength("C:\\Src\\a.txt", 1024 * kMiB);
-  machine.files.TellLength("C:\\Src\\b.txt", 512 * 1024);
+  machine.files.ReportLength("C:\\Src\\a.txt", 1024 * kMiB);
+  machine.files.ReportLength("C:\\Src\\b.txt", 512 * 1024);
   AtYield(4);
   Run();
   EXPECT_THAT(seen, ElementsAre("C:\\Src\\b.txt|C:\\Backup\\b.txt|"
@@ -228,9 +228,9 @@ TEST_F(RunCaptionsTest, TheTotalGrowsFromFileToFile) {
 TEST_F(RunCaptionsTest, ASumBeyond32BitsIsPassedOverAndTheTotalStays) {
   for (const char* file : {"C:\\Src\\a.txt", "C:\\Src\\b.txt", "C:\\Src\\c.txt"})
     AddFile(file, "x");
-  machine.files.TellLength("C:\\Src\\a.txt", 1536LL * kMiB);
-  machine.files.TellLength("C:\\Src\\b.txt", 1536LL * kMiB);
-  machine.files.TellLength("C:\\Src\\c.txt", kMiB);
+  machine.files.ReportLength("C:\\Src\\a.txt", 1536LL * kMiB);
+  machine.files.ReportLength("C:\\Src\\b.txt", 1536LL * kMiB);
+  machine.files.ReportLength("C:\\Src\\c.txt", kMiB);
   AtYield(4);
   AtYield(6);
   Run();
@@ -244,7 +244,7 @@ TEST_F(RunCaptionsTest, ASumBeyond32BitsIsPassedOverAndTheTotalStays) {
 TEST_F(RunCaptionsTest, TheLastByteBelow2GiBCountsAndTheNextDoesNot) {
   AddFile("C:\\Src\\a.txt", "a");
   AddFile("C:\\Src\\b.txt", "b");
-  machine.files.TellLength("C:\\Src\\a.txt", 2147483647);
+  machine.files.ReportLength("C:\\Src\\a.txt", 2147483647);
   engine.settings.AutoReport = true;
   std::int32_t total = 0;
   engine.stages.SendReport = [&](const RunFacts& facts) { total = facts.total_bytes; };
@@ -254,7 +254,7 @@ TEST_F(RunCaptionsTest, TheLastByteBelow2GiBCountsAndTheNextDoesNot) {
 
 TEST_F(RunCaptionsTest, AFileBeyond2GiBIsCopiedAndCountsForNothing) {
   AddFile("C:\\Src\\a.txt", "a");
-  machine.files.TellLength("C:\\Src\\a.txt", 5LL << 30);
+  machine.files.ReportLength("C:\\Src\\a.txt", 5LL << 30);
   AtYield(2);
   Run();
   EXPECT_THAT(seen, ElementsAre("C:\\Src\\a.txt|C:\\Backup\\a.txt|"
@@ -264,7 +264,7 @@ TEST_F(RunCaptionsTest, AFileBeyond2GiBIsCopiedAndCountsForNothing) {
 
 TEST_F(RunCaptionsTest, TheLengthIsThatOfTheMomentOfTheCopy) {
   AddFile("C:\\Src\\a.txt", "a");
-  machine.loop.OnYield(1, [this] { machine.files.TellLength("C:\\Src\\a.txt", 2 * kMiB); });
+  machine.loop.OnYield(1, [this] { machine.files.ReportLength("C:\\Src\\a.txt", 2 * kMiB); });
   AtYield(2);
   Run();
   EXPECT_THAT(seen, ElementsAre("C:\\Src\\a.txt|C:\\Backup\\a.txt|"

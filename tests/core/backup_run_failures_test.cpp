@@ -113,7 +113,7 @@ TEST_F(RunFailureTest, AReadOnlyTargetStaysAsItIs) {
   EXPECT_EQ(machine.files.Attributes("C:\\Backup\\a"), 33);
 }
 
-TEST_F(RunFailureTest, ALengthThatCannotBeAskedLeavesTheTotal) {
+TEST_F(RunFailureTest, ALengthThatCannotBeReadLeavesTheTotal) {
   AddFile("C:\\Src\\a", "1234");
   AddFile("C:\\Src\\b", "12");
   engine.settings.AutoReport = true;

@@ -256,7 +256,7 @@ TEST_F(RunFilesLoopTest, AFailedCopyLosesTheArchiveBitAllTheSame) {
 TEST_F(RunFilesLoopTest, AFileThatTheMediumHasNoRoomForKeepsItsArchiveBit) {
   engine.settings.BackupMode.Incremental = true;
   machine.files.AddDrive("W");
-  machine.files.TellCaseApart("W");
+  machine.files.DistinguishCase("W");
   AddFile("W:\\Makefile", "capital");
   AddFile("W:\\makefile", "small");
   Run();

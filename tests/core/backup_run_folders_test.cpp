@@ -194,7 +194,7 @@ TEST_F(TwoWayModeTest, TheFolderCaptionsOfTheOtherModesDoNotCome) {
   EXPECT_THAT(sources, ElementsAre("Folder Has Been Fully Synchronized >> Finished "));
 }
 
-// --- the radios are asked one by one
+// --- the radios are read one by one
 
 TEST_F(RunFoldersTest, WithNoModeChosenTheSubFolderIsMadeAndStaysEmpty) {
   Put("C:\\Src\\Work\\a.txt", "a");
@@ -216,7 +216,7 @@ TEST_F(RunFoldersTest, FoldersAreSyncedThoughTheSyncFlagIsSetAlone) {
 
 TEST_F(RunFoldersTest, FilesOfFoldersAreNotCounted) {
   Put("C:\\Src\\Work\\a.txt", "a");
-  machine.files.TellLength("C:\\Src\\Work\\a.txt", 5 << 20);
+  machine.files.ReportLength("C:\\Src\\Work\\a.txt", 5 << 20);
   AddFolder("C:\\Src\\Work");
   engine.settings.AutoReport = true;
   std::int32_t total = -1;

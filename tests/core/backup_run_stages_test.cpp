@@ -118,7 +118,7 @@ TEST_F(RunStagesTest, RunThoughTheCopyPhaseWasPassedOver) {
   EXPECT_EQ(facts.total_bytes, 0);
 }
 
-TEST_F(RunStagesTest, TheReportIsToldStartDateAndTotal) {
+TEST_F(RunStagesTest, TheReportGetsStartDateAndTotal) {
   engine.settings.AutoReport = true;
   machine.loop.OnYield(1, [this] { machine.clock.Move(90min); });
   Run();

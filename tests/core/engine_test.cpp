@@ -165,7 +165,7 @@ TEST_F(EngineTest, TheNextRunIsThatOfTheChosenSchedule) {
   EXPECT_EQ(engine.display.NextRun.Get(), "No Backup Has Scheduled");
 }
 
-TEST_F(EngineTest, TheTrayTipTellsTheNextRun) {
+TEST_F(EngineTest, TheTrayTipShowsTheNextRun) {
   engine.settings.ScheduleAt = true;
   engine.settings.AlwaysAtTime = MakeTime({13, 5, 0});
   machine.Advance(999ms);

@@ -35,7 +35,7 @@ TEST_F(FileControlTest, AnEmptyFileAFolderAndAMissingFileDoNotExist) {
   EXPECT_FALSE(control.FileExists("Z:\\gone.txt"));
 }
 
-TEST_F(FileControlTest, AFileThatCannotBeAskedDoesNotExist) {
+TEST_F(FileControlTest, AFileThatCannotBeReadDoesNotExist) {
   machine.files.FailNext("Length", 70);
   EXPECT_FALSE(control.FileExists("C:\\From\\a.txt"));
 }

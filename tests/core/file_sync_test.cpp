@@ -91,25 +91,26 @@ TEST_F(SyncFilesTest, ASecondSyncFindsNothingToCopy) {
   EXPECT_EQ(machine.files.CallsOf("CopyEntry"), 0);
 }
 
-TEST_F(SyncFilesTest, EachFileIsToldOfBeforeItIsCopiedOrLeftAlone) {
+TEST_F(SyncFilesTest, EachFileIsReportedBeforeItIsCopiedOrLeftAlone) {
   Put("C:\\1\\first", "first");
   Put("C:\\1\\newer", "newer", kNoon + 1);
   Put("C:\\2\\newer", "older");
   Put("C:\\1\\older", "older");
   Put("C:\\2\\OLDER", "newer", kNoon + 1);
   Put("C:\\2\\second", "second");
-  std::vector<std::string> told;
+  std::vector<std::string> reported;
   sync.OnCompared = [&](const ComparedFile& file) {
     const bool to_first = file.direction == SyncDirection::kSecondToFirst;
     const std::string there = file.copies && !to_first
                                   ? machine.files.Exists("C:\\2\\first") ? " copied" : " to come"
                                   : "";
-    told.push_back(file.first.name + "/" + file.second.name + " " + std::to_string(file.status) +
-                   (to_first ? " back" : " on") + (file.copies ? "" : " left") + there);
+    reported.push_back(file.first.name + "/" + file.second.name + " " +
+                       std::to_string(file.status) + (to_first ? " back" : " on") +
+                       (file.copies ? "" : " left") + there);
   };
   sync.SyncFiles("C:\\1", "C:\\2", kOneWay);
-  EXPECT_THAT(told, ElementsAre("first/first -2 on to come", "newer/newer 1 on copied",
-                                "older/OLDER 2 back left", "second/second -1 back left"));
+  EXPECT_THAT(reported, ElementsAre("first/first -2 on to come", "newer/newer 1 on copied",
+                                    "older/OLDER 2 back left", "second/second -1 back left"));
 }
 
 TEST_F(SyncFilesTest, BackslashesAtTheEndChangeNothing) {

@@ -72,7 +72,7 @@ TEST_F(ReportTest, TheRuleIs91Long) {
   EXPECT_EQ(std::count(text.begin(), text.end(), '_'), 91);
 }
 
-TEST_F(ReportTest, TellsOfCompressionAndThenOfUpload) {
+TEST_F(ReportTest, ReportsCompressionAndThenUpload) {
   engine.settings.AutoCompress = true;
   engine.settings.AutoUpload = true;
   EXPECT_EQ(Stages(),

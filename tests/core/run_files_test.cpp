@@ -194,7 +194,7 @@ TEST_F(RunFilesTest, ResetGoesBackToOneEmptyRow) {
 }
 
 TEST_F(RunFilesTest, AFileBeyond32BitsIsInTheTableWithTheLargestSize) {
-  machine.files.TellLength("C:\\A", std::int64_t{5} << 30);
+  machine.files.ReportLength("C:\\A", std::int64_t{5} << 30);
   Build({"C:\\A"});
   EXPECT_THAT(Rows(), ElementsAre(RunFile{"C:\\A", 2147483647}, kEmptyRow));
 }

@@ -110,7 +110,7 @@ struct Client {
   bool Run(CurlFtpTransport& transport, const std::string& command) {
     int ends = 0;
     bool well = false;
-    const Subscription told = transport.StateChanged.Subscribe([&](TransportState state) {
+    const Subscription reported = transport.StateChanged.Subscribe([&](TransportState state) {
       well = state == TransportState::kResponseCompleted;
       const bool failed = state == TransportState::kError;
       if (well || failed) ++ends;

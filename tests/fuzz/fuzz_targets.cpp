@@ -90,13 +90,13 @@ void FuzzContainer(std::span<const std::uint8_t> bytes) {
   FakeMachine machine;
   machine.files.Write("C:\\Store\\archive", std::string(bytes.begin(), bytes.end()));
   usercontrol11 archiver(machine.Interfaces());
-  std::size_t told = 0;
+  std::size_t listed = 0;
   archiver.ReturnContents.Listen([&](const std::string& name, std::int32_t size) {
-    told += name.size() + static_cast<std::size_t>(size);
+    listed += name.size() + static_cast<std::size_t>(size);
   });
   PassedOver pass;
   pass.Step([&] { archiver.ReadFiles("C:\\Store\\archive", false); });
-  Require(told <= bytes.size(), "more was listed than the container holds");
+  Require(listed <= bytes.size(), "more was listed than the container holds");
   pass.Step([&] { archiver.ExtractFilesFromArchiv("C:\\Store\\archive", "C:\\Out", false); });
   Path out = "C:\\Single";
   pass.Step([&] { archiver.ExtractFile("C:\\Store\\archive", "a", out, false); });

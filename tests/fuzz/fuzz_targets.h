@@ -16,7 +16,7 @@ void FuzzRoundTrip(std::span<const std::uint8_t> bytes);
 void FuzzContainer(std::span<const std::uint8_t> bytes);
 
 /// Reads the bytes as the file that names the data folder, on the real host, and
-/// asks for what it names.
+/// requests what it names.
 void FuzzPointerFile(std::span<const std::uint8_t> bytes);
 
 /// Reads, changes and saves the bytes as a settings file: nothing else in it

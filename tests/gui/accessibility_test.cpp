@@ -11,7 +11,7 @@
 namespace tarnvale::testing {
 namespace {
 
-/// Counts what somebody who can't see would have to guess at.
+/// Counts what a blind user would have to guess at.
 class Walk {
  public:
   int met = 0;
@@ -51,7 +51,7 @@ class Walk {
       case QAccessible::LayeredPane:
         return node.state().focusable;
       case QAccessible::StaticText:
-        // An empty line says nothing to those who see it, either.
+        // An empty line says nothing to sighted users, either.
         return false;
       case QAccessible::Grouping:
         return false;
@@ -152,7 +152,7 @@ TEST_F(GuiAccessibility, TheMenuIsReadRowByRow) {
   for (const std::string& where : walk.unnamed) ADD_FAILURE() << "unnamed: " << where;
 }
 
-TEST_F(GuiAccessibility, DrawnControlsTellTheirState) {
+TEST_F(GuiAccessibility, DrawnControlsReportTheirState) {
   Form1& f = StartAndBringUp("[Log]\r\nSave=True\r\n[Setup]\r\nWizard=1\r\n").form;
   const auto read = [this](Control& control) {
     return QAccessible::queryAccessibleInterface(&WidgetOf(control));

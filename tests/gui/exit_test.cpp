@@ -35,7 +35,7 @@ TEST_F(GuiExit, TheCrossAsksAndYesEndsTheProgram) {
   NativeOf(p.form).close();
   EXPECT_FALSE(p.form.Visible);
   EXPECT_TRUE(WaitFor([&] { return Starts("Quit.exe") == 1; }));
-  EXPECT_EQ(loop.Run(), 0) << "the loop was asked to end";
+  EXPECT_EQ(loop.Run(), 0) << "the loop was to end";
 }
 
 TEST_F(GuiExit, AWindowThatIsMinimizedIsAskedAboutToo) {

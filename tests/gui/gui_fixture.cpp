@@ -1,4 +1,5 @@
 #include "tests/gui/gui_fixture.h"
+#include "tests/support/run_until.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -115,13 +116,7 @@ void GuiTest::EndPauseBeforeRun() {
 }
 
 bool GuiTest::WaitFor(const std::function<bool()>& condition, int patience_ms) {
-  QElapsedTimer since;
-  since.start();
-  while (!condition()) {
-    if (since.elapsed() > patience_ms) return false;
-    loop.WaitPass();
-  }
-  return true;
+  return RunUntil(loop, condition, std::chrono::milliseconds(patience_ms));
 }
 
 bool GuiTest::WaitUntilShown(Window& window) {

@@ -39,7 +39,7 @@ void ChangeAll(chameleonButton& button) {
   button.Value = true;
 }
 
-TEST(ChameleonButtonProperties, TellTheirKeysWhenTheyChange) {
+TEST(ChameleonButtonProperties, ReportTheirKeysWhenTheyChange) {
   chameleonButton button;
   Keys keys;
   button.PropertyChanged.Listen([&](const std::string& key) { keys.push_back(key); });
@@ -49,7 +49,7 @@ TEST(ChameleonButtonProperties, TellTheirKeysWhenTheyChange) {
                         "SOFT",  "PICPOS", "NGREY", "FX",   "CHECK",   "VALUE"}));
 }
 
-TEST(ChameleonButtonProperties, TellTheirKeysAndDrawAnewWhenTheyGetTheValuesThatTheyHave) {
+TEST(ChameleonButtonProperties, ReportTheirKeysAndDrawAnewWhenTheyGetTheValuesThatTheyHave) {
   chameleonButton button;
   button.OnResize({100, 26});
   ChangeAll(button);
@@ -75,7 +75,7 @@ TEST(ChameleonButtonProperties, CopyTheGroundAnewWhenTheTransparentTypeIsSetAgai
   EXPECT_EQ(button.Drawn()->ground, (Raster{1, 1, {0xFF112233}}));
 }
 
-TEST(ChameleonButtonProperties, TellAboutTheHandPointer) {
+TEST(ChameleonButtonProperties, ReportTheHandPointer) {
   chameleonButton button;
   Keys keys;
   button.PropertyChanged.Listen([&](const std::string& key) { keys.push_back(key); });
@@ -85,10 +85,10 @@ TEST(ChameleonButtonProperties, TellAboutTheHandPointer) {
 
 TEST(ChameleonButtonProperties, StoreTheHoverPictureUnderAnotherKeyThanTheyReport) {
   chameleonButton button;
-  std::string told;
-  button.PropertyChanged.Listen([&](const std::string& key) { told = key; });
+  std::string changed;
+  button.PropertyChanged.Listen([&](const std::string& key) { changed = key; });
   button.PictureOver = kPicture;
-  EXPECT_EQ(told, "PICO");
+  EXPECT_EQ(changed, "PICO");
   PropertyBag bag;
   button.WriteProperties(bag);
   EXPECT_TRUE(bag.Holds("PICH"));
@@ -178,7 +178,7 @@ TEST(ChameleonButtonProperties, TakeFaceAndTextForHoverColoursThatWereNotStored)
   EXPECT_EQ(button.ForeOver, 0x102030U);
 }
 
-TEST(ChameleonButtonProperties, AreReadWithoutTellingAndWithOneDrawing) {
+TEST(ChameleonButtonProperties, AreReadWithoutNotifyingAndWithOneDrawing) {
   chameleonButton button;
   button.OnResize({100, 26});
   Keys keys;
@@ -194,7 +194,7 @@ TEST(ChameleonButtonProperties, AreReadWithoutTellingAndWithOneDrawing) {
   EXPECT_EQ(button.Drawn()->type, 3);
 }
 
-TEST(ChameleonButtonProperties, TellAgainAfterAReadThatFailed) {
+TEST(ChameleonButtonProperties, NotifyAgainAfterAReadThatFailed) {
   chameleonButton button;
   PropertyBag bag;
   bag.Write("BTYPE", "three");

@@ -318,13 +318,13 @@ TEST_F(ChameleonButtonTest, IsACheckBoxForAScreenReaderInCheckBoxModeOnly) {
   EXPECT_EQ(button.AccessibleKind(), OwnerDrawn::Kind::kCheckBox);
 }
 
-TEST_F(ChameleonButtonTest, TellsAScreenReaderThatItIsHeldDown) {
+TEST_F(ChameleonButtonTest, ReportsToAScreenReaderThatItIsHeldDown) {
   EXPECT_EQ(button.StateForReaders(), AccessibleState{});
   Press();
   EXPECT_EQ(button.StateForReaders(), (AccessibleState{.pressed = true}));
 }
 
-TEST_F(ChameleonButtonTest, TellsAScreenReaderItsTickInCheckBoxModeOnly) {
+TEST_F(ChameleonButtonTest, ReportsItsTickToAScreenReaderInCheckBoxModeOnly) {
   button.Value = true;
   EXPECT_EQ(button.StateForReaders(), AccessibleState{});
   button.CheckBoxBehaviour = true;
@@ -480,7 +480,7 @@ TEST_F(ChameleonButtonTest, TakesWhatTheHostLends) {
   EXPECT_EQ(button.Drawn()->ground.At(0, 0), 0xFF0000FFU);
 }
 
-TEST_F(ChameleonButtonTest, TellsItsVersionAndItsWindow) {
+TEST_F(ChameleonButtonTest, GivesItsVersionAndItsWindow) {
   EXPECT_EQ(button.Version(), "2.0.6");
   EXPECT_EQ(button.hWnd(), 0U);
   button.OnLent({.native_window = 42});

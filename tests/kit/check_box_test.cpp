@@ -263,7 +263,7 @@ TEST(TickPictures, AreFinerAtScale2ThanDoubled) {
   EXPECT_GT(differing_blocks, 20);
 }
 
-TEST_F(CheckBoxTest, TellsAScreenReaderItsStateNotItsPicture) {
+TEST_F(CheckBoxTest, ReportsItsStateToAScreenReaderNotItsPicture) {
   EXPECT_EQ(box.StateForReaders(), (AccessibleState{.checked = false}));
   box.ButtonClicked.Listen([](bool& state) { state = false; });
   box.Press();

@@ -68,7 +68,7 @@ TEST(TranslateColor, LeavesPlainColoursAlone) {
   EXPECT_EQ(TranslateColor(0x12AB34), 0x12AB34U);
 }
 
-TEST(TranslateColor, AsksForTheIndexInTheLowBits) {
+TEST(TranslateColor, LooksUpTheIndexInTheLowBits) {
   EXPECT_EQ(TranslateColor(0x8000000F), 0xD8E9ECU);
 }
 

@@ -248,7 +248,7 @@ TEST(GroupBox, TakesDropsWithADropModeAndHandsTheStepsOn) {
   EXPECT_EQ(steps, (std::vector<std::string>{"over x", "drop x"}));
 }
 
-TEST(GroupBox, HasWhatItsHandlersGiveDraggedAwayAndTellsTheEffect) {
+TEST(GroupBox, HasWhatItsHandlersGiveDraggedAwayAndReportsTheEffect) {
   GroupBox box;
   std::vector<std::string> steps;
   box.OLEStartDrag.Listen([&](DragStep&) { steps.push_back("start"); });
@@ -375,7 +375,7 @@ TEST(GroupBox, GivesTheFocusToItsFirstControlByItsAccessKey) {
   EXPECT_EQ(window.Focused(), &inside);
 }
 
-// A theme that writes down what it is asked to draw.
+// A theme that writes down its calls.
 class ListedTheme : public VisualTheme {
  public:
   SystemVersion Version() override {
@@ -437,7 +437,7 @@ TEST(ThemedGroupBox, HidesTheAccessKeyWithoutKeyboardCues) {
   EXPECT_EQ(theme.calls.at(2), "text 7 4 1 &Storage 1048576 0 left 9");
 }
 
-TEST(ThemedGroupBox, TellsTheThemeThatItIsDisabled) {
+TEST(ThemedGroupBox, HasTheThemeDrawItDisabled) {
   GroupBox box;
   ListedTheme theme;
   box.UseTheme(&theme);

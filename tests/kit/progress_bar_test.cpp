@@ -308,7 +308,7 @@ TEST(ProgressText, IsAbsentUnlessShown) {
   EXPECT_TRUE(text.drawn.empty());
 }
 
-TEST(ProgressReading, TellsAScreenReaderHowFarItGot) {
+TEST(ProgressReading, ReportsToAScreenReaderHowFarItGot) {
   XP_ProgressBar bar;
   bar.Max = 200;
   bar.Value = 50;

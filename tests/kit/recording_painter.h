@@ -1,4 +1,4 @@
-// A text painter that draws nothing and remembers what it was asked for.
+// A text painter that draws nothing and remembers its calls.
 #pragma once
 
 #include <string>

@@ -31,7 +31,7 @@ TEST(ProfileTextTest, AnEmptyProfileGrowsWithCarriageReturns) {
   EXPECT_EQ(text.Bytes(), "[A]\r\nx=1\r\ny=\r\n[B]\r\nz=2\r\n");
 }
 
-TEST(ProfileTextTest, SetTellsWhetherAnythingChanged) {
+TEST(ProfileTextTest, SetReturnsWhetherAnythingChanged) {
   ProfileText text("[A]\nx = 1\n");
   EXPECT_TRUE(text.Holds("a", "X", "1"));
   EXPECT_FALSE(text.Set("A", "x", "1"));

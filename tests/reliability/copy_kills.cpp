@@ -137,7 +137,8 @@ class CopyKills {
 void SyncPass(const LinuxSurroundings& surroundings) {
   LinuxHost host(surroundings);
   HeadlessMachine machine(host.Parts());
-  FileSync(machine.Parts()).SyncFolders("C:\\source", "C:\\target", false);
+  FileSync(machine.Parts().files, machine.Parts().loop)
+      .SyncFolders("C:\\source", "C:\\target", false);
 }
 
 int CheckCopyKills(int kills, std::uint64_t seed, const CopyPass& pass) {

@@ -120,7 +120,8 @@ void FillMedium(const fs::path& work) {
     WriteTree(drive / "source", 2, kNewBytes);
     const int error = ErrorOfCopy([&] {
       if (how == "sync") {
-        FileSync(machine.Parts()).SyncFiles("C:\\source", "C:\\target\\copy", false);
+        FileSync(machine.Parts().files, machine.Parts().loop)
+            .SyncFiles("C:\\source", "C:\\target\\copy", false);
       } else {
         files.CopyTree("C:\\source", "C:\\target\\copy", {});
       }

@@ -62,10 +62,11 @@ class ForgetfulTray : public NotificationArea {
 
 class ScriptedDesktop : public MessageBoxes, public FileDialogs {
  public:
-  explicit ScriptedDesktop(std::function<void(const std::string&)> told) : told_(std::move(told)) {}
+  explicit ScriptedDesktop(std::function<void(const std::string&)> report)
+      : report_(std::move(report)) {}
 
   BoxAnswer Show(const BoxRequest& request) override {
-    told_(request.text);
+    report_(request.text);
     return request.buttons == BoxButtons::kYesNo ? BoxAnswer::kYes : BoxAnswer::kOk;
   }
   bool ShowOpen(FileDialogRecord& record) override { return Fill(record); }
@@ -87,7 +88,7 @@ class ScriptedDesktop : public MessageBoxes, public FileDialogs {
     return true;
   }
 
-  std::function<void(const std::string&)> told_;
+  std::function<void(const std::string&)> report_;
 };
 
 void Put(const fs::path& drive, const std::string& path, const std::string& bytes,
@@ -355,13 +356,13 @@ Snapshot SnapshotOf(const fs::path& folder) {
 
 struct WholeProgram::Machinery {
   Machinery(const LinuxSurroundings& surroundings,
-            const std::function<void(const std::string&)>& told)
-      : host(surroundings), answers(told) {
-    const auto tell = [told](const ProgramError& error) {
-      told("error " + std::to_string(error.Number()));
+            const std::function<void(const std::string&)>& report)
+      : host(surroundings), answers(report) {
+    const auto fault = [report](const ProgramError& error) {
+      report("error " + std::to_string(error.Number()));
     };
-    loop.Fault.Listen(tell);
-    manual.Fault.Listen(tell);
+    loop.Fault.Listen(fault);
+    manual.Fault.Listen(fault);
     program.emplace(machine);
     program->engine.settings.DataFolder = "C:\\Data";
   }
@@ -385,8 +386,8 @@ struct WholeProgram::Machinery {
 };
 
 WholeProgram::WholeProgram(const LinuxSurroundings& surroundings,
-                           const std::function<void(const std::string&)>& told)
-    : machinery_(std::make_unique<Machinery>(surroundings, told)) {}
+                           const std::function<void(const std::string&)>& report)
+    : machinery_(std::make_unique<Machinery>(surroundings, report)) {}
 WholeProgram::~WholeProgram() = default;
 
 Program& WholeProgram::Parts() {
@@ -420,7 +421,7 @@ const std::vector<Operation>& AllOperations() {
 
 // --- one operation
 
-// Shared with the children, which tell nothing by system calls.
+// Shared with the children, which report nothing by system calls.
 struct Stage::Shown {
   static constexpr int kMost = 50;
   int count;

@@ -29,10 +29,10 @@ Snapshot SnapshotOf(const std::filesystem::path& folder);
 /// The program, and what a person in front of it does.
 class WholeProgram {
  public:
-  /// `told` is called with the text of each box, and with the number of each error
+  /// `report` is called with the text of each box, and with the number of each error
   /// that left its handler.
   WholeProgram(const LinuxSurroundings& surroundings,
-               const std::function<void(const std::string&)>& told);
+               const std::function<void(const std::string&)>& report);
   ~WholeProgram();
 
   Program& Parts();

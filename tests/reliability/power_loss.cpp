@@ -104,8 +104,8 @@ class Recording {
       if (now == file) continue;
       const bool goes =
           now == File{} && stage_.Before().contains(path) && stage_.After().contains(path);
-      if (goes) Tell(path, "is away for a moment");
-      if (unflushed_.contains(now)) Tell(path, "gets its name before its content is safe");
+      if (goes) Report(path, "is away for a moment");
+      if (unflushed_.contains(now)) Report(path, "gets its name before its content is safe");
       file = now;
     }
   }
@@ -128,11 +128,11 @@ class Recording {
 
   void WriteIn(const File& file) {
     for (const auto& [path, named] : names_) {
-      if (named == file) Tell(path, "is written in its place");
+      if (named == file) Report(path, "is written in its place");
     }
   }
 
-  void Tell(const std::string& path, const std::string& what) {
+  void Report(const std::string& path, const std::string& what) {
     if (stage_.IsWrittenInPlace(path)) return;
     if (stage_.IsFlushedLate(path)) {
       late_.insert(path);

@@ -29,7 +29,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostTold = 20;
+constexpr int kMostReported = 20;
 
 pid_t Start(const std::function<void()>& work) {
   std::fflush(nullptr);
@@ -145,7 +145,7 @@ void KillMoments::Learn(bool killed) {
 }
 
 void Findings::Add(const std::string& what) {
-  if (++count_ <= kMostTold) std::printf("FOUND: %s\n", what.c_str());
+  if (++count_ <= kMostReported) std::printf("FOUND: %s\n", what.c_str());
 }
 
 }  // namespace tarnvale::reliability

@@ -52,7 +52,7 @@ class World {
   virtual void Run(Mode mode) = 0;
   /// Equal for paths that the program or one of the two media may take for one.
   virtual std::string Fold(const std::string& path) = 0;
-  virtual bool TellsCase(const std::string& side) = 0;
+  virtual bool DistinguishesCase(const std::string& side) = 0;
 };
 
 /// A path with each of its names changed.
@@ -105,7 +105,7 @@ class RealWorld : public World, public RealRun {
     RealRun::Run();
   }
   std::string Fold(const std::string& path) override { return system.files.FoldCase(path); }
-  bool TellsCase(const std::string&) override { return true; }
+  bool DistinguishesCase(const std::string&) override { return true; }
 };
 
 inline bool HasEntry(const Tree& tree, const std::string& path) {
@@ -240,18 +240,19 @@ inline void Check(World& world, unsigned seed) {
     const Tree store_after = world.Read("Store");
     ExpectNothingVanished(world, work, store, work_after, mode == Mode::kSync);
     ExpectNothingVanished(world, store, work, store_after, true);
-    if (mode == Mode::kSync && world.TellsCase("Work") && world.TellsCase("Store")) {
+    if (mode == Mode::kSync && world.DistinguishesCase("Work") &&
+        world.DistinguishesCase("Store")) {
       EXPECT_EQ(ContentsOf(work_after), ContentsOf(store_after));
     }
     if (::testing::Test::HasFailure()) return;
   }
 }
 
-/// So many sequences, or as many as the environment asks for.
+/// So many sequences, or as many as the environment sets.
 template <class MakeWorld>
 void CheckSequences(unsigned count, MakeWorld&& make_world) {
-  const char* const asked = std::getenv("TARNVALE_SEQUENCES");
-  if (asked != nullptr) count = static_cast<unsigned>(std::atoi(asked));
+  const char* const wanted = std::getenv("TARNVALE_SEQUENCES");
+  if (wanted != nullptr) count = static_cast<unsigned>(std::atoi(wanted));
   for (unsigned seed = 1; seed <= count && !::testing::Test::HasFailure(); ++seed) {
     const auto world = make_world();
     Check(*world, seed);

@@ -324,7 +324,7 @@ TEST_F(SwappedFolderTest, NothingIsReadThroughALinkInPlaceOfTheSourcesFolder) {
   EXPECT_EQ(Content("Store/Sub/Deep/other"), "(missing)");
 }
 
-// Deeper than a path of the system can tell: made folder by folder.
+// Deeper than a path of the system can be: made folder by folder.
 TEST_F(SwappedFolderTest, ATreeDeeperThanAnyPathHarmsNoOther) {
   int folder_fd = ::open(Native("Work/Pair").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   for (int depth = 0; depth < 4000; ++depth) {
@@ -346,10 +346,11 @@ TEST_F(SwappedFolderTest, ATreeDeeperThanAnyPathHarmsNoOther) {
 // Two drives of the test machine: one of them, or both, take all cases for one.
 class FakeWorld : public World {
  public:
-  FakeWorld(bool work_tells, bool store_tells) : tells_{work_tells, store_tells} {
+  FakeWorld(bool work_keeps_apart, bool store_keeps_apart)
+      : keeps_apart_{work_keeps_apart, store_keeps_apart} {
     for (const char* drive : {"W", "S"}) machine_.files.AddDrive(drive);
-    if (work_tells) machine_.files.TellCaseApart("W");
-    if (store_tells) machine_.files.TellCaseApart("S");
+    if (work_keeps_apart) machine_.files.DistinguishCase("W");
+    if (store_keeps_apart) machine_.files.DistinguishCase("S");
   }
   void Put(const std::string& side, const std::string& path, const Held& file) override {
     machine_.files.Write(PathOf(side, path), file.content);
@@ -366,12 +367,14 @@ class FakeWorld : public World {
   }
   std::string Fold(const std::string& path) override {
     FakeNode both;
-    both.tells_case = tells_[0] && tells_[1];
+    both.keeps_case_apart = keeps_apart_[0] && keeps_apart_[1];
     return EachName(path, [&](const std::string& name) {
-      return both.tells_case ? FoldedName(name) : both.KeyOf(name);
+      return both.keeps_case_apart ? FoldedName(name) : both.KeyOf(name);
     });
   }
-  bool TellsCase(const std::string& side) override { return tells_[side == "Work" ? 0 : 1]; }
+  bool DistinguishesCase(const std::string& side) override {
+    return keeps_apart_[side == "Work" ? 0 : 1];
+  }
 
  private:
   static Path PathOf(const std::string& side, std::string path) {
@@ -387,9 +390,9 @@ class FakeWorld : public World {
     for (const std::string& name : contents.folders) ReadInto(tree, side, below + name + "/");
   }
 
-  bool tells_[2];
+  bool keeps_apart_[2];
   FakeMachine machine_;
-  FileSync sync_{machine_.Interfaces()};
+  FileSync sync_{machine_.files, machine_.loop};
 };
 
 TEST(CaseModelTest, NothingVanishesOnTheRealHost) {
@@ -400,11 +403,11 @@ TEST(CaseModelTest, NothingVanishesOnAMediumThatTakesAllCasesForOne) {
   CheckSequences(300, [] { return std::make_unique<FakeWorld>(true, false); });
 }
 
-TEST(CaseModelTest, NothingVanishesFromSuchAMediumToOneThatTellsThemApart) {
+TEST(CaseModelTest, NothingVanishesFromSuchAMediumToOneThatDistinguishesThem) {
   CheckSequences(300, [] { return std::make_unique<FakeWorld>(false, true); });
 }
 
-TEST(CaseModelTest, TheFakeThatTellsThemApartIsAsStrictAsTheHost) {
+TEST(CaseModelTest, TheFakeThatDistinguishesThemIsAsStrictAsTheHost) {
   CheckSequences(300, [] { return std::make_unique<FakeWorld>(true, true); });
 }
 

@@ -259,7 +259,7 @@ class FoldingWorld : public RealWorld {
   }
   ~FoldingWorld() override { ::unsetenv(kFoldingMedium); }
   std::string Fold(const std::string& path) override { return EachName(path, &FoldedOnMedium); }
-  bool TellsCase(const std::string& side) override { return side != folding_; }
+  bool DistinguishesCase(const std::string& side) override { return side != folding_; }
 
  private:
   std::string folding_;

@@ -27,7 +27,7 @@ TEST_F(NamesTest, OddNamesSurviveARunAsSingleFiles) {
   for (const std::string& name : names) EXPECT_EQ(Content("Store/" + name), name);
 }
 
-TEST_F(NamesTest, NamesThatNoPathCanTellHarmNoOther) {
+TEST_F(NamesTest, NamesOutsideThePathLanguageHarmNoOther) {
   Write("Work/Odd/a\\b.txt", "a");
   Write("Work/Odd/c*d.txt", "c");
   Write("Work/Odd/good.txt", "good");

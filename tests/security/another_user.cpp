@@ -38,7 +38,7 @@ void GiveToHim(const std::string& native) {
   if (!AnotherUser::IsReal()) List("TARNVALE_OF_ANOTHER", native);
 }
 
-// What permissions say where nobody can be asked.
+// What permissions say where no second user can try.
 bool MayRead(const std::string& file) {
   for (std::size_t slash = file.find('/', 1); slash != std::string::npos;
        slash = file.find('/', slash + 1)) {

@@ -1,4 +1,4 @@
-// A second user of the machine, who means no good.
+// A second, hostile user of the machine.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -4,7 +4,8 @@
 //
 //   TARNVALE_OF_ANOTHER=" DEVICE:INODE DEVICE:INODE "  files of another user
 //   TARNVALE_ON_A_MEDIUM=" DEVICE:INODE "               files on a medium, mounted as such
-//   TARNVALE_AS_USER=NUMBER                             who runs the program
+//   TARNVALE_AS_USER=NUMBER                             the user the user the user who runs the
+//   program
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -48,7 +49,7 @@ int Faked(int result, struct stat* info) {
   return result;
 }
 
-uid_t Who(uid_t real) {
+uid_t Owner(uid_t real) {
   const char* const faked = ::getenv("TARNVALE_AS_USER");
   return faked == nullptr ? real : static_cast<uid_t>(std::strtoul(faked, nullptr, 10));
 }
@@ -100,12 +101,12 @@ int fstatvfs(int fd, struct statvfs* info) noexcept {
 
 uid_t getuid() noexcept {
   static auto* const real = Real<uid_t()>("getuid");
-  return Who(real());
+  return Owner(real());
 }
 
 uid_t geteuid() noexcept {
   static auto* const real = Real<uid_t()>("geteuid");
-  return Who(real());
+  return Owner(real());
 }
 
 }  // extern "C"

@@ -80,7 +80,7 @@ TEST_F(RightsFromAMediumTest, AreNotRestored) {
 }
 
 TEST_F(RightsFromAMediumTest, DoNotComeBackWithATwoWaySync) {
-  FileSync(machine).SyncFolders("C:\\Data\\home", "C:\\Data\\medium", true);
+  FileSync(machine.files, machine.loop).SyncFolders("C:\\Data\\home", "C:\\Data\\medium", true);
   ExpectHarmless("Data/home");
 }
 
@@ -89,7 +89,7 @@ TEST_F(RightsFromAMediumTest, OpenNoFileThatIsTheUsersAlone) {
   WriteNative(tool, "old");
   ASSERT_EQ(::chmod(tool.c_str(), 0600), 0);
   SetModifiedNative(tool, 1000);
-  FileSync(machine).SyncFolders("C:\\Data\\home", "C:\\Data\\medium", true);
+  FileSync(machine.files, machine.loop).SyncFolders("C:\\Data\\home", "C:\\Data\\medium", true);
   EXPECT_EQ(ReadNative(tool), "tool");
   EXPECT_EQ(ModeOf(tool), 0600U);
 
@@ -100,7 +100,7 @@ TEST_F(RightsFromAMediumTest, OpenNoFileThatIsTheUsersAlone) {
 }
 
 TEST_F(RightsFromAMediumTest, ButThoseOfTheUserGoToTheStorageWithoutSetIdBits) {
-  FileSync(machine).SyncFolders("C:\\Data\\medium", "C:\\Data\\home", false);
+  FileSync(machine.files, machine.loop).SyncFolders("C:\\Data\\medium", "C:\\Data\\home", false);
   EXPECT_EQ(ModeOf(OnDrive("Data/home/tool")), 0777U);
   EXPECT_EQ(ModeOf(OnDrive("Data/home/folder")), 01777U);
   EXPECT_EQ(ModeOf(OnDrive("Data/home/folder/tool")), 0777U);

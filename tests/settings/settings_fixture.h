@@ -11,7 +11,7 @@
 
 namespace tarnvale::testing {
 
-/// Passes everything on, and keeps what was asked, "When/Days" and
+/// Passes everything on, and keeps what was read, "When/Days" and
 /// "When/Days=3", in order.
 class RecordingProfiles : public ProfileFiles {
  public:

@@ -147,7 +147,7 @@ TEST_F(AlertTest, StaysHiddenWhenTheEngineIsNotFreeAtItsLoad) {
   EXPECT_FALSE(Alert().Visible);
 }
 
-TEST_F(AlertTest, TheEngineIsAskedAtTheLoadOnly) {
+TEST_F(AlertTest, TheEngineIsReadAtTheLoadOnly) {
   LetItGo();
   engine.run.EngineFree = "0";
   Announce();

@@ -38,9 +38,9 @@ TEST_F(Form1ExchangeTest, AnExportCopiesTheFileOnTheMediumNotWhatIsSet) {
   EXPECT_EQ(machine.files.CopiedWith("C:\\out.ini"), Rights::kOwner);
   EXPECT_EQ(form.General.Text8.Text.Get(), "C:\\out.ini");
   ExpectExport(true, true);
-  const FileDialogRecord& asked = machine.dialogs.Seen().at(0).file;
-  EXPECT_EQ(asked.filter, std::string("Tarnvale Setting Files (*.ini)\0*.ini\0\0", 38));
-  EXPECT_EQ(asked.default_ext, ".ini");
+  const FileDialogRecord& record = machine.dialogs.Seen().at(0).file;
+  EXPECT_EQ(record.filter, std::string("Tarnvale Setting Files (*.ini)\0*.ini\0\0", 38));
+  EXPECT_EQ(record.default_ext, ".ini");
 }
 
 TEST_F(Form1ExchangeTest, AnExportThatFailsKeepsItsFirstMarkOnly) {
@@ -144,9 +144,9 @@ TEST_F(Form1ExchangeTest, ACancelledImportClearsBothMarksOfTheLastOneAndNeedsNoE
   machine.dialogs.Cancel(Kind::kOpen);
   form.General.chameleonButton3.Click.Emit();
   ExpectImport(false, false);
-  const FileDialogRecord asked = machine.dialogs.Seen().at(0).file;
-  EXPECT_EQ(asked.filter, std::string("Tarnvale Setting Files (*.ini)\0*.ini\0\0", 38));
-  EXPECT_EQ(asked.default_ext, ".ini");
+  const FileDialogRecord record = machine.dialogs.Seen().at(0).file;
+  EXPECT_EQ(record.filter, std::string("Tarnvale Setting Files (*.ini)\0*.ini\0\0", 38));
+  EXPECT_EQ(record.default_ext, ".ini");
 
   machine.files.Write("C:\\in.ini", "[A]\r\n");
   machine.dialogs.Choose(Kind::kOpen, "C:\\in.ini");

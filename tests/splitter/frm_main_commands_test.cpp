@@ -211,7 +211,7 @@ TEST_F(FrmMainJoinTest, AFailedDeletionIsSilent) {
   EXPECT_TRUE(machine.files.Exists("C:\\in\\a.tvz"));
 }
 
-TEST_F(FrmMainJoinTest, CancellingTheSaveTellsOfFragmentsThoughTheJoinSucceeded) {
+TEST_F(FrmMainJoinTest, CancellingTheSaveReportsFragmentsThoughTheJoinSucceeded) {
   machine.dialogs.Cancel(Dialog::kSave);
   ExpectError(join_error);
   Click(form.chameleonButton1);

@@ -92,7 +92,7 @@ TEST_F(JoinTest, EmptyPartsMakeAnEmptyFile) {
 }
 
 TEST_F(JoinTest, LengthsThatTogetherLeave32BitsAreCode4) {
-  machine.files.TellLength("C:\\out\\backup.tvz.001", 0x7FFFFFFF);
+  machine.files.ReportLength("C:\\out\\backup.tvz.001", 0x7FFFFFFF);
   EXPECT_EQ(Join("C:\\out\\backup.tvz.001"), PartsCode::kFailed);
   EXPECT_FALSE(machine.files.Exists("C:\\out\\backup.tvz"));
 }

@@ -88,7 +88,7 @@ TEST_F(SplitTest, ARatioOf1000IsCode3) {
 
 TEST_F(SplitTest, ASourceWhoseLengthLeaves32BitsIsCode4) {
   machine.files.Write(source, "abcd");
-  machine.files.TellLength(source, std::int64_t{1} << 31U);
+  machine.files.ReportLength(source, std::int64_t{1} << 31U);
   EXPECT_EQ(Split(source, 1447035), PartsCode::kFailed);
 }
 

@@ -12,7 +12,7 @@
 
 namespace tarnvale::testing {
 
-/// An unexpected box fails the test, and so does an answer that nobody asked
+/// An unexpected box fails the test, and so does an answer that nothing used
 /// for. Each box yields once before it is answered.
 class FakeBoxes : public MessageBoxes {
  public:

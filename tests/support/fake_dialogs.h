@@ -12,7 +12,7 @@
 namespace tarnvale::testing {
 
 /// A dialog that nobody announced fails the test, and so does an answer that
-/// nobody asked for. Each dialog yields once before it is answered.
+/// was never used. Each dialog yields once before it is answered.
 class FakeDialogs : public FileDialogs {
  public:
   enum class Kind { kOpen, kSave, kFolder };

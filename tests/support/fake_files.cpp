@@ -65,7 +65,7 @@ std::string FoldedName(std::string_view name) {
 
 std::string FakeNode::KeptName(const std::string& name_in_it) const {
   std::string kept = name_in_it;
-  if (tells_case) return kept;
+  if (keeps_case_apart) return kept;
   constexpr std::string_view kApart = "u\xCC\x88";
   for (auto at = kept.find(kApart); at != std::string::npos; at = kept.find(kApart, at)) {
     kept.replace(at, kApart.size(), "ü");
@@ -76,7 +76,7 @@ std::string FakeNode::KeptName(const std::string& name_in_it) const {
 
 std::string FakeNode::KeyOf(const std::string& name_in_it) const {
   const std::string folded = FoldedName(KeptName(name_in_it));
-  return tells_case ? folded + '\0' + name_in_it : folded;
+  return keeps_case_apart ? folded + '\0' + name_in_it : folded;
 }
 
 std::shared_ptr<FakeNode> FakeNode::Entry(const std::string& name_in_it) const {
@@ -98,7 +98,7 @@ int FakeNode::Attributes() const {
 }
 
 std::int64_t FakeNode::Length() const {
-  return told_length.value_or(static_cast<std::int64_t>(content.size()));
+  return reported_length.value_or(static_cast<std::int64_t>(content.size()));
 }
 
 FakeFiles::FakeFiles(FakeClock& clock) : clock_(clock) {
@@ -165,7 +165,7 @@ FakeFiles::NodePtr FakeFiles::AddEntry(FakeNode& folder, const std::string& name
   node->name = folder.KeptName(name);
   node->is_folder = is_folder;
   node->modified_s = clock_.UnixSeconds();
-  node->tells_case = folder.tells_case;
+  node->keeps_case_apart = folder.keeps_case_apart;
   folder.entries[folder.KeyOf(name)] = node;
   return node;
 }
@@ -186,7 +186,7 @@ FakeFiles::NodePtr FakeFiles::FileForWriting(const Path& file) {
 
 void FakeFiles::SetContent(FakeNode& file, std::string content) {
   file.content = std::move(content);
-  file.told_length.reset();
+  file.reported_length.reset();
   file.modified_s = clock_.UnixSeconds();
   file.archive = true;
   ++file.revision;
@@ -245,8 +245,8 @@ std::int64_t FakeFiles::Modified(const Path& path) const {
   return Require(path)->modified_s;
 }
 
-void FakeFiles::TellLength(const Path& file, std::int64_t length_bytes) {
-  RequireFile(file)->told_length = length_bytes;
+void FakeFiles::ReportLength(const Path& file, std::int64_t length_bytes) {
+  RequireFile(file)->reported_length = length_bytes;
 }
 
 std::vector<std::string> FakeFiles::Names(const Path& folder) const {
@@ -261,8 +261,8 @@ void FakeFiles::AddDrive(const std::string& letter) {
   drives_[letter.front()] = std::move(root);
 }
 
-void FakeFiles::TellCaseApart(const std::string& letter) {
-  drives_.at(letter.front())->tells_case = true;
+void FakeFiles::DistinguishCase(const std::string& letter) {
+  drives_.at(letter.front())->keeps_case_apart = true;
 }
 
 void FakeFiles::RemoveDrive(const std::string& letter) {

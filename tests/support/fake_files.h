@@ -22,11 +22,11 @@ struct FakeNode {
   std::string content;
   int flags = 0;  ///< read-only, hidden, system
   bool archive = true;
-  std::optional<std::int64_t> told_length;  ///< in place of the content's
+  std::optional<std::int64_t> reported_length;  ///< in place of the content's
   std::int64_t modified_s = 0;
-  std::uint64_t revision = 0;  ///< grows with each change of the content
-  bool on_medium = true;       ///< false once its drive was removed
-  bool tells_case = false;     ///< a folder's: names that differ at all are two names
+  std::uint64_t revision = 0;     ///< grows with each change of the content
+  bool on_medium = true;          ///< false once its drive was removed
+  bool keeps_case_apart = false;  ///< a folder's: names that differ at all are two names
   std::map<std::string, std::shared_ptr<FakeNode>> entries;  ///< by KeyOf
 
   /// Orders names as listings do; one key for all that the medium takes for one.
@@ -50,7 +50,7 @@ std::string FoldedName(std::string_view name);
 
 /// Drives with folders and files. Names are kept as first written and found
 /// exactly, or else without regard to the case of letters; a drive takes names in
-/// two cases for one unless it is to tell them apart, and keeps neither points and
+/// two cases for one unless it is to distinguish them, and keeps neither points and
 /// blanks at their ends nor letters apart from their accents (a u and its two points
 /// become one character). Every name can carry every
 /// attribute. There are no symbolic links. "." and ".." in paths are resolved by
@@ -77,23 +77,23 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   /// Seconds since 1970-01-01 UTC. Sets the archive bit when it changes.
   void SetModified(const Path& path, std::int64_t seconds);
   std::int64_t Modified(const Path& path) const;
-  /// Lets a file tell another length than its content has, until its content
+  /// Lets a file report another length than its content has, until its content
   /// changes: for lengths that no test could write.
-  void TellLength(const Path& file, std::int64_t length_bytes);
+  void ReportLength(const Path& file, std::int64_t length_bytes);
   /// Names of all that a folder holds, in the order of listings.
   std::vector<std::string> Names(const Path& folder) const;
   /// How often each flush says that it isn't done yet, once at least.
   void FlushSlowly(int times) { flush_times_ = times; }
   void AddDrive(const std::string& letter);
-  /// From now on, what is made on this drive tells `a` from `A`.
-  void TellCaseApart(const std::string& letter);
+  /// From now on, what is made on this drive distinguishes `a` from `A`.
+  void DistinguishCase(const std::string& letter);
   /// What was open on it stays open and fails.
   void RemoveDrive(const std::string& letter);
 
-  /// With which rights the last copy onto a path was asked for; none when none was.
+  /// With which rights the last copy onto a path was made; none when none was.
   std::optional<Rights> CopiedWith(const Path& target) const {
-    const auto asked = copied_with_.find(target);
-    return asked == copied_with_.end() ? std::nullopt : std::optional(asked->second);
+    const auto entry = copied_with_.find(target);
+    return entry == copied_with_.end() ? std::nullopt : std::optional(entry->second);
   }
 
   // The interface.

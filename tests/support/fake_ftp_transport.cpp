@@ -28,7 +28,7 @@ FakeFtpTransport::FakeFtpTransport(ManualLoop& loop) : timer_(loop.Timers(), kSt
   timer_.Tick.Listen([this] { Step(); });
 }
 
-void FakeFtpTransport::Tell(TransportState state, std::int32_t code) {
+void FakeFtpTransport::Report(TransportState state, std::int32_t code) {
   code_ = code;
   StateChanged.Emit(state);
 }
@@ -84,7 +84,7 @@ void FakeFtpTransport::Execute(const std::string& command) {
   course_ = CourseOf(verb);
   is_connected_ = verb != "CLOSE";
   is_busy_ = true;
-  told_count_ = 0;
+  reported_count_ = 0;
   elapsed_ = milliseconds::zero();
   // Enabling starts the interval anew.
   timer_.Enabled = false;
@@ -96,30 +96,30 @@ FtpCourse FakeFtpTransport::CourseOf(const std::string& verb) const {
     return scripted->second;
   }
   FtpCourse course;
-  const auto tell = [&](std::initializer_list<TransportState> states) {
+  const auto report = [&](std::initializer_list<TransportState> states) {
     for (const TransportState state : states) {
       course.lasts += milliseconds(kStepMs);
-      course.told.push_back({course.lasts, state});
+      course.reported.push_back({course.lasts, state});
     }
   };
   using enum TransportState;
   if (verb == "CLOSE") {
-    tell({kDisconnecting, kDisconnected});
+    report({kDisconnecting, kDisconnected});
   } else {
-    if (!is_connected_) tell({kResolvingHost, kHostResolved, kConnecting, kConnected});
-    tell({kRequesting, kRequestSent, kReceivingResponse, kResponseReceived});
+    if (!is_connected_) report({kResolvingHost, kHostResolved, kConnecting, kConnected});
+    report({kRequesting, kRequestSent, kReceivingResponse, kResponseReceived});
   }
-  tell({kResponseCompleted});
+  report({kResponseCompleted});
   return course;
 }
 
 // A handler of a state may cancel, which ends the course.
 void FakeFtpTransport::Step() {
   elapsed_ += milliseconds(kStepMs);
-  while (is_busy_ && told_count_ < course_.told.size() &&
-         course_.told[told_count_].at <= elapsed_) {
-    const ToldState& next = course_.told[told_count_++];
-    Tell(next.state, next.code);
+  while (is_busy_ && reported_count_ < course_.reported.size() &&
+         course_.reported[reported_count_].at <= elapsed_) {
+    const ReportedState& next = course_.reported[reported_count_++];
+    Report(next.state, next.code);
   }
   if (elapsed_ < course_.lasts) return;
   is_busy_ = false;

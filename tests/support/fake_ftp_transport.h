@@ -15,17 +15,17 @@
 
 namespace tarnvale::testing {
 
-/// One state that a command tells, counted from the command's start in steps of
+/// One state that a command reports, counted from the command's start in steps of
 /// 10 ms.
-struct ToldState {
+struct ReportedState {
   std::chrono::milliseconds at{};
   TransportState state{};
   std::int32_t code = kTransferNoError;  ///< the response code from then on
 };
 
-/// What a command does: the states that it tells, in order, and how long it runs.
+/// What a command does: the states that it reports, in order, and how long it runs.
 struct FtpCourse {
-  std::vector<ToldState> told = {};
+  std::vector<ReportedState> reported = {};
   std::chrono::milliseconds lasts = {};
 };
 
@@ -38,8 +38,8 @@ class FakeFtpTransport : public FtpTransport, public ScriptedFailures {
 
   /// What commands with this verb ("DIR") do from now on.
   void Let(std::string verb, FtpCourse course) { courses_[std::move(verb)] = std::move(course); }
-  /// Tells a state now, as a server that does something by itself.
-  void Tell(TransportState state, std::int32_t code = kTransferNoError);
+  /// Reports a state now, as a server that does something by itself.
+  void Report(TransportState state, std::int32_t code = kTransferNoError);
 
   /// The commands that were given to Execute, refused ones included.
   std::vector<std::string> Commands() const;
@@ -70,7 +70,7 @@ class FakeFtpTransport : public FtpTransport, public ScriptedFailures {
   std::int32_t code_ = kTransferNoError;
 
   FtpCourse course_;
-  std::size_t told_count_ = 0;
+  std::size_t reported_count_ = 0;
   std::chrono::milliseconds elapsed_{};
   Timer timer_;
 };

@@ -16,20 +16,20 @@ class FakeFtpTransportTest : public ::testing::Test {
  protected:
   FakeFtpTransportTest() {
     ftp.StateChanged.Listen(
-        [this](TransportState state) { told.push_back(static_cast<int>(state)); });
+        [this](TransportState state) { reported.push_back(static_cast<int>(state)); });
     ftp.SetRemoteHost("ftp.example.com");
   }
-  /// The states that a command tells until it ends.
+  /// The states that a command reports until it ends.
   std::vector<int> StatesOf(const std::string& command) {
-    told.clear();
+    reported.clear();
     ftp.Execute(command);
     while (ftp.IsBusy()) machine.loop.WaitPass();
-    return told;
+    return reported;
   }
 
   FakeMachine machine;
   FakeFtpTransport& ftp = machine.ftp;
-  std::vector<int> told;
+  std::vector<int> reported;
 };
 
 TEST_F(FakeFtpTransportTest, TheFirstCommandConnectsAndTheNextKeepsTheConnection) {
@@ -42,9 +42,9 @@ TEST_F(FakeFtpTransportTest, TheFirstCommandConnectsAndTheNextKeepsTheConnection
 TEST_F(FakeFtpTransportTest, ACommandStartsAtOnceAndRunsInTheLoop) {
   ftp.Execute("DIR");
   EXPECT_TRUE(ftp.IsBusy());
-  EXPECT_THAT(told, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
   machine.Advance(30ms);
-  EXPECT_THAT(told, ElementsAre(1, 2, 3));
+  EXPECT_THAT(reported, ElementsAre(1, 2, 3));
   EXPECT_TRUE(ftp.IsBusy());
 }
 
@@ -63,18 +63,18 @@ TEST_F(FakeFtpTransportTest, WithoutAHostAndForATextThatIsNoCommandExecuteRaises
   }
 }
 
-TEST_F(FakeFtpTransportTest, CancelEndsACommandAndTellsNothing) {
+TEST_F(FakeFtpTransportTest, CancelEndsACommandAndReportsNothing) {
   ftp.Execute("DIR");
   machine.Advance(20ms);
   ftp.Cancel();
   EXPECT_FALSE(ftp.IsBusy());
   machine.Advance(1s);
-  EXPECT_THAT(told, ElementsAre(1, 2));
+  EXPECT_THAT(reported, ElementsAre(1, 2));
 }
 
-TEST_F(FakeFtpTransportTest, ACourseTellsItsErrorAndMayBeCancelledFromIt) {
-  ftp.Let("DIR", {.told = {{10ms, TransportState::kError, kTransferConnectionAborted},
-                           {20ms, TransportState::kConnected}},
+TEST_F(FakeFtpTransportTest, ACourseReportsItsErrorAndMayBeCancelledFromIt) {
+  ftp.Let("DIR", {.reported = {{10ms, TransportState::kError, kTransferConnectionAborted},
+                               {20ms, TransportState::kConnected}},
                   .lasts = 1s});
   ftp.StateChanged.Listen([&](TransportState) { ftp.Cancel(); });
   EXPECT_THAT(StatesOf("DIR"), ElementsAre(11));

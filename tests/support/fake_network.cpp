@@ -11,9 +11,9 @@ class FakeSocket final : public Socket {
   ~FakeSocket() override { Close(); }
 
   void Connect(const std::string& host, std::uint16_t port) override {
-    network_.asked_.push_back(host + ":" + std::to_string(port));
+    network_.requested_.push_back(host + ":" + std::to_string(port));
     if (state_ == SocketState::kConnecting || state_ == SocketState::kConnected) {
-      TellFailed(kSocketInUse);
+      ReportFailed(kSocketInUse);
       return;
     }
     Close();
@@ -29,7 +29,7 @@ class FakeSocket final : public Socket {
 
   void Send(const std::string& bytes) override {
     if (state_ != SocketState::kConnected && state_ != SocketState::kClosedByPeer) {
-      TellFailed(kWrongConnectionState);
+      ReportFailed(kWrongConnectionState);
       return;
     }
     if (connection_->hung_up_) {
@@ -71,9 +71,9 @@ class FakeSocket final : public Socket {
   void Fail(int number) {
     LetGo();
     state_ = SocketState::kFailed;
-    TellFailed(number);
+    ReportFailed(number);
   }
-  void TellFailed(int number) {
+  void ReportFailed(int number) {
     Later([this, number] { Failed.Emit(number); });
   }
 
@@ -107,7 +107,7 @@ std::string FakeConnection::Text() const {
   return text;
 }
 
-// The connection lives as long as its server; who is no longer connected hears
+// The connection lives as long as its server; a socket that is no longer connected hears
 // nothing.
 void FakeConnection::Later(Nanoseconds after, std::function<void(FakeSocket&)> act) {
   network_.Later(after, [this, act = std::move(act)] {

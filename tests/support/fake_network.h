@@ -82,8 +82,8 @@ class FakeNetwork : public Sockets {
   /// another port of it refuses (kConnectionRefused).
   FakeServer& AddServer(const std::string& host, std::uint16_t port);
 
-  /// Every host and port that the program asked for, as "host:port".
-  const std::vector<std::string>& Asked() const { return asked_; }
+  /// Every host and port that the program connected to, as "host:port".
+  const std::vector<std::string>& Requested() const { return requested_; }
 
   std::unique_ptr<Socket> MakeSocket() override;
 
@@ -104,7 +104,7 @@ class FakeNetwork : public Sockets {
   ManualLoop& loop_;
   FakeClock& clock_;
   std::vector<Listener> listeners_;
-  std::vector<std::string> asked_;
+  std::vector<std::string> requested_;
   std::list<Timer> timers_;
 };
 

@@ -62,7 +62,7 @@ FakeOpenFiles::FakeOpenFiles(FakeFiles& files) : files_(files) {
 OpenFileTable::Opened FakeOpenFiles::OpenNative(Use use, const Path& file, Rights) {
   FakeFiles::NodePtr node = use == Use::kInput ? files_.Find(file) : files_.FileForWriting(file);
   if (node == nullptr) {
-    // Tells a missing folder from a missing file.
+    // Distinguishes a missing folder from a missing file.
     files_.RequireFolderOf(file);
     throw ProgramError(kFileNotFound);
   }

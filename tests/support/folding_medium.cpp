@@ -105,18 +105,18 @@ struct Spot {
 };
 
 Spot Resolved(int folder_fd, const char* path) {
-  Spot asked{folder_fd, path};
+  Spot spot{folder_fd, path};
   const char* const medium = std::getenv(kFoldingMedium);
-  if (medium == nullptr || asked.path.empty()) return asked;
+  if (medium == nullptr || spot.path.empty()) return spot;
   const int error = errno;
-  const std::string absolute = Absolute(folder_fd, asked.path);
+  const std::string absolute = Absolute(folder_fd, spot.path);
   std::string real = medium;
-  if (!absolute.starts_with(real + "/")) return asked;
+  if (!absolute.starts_with(real + "/")) return spot;
   for (std::size_t at = real.size() + 1; at < absolute.size();) {
     const std::size_t end = std::min(absolute.find('/', at), absolute.size());
     const std::string name = absolute.substr(at, end - at);
     at = end + 1;
-    if (name == "..") return asked;
+    if (name == "..") return spot;
     if (!name.empty()) real += "/" + (name == "." ? name : NameIn(real, name));
   }
   if (absolute.ends_with('/')) real += '/';

@@ -20,7 +20,7 @@ class ManualLoop : public EventLoop {
   explicit ManualLoop(FakeClock& clock);
 
   /// Runs the posted jobs and the timers due at the present virtual time, then
-  /// what OnYield asked for.
+  /// what OnYield requested.
   void Yield() override;
   /// A yield; when it found no job, time moves on by 10 ms, so that waiting
   /// loops end.

@@ -1,4 +1,4 @@
-// The answers of a test to what the program asks a person.
+// The answers of a test to the program's boxes and dialogs.
 #pragma once
 
 #include <deque>
@@ -29,7 +29,7 @@ class ScriptedAnswers {
     return answer;
   }
 
-  /// Those that nobody asked for.
+  /// Those that nothing used.
   const std::deque<Answer>& Left() const { return answers_; }
 
  private:

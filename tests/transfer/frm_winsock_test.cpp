@@ -23,7 +23,7 @@ TEST_F(FrmWinsockTest, IsALogWithTheDesignsCaption) {
 TEST_F(FrmWinsockTest, AMailIsTheseBytes) {
   AnswerWith("220 ready\r\n", "250 ok\r\n");
   Send();
-  EXPECT_THAT(machine.network.Asked(), ElementsAre("mail.example:25"));
+  EXPECT_THAT(machine.network.Requested(), ElementsAre("mail.example:25"));
   EXPECT_EQ(Sent(), whole_mail);
   EXPECT_TRUE(server.Connection().IsEnded());
 }
@@ -192,7 +192,7 @@ TEST_F(FrmWinsockTest, TheServerIsThatOfTheRequestAllElseThatOfTheOpening) {
     mail.Body = "too late";
   });
   machine.Advance(10s);
-  EXPECT_THAT(machine.network.Asked(), ElementsAre("mail.example:25"));
+  EXPECT_THAT(machine.network.Requested(), ElementsAre("mail.example:25"));
   EXPECT_THAT(Sent(), HasSubstr("MAIL FROM: new@site.example\r\nRCPT TO: bob@home.example\r\n"));
   EXPECT_THAT(Sent(), HasSubstr("SUBJECT: new subject\r\nnew body\r\n"));
   EXPECT_THAT(Sent(), Not(HasSubstr("late")));
@@ -244,7 +244,7 @@ TEST_F(FrmWinsockTest, AConnectThatFailsLeavesItsLineAndNothingElse) {
   Send();
   machine.Advance(std::chrono::hours(1));
   EXPECT_EQ(Log(), "<WINSOCK ERROR> 10061. Connection is forcefully rejected.\r\n");
-  EXPECT_EQ(machine.network.Asked().size(), 1U) << "no retry is made";
+  EXPECT_EQ(machine.network.Requested().size(), 1U) << "no retry is made";
 }
 
 TEST_F(FrmWinsockTest, AnUnknownHostAndAnEmptyOneAreErrorsLikeAnyOther) {

@@ -1,4 +1,4 @@
-// The upload that a backup run asks for: nobody may be there to see it.
+// The upload of a backup run, which may be unattended.
 #include "tests/transfer/ftp_window_fixture.h"
 
 namespace tarnvale::testing {
@@ -82,7 +82,7 @@ TEST_F(CompressFtpTest, TakesTheFieldsAsTheyStandEmptyOrNot) {
 
 TEST_F(CompressFtpTest, ItsLastStatusesAreThoseOfTheClose) {
   using enum TransportState;
-  ftp.Let("CLOSE", {.told = {{10ms, kDisconnecting}, {20ms, kDisconnected}}, .lasts = 20ms});
+  ftp.Let("CLOSE", {.reported = {{10ms, kDisconnecting}, {20ms, kDisconnected}}, .lasts = 20ms});
   window.CompressFTP();
   Actions statuses;
   window.ConnectionStatus.Changed.Listen([&] { statuses.push_back(window.ConnectionStatus); });

@@ -175,7 +175,7 @@ TEST_F(FtpDownloadTest, AFailureOfTheCloseIsAFailureOfTheDownload) {
 
 TEST_F(FtpDownloadTest, AMissingRemoteFileEndsWellAndSaysNothing) {
   ftp.Let("GET",
-          {.told = {{10ms, TransportState::kError, kTransferRefusedByServer}}, .lasts = 20ms});
+          {.reported = {{10ms, TransportState::kError, kTransferRefusedByServer}}, .lasts = 20ms});
   machine.dialogs.Choose(Dialog::kSave, "C:\\near.tvz");
   Click(window.chameleonButton3);
   EXPECT_EQ(window.ConnectionStatus.Get(), "Action Completed");

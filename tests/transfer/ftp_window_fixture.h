@@ -44,7 +44,7 @@ class FtpWindowTest : public ::testing::Test {
     window.Show();
   }
 
-  /// All that upload and download ask for.
+  /// All that upload and download need.
   void FillFields() {
     window.txtServer.Text = "ftp.home";
     window.txtUserID.Text = "ann";
@@ -55,7 +55,7 @@ class FtpWindowTest : public ::testing::Test {
     window.Text23.Text = "tvz";
   }
 
-  /// Commands that tell nothing and last so long.
+  /// Commands that report nothing and last so long.
   void LetCommandsLast(std::chrono::milliseconds span) {
     for (const char* verb : {"DIR", "PUT", "GET", "CLOSE"}) ftp.Let(verb, {.lasts = span});
   }
@@ -79,7 +79,7 @@ class FtpWindowTest : public ::testing::Test {
     });
   }
 
-  /// Writes down from now on what is asked of the transport and what changes.
+  /// Writes down from now on what the transport is given and what changes.
   void FollowAll() {
     for (XP_ProgressBar* bar :
          {&window.XP_ProgressBar1, &window.XP_ProgressBar2, &window.XP_ProgressBar3}) {

@@ -1,4 +1,4 @@
-// The session: its set-up, its waits, and what the transport tells.
+// The session: its set-up, its waits, and what the transport reports.
 #include "tests/transfer/ftp_window_fixture.h"
 
 namespace tarnvale::testing {
@@ -8,7 +8,7 @@ using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
-// --- What the transport tells ---------------------------------------------------------
+// --- What the transport reports ------------------------------------------------------
 
 struct StateCase {
   int state;
@@ -19,7 +19,7 @@ class FtpStateTest : public FtpWindowTest, public ::testing::WithParamInterface<
 
 TEST_P(FtpStateTest, WritesItsStatus) {
   window.ConnectionStatus = "before";
-  ftp.Tell(static_cast<TransportState>(GetParam().state));
+  ftp.Report(static_cast<TransportState>(GetParam().state));
   EXPECT_EQ(window.ConnectionStatus.Get(), GetParam().status);
 }
 
@@ -33,8 +33,8 @@ INSTANTIATE_TEST_SUITE_P(
                       StateCase{10, "Action Completed"}, StateCase{12, "before"},
                       StateCase{13, "before"}));
 
-TEST_F(FtpWindowTest, AnAbortedConnectionIsToldAndCancelled) {
-  ftp.Tell(TransportState::kError, kTransferConnectionAborted);
+TEST_F(FtpWindowTest, AnAbortedConnectionIsReportedAndCancelled) {
+  ftp.Report(TransportState::kError, kTransferConnectionAborted);
   EXPECT_EQ(window.ConnectionStatus.Get(), "Not Connected : Server Error");
   EXPECT_THAT(ftp.Calls(), ElementsAre("Cancel"));
 }
@@ -44,7 +44,7 @@ TEST_F(FtpWindowTest, EveryOtherErrorChangesNothing) {
   for (const std::int32_t code :
        {kTransferNoError, kTransferTimeOut, kTransferRefusedByServer, kTransferNameNotResolved,
         kTransferWrongUserName, kTransferWrongPassword, kTransferCannotConnect}) {
-    ftp.Tell(TransportState::kError, code);
+    ftp.Report(TransportState::kError, code);
     EXPECT_EQ(window.ConnectionStatus.Get(), "Receiving Response") << code;
   }
   EXPECT_THAT(ftp.Calls(), IsEmpty());
@@ -52,7 +52,7 @@ TEST_F(FtpWindowTest, EveryOtherErrorChangesNothing) {
 
 TEST_F(FtpWindowTest, TheWindowFollowsTheTransportWhileItIsHidden) {
   window.Hide();
-  ftp.Tell(TransportState::kDisconnected);
+  ftp.Report(TransportState::kDisconnected);
   EXPECT_EQ(window.ConnectionStatus.Get(), "Action Completed");
 }
 
@@ -159,7 +159,7 @@ TEST_F(FtpEndTest, TheProgramsEndEndsADownloadOfItsFile) {
 TEST_F(FtpWaitTest, AnAbortedConnectionEndsTheWaitAndItsTextStandsUntilTheNextTick) {
   ftp.Let("DIR", {.lasts = 10ms});
   ftp.Let("PUT",
-          {.told = {{30ms, TransportState::kError, kTransferConnectionAborted}}, .lasts = 1h});
+          {.reported = {{30ms, TransportState::kError, kTransferConnectionAborted}}, .lasts = 1h});
   ftp.Let("CLOSE", {.lasts = 10ms});
   FollowAll();
   const auto begun = machine.clock.Uptime();
@@ -177,7 +177,7 @@ TEST_F(FtpWaitTest, TheTextOfAnAbortedConnectionIsOverwrittenByTheNextTick) {
   window.ConnectionStatus.Changed.Listen([&] { statuses.push_back(window.ConnectionStatus); });
   machine.loop.OnYield(10, [this] {
     machine.Advance(110ms);
-    ftp.Tell(TransportState::kError, kTransferConnectionAborted);
+    ftp.Report(TransportState::kError, kTransferConnectionAborted);
     machine.Advance(200ms);
   });
   Click(window.chameleonButton1);
@@ -187,13 +187,13 @@ TEST_F(FtpWaitTest, TheTextOfAnAbortedConnectionIsOverwrittenByTheNextTick) {
 
 TEST_F(FtpWaitTest, AWrongPasswordLeavesTheFlowToRunItsGoodEnding) {
   using enum TransportState;
-  ftp.Let("DIR", {.told = {{10ms, kResolvingHost},
-                           {20ms, kHostResolved},
-                           {30ms, kConnecting},
-                           {40ms, kConnected},
-                           {50ms, kError, kTransferWrongPassword}},
+  ftp.Let("DIR", {.reported = {{10ms, kResolvingHost},
+                               {20ms, kHostResolved},
+                               {30ms, kConnecting},
+                               {40ms, kConnected},
+                               {50ms, kError, kTransferWrongPassword}},
                   .lasts = 60ms});
-  ftp.Let("PUT", {.told = {{10ms, kError, kTransferWrongPassword}}, .lasts = 20ms});
+  ftp.Let("PUT", {.reported = {{10ms, kError, kTransferWrongPassword}}, .lasts = 20ms});
   Actions statuses;
   window.ConnectionStatus.Changed.Listen([&] { statuses.push_back(window.ConnectionStatus); });
   window.XP_ProgressBar1.Value = 50;
@@ -206,7 +206,7 @@ TEST_F(FtpWaitTest, AWrongPasswordLeavesTheFlowToRunItsGoodEnding) {
 }
 
 TEST_F(FtpWaitTest, ACommandIsNeverRetried) {
-  ftp.Let("PUT", {.told = {{10ms, TransportState::kError, kTransferTimeOut}}, .lasts = 20ms});
+  ftp.Let("PUT", {.reported = {{10ms, TransportState::kError, kTransferTimeOut}}, .lasts = 20ms});
   Click(window.chameleonButton1);
   EXPECT_EQ(ftp.Commands().size(), 3U);
 }

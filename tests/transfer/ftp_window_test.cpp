@@ -129,7 +129,7 @@ TEST_F(FtpWindowTest, AClosedWindowTicksNoMoreAndHearsNothing) {
   window.Close();
   window.txtServer.Text = "ftp.home";
   machine.Advance(5s);
-  ftp.Tell(TransportState::kConnected);
+  ftp.Report(TransportState::kConnected);
   EXPECT_NE(settings.FtpServer.Get(), "ftp.home");
   EXPECT_EQ(window.ConnectionStatus.Get(), "Not Connected To Server");
   EXPECT_EQ(machine.loop.Timers().NextDue(), std::nullopt);
@@ -183,7 +183,7 @@ TEST_F(FtpWindowTest, AHiddenWindowWakesTheProgramOnlyForWhatTheEngineReads) {
 
 // --- Save -------------------------------------------------------------------------
 
-TEST_F(FtpWindowTest, SaveSavesAndTellsSo) {
+TEST_F(FtpWindowTest, SaveSavesAndSaysSo) {
   ExpectInformation("Your FTP Server Settings Have Been Successfully Saved!");
   Click(window.chameleonButton2);
   EXPECT_EQ(saves, 1);
@@ -198,7 +198,7 @@ TEST_F(FtpWindowTest, SaveSavesWhatWasTypedInTheLastSecond) {
   EXPECT_THAT(saved, ElementsAre("ftp.home", "ann", "s3cret"));
 }
 
-TEST_F(FtpWindowTest, SaveTellsOfSuccessAfterAFailureToo) {
+TEST_F(FtpWindowTest, SaveReportsSuccessAfterAFailureToo) {
   save_failure = 70;
   ExpectInformation("Your FTP Server Settings Have Been Successfully Saved!");
   Click(window.chameleonButton2);
@@ -242,7 +242,7 @@ TEST_F(FtpWindowTest, VerifyGoesItsStepsAndLeavesTheConnectionOpen) {
   EXPECT_TRUE(ftp.IsConnected());
 }
 
-TEST_F(FtpWindowTest, AVerifyThatCannotStartTellsSoAndShowsTheWindowUnconnected) {
+TEST_F(FtpWindowTest, AVerifyThatCannotStartSaysSoAndShowsTheWindowUnconnected) {
   FillFields();
   window.ConnectionStatus = "Connected To Server";
   FollowAll();
@@ -279,8 +279,8 @@ TEST_F(FtpWindowTest, VerifyWorksWithEmptyFields) {
 
 TEST_F(FtpWindowTest, VerifyReportsSuccessForARefusedLoginToo) {
   FillFields();
-  ftp.Let("DIR", {.told = {{10ms, TransportState::kConnected},
-                           {20ms, TransportState::kError, kTransferWrongPassword}},
+  ftp.Let("DIR", {.reported = {{10ms, TransportState::kConnected},
+                               {20ms, TransportState::kError, kTransferWrongPassword}},
                   .lasts = 30ms});
   ExpectInformation("Your Settings Have Been Verified. Connection Established!");
   Click(window.chameleonButton4);

@@ -45,7 +45,7 @@ TEST_F(FtpTicksTest, OtherWhiteSpaceStays) {
             "cd");
 }
 
-TEST_F(FtpTicksTest, WhoIsTypingGoesOnWhereTheyWere) {
+TEST_F(FtpTicksTest, AUserWhoIsTypingGoesOnAtTheCaret) {
   window.txtRemote.Text = "my new name.tvz";
   window.txtRemote.Selection = TextSelection{.start = 7};  // behind "my new "
   machine.Advance(500ms);
@@ -145,7 +145,7 @@ TEST_F(FtpTicksTest, FullBarsStartOver) {
 TEST_F(FtpTicksTest, TheAnimationOverwritesTheStatusFiveTimesASecond) {
   window.Timer3.Enabled = true;
   for (int tick = 0; tick < 5; ++tick) {
-    ftp.Tell(TransportState::kRequestSent);
+    ftp.Report(TransportState::kRequestSent);
     EXPECT_EQ(window.ConnectionStatus.Get(), "Request Sent");
     machine.Advance(200ms);
     EXPECT_EQ(window.ConnectionStatus.Get(), "File Transferring...");

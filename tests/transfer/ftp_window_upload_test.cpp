@@ -104,7 +104,7 @@ TEST_F(FtpUploadTest, TheRuleIsAppliedToAFlowUntilTheAnimationTicks) {
 TEST_F(FtpUploadTest, TheStatusThatStaysIsTheOneWrittenLast) {
   ftp.Let("PUT", {.lasts = 500ms});
   using enum TransportState;
-  ftp.Let("CLOSE", {.told = {{10ms, kDisconnecting}, {20ms, kDisconnected}}, .lasts = 20ms});
+  ftp.Let("CLOSE", {.reported = {{10ms, kDisconnecting}, {20ms, kDisconnected}}, .lasts = 20ms});
   Click(window.chameleonButton1);
   EXPECT_EQ(window.ConnectionStatus.Get(), "File Transferring...");
   machine.Advance(10ms);
@@ -116,7 +116,7 @@ TEST_F(FtpUploadTest, TheStatusThatStaysIsTheOneWrittenLast) {
 TEST_F(FtpUploadTest, AMissingLocalFileIsFoundOutByTheTransportAlone) {
   ASSERT_FALSE(machine.files.FileExists("C:\\Store\\a b.tvz"));
   ftp.Let("PUT",
-          {.told = {{10ms, TransportState::kError, kTransferRefusedByServer}}, .lasts = 20ms});
+          {.reported = {{10ms, TransportState::kError, kTransferRefusedByServer}}, .lasts = 20ms});
   Click(window.chameleonButton1);
   EXPECT_EQ(window.XP_ProgressBar1.Value, 100);
   EXPECT_THAT(machine.boxes.Shown(), IsEmpty());

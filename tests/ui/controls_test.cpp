@@ -86,7 +86,7 @@ TEST_F(ListBoxTest, ManyRowsCanBeSelectedWhereThatIsAllowed) {
   EXPECT_EQ(list.FirstSelected(), 2U);
 }
 
-TEST_F(ListBoxTest, SelectingWhatIsSelectedTellsNobody) {
+TEST_F(ListBoxTest, SelectingWhatIsSelectedNotifiesNoListener) {
   list.Select(1, true);
   list.Select(1, true);
   list.Select(0, false);
@@ -100,7 +100,7 @@ TEST_F(ListBoxTest, RowsBeyondTheEndAreIgnored) {
   EXPECT_EQ(changes, 0);
 }
 
-TEST_F(ListBoxTest, SelectNoneTellsOnlyWhenSomethingWasSelected) {
+TEST_F(ListBoxTest, SelectNoneNotifiesOnlyWhenSomethingWasSelected) {
   list.SelectNone();
   EXPECT_EQ(changes, 0);
   list.Select(1, true);
@@ -149,17 +149,17 @@ TEST(TextListTest, BeyondTheEndThereIsNothing) {
 
 TEST(TextListTest, ChangesAreReported) {
   RowList rows;
-  std::vector<std::string> told;
-  rows.Appended.Listen([&] { told.push_back("appended"); });
+  std::vector<std::string> reported;
+  rows.Appended.Listen([&] { reported.push_back("appended"); });
   rows.Removed.Listen(
-      [&](std::size_t index) { told.push_back("removed " + std::to_string(index)); });
-  rows.Reset.Listen([&] { told.push_back("reset"); });
+      [&](std::size_t index) { reported.push_back("removed " + std::to_string(index)); });
+  rows.Reset.Listen([&] { reported.push_back("reset"); });
   rows.Append("a");
   rows.Append("b");
   rows.RemoveAt(1);
   rows.RemoveAt(5);
   rows.Clear();
-  EXPECT_THAT(told, ElementsAre("appended", "appended", "removed 1", "reset"));
+  EXPECT_THAT(reported, ElementsAre("appended", "appended", "removed 1", "reset"));
 }
 
 class OptionGroupTest : public ::testing::Test {
@@ -217,7 +217,7 @@ TEST_F(FileListTest, FollowsItsPatternAtOnce) {
   EXPECT_THAT(list.Rows(), ElementsAre("a.doc"));
 }
 
-TEST_F(FileListTest, ShowsHiddenAndSystemFilesWhenToldTo) {
+TEST_F(FileListTest, ShowsHiddenAndSystemFilesWhenSetTo) {
   list.ShowHidden = true;
   EXPECT_THAT(list.Rows(), ElementsAre("a.doc", "b.txt", "hidden.txt", "read-only.txt"));
   list.ShowSystem = true;

@@ -73,7 +73,7 @@ TEST(DialogRecordTest, AFileIsOfferedByFolderAndName) {
       << "a pattern names no file";
 }
 
-TEST(DialogRecordTest, OnlyTheFlagHasAMissingFileAskedAbout) {
+TEST(DialogRecordTest, OnlyTheFlagOffersToCreateAMissingFile) {
   EXPECT_EQ(QuestionOfMissing(With(&FileDialogRecord::flags, kFileMustExist), "C:\\a.txt"), "");
   EXPECT_EQ(QuestionOfMissing(With(&FileDialogRecord::flags, kCreatePrompt), "C:\\a.txt"),
             "a.txt\nThis file doesn't exist. Create it?");

@@ -71,7 +71,7 @@ TEST_F(FolderTreeRowsTest, AFolderIsFoundInAnyCaseOfAnyAlphabet) {
 }
 
 TEST_F(FolderTreeRowsTest, AFolderThatHasTheVeryNameComesFirst) {
-  machine.files.TellCaseApart("C");
+  machine.files.DistinguishCase("C");
   machine.files.MakeFolder("C:\\home\\Ann");
   machine.files.MakeFolder("C:\\home\\ann");
   EXPECT_EQ(rows.PathOf(RowAt("C:\\home\\ann")), "C:\\home\\ann");

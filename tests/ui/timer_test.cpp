@@ -81,11 +81,11 @@ TEST_F(TimerTest, ATimerThatDoesNotWakeTheLoopKeepsToItsInterval) {
 
 TEST_F(TimerTest, AChangeOfWhetherItWakesTheLoopIsReported) {
   Timer timer(queue, 100, true);
-  int told = 0;
-  queue.Rescheduled.Listen([&] { ++told; });
+  int reported = 0;
+  queue.Rescheduled.Listen([&] { ++reported; });
   timer.WakesLoop = false;
   timer.WakesLoop = true;
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(reported, 2);
   EXPECT_TRUE(queue.NextDue().has_value());
 }
 
@@ -248,7 +248,7 @@ TEST_F(TimerTest, AHandlerThatFailsTicksAgain) {
   EXPECT_EQ(ticks, 2);
 }
 
-TEST_F(TimerTest, TheQueueTellsWhenTheNextTimerIsDue) {
+TEST_F(TimerTest, TheQueueKnowsWhenTheNextTimerIsDue) {
   int rescheduled = 0;
   queue.Rescheduled.Listen([&] { ++rescheduled; });
   Timer timer(queue, 100, true);

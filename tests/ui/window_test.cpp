@@ -148,13 +148,13 @@ TEST_F(WindowTest, AnEmptyWindowHasNoFocus) {
 }
 
 TEST_F(WindowTest, ClosingHidesAndIsReported) {
-  std::vector<std::string> told;
-  window.CloseAsked.Listen([&](CloseRequest&) { told.push_back("asked"); });
-  window.Closed.Listen([&] { told.push_back(window.Visible ? "closed visible" : "closed"); });
+  std::vector<std::string> reported;
+  window.CloseAsked.Listen([&](CloseRequest&) { reported.push_back("asked"); });
+  window.Closed.Listen([&] { reported.push_back(window.Visible ? "closed visible" : "closed"); });
   window.Show();
   EXPECT_TRUE(window.Close());
   EXPECT_FALSE(window.Visible);
-  EXPECT_THAT(told, ElementsAre("asked", "closed"));
+  EXPECT_THAT(reported, ElementsAre("asked", "closed"));
 }
 
 TEST_F(WindowTest, AnyHandlerCanCancelClosing) {

@@ -26,7 +26,7 @@ class SyncFixture : public ::testing::Test {
   }
 
   FakeMachine machine;
-  FileSync sync{machine.Interfaces()};
+  FileSync sync{machine.files, machine.loop};
 };
 
 }  // namespace tarnvale::testing

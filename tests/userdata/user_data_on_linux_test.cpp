@@ -342,12 +342,12 @@ TEST_F(UserDataOnLinux, WhatStandsForTheRegistryEditorGetsThreeExports) {
   ::chmod(editor.c_str(), 0755);
   const int reader = ::open(pipe.c_str(), O_RDWR | O_CLOEXEC);
   BackUp(window.chameleonButton9, "C:\\Keep");
-  std::string told;
-  while (std::count(told.begin(), told.end(), '\n') < 3) {
+  std::string output;
+  while (std::count(output.begin(), output.end(), '\n') < 3) {
     std::array<char, 512> bytes{};
     const ssize_t length = ::read(reader, bytes.data(), bytes.size());
     ASSERT_GT(length, 0);
-    told.append(bytes.data(), static_cast<std::size_t>(length));
+    output.append(bytes.data(), static_cast<std::size_t>(length));
   }
   ::close(reader);
   const std::string start = "</e><C:\\Keep\\Outlook Express Settings\\";
@@ -356,7 +356,7 @@ TEST_F(UserDataOnLinux, WhatStandsForTheRegistryEditorGetsThreeExports) {
                            "Settings.reg><HKEY_CURRENT_USER\\Software\\Microsoft\\Outlook "
                            "Express>\n",
                            "Identities.reg><HKEY_CURRENT_USER\\Identities>\n"}) {
-    EXPECT_NE(told.find(start + line), std::string::npos) << told;
+    EXPECT_NE(output.find(start + line), std::string::npos) << output;
   }
 }
 

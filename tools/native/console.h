@@ -1,4 +1,4 @@
-// A command and who called it: arguments, output, and being stopped.
+// A command and its caller: arguments, output, and being stopped.
 #pragma once
 
 #include <cstdint>

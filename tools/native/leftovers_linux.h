@@ -11,7 +11,7 @@ namespace tarnvale {
 void CatchEndingSignals();
 
 /// Up to three entries of one open folder, deleted in their order when this
-/// object goes or a signal ends the command. Told before they are made; what has
+/// object goes or a signal ends the command. Registered before they are made; what has
 /// been renamed meanwhile is simply not there any more. One object at a time.
 class Leftovers {
  public:

@@ -37,7 +37,7 @@ bool IsFile(const fs::directory_entry& entry) {
 void LookAt(const fs::directory_entry& entry, std::vector<TreeEntry>& entries) {
   TreeEntry found{.path = entry.path().string(), .name = entry.path().filename().string()};
   if (found.name.starts_with('.')) return;
-  // What reading the folder told of an entry isn't asked again.
+  // What reading the folder said of an entry isn't looked up again.
   std::error_code error;
   const bool is_link = entry.is_symlink(error);
   found.is_folder = !is_link && entry.is_directory(error);

@@ -32,8 +32,8 @@ class OutputFolder {
   std::optional<Inner> Enter(const std::string& name) const;
   /// One that is there already is no failure.
   void MakeInner(const std::string& name) const;
-  /// Whether a folder that was entered by a link lies in `outer`. Where the system can't
-  /// tell, it doesn't.
+  /// Whether a folder that was entered by a link lies in `outer`. Where the system
+  /// doesn't know, it doesn't.
   bool LiesIn(const OutputFolder& outer) const;
 
   /// What has a name in it; a link is itself.
@@ -44,7 +44,7 @@ class OutputFolder {
   std::optional<Entry> Find(const std::string& name) const;
 
   /// Writes a file beside, flushes it and gives it its name, in place of an old file or of
-  /// a link. Nobody may read or write it who couldn't the file that it replaces.
+  /// a link. Only those may read or write it who could the file that it replaces.
   /// stopped. One at a time.
   FileIdentity Write(const std::string& name, std::span<const std::uint8_t> bytes) const;
 

@@ -15,11 +15,11 @@ class NothingToFlush final : public MediumFlush {
   bool IsDone() override { return true; }
 };
 
-// What `ask` raises, if anything.
-template <class Ask>
-std::optional<ProgramError> FailureOf(Ask&& ask) {
+// What `query` raises, if anything.
+template <class Query>
+std::optional<ProgramError> FailureOf(Query&& query) {
   PassedOver pass;
-  pass.Step(std::forward<Ask>(ask));
+  pass.Step(std::forward<Query>(query));
   return pass.StandingError();
 }
 

@@ -29,7 +29,7 @@ struct TreeEnd {
   std::function<std::unique_ptr<HeldFolder>()> open;  ///< raises as OpenFolder does
 };
 
-/// What a run asks of its files, and copies.
+/// What a run reads of its files, and copies.
 class RunWatch {
  public:
   virtual ~RunWatch() = default;
@@ -110,7 +110,7 @@ class PlannedFiles final : public FileSystem {
   void CopyTree(const HeldEntry& source, const HeldEntry& target,
                 const std::function<void()>& between, Rights rights,
                 const LeftOutFolders& left_out) override;
-  // The sync tells of single entries itself.
+  // The sync reports single entries itself.
   void CopyEntry(const HeldEntry&, const HeldEntry&, Rights) override {}
   void CreateFolder(const Path&) override {}
   void SetAttributes(const Path&, int) override {}

@@ -46,7 +46,7 @@ constexpr std::array kForms{
     CommandForm{"cat", Command::kCat, 2},
 };
 
-// The command line taken apart, before anybody asks what it means.
+// The command line taken apart, before it is interpreted.
 struct Pieces {
   std::vector<std::string> operands;
   std::optional<std::string> folder;

@@ -14,7 +14,7 @@
 namespace tarnvale {
 
 /// An entry that can't be written here for its name: no file can have it, or the medium
-/// doesn't tell it from that of another one.
+/// doesn't distinguish it from that of another one.
 class LeftOutEntry : public CommandFailure {
  public:
   using CommandFailure::CommandFailure;

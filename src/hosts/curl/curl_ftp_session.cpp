@@ -55,8 +55,8 @@ std::uint64_t Unsent(curl_socket_t socket) {
 }
 
 bool IsBroken(curl_socket_t socket) {
-  pollfd asked{.fd = socket, .events = 0, .revents = 0};
-  return ::poll(&asked, 1, 0) != 0;
+  pollfd query{.fd = socket, .events = 0, .revents = 0};
+  return ::poll(&query, 1, 0) != 0;
 }
 
 bool HasReplyCode(std::string_view line) {
@@ -119,7 +119,7 @@ void CurlFtpSession::Begin(FtpRequest request) {
   changed_.notify_all();
 }
 
-void CurlFtpSession::Tell(TransportState state, std::int32_t code) {
+void CurlFtpSession::Report(TransportState state, std::int32_t code) {
   const Lock lock(mutex_);
   Post(state, code);
 }
@@ -193,7 +193,7 @@ void CurlFtpSession::SetUp() {
   Set(easy_, CURLOPT_QUICK_EXIT, 1L);
   Set(easy_, CURLOPT_BUFFERSIZE, kBufferBytes);
   Set(easy_, CURLOPT_UPLOAD_BUFFERSIZE, kBufferBytes);
-  // A name is what it is: no folder is changed to, and no size is asked for.
+  // A name is what it is: no folder is changed to, and no size is requested.
   Set(easy_, CURLOPT_PATH_AS_IS, 1L);
   Set(easy_, CURLOPT_FTP_FILEMETHOD, static_cast<long>(CURLFTPMETHOD_NOCWD));
   Set(easy_, CURLOPT_IGNORE_CONTENT_LENGTH, 1L);

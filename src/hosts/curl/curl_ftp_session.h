@@ -2,7 +2,7 @@
 //
 // libcurl speaks FTP, and some of its calls wait for the server. They run on a
 // thread that may be left to itself at any moment: a session that was dropped
-// breaks its connections, touches no file and tells nothing any more, and ends
+// breaks its connections, touches no file and reports nothing any more, and ends
 // when libcurl comes back. So does a local file whose medium has stopped answering:
 // nothing is locked while it is read or written.
 #pragma once
@@ -35,7 +35,7 @@ class CurlFtpSession final : public FtpSession,
   CurlFtpSession(EventLoop& loop, FtpLogin login, const FtpPatience& patience, Listener listener);
 
   void Begin(FtpRequest request) override;
-  void Tell(TransportState state, std::int32_t code) override;
+  void Report(TransportState state, std::int32_t code) override;
   bool IsAlive() override;
   void CloseFile(bool whole) override;
   /// The server sees that a transfer isn't whole.

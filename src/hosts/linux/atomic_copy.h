@@ -41,13 +41,13 @@ struct CopyTarget {
 };
 
 /// Whether a copy from something with the properties `source` may replace what
-/// stands at its target. Raises 75 for a folder, a device, a socket, a pipe and
+/// is at its target. Raises 75 for a folder, a device, a socket, a pipe and
 /// a read-only file, but 58 for a link in whose place is a folder. False when both
 /// are one and the same file, so that there is nothing to do.
 bool MayReplace(const struct stat& source, const struct stat& target);
 
 /// Whether anything has the name of a target, links not followed. Raises 57, 70, 75 when
-/// that can't be asked: what is there may be closed, or another file's by its case.
+/// that can't be looked at: what is there may be closed, or another file's by its case.
 bool IsThere(NativeSpot target, struct stat& info);
 
 /// Copies the extended attributes that go with a copy: what the target's medium

@@ -44,7 +44,7 @@ bool MeansUnsupported(int error) {
          error == EPERM || error == EBADF || error == ETXTBSY;
 }
 
-// False when the file system can't tell where data lies.
+// False when the file system doesn't know where data lies.
 bool CopySparse(int source, int target, off_t size) {
   off_t end = 0;
   while (end < size) {
@@ -71,7 +71,7 @@ off_t CopyRange(int source, int target, off_t most) {
     if (got > 0) {
       done += got;
     } else if (got == 0 || MeansUnsupported(errno)) {
-      // Some file systems give 0 instead of their bytes: reading tells.
+      // Some file systems give 0 instead of their bytes: only reading shows which.
       return done + CopyByBuffer(source, target, most - done);
     } else if (errno != EINTR) {
       RaiseNative(errno, Attempt::kChange);

@@ -32,7 +32,7 @@ class Descriptor {
   int Release() { return std::exchange(fd_, -1); }
 
   /// Closes it; false when the system reports that something written before
-  /// got lost. `errno` tells why.
+  /// got lost. `errno` says why.
   bool Close() {
     const int fd = std::exchange(fd_, -1);
     return fd < 0 || ::close(fd) == 0;

@@ -21,7 +21,7 @@ namespace {
 constexpr unsigned kFirstOther = 3;  // behind input, output and error output
 
 // Everything from here to the new program runs in a copy of a process that may
-// have had threads: no memory may be asked for.
+// have had threads: no memory may be allocated.
 [[noreturn]] void Report(int pipe, int error) {
   const ssize_t written = ::write(pipe, &error, sizeof error);
   ::_exit(written < 0 ? 2 : 1);

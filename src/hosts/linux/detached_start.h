@@ -13,7 +13,7 @@ int StartDetached(const std::string& program, const std::vector<std::string>& wo
 
 /// In a copy of this process, before it becomes another program: a session of its own,
 /// the system's signals, `nowhere` as input and output, and nothing else open behind its
-/// start. Asks for no memory. False, with `errno` set, when that fails.
+/// start. Allocates no memory. False, with `errno` set, when that fails.
 bool LeaveTheProgram(int nowhere);
 
 /// The native path of a program that the search path leads to; empty when there

@@ -25,7 +25,7 @@ bool IsDots(const char* name) {
 FolderScan::FolderScan(Descriptor folder, const Temporaries& temporaries)
     : folder_(nullptr, &::closedir), temporaries_(temporaries) {
   folder_.reset(::fdopendir(folder.Get()));
-  if (!folder_) RaiseNative(errno, Attempt::kAsk);
+  if (!folder_) RaiseNative(errno, Attempt::kQuery);
   folder.Release();
 }
 
@@ -34,7 +34,7 @@ const dirent* FolderScan::Next() {
     errno = 0;
     const dirent* entry = ::readdir(folder_.get());
     if (entry == nullptr) {
-      if (errno != 0) RaiseNative(errno, Attempt::kAsk);
+      if (errno != 0) RaiseNative(errno, Attempt::kQuery);
       return nullptr;
     }
     const char* name = entry->d_name;
@@ -66,7 +66,7 @@ Descriptor OpenNativeFolder(const std::string& folder, bool follow, FolderUse us
   if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG) {
     throw ProgramError(kPathNotFound);
   }
-  RaiseNative(errno, Attempt::kAsk);
+  RaiseNative(errno, Attempt::kQuery);
 }
 
 Descriptor OpenInnerFolder(int folder_fd, std::string_view names, FolderUse use) {
@@ -90,7 +90,7 @@ Descriptor OpenInnerFolder(int folder_fd, std::string_view names, FolderUse use)
   if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG) {
     throw ProgramError(kPathNotFound);
   }
-  RaiseNative(errno, Attempt::kAsk);
+  RaiseNative(errno, Attempt::kQuery);
 }
 
 }  // namespace tarnvale

@@ -1,4 +1,4 @@
-// Who of several instances came first.
+// Which of several instances came first.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace tarnvale {
 
-/// Each instance that asks takes the next number and keeps the byte of that
+/// Each instance that calls takes the next number and keeps the byte of that
 /// number locked in one common file. The locks end with their processes, however
 /// those end, and no child inherits them.
 class InstanceLock {
@@ -15,7 +15,7 @@ class InstanceLock {
   /// `file` is a native path in a folder of this user's own.
   explicit InstanceLock(std::string file) : file_(std::move(file)) {}
 
-  /// True while an instance lives that asked before this one first did. Where
+  /// True while an instance lives that called before this one first did. Where
   /// the file can't be made or locked, nobody is found.
   bool HasPredecessor();
 

@@ -46,18 +46,18 @@ bool IsFolder(const Located& located) {
           S_ISDIR(info.st_mode));
 }
 
-// Sets the mode of the very file that `info` tells of: another one may have come into
+// Sets the mode of the very file that `info` describes: another one may have come into
 // its place meanwhile, or into a folder's on the way. Raises 75 then, and for a link of
 // somebody else.
 void SetMode(const Located& located, const struct stat& info, mode_t mode) {
   std::string native = located.Native();
   struct stat end {};
-  if (!GoByOwnLinks(AT_FDCWD, native, end)) RaiseNative(errno, Attempt::kAsk);
+  if (!GoByOwnLinks(AT_FDCWD, native, end)) RaiseNative(errno, Attempt::kQuery);
   const Descriptor file(::open(native.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
-  if (!file || ::fstat(file.Get(), &end) != 0) RaiseNative(errno, Attempt::kAsk);
+  if (!file || ::fstat(file.Get(), &end) != 0) RaiseNative(errno, Attempt::kQuery);
   if (end.st_dev != info.st_dev || end.st_ino != info.st_ino) throw ProgramError(kPathFileAccess);
   const std::string held = "/proc/self/fd/" + std::to_string(file.Get());
-  if (::chmod(held.c_str(), mode) != 0) RaiseNative(errno, Attempt::kAsk);
+  if (::chmod(held.c_str(), mode) != 0) RaiseNative(errno, Attempt::kQuery);
 }
 
 void RequireCopyable(const struct stat& info) {
@@ -119,7 +119,7 @@ Located LinuxFiles::FindFollowed(const Path& path) {
   Located located = locator_.Find(path);
   if (S_ISLNK(located.info.st_mode) && !StateByOwnLinks(AT_FDCWD, located.Native(), located.info)) {
     if (errno == ENOTDIR || errno == ELOOP) errno = ENOENT;
-    RaiseNative(errno, Attempt::kAsk);
+    RaiseNative(errno, Attempt::kQuery);
   }
   return located;
 }
@@ -261,7 +261,7 @@ void LinuxFiles::SweepOnce(const std::string& folder) {
 // The folder to read a tree from; a link to one is followed.
 Descriptor LinuxFiles::OpenTreeSource(const Path& source) {
   const Located located = locator_.Locate(source);
-  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kQuery);
   if (!IsFolder(located)) throw ProgramError(kPathNotFound);
   return OpenNativeFolder(located.Native(), true);
 }
@@ -319,7 +319,7 @@ void LinuxFiles::CopyTree(const Descriptor& source, const HeldEntry& target,
 
 void LinuxFiles::MoveTree(const Path& source, const Path& target) {
   const Located from = locator_.Locate(source);
-  if (from.error != 0) RaiseNative(from.error, Attempt::kAsk);
+  if (from.error != 0) RaiseNative(from.error, Attempt::kQuery);
   if (!from.found || !S_ISDIR(from.info.st_mode)) throw ProgramError(kPathNotFound);
   const Located to = RequireTarget(locator_.LocateFolder(target));
   if (to.found) throw ProgramError(kFileAlreadyExists);
@@ -394,7 +394,7 @@ std::vector<std::string> LinuxFiles::ListFolders(const Path& folder, ListKinds k
 
 std::unique_ptr<HeldFolder> LinuxFiles::OpenFolder(const Path& folder) {
   const Located located = locator_.Locate(folder);
-  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kQuery);
   if (!located.found) throw ProgramError(kPathNotFound);
   return std::make_unique<LinuxFolder>(OpenNativeFolder(located.Native(), true), located.Native(),
                                        temporaries_);

@@ -31,7 +31,7 @@ std::optional<std::size_t> LinuxFolder::FoundBy(const std::string& name,
 }
 
 bool LinuxFolder::HasExactly(const std::string& name, const struct stat& there) {
-  // What no listing tells of, a device, is in no copy's place either.
+  // What no listing contains, a device, is in no copy's place either.
   if (!S_ISREG(there.st_mode) && !S_ISLNK(there.st_mode) && !S_ISDIR(there.st_mode)) return true;
   if (made_.contains(name)) return true;
   if (!listed_) listed_ = ReadNames(OpenInnerFolder(Fd(), {}), temporaries_);

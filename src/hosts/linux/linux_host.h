@@ -22,7 +22,7 @@
 
 namespace tarnvale {
 
-/// Native paths; what stands here is what the program runs with.
+/// Native paths; what is here is what the program runs with.
 struct LinuxSurroundings {
   /// What C:\ stands for.
   std::string root = "/";
@@ -51,7 +51,7 @@ class LinuxHost {
   LinuxHost(const LinuxHost&) = delete;
   LinuxHost& operator=(const LinuxHost&) = delete;
 
-  /// The path of an absolute native one; empty when no path can tell it, for one
+  /// The path of an absolute native one; empty when no path can name it, for one
   /// of its names.
   Path PathOf(const std::string& native) const {
     return CanBeNamed(native) ? locator.Drive().FromNative(native) : Path();

@@ -40,7 +40,7 @@ void RequirePlain(const struct stat& info) {
   if (!S_ISREG(info.st_mode)) throw ProgramError(kPathFileAccess);
 }
 
-// Permissions stop nobody who is root; the read-only attribute does.
+// Permissions don't stop root; the read-only attribute does.
 bool IsReadOnly(const struct stat& info) {
   return (info.st_mode & S_IWUSR) == 0;
 }

@@ -46,8 +46,8 @@ std::string LockFile(const ProcessSurroundings& surroundings) {
   if (!opened || ::fstat(opened.Get(), &info) != 0 || info.st_uid != ::geteuid()) return {};
   if (!IsOwnAndClosed(folder) && ::fchmod(opened.Get(), S_IRWXU) != 0) return {};
   if (!IsOwnAndClosed(folder)) return {};
-  const std::string who = std::to_string(::geteuid()) + '\n' + surroundings.program_file;
-  return surroundings.lock_folder + "/tarnvale-" + StableHash(who) + ".lock";
+  const std::string identity = std::to_string(::geteuid()) + '\n' + surroundings.program_file;
+  return surroundings.lock_folder + "/tarnvale-" + StableHash(identity) + ".lock";
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace tarnvale {
 
 /// Where a process finds what is not in the path language. All native paths.
 struct ProcessSurroundings {
-  /// What tells instances of this program from other programs.
+  /// What distinguishes instances of this program from other programs.
   std::string program_file;
   /// A folder of this user's own for the lock of instances; made when missing.
   std::string lock_folder;
@@ -26,7 +26,7 @@ struct ProcessSurroundings {
 };
 
 /// A started program has no parent here and inherits no open file. Windows open
-/// as the desktop likes: there is no general way to ask for a minimised one.
+/// as the desktop likes: there is no general way to request a minimised one.
 class LinuxProcesses : public Processes {
  public:
   LinuxProcesses(Locator& locator, const ProcessSurroundings& surroundings);
@@ -45,7 +45,7 @@ class LinuxProcesses : public Processes {
 
   Locator& locator_;
   ProcessSurroundings surroundings_;
-  std::optional<InstanceLock> lock_;  // made when it is first asked for
+  std::optional<InstanceLock> lock_;  // made when it is first needed
 };
 
 }  // namespace tarnvale

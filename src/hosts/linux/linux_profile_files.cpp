@@ -50,7 +50,7 @@ bool SameFile(const struct stat& a, const struct stat& b) {
 }
 
 bool MayBeReplaced(const struct stat& info, const std::string& native) {
-  // The owner's write bit is asked for too: it stops nobody who is root.
+  // The owner's write bit is checked too: it wouldn't stop root.
   return S_ISREG(info.st_mode) && (info.st_mode & S_IWUSR) != 0 &&
          ::faccessat(AT_FDCWD, native.c_str(), W_OK, AT_EACCESS) == 0;
 }
@@ -60,7 +60,7 @@ bool MayBeReplaced(const struct stat& info, const std::string& native) {
 LinuxProfileFiles::LinuxProfileFiles(Locator& locator, Temporaries& temporaries)
     : locator_(locator), temporaries_(temporaries) {}
 
-// kNowhere: no file could lie there. kUnknown: that can't be told.
+// kNowhere: no file could lie there. kUnknown: that can't be determined.
 LinuxProfileFiles::Finding LinuxProfileFiles::Find(const Path& file, Place& place) {
   const Located located = locator_.Locate(file);
   if (located.error != 0) return Finding::kUnknown;
@@ -205,7 +205,7 @@ bool LinuxProfileFiles::Flush(const Path& file) {
 }
 
 // Chosen: no lock. The medium may take its time, so whether somebody else has replaced the
-// file is asked once more right before we do, and what he wrote is then taken in.
+// file is looked at once more right before we do, and what they wrote is then taken in.
 bool LinuxProfileFiles::Put(Profile& profile, const Place& place) {
   constexpr int kMostTries = 20;
   constexpr int kMostPuts = 1000;

@@ -85,7 +85,7 @@ class LinuxProfileFiles : public ProfileFiles {
   Locator& locator_;
   Temporaries& temporaries_;
   std::unordered_map<std::string, Profile> profiles_;  // by native path
-  // Keys that couldn't be read when they were last asked for, by file: what they hold is
+  // Keys that couldn't be read when they were last wanted, by file: what they hold is
   // not known to whoever would write them.
   std::unordered_map<Path, std::set<std::pair<std::string, std::string>>> unread_;
 };

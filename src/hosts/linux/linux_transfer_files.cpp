@@ -50,7 +50,7 @@ class FileToReceive final : public TransferTarget {
         file_(slot_, target.folder, folder_.Get()),
         target_(target.name) {
     if (!file_.Create(kNewFileMode)) RaiseNative(errno, Attempt::kChange);
-    // Who could read the user's file before can read it after.
+    // Whoever could read the user's file before can read it after.
     const struct stat& old = target.info;
     if (target.found && S_ISREG(old.st_mode) && old.st_uid == ::geteuid()) {
       ::fchmod(file_.Fd(), old.st_mode & 0777U);

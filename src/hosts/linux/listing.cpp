@@ -13,8 +13,8 @@
 namespace tarnvale {
 namespace {
 
-// What an entry is, links not followed; asked of the medium only where reading the
-// folder didn't tell. DT_UNKNOWN for one that has gone meanwhile.
+// What an entry is, links not followed; looked up only where reading the
+// folder didn't give it. DT_UNKNOWN for one that has gone meanwhile.
 unsigned char KindOf(int folder_fd, const dirent& entry) {
   if (entry.d_type != DT_UNKNOWN) return entry.d_type;
   struct stat info {};
@@ -57,7 +57,7 @@ FolderContents ReadContents(Descriptor folder, const Temporaries& temporaries) {
       entries.push_back({entry->d_ino, entry->d_name});
     }
   }
-  // Asked for in the order in which the medium keeps them, which spares a disk
+  // Looked up in the order in which the medium keeps them, which spares a disk
   // that turns its seeks.
   std::sort(entries.begin(), entries.end(),
             [](const Unasked& a, const Unasked& b) { return a.inode < b.inode; });

@@ -22,7 +22,7 @@ bool IsFolder(const std::string& native) {
   return ::stat((native + "/.").c_str(), &info) == 0;
 }
 
-// Asks the medium again for a link only.
+// Queries the medium again for a link only.
 bool LeadsToFolder(const Located& located) {
   if (!located.found) return false;
   return S_ISDIR(located.info.st_mode) ||
@@ -74,7 +74,7 @@ Located Locator::LocateFolder(const Path& path) const {
 
 Located Locator::Find(const Path& path) const {
   Located located = Locate(path);
-  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kQuery);
   if (!located.folder_found) throw ProgramError(kPathNotFound);
   if (!located.found) throw ProgramError(kFileNotFound);
   return located;
@@ -82,16 +82,16 @@ Located Locator::Find(const Path& path) const {
 
 std::optional<std::string> Locator::FindFolder(const Path& path) const {
   const Located located = Locate(path);
-  // Not there is one thing, not to be asked another: what counts files would stop short.
-  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  // Not there is one thing, not to be looked at another: a count of files would stop short.
+  if (located.error != 0) RaiseNative(located.error, Attempt::kQuery);
   if (LeadsToFolder(located)) return located.Native();
   return std::nullopt;
 }
 
 std::optional<std::string> Locator::RealFolder(std::string_view folder) const {
-  std::string asked(folder);
-  if (IsFolder(asked)) return asked;
-  if (asked.size() <= drive_.Root().size()) return std::nullopt;
+  std::string existing(folder);
+  if (IsFolder(existing)) return existing;
+  if (existing.size() <= drive_.Root().size()) return std::nullopt;
   const auto parent = RealFolder(NativeFolderOf(folder));
   if (!parent) return std::nullopt;
   const std::string name(NativeNameOf(folder));

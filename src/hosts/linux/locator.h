@@ -16,11 +16,11 @@ namespace tarnvale {
 struct Located {
   /// The native folder, without a slash at its end; empty for the root.
   std::string folder;
-  /// The native name; the one that was asked for when nothing is there.
+  /// The native name; the one that was looked for when nothing is there.
   std::string name;
   bool folder_found = false;
   bool found = false;
-  /// Not one of "there" and "not there": asking was refused or failed.
+  /// Not one of "there" and "not there": looking was refused or failed.
   int error = 0;
   /// Of the entry itself, links not followed; set when `found`.
   struct stat info {};
@@ -29,7 +29,7 @@ struct Located {
 };
 
 /// Keeps nothing of what it saw: names change, and a folder's time is too coarse to
-/// tell.
+/// show that.
 class Locator {
  public:
   Locator(DrivePaths drive, const Temporaries& temporaries);
@@ -41,11 +41,11 @@ class Locator {
   Located LocateFolder(const Path& path) const;
 
   /// As Locate, but raises 53 when nothing is there, 76 when the folder is
-  /// missing, 75 when it can't be asked.
+  /// missing, 75 when it can't be looked at.
   Located Find(const Path& path) const;
 
   /// The folder that a path names, as a native one; none when there is none. A
-  /// link counts if its folder exists. Raises 75 when it can't be asked.
+  /// link counts if its folder exists. Raises 75 when it can't be looked at.
   std::optional<std::string> FindFolder(const Path& path) const;
 
   const DrivePaths& Drive() const { return drive_; }

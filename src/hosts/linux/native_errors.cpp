@@ -15,7 +15,7 @@ int ErrorNumberOf(int error, Attempt attempt) {
     case EACCES:
     case EPERM:
     case EROFS:
-      return attempt == Attempt::kAsk ? kPathFileAccess : kPermissionDenied;
+      return attempt == Attempt::kQuery ? kPathFileAccess : kPermissionDenied;
     case EBUSY:
     case ETXTBSY:
       return kPermissionDenied;

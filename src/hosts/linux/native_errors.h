@@ -5,7 +5,7 @@ namespace tarnvale {
 
 /// What a refusal means depends on what was tried.
 enum class Attempt {
-  kAsk,     ///< asking for a property, reading a folder: a refusal is 75
+  kQuery,   ///< querying a property, reading a folder: a refusal is 75
   kChange,  ///< copying, creating, deleting: a refusal is 70
 };
 

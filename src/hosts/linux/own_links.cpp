@@ -92,7 +92,7 @@ int OpenWithoutLinks(int folder_fd, const std::string& path, int flags, mode_t m
 }
 
 // Whether opening without links failed for a link on the way, or for a system that doesn't
-// know this call. A link that is asked for a folder counts as none.
+// know this call. A link where a folder is wanted counts as none.
 bool MayHaveLinks(int error) {
   return error == ELOOP || error == ENOTDIR || error == ENOSYS || error == EPERM;
 }
@@ -140,7 +140,7 @@ Descriptor OpenByOwnLinks(int folder_fd, std::string path, int flags, mode_t mod
     if (!end.folder) return {};
     Descriptor opened(
         ::openat(end.folder.Get(), end.name.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, mode));
-    // A link that is asked for a folder counts as none.
+    // A link where a folder is wanted counts as none.
     if (opened || (errno != ELOOP && errno != ENOTDIR)) return opened;
     const int error = errno;
     if (GoOn(end, path)) continue;

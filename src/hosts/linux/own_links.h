@@ -20,7 +20,7 @@ namespace tarnvale {
 /// link that isn't followed.
 Descriptor OpenByOwnLinks(int folder_fd, std::string path, int flags, mode_t mode = 0);
 
-/// Asks for the state of what a path leads to, and makes `path` the path of that.
+/// Reads the state of what a path leads to, and makes `path` the path of that.
 /// False when it fails, likewise: ENOENT when nothing is there.
 bool GoByOwnLinks(int folder_fd, std::string& path, struct stat& info);
 

@@ -5,7 +5,7 @@
 
 namespace tarnvale {
 
-/// Native path of this program's file; empty when the system doesn't tell.
+/// Native path of this program's file; empty when the system doesn't say.
 std::string OwnProgramFile();
 
 /// Native path of the folder that the program and what it keeps beside itself lie in,

@@ -12,7 +12,7 @@ namespace tarnvale {
 /// True when a path can hold this name: it has neither a backslash nor a star.
 bool CanBeNamed(std::string_view native_name);
 
-/// Splits a native path at its last slash: "/a/b" into "/a" and "b". What stands
+/// Splits a native path at its last slash: "/a/b" into "/a" and "b". What is
 /// before the slash may be empty.
 std::string_view NativeFolderOf(std::string_view native);
 std::string_view NativeNameOf(std::string_view native);

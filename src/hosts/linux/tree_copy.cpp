@@ -71,7 +71,7 @@ TreeCopy::TreeCopy(Temporaries& temporaries, Rights rights, const std::function<
   for (const HeldFolder* folder : left_out) {
     struct stat info {};
     if (::fstat(static_cast<const LinuxFolder*>(folder)->Fd(), &info) != 0) {
-      RaiseNative(errno, Attempt::kAsk);
+      RaiseNative(errno, Attempt::kQuery);
     }
     left_out_.emplace_back(info.st_dev, info.st_ino);
   }
@@ -113,7 +113,7 @@ void TreeCopy::Try(Step&& step) {
 void TreeCopy::CopyFolder(const std::string& source, const std::string& target, bool is_new) {
   Level level{source, target, {}, 0, false, {}};
   FolderScan scan(OpenInnerFolder(source_fd_, source), temporaries_);
-  if (::fstat(scan.Fd(), &level.info) != 0) RaiseNative(errno, Attempt::kAsk);
+  if (::fstat(scan.Fd(), &level.info) != 0) RaiseNative(errno, Attempt::kQuery);
   if (!source.empty() && IsLeftOut(level.info)) {
     copied_all_ = false;
     return;

@@ -38,7 +38,7 @@ void FrameClock::Hurry(FrameClient& client) {
 
 void FrameClock::Tick() {
   last_frame_ = std::chrono::steady_clock::now();
-  // A client may ask again, or others may go away, while one is being called.
+  // A client may request again, or others may go away, while one is being called.
   std::size_t left = waiting_.size();
   while (left-- > 0 && !waiting_.empty()) Hurry(*waiting_.front());
 }

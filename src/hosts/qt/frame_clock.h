@@ -22,7 +22,7 @@ class FrameClient {
 };
 
 /// Calls its clients at most 60 times a second, each once however often it
-/// asked. The clock stands still while nobody asks.
+/// requested that. The clock stops while nothing is requested.
 class FrameClock {
  public:
   FrameClock();

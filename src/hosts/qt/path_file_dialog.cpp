@@ -29,7 +29,7 @@ bool IsProgramPath(const QString& text) {
 
 PathFileDialog::PathFileDialog(QWidget* owner, PathTranslation paths)
     : QFileDialog(owner), paths_(std::move(paths)) {
-  // Asked here: Qt and the desktop know a file by its very name only.
+  // Confirmed here: Qt and the desktop know a file by its very name only.
   setOption(QFileDialog::DontConfirmOverwrite);
   if (const QLineEdit* field = NameField()) {
     connect(field, &QLineEdit::textChanged, this,
@@ -98,7 +98,7 @@ bool PathFileDialog::MayAccept(QLineEdit& field) {
   if (file.isEmpty() || is_entered) return true;
   const Path path = paths_.to_program(FromQt(file));
   if (!path.empty()) return MayReplace(file, path);
-  TellUnusable(file);
+  ShowUnusable(file);
   return false;
 }
 
@@ -128,7 +128,7 @@ Path PathFileDialog::Result() {
   if (native.isEmpty()) return {};
   const Path path = paths_.to_program(FromQt(native));
   if (path.empty()) {
-    TellUnusable(native);
+    ShowUnusable(native);
     return {};
   }
   const bool was_asked = NameField() != nullptr;
@@ -144,7 +144,7 @@ QString PathFileDialog::Translated(const QString& typed) {
     const std::size_t name = path.find_last_of("\\/") + 1;
     const std::string folder = paths_.to_native(path.substr(0, name));
     if (!QFileInfo(ToQt(folder)).isDir()) {
-      Tell(typed + "\nThere is no such folder.");
+      ShowMessage(typed + "\nThere is no such folder.");
       return {};
     }
     native = folder + "/" + path.substr(name);
@@ -152,13 +152,14 @@ QString PathFileDialog::Translated(const QString& typed) {
   return QDir::cleanPath(ToQt(native));
 }
 
-void PathFileDialog::TellUnusable(const QString& native) {
-  Tell(native +
-       "\nThis name can't be used: no name of a file or folder may have a backslash or a star "
-       "in it.\nA whole path begins with its drive or a backslash, like C:\\Folder\\File.");
+void PathFileDialog::ShowUnusable(const QString& native) {
+  ShowMessage(
+      native +
+      "\nThis name can't be used: no name of a file or folder may have a backslash or a star "
+      "in it.\nA whole path begins with its drive or a backslash, like C:\\Folder\\File.");
 }
 
-void PathFileDialog::Tell(const QString& text) {
+void PathFileDialog::ShowMessage(const QString& text) {
   QMessageBox::warning(Asker(), windowTitle(), text);
 }
 

@@ -39,8 +39,8 @@ class PathFileDialog final : public QFileDialog {
   void EnableOpenFor(const QString& typed);
   Path Result();
   QString Translated(const QString& typed);
-  void TellUnusable(const QString& native);
-  void Tell(const QString& text);
+  void ShowUnusable(const QString& native);
+  void ShowMessage(const QString& text);
   bool MayReplace(const QString& native, const Path& path);
   QWidget* Asker();
 

@@ -27,7 +27,7 @@ QString NameFilter(const FileFilter& filter) {
   return text.trimmed() + " (" + globs.join(' ') + ")";
 }
 
-// Asks whether a missing file is to be created, as the classic flag wants it.
+// Offers to create a missing file, as the classic flag wants it.
 bool AgreesToMissing(QWidget* owner, const FileDialogRecord& record, const Path& missing) {
   const std::string question = QuestionOfMissing(record, missing);
   return question.empty() ||

@@ -66,7 +66,7 @@ std::string NameOf(BoxIcon icon) {
   return {};
 }
 
-/// The plain arrow while a box asks, whatever the pointer was.
+/// The plain arrow while a box is open, whatever the pointer was.
 class PlainPointer {
  public:
   PlainPointer() { QGuiApplication::setOverrideCursor(Qt::ArrowCursor); }

@@ -4,7 +4,7 @@
 
 #include "hosts/qt/qt_text.h"
 
-// A library's resource has to be asked for, by a function outside all namespaces.
+// A library's resource has to be registered, by a function outside all namespaces.
 static void LoadPictures() {
   Q_INIT_RESOURCE(pictures);
 }

@@ -22,7 +22,7 @@ namespace {
 /// How much of a closed connection is still read.
 constexpr auto kMostOfFarewell = static_cast<qint64>(kMostBytesAtOnce);
 
-// A quiet server is asked whether it is there, and given up after some questions.
+// A quiet server is probed, and given up after some probes without an answer.
 constexpr int kQuietSeconds = 60;
 constexpr int kBetweenQuestionsSeconds = 15;
 constexpr int kQuestions = 4;

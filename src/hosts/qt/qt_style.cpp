@@ -283,7 +283,7 @@ void QtStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option
                             const QWidget* widget) const {
   switch (element) {
     case PE_PanelLineEdit: {
-      // The one inside a combo box stands on the combo box's own field.
+      // The one inside a combo box is on the combo box's own field.
       const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
       if (frame == nullptr || frame->lineWidth > 0) DrawField(*option, *painter);
       return;

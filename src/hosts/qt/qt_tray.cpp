@@ -14,7 +14,7 @@
 namespace tarnvale {
 namespace {
 
-/// How often the desktop is asked whether it has a notification area.
+/// How often the desktop is queried for a notification area.
 constexpr int kPresenceIntervalMs = 2000;
 
 // Only the X system tray gives an icon a window of this program.
@@ -52,7 +52,7 @@ bool QtTray::Notify(TrayCommand command, const TrayRecord& record) {
     icon_ = std::make_unique<QSystemTrayIcon>();
     QObject::connect(icon_.get(), &QSystemTrayIcon::activated,
                      [this](QSystemTrayIcon::ActivationReason reason) { Click(reason); });
-    // Before the icon shows: a desktop asks for the menu when it meets the icon.
+    // Before the icon shows: a desktop fetches the menu when it meets the icon.
     ExportMenu(record.menu);
   }
   hook_ = record.hook;
@@ -82,11 +82,11 @@ void QtTray::Click(QSystemTrayIcon::ActivationReason reason) {
   const bool is_opened_by_desktop =
       reason == QSystemTrayIcon::Context && icon_ && icon_->contextMenu() != nullptr;
   if (is_opened_by_desktop) return;
-  for (const TrayMessage message : clicks_.MessagesOf(reason, uptime_.elapsed())) Tell(message);
+  for (const TrayMessage message : clicks_.MessagesOf(reason, uptime_.elapsed())) Report(message);
 }
 
 // After the event of Qt's own icon: a listener can take that icon away.
-void QtTray::Tell(TrayMessage message) {
+void QtTray::Report(TrayMessage message) {
   loop_.Post([this, message] {
     if (hook_ != nullptr) {
       hook_->MouseMove.Emit(static_cast<double>(message) * kTwipsPerPixel, 0);

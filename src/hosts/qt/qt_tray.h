@@ -30,7 +30,7 @@ class QtTray final : public NotificationArea {
   void ExportMenu(MenuItem* menu);
   void ShowRecord(const TrayRecord& record);
   void Click(QSystemTrayIcon::ActivationReason reason);
-  void Tell(TrayMessage message);
+  void Report(TrayMessage message);
   void LearnPresence();
 
   QtEventLoop& loop_;
@@ -41,7 +41,7 @@ class QtTray final : public NotificationArea {
   PictureBox* hook_ = nullptr;
   TrayClicks clicks_;
   QElapsedTimer uptime_;
-  /// Areas come and go without a word to those who have no icon in them.
+  /// Areas come and go without notice to programs that have no icon in them.
   QTimer presence_;
 };
 

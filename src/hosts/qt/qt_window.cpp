@@ -175,7 +175,7 @@ void QtWindow::Sync() {
   sync_is_requested_ = false;
   if (context_.ending) return;
   // First, as the window may go out of sight in answer.
-  TellState();
+  EmitResized();
   const bool is_minimized = record_.State.Get() == WindowState::kMinimized;
   // A minimised window that isn't on the task bar is nowhere to be seen.
   const bool is_mapped = record_.Visible && !(is_minimized && !record_.InTaskBar);
@@ -194,9 +194,9 @@ void QtWindow::Sync() {
   raise_is_requested_ = false;
 }
 
-void QtWindow::TellState() {
-  if (record_.State.Get() == told_state_) return;
-  told_state_ = record_.State;
+void QtWindow::EmitResized() {
+  if (record_.State.Get() == emitted_state_) return;
+  emitted_state_ = record_.State;
   Report([this] { record_.Resized.Emit(); });
 }
 
@@ -208,7 +208,7 @@ void QtWindow::ApplyFlags() {
 }
 
 void QtWindow::ApplyState() {
-  // Only what the record newly asks for: a window that the user brought up in
+  // Only what is new in the record: a window that the user brought up in
   // the meantime, and whose report is still settling, stays up.
   if (ordered_state_ != record_.State.Get()) {
     ordered_state_ = record_.State.Get();
@@ -293,7 +293,7 @@ void QtWindow::ReportState() {
   }
   ordered_state_ = state;
   Report([&] { record_.State = state; });
-  TellState();
+  EmitResized();
 }
 
 void QtWindow::RestoreAgain() {

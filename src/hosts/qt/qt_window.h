@@ -17,7 +17,7 @@
 
 namespace tarnvale {
 
-/// Where a popup stands on the whole desktop, whose screens may lie anywhere: its
+/// Where a popup goes on the whole desktop, whose screens may lie anywhere: its
 /// record counts from the corner of the primary one.
 QPoint PopupPlace(QPoint screen_origin, int left_twips, int top_twips);
 
@@ -51,7 +51,7 @@ class QtWindow final : public QWidget {
 
   void RequestSync();
   void Sync();
-  void TellState();
+  void EmitResized();
   void ApplyFlags();
   void ApplyState();
   void ApplyPosition();
@@ -62,7 +62,7 @@ class QtWindow final : public QWidget {
 
   void ReportState();
   /// A window that was to be minimised and then not may go away after all: it
-  /// was asked to come up before the window manager had taken it down.
+  /// was to come up before the window manager had taken it down.
   void RestoreAgain();
   void ReportActivation();
   void ShowFocus();
@@ -81,9 +81,9 @@ class QtWindow final : public QWidget {
   std::vector<std::unique_ptr<Peer>> peers_;
   std::map<const Control*, Peer*> peer_of_;
   std::vector<Subscription> subscriptions_;
-  /// What was last asked of the native window, or reported by it.
+  /// What was last requested of the native window, or reported by it.
   std::optional<WindowState> ordered_state_;
-  WindowState told_state_ = WindowState::kNormal;
+  WindowState emitted_state_ = WindowState::kNormal;
   bool sync_is_requested_ = false;
   bool raise_is_requested_ = false;
   bool was_placed_ = false;

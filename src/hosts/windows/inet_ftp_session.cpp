@@ -109,7 +109,7 @@ void InetFtpSession::Begin(FtpRequest request) {
   ::SetEvent(changed_.Get());
 }
 
-void InetFtpSession::Tell(TransportState state, std::int32_t code) {
+void InetFtpSession::Report(TransportState state, std::int32_t code) {
   const std::lock_guard lock(lock_);
   Post(state, code);
 }

@@ -29,7 +29,7 @@ class InetFtpSession final : public FtpSession,
   ~InetFtpSession() override;
 
   void Begin(FtpRequest request) override;
-  void Tell(TransportState state, std::int32_t code) override;
+  void Report(TransportState state, std::int32_t code) override;
   bool IsAlive() override;
   void CloseFile(bool whole) override;
   void Drop() override;

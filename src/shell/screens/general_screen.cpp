@@ -126,7 +126,7 @@ void GeneralScreen::PrepareSettingsDialog() {
 }
 
 // Required: the file on the medium goes out, not what is set now. A failed copy
-// leaves the first mark, and an error stands to the end.
+// leaves the first mark, and an error stays to the end.
 void GeneralScreen::ExportSettings() {
   for (CheckBox* mark : {&CheckBox5, &CheckBox6}) mark->Checked = false;
   for (Label* label : {&Label30, &Label61}) label->Caption = ".";

@@ -8,7 +8,7 @@
 namespace tarnvale {
 namespace {
 
-/// Where the restore bar stands when the copy begins. Its way there, a step each
+/// Where the restore bar is when the copy begins. Its way there, a step each
 /// 100 ms, is a pause for show.
 constexpr int kCopyBegins = 40;
 

@@ -182,7 +182,7 @@ TEST_P(CopyContract, AHeldFolderIsReadAndFilledByExactNames) {
   EXPECT_EQ(RaisedBy([&] { files.CopyTree({*from, "missing"}, {*to, "New"}, [] {}); }), 76);
 }
 
-TEST_P(CopyContract, AHeldFolderTellsOfOneFileAsItIsNow) {
+TEST_P(CopyContract, AHeldFolderGivesOneFileAsItIsNow) {
   host.MakeFolder("C:\\Data\\folder");
   host.Write("C:\\Data\\a.txt", "one");
   const auto data = files.OpenFolder("C:\\Data");

@@ -58,7 +58,7 @@ TEST_P(ListingContract, ReadOnlyFilesAreAmongThem) {
   EXPECT_THAT(files.List("C:\\Data\\*.*", {}), ElementsAre("a.txt"));
 }
 
-TEST_P(ListingContract, HiddenFilesAreAmongThemOnlyWhenAskedFor) {
+TEST_P(ListingContract, HiddenFilesAreAmongThemOnlyWhenWanted) {
   WriteAll({"a.txt", ".secret"});
   host.HideFile("C:\\Data\\.secret");
   EXPECT_THAT(files.List("C:\\Data\\*.*", {}), ElementsAre("a.txt"));
@@ -81,7 +81,7 @@ TEST_P(ListingContract, FoldersAreListedInOrder) {
   EXPECT_THAT(files.ListFolders("C:\\Data\\", {}), ElementsAre("alpha", "Bravo", "delta"));
 }
 
-TEST_P(ListingContract, HiddenFoldersAreListedOnlyWhenAskedFor) {
+TEST_P(ListingContract, HiddenFoldersAreListedOnlyWhenWanted) {
   host.MakeFolder("C:\\Data\\.git");
   host.HideFolder("C:\\Data\\.git");
   host.MakeFolder("C:\\Data\\Sub");
@@ -96,7 +96,7 @@ TEST_P(ListingContract, ListFoldersOfWhatIsNoFolderRaises76) {
   EXPECT_EQ(RaisedBy([&] { files.ListFolders("D:\\", {}); }), 76);
 }
 
-TEST_P(ListingContract, AnOpenedFolderTellsAllItsFilesAndFolders) {
+TEST_P(ListingContract, AnOpenedFolderGivesAllItsFilesAndFolders) {
   host.MakeFolder("C:\\Data\\Sub");
   host.MakeFolder("C:\\Data\\.git");
   host.HideFolder("C:\\Data\\.git");

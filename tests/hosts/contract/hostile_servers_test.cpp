@@ -24,7 +24,7 @@ constexpr char kTable[] = "Z:\\proc\\net\\tcp";
 constexpr char kTable[] = "/proc/net/tcp";
 #endif
 
-/// After how many seconds the system asks a quiet server of this machine whether
+/// After how many seconds the system probes a quiet server of this machine whether
 /// it is there, on the connection to this port; 0: never. The system reports it in
 /// a table of hexadecimal columns: number, own address, the other's, state,
 /// queues, timer (02 for such a question) and when it is due, in hundredths.
@@ -201,8 +201,8 @@ TEST_F(HostileServers, ANameWithAZeroByteIsNotTheNameBeforeIt) {
   EXPECT_FALSE(server.Accept());
 }
 
-TEST_F(HostileServers, AQuietServerIsAskedWithinMinutesWhetherItIsThere) {
-  if (!std::ifstream(kTable)) GTEST_SKIP() << "no system that tells when it asks";
+TEST_F(HostileServers, AQuietServerIsProbedWithinMinutes) {
+  if (!std::ifstream(kTable)) GTEST_SKIP() << "no system that shows when it probes";
   Connect();
   EXPECT_THAT(SecondsToTheQuestion(server.Port()), AllOf(Gt(0), Le(120)));
 }

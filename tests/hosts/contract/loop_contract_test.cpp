@@ -8,6 +8,7 @@
 
 #include "base/failure.h"
 #include "tests/hosts/contract/network_parts.h"
+#include "tests/support/run_until.h"
 #include "tests/support/threads.h"
 #include "ui/timer.h"
 
@@ -20,14 +21,7 @@ using std::chrono::milliseconds;
 class LoopContract : public ::testing::Test {
  protected:
   /// Lets the loop run until `condition` holds. False when it never did.
-  bool WaitFor(const std::function<bool()>& condition) {
-    const auto start = Clock::now();
-    while (!condition()) {
-      if (Clock::now() - start > std::chrono::seconds(10)) return false;
-      loop.WaitPass();
-    }
-    return true;
-  }
+  bool WaitFor(const std::function<bool()>& condition) { return RunUntil(loop, condition); }
 
   HostLoop loop;
 };
@@ -132,7 +126,7 @@ TEST_F(LoopContract, AWaitPassReturnsSoonWhenNothingHappens) {
   EXPECT_LT(Clock::now() - start, milliseconds(500));
 }
 
-TEST_F(LoopContract, TellsAFaultOfAPostedJobAndGoesOn) {
+TEST_F(LoopContract, ReportsAFaultOfAPostedJobAndGoesOn) {
   int number = 0;
   bool went_on = false;
   loop.Fault.Listen([&](const ProgramError& error) { number = error.Number(); });

@@ -169,7 +169,7 @@ void CloseSocket(int socket) {
   ::closesocket(Native(socket));
 }
 
-// Who accepts isn't woken by the end of the listener.
+// A thread that accepts isn't woken by the end of the listener.
 void EndSocket(int socket) {
   int listens = 0;
   Length length = sizeof listens;

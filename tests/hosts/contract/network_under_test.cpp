@@ -5,6 +5,7 @@
 #include "tests/hosts/contract/loopback_server.h"
 #include "tests/hosts/contract/network_parts.h"
 #include "tests/support/fake_machine.h"
+#include "tests/support/run_until.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -51,14 +52,10 @@ class LoopbackNetworkUnderTest final : public NetworkUnderTest {
   std::uint16_t DeadPort() override { return dead_.Port(); }
 
   bool WaitFor(const std::function<bool()>& condition) override {
-    const auto start = std::chrono::steady_clock::now();
-    while (!condition()) {
-      if (std::chrono::steady_clock::now() - start > 10s) return false;
+    return RunUntil(loop_, condition, 10s, [this] {
       server_.Accept();
       server_.Read();
-      loop_.WaitPass();
-    }
-    return true;
+    });
   }
 
   bool HasConnection() override { return server_.HasConnection(); }

@@ -12,6 +12,7 @@
 #ifdef _WIN32
 #include "tests/hosts/contract/slow_look_up.h"
 #endif
+#include "tests/support/run_until.h"
 #include "ui/timer.h"
 
 namespace tarnvale::testing {
@@ -26,13 +27,7 @@ class RealSockets : public ::testing::Test {
   /// `each_pass` is what the server does meanwhile.
   bool WaitFor(
       const std::function<bool()>& condition, const std::function<void()>& each_pass = [] {}) {
-    const auto start = std::chrono::steady_clock::now();
-    while (!condition()) {
-      if (std::chrono::steady_clock::now() - start > std::chrono::seconds(20)) return false;
-      each_pass();
-      loop.WaitPass();
-    }
-    return true;
+    return RunUntil(loop, condition, std::chrono::seconds(20), each_pass);
   }
 
   HostLoop loop;

@@ -8,7 +8,7 @@
 namespace tarnvale::testing {
 
 /// Leads each connection to one port of the loopback address, whatever port was
-/// asked for: a test can't count on the port of mail being free.
+/// requested: a test can't count on the port of mail being free.
 class RedirectedSockets final : public Sockets {
  public:
   RedirectedSockets(Sockets& real, std::uint16_t port) : real_(real), port_(port) {}

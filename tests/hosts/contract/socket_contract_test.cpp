@@ -19,28 +19,28 @@ using ::testing::StartsWith;
 class SocketContract : public ::testing::TestWithParam<MakeNetwork> {
  protected:
   SocketContract() {
-    socket->Connected.Listen([this] { told.push_back("connected"); });
+    socket->Connected.Listen([this] { reported.push_back("connected"); });
     socket->DataArrived.Listen([this](const std::string& bytes) {
       // Where a stream is cut is nobody's promise.
-      if (!told.empty() && told.back().starts_with("data ")) {
-        told.back() += bytes;
+      if (!reported.empty() && reported.back().starts_with("data ")) {
+        reported.back() += bytes;
       } else {
-        told.push_back("data " + bytes);
+        reported.push_back("data " + bytes);
       }
     });
-    socket->ClosedByPeer.Listen([this] { told.push_back("closed by peer"); });
+    socket->ClosedByPeer.Listen([this] { reported.push_back("closed by peer"); });
     socket->Failed.Listen(
-        [this](int number) { told.push_back("failed " + std::to_string(number)); });
+        [this](int number) { reported.push_back("failed " + std::to_string(number)); });
   }
 
   bool WaitFor(const std::function<bool()>& condition) { return network->WaitFor(condition); }
-  bool WaitForTold(std::size_t count) {
-    return WaitFor([this, count] { return told.size() >= count; });
+  bool WaitForReports(std::size_t count) {
+    return WaitFor([this, count] { return reported.size() >= count; });
   }
   void Connect() {
     socket->Connect(network->Host(), network->Port());
-    ASSERT_TRUE(WaitFor([this] { return network->HasConnection() && !told.empty(); }));
-    ASSERT_THAT(told, ElementsAre("connected"));
+    ASSERT_TRUE(WaitFor([this] { return network->HasConnection() && !reported.empty(); }));
+    ASSERT_THAT(reported, ElementsAre("connected"));
   }
   /// Lets whatever is still on its way come.
   void Settle() {
@@ -50,7 +50,7 @@ class SocketContract : public ::testing::TestWithParam<MakeNetwork> {
 
   std::unique_ptr<NetworkUnderTest> network = GetParam()();
   std::unique_ptr<Socket> socket = network->Maker().MakeSocket();
-  std::vector<std::string> told;
+  std::vector<std::string> reported;
 };
 
 INSTANTIATE_TEST_SUITE_P(Networks, SocketContract,
@@ -62,10 +62,10 @@ INSTANTIATE_TEST_SUITE_P(Networks, SocketContract,
 TEST_P(SocketContract, AConnectIsReportedFromTheLoop) {
   EXPECT_EQ(socket->State(), SocketState::kClosed);
   socket->Connect(network->Host(), network->Port());
-  EXPECT_THAT(told, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
   EXPECT_EQ(socket->State(), SocketState::kConnecting);
-  ASSERT_TRUE(WaitForTold(1));
-  EXPECT_THAT(told, ElementsAre("connected"));
+  ASSERT_TRUE(WaitForReports(1));
+  EXPECT_THAT(reported, ElementsAre("connected"));
   EXPECT_EQ(socket->State(), SocketState::kConnected);
 }
 
@@ -77,8 +77,8 @@ TEST_P(SocketContract, BytesGoBothWaysAsTheyAre) {
   socket->Send(odd);
   EXPECT_TRUE(WaitFor([&] { return network->Received() == "one" + odd; }));
   network->Say(odd);
-  ASSERT_TRUE(WaitForTold(2));
-  EXPECT_THAT(told, ElementsAre("connected", "data " + odd));
+  ASSERT_TRUE(WaitForReports(2));
+  EXPECT_THAT(reported, ElementsAre("connected", "data " + odd));
 }
 
 TEST_P(SocketContract, NoReportHoldsMoreThan64KiB) {
@@ -99,33 +99,33 @@ TEST_P(SocketContract, AGreetingIsReportedDuringAYieldOfTheConnectedHandler) {
   socket->Connected.Listen([&] {
     EXPECT_TRUE(WaitFor([&] { return network->HasConnection(); }));
     network->Say("hello");
-    EXPECT_TRUE(WaitForTold(2));
+    EXPECT_TRUE(WaitForReports(2));
     during = true;
   });
   socket->Connect(network->Host(), network->Port());
   ASSERT_TRUE(WaitFor([&] { return during; }));
-  EXPECT_THAT(told, ElementsAre("connected", "data hello"));
+  EXPECT_THAT(reported, ElementsAre("connected", "data hello"));
 }
 
 TEST_P(SocketContract, ADeadPortRefuses) {
   socket->Connect(network->Host(), network->DeadPort());
-  EXPECT_THAT(told, IsEmpty());
-  ASSERT_TRUE(WaitForTold(1));
-  EXPECT_THAT(told, ElementsAre("failed 10061"));
+  EXPECT_THAT(reported, IsEmpty());
+  ASSERT_TRUE(WaitForReports(1));
+  EXPECT_THAT(reported, ElementsAre("failed 10061"));
   EXPECT_EQ(socket->State(), SocketState::kFailed);
 }
 
 TEST_P(SocketContract, AnEmptyHostIsNoAddress) {
   socket->Connect("", network->Port());
-  ASSERT_TRUE(WaitForTold(1));
-  EXPECT_THAT(told, ElementsAre("failed 10049"));
+  ASSERT_TRUE(WaitForReports(1));
+  EXPECT_THAT(reported, ElementsAre("failed 10049"));
 }
 
 TEST_P(SocketContract, AHostThatThereIsNotIsNotFound) {
   socket->Connect("nowhere.invalid", network->Port());
-  ASSERT_TRUE(WaitForTold(1));
+  ASSERT_TRUE(WaitForReports(1));
   // Without a name server nobody can know for sure.
-  EXPECT_THAT(told, AnyOf(ElementsAre("failed 11001"), ElementsAre("failed 11002")));
+  EXPECT_THAT(reported, AnyOf(ElementsAre("failed 11001"), ElementsAre("failed 11002")));
   EXPECT_EQ(socket->State(), SocketState::kFailed);
 }
 
@@ -133,8 +133,8 @@ TEST_P(SocketContract, AfterTheServersEndTheProgramCanStillSend) {
   Connect();
   network->Say("bye");
   network->EndSending();
-  ASSERT_TRUE(WaitForTold(3));
-  EXPECT_THAT(told, ElementsAre("connected", "data bye", "closed by peer"));
+  ASSERT_TRUE(WaitForReports(3));
+  EXPECT_THAT(reported, ElementsAre("connected", "data bye", "closed by peer"));
   EXPECT_EQ(socket->State(), SocketState::kClosedByPeer);
   socket->Send("one");
   socket->Send("two");
@@ -146,40 +146,40 @@ TEST_P(SocketContract, AfterTheServersEndTheProgramCanStillSend) {
 TEST_P(SocketContract, AResetIsAFailure) {
   Connect();
   network->Reset();
-  ASSERT_TRUE(WaitForTold(2));
-  EXPECT_THAT(told, ElementsAre("connected", "failed 10054"));
+  ASSERT_TRUE(WaitForReports(2));
+  EXPECT_THAT(reported, ElementsAre("connected", "failed 10054"));
   EXPECT_EQ(socket->State(), SocketState::kFailed);
 }
 
 TEST_P(SocketContract, TheSecondWriteToAServerThatHungUpFails) {
   Connect();
   network->HangUp();
-  ASSERT_TRUE(WaitForTold(2));
+  ASSERT_TRUE(WaitForReports(2));
   socket->Send("lost");
   Settle();
-  EXPECT_THAT(told, ElementsAre("connected", "closed by peer"));
+  EXPECT_THAT(reported, ElementsAre("connected", "closed by peer"));
   socket->Send("lost too");
-  ASSERT_TRUE(WaitForTold(3));
-  EXPECT_EQ(told.back(), "failed 10053");
+  ASSERT_TRUE(WaitForReports(3));
+  EXPECT_EQ(reported.back(), "failed 10053");
   EXPECT_EQ(socket->State(), SocketState::kFailed);
 }
 
 TEST_P(SocketContract, AWriteWithoutAConnectionFailsAndTheStateStays) {
   socket->Send("lost");
-  EXPECT_THAT(told, IsEmpty());
-  ASSERT_TRUE(WaitForTold(1));
-  EXPECT_THAT(told, ElementsAre("failed 40006"));
+  EXPECT_THAT(reported, IsEmpty());
+  ASSERT_TRUE(WaitForReports(1));
+  EXPECT_THAT(reported, ElementsAre("failed 40006"));
   EXPECT_EQ(socket->State(), SocketState::kClosed);
 }
 
 TEST_P(SocketContract, AConnectDuringAConnectionFailsAndTheConnectionGoesOn) {
   socket->Connect(network->Host(), network->Port());
   socket->Connect(network->Host(), network->DeadPort());
-  ASSERT_TRUE(WaitForTold(2));
-  EXPECT_THAT(told, ::testing::UnorderedElementsAre("connected", "failed 40020"));
+  ASSERT_TRUE(WaitForReports(2));
+  EXPECT_THAT(reported, ::testing::UnorderedElementsAre("connected", "failed 40020"));
   socket->Connect(network->Host(), network->Port());
-  ASSERT_TRUE(WaitForTold(3));
-  EXPECT_EQ(told.back(), "failed 40020");
+  ASSERT_TRUE(WaitForReports(3));
+  EXPECT_EQ(reported.back(), "failed 40020");
   ASSERT_TRUE(WaitFor([&] { return network->HasConnection(); }));
   socket->Send("still here");
   EXPECT_TRUE(WaitFor([&] { return network->Received() == "still here"; }));
@@ -187,16 +187,16 @@ TEST_P(SocketContract, AConnectDuringAConnectionFailsAndTheConnectionGoesOn) {
 
 TEST_P(SocketContract, ConnectsAnewAfterAFailureAnEndAndAClose) {
   socket->Connect(network->Host(), network->DeadPort());
-  ASSERT_TRUE(WaitForTold(1));
+  ASSERT_TRUE(WaitForReports(1));
   socket->Connect(network->Host(), network->Port());
-  ASSERT_TRUE(WaitFor([&] { return network->HasConnection() && told.size() == 2; }));
+  ASSERT_TRUE(WaitFor([&] { return network->HasConnection() && reported.size() == 2; }));
   network->EndSending();
-  ASSERT_TRUE(WaitForTold(3));
+  ASSERT_TRUE(WaitForReports(3));
   for (const char* text : {"second", "third"}) {
-    told.clear();
+    reported.clear();
     socket->Connect(network->Host(), network->Port());
-    ASSERT_TRUE(WaitForTold(1));
-    EXPECT_THAT(told, ElementsAre("connected"));
+    ASSERT_TRUE(WaitForReports(1));
+    EXPECT_THAT(reported, ElementsAre("connected"));
     socket->Send(text);
     EXPECT_TRUE(WaitFor([&] { return network->Received() == text; }));
     socket->Close();
@@ -218,16 +218,16 @@ TEST_P(SocketContract, NothingIsReportedAfterAClose) {
   network->EndSending();
   socket->Close();
   Settle();
-  EXPECT_THAT(told, ElementsAre("connected"));
+  EXPECT_THAT(reported, ElementsAre("connected"));
 }
 
 TEST_P(SocketContract, ACloseInAHandlerIsTheEndToo) {
   Connect();
   socket->DataArrived.Listen([&](const std::string&) { socket->Close(); });
   network->Say("one");
-  ASSERT_TRUE(WaitForTold(2));
+  ASSERT_TRUE(WaitForReports(2));
   Settle();
-  EXPECT_THAT(told, ElementsAre("connected", "data one"));
+  EXPECT_THAT(reported, ElementsAre("connected", "data one"));
   EXPECT_TRUE(WaitFor([&] { return network->SawEnd(); }));
 }
 
@@ -239,7 +239,7 @@ TEST_P(SocketContract, NothingIsReportedOfAClosedAttempt) {
   socket->Connect("nowhere.invalid", network->Port());
   socket->Close();
   Settle();
-  EXPECT_THAT(told, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
 }
 
 TEST_P(SocketContract, AHandlerOfAFailureMayConnectAnew) {
@@ -249,8 +249,8 @@ TEST_P(SocketContract, AHandlerOfAFailureMayConnectAnew) {
     socket->Connect(network->Host(), last ? network->Port() : network->DeadPort());
   });
   socket->Connect(network->Host(), network->DeadPort());
-  ASSERT_TRUE(WaitForTold(4));
-  EXPECT_EQ(told.back(), "connected");
+  ASSERT_TRUE(WaitForReports(4));
+  EXPECT_EQ(reported.back(), "connected");
 }
 
 TEST(SocketErrorTextTest, IsTheClassicOneWithoutAFullStop) {

@@ -20,7 +20,7 @@ WindowsSurroundings SurroundingsIn(const TemporaryFolder& folder) {
   surroundings.root = L"\\\\?\\" + (folder / "drive").wstring();
   surroundings.state_folder = (folder / "state").wstring();
   surroundings.program_file = (folder / "program").wstring();
-  // Texts are told as the bytes that they are, as the other hosts' are.
+  // Texts are given as the bytes that they are, as the other hosts' are.
   surroundings.code_page = CP_UTF8;
   surroundings.locale = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
   return surroundings;

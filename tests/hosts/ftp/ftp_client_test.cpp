@@ -36,7 +36,7 @@ class FtpClient : public FtpStage {
   FtpServer server;
 };
 
-TEST_F(FtpClient, ListsTheRootFolderAndTellsEveryStepInOrder) {
+TEST_F(FtpClient, ListsTheRootFolderAndReportsEveryStepInOrder) {
   const FtpRun run = Run("DIR");
   EXPECT_EQ(run.code, kTransferNoError);
   // Resolve, connect, greeting; then a request and its response each time (AUTH
@@ -134,18 +134,18 @@ TEST_F(FtpClient, DisconnectsOnCloseAfterAQuit) {
   EXPECT_THAT(Run("DIR").states, Contains(1));
 }
 
-TEST_F(FtpClient, TellsNoDisconnectingWhereNothingIsConnected) {
+TEST_F(FtpClient, ReportsNoDisconnectingWhereNothingIsConnected) {
   EXPECT_THAT(Run("CLOSE").states, ElementsAre(12));
 }
 
-TEST_F(FtpClient, TellsAWrongPassword) {
+TEST_F(FtpClient, ReportsAWrongPassword) {
   Configure("127.0.0.1:" + std::to_string(server.Port()), kServerUser, "wrong");
   const FtpRun run = Run("DIR");
   EXPECT_EQ(run.code, kTransferWrongPassword);
   EXPECT_EQ(run.states.back(), 11);
 }
 
-TEST_F(FtpClient, TellsAnUnknownUser) {
+TEST_F(FtpClient, ReportsAnUnknownUser) {
   Configure("127.0.0.1:" + std::to_string(server.Port()), "nobody here", kServerPassword);
   // This server, like most, doesn't say which of the two was wrong.
   EXPECT_EQ(Run("DIR").code, kTransferWrongPassword);
@@ -193,7 +193,7 @@ TEST_F(FtpClient, ResolvesNames) {
 TEST_F(FtpClient, RefusesASecondCommandWhileOneRuns) {
   transport->Execute("DIR");
   EXPECT_EQ(RaisedBy([&] { transport->Execute("DIR"); }), kStillExecuting);
-  EXPECT_TRUE(WaitFor([&] { return !told.empty(); }));
+  EXPECT_TRUE(WaitFor([&] { return !reported.empty(); }));
   EXPECT_EQ(RaisedBy([&] { transport->Execute("CLOSE"); }), kStillExecuting);
   EXPECT_EQ(Wait().code, kTransferNoError);
 }
@@ -225,13 +225,13 @@ TEST_F(FtpClient, CancelAtEachStateEndsEverythingAtOnce) {
   const std::size_t states = Run("DIR").states.size();
   for (std::size_t at = 1; at < states; ++at) {
     transport->Cancel();
-    told.clear();
+    reported.clear();
     const auto subscription = transport->StateChanged.Subscribe([&](TransportState) {
-      if (told.size() == at) transport->Cancel();
+      if (reported.size() == at) transport->Cancel();
     });
     transport->Execute("DIR");
     ASSERT_TRUE(WaitFor([&] { return !transport->IsBusy(); }));
-    EXPECT_EQ(told.size(), at);
+    EXPECT_EQ(reported.size(), at);
   }
   EXPECT_EQ(Run("DIR").code, kTransferNoError);
 }

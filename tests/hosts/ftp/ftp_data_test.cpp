@@ -18,8 +18,8 @@ constexpr int kLimitSeconds = 1;
 constexpr const char* kGet = R"(GET "a" "C:\Data\a")";
 constexpr const char* kPut = R"(PUT "C:\Data\a" "a")";
 
-// A download up to its data.
-void BeginDownload(Talk& talk) {
+// A transfer up to its data.
+void BeginTransfer(Talk& talk) {
   talk.LogIn();
   talk.EnterPassive();
   talk.AcceptData();
@@ -83,6 +83,19 @@ class FtpData : public FtpStage {
     return Run(command);
   }
 
+  /// The server begins a transfer, plays `data`, says its last words and is silent.
+  FtpRun RunFromData(const std::string& command, const ScriptedServer::Script& data,
+                     const std::string& last_words = {}) {
+    return RunAgainst(
+        [data, last_words](Talk& talk) {
+          BeginTransfer(talk);
+          data(talk);
+          talk.Say(last_words);
+          talk.Hang();
+        },
+        command);
+  }
+
   /// A local file that is there before a download.
   void ExpectUntouched() {
     EXPECT_EQ(ReadNative(Native("a")), "was here");
@@ -94,9 +107,7 @@ class FtpData : public FtpStage {
 
 TEST_F(FtpData, ADownloadThatStallsIsATimeOutAndDestroysNothing) {
   WriteNative(Native("a"), "was here");
-  const FtpRun run = RunAgainst(
-      [](Talk& talk) { BeginDownload(talk), talk.SendData(std::string(100000, 'x')), talk.Hang(); },
-      kGet);
+  const FtpRun run = RunFromData(kGet, [](Talk& talk) { talk.SendData(std::string(100000, 'x')); });
   EXPECT_EQ(run.code, kTransferTimeOut);
   EXPECT_LT(run.seconds, kLimitSeconds + 1.0);
   ExpectUntouched();
@@ -104,18 +115,16 @@ TEST_F(FtpData, ADownloadThatStallsIsATimeOutAndDestroysNothing) {
 
 TEST_F(FtpData, ASlowDownloadThatGoesOnIsNotEnded) {
   SKIP_ON_WININET("hands on 16 KiB at once");
-  const FtpRun run = RunAgainst(
+  const FtpRun run = RunFromData(
+      kGet,
       [](Talk& talk) {
-        BeginDownload(talk);
         for (int i = 0; i < 10; ++i) {
           talk.SendData("x");
           std::this_thread::sleep_for(milliseconds(250));
         }
         talk.CloseData();
-        talk.Say("226 done\r\n");
-        talk.Hang();
       },
-      kGet);
+      "226 done\r\n");
   EXPECT_EQ(run.code, kTransferNoError);
   EXPECT_GT(run.seconds, 2.0 * kLimitSeconds);
   EXPECT_EQ(ReadNative(Native("a")), "xxxxxxxxxx");
@@ -147,63 +156,47 @@ TEST_F(FtpData, ASlowUploadThatGoesOnIsNotEnded) {
 
 TEST_F(FtpData, AnUploadThatNobodyReadsIsATimeOut) {
   WriteNative(Native("a"), Megabytes(20));
-  const FtpRun run = RunAgainst([](Talk& talk) { BeginDownload(talk), talk.Hang(); }, kPut);
+  const FtpRun run = RunFromData(kPut, [](Talk&) {});
   EXPECT_EQ(run.code, kTransferTimeOut);
   EXPECT_LT(run.seconds, kLimitSeconds + 1.0);
 }
 
 TEST_F(FtpData, AnUploadWhoseDataTheServerBreaksOffIsAnAbortedConnection) {
   WriteNative(Native("a"), Megabytes(20));
-  const FtpRun run = RunAgainst(
+  const FtpRun run = RunFromData(
+      kPut,
       [](Talk& talk) {
-        BeginDownload(talk);
         talk.ReceiveData(1000);
         talk.BreakData();
-        talk.Say("552 full\r\n");
-        talk.Hang();
       },
-      kPut);
+      "552 full\r\n");
   EXPECT_EQ(run.code, kTransferConnectionAborted);
 }
 
 TEST_F(FtpData, AnUploadThatTheServerRefusesAtItsEndIsRefused) {
   WriteNative(Native("a"), "content");
-  const FtpRun run = RunAgainst(
-      [](Talk& talk) {
-        BeginDownload(talk);
-        talk.ReceiveData();
-        talk.Say("552 full\r\n");
-        talk.Hang();
-      },
-      kPut);
+  const FtpRun run = RunFromData(
+      kPut, [](Talk& talk) { talk.ReceiveData(); }, "552 full\r\n");
   EXPECT_EQ(run.code, kTransferRefusedByServer);
 }
 
 TEST_F(FtpData, AnUploadThatIsConfirmedTooEarlyHasFailed) {
   WriteNative(Native("a"), Megabytes(20));
-  const FtpRun run = RunAgainst(
-      [](Talk& talk) {
-        BeginDownload(talk);
-        talk.ReceiveData(1000);
-        talk.Say("226 done\r\n");
-        talk.Hang();
-      },
-      kPut);
+  const FtpRun run = RunFromData(
+      kPut, [](Talk& talk) { talk.ReceiveData(1000); }, "226 done\r\n");
   EXPECT_EQ(run.code, kTransferTimeOut);
 }
 
 TEST_F(FtpData, AnUploadWhoseDataBrokeHasFailedWhateverTheServerSays) {
   WriteNative(Native("a"), Megabytes(20));
-  const FtpRun run = RunAgainst(
+  const FtpRun run = RunFromData(
+      kPut,
       [](Talk& talk) {
-        BeginDownload(talk);
         talk.ReceiveData(1000);
         talk.BreakData();
         std::this_thread::sleep_for(milliseconds(200));
-        talk.Say("226 done\r\n");
-        talk.Hang();
       },
-      kPut);
+      "226 done\r\n");
   EXPECT_EQ(run.code, kTransferConnectionAborted);
 }
 
@@ -214,7 +207,7 @@ TEST_F(FtpData, ACancelledUploadDoesntLookWholeToTheServer) {
   std::atomic<bool> reset = false;
   std::atomic<bool> ended = false;
   server = std::make_unique<ScriptedServer>([&](Talk& talk) {
-    BeginDownload(talk);
+    BeginTransfer(talk);
     talk.ReceiveData(1000);
     begun = true;
     talk.Hang();
@@ -232,31 +225,27 @@ TEST_F(FtpData, ACancelledUploadDoesntLookWholeToTheServer) {
 
 TEST_F(FtpData, ADownloadWhoseDataBrokeHasFailedWhateverTheServerSays) {
   WriteNative(Native("a"), "was here");
-  const FtpRun run = RunAgainst(
+  const FtpRun run = RunFromData(
+      kGet,
       [](Talk& talk) {
-        BeginDownload(talk);
         talk.SendData("half");
         std::this_thread::sleep_for(milliseconds(100));
         talk.BreakData();
-        talk.Say("226 done\r\n");
-        talk.Hang();
       },
-      kGet);
+      "226 done\r\n");
   EXPECT_EQ(run.code, kTransferConnectionAborted);
   ExpectUntouched();
 }
 
 TEST_F(FtpData, ADownloadThatTheServerBreaksOffWithAWordDestroysNothing) {
   WriteNative(Native("a"), "was here");
-  const FtpRun run = RunAgainst(
+  const FtpRun run = RunFromData(
+      kGet,
       [](Talk& talk) {
-        BeginDownload(talk);
         talk.SendData("half");
         talk.CloseData();
-        talk.Say("426 broken\r\n");
-        talk.Hang();
       },
-      kGet);
+      "426 broken\r\n");
   EXPECT_EQ(run.code, kTransferRefusedByServer);
   ExpectUntouched();
 }
@@ -264,7 +253,7 @@ TEST_F(FtpData, ADownloadThatTheServerBreaksOffWithAWordDestroysNothing) {
 TEST_F(FtpData, ADownloadConfirmedBeforeItsEndIsReadToTheEnd) {
   const FtpRun run = RunAgainst(
       [](Talk& talk) {
-        BeginDownload(talk);
+        BeginTransfer(talk);
         talk.SendData("first ");
         talk.Say("226 done\r\n");
         std::this_thread::sleep_for(milliseconds(100));
@@ -296,9 +285,9 @@ class FtpHangingFiles : public FtpData, public ::testing::WithParamInterface<con
   FtpHangingFiles() {
     transport = std::make_unique<FtpTransportUnderTest>(loop, files);
     transport->StateChanged.Listen(
-        [this](TransportState state) { told.push_back(static_cast<int>(state)); });
+        [this](TransportState state) { reported.push_back(static_cast<int>(state)); });
     server = std::make_unique<ScriptedServer>(
-        [](Talk& talk) { BeginDownload(talk), talk.SendData("some"), talk.Hang(); });
+        [](Talk& talk) { BeginTransfer(talk), talk.SendData("some"), talk.Hang(); });
   }
   ~FtpHangingFiles() override { transport.reset(); }
 
@@ -332,11 +321,12 @@ INSTANTIATE_TEST_SUITE_P(Transfers, FtpHangingFiles, ::testing::Values(kGet, kPu
 TEST_F(FtpData, ACancelledDownloadLeavesNothingBehind) {
   WriteNative(Native("a"), "was here");
   server = std::make_unique<ScriptedServer>(
-      [](Talk& talk) { BeginDownload(talk), talk.SendData("half"), talk.Hang(); });
+      [](Talk& talk) { BeginTransfer(talk), talk.SendData("half"), talk.Hang(); });
   Configure(server->Port(), 40);
   transport->Execute(kGet);
   // A reply, and behind it no request but data.
-  ASSERT_TRUE(WaitFor([&] { return told.size() > 1 && told.back() == 7 && told.end()[-2] == 8; }));
+  ASSERT_TRUE(WaitFor(
+      [&] { return reported.size() > 1 && reported.back() == 7 && reported.end()[-2] == 8; }));
   transport->Cancel();
   // The thread may be writing just now and closes the file then.
   EXPECT_TRUE(WaitFor([&] { return NativeNames(OnDrive("Data")).size() == 1; }));

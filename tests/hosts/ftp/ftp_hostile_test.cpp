@@ -74,7 +74,7 @@ void SpeakUpTo(Talk& talk, int replies) {
 #ifdef _WIN32
 constexpr int kReplies = 6;
 #else
-// AUTH is asked twice.
+// AUTH is sent twice.
 constexpr int kReplies = 9;
 #endif
 
@@ -434,7 +434,7 @@ TEST_F(FtpHostile, ATextThatIsNoHostStartsNothing) {
     EXPECT_EQ(RaisedBy([&] { transport->Execute("DIR"); }), kMalformedCommand) << text;
     EXPECT_FALSE(transport->IsBusy()) << text;
   }
-  EXPECT_THAT(told, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
 }
 
 TEST_F(FtpHostile, AConnectionThatTheServerEndedIsReplacedAtTheNextCommand) {
@@ -460,27 +460,27 @@ TEST_F(FtpHostile, AQuitWithoutAnAnswerDisconnectsWhenTheServerHangsUp) {
   Configure(server.Port(), kLimitSeconds);
   ASSERT_EQ(Run("DIR").code, kTransferNoError);
 #ifdef _WIN32
-  // WinINet doesn't tell of this command, only that it waits for the answer.
+  // WinINet doesn't report this command, only that it waits for the answer.
   EXPECT_THAT(Run("CLOSE").states, ElementsAre(7, 9, 10, 12));
 #else
   EXPECT_THAT(Run("CLOSE").states, ElementsAre(5, 6, 9, 10, 12));
 #endif
 }
 
-TEST_F(FtpHostile, CancelWhileAServerIsSilentEndsAtOnceAndTellsNothing) {
+TEST_F(FtpHostile, CancelWhileAServerIsSilentEndsAtOnceAndReportsNothing) {
   std::atomic<bool> hung_up = false;
   ScriptedServer server([&hung_up](Talk& talk) { talk.Hang(), hung_up = true; });
   Configure(server.Port(), 40);
   transport->Execute("DIR");
-  ASSERT_TRUE(WaitFor([&] { return told.size() >= 4; }));
-  const auto before = told;
+  ASSERT_TRUE(WaitFor([&] { return reported.size() >= 4; }));
+  const auto before = reported;
   transport->Cancel();
   EXPECT_FALSE(transport->IsBusy());
   // The server notices it, too.
   EXPECT_TRUE(WaitFor([&] { return hung_up.load(); }));
-  EXPECT_EQ(told, before);
-  told.resize(4);
-  EXPECT_THAT(told, ElementsAre(1, 2, 3, 4));
+  EXPECT_EQ(reported, before);
+  reported.resize(4);
+  EXPECT_THAT(reported, ElementsAre(1, 2, 3, 4));
 }
 
 }  // namespace

@@ -82,10 +82,10 @@ TEST_F(FtpInNamespace, LeavingASilentNameServerTakesNoTime) {
   const SilentNameServer name_server;
   Configure("ftp.example.org", "ann", "x", 40);
   transport->Execute("DIR");
-  ASSERT_TRUE(WaitFor([&] { return told.size() == 1; }));
+  ASSERT_TRUE(WaitFor([&] { return reported.size() == 1; }));
   EXPECT_LT(SecondsOf([&] { transport->Cancel(); }), 0.5);
   transport->Execute("DIR");
-  ASSERT_TRUE(WaitFor([&] { return told.size() == 2; }));
+  ASSERT_TRUE(WaitFor([&] { return reported.size() == 2; }));
   EXPECT_LT(SecondsOf([&] { transport.reset(); }), 0.5);
 }
 

@@ -1,4 +1,5 @@
 #include "tests/hosts/ftp/ftp_stage.h"
+#include "tests/support/run_until.h"
 
 #include <algorithm>
 
@@ -28,7 +29,7 @@ FtpStage::~FtpStage() = default;
 void FtpStage::SetPatience(const FtpPatience& patience) {
   transport = std::make_unique<FtpTransportUnderTest>(loop, Files(), patience);
   transport->StateChanged.Listen([this](TransportState state) {
-    told.push_back(static_cast<int>(state));
+    reported.push_back(static_cast<int>(state));
     if (state == TransportState::kError) {
       EXPECT_NE(transport->ResponseCode(), kTransferNoError);
     }
@@ -50,31 +51,26 @@ void FtpStage::Configure(int port, int limit_s) {
 }
 
 FtpRun FtpStage::Run(const std::string& command) {
-  told.clear();
+  reported.clear();
   last_pulse_ = Clock::now();
   transport->Execute(command);
   EXPECT_TRUE(transport->IsBusy());
-  EXPECT_TRUE(told.empty()) << "nothing is reported before the loop yields";
+  EXPECT_TRUE(reported.empty()) << "nothing is reported before the loop yields";
   return Wait();
 }
 
 FtpRun FtpStage::Wait() {
   const auto start = Clock::now();
   EXPECT_TRUE(WaitFor([this] { return !transport->IsBusy(); }));
-  FtpRun run{.states = told, .seconds = Seconds(Clock::now() - start)};
-  if (!told.empty() && told.back() == static_cast<int>(TransportState::kError)) {
+  FtpRun run{.states = reported, .seconds = Seconds(Clock::now() - start)};
+  if (!reported.empty() && reported.back() == static_cast<int>(TransportState::kError)) {
     run.code = transport->ResponseCode();
   }
   return run;
 }
 
 bool FtpStage::WaitFor(const std::function<bool()>& condition) {
-  const auto limit = Clock::now() + kPatience;
-  while (!condition()) {
-    if (Clock::now() > limit) return false;
-    loop.WaitPass();
-  }
-  return true;
+  return RunUntil(loop, condition, kPatience);
 }
 
 }  // namespace tarnvale::testing

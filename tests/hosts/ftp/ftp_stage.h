@@ -61,7 +61,7 @@ class FtpStage : public FtpDrive {
   HostLoop loop;
   std::unique_ptr<FtpTransportUnderTest> transport;
   /// All that was reported since the last command began.
-  std::vector<int> told;
+  std::vector<int> reported;
 
  private:
   using Clock = std::chrono::steady_clock;

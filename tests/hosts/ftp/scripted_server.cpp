@@ -17,7 +17,7 @@ Talk::Talk(ScriptedServer& server, int socket) : server_(server), socket_(socket
   LimitReading(socket_, kLookMs);
 }
 
-// Not every system wakes who reads when its socket is ended.
+// Not every system wakes a reader when its socket is ended.
 int Talk::Receive(int socket, char* bytes, std::size_t count) {
   for (;;) {
     const int got = ReceiveFrom(socket, bytes, count);

@@ -35,7 +35,7 @@ TEST_F(ArchiveBitTest, StaysClearedUntilTheFileChanges) {
   EXPECT_EQ(files_.Attributes("C:\\file"), kArchive) << "with size and time put back";
 }
 
-TEST_F(ArchiveBitTest, TheMarkTellsWhichFileItWas) {
+TEST_F(ArchiveBitTest, TheMarkIdentifiesItsFile) {
   Write("file", "12345");
   SetModified("file", 1'700'000'000, 123'456'789);
   files_.SetAttributes("C:\\file", 0);

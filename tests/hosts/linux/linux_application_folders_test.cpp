@@ -76,7 +76,7 @@ TEST_F(LinuxApplicationFoldersTest, AFileInThePlaceOfTheFolderIsPassedBy) {
             "C:\\home\\ann\\snap\\thunderbird\\common\\.thunderbird");
 }
 
-TEST(UserFoldersTest, TheEnvironmentTellsThem) {
+TEST(UserFoldersTest, TheEnvironmentGivesThem) {
   const VariableFor home("HOME", "/home/ann");
   {
     const VariableFor config("XDG_CONFIG_HOME", "/settings/ann");
@@ -89,7 +89,7 @@ TEST(UserFoldersTest, TheEnvironmentTellsThem) {
   }
 }
 
-TEST(UserFoldersTest, WithoutTheVariableTheUsersEntryTellsTheHome) {
+TEST(UserFoldersTest, WithoutTheVariableTheUsersEntryGivesTheHome) {
   const VariableFor home("HOME", nullptr);
   EXPECT_EQ(UserFolders::Present().home.front(), '/');
 }

@@ -46,7 +46,7 @@ TEST_F(LinuxLocaleFormatsTest, TheEnvironmentNamesTheLocale) {
   EXPECT_EQ(environment.ShortDate(kMoment), "2008-03-04");
 }
 
-TEST_F(LinuxLocaleFormatsTest, TheShortDateTellsTheOrder) {
+TEST_F(LinuxLocaleFormatsTest, TheShortDateGivesTheOrder) {
   EXPECT_EQ(OrderOf("%d.%m.%Y"), DateOrder::kDayMonthYear);
   EXPECT_EQ(OrderOf("%-d/%-m/%y"), DateOrder::kDayMonthYear);
   EXPECT_EQ(OrderOf("%a %e %b %Y"), DateOrder::kDayMonthYear);

@@ -51,7 +51,7 @@ class LinuxProcessesTest : public LinuxStage {
     WriteNative(file, "#!/bin/sh\n" + text + "\n");
     ::chmod(file.c_str(), 0755);
   }
-  std::string Told() const { return ReadNative(pipe_); }
+  std::string Output() const { return ReadNative(pipe_); }
   std::string ToPipe() const { return " > '" + pipe_ + "'"; }
 
   const std::string pipe_ = folder / "pipe";
@@ -61,7 +61,7 @@ class LinuxProcessesTest : public LinuxStage {
 TEST_F(LinuxProcessesTest, AProgramStartsWithoutArguments) {
   WriteScript(OnDrive("Data/Quit.exe"), "echo \"$0 $#\"" + ToPipe());
   EXPECT_TRUE(host->processes.StartProgram("C:\\Data\\quit.EXE"));
-  EXPECT_EQ(Told(), OnDrive("Data/Quit.exe") + " 0\n");
+  EXPECT_EQ(Output(), OnDrive("Data/Quit.exe") + " 0\n");
 }
 
 TEST_F(LinuxProcessesTest, AFileThatMayNotRunIsNoProgram) {
@@ -80,19 +80,19 @@ TEST_F(LinuxProcessesTest, AFileInNoProgramFormatIsNoProgram) {
 TEST_F(LinuxProcessesTest, ACommandLineHandsOnItsWordsAsTheyAre) {
   WriteScript(OnDrive("Data/show.exe"), "printf '<%s>' \"$@\"" + ToPipe());
   host->processes.StartMinimized("\"C:\\Data\\show.exe\" /e \"C:\\a b\\\" \"open end");
-  EXPECT_EQ(Told(), "</e><C:\\a b\\><open end>");
+  EXPECT_EQ(Output(), "</e><C:\\a b\\><open end>");
 }
 
 TEST_F(LinuxProcessesTest, AProgramWithoutAFolderIsFoundOnTheSearchPath) {
   host->processes.StartMinimized("sh -c \"echo found" + ToPipe() + "\"");
-  EXPECT_EQ(Told(), "found\n");
+  EXPECT_EQ(Output(), "found\n");
 }
 
 TEST_F(LinuxProcessesTest, TheDesktopsOpenerGetsTheNativePath) {
   WriteScript(folder / "opener", "echo \"$*\"" + ToPipe());
   WriteNative(OnDrive("Data/a log.txt"), "hello");
   EXPECT_TRUE(host->processes.OpenWithDesktop("C:\\Data\\A LOG.txt"));
-  EXPECT_EQ(Told(), OnDrive("Data/a log.txt") + "\n");
+  EXPECT_EQ(Output(), OnDrive("Data/a log.txt") + "\n");
 }
 
 TEST_F(LinuxProcessesTest, WithoutAnOpenerNothingOpens) {
@@ -105,7 +105,7 @@ TEST_F(LinuxProcessesTest, AStartedProgramIsNobodysChild) {
   while (::waitpid(-1, nullptr, 0) > 0) continue;
   WriteScript(OnDrive("Data/show.exe"), "echo started" + ToPipe());
   ASSERT_TRUE(host->processes.StartProgram("C:\\Data\\show.exe"));
-  EXPECT_EQ(Told(), "started\n");
+  EXPECT_EQ(Output(), "started\n");
   errno = 0;
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(errno, ECHILD);
@@ -114,7 +114,7 @@ TEST_F(LinuxProcessesTest, AStartedProgramIsNobodysChild) {
 TEST_F(LinuxProcessesTest, AStartedProgramLeadsASessionOfItsOwn) {
   WriteScript(OnDrive("Data/show.exe"), "cut -d' ' -f6 /proc/$$/stat" + ToPipe());
   ASSERT_TRUE(host->processes.StartProgram("C:\\Data\\show.exe"));
-  EXPECT_NE(std::stoi(Told()), ::getsid(0));
+  EXPECT_NE(std::stoi(Output()), ::getsid(0));
 }
 
 TEST_F(LinuxProcessesTest, AStartedProgramInheritsNoFileOfOurs) {
@@ -125,18 +125,18 @@ TEST_F(LinuxProcessesTest, AStartedProgramInheritsNoFileOfOurs) {
   EXPECT_FALSE(host->processes.PreviousInstance());
   WriteScript(OnDrive("Data/show.exe"), "ls -l /proc/$$/fd" + ToPipe());
   ASSERT_TRUE(host->processes.StartProgram("C:\\Data\\show.exe"));
-  const std::string told = Told();
+  const std::string output = Output();
   ::close(careless);
-  EXPECT_NE(told.find("/dev/null"), std::string::npos);
-  EXPECT_EQ(told.find("secret.txt"), std::string::npos);
-  EXPECT_EQ(told.find(".lock"), std::string::npos);
+  EXPECT_NE(output.find("/dev/null"), std::string::npos);
+  EXPECT_EQ(output.find("secret.txt"), std::string::npos);
+  EXPECT_EQ(output.find(".lock"), std::string::npos);
 }
 
 TEST_F(LinuxProcessesTest, AStartedProgramHearsSignalsAgain) {
   const auto old = ::signal(SIGPIPE, SIG_IGN);
   WriteScript(OnDrive("Data/show.exe"), "grep SigIgn /proc/self/status" + ToPipe());
   ASSERT_TRUE(host->processes.StartProgram("C:\\Data\\show.exe"));
-  EXPECT_EQ(Told(), "SigIgn:\t0000000000000000\n");
+  EXPECT_EQ(Output(), "SigIgn:\t0000000000000000\n");
   ::signal(SIGPIPE, old);
 }
 

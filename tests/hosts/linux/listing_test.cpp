@@ -15,7 +15,7 @@ TEST_F(ListingTest, NamesComeInOrderWithoutRegardToCase) {
   EXPECT_EQ(files_.List("C:\\*.*", {}), (Names{"A", "a_", "b", "B2", "c"}));
 }
 
-TEST_F(ListingTest, HiddenFilesComeOnlyWhenAskedFor) {
+TEST_F(ListingTest, HiddenFilesComeOnlyWhenWanted) {
   Write(".hidden", "");
   Write("plain", "");
   EXPECT_EQ(files_.List("C:\\*", {}), Names{"plain"});
@@ -44,14 +44,14 @@ TEST_F(ListingTest, AMissingFolderListsNothing) {
   EXPECT_EQ(RaisedBy([&] { files_.ListFolders("C:\\none", {}); }), kPathNotFound);
 }
 
-TEST_F(ListingTest, HiddenFoldersComeOnlyWhenAskedFor) {
+TEST_F(ListingTest, HiddenFoldersComeOnlyWhenWanted) {
   MakeFolder(".h");
   MakeFolder("p");
   EXPECT_EQ(files_.ListFolders("C:\\", {}), Names{"p"});
   EXPECT_EQ(files_.ListFolders("C:", {.hidden = true}), (Names{".h", "p"}));
 }
 
-TEST_F(ListingTest, OpenFolderTellsSizesAndTimes) {
+TEST_F(ListingTest, OpenFolderGivesSizesAndTimes) {
   Write("b", "123");
   SetModified("b", 1'000'000'000, 999'999'999);
   Write("A", "");

@@ -1,4 +1,4 @@
-// Finding files and folders, asking for their properties.
+// Finding files and folders, reading their properties.
 #include <fcntl.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -85,7 +85,7 @@ TEST_F(LookupTest, APathOfTensOfThousandsOfPartsLeadsNowhere) {
   EXPECT_EQ(files_.List(path + "\\*.*", {}).size(), 0U);
 }
 
-TEST_F(LookupTest, AFolderThatCannotBeAskedForIsNotListedAsAnEmptyOne) {
+TEST_F(LookupTest, AFolderThatCannotBeReadIsNotListedAsAnEmptyOne) {
   Link("loop", "loop");
   EXPECT_EQ(RaisedBy([&] { files_.List("C:\\loop\\inner\\*.*", {}); }), kPathFileAccess);
 }
@@ -100,7 +100,7 @@ TEST_F(LookupTest, AMissingFolderBehindALinkIsReportedAsMissing) {
   EXPECT_EQ(errno, ENOENT);
 }
 
-TEST_F(LookupTest, LengthTellsWhatIsMissing) {
+TEST_F(LookupTest, LengthRaisesWhatIsMissing) {
   MakeFolder("folder");
   EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\none"); }), kFileNotFound);
   EXPECT_EQ(RaisedBy([&] { files_.Length("C:\\folder"); }), kFileNotFound);

@@ -178,8 +178,8 @@ TEST_F(QtControls, NamesAreShownAsPlainTextWithoutControls) {
   EXPECT_EQ(NameOf(fact), FromQt(shown));
   EXPECT_EQ(WidgetOf<QAbstractItemView>(list).model()->index(0, 0).data().toString(), shown);
   EXPECT_EQ(Native().windowTitle(), shown);
-  QHelpEvent ask(QEvent::ToolTip, {5, 5}, WidgetOf(fact).mapToGlobal(QPoint(5, 5)));
-  QApplication::sendEvent(&WidgetOf(fact), &ask);
+  QHelpEvent help(QEvent::ToolTip, {5, 5}, WidgetOf(fact).mapToGlobal(QPoint(5, 5)));
+  QApplication::sendEvent(&WidgetOf(fact), &help);
   const QLabel* tip = nullptr;
   for (QWidget* widget : QApplication::topLevelWidgets()) {
     if (widget->inherits("QTipLabel")) tip = qobject_cast<QLabel*>(widget);

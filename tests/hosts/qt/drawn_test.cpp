@@ -238,15 +238,15 @@ TEST_F(QtDrawn, AScreenReaderReadsHowFarItGotAndCannotMoveIt) {
 }
 
 /// What a screen reader hears, written down.
-Heard told;
+Heard reported;
 void WriteDown(QAccessibleEvent* event) {
   if (event->type() == QAccessible::StateChanged) {
     const auto* change = static_cast<QAccessibleStateChangeEvent*>(event);
-    if (change->changedStates().checked) told.emplace_back("checked");
-    if (change->changedStates().pressed) told.emplace_back("pressed");
+    if (change->changedStates().checked) reported.emplace_back("checked");
+    if (change->changedStates().pressed) reported.emplace_back("pressed");
   } else if (event->type() == QAccessible::ValueChanged) {
     const auto* change = static_cast<QAccessibleValueChangeEvent*>(event);
-    told.push_back("value " + std::to_string(change->value().toInt()));
+    reported.push_back("value " + std::to_string(change->value().toInt()));
   }
 }
 
@@ -260,7 +260,7 @@ TEST_F(QtReaders, HearOfEachChangeOfStateOnce) {
   const int before = drawn.paints;
   ASSERT_TRUE(WaitFor([&] { return drawn.paints > before; }));
   const auto other = QAccessible::installUpdateHandler(WriteDown);
-  told.clear();
+  reported.clear();
   const auto change = [this](const AccessibleState& state) {
     drawn.state = state;
     drawn.LookChanged.Emit();
@@ -272,7 +272,7 @@ TEST_F(QtReaders, HearOfEachChangeOfStateOnce) {
   change({.checked = true, .pressed = true});
   change({.checked = true, .pressed = true, .range = AccessibleRange{.value = 7}});
   QAccessible::installUpdateHandler(other);
-  EXPECT_EQ(told, (Heard{"checked", "pressed", "value 7"}));
+  EXPECT_EQ(reported, (Heard{"checked", "pressed", "value 7"}));
 }
 
 TEST_F(QtDrawn, HearsNothingWhileDisabled) {

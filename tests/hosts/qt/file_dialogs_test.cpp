@@ -273,7 +273,7 @@ TEST_F(QtDialogs, APathOfTheProgramsLanguageCanBeTyped) {
   EXPECT_FALSE(std::filesystem::exists(Native("Store/C:\\Data\\new.tvz")));
 }
 
-TEST_F(QtDialogs, ATypedPathIsAskedAboutBeforeItsFileIsReplaced) {
+TEST_F(QtDialogs, ATypedPathIsConfirmedBeforeItsFileIsReplaced) {
   Write("Store/mine.tvz");
   TypeName("C:\\Store\\mine.tvz");
   AnswerBox(QMessageBox::No);
@@ -282,7 +282,7 @@ TEST_F(QtDialogs, ATypedPathIsAskedAboutBeforeItsFileIsReplaced) {
   EXPECT_EQ(box_text_, "mine.tvz already exists.\nDo you want to replace it?");
 }
 
-TEST_F(QtDialogs, ANameThatDiffersInCaseIsAskedAboutBeforeItsFileIsReplaced) {
+TEST_F(QtDialogs, ANameThatDiffersInCaseIsConfirmedBeforeItsFileIsReplaced) {
   Write("Store/mine.tvz");
   TypeName("MINE.tvz");
   AnswerBox(QMessageBox::No);
@@ -357,7 +357,7 @@ TEST_F(QtDialogs, ANameIsNoRichTextInAnyBox) {
   }
 }
 
-TEST_F(QtDialogs, ANameThatNoPathCanTellIsRefusedAndTheDialogStays) {
+TEST_F(QtDialogs, ANameThatNoPathCanNameIsRefusedAndTheDialogStays) {
   Write("Store/a\\b.tvz");
   for (const bool saving : {false, true}) {
     TypeName("a\\b.tvz");

@@ -89,22 +89,22 @@ TEST_F(QtMessages, TimersTickBehindABox) {
 }
 
 TEST_F(QtMessages, ATimerThatShowsABoxDoesNotTickBehindIt) {
-  Timer asking(loop.Timers(), 10, true);
+  Timer timer(loop.Timers(), 10, true);
   Timer closing(loop.Timers(), 50, true);
   int boxes_shown = 0;
   int ticks = 0;
-  asking.Tick.Listen([&] {
-    asking.Enabled = false;
-    asking.Enabled = true;
+  timer.Tick.Listen([&] {
+    timer.Enabled = false;
+    timer.Enabled = true;
     ++boxes_shown;
     boxes.Show({.text = "Once"});
-    asking.Enabled = false;
+    timer.Enabled = false;
   });
   closing.Tick.Listen([&] {
     if (++ticks < 4) return;
     if (QWidget* box = QApplication::activeModalWidget()) box->close();
   });
-  ASSERT_TRUE(WaitFor([&] { return !asking.Enabled; }));
+  ASSERT_TRUE(WaitFor([&] { return !timer.Enabled; }));
   EXPECT_EQ(boxes_shown, 1);
 }
 

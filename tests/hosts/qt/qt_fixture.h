@@ -16,6 +16,7 @@
 #include "hosts/qt/qt_window_host.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_files.h"
+#include "tests/support/run_until.h"
 
 namespace tarnvale {
 
@@ -27,13 +28,7 @@ class QtFixture : public ::testing::Test {
 
   /// Lets the loop run until `condition` holds. False when it never did.
   bool WaitFor(const std::function<bool()>& condition) {
-    QElapsedTimer since;
-    since.start();
-    while (!condition()) {
-      if (since.elapsed() > 10000) return false;
-      loop.WaitPass();
-    }
-    return true;
+    return testing::RunUntil(loop, condition);
   }
 
   /// Puts one control on `window`, 200 by 100 pixels below the one before it.

@@ -87,7 +87,7 @@ TEST_F(QtSecrets, APasswordIsNeverHeardNorReadByReaders) {
   EXPECT_TRUE(Heard("\"*********\"")) << "its length is announced";
 }
 
-TEST_F(QtSecrets, APasswordIsNotGivenToWhoAsksForIt) {
+TEST_F(QtSecrets, APasswordIsNotGivenToAQuery) {
   password.Text = "Wacholder";
   Place(password);
   Show();

@@ -140,7 +140,7 @@ TEST_F(QtTextBoxes, DroppedFilesArriveInTheProgramsPaths) {
   EXPECT_EQ(box.Text.Get(), "");
 }
 
-TEST_F(QtTextBoxes, DroppedFilesThatNoPathCanTellAreLeftOut) {
+TEST_F(QtTextBoxes, DroppedFilesThatNoPathCanNameAreLeftOut) {
   TextBox line;
   TextBox memo{TextKind::kMemo};
   for (TextBox* box : {&line, &memo}) {
@@ -163,7 +163,7 @@ TEST_F(QtTextBoxes, DroppedFilesThatNoPathCanTellAreLeftOut) {
   }
 }
 
-TEST_F(QtTextBoxes, AMemoTellsTypedLinesWithBothLineEnds) {
+TEST_F(QtTextBoxes, AMemoReportsTypedLinesWithBothLineEnds) {
   TextBox box{TextKind::kMemo};
   Place(box);
   Show();

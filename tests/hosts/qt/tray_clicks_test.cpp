@@ -13,9 +13,9 @@ using Messages = std::vector<TrayMessage>;
 class QtTrayClicks : public ::testing::Test {
  protected:
   /// All messages so far.
-  const Messages& Told(QSystemTrayIcon::ActivationReason reason, std::int64_t now_ms) {
-    const Messages told = clicks_.MessagesOf(reason, now_ms);
-    messages_.insert(messages_.end(), told.begin(), told.end());
+  const Messages& MessagesOf(QSystemTrayIcon::ActivationReason reason, std::int64_t now_ms) {
+    const Messages messages = clicks_.MessagesOf(reason, now_ms);
+    messages_.insert(messages_.end(), messages.begin(), messages.end());
     return messages_;
   }
 
@@ -25,44 +25,44 @@ class QtTrayClicks : public ::testing::Test {
 };
 
 TEST_F(QtTrayClicks, ASecondQuickClickIsADoubleClick) {
-  Told(QSystemTrayIcon::Trigger, 0);
-  EXPECT_EQ(Told(QSystemTrayIcon::Trigger, 150),
+  MessagesOf(QSystemTrayIcon::Trigger, 0);
+  EXPECT_EQ(MessagesOf(QSystemTrayIcon::Trigger, 150),
             (Messages{kTrayLeftDown, kTrayLeftUp, kTrayLeftDouble}));
 }
 
 TEST_F(QtTrayClicks, ASecondLateClickIsAClick) {
-  Told(QSystemTrayIcon::Trigger, 0);
-  EXPECT_EQ(Told(QSystemTrayIcon::Trigger, 2000),
+  MessagesOf(QSystemTrayIcon::Trigger, 0);
+  EXPECT_EQ(MessagesOf(QSystemTrayIcon::Trigger, 2000),
             (Messages{kTrayLeftDown, kTrayLeftUp, kTrayLeftDown, kTrayLeftUp}));
 }
 
 TEST_F(QtTrayClicks, AThirdQuickClickIsAFirstOne) {
-  Told(QSystemTrayIcon::Trigger, 0);
-  Told(QSystemTrayIcon::Trigger, 150);
-  EXPECT_EQ(Told(QSystemTrayIcon::Trigger, 300),
+  MessagesOf(QSystemTrayIcon::Trigger, 0);
+  MessagesOf(QSystemTrayIcon::Trigger, 150);
+  EXPECT_EQ(MessagesOf(QSystemTrayIcon::Trigger, 300),
             (Messages{kTrayLeftDown, kTrayLeftUp, kTrayLeftDouble, kTrayLeftDown, kTrayLeftUp}));
 }
 
-TEST_F(QtTrayClicks, ADoubleClickThatTheDesktopTellsIsOne) {
-  Told(QSystemTrayIcon::Trigger, 0);
-  EXPECT_EQ(Told(QSystemTrayIcon::DoubleClick, 150),
+TEST_F(QtTrayClicks, ADoubleClickThatTheDesktopReportsIsOne) {
+  MessagesOf(QSystemTrayIcon::Trigger, 0);
+  EXPECT_EQ(MessagesOf(QSystemTrayIcon::DoubleClick, 150),
             (Messages{kTrayLeftDown, kTrayLeftUp, kTrayLeftDouble}));
 }
 
 TEST_F(QtTrayClicks, AClickAfterADoubleClickIsAFirstOne) {
-  Told(QSystemTrayIcon::Trigger, 0);
-  Told(QSystemTrayIcon::DoubleClick, 100);
-  EXPECT_EQ(Told(QSystemTrayIcon::Trigger, 200),
+  MessagesOf(QSystemTrayIcon::Trigger, 0);
+  MessagesOf(QSystemTrayIcon::DoubleClick, 100);
+  EXPECT_EQ(MessagesOf(QSystemTrayIcon::Trigger, 200),
             (Messages{kTrayLeftDown, kTrayLeftUp, kTrayLeftDouble, kTrayLeftDown, kTrayLeftUp}));
 }
 
 TEST_F(QtTrayClicks, TheRightButtonGoesDownAndUp) {
-  EXPECT_EQ(Told(QSystemTrayIcon::Context, 0), (Messages{kTrayRightDown, kTrayRightUp}));
+  EXPECT_EQ(MessagesOf(QSystemTrayIcon::Context, 0), (Messages{kTrayRightDown, kTrayRightUp}));
 }
 
 TEST_F(QtTrayClicks, OtherActivationsSayNothing) {
-  EXPECT_EQ(Told(QSystemTrayIcon::MiddleClick, 0), Messages{});
-  EXPECT_EQ(Told(QSystemTrayIcon::Unknown, 0), Messages{});
+  EXPECT_EQ(MessagesOf(QSystemTrayIcon::MiddleClick, 0), Messages{});
+  EXPECT_EQ(MessagesOf(QSystemTrayIcon::Unknown, 0), Messages{});
 }
 
 }  // namespace

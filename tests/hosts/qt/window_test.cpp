@@ -37,7 +37,7 @@ TEST_F(QtWindows, TheMenuBarComesOnTopOfTheClientSize) {
   EXPECT_GT(Native().Menus()->height(), 10);
 }
 
-TEST_F(QtWindows, AMenuRowTellsThatItWasChosenAndFollowsItsRecord) {
+TEST_F(QtWindows, AMenuRowReportsItsClickAndFollowsItsRecord) {
   MenuItem file{"File"};
   MenuItem tools{"&Tools"};
   MenuItem exit{"&Exit"};
@@ -95,15 +95,15 @@ TEST_F(QtWindows, TheProgramMinimisesAndRestoresAndBothAreReported) {
 }
 
 TEST_F(QtWindows, TheUserMinimisesAndRestores) {
-  int told = 0;
-  window.Resized.Listen([&] { ++told; });
+  int reported = 0;
+  window.Resized.Listen([&] { ++reported; });
   Show();
   Native().setWindowState(Qt::WindowMinimized);
   EXPECT_TRUE(WaitFor([&] { return window.State.Get() == WindowState::kMinimized; }));
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(reported, 1);
   Native().setWindowState(Qt::WindowNoState);
   EXPECT_TRUE(WaitFor([&] { return window.State.Get() == WindowState::kNormal; }));
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(reported, 2);
 }
 
 TEST_F(QtWindows, ShowingAMinimisedWindowKeepsItMinimised) {
@@ -137,10 +137,10 @@ TEST_F(QtWindows, TheActiveWindowIsKnownAndReported) {
   Show();
   other.Show();
   ASSERT_TRUE(WaitFor([&] { return host.Surroundings().ActiveWindow.Get() == &other; }));
-  Window* active_when_told = nullptr;
-  window.Activated.Listen([&] { active_when_told = host.Surroundings().ActiveWindow; });
+  Window* active_when_emitted = nullptr;
+  window.Activated.Listen([&] { active_when_emitted = host.Surroundings().ActiveWindow; });
   Native().activateWindow();
-  EXPECT_TRUE(WaitFor([&] { return active_when_told == &window; }));
+  EXPECT_TRUE(WaitFor([&] { return active_when_emitted == &window; }));
 }
 
 TEST_F(QtWindows, ShowBringsAWindowForward) {
@@ -178,15 +178,15 @@ TEST_F(QtWindows, TabFollowsThePlacementsAndTheRecordKnows) {
 TEST_F(QtWindows, AClickMovesTheRecordsFocus) {
   TextBox first;
   TextBox second;
-  std::string told;
-  first.LostFocus.Listen([&] { told += "lost "; });
-  second.GotFocus.Listen([&] { told += "got"; });
+  std::string reported;
+  first.LostFocus.Listen([&] { reported += "lost "; });
+  second.GotFocus.Listen([&] { reported += "got"; });
   Place(first);
   Place(second);
   Show();
   QTest::mouseClick(&WidgetOf(second), Qt::LeftButton);
   EXPECT_EQ(window.Focused(), &second);
-  EXPECT_EQ(told, "lost got");
+  EXPECT_EQ(reported, "lost got");
 }
 
 TEST_F(QtWindows, TheProgramMovesTheFocus) {
@@ -397,7 +397,7 @@ TEST_F(QtWindows, TheHourglassIsThePointerEverywhere) {
   EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(QtWindows, APopUpMenuShowsItsDefaultRowInBoldAndTellsTheChoice) {
+TEST_F(QtWindows, APopUpMenuShowsItsDefaultRowInBoldAndReportsTheChoice) {
   MenuItem menu{"File"};
   MenuItem backup{"&Backup Now"};
   MenuItem exit{"&Exit"};
@@ -405,8 +405,9 @@ TEST_F(QtWindows, APopUpMenuShowsItsDefaultRowInBoldAndTellsTheChoice) {
   menu.AddSeparator();
   menu.Add(exit);
   backup.IsDefault = true;
-  std::string told;
-  exit.Clicked.Listen([&] { told += QApplication::activePopupWidget() == nullptr ? "exit" : "?"; });
+  std::string reported;
+  exit.Clicked.Listen(
+      [&] { reported += QApplication::activePopupWidget() == nullptr ? "exit" : "?"; });
   QString bold;
   Timer timer(loop.Timers(), 10, true);
   timer.Tick.Listen([&] {
@@ -418,7 +419,7 @@ TEST_F(QtWindows, APopUpMenuShowsItsDefaultRowInBoldAndTellsTheChoice) {
   });
   host.PopUp(menu);
   EXPECT_EQ(bold, "&Backup Now");
-  EXPECT_EQ(told, "exit");
+  EXPECT_EQ(reported, "exit");
 }
 
 TEST_F(QtWindows, AFaultOfAHandlerIsReportedAndGoesNoFurther) {

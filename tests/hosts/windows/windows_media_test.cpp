@@ -186,7 +186,7 @@ TEST_F(WindowsMediaTest, AFailedFlushIsAFailure) {
   EXPECT_FALSE(Host().files.FileExists("C:\\b"));
 }
 
-TEST_F(WindowsMediaTest, FoldersOfAMediumWithoutNumbersAreToldApart) {
+TEST_F(WindowsMediaTest, FoldersOfAMediumWithoutNumbersAreDistinguished) {
   std::filesystem::create_directory(Native("one"));
   std::filesystem::create_directory(Native("two"));
   const Scripted asks("GetFileInformationByHandle", &::GetFileInformationByHandle,

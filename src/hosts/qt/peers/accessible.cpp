@@ -16,10 +16,10 @@ class SelfDrawnAccessible final : public QAccessibleWidget, public QAccessibleVa
 
   QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
-    const AccessibleState told = source_.StateForReaders();
-    state.checkable = told.checked.has_value();
-    state.checked = told.checked.value_or(false);
-    state.pressed = told.pressed;
+    const AccessibleState reported = source_.StateForReaders();
+    state.checkable = reported.checked.has_value();
+    state.checked = reported.checked.value_or(false);
+    state.pressed = reported.pressed;
     return state;
   }
 
@@ -79,54 +79,54 @@ QString Stars(const QString& text) {
 void HandleUpdate(QAccessibleEvent* event);
 
 // Where nothing handles updates, nothing else can be called to notify readers.
-void TellDesktop(QAccessibleEvent& event) {
+void NotifyDesktop(QAccessibleEvent& event) {
   QAccessible::installUpdateHandler(nullptr);
   QAccessible::updateAccessibility(&event);
   QAccessible::installUpdateHandler(HandleUpdate);
 }
 
 template <class Event>
-void TellDesktop(Event told, const QAccessibleTextCursorEvent& event) {
-  told.setCursorPosition(event.cursorPosition());
-  TellDesktop(static_cast<QAccessibleEvent&>(told));
+void NotifyDesktop(Event forwarded, const QAccessibleTextCursorEvent& event) {
+  forwarded.setCursorPosition(event.cursorPosition());
+  NotifyDesktop(static_cast<QAccessibleEvent&>(forwarded));
 }
 
-// Qt hides a password from readers that ask for it, and reports it to those that listen:
+// Qt hides a password from readers that query it, and reports it to those that listen:
 // here they get stars, as the eye does.
-void TellStars(QAccessibleEvent& event) {
+void NotifyStars(QAccessibleEvent& event) {
   QObject* edit = event.accessibleInterface()->object();
   switch (event.type()) {
     case QAccessible::TextInserted: {
       const auto& now = static_cast<QAccessibleTextInsertEvent&>(event);
       const QString stars = Stars(now.textInserted());
-      TellDesktop(QAccessibleTextInsertEvent(edit, now.changePosition(), stars), now);
+      NotifyDesktop(QAccessibleTextInsertEvent(edit, now.changePosition(), stars), now);
       return;
     }
     case QAccessible::TextRemoved: {
       const auto& now = static_cast<QAccessibleTextRemoveEvent&>(event);
       const QString stars = Stars(now.textRemoved());
-      TellDesktop(QAccessibleTextRemoveEvent(edit, now.changePosition(), stars), now);
+      NotifyDesktop(QAccessibleTextRemoveEvent(edit, now.changePosition(), stars), now);
       return;
     }
     case QAccessible::TextUpdated: {
       const auto& now = static_cast<QAccessibleTextUpdateEvent&>(event);
-      TellDesktop(QAccessibleTextUpdateEvent(edit, now.changePosition(), Stars(now.textRemoved()),
-                                             Stars(now.textInserted())),
-                  now);
+      NotifyDesktop(QAccessibleTextUpdateEvent(edit, now.changePosition(), Stars(now.textRemoved()),
+                                               Stars(now.textInserted())),
+                    now);
       return;
     }
     case QAccessible::ValueChanged:
       return;
     default:
-      TellDesktop(event);
+      NotifyDesktop(event);
   }
 }
 
 void HandleUpdate(QAccessibleEvent* event) {
   if (HidesItsText(*event)) {
-    TellStars(*event);
+    NotifyStars(*event);
   } else {
-    TellDesktop(*event);
+    NotifyDesktop(*event);
   }
 }
 
@@ -137,7 +137,7 @@ void InstallAccessibility() {
   QAccessible::installUpdateHandler(HandleUpdate);
 }
 
-void TellReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now) {
+void NotifyReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now) {
   QAccessible::State changed;
   changed.checked = before.checked != now.checked;
   changed.pressed = before.pressed != now.pressed;

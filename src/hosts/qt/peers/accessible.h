@@ -22,11 +22,11 @@ class AccessibleSource {
   virtual void PressAccessibly() {}
 };
 
-/// Makes Qt ask such widgets, and report to readers nothing of what a password field
+/// Makes Qt query such widgets, and report to readers nothing of what a password field
 /// holds but its length. Once, after the QApplication was made.
 void InstallAccessibility();
 
 /// Reports to a screen reader that listens what has changed in a widget's state.
-void TellReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now);
+void NotifyReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now);
 
 }  // namespace tarnvale

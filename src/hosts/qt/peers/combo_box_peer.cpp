@@ -31,7 +31,7 @@ ComboBoxPeer::ComboBoxPeer(PeerContext& context, ComboBox& combo, QWidget& paren
   UpdateName();
 }
 
-// The field within it is a widget of its own for those who hear it.
+// The field within it is a widget of its own for screen readers.
 void ComboBoxPeer::UpdateName() {
   Peer::UpdateName();
   if (box_->lineEdit() != nullptr) box_->lineEdit()->setAccessibleName(box_->accessibleName());

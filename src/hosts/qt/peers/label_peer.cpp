@@ -40,7 +40,7 @@ class LabelWidget final : public QWidget, public AccessibleSource {
  private:
   bool IsLink() const { return peer_.TheLabel().Role == TextRole::kLink; }
   bool IsBlock() const { return peer_.TheLabel().Wrap || text.contains(QLatin1Char('\n')); }
-  /// The heading of a group in the task panel stands in a bar of its own.
+  /// The heading of a group in the task panel is in a bar of its own.
   bool IsPanelHeading() const {
     return peer_.TheLabel().Role == TextRole::kHeading && IsTaskPanel(*parentWidget());
   }

@@ -84,7 +84,7 @@ void PasswordEdit::focusOutEvent(QFocusEvent* event) {
 // the whole application. Keys for this field come from here instead.
 bool PasswordEdit::eventFilter(QObject* target, QEvent* event) {
   const QEvent::Type type = event->type();
-  // Precedes each key: Qt's filter may be newer, and the newest one is asked first.
+  // Precedes each key: Qt's filter may be newer, and the newest one runs first.
   if (type == QEvent::ShortcutOverride) qApp->installEventFilter(this);
   const bool is_key = type == QEvent::KeyPress || type == QEvent::KeyRelease;
   if (!is_key || !event->spontaneous() || !hasFocus()) return false;

@@ -31,7 +31,7 @@ class LineEdit : public QLineEdit {
   bool ignores_press_ = false;
 };
 
-/// A password field: no other program learns what is typed or stands in it.
+/// A password field: no other program learns what is typed or kept in it.
 class PasswordEdit final : public LineEdit {
  public:
   explicit PasswordEdit(QWidget& parent);

@@ -86,7 +86,7 @@ class DrawnWidget final : public QWidget, public AccessibleSource {
     return kind == OwnerDrawn::Kind::kButton || kind == OwnerDrawn::Kind::kCheckBox;
   }
   void PressAccessibly() override {
-    peer_.Tell([this] { Drawn().Press(); });
+    peer_.Forward([this] { Drawn().Press(); });
   }
 
  protected:
@@ -98,7 +98,7 @@ class DrawnWidget final : public QWidget, public AccessibleSource {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void leaveEvent(QEvent*) override {
-    peer_.Tell([this] { Drawn().OnMouseLeave(); });
+    peer_.Forward([this] { Drawn().OnMouseLeave(); });
   }
   void dragEnterEvent(QDragEnterEvent* event) override { AnswerDrag(*event); }
   void dragMoveEvent(QDragMoveEvent* event) override { AnswerDrag(*event); }
@@ -133,31 +133,31 @@ bool DrawnWidget::event(QEvent* event) {
   if (static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
     setFocus(Qt::ShortcutFocusReason);
   } else {
-    peer_.Tell([this] { Drawn().OnAccessKey(); });
+    peer_.Forward([this] { Drawn().OnAccessKey(); });
   }
   return true;
 }
 
 void DrawnWidget::mousePressEvent(QMouseEvent* event) {
   press_.Down(ToMouseButton(event->button()));
-  peer_.Tell([&] { Drawn().OnMouseDown(ToMouseButton(event->button()), ToPoint(*event)); });
+  peer_.Forward([&] { Drawn().OnMouseDown(ToMouseButton(event->button()), ToPoint(*event)); });
 }
 
 void DrawnWidget::mouseDoubleClickEvent(QMouseEvent* event) {
   press_.Forget();
-  peer_.Tell([&] { Drawn().OnDoubleClick(ToMouseButton(event->button()), ToPoint(*event)); });
+  peer_.Forward([&] { Drawn().OnDoubleClick(ToMouseButton(event->button()), ToPoint(*event)); });
 }
 
 void DrawnWidget::mouseMoveEvent(QMouseEvent* event) {
-  peer_.Tell([&] { Drawn().OnMouseMove(HeldButton(event->buttons()), ToPoint(*event)); });
+  peer_.Forward([&] { Drawn().OnMouseMove(HeldButton(event->buttons()), ToPoint(*event)); });
 }
 
 void DrawnWidget::mouseReleaseEvent(QMouseEvent* event) {
   const MouseButton button = ToMouseButton(event->button());
   const Point point = ToPoint(*event);
   const bool is_click = press_.Up(button, rect().contains(event->position().toPoint()));
-  peer_.Tell([&] { Drawn().OnMouseUp(button, point); });
-  if (is_click) peer_.Tell([&] { Drawn().OnClick(button); });
+  peer_.Forward([&] { Drawn().OnMouseUp(button, point); });
+  if (is_click) peer_.Forward([&] { Drawn().OnClick(button); });
 }
 
 void DrawnWidget::AnswerWith(int effect, QDropEvent& event) {
@@ -169,24 +169,24 @@ void DrawnWidget::AnswerWith(int effect, QDropEvent& event) {
 
 void DrawnWidget::AnswerDrag(QDropEvent& event) {
   DragStep step = ToStep(event);
-  peer_.Tell([&] { Drawn().OnDragOver(step); });
+  peer_.Forward([&] { Drawn().OnDragOver(step); });
   AnswerWith(step.effect, event);
 }
 
 void DrawnWidget::dropEvent(QDropEvent* event) {
   DragStep step = ToStep(*event);
-  peer_.Tell([&] { Drawn().OnDragDrop(step); });
+  peer_.Forward([&] { Drawn().OnDragDrop(step); });
   AnswerWith(step.effect, *event);
 }
 
 void DrawnWidget::keyPressEvent(QKeyEvent* event) {
-  peer_.Tell([&] { Drawn().OnKeyDown(ToKeyPress(*event)); });
+  peer_.Forward([&] { Drawn().OnKeyDown(ToKeyPress(*event)); });
 }
 
 void DrawnWidget::keyReleaseEvent(QKeyEvent* event) {
   // A key that repeats is pressed again and again, and released once.
   if (event->isAutoRepeat()) return;
-  peer_.Tell([&] { Drawn().OnKeyUp(ToKeyPress(*event)); });
+  peer_.Forward([&] { Drawn().OnKeyUp(ToKeyPress(*event)); });
 }
 
 OwnerDrawnPeer::OwnerDrawnPeer(PeerContext& context, OwnerDrawn& drawn, QWidget& parent)
@@ -268,7 +268,7 @@ void OwnerDrawnPeer::OnFrame() {
   const QImage shown = picture_;
   if (!widget_->isVisible() || Picture(widget_->devicePixelRatioF()) != shown) widget_->update();
   const AccessibleState state = drawn_.StateForReaders();
-  TellReaders(*widget_, std::exchange(told_state_, state), state);
+  NotifyReaders(*widget_, std::exchange(reported_state_, state), state);
 }
 
 void OwnerDrawnPeer::FollowAccessKey() {

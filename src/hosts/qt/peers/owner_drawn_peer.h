@@ -25,9 +25,9 @@ class OwnerDrawnPeer final : public Peer {
   /// pixel, which may be a fraction.
   const QImage& Picture(qreal pixel_ratio);
   void Resize(QSize size);
-  /// Lends the control what it stands on.
+  /// Lends the control its surroundings.
   void Lend();
-  void Tell(const std::function<void()>& handler) { Report(handler); }
+  void Forward(const std::function<void()>& handler) { Report(handler); }
 
  protected:
   void OnFocus(bool has_focus) override;
@@ -43,7 +43,7 @@ class OwnerDrawnPeer final : public Peer {
   QImage picture_;
   bool is_stale_ = true;
   /// What was reported to screen readers last.
-  AccessibleState told_state_;
+  AccessibleState reported_state_;
   char32_t access_key_ = 0;
   int shortcut_ = 0;
 };

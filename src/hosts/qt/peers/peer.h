@@ -46,7 +46,7 @@ class Peer : public QObject, public FrameClient {
  public:
   ~Peer() override;
 
-  /// The widget that stands on the window.
+  /// The widget on the window.
   QWidget& Widget() { return *widget_; }
   /// The one that gets the keys: mostly the same.
   virtual QWidget& FocusWidget() { return *widget_; }
