@@ -97,8 +97,9 @@ class IdleTimers {
 void Sync(const std::string& first, const std::string& second) {
   tarnvale::LinuxHost host(Surroundings());
   tarnvale::HeadlessMachine machine(host.Parts());
-  const IdleTimers timers(machine.Parts().loop.Timers());
-  tarnvale::FileSync(machine.Parts()).SyncFolders(PathOf(first), PathOf(second), false);
+  tarnvale::EventLoop& loop = machine.Parts().loop;
+  const IdleTimers timers(loop.Timers());
+  tarnvale::FileSync(machine.Parts().files, loop).SyncFolders(PathOf(first), PathOf(second), false);
 }
 
 void Flush(const std::string& folder) {
