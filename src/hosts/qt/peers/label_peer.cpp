@@ -115,9 +115,13 @@ bool LabelWidget::event(QEvent* event) {
   switch (event->type()) {
     case QEvent::Enter:
     case QEvent::Leave:
+      if (IsLink()) update();
+      break;
+    // Only a link has the focus. It loses it when its window is hidden at the program's end,
+    // too, and the record may have gone by then.
     case QEvent::FocusIn:
     case QEvent::FocusOut:
-      if (IsLink()) update();
+      update();
       break;
     case QEvent::ToolTip:
       if (toolTip().isEmpty() && !IsBlock() && Shown() != text) {
