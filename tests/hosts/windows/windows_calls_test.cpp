@@ -37,7 +37,7 @@ class WindowsCallsTest : public WindowsHostTest {
 
   Calls CallsOfSync() {
     HeadlessMachine machine(Host().Parts());
-    FileSync sync(machine.Parts());
+    FileSync sync(machine.Parts().files, machine.Parts().loop);
     calls_.clear();
     sync.SyncFolders("C:\\from", "C:\\to", false);
     return calls_;
