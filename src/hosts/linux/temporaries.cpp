@@ -51,13 +51,31 @@ std::string ReadSlot(int fd) {
 
 }  // namespace
 
+SlotBook::SlotBook(const std::string& state_folder)
+    : folder_(state_folder + "/copies"), mark_(MarkOf(state_folder)) {}
+
+void SlotBook::Add(const std::string& slot) {
+  const std::lock_guard lock(mutex_);
+  in_use_.insert(slot);
+}
+
+void SlotBook::Remove(const std::string& slot) {
+  const std::lock_guard lock(mutex_);
+  in_use_.erase(slot);
+}
+
+bool SlotBook::Has(const std::string& slot) const {
+  const std::lock_guard lock(mutex_);
+  return in_use_.contains(slot);
+}
+
 Temporaries::Temporaries(const std::string& state_folder)
-    : slots_folder_(state_folder + "/copies"), mark_(MarkOf(state_folder)) {
+    : book_(std::make_shared<SlotBook>(state_folder)) {
   CleanSlots();
 }
 
 bool Temporaries::IsStale(std::string_view name) const {
-  return MarkOfTemporary(name) == mark_ && !SlotIsAlive(std::string(SlotOfTemporary(name)));
+  return MarkOfTemporary(name) == book_->Mark() && !SlotIsAlive(std::string(SlotOfTemporary(name)));
 }
 
 void Temporaries::Sweep(int folder_fd, const char* name) const {
@@ -65,7 +83,7 @@ void Temporaries::Sweep(int folder_fd, const char* name) const {
 }
 
 void Temporaries::CleanSlots() {
-  const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(slots_folder_.c_str()), &::closedir);
+  const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(book_->Folder().c_str()), &::closedir);
   if (!folder) return;
   std::vector<std::string> slots;
   while (const dirent* entry = ::readdir(folder.get())) {
@@ -79,7 +97,7 @@ void Temporaries::CleanSlot(int folder_fd, const std::string& slot) {
   if (!file || ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return;
   const std::string path = ReadSlot(file.Get());
   const std::string_view name = NativeNameOf(path);
-  if (MarkOfTemporary(name) == mark_ && SlotOfTemporary(name) == slot) {
+  if (MarkOfTemporary(name) == book_->Mark() && SlotOfTemporary(name) == slot) {
     const bool gone = ::unlink(path.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR;
     // A medium that is away for now: the slot stays until it is back.
     if (!gone) return;
@@ -88,21 +106,21 @@ void Temporaries::CleanSlot(int folder_fd, const std::string& slot) {
 }
 
 bool Temporaries::SlotIsAlive(const std::string& slot) const {
-  if (slots_in_use_.contains(slot)) return true;
+  if (book_->Has(slot)) return true;
   const Descriptor file(
-      ::open((slots_folder_ + "/" + slot).c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+      ::open((book_->Folder() + "/" + slot).c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
   return file && ::flock(file.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
-TemporarySlot::TemporarySlot(Temporaries& temporaries) : temporaries_(temporaries) {}
+TemporarySlot::TemporarySlot(const Temporaries& temporaries) : book_(temporaries.book_) {}
 
 TemporarySlot::~TemporarySlot() {
-  temporaries_.slots_in_use_.erase(slot_);
-  if (file_) ::unlink((temporaries_.slots_folder_ + "/" + slot_).c_str());
+  book_->Remove(slot_);
+  if (file_) ::unlink((book_->Folder() + "/" + slot_).c_str());
 }
 
 void TemporarySlot::LeaveBehind() {
-  temporaries_.slots_in_use_.erase(slot_);
+  book_->Remove(slot_);
   file_.Close();
   file_tried_ = false;
   path_.clear();
@@ -110,11 +128,11 @@ void TemporarySlot::LeaveBehind() {
 }
 
 const std::string& TemporarySlot::Begin(std::string_view folder) {
-  if (slot_.empty()) temporaries_.slots_in_use_.insert(slot_ = RandomDigits());
+  if (slot_.empty()) book_->Add(slot_ = RandomDigits());
   if (!file_tried_) OpenFile();
   if (folder != folder_ || path_.empty()) {
     folder_ = folder;
-    path_ = folder_ + "/" + TemporaryName(temporaries_.mark_, slot_);
+    path_ = folder_ + "/" + TemporaryName(book_->Mark(), slot_);
     // Without a slot a leftover is still found when its folder is read.
     if (file_ && ::pwrite(file_.Get(), path_.c_str(), path_.size() + 1, 0) < 0) file_.Close();
   }
@@ -123,8 +141,8 @@ const std::string& TemporarySlot::Begin(std::string_view folder) {
 
 void TemporarySlot::OpenFile() {
   file_tried_ = true;
-  if (!MakeStateFolder(temporaries_.slots_folder_)) return;
-  const std::string path = temporaries_.slots_folder_ + "/" + slot_;
+  if (!MakeStateFolder(book_->Folder())) return;
+  const std::string path = book_->Folder() + "/" + slot_;
   // Another process may take the fresh slot for a left one before it is locked,
   // and delete it: then it is made anew.
   for (int attempt = 0; attempt < 100; ++attempt) {

@@ -10,6 +10,8 @@
 // this machine, user and state folder, so that nobody else's is ever touched.
 #pragma once
 
+#include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -17,6 +19,27 @@
 #include "hosts/linux/descriptor.h"
 
 namespace tarnvale {
+
+/// The slots of one process. A machine that can't write its state folder has no files for
+/// them.
+class SlotBook {
+ public:
+  explicit SlotBook(const std::string& state_folder);
+
+  const std::string& Folder() const { return folder_; }
+  const std::string& Mark() const { return mark_; }
+
+  // From any thread.
+  void Add(const std::string& slot);
+  void Remove(const std::string& slot);
+  bool Has(const std::string& slot) const;
+
+ private:
+  const std::string folder_;
+  const std::string mark_;  ///< 16 hexadecimal digits: machine, user, state folder
+  mutable std::mutex mutex_;
+  std::unordered_set<std::string> in_use_;
+};
 
 class Temporaries {
  public:
@@ -39,16 +62,14 @@ class Temporaries {
   void CleanSlot(int folder_fd, const std::string& slot);
   bool SlotIsAlive(const std::string& slot) const;
 
-  std::string slots_folder_;
-  std::string mark_;  ///< 16 hexadecimal digits: machine, user, state folder
-  /// Of this object. A machine that can't write its state folder has no files for them.
-  std::unordered_set<std::string> slots_in_use_;
+  std::shared_ptr<SlotBook> book_;
 };
 
-/// One piece of work at a time that writes temporaries.
+/// One piece of work at a time that writes temporaries. May go on another thread, and
+/// outlive what it was made of.
 class TemporarySlot {
  public:
-  explicit TemporarySlot(Temporaries& temporaries);
+  explicit TemporarySlot(const Temporaries& temporaries);
   TemporarySlot(const TemporarySlot&) = delete;
   TemporarySlot& operator=(const TemporarySlot&) = delete;
   ~TemporarySlot();
@@ -64,7 +85,7 @@ class TemporarySlot {
  private:
   void OpenFile();
 
-  Temporaries& temporaries_;
+  const std::shared_ptr<SlotBook> book_;
   std::string slot_;  ///< 16 hexadecimal digits, random
   std::string path_;
   std::string folder_;

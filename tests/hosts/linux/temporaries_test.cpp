@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <fstream>
 #include <memory>
+#include <thread>
 
 #include "hosts/linux/replacement.h"
 #include "platform/temporary_name.h"
@@ -183,6 +184,17 @@ TEST_F(TemporariesTest, WithoutAStateFolderWhatIsInWorkIsStillLeftAlone) {
   EXPECT_TRUE(stateless.files.List("C:\\z\\*", {}).empty());
   target->Commit();
   EXPECT_EQ(NamesIn("z"), Names{"target"});
+}
+
+// As a download does whose session was dropped: its thread ends when its medium answers.
+TEST_F(TemporariesTest, WorkOfAnotherThreadMayOutliveTheHost) {
+  auto host = std::make_unique<LinuxHost>(With(state_));
+  std::unique_ptr<TransferTarget> download = host->transfer_files.OpenTarget("C:\\file");
+  ASSERT_EQ(NamesIn(".").size(), 1U);
+  host.reset();
+  std::thread([file = std::move(download)]() mutable { file.reset(); }).join();
+  EXPECT_EQ(NamesIn("."), Names{});
+  EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
 }
 
 TEST_F(TemporariesTest, NothingIsLeftInTheStateFolderAfterAnOrderlyEnd) {
