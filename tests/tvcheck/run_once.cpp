@@ -3,30 +3,33 @@
 //   run_once pack FOLDER ARCHIVE  as automatic compression does
 //   run_once leave FOLDER         leaves what a copy leaves that was killed
 
-#include <unistd.h>
-
 #include <cstdio>
-#include <filesystem>
+#include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "base/failure.h"
 #include "codec/archive.h"
 #include "core/engine.h"
-#include "hosts/linux/linux_host.h"
-#include "hosts/linux/replacement.h"
+#include "native/console.h"
+#include "native/native_file.h"
 #include "ui/headless_machine.h"
+#ifdef _WIN32
+#include "hosts/windows/handle.h"
+#else
+#include "hosts/linux/replacement.h"
+#endif
 
 namespace tarnvale {
 namespace {
 
-namespace fs = std::filesystem;
-
 // The program finds its settings by a folder, this one is given the file.
 void Run(const std::string& settings, const std::string& mode) {
-  LinuxHost host;
+  NativeHost host;
   HeadlessMachine machine(host.Parts());
   Engine engine(machine.Parts());
-  const Path path = DrivePaths("/").FromNative(fs::absolute(settings).parent_path().string());
+  Path path = PathOfNative(host, settings);
+  path.resize(path.rfind('\\'));
   BackupSettings& chosen = engine.settings;
   const auto read = [&](const char* section, const char* key) {
     return machine.Parts().profiles.Read(section, key, "", 255, path + "\\Tarnvale.ini");
@@ -44,19 +47,24 @@ void Run(const std::string& settings, const std::string& mode) {
 }
 
 void Pack(const std::string& folder, const std::string& archive) {
-  LinuxHost host;
+  NativeHost host;
   HeadlessMachine machine(host.Parts());
   usercontrol11(machine.Parts())
-      .SaveFilesToArchiv(DrivePaths("/").FromNative(folder), DrivePaths("/").FromNative(archive),
-                         true);
+      .SaveFilesToArchiv(PathOfNative(host, folder), PathOfNative(host, archive), true);
 }
 
 [[noreturn]] void Leave(const std::string& folder) {
-  Temporaries temporaries(DefaultStateFolder());
-  TemporarySlot slot(temporaries);
+  NativeHost host;
+  TemporarySlot slot(host.temporaries);
+#ifdef _WIN32
+  const auto native = host.drives.ToNative(PathOfNative(host, folder));
+  const Handle left(::CreateFileW(slot.Begin(*native).c_str(), GENERIC_WRITE, 0, nullptr,
+                                  CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+#else
   Replacement left(slot, folder);
   left.Create(0600);
-  ::_exit(0);
+#endif
+  std::_Exit(0);
 }
 
 }  // namespace
@@ -64,11 +72,11 @@ void Pack(const std::string& folder, const std::string& archive) {
 
 int main(int argc, char** argv) {
   using namespace tarnvale;
-  const std::string what = argc > 2 ? argv[1] : "";
+  const std::vector<std::string> words = Arguments(argc, argv);
   try {
-    if (what == "leave") Leave(argv[2]);
-    if (argc != 4) return 2;
-    what == "pack" ? Pack(argv[2], argv[3]) : Run(argv[2], argv[3]);
+    if (words.size() == 2 && words[0] == "leave") Leave(words[1]);
+    if (words.size() != 3) return 2;
+    words[0] == "pack" ? Pack(words[1], words[2]) : Run(words[1], words[2]);
     return 0;
   } catch (const ProgramError& error) {
     std::fprintf(stderr, "run_once: %s\n", error.Description().c_str());

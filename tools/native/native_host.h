@@ -16,10 +16,12 @@ namespace tarnvale {
 #ifdef _WIN32
 using NativeHost = WindowsHost;
 using NativeFolder = WindowsFolder;
+using NativeSurroundings = WindowsSurroundings;
 using NativeWorkers = NoWorkers;
 #else
 using NativeHost = LinuxHost;
 using NativeFolder = LinuxFolder;
+using NativeSurroundings = LinuxSurroundings;
 using NativeWorkers = LinuxWorkers;
 #endif
 

@@ -1,20 +1,11 @@
 #include "tvcheck/check.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-
-#include <cerrno>
+#include <algorithm>
 #include <memory>
 #include <utility>
 
 #include "base/failure.h"
 #include "base/text.h"
-#include "hosts/linux/own_links.h"
-#include "hosts/linux/paths.h"
-#include "hosts/linux/temporaries.h"
-#include "native/system_error.h"
-#include "platform/temporary_name.h"
 
 namespace tarnvale {
 namespace {
@@ -23,33 +14,39 @@ namespace {
 constexpr std::int64_t kExtraRounds = 2;
 constexpr int kMarkersOfFolder = 5;
 
-bool IsReadOnly(int folder_fd, const std::string& name) {
-  struct stat info {};
-  return ::fstatat(folder_fd, name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0 &&
-         S_ISREG(info.st_mode) && (info.st_mode & S_IWUSR) == 0;
-}
-
-bool IsSpecial(const dirent& entry) {
-  return entry.d_type == DT_CHR || entry.d_type == DT_BLK || entry.d_type == DT_FIFO ||
-         entry.d_type == DT_SOCK;
+Rule RuleOf(UnseenEntry::Reason reason) {
+  switch (reason) {
+    case UnseenEntry::Reason::kName:
+      return Rule::kName;
+    case UnseenEntry::Reason::kSpecial:
+      return Rule::kSpecial;
+    case UnseenEntry::Reason::kHidden:
+      return Rule::kHidden;
+  }
+  return Rule::kNone;
 }
 
 }  // namespace
 
-Check::Check(LinuxHost& host, const Options& options, CheckProgress& progress)
+Check::Check(NativeHost& host, const Options& options, CheckProgress& progress)
     : host_(host),
       options_(options),
       progress_(progress),
       contents_([this](std::int64_t bytes) { progress_.AddBytes(bytes); }),
-      location_(NativePathOf(host, options.location)) {}
+      location_(ComparedPath(NativePathOf(host, options.location))) {}
 
 void Check::Follow(const RunState& run, std::size_t items) {
   run_ = &run;
   items_ = static_cast<std::int64_t>(items);
 }
 
+bool Check::IsLocation(const std::string& native) const {
+  return ComparedPath(native) == location_;
+}
+
 bool Check::LiesInLocation(const std::string& native) const {
-  return native == location_ || location_ == "/" || native.starts_with(location_ + "/");
+  return IsLocation(native) || location_ == "/" ||
+         ComparedPath(native).starts_with(location_ + kSeparator);
 }
 
 void Check::Add(Finding finding) {
@@ -116,7 +113,8 @@ Finding Check::Judge(const ComparedFile& file, const NativeEntry& source, const 
   }
   const bool times_differ = (file.status & ~difference::kSizesDiffer) != 0;
   if (times_differ) finding.state = State::kOlder;
-  if (IsReadOnly(copy.folder_fd, copy.name)) finding.rule = Rule::kReadOnlyCopy;
+  const auto state = StateOfEntry(copy);
+  if (state && state->is_read_only) finding.rule = Rule::kReadOnlyCopy;
   return finding;
 }
 
@@ -124,9 +122,8 @@ void Check::OnTree(const TreeEnd& source, const TreeEnd& target, const LeftOutFo
   PassedOver pass;
   std::unique_ptr<HeldFolder> from;
   if (!pass.Step([&] { from = source.open(); })) {
-    struct stat info {};
     // A file with five plus signs in its path: its row says so.
-    if (::stat(source.native.c_str(), &info) == 0 && !S_ISDIR(info.st_mode)) return;
+    if (host_.files.FileExists(PathOfNative(host_, source.native))) return;
     AddUnreadable(source.native, pass.StandingError()->Description());
     return;
   }
@@ -148,13 +145,14 @@ void Check::AddTree(HeldFolder& source, const TreeEnd& from, const TreeEnd& to,
   while (!folders.empty()) {
     const std::string inner = std::move(folders.back());
     folders.pop_back();
-    const std::string below = inner.empty() ? "/" : "/" + inner + "/";
+    std::string below = kSeparator + inner;
+    if (!inner.empty()) below += kSeparator;
     PassedOver pass;
     FolderContents contents;
     bool is_left_out = false;
     pass.Step([&] {
       std::string names = inner;
-      std::replace(names.begin(), names.end(), '/', '\\');
+      std::replace(names.begin(), names.end(), kSeparator, '\\');
       const auto folder = source.Inner(names);
       const auto is_it = [&](const HeldFolder* other) { return folder->Is(*other); };
       is_left_out = !inner.empty() && std::any_of(left_out.begin(), left_out.end(), is_it);
@@ -170,7 +168,7 @@ void Check::AddTree(HeldFolder& source, const TreeEnd& from, const TreeEnd& to,
       AddMissing(from.native + below + file.name, to.native + below + file.name);
     }
     for (auto name = contents.folders.rbegin(); name != contents.folders.rend(); ++name) {
-      folders.push_back(inner.empty() ? *name : inner + "/" + *name);
+      folders.push_back(inner.empty() ? *name : inner + kSeparator + *name);
     }
     if (options_.archive == nullptr && contents.files.empty() && contents.folders.empty()) {
       Add({State::kMissing, from.native + below, to.native + below});
@@ -179,36 +177,21 @@ void Check::AddTree(HeldFolder& source, const TreeEnd& from, const TreeEnd& to,
 }
 
 void Check::OnRead(const NativeEntry& folder, const FolderContents& contents) {
-  if (LiesInLocation(folder.folder) || !read_folders_.insert(folder.folder).second) return;
-  PassOverNames(folder.folder_fd, folder.folder, false);
+  const std::string path = folder.Path() + kSeparator;
+  if (LiesInLocation(folder.Path()) || !read_folders_.insert(path).second) return;
+  PassOverNames(folder, false);
   for (const std::string& name : contents.folders) {
-    if (folder.folder + "/" + name == location_) PassOver(location_ + "/", Rule::kStorage);
+    if (IsLocation(path + name)) PassOver(path + name + kSeparator, Rule::kStorage);
   }
   if (options_.archive != nullptr && contents.files.empty() && contents.folders.empty()) {
-    PassOver(folder.folder + "/", Rule::kEmptyFolder);
+    PassOver(path, Rule::kEmptyFolder);
   }
 }
 
 // What the program doesn't see in a folder.
-void Check::PassOverNames(int folder_fd, const std::string& folder, bool files_only) {
-  const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-  Descriptor again(::openat(folder_fd, folder_fd == AT_FDCWD ? folder.c_str() : ".", flags));
-  if (!again) return;
-  const std::unique_ptr<DIR, int (*)(DIR*)> names(::fdopendir(again.Get()), &::closedir);
-  if (!names) return;
-  again.Release();
-  while (const dirent* entry = ::readdir(names.get())) {
-    const std::string_view name = entry->d_name;
-    if (name == "." || name == ".." || IsTemporaryName(name)) continue;
-    if (files_only && entry->d_type == DT_DIR) continue;
-    const std::string path = folder + "/" + entry->d_name;
-    if (!CanBeNamed(name)) {
-      PassOver(path, Rule::kName);
-    } else if (IsSpecial(*entry)) {
-      PassOver(path, Rule::kSpecial);
-    } else if (files_only && name.front() == '.') {
-      PassOver(path, Rule::kHidden);
-    }
+void Check::PassOverNames(const NativeEntry& folder, bool files_only) {
+  for (const UnseenEntry& entry : UnseenIn(folder, files_only)) {
+    PassOver(entry.path, RuleOf(entry.reason));
   }
 }
 
@@ -229,8 +212,8 @@ void Check::OnListed(const Path& folder, const std::optional<ProgramError>& erro
   const std::string native = NativePathOf(host_, folder);
   if (error) {
     AddUnreadable(native, error->Description());
-  } else if (read_folders_.insert(native + "/").second) {
-    PassOverNames(AT_FDCWD, native, true);
+  } else if (read_folders_.insert(native).second) {
+    PassOverNames({nullptr, native}, true);
   }
 }
 
@@ -278,32 +261,30 @@ Rule Check::RuleOfLeftRow(const Path& file, std::int64_t row) const {
 
 Finding Check::Judge(const SingleFile& file) {
   Finding finding{State::kDifferent, file.source, file.target};
-  struct stat ours {};
-  struct stat theirs {};
-  const auto fail = [&] {
+  try {
+    const NativeState ours = StateBehindLinks(file.source);
+    const auto theirs = file.has_room ? StateOfEntry({nullptr, file.target}) : std::nullopt;
+    if (!theirs) {
+      finding.state = State::kMissing;
+      finding.rule = file.rule;
+      return finding;
+    }
+    const bool alike = theirs->is_plain && ours.size_bytes == theirs->size_bytes;
+    if (alike && options_.contents) {
+      const Equality equality = contents_.Compare(file.source, file.target);
+      if (!equality.failure.empty()) finding.state = State::kUnreadable;
+      if (equality.equal) finding.state = State::kSame;
+      finding.reason = equality.failure;
+    } else if (alike && ours.modified_s == theirs->modified_s) {
+      finding.state = State::kSame;
+    }
+    if (finding.state != State::kDifferent) return finding;
+    if (theirs->modified_s < ours.modified_s) finding.state = State::kOlder;
+    finding.rule = theirs->is_read_only ? Rule::kReadOnlyCopy : file.rule;
+  } catch (const SystemError& error) {
     finding.state = State::kUnreadable;
-    finding.reason = SystemError().what();
-    return finding;
-  };
-  if (!StateByOwnLinks(AT_FDCWD, file.source, ours)) return fail();
-  if (!file.has_room || ::lstat(file.target.c_str(), &theirs) != 0) {
-    if (file.has_room && errno != ENOENT && errno != ENOTDIR) return fail();
-    finding.state = State::kMissing;
-    finding.rule = file.rule;
-    return finding;
+    finding.reason = error.what();
   }
-  const bool alike = S_ISREG(theirs.st_mode) && ours.st_size == theirs.st_size;
-  if (alike && options_.contents) {
-    const Equality equality = contents_.Compare(file.source, file.target);
-    if (!equality.failure.empty()) finding.state = State::kUnreadable;
-    if (equality.equal) finding.state = State::kSame;
-    finding.reason = equality.failure;
-  } else if (alike && ours.st_mtim.tv_sec == theirs.st_mtim.tv_sec) {
-    finding.state = State::kSame;
-  }
-  if (finding.state != State::kDifferent) return finding;
-  if (theirs.st_mtim.tv_sec < ours.st_mtim.tv_sec) finding.state = State::kOlder;
-  finding.rule = IsReadOnly(AT_FDCWD, file.target) ? Rule::kReadOnlyCopy : file.rule;
   return finding;
 }
 

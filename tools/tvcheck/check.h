@@ -28,7 +28,7 @@ class Check final : public RunWatch {
     bool incremental = false;
     PackedCopies* archive = nullptr;  ///< in place of the storage location
   };
-  Check(LinuxHost& host, const Options& options, CheckProgress& progress);
+  Check(NativeHost& host, const Options& options, CheckProgress& progress);
 
   /// The run whose rows are looked at in its end. `items` is the list's count.
   void Follow(const RunState& run, std::size_t items);
@@ -55,6 +55,7 @@ class Check final : public RunWatch {
     bool has_room = true;     ///< not where the medium has another one in its place
   };
 
+  bool IsLocation(const std::string& native) const;
   bool LiesInLocation(const std::string& native) const;
   void Add(Finding finding);
   void AddUnreadable(const std::string& native, const std::string& reason);
@@ -66,14 +67,14 @@ class Check final : public RunWatch {
   Finding Judge(const SingleFile& file);
   void PassOverLeftRows(const RunState& run);
   Rule RuleOfLeftRow(const Path& file, std::int64_t row) const;
-  void PassOverNames(int folder_fd, const std::string& folder, bool files_only);
+  void PassOverNames(const NativeEntry& folder, bool files_only);
 
-  LinuxHost& host_;
+  NativeHost& host_;
   Options options_;
   CheckProgress& progress_;
   Contents contents_;
   Findings findings_;
-  std::string location_;  ///< native
+  std::string location_;  ///< a compared path
   const RunState* run_ = nullptr;
   std::int64_t items_ = 0;
 

@@ -1,6 +1,5 @@
 #include "tvcheck/command.h"
 
-#include <filesystem>
 #include <optional>
 
 #include "base/text.h"
@@ -14,10 +13,6 @@
 
 namespace tarnvale {
 namespace {
-
-// Nothing can lie there. Where the program's own bookkeeping is, the host would tidy
-// up: leftovers of copies are deleted as soon as they are seen.
-constexpr const char* kNoStateFolder = "/dev/null/none";
 
 /// The settings file under any name; nothing is written.
 class NamedProfile final : public ProfileFiles {
@@ -39,18 +34,10 @@ class NamedProfile final : public ProfileFiles {
   Path named_;
 };
 
-Path PathOf(const LinuxHost& host, const std::string& native) {
-  Path path = host.PathOf(std::filesystem::absolute(native).lexically_normal().string());
-  if (path.empty()) {
-    throw CommandFailure(native, "the program can't name a path with a backslash or a star");
-  }
-  return path;
-}
-
 /// The program's machine with nobody in front of it, which changes nothing.
 class QuietMachine {
  public:
-  QuietMachine(LinuxHost& host, FileSystem& files, Path settings)
+  QuietMachine(NativeHost& host, FileSystem& files, Path settings)
       : profiles_(host.profiles, std::move(settings)),
         parts_{{files, host.open_files, profiles_, host.processes, host.clock, host.random,
                 host.formats, host.registry, host.applications},
@@ -88,7 +75,7 @@ class Checking {
  public:
   explicit Checking(const Request& request)
       : request_(request),
-        settings_file_(request.settings.empty() ? Path() : PathOf(host_, request.settings)) {
+        settings_file_(request.settings.empty() ? Path() : PathOfNative(host_, request.settings)) {
     Load();
     state_.RunDestination = WithBackslash(settings_.DestinationDir.Get());
     state_.EngineFree = "1";
@@ -159,7 +146,7 @@ class Checking {
   }
 
   const Request& request_;
-  LinuxHost host_{{.state_folder = kNoStateFolder, .locale_name = "C"}};
+  NativeHost host_{SurroundingsThatKeepLeftovers()};
   Path settings_file_;
   BackupSettings settings_;
   RunState state_;

@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/linux/descriptor.h"
-#include "tvcheck/planned_files.h"
+#include "native/native_entry.h"
 
 namespace tarnvale {
 
@@ -31,7 +30,7 @@ class Contents {
   Equality Compare(const std::string& source, const std::string& copy);
 
  private:
-  Equality CompareOpen(const Descriptor& source, const Descriptor& copy);
+  bool AreEqual(const FileReader& source, const FileReader& copy);
 
   std::function<void(std::int64_t)> on_bytes_;
   std::vector<char> first_;

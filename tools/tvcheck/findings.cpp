@@ -2,7 +2,15 @@
 
 #include <utility>
 
+#include "native/native_file.h"
+
 namespace tarnvale {
+namespace {
+
+constexpr const char* kNoSuchName = kSeparator == '/' ? "no path can hold a backslash or a star"
+                                                      : "no path leads to such a name here";
+
+}  // namespace
 
 RuleText TextOf(Rule rule) {
   switch (rule) {
@@ -21,7 +29,7 @@ RuleText TextOf(Rule rule) {
     case Rule::kHidden:
       return {"hidden", "the files of a folder don't include hidden ones"};
     case Rule::kName:
-      return {"name", "no path can hold a backslash or a star"};
+      return {"name", kNoSuchName};
     case Rule::kSpecial:
       return {"special", "devices, sockets and pipes are never copied"};
     case Rule::kStorage:

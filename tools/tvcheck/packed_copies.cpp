@@ -1,49 +1,39 @@
 #include "tvcheck/packed_copies.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <unordered_map>
 #include <utility>
 
 #include "codec/enumeration.h"
-#include "hosts/linux/own_links.h"
 #include "native/command_failure.h"
-#include "native/system_error.h"
 #include "tvz/archive_contents.h"
 
 namespace tarnvale {
 namespace {
 
-bool IsHidden(const std::string& entry) {
-  return entry.starts_with('.') || entry.find("\\.") != std::string::npos;
-}
-
 bool IsLink(const std::string& native) {
-  struct stat info {};
-  return ::lstat(native.c_str(), &info) == 0 && S_ISLNK(info.st_mode);
+  const auto state = StateOfEntry({nullptr, native});
+  return state && state->is_link;
 }
 
 // An archive has no times but its own, and one that was fetched back not even that: only
 // the bytes say whether a file is in it as it is.
-State Judge(const std::string& source, const ContainerRecord& record, time_t packed_s,
+State Judge(const std::string& source, const ContainerRecord& record, std::int64_t packed_s,
             Contents& contents, std::string& reason) {
-  struct stat info {};
-  if (!StateByOwnLinks(AT_FDCWD, source, info)) {
-    reason = SystemError().what();
+  NativeState state;
+  try {
+    state = StateBehindLinks(source);
+  } catch (const SystemError& error) {
+    reason = error.what();
     return State::kUnreadable;
   }
-  const bool is_later = info.st_mtim.tv_sec > packed_s;
-  const bool same_size = static_cast<std::size_t>(info.st_size) == record.content.Size();
-  if (same_size) {
+  if (static_cast<std::size_t>(state.size_bytes) == record.content.Size()) {
     const Equality equality = contents.Compare(source, record.content.View());
     reason = equality.failure;
     if (!reason.empty()) return State::kUnreadable;
     if (equality.equal) return State::kSame;
   }
-  return is_later ? State::kOlder : State::kDifferent;
+  return state.modified_s > packed_s ? State::kOlder : State::kDifferent;
 }
 
 }  // namespace
@@ -51,19 +41,17 @@ State Judge(const std::string& source, const ContainerRecord& record, time_t pac
 PackedCopies::PackedCopies(std::string archive, Path location, const std::string& location_native)
     : archive_(std::move(archive)),
       location_(std::move(location)),
-      name_offset_(location_native.size() + (location_native.ends_with('/') ? 0 : 1)) {}
+      name_offset_(location_native.size() + (location_native.ends_with(kSeparator) ? 0 : 1)) {}
 
 void PackedCopies::Expect(std::string source, const std::string& copy, Rule rule) {
   std::string entry = copy.substr(std::min(copy.size(), name_offset_));
-  std::replace(entry.begin(), entry.end(), '/', '\\');
+  std::replace(entry.begin(), entry.end(), kSeparator, '\\');
   expected_.push_back({std::move(source), std::move(entry), rule});
 }
 
-void PackedCopies::Compare(LinuxHost& host, Contents& contents, Findings& findings,
+void PackedCopies::Compare(NativeHost& host, Contents& contents, Findings& findings,
                            CheckProgress& progress) {
-  struct stat info {};
   const ArchiveContents archive(archive_, progress.line);
-  if (::stat(archive_.c_str(), &info) != 0) throw CommandFailure(archive_, SystemError().what());
   std::unordered_multimap<std::string_view, Expected*> by_entry;
   for (Expected& expected : expected_) by_entry.emplace(expected.entry, &expected);
   archive.ForEach([&](const ContainerRecord& record) {
@@ -73,7 +61,8 @@ void PackedCopies::Compare(LinuxHost& host, Contents& contents, Findings& findin
       if (std::exchange(expected.found, true)) continue;
       progress.AddFile();
       Finding finding{State::kSame, expected.source, expected.entry};
-      finding.state = Judge(expected.source, record, info.st_mtim.tv_sec, contents, finding.reason);
+      finding.state =
+          Judge(expected.source, record, archive.ModifiedSeconds(), contents, finding.reason);
       const bool differs = finding.state == State::kOlder || finding.state == State::kDifferent;
       if (differs) finding.rule = expected.rule;
       if (differs && expected.rule == Rule::kNewerCopy) finding.state = State::kPassedOver;
@@ -85,9 +74,9 @@ void PackedCopies::Compare(LinuxHost& host, Contents& contents, Findings& findin
   }
 }
 
-void PackedCopies::AddMissing(LinuxHost& host, const Expected& expected, Findings& findings) {
+void PackedCopies::AddMissing(NativeHost& host, const Expected& expected, Findings& findings) {
   Rule rule = Rule::kNone;
-  if (IsHidden(expected.entry)) {
+  if (IsHidden(host, expected)) {
     rule = Rule::kPackedHidden;
   } else if (HoldsDrive(expected.entry)) {
     rule = Rule::kPackedName;
@@ -104,8 +93,25 @@ void PackedCopies::AddMissing(LinuxHost& host, const Expected& expected, Finding
   }
 }
 
+// With all folders that it lies in there. A copy that is gone was as its file is.
+bool PackedCopies::IsHidden(NativeHost& host, const Expected& expected) const {
+  constexpr int kUnseen = attribute::kHidden | attribute::kSystem;
+  Path copy = location_ + expected.entry;
+  Path source = PathOfNative(host, expected.source);
+  for (; copy.size() > location_.size(); copy.resize(copy.rfind('\\'))) {
+    int value = 0;
+    PassedOver pass;
+    if (!pass.Step([&] { value = host.files.Attributes(copy); })) {
+      pass.Step([&] { value = host.files.Attributes(source); });
+    }
+    if ((value & kUnseen) != 0) return true;
+    source.resize(source.rfind('\\'));
+  }
+  return false;
+}
+
 // By the packing's own walk.
-bool PackedCopies::WouldBePacked(LinuxHost& host, const std::string& entry) {
+bool PackedCopies::WouldBePacked(NativeHost& host, const std::string& entry) {
   if (!packable_) {
     packable_.emplace();
     const TextList files = EnumerateFiles(host.files, location_, true);

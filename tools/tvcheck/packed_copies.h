@@ -26,7 +26,7 @@ class PackedCopies {
 
   /// Compares all that is expected with sizes, and its time with the archive's own; or
   /// with its bytes. Raises CommandFailure for a bad archive.
-  void Compare(LinuxHost& host, Contents& contents, Findings& findings, CheckProgress& progress);
+  void Compare(NativeHost& host, Contents& contents, Findings& findings, CheckProgress& progress);
 
  private:
   struct Expected {
@@ -35,8 +35,9 @@ class PackedCopies {
     Rule rule;
     bool found = false;
   };
-  void AddMissing(LinuxHost& host, const Expected& expected, Findings& findings);
-  bool WouldBePacked(LinuxHost& host, const std::string& entry);
+  void AddMissing(NativeHost& host, const Expected& expected, Findings& findings);
+  bool IsHidden(NativeHost& host, const Expected& expected) const;
+  bool WouldBePacked(NativeHost& host, const std::string& entry);
 
   std::string archive_;
   Path location_;

@@ -1,8 +1,5 @@
 #include "tvcheck/planned_files.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <utility>
 
 #include "base/text.h"
@@ -25,16 +22,9 @@ std::optional<ProgramError> FailureOf(Query&& query) {
 
 }  // namespace
 
-std::string NativePathOf(LinuxHost& host, const Path& path) {
-  std::string there = host.NativeOf(path);
-  if (there.empty()) there = DrivePaths("/").ToNative(path).value_or(path);
-  while (there.size() > 1 && (there.ends_with('/') || there.ends_with("/."))) there.pop_back();
-  return there;
-}
-
 FolderContents PlannedFolder::Contents() {
   FolderContents contents = folder_->Contents();
-  watch_.OnRead({Native().Fd(), Native().Native(), {}}, contents);
+  watch_.OnRead({&Native(), {}}, contents);
   return contents;
 }
 
@@ -49,16 +39,7 @@ void PlannedFolder::MakeFolder(const std::string& name) {
 }
 
 NativeEntry PlannedFolder::EntryOf(const HeldEntry& entry) {
-  const LinuxFolder& folder = static_cast<const PlannedFolder&>(entry.folder).Native();
-  return {folder.Fd(), folder.Native(), entry.name};
-}
-
-bool PlannedFolder::HasRoom(const HeldEntry& entry) {
-  auto& folder =
-      static_cast<LinuxFolder&>(*static_cast<const PlannedFolder&>(entry.folder).folder_);
-  struct stat there {};
-  return ::fstatat(folder.Fd(), entry.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) != 0 ||
-         folder.HasExactly(entry.name, there);
+  return {&static_cast<const PlannedFolder&>(entry.folder).Native(), entry.name};
 }
 
 std::int64_t PlannedFiles::Length(const Path& file) {
@@ -100,7 +81,8 @@ void PlannedFiles::CopyWhole(const Path& source, const Path& target, Rights) {
 }
 
 void PlannedFiles::CopyWhole(const Path& source, const HeldEntry& target, Rights) {
-  watch_.OnFile(source, PlannedFolder::EntryOf(target).Path(), PlannedFolder::HasRoom(target));
+  const NativeEntry entry = PlannedFolder::EntryOf(target);
+  watch_.OnFile(source, entry.Path(), HasRoom(entry));
 }
 
 void PlannedFiles::CopyTree(const Path& source, const Path& target, const std::function<void()>&,

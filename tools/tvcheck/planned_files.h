@@ -8,20 +8,10 @@
 #include <vector>
 
 #include "base/failure.h"
-#include "hosts/linux/linux_folder.h"
-#include "hosts/linux/linux_host.h"
+#include "native/native_entry.h"
 #include "platform/files.h"
 
 namespace tarnvale {
-
-/// An entry of a folder that is held open; without a name that folder itself.
-struct NativeEntry {
-  int folder_fd;
-  std::string folder;  ///< where it was found, absolute
-  std::string name;
-
-  std::string Path() const { return name.empty() ? folder : folder + "/" + name; }
-};
 
 /// One end of a tree's copy.
 struct TreeEnd {
@@ -71,11 +61,9 @@ class PlannedFolder final : public HeldFolder {
   }
 
   static NativeEntry EntryOf(const HeldEntry& entry);
-  /// What is found by the entry's name has that very name.
-  static bool HasRoom(const HeldEntry& entry);
 
  private:
-  const LinuxFolder& Native() const { return static_cast<const LinuxFolder&>(*folder_); }
+  NativeFolder& Native() const { return static_cast<NativeFolder&>(*folder_); }
 
   std::unique_ptr<HeldFolder> folder_;
   RunWatch& watch_;
@@ -84,7 +72,7 @@ class PlannedFolder final : public HeldFolder {
 /// Reads as the host does. What would change something is noted and taken for done.
 class PlannedFiles final : public FileSystem {
  public:
-  PlannedFiles(LinuxHost& host, RunWatch& watch) : host_(host), watch_(watch) {}
+  PlannedFiles(NativeHost& host, RunWatch& watch) : host_(host), watch_(watch) {}
 
   std::string FoldCase(std::string_view name) override { return host_.files.FoldCase(name); }
   Path ProgramFolder() override { return host_.files.ProgramFolder(); }
@@ -125,11 +113,8 @@ class PlannedFiles final : public FileSystem {
   static TreeEnd EndOf(const HeldEntry& entry);
   [[noreturn]] static void Refuse() { throw ProgramError(kPermissionDenied); }
 
-  LinuxHost& host_;
+  NativeHost& host_;
   RunWatch& watch_;
 };
-
-/// The native path of what a path names, there or not.
-std::string NativePathOf(LinuxHost& host, const Path& path);
 
 }  // namespace tarnvale

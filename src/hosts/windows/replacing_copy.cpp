@@ -62,22 +62,6 @@ bool MoveWithPatience(const std::wstring& from, const std::wstring& to, DWORD fl
   }
 }
 
-// The whole of a link, as the system keeps it; empty when it can't be read.
-std::vector<char> ReadLink(const std::wstring& native) {
-  constexpr std::size_t kLongest = 16384;  // the system's own limit
-  const Handle link(::CreateFileW(
-      native.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
-  std::vector<char> data(kLongest);
-  DWORD length = 0;
-  if (!link || ::DeviceIoControl(link.Get(), FSCTL_GET_REPARSE_POINT, nullptr, 0, data.data(),
-                                 kLongest, &length, nullptr) == 0) {
-    RaiseLast(Attempt::kChange);
-  }
-  data.resize(length);
-  return data;
-}
-
 // Media that can't hold links refuse to make one in these ways; and the system refuses
 // those to files to ordinary users.
 bool MeansNoLinks(DWORD error) {
@@ -113,6 +97,21 @@ bool IsFolderLink(const std::wstring& native) {
 }
 
 }  // namespace
+
+std::vector<char> ReadLink(const std::wstring& native) {
+  constexpr std::size_t kLongest = 16384;  // the system's own limit
+  const Handle link(::CreateFileW(
+      native.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+  std::vector<char> data(kLongest);
+  DWORD length = 0;
+  if (!link || ::DeviceIoControl(link.Get(), FSCTL_GET_REPARSE_POINT, nullptr, 0, data.data(),
+                                 kLongest, &length, nullptr) == 0) {
+    RaiseLast(Attempt::kChange);
+  }
+  data.resize(length);
+  return data;
+}
 
 void RequireReplaceable(const FileState& source, const FileState& target) {
   if (target.IsFolder() && !target.is_link) {

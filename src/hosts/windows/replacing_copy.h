@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "hosts/windows/file_state.h"
 #include "hosts/windows/temporaries.h"
@@ -36,6 +37,9 @@ struct CopyExtras {
 void CopyFileBeside(TemporarySlot& slot, const std::wstring& source, DWORD attributes,
                     const std::wstring& target, bool replaces, Rights rights,
                     const CopyExtras& extras);
+
+/// The whole of a link, as the system keeps it. Raises 70, 75.
+std::vector<char> ReadLink(const std::wstring& native);
 
 /// Copies a junction or a symbolic link as what it is, with its time. False, and nothing happens,
 /// on a medium that can't hold one and for a user who may not make one. Raises 70, 57.
