@@ -1,23 +1,17 @@
 // The tools, opened and closed again and again.
 #include <malloc.h>
-#include <unistd.h>
-
-#include <fstream>
 
 #include "tests/gui/gui_fixture.h"
+#include "tests/support/resident_bytes.h"
 
 namespace tarnvale::testing {
 namespace {
 
 class GuiTools : public GuiTest {
  protected:
-  static std::size_t ResidentBytes() {
+  static std::size_t BytesInUse() {
     ::malloc_trim(0);
-    std::ifstream table("/proc/self/statm");
-    std::size_t all_pages = 0;
-    std::size_t resident_pages = 0;
-    table >> all_pages >> resident_pages;
-    return resident_pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    return ResidentBytes();
   }
 
   /// Shows the window of a slot, waits until it is there, and closes it by its
@@ -48,11 +42,11 @@ TEST_F(GuiTools, OpenedAndClosed200TimesTakeNoMoreMemory) {
   constexpr int kWarmUp = 40;
   std::size_t before = 0;
   for (int round = 0; round < kRounds && !HasFatalFailure(); ++round) {
-    if (round == kWarmUp) before = ResidentBytes();
+    if (round == kWarmUp) before = BytesInUse();
     OpenAndCloseEveryTool(p);
   }
   // One window that isn't deleted, in each round, would be 64 MB.
-  EXPECT_LE(ResidentBytes(), before + (8U << 20));
+  EXPECT_LE(BytesInUse(), before + (8U << 20));
   EXPECT_LE(host.Adopted().size(), 7U);
 }
 

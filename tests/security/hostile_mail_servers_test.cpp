@@ -1,15 +1,13 @@
 // The window that sends a mail, on real sockets, before servers that mean it harm.
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 
-#include "hosts/linux/linux_clock.h"
 #include "tests/hosts/contract/real_sockets.h"
 #include "tests/hosts/contract/redirected_sockets.h"
 #include "tests/support/fake_machine.h"
+#include "tests/support/resident_bytes.h"
 #include "transfer/frm_winsock.h"
 
 namespace tarnvale::testing {
@@ -51,7 +49,7 @@ class HostileMailServers : public RealSockets {
       "DATA\r\nSUBJECT: 0\r\nAll is well.\r\n\r\n\r\n.\r\n";
 
   FakeMachine fake;
-  LinuxClock clock;
+  HostClock clock;
   RedirectedSockets redirected{sockets, server.Port()};
   Machine machine{{fake.files, fake.open_files, fake.profiles, fake.processes, clock, fake.random,
                    fake.formats, fake.registry, fake.applications},
@@ -146,15 +144,6 @@ TEST_F(HostileMailServers, AFloodDoesNotKeepTheMailFromEnding) {
   ASSERT_TRUE(WaitFor([&] { return IsDone() && server.SawEnd(); }));
   EXPECT_EQ(server.Received(), whole_mail);
   EXPECT_THAT(Log(), EndsWith("<CONNECTION CLOSED>\r\n"));
-}
-
-/// The memory that the process has now.
-std::size_t ResidentBytes() {
-  std::ifstream table("/proc/self/statm");
-  std::size_t all_pages = 0;
-  std::size_t resident_pages = 0;
-  table >> all_pages >> resident_pages;
-  return resident_pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 
 TEST_F(HostileMailServers, AFloodTakesNoMemory) {
