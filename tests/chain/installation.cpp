@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // The companions carry the names under which the program starts them.
-constexpr const char* kPrograms[] = {"tarnvale", "Quit.exe", "U3-Data.exe"};
+constexpr const char* kCompanions[] = {"Quit.exe", "U3-Data.exe"};
 
 [[noreturn]] void Become(const std::vector<std::string>& command) {
   std::vector<char*> arguments;
@@ -48,8 +48,10 @@ std::map<std::string, std::string> Tree(const std::string& folder) {
   return files;
 }
 
-Installation::Installation(const std::string& programs) {
-  for (const char* name : kPrograms) fs::copy_file(programs + "/" + name, folder_ / name);
+Installation::Installation(const std::string& programs, const ProgramsOf& system)
+    : system_(system) {
+  fs::copy_file(programs + "/" + system.program, folder_ / system.program);
+  for (const char* name : kCompanions) fs::copy_file(programs + "/" + name, folder_ / name);
   for (const char* name : {"Data", "Documents", "Storage", "Archives", "Home"}) {
     fs::create_directory(folder_ / name);
   }
@@ -65,7 +67,7 @@ Installation::~Installation() {
 std::string Installation::PathOf(const std::string& name) const {
   std::string path = folder_ / name;
   std::replace(path.begin(), path.end(), '/', '\\');
-  return "C:" + path;
+  return system_.drive + path;
 }
 
 void Installation::Write(const std::string& name, const std::string& content) const {
@@ -77,8 +79,13 @@ std::string Installation::Content(const std::string& name) const {
   return ReadNative(folder_ / name);
 }
 
+std::vector<std::string> Installation::Command(std::vector<std::string> words) const {
+  words.insert(words.begin(), system_.runner.begin(), system_.runner.end());
+  return words;
+}
+
 void Installation::Start() {
-  const std::string program = folder_ / "tarnvale";
+  const std::vector<std::string> command = Command({folder_ / system_.program});
   const std::string output = folder_ / "output";
   const std::string home = folder_ / "Home";
   const std::string state = folder_ / "State";
@@ -91,7 +98,7 @@ void Installation::Start() {
   ::dup2(file, STDERR_FILENO);
   ::setenv("HOME", home.c_str(), 1);
   ::setenv("XDG_STATE_HOME", state.c_str(), 1);
-  Become({program});
+  Become(command);
 }
 
 bool Installation::Runs() {

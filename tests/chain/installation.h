@@ -14,6 +14,14 @@ namespace tarnvale::testing {
 /// Runs a program to its end; returns its exit status, -1 when it had none.
 int RunToEnd(const std::vector<std::string>& command);
 
+/// How the programs of a system are called here.
+struct ProgramsOf {
+  std::string program;              ///< the program's file
+  std::string drive;                ///< where the root lies for it
+  std::vector<std::string> runner;  ///< what runs it; empty: nothing
+};
+inline const ProgramsOf kLinuxPrograms{"tarnvale", "C:", {}};
+
 /// The files below a folder: their names from there, with their content.
 std::map<std::string, std::string> Tree(const std::string& folder);
 
@@ -23,7 +31,7 @@ std::map<std::string, std::string> Tree(const std::string& folder);
 class Installation {
  public:
   /// `programs` holds what was built.
-  explicit Installation(const std::string& programs);
+  Installation(const std::string& programs, const ProgramsOf& system);
   Installation(const Installation&) = delete;
   Installation& operator=(const Installation&) = delete;
   ~Installation();
@@ -35,12 +43,15 @@ class Installation {
   void Write(const std::string& name, const std::string& content) const;
   std::string Content(const std::string& name) const;
 
+  /// A command line for one of the programs.
+  std::vector<std::string> Command(std::vector<std::string> words) const;
   /// Starts the program; what it prints is in "output".
   void Start();
   bool Runs();
 
  private:
   TemporaryFolder folder_;
+  ProgramsOf system_;
   pid_t process_ = 0;
 };
 
