@@ -284,8 +284,9 @@ class Person:
 class Installation:
     """The program with its companions, a data folder, documents and a place for copies."""
 
-    def __init__(self, settings=None, **sections):
-        self.folder = Path(tempfile.mkdtemp(prefix="tarnvale-"))
+    def __init__(self, settings=None, folder=None):
+        self.folder = folder or Path(tempfile.mkdtemp(prefix="tarnvale-"))
+        self.folder.mkdir(exist_ok=True)
         for name in ("Tarnvale.exe", "Quit.exe", "U3-Data.exe"):
             shutil.copy(PROGRAMS / name, self.folder / name)
         for name in ("Data", "Documents/Letters", "Storage", "Archives"):
@@ -299,8 +300,10 @@ class Installation:
                 settings.replace("\n", "\r\n").encode())
         self.process = None
 
-    def start(self):
-        self.process = under_wine(self.folder / "Tarnvale.exe", stderr=subprocess.DEVNULL)
+    def start(self, program=None):
+        """By `program` when that isn't its native path."""
+        self.process = under_wine(program or self.folder / "Tarnvale.exe",
+                                  stderr=subprocess.DEVNULL)
         return self
 
     def runs(self):
