@@ -43,6 +43,10 @@ TEST_F(FtpClient, ListsTheRootFolderAndReportsEveryStepInOrder) {
   // twice, USER, PASS, PWD, EPSV, TYPE, LIST), and the listing with its last word.
   std::vector<int> expected{1, 2, 3, 4, 7, 8};
   for (int i = 0; i < 8; ++i) expected.insert(expected.end(), {5, 6, 7, 8});
+#ifdef _WIN32
+  // WinINet knows neither AUTH nor EPSV, and Wine reports few requests.
+  expected = {1, 2, 3, 4, 7, 8, 7, 8, 7, 8, 7, 8, 7, 8, 5, 6, 7, 8};
+#endif
   expected.insert(expected.end(), {7, 8, 12});
   EXPECT_THAT(run.states, ElementsAreArray(expected));
 }
@@ -74,7 +78,11 @@ TEST_F(FtpClient, TransfersEmptyFiles) {
 }
 
 TEST_F(FtpClient, KeepsBlanksAndLettersBeyondAsciiInNames) {
-  const std::string name = "J\xC3\xA4nner  \xE6\x97\xA5\xE6\x9C\xAC \"x\".tvz";
+  std::string name = "J\xC3\xA4nner  \xE6\x97\xA5\xE6\x9C\xAC \"x\".tvz";
+#ifdef _WIN32
+  // No file there has quotes in its name.
+  name = "J\xC3\xA4nner  \xE6\x97\xA5\xE6\x9C\xAC.tvz";
+#endif
   WriteNative(Native(name), "january");
   EXPECT_EQ(Run("PUT \"C:\\Data\\" + name + "\" \"" + name + "\"").code, kTransferNoError);
   EXPECT_EQ(ReadNative(server.PathOf(name)), "january");
@@ -129,7 +137,11 @@ TEST_F(FtpClient, ConnectsAnewForAnotherLogin) {
 TEST_F(FtpClient, DisconnectsOnCloseAfterAQuit) {
   Run("DIR");
   const FtpRun run = Run("CLOSE");
+#ifdef _WIN32
+  EXPECT_THAT(run.states, ElementsAre(7, 8, 9, 10, 12)) << "Wine doesn't report the request";
+#else
   EXPECT_THAT(run.states, ElementsAre(5, 6, 7, 8, 9, 10, 12));
+#endif
   EXPECT_TRUE(WaitFor([&] { return server.Count("QUIT") == 1; }));
   EXPECT_THAT(Run("DIR").states, Contains(1));
 }
@@ -177,6 +189,7 @@ TEST_F(FtpClient, AMissingOrReadOnlyLocalTargetIsAnErrorThatIsReported) {
 }
 
 TEST_F(FtpClient, WorksOverIpv6) {
+  SKIP_ON_WININET("of Wine takes the address for a name");
   Configure("[::1]:" + std::to_string(server.Port()), kServerUser, kServerPassword);
   const std::string content = RandomBytes(100000);
   WriteNative(Native("a.tvz"), content);
@@ -250,6 +263,8 @@ TEST_F(FtpClient, AListenerMayExecuteAtTheEndOfTheLastCommand) {
 }
 
 TEST_F(FtpClient, AListenerMayWaitInALoopOfItsOwn) {
+  const std::size_t usual = Run("DIR").states.size();
+  transport->Cancel();
   bool once = false;
   const auto subscription = transport->StateChanged.Subscribe([&](TransportState state) {
     if (state != TransportState::kConnected || std::exchange(once, true)) return;
@@ -257,12 +272,13 @@ TEST_F(FtpClient, AListenerMayWaitInALoopOfItsOwn) {
   });
   const FtpRun run = Run("DIR");
   EXPECT_EQ(run.code, kTransferNoError);
-  EXPECT_EQ(run.states.size(), 41U);
+  EXPECT_EQ(run.states.size(), usual);
 }
 
 class FtpEncrypted : public FtpStage {
  protected:
   void SetUp() override {
+    SKIP_ON_WININET("speaks in clear");
     if (!FtpServer::Obstacle().empty()) GTEST_SKIP() << FtpServer::Obstacle();
   }
   void ExpectTransfers(FtpServer& server) {

@@ -30,8 +30,9 @@ class FtpDrive : public WindowsHostTest {
  protected:
   FtpDrive() { std::filesystem::create_directories(OnDrive("Data")); }
   /// The native path of something on the drive: "Data/a.txt".
-  std::string OnDrive(const std::string& name) const {
-    return Narrow(WindowsHostTest::Native(name).wstring());
+  std::string OnDrive(const std::string& name) const { return Narrow(PathOnDrive(name).wstring()); }
+  std::filesystem::path PathOnDrive(const std::string& name) const {
+    return WindowsHostTest::Native(name);
   }
   TransferFiles& Files() { return Host().transfer_files; }
 };
@@ -49,6 +50,7 @@ using FtpTransportUnderTest = CurlFtpTransport;
 
 class FtpDrive : public LinuxStage {
  protected:
+  std::filesystem::path PathOnDrive(const std::string& name) const { return OnDrive(name); }
   TransferFiles& Files() { return host_.transfer_files; }
 
  private:

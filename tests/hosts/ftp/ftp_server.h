@@ -1,12 +1,14 @@
 // A real FTP server on the loopback, for as long as the object lives.
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
 #include <string>
 
+#ifndef _WIN32
+#include <sys/types.h>
+
 #include "tests/hosts/contract/temporary_folder.h"
+#endif
 
 namespace tarnvale::testing {
 
@@ -19,7 +21,8 @@ class FtpServer {
   /// kNewest: demanded, and of the latest version only.
   enum class Encryption { kNone, kOffered, kDemanded, kNewest };
 
-  /// Why it can't be started for this user; empty when it can.
+  /// Why it can't be started for this user; empty when it can. Under Wine it is there
+  /// already (with-server), and this object empties its folder.
   static std::string Obstacle();
 
   /// Starts it on a port, 0 for a free one, and waits until it answers.
@@ -33,22 +36,24 @@ class FtpServer {
   int Port() const { return port_; }
   /// The user's root folder.
   std::filesystem::path Home() const;
-  std::string PathOf(const std::string& name) const { return Home() / name; }
+  std::filesystem::path PathOf(const std::string& name) const;
 
   /// How often it was given this command by anybody, e.g. "USER".
   int Count(const std::string& command) const;
 
  private:
-  void WriteUsers() const;
-  void WriteConfiguration() const;
-  void MakeCertificate() const;
-  void Launch();
   bool WaitUntilItAnswers() const;
 
+#ifdef _WIN32
+  std::filesystem::path folder_;
+  std::size_t verbs_before_ = 0;
+#else
+  void Launch(Encryption encryption);
+
   TemporaryFolder folder_;
-  Encryption encryption_;
-  int port_ = 0;
   pid_t process_ = 0;
+#endif
+  int port_ = 0;
   bool answers_ = false;
 };
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -56,7 +57,9 @@ class FtpStage : public FtpDrive {
   /// The longest time in which no timer of the program could tick, so far.
   double WorstGap() const { return worst_gap_; }
 
-  std::string Native(const std::string& name) const { return OnDrive("Data/" + name); }
+  std::filesystem::path Native(const std::string& name) const {
+    return PathOnDrive("Data/" + name);
+  }
 
   HostLoop loop;
   std::unique_ptr<FtpTransportUnderTest> transport;
