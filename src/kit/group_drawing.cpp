@@ -22,6 +22,10 @@ struct GroupDrawing {
   Rect outer;
 
   Rect TextRect() const { return {kTextLeft, 0, measured.width_px, measured.height_px}; }
+  // An ampersand may be wider than the "A" that was measured for it: nothing is cut off.
+  Rect UncutTextRect() const {
+    return {kTextLeft, 0, std::max(canvas.WidthPx() - kTextLeft, 0), measured.height_px};
+  }
   TextLook CaptionLook() const {
     TextLook caption;
     caption.font = look.font;
@@ -79,9 +83,9 @@ void DrawClassic(GroupDrawing& d) {
   FillGap(d);
   if (d.look.caption.empty()) return;
   if (d.look.enabled) {
-    d.text.Draw(d.canvas, d.look.caption, d.CaptionLook(), d.TextRect());
+    d.text.Draw(d.canvas, d.look.caption, d.CaptionLook(), d.UncutTextRect());
   } else {
-    DrawEngraved(d.canvas, d.text, d.look.caption, d.CaptionLook(), d.TextRect(),
+    DrawEngraved(d.canvas, d.text, d.look.caption, d.CaptionLook(), d.UncutTextRect(),
                  SystemColor(kColorButtonHighlight), SystemColor(kColorButtonShadow));
   }
 }

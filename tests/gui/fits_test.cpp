@@ -4,16 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 
 #include "hosts/qt/qt_look.h"
 #include "hosts/qt/qt_pictures.h"
 #include "hosts/qt/qt_text.h"
-#include "kit/chameleon_button.h"
-#include "kit/check_box.h"
 #include "tests/gui/every_window.h"
 #include "tests/gui/gui_fixture.h"
-#include "ui/caption_text.h"
+#include "tests/support/said_by.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -25,57 +22,9 @@ struct Eyes {
   const char* typeface;
 };
 
-// Room that a control's own signs take of its width, at 96 dpi.
-constexpr int kMark = 18;        // the ring or the box before a text
-constexpr int kButtonFrame = 6;  // both sides
-constexpr int kPanelHeading = 15;
-
-/// What a control says, and how much room that has.
-struct Said {
-  std::string text;
-  QFont font;
-  int width_px = 0;  ///< at 96 dpi, as the height
-  int height_px = 0;
-  bool wraps = false;
-};
-
-std::optional<Said> SaidBy(const Placement& placement) {
-  const Rect& place = placement.place;
-  if (const auto* label = dynamic_cast<Label*>(placement.control)) {
-    // A fact that is too long is shown in part, and whole as a tool tip.
-    if (label->Role == TextRole::kValue) return std::nullopt;
-    const int bar = label->Role == TextRole::kHeading && placement.container != nullptr &&
-                            dynamic_cast<PictureBox*>(placement.container) != nullptr
-                        ? kPanelHeading
-                        : 0;
-    const std::string text = label->Shown();
-    return Said{text, FontOf(label->Role), place.width_px - bar, place.height_px,
-                label->Wrap || text.find('\n') != std::string::npos};
-  }
-  if (const auto* button = dynamic_cast<chameleonButton*>(placement.control)) {
-    const Font font = button->Font;
-    return Said{ShownCaption(button->Caption), ProgramFont(font.size_pt, font.bold),
-                place.width_px - kButtonFrame, place.height_px};
-  }
-  if (const auto* box = dynamic_cast<CheckBox*>(placement.control)) {
-    const Font font = box->Font;
-    return Said{ShownCaption(box->Caption), ProgramFont(font.size_pt, font.bold),
-                place.width_px - kMark, place.height_px};
-  }
-  if (const auto* option = dynamic_cast<OptionButton*>(placement.control)) {
-    return Said{ShownCaption(option->Caption), FontOf(TextRole::kBody), place.width_px - kMark,
-                place.height_px};
-  }
-  if (const auto* check = dynamic_cast<CheckButton*>(placement.control)) {
-    return Said{ShownCaption(check->Caption), FontOf(TextRole::kBody), place.width_px - kMark,
-                place.height_px};
-  }
-  return std::nullopt;
-}
-
 // What of the room is missing, in pixels of 96 dpi; 0 when it fits.
 double MissingRoom(const Said& said, const Eyes& eyes) {
-  QFont font = said.font;
+  QFont font = ProgramFont(said.font.size_pt, said.font.bold);
   font.setFamily(eyes.typeface);
   font.setPixelSize(
       static_cast<int>(std::lround((font.pixelSize() + eyes.larger_by_px) * eyes.scale)));

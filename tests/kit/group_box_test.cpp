@@ -96,7 +96,7 @@ TEST(GroupBox, CutsTheCaptionsGapOutOfTheFrame) {
   EXPECT_EQ(canvas.PixelAt(27, 6), kShadow);
 }
 
-TEST(GroupBox, WritesItsCaptionAt9InItsOwnSize) {
+TEST(GroupBox, WritesItsCaptionAt9WithoutCuttingItsEnd) {
   GroupBox box;
   box.Caption = "abc";
   box.ForeColor = 0x0000FF;
@@ -104,7 +104,7 @@ TEST(GroupBox, WritesItsCaptionAt9InItsOwnSize) {
   RecordingPainter text;
   Painted(box, {40, 20}, text);
   ASSERT_EQ(text.drawn.size(), 1U);
-  EXPECT_EQ(text.drawn[0].area, (Rect{9, 0, 18, 13}));
+  EXPECT_EQ(text.drawn[0].area, (Rect{9, 0, 31, 13}));
   EXPECT_EQ(text.drawn[0].look.color, 0x0000FFU);
   EXPECT_EQ(text.drawn[0].look.font.size_pt, 12);
 }
@@ -117,9 +117,9 @@ TEST(GroupBox, EngravesItsCaptionWhileDisabled) {
   Painted(box, {40, 20}, text);
   ASSERT_EQ(text.drawn.size(), 2U);
   EXPECT_EQ(text.drawn[0].look.color, kWhite);
-  EXPECT_EQ(text.drawn[0].area, (Rect{10, 1, 18, 13}));
+  EXPECT_EQ(text.drawn[0].area, (Rect{10, 1, 31, 13}));
   EXPECT_EQ(text.drawn[1].look.color, kShadow);
-  EXPECT_EQ(text.drawn[1].area, (Rect{9, 0, 18, 13}));
+  EXPECT_EQ(text.drawn[1].area, (Rect{9, 0, 31, 13}));
 }
 
 TEST(GroupBox, MeasuresADoubleAmpersandAsOneA) {

@@ -38,6 +38,7 @@ class WindowsWindowHost final : public WindowHost {
   WindowsEventLoop& Loop() { return context_.loop; }
   /// The native window of an adopted record; none for any other.
   WindowsWindow* NativeOf(const Window& window) const;
+  const std::vector<std::unique_ptr<WindowsWindow>>& Adopted() const { return windows_; }
   /// What a box or dialog stands over: the window that is wanted, or the active one; null
   /// when neither can be seen.
   HWND OwnerFor(const Window* wanted) const;

@@ -245,6 +245,41 @@ TEST_F(WindowsScene, ALinkIsClickedByMouseSpaceAndEnterAndTakesTheFocusByKeyboar
   EXPECT_EQ(clicks, 3);
 }
 
+TEST_F(WindowsScene, TheFrameOfAFocusedLinkLeavesItsTextAlone) {
+  CheckButton check;
+  Label link(TextRole::kLink);
+  link.Caption = "WWW";
+  Place(check);
+  Place(link);
+  Show();
+  Settle();
+  const RECT& area = PeerOf(link).Area();
+  const auto column_of = [&](LONG x) {
+    std::vector<unsigned> column;
+    for (LONG y = area.top; y < area.bottom; ++y) column.push_back(ColorAt(x, y));
+    return column;
+  };
+  std::vector<std::vector<unsigned>> plain;
+  for (LONG x = 0; x < 300; ++x) plain.push_back(column_of(x));
+  PressKey(VK_TAB);
+  ASSERT_EQ(window.Focused(), &link);
+  Settle();
+  const std::vector<unsigned> empty(plain[0].size(), palette::kGround);
+  std::size_t sides = 0;
+  for (std::size_t x = 0; x < plain.size(); ++x) {
+    const std::vector<unsigned> focused = column_of(static_cast<LONG>(x));
+    std::size_t dots = 0;
+    for (std::size_t y = 0; y < focused.size(); ++y) dots += focused[y] != plain[x][y] ? 1U : 0U;
+    // The upper and the lower side have a dot in a column at most.
+    if (dots <= 2) continue;
+    ++sides;
+    EXPECT_EQ(plain[x - 1], empty);
+    EXPECT_EQ(plain[x], empty) << "the frame touches the text at " << x;
+    EXPECT_EQ(plain[x + 1], empty);
+  }
+  EXPECT_EQ(sides, 2U);
+}
+
 TEST_F(WindowsScene, TicksAndOptionsFollowBothWays) {
   CheckButton check;
   OptionButton one;

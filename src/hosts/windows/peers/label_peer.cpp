@@ -10,6 +10,15 @@
 namespace tarnvale {
 namespace {
 
+/// Between a link's text and the frame of the focus, on the sides.
+constexpr int kRingGap = 3;
+
+// A link needs room for that.
+Rect PlaceOf(const Label& label, Rect place) {
+  if (label.Role != TextRole::kLink) return place;
+  return {place.left_px - kRingGap, place.top_px, place.width_px + 2 * kRingGap, place.height_px};
+}
+
 constexpr wchar_t kEllipsis[] = L"\u2026";
 
 int WidthOf(HDC dc, const std::wstring& text) {
@@ -46,7 +55,7 @@ std::wstring ElidedInTheMiddle(HDC dc, const std::wstring& text, int width) {
 
 LabelPeer::LabelPeer(PeerContext& context, WindowsWindow& window, Label& label, const Rect& place,
                      const Peer* container)
-    : DrawnPeer(context, window, label, place, container), label_(label) {
+    : DrawnPeer(context, window, label, PlaceOf(label, place), container), label_(label) {
   Follow(label_.Caption.Changed(), [this] { RequestFrame(); });
 }
 
@@ -63,6 +72,7 @@ bool LabelPeer::IsPanelHeading() const {
 
 RECT LabelPeer::TextArea() const {
   RECT area = Area();
+  if (IsLink()) ::InflateRect(&area, -context_.ToDevice(kRingGap), 0);
   if (IsPanelHeading()) {
     area.left += context_.ToDevice(9);
     area.right -= context_.ToDevice(6);
@@ -127,8 +137,9 @@ void LabelPeer::Paint(Surface& surface) {
   // One that is centred may have been measured from above the corner.
   const LONG height = std::min(ring.bottom - ring.top, area.bottom - area.top);
   const LONG top = IsBlock() ? area.top : area.top + (area.bottom - area.top - height) / 2;
-  surface.FrameDotted({std::max(area.left - 2, Area().left), top,
-                       std::min(area.left + ring.right - ring.left + 2, area.right), top + height},
+  const LONG gap = context_.ToDevice(kRingGap);
+  const LONG width = std::min(ring.right - ring.left, area.right - area.left);
+  surface.FrameDotted({area.left - gap, top, area.left + width + gap, top + height},
                       ToColor(palette::kLink));
 }
 
