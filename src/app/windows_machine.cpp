@@ -12,6 +12,7 @@ WindowsMachine::WindowsMachine()
       machine_{system_->Parts(),
                {desktop_.Loop(), desktop_.Boxes(), desktop_.Surroundings(), desktop_.Windows(),
                 desktop_.Dialogs(), desktop_.Tray(), desktop_.Network(), *ftp_}} {
+  desktop_.SessionEnds().Listen([this] { EndProcess(0); });
   desktop_.Loop().Lingering.Listen([this](int status) { EndProcess(status); });
 }
 

@@ -20,7 +20,8 @@ class WindowsMachine {
   Machine& Parts() { return machine_; }
 
   /// Writes what files are still to get and ends the process, and waits for no server.
-  /// Happens by itself when a copy or an archive goes on for a second after the loop's Quit.
+  /// Happens by itself when a copy or an archive goes on for a second after the loop's Quit,
+  /// and when the user's session ends.
   [[noreturn]] void EndProcess(int status);
 
  private:

@@ -5,4 +5,6 @@
 #include <windows.h>
 #include <winsock2.h>
 
+#include <oleacc.h>
+
 #undef Yield

@@ -33,6 +33,7 @@ class WindowsDesktop {
   FileDialogs& Dialogs() { return dialogs_; }
   NotificationArea& Tray() { return tray_; }
   Sockets& Network() { return sockets_; }
+  Signal<>& SessionEnds() { return windows_.SessionEnds; }
   Desktop& Surroundings() { return windows_.Surroundings(); }
 
  private:

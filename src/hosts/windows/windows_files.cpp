@@ -137,16 +137,18 @@ bool IsListed(const FileState& state, ListKinds kinds) {
 }  // namespace
 
 WindowsFiles::WindowsFiles(const Locator& locator, Temporaries& temporaries,
-                           SetAttributesCall set_attributes)
-    : locator_(locator), temporaries_(temporaries), set_attributes_(std::move(set_attributes)) {}
+                           std::wstring program_file, SetAttributesCall set_attributes)
+    : locator_(locator),
+      temporaries_(temporaries),
+      program_file_(std::move(program_file)),
+      set_attributes_(std::move(set_attributes)) {}
 
 std::string WindowsFiles::FoldCase(std::string_view name) {
   return tarnvale::FoldCase(name);
 }
 
 Path WindowsFiles::ProgramFolder() {
-  const std::wstring file = OwnProgramFile();
-  Path folder = locator_.Drives().FromNative(NativeFolderOf(file));
+  Path folder = locator_.Drives().FromNative(NativeFolderOf(program_file_));
   if (EndsInSeparator(folder)) folder.pop_back();
   return folder;
 }

@@ -25,7 +25,8 @@ using SetAttributesCall = std::function<bool(const std::wstring& native, DWORD a
 /// Delete and the target of a copy, and what it leads to otherwise.
 class WindowsFiles : public FileSystem {
  public:
-  WindowsFiles(const Locator& locator, Temporaries& temporaries, SetAttributesCall set_attributes);
+  WindowsFiles(const Locator& locator, Temporaries& temporaries, std::wstring program_file,
+               SetAttributesCall set_attributes);
 
   std::string FoldCase(std::string_view name) override;
   Path ProgramFolder() override;
@@ -77,6 +78,7 @@ class WindowsFiles : public FileSystem {
   const Locator& locator_;
   Temporaries& temporaries_;
   TemporarySlot slot_{temporaries_};
+  const std::wstring program_file_;
   SetAttributesCall set_attributes_;
   /// By the last CopyWhole, with its state before.
   std::optional<std::pair<std::wstring, FileState>> copied_;

@@ -47,7 +47,7 @@ class WindowsHost : private NoSystemBoxes {
   explicit WindowsHost(const WindowsSurroundings& surroundings = {})
       : drives(surroundings.root),
         temporaries(surroundings.state_folder),
-        files(locator, temporaries, surroundings.set_attributes),
+        files(locator, temporaries, surroundings.program_file, surroundings.set_attributes),
         open_files(locator, TextCoding(surroundings.code_page)),
         profiles(locator, temporaries, TextCoding(surroundings.code_page)),
         processes(locator, surroundings.program_file),

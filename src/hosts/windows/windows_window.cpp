@@ -4,12 +4,14 @@
 
 #include <algorithm>
 
+#include "hosts/windows/accessible.h"
 #include "hosts/windows/keys.h"
 #include "hosts/windows/meanwhile.h"
 #include "hosts/windows/native_errors.h"
 #include "hosts/windows/peers/peer_factory.h"
 #include "hosts/windows/shown_text.h"
 #include "hosts/windows/windows_pictures.h"
+#include "ui/accessible_names.h"
 #include "ui/input_rules.h"
 #include "ui/owner_drawn.h"
 #include "ui/palette.h"
@@ -151,6 +153,7 @@ void WindowsWindow::BuildControls() {
     }
   }
   OrderScene(nullptr);
+  labels_ = LabelsOf(record_);
 }
 
 // A control lies above its container and above those that were placed before it there.
@@ -348,7 +351,9 @@ void WindowsWindow::ShowFocus() {
 void WindowsWindow::MarkFocused(DrawnPeer* peer) {
   if (marked_ == peer) return;
   if (DrawnPeer* before = std::exchange(marked_, peer)) before->OnFocus(false);
-  if (peer != nullptr) peer->OnFocus(true);
+  if (peer == nullptr) return;
+  peer->OnFocus(true);
+  NotifyReaders(EVENT_OBJECT_FOCUS, *peer);
 }
 
 bool WindowsWindow::ServeKey(Peer& peer, const KeyPress& press) {
@@ -601,6 +606,9 @@ LRESULT WindowsWindow::Serve(UINT message, WPARAM first, LPARAM second) {
     case WM_PAINT:
       Paint();
       return 0;
+    case WM_GETOBJECT:
+      if (WantsClientObject(second)) return SceneForReaders(*this, first);
+      break;
     case WM_ERASEBKGND:
       return 1;
     case WM_CLOSE:
@@ -657,6 +665,45 @@ LRESULT WindowsWindow::Serve(UINT message, WPARAM first, LPARAM second) {
       break;
   }
   return ::DefWindowProcW(native_, message, first, second);
+}
+
+// Screen readers.
+
+std::string WindowsWindow::NameForReaders(const Peer& peer) const {
+  const auto label = labels_.find(&peer.Record());
+  return tarnvale::NameForReaders(peer.Record(), label == labels_.end() ? nullptr : label->second);
+}
+
+LONG WindowsWindow::NumberForReaders(const Peer& peer) const {
+  const auto found = std::find_if(peers_.begin(), peers_.end(),
+                                  [&](const auto& known) { return known.get() == &peer; });
+  return static_cast<LONG>(found - peers_.begin()) + 1;
+}
+
+Peer* WindowsWindow::At(POINT at) const {
+  const auto found = std::find_if(peers_.begin(), peers_.end(), [&](const auto& peer) {
+    return dynamic_cast<NativePeer*>(peer.get()) != nullptr && peer->IsShown() &&
+           ::PtInRect(&peer->SeenArea(), at) != 0;
+  });
+  return found != peers_.end() ? found->get() : DrawnAt(at);
+}
+
+bool WindowsWindow::PressForReaders(DrawnPeer& peer) {
+  if (!peer.CanBePressed() || !peer.IsShown() || !peer.IsUsable() || !TakesInput()) return false;
+  Later([this, &peer] {
+    if (peer.IsShown() && peer.IsUsable() && TakesInput()) peer.PressForReaders();
+  });
+  return true;
+}
+
+void WindowsWindow::FocusForReaders(Peer& peer) {
+  Later([this, &peer] {
+    if (TakesInput()) record_.Focus(peer.Record());
+  });
+}
+
+void WindowsWindow::NotifyReaders(DWORD event, const Peer& peer) const {
+  if (native_ != nullptr) ::NotifyWinEvent(event, native_, OBJID_CLIENT, NumberForReaders(peer));
 }
 
 void WindowsWindow::Report(const std::function<void()>& handler) {

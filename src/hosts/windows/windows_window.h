@@ -43,6 +43,22 @@ class WindowsWindow final {
   /// The number of boxes changed.
   void ApplyEnabled();
 
+  // For screen readers.
+  const std::vector<std::unique_ptr<Peer>>& Peers() const { return peers_; }
+  /// False once the window is gone.
+  std::shared_ptr<const bool> Lives() const { return alive_; }
+  bool ServesReaders() const { return !context_.ending; }
+  std::string NameForReaders(const Peer& peer) const;
+  /// Its place in the tab order, from 1 on.
+  LONG NumberForReaders(const Peer& peer) const;
+  /// What is shown at a point of the client area; none for the window itself.
+  Peer* At(POINT at) const;
+  /// Both from the loop, as they may take as long as they like. False for what can't be
+  /// pressed now.
+  bool PressForReaders(DrawnPeer& peer);
+  void FocusForReaders(Peer& peer);
+  void NotifyReaders(DWORD event, const Peer& peer) const;
+
   // For the peers.
   void Invalidate(const RECT& area);
   /// What a key does before the control gets it; true when that was all.
@@ -115,6 +131,7 @@ class WindowsWindow final {
   std::optional<WindowsMenuBar> menus_;
   std::vector<std::unique_ptr<Peer>> peers_;
   std::map<const Control*, Peer*> peer_of_;
+  std::map<const Control*, const Label*> labels_;
   std::vector<DrawnPeer*> scene_;  ///< the lowest first
   std::vector<Subscription> subscriptions_;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);

@@ -33,7 +33,9 @@ WindowsWindowHost::WindowsWindowHost(WindowsEventLoop& loop, FileSystem& files, 
                .boxes = boxes,
                .desktop = desktop_,
                .program_path = std::move(program_path),
-               .dpi = dpi} {
+               .dpi = dpi},
+      session_end_(
+          loop, [this] { return MaySessionEnd(); }, [this] { SessionEnds.Emit(); }) {
   subscriptions_.push_back(desktop_.Pointer.Changed.Subscribe([this] { ShowPointer(); }));
 }
 
@@ -68,6 +70,12 @@ HWND WindowsWindowHost::OwnerFor(const Window* wanted) const {
       return handle;
   }
   return nullptr;
+}
+
+// The program's first window is the one that is asked, as by its close box. A question that is
+// open already is no answer.
+bool WindowsWindowHost::MaySessionEnd() {
+  return windows_.empty() || box_depth_ > 0 || windows_.front()->Record().Close();
 }
 
 WindowsWindowHost::Modal::Modal(WindowsWindowHost& host, HWND owner) : host_(host) {

@@ -9,6 +9,7 @@
 #include "hosts/windows/fonts.h"
 #include "hosts/windows/frame_clock.h"
 #include "hosts/windows/peers/peer.h"
+#include "hosts/windows/session_end.h"
 #include "hosts/windows/windows_event_loop.h"
 #include "hosts/windows/windows_text_painter.h"
 #include "hosts/windows/windows_window.h"
@@ -35,6 +36,9 @@ class WindowsWindowHost final : public WindowHost {
   int ScreenHeightTwips() override;
   Desktop& Surroundings() override { return desktop_; }
 
+  /// The user's session ends, and with it the process as soon as the handlers return.
+  Signal<> SessionEnds;
+
   WindowsEventLoop& Loop() { return context_.loop; }
   /// The native window of an adopted record; none for any other.
   WindowsWindow* NativeOf(const Window& window) const;
@@ -59,6 +63,7 @@ class WindowsWindowHost final : public WindowHost {
 
  private:
   void ApplyEnabled(HWND but);
+  bool MaySessionEnd();
   void ShowPointer();
 
   Fonts fonts_;
@@ -69,6 +74,7 @@ class WindowsWindowHost final : public WindowHost {
   int box_depth_ = 0;
   std::vector<std::unique_ptr<WindowsWindow>> windows_;
   std::vector<Subscription> subscriptions_;
+  SessionEnd session_end_;
 };
 
 }  // namespace tarnvale

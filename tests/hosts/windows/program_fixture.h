@@ -74,7 +74,7 @@ class WindowsProgramTest : public WindowsDesktopTest {
     std::filesystem::path drive = whole / "drive";
   } folder;
   WindowsHost system{{.root = L"\\\\?\\" + folder.drive.wstring(),
-                      .program_file = (folder.drive / "Tarnvale.exe").wstring(),
+                      .program_file = L"\\\\?\\" + (folder.drive / "Tarnvale.exe").wstring(),
                       .state_folder = (folder.whole / "state").wstring()}};
 
   struct Screen {

@@ -10,6 +10,7 @@ class ComboBoxPeer final : public NativePeer {
   ComboBoxPeer(PeerContext& context, WindowsWindow& window, ComboBox& combo, const Rect& place,
                const Peer* container);
 
+  LONG RoleForReaders() const override { return ROLE_SYSTEM_COMBOBOX; }
   void OnCommand(WORD code) override;
 
  protected:

@@ -27,8 +27,18 @@ void DrawnPeer::Repaint() {
   if (IsShown()) window_.Invalidate(SeenArea());
 }
 
-void DrawnPeer::OnShown(bool) {
+void DrawnPeer::OnShown(bool is_shown) {
   window_.Invalidate(SeenArea());
+  NotifyReaders(is_shown ? EVENT_OBJECT_SHOW : EVENT_OBJECT_HIDE);
+}
+
+void DrawnPeer::OnUsable(bool) {
+  Repaint();
+  NotifyReaders(EVENT_OBJECT_STATECHANGE);
+}
+
+void DrawnPeer::NotifyReaders(DWORD event) {
+  window_.NotifyReaders(event, *this);
 }
 
 }  // namespace tarnvale

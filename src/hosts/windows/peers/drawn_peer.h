@@ -3,6 +3,7 @@
 
 #include "hosts/windows/peers/peer.h"
 #include "hosts/windows/surface.h"
+#include "ui/owner_drawn.h"
 #include "ui/press.h"
 
 namespace tarnvale {
@@ -31,6 +32,11 @@ class DrawnPeer : public Peer {
   /// What the pointer over it is while its record says nothing.
   virtual PointerShape Pointer() const { return Record().Pointer; }
 
+  // For screen readers.
+  virtual AccessibleState StateForReaders() const { return {}; }
+  virtual bool CanBePressed() const { return false; }
+  virtual void PressForReaders() {}
+
   void TakeNativeFocus() override;
   void Repaint() override;
   void OnFrame() override { Repaint(); }
@@ -45,7 +51,9 @@ class DrawnPeer : public Peer {
   bool IsOver() const { return is_over_; }
   bool HasFocus() const { return has_focus_; }
   void OnShown(bool) override;
-  void OnUsable(bool) override { Repaint(); }
+  void OnUsable(bool) override;
+  /// Notifies screen readers: one of the system's events.
+  void NotifyReaders(DWORD event);
 
   Press press_;
 

@@ -15,6 +15,7 @@ class FolderTreePeer final : public NativePeer {
   FolderTreePeer(PeerContext& context, WindowsWindow& window, FolderTree& tree, const Rect& place,
                  const Peer* container);
 
+  LONG RoleForReaders() const override { return ROLE_SYSTEM_OUTLINE; }
   void OnFrame() override;
   LRESULT OnNotify(NMHDR& header) override;
 

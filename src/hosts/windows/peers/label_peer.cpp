@@ -149,6 +149,15 @@ bool LabelPeer::OnKeyDown(const KeyPress& press, bool is_repeated) {
   return true;
 }
 
+void LabelPeer::OnFrame() {
+  Repaint();
+  NotifyReaders(EVENT_OBJECT_NAMECHANGE);
+}
+
+LONG LabelPeer::RoleForReaders() const {
+  return IsLink() ? ROLE_SYSTEM_LINK : ROLE_SYSTEM_STATICTEXT;
+}
+
 PointerShape LabelPeer::Pointer() const {
   const PointerShape own = label_.Pointer;
   return own == PointerShape::kDefault && IsLink() ? PointerShape::kHand : own;

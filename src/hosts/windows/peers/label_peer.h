@@ -18,6 +18,10 @@ class LabelPeer final : public DrawnPeer {
   PointerShape Pointer() const override;
   /// A text that is cut shows the whole.
   std::string Tip() override;
+  void OnFrame() override;
+  LONG RoleForReaders() const override;
+  bool CanBePressed() const override { return IsLink(); }
+  void PressForReaders() override { Click(); }
 
  protected:
   void OnClick(MouseButton button) override;

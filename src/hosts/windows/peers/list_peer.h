@@ -12,6 +12,7 @@ namespace tarnvale {
 /// A list whose rows follow its record at once, and its selection once a frame.
 class ListPeer : public NativePeer {
  public:
+  LONG RoleForReaders() const override { return ROLE_SYSTEM_LIST; }
   void OnFrame() override;
   void OnCommand(WORD code) override;
 

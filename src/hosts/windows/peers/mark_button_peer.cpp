@@ -40,7 +40,14 @@ MarkButtonPeer::MarkButtonPeer(PeerContext& context, WindowsWindow& window, Cont
       value_(value),
       mark_(mark) {
   Follow(caption_.Changed, [this] { Repaint(); });
-  Follow(value_.Changed(), [this] { Repaint(); });
+  Follow(value_.Changed(), [this] {
+    Repaint();
+    NotifyReaders(EVENT_OBJECT_STATECHANGE);
+  });
+}
+
+LONG MarkButtonPeer::RoleForReaders() const {
+  return mark_ == Mark::kRadio ? ROLE_SYSTEM_RADIOBUTTON : ROLE_SYSTEM_CHECKBUTTON;
 }
 
 int MarkButtonPeer::StateNumber() const {

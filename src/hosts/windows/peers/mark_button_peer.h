@@ -19,6 +19,12 @@ class MarkButtonPeer : public DrawnPeer {
   void OnKeyUp(const KeyPress& press) override;
   char32_t AccessKey() const override;
   void OnAccessKey() override;
+  LONG RoleForReaders() const override;
+  AccessibleState StateForReaders() const override {
+    return {.checked = value_.Get(), .pressed = is_down_};
+  }
+  bool CanBePressed() const override { return true; }
+  void PressForReaders() override { Choose(); }
 
  protected:
   /// The parts of the system's buttons.

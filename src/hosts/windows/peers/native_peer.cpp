@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "hosts/windows/accessible.h"
 #include "hosts/windows/keys.h"
 #include "hosts/windows/native_errors.h"
 #include "hosts/windows/windows_window.h"
@@ -88,6 +89,12 @@ LRESULT NativePeer::Serve(HWND window, UINT message, WPARAM first, LPARAM second
       break;
     case WM_KILLFOCUS:
       OnFocus(false);
+      break;
+    case WM_GETOBJECT:
+      if (WantsClientObject(second)) {
+        const LRESULT answer = NativeForReaders(window_, *this, window, first);
+        if (answer != 0) return answer;
+      }
       break;
     default:
       break;

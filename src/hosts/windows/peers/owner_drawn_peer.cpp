@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "hosts/windows/windows_window.h"
 #include "ui/palette.h"
@@ -85,6 +86,41 @@ void OwnerDrawnPeer::Paint(Surface& surface) {
   }
   surface.Blend(canvas_.DevicePixels(), canvas_.DeviceWidth(), canvas_.DeviceHeight(), Area().left,
                 Area().top);
+}
+
+void OwnerDrawnPeer::OnFrame() {
+  Repaint();
+  const AccessibleState now = drawn_.StateForReaders();
+  const AccessibleState before = std::exchange(reported_, now);
+  if (now.checked != before.checked || now.pressed != before.pressed) {
+    NotifyReaders(EVENT_OBJECT_STATECHANGE);
+  }
+  if (now.range != before.range) NotifyReaders(EVENT_OBJECT_VALUECHANGE);
+}
+
+LONG OwnerDrawnPeer::RoleForReaders() const {
+  switch (drawn_.AccessibleKind()) {
+    case OwnerDrawn::Kind::kButton:
+      return ROLE_SYSTEM_PUSHBUTTON;
+    case OwnerDrawn::Kind::kCheckBox:
+      return ROLE_SYSTEM_CHECKBUTTON;
+    case OwnerDrawn::Kind::kProgressBar:
+      return ROLE_SYSTEM_PROGRESSBAR;
+    case OwnerDrawn::Kind::kGroup:
+      return ROLE_SYSTEM_GROUPING;
+    case OwnerDrawn::Kind::kOther:
+      break;
+  }
+  return ROLE_SYSTEM_PANE;
+}
+
+bool OwnerDrawnPeer::CanBePressed() const {
+  const OwnerDrawn::Kind kind = drawn_.AccessibleKind();
+  return kind == OwnerDrawn::Kind::kButton || kind == OwnerDrawn::Kind::kCheckBox;
+}
+
+void OwnerDrawnPeer::PressForReaders() {
+  Report([this] { drawn_.Press(); });
 }
 
 void OwnerDrawnPeer::OnMouseDown(MouseButton button, POINT at) {

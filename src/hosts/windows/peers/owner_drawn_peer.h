@@ -26,6 +26,11 @@ class OwnerDrawnPeer final : public DrawnPeer {
   void OnFocus(bool has_focus) override;
   char32_t AccessKey() const override { return drawn_.AccessKeyChar(); }
   void OnAccessKey() override;
+  void OnFrame() override;
+  LONG RoleForReaders() const override;
+  AccessibleState StateForReaders() const override { return drawn_.StateForReaders(); }
+  bool CanBePressed() const override;
+  void PressForReaders() override;
 
  protected:
   void OnClick(MouseButton button) override;
@@ -42,6 +47,7 @@ class OwnerDrawnPeer final : public DrawnPeer {
   OwnerDrawn& drawn_;
   Canvas canvas_;
   bool is_stale_ = true;
+  AccessibleState reported_;
 };
 
 }  // namespace tarnvale

@@ -66,6 +66,8 @@ class Peer : public FrameClient {
   virtual void TakeNativeFocus() = 0;
   /// Shows its look anew.
   virtual void Repaint() = 0;
+  /// What it is for a screen reader: one of the system's roles.
+  virtual LONG RoleForReaders() const = 0;
   /// What is shown when the pointer rests on it.
   virtual std::string Tip() { return record_.ToolTip; }
 

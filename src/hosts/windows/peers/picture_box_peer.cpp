@@ -39,6 +39,10 @@ void PictureBoxPeer::Paint(Surface& surface) {
                 area.top + (area.bottom - area.top - picture.height) / 2);
 }
 
+LONG PictureBoxPeer::RoleForReaders() const {
+  return picture_.Picture.Get().empty() ? ROLE_SYSTEM_PANE : ROLE_SYSTEM_GRAPHIC;
+}
+
 void PictureBoxPeer::OnClick(MouseButton button) {
   if (button == MouseButton::kLeft) Report([this] { picture_.Clicked.Emit(); });
 }

@@ -11,6 +11,7 @@ class PictureBoxPeer final : public DrawnPeer {
                  const Rect& place, const Peer* container);
 
   void Paint(Surface& surface) override;
+  LONG RoleForReaders() const override;
 
  protected:
   void OnClick(MouseButton button) override;

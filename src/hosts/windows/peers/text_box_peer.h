@@ -18,6 +18,7 @@ class TextBoxPeer : public NativePeer {
   TextBoxPeer(PeerContext& context, WindowsWindow& window, TextBox& box, const Rect& place,
               const Peer* container);
 
+  LONG RoleForReaders() const override { return ROLE_SYSTEM_TEXT; }
   void OnFrame() override;
   void OnCommand(WORD code) override;
 
