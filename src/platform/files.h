@@ -36,6 +36,20 @@ struct ListKinds {
   bool system = false;
 };
 
+enum class DriveKind {
+  kFixed,      ///< in the machine: looking at it answers at once
+  kRemovable,  ///< may have no medium in it
+  kOptical,    ///< likewise
+  kNetwork,    ///< may be out of reach, and answer late
+};
+
+/// A drive of the machine.
+struct Drive {
+  Path root;  ///< "C:\\"
+  DriveKind kind = DriveKind::kFixed;
+  bool operator==(const Drive&) const = default;
+};
+
 /// One entry of an opened folder.
 struct FolderEntry {
   std::string name;
@@ -135,6 +149,11 @@ class FileSystem {
   /// A form of a name in which names are equal that differ in the case of letters
   /// only. For comparing; it is the name of nothing.
   virtual std::string FoldCase(std::string_view name) = 0;
+
+  /// The drives of this moment, by their letters: they come and go, and a host whose
+  /// system reports that follows it where it shows them. Looks at no medium and doesn't
+  /// raise. A share of the network that has no letter is none of them.
+  virtual std::vector<Drive> Drives() = 0;
 
   /// The folder that the running program lies in, without a backslash at its
   /// end.

@@ -22,9 +22,21 @@ auto At(FolderRow& row, std::size_t place) {
 
 }  // namespace
 
-FolderTreeRows::FolderTreeRows(FileSystem& files, const std::vector<Path>& drives) : files_(files) {
+FolderTreeRows::FolderTreeRows(FileSystem& files) : files_(files) {
   root_.is_read = true;
-  Insert(root_, 0, drives);
+  RefreshDrives();
+}
+
+void FolderTreeRows::RefreshDrives() {
+  drives_ = files_.Drives();
+  std::vector<std::string> roots;
+  for (const Drive& drive : drives_) roots.push_back(drive.root);
+  Update(root_, roots);
+}
+
+bool FolderTreeRows::AnswersAtOnce(const FolderRow& row) const {
+  return !row.IsDrive() || std::find(drives_.begin(), drives_.end(),
+                                     Drive{row.name, DriveKind::kFixed}) != drives_.end();
 }
 
 Path FolderTreeRows::PathOf(const FolderRow& row) const {
@@ -113,7 +125,7 @@ void FolderTreeRows::Refresh(FolderRow& row) {
 }
 
 bool FolderTreeRows::Peek(FolderRow& row) {
-  if (row.is_read) return false;
+  if (row.is_read || !AnswersAtOnce(row)) return false;
   Read(row);
   return true;
 }

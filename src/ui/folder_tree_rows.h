@@ -29,8 +29,7 @@ struct FolderRow {
 /// when it is first opened. A folder that can't be read has no rows.
 class FolderTreeRows {
  public:
-  /// `drives` are root folders.
-  FolderTreeRows(FileSystem& files, const std::vector<Path>& drives);
+  explicit FolderTreeRows(FileSystem& files);
   FolderTreeRows(const FolderTreeRows&) = delete;
   FolderTreeRows& operator=(const FolderTreeRows&) = delete;
 
@@ -41,16 +40,19 @@ class FolderTreeRows {
   /// folder. A folder that the listings leave out gets a row all the same.
   FolderRow* Find(const Path& folder);
 
-  /// Adds and removes the rows of drives that came and went, in the order of `drives`.
-  void ShowDrives(const std::vector<Path>& drives) { Update(root_, drives); }
+  /// Adds and removes the rows of drives that came and went.
+  void RefreshDrives();
+  /// False for a drive that may be empty or out of reach: nothing is read of it before
+  /// it is opened.
+  bool AnswersAtOnce(const FolderRow& row) const;
 
   /// Reads a row that is opened and hasn't been read.
   void Open(FolderRow& row);
   /// Reads an opened row again, unless Open has just read it, and adds and removes
   /// rows. The row of a folder that is gone goes too.
   void Refresh(FolderRow& row);
-  /// Reads a row that hasn't been read yet, to learn whether it can be opened.
-  /// True when that changed anything.
+  /// Reads a row that hasn't been read yet and answers at once, to learn whether it can
+  /// be opened. True when that changed anything.
   bool Peek(FolderRow& row);
 
   /// Rows from `first` on, below `parent`.
@@ -74,6 +76,7 @@ class FolderTreeRows {
   void Update(FolderRow& row, const std::vector<std::string>& names);
 
   FileSystem& files_;
+  std::vector<Drive> drives_;
   FolderRow root_;
 };
 

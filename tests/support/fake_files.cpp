@@ -123,7 +123,7 @@ FakeFiles::Located FakeFiles::Locate(const Path& path) const {
   if (!split) return {};
   const auto drive = drives_.find(DriveOf(*split));
   if (drive == drives_.end()) return {};
-  Located at{drive->second, {}};
+  Located at{drive->second.root, {}};
   for (const std::string_view component : split->names) {
     const std::string name(component);
     if (!at.name.empty()) {
@@ -220,7 +220,7 @@ void FakeFiles::MakeFolder(const Path& folder) {
 FakeFiles::NodePtr FakeFiles::EnsureFolder(const Path& folder, Lookup find) {
   const auto split = TakeApart(folder);
   if (!split || drives_.count(DriveOf(*split)) == 0) throw ProgramError(kPathNotFound);
-  NodePtr at = drives_.at(DriveOf(*split));
+  NodePtr at = drives_.at(DriveOf(*split)).root;
   for (const std::string_view component : split->names) {
     const std::string name(component);
     const NodePtr next = ((*at).*find)(name);
@@ -255,20 +255,20 @@ std::vector<std::string> FakeFiles::Names(const Path& folder) const {
   return names;
 }
 
-void FakeFiles::AddDrive(const std::string& letter) {
+void FakeFiles::AddDrive(const std::string& letter, DriveKind kind) {
   auto root = std::make_shared<FakeNode>();
   root->is_folder = true;
-  drives_[letter.front()] = std::move(root);
+  drives_[letter.front()] = {std::move(root), kind};
 }
 
 void FakeFiles::DistinguishCase(const std::string& letter) {
-  drives_.at(letter.front())->keeps_case_apart = true;
+  drives_.at(letter.front()).root->keeps_case_apart = true;
 }
 
 void FakeFiles::RemoveDrive(const std::string& letter) {
   const auto drive = drives_.find(letter.front());
   if (drive == drives_.end()) return;
-  std::vector<NodePtr> open{drive->second};
+  std::vector<NodePtr> open{drive->second.root};
   while (!open.empty()) {
     const NodePtr node = open.back();
     open.pop_back();
@@ -276,6 +276,14 @@ void FakeFiles::RemoveDrive(const std::string& letter) {
     for (const auto& [key, entry] : node->entries) open.push_back(entry);
   }
   drives_.erase(drive);
+}
+
+std::vector<Drive> FakeFiles::Drives() {
+  std::vector<Drive> drives;
+  for (const auto& [letter, drive] : drives_) {
+    drives.push_back({std::string(1, letter) + ":\\", drive.kind});
+  }
+  return drives;
 }
 
 Path FakeFiles::ProgramFolder() {

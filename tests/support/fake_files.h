@@ -84,7 +84,7 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   std::vector<std::string> Names(const Path& folder) const;
   /// How often each flush says that it isn't done yet, once at least.
   void FlushSlowly(int times) { flush_times_ = times; }
-  void AddDrive(const std::string& letter);
+  void AddDrive(const std::string& letter, DriveKind kind = DriveKind::kFixed);
   /// From now on, what is made on this drive distinguishes `a` from `A`.
   void DistinguishCase(const std::string& letter);
   /// What was open on it stays open and fails.
@@ -98,6 +98,7 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
 
   // The interface.
   std::string FoldCase(std::string_view name) override { return FoldedName(name); }
+  std::vector<Drive> Drives() override;
   Path ProgramFolder() override;
   std::int64_t Length(const Path& file) override;
   int Attributes(const Path& path) override;
@@ -175,7 +176,11 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   std::unique_ptr<HeldFolder> HoldOrMake(const HeldEntry& target);
 
   FakeClock& clock_;
-  std::map<char, NodePtr> drives_;
+  struct FakeDrive {
+    NodePtr root;
+    DriveKind kind;
+  };
+  std::map<char, FakeDrive> drives_;
   std::map<Path, Rights> copied_with_;
   NodePtr copied_;  // by the last CopyWhole
   std::uint64_t copied_revision_ = 0;

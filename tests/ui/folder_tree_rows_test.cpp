@@ -36,8 +36,13 @@ class FolderTreeRowsTest : public ::testing::Test {
     return names;
   }
 
+  static FileSystem& WithAStick(FakeFiles& files) {
+    files.AddDrive("D", DriveKind::kRemovable);
+    return files;
+  }
+
   FakeMachine machine;
-  FolderTreeRows rows{machine.files, {"C:\\", "D:\\"}};
+  FolderTreeRows rows{WithAStick(machine.files)};
   std::vector<std::string> changes;
 };
 
@@ -46,6 +51,23 @@ TEST_F(FolderTreeRowsTest, EachDriveIsARowByItsRootFolder) {
   EXPECT_EQ(rows.PathOf(*rows.Root().children[1]), "D:\\");
   EXPECT_EQ(rows.Find("d:\\"), rows.Root().children[1].get());
   EXPECT_EQ(rows.Find("E:\\"), nullptr);
+}
+
+TEST_F(FolderTreeRowsTest, DrivesComeAndGo) {
+  machine.files.AddDrive("E", DriveKind::kNetwork);
+  machine.files.RemoveDrive("D");
+  rows.RefreshDrives();
+  EXPECT_THAT(changes, ElementsAre("-1x1", "+1x1"));
+  EXPECT_NE(rows.Find("E:\\"), nullptr);
+  EXPECT_EQ(rows.Find("D:\\"), nullptr);
+}
+
+TEST_F(FolderTreeRowsTest, ADriveThatMayNotAnswerIsReadWhenItIsOpened) {
+  machine.files.MakeFolder("D:\\Photos");
+  EXPECT_FALSE(rows.Peek(RowAt("D:\\")));
+  EXPECT_TRUE(RowAt("D:\\").MayHaveChildren());
+  rows.Open(RowAt("D:\\"));
+  EXPECT_THAT(Below("D:\\"), ElementsAre("Photos"));
 }
 
 TEST_F(FolderTreeRowsTest, APathWithoutADriveIsOnTheFirst) {

@@ -75,6 +75,7 @@ class PlannedFiles final : public FileSystem {
   PlannedFiles(NativeHost& host, RunWatch& watch) : host_(host), watch_(watch) {}
 
   std::string FoldCase(std::string_view name) override { return host_.files.FoldCase(name); }
+  std::vector<Drive> Drives() override { return host_.files.Drives(); }
   Path ProgramFolder() override { return host_.files.ProgramFolder(); }
   std::int64_t Length(const Path& file) override;
   /// Archive in place of none, so that an incremental run copies what it has copied

@@ -32,6 +32,7 @@ class LinuxFiles : public FileSystem {
   LinuxFiles(Locator& locator, Temporaries& temporaries, const std::string& state_folder);
 
   std::string FoldCase(std::string_view name) override;
+  std::vector<Drive> Drives() override { return {{"C:\\", DriveKind::kFixed}}; }
   Path ProgramFolder() override;
   std::int64_t Length(const Path& file) override;
   int Attributes(const Path& path) override;

@@ -15,26 +15,9 @@ SHFILEINFOW Ask(const std::wstring& path, UINT what, DWORD attributes = 0) {
 
 }  // namespace
 
-std::vector<Path> DriveRoots() {
-  std::vector<Path> roots;
-  const DWORD letters = ::GetLogicalDrives();
-  for (char letter = 'A'; letter <= 'Z'; ++letter) {
-    if ((letters >> static_cast<unsigned>(letter - 'A') & 1U) != 0) {
-      roots.push_back({letter, ':', '\\'});
-    }
-  }
-  return roots;
-}
-
-bool AnswersAtOnce(const Path& root) {
-  const UINT kind = ::GetDriveTypeW(Wide(root).c_str());
-  return kind == DRIVE_FIXED || kind == DRIVE_RAMDISK;
-}
-
 std::wstring DriveName(const Path& root) {
   const std::wstring wide = Wide(root);
-  std::wstring name;
-  if (AnswersAtOnce(root)) name = Ask(wide, SHGFI_DISPLAYNAME).szDisplayName;
+  const std::wstring name = Ask(wide, SHGFI_DISPLAYNAME).szDisplayName;
   return name.empty() ? wide.substr(0, 2) : name;
 }
 
@@ -47,7 +30,6 @@ DesktopIcons SmallIcons() {
 }
 
 int IconOfDrive(const Path& root, int otherwise) {
-  if (!AnswersAtOnce(root)) return otherwise;
   const int icon = Ask(Wide(root), SHGFI_SYSICONINDEX | SHGFI_SMALLICON).iIcon;
   return icon < 0 ? otherwise : icon;
 }

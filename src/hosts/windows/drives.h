@@ -1,8 +1,7 @@
-// The drives of this machine, as a tree shows them.
+// What the desktop shows of drives and folders.
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "hosts/windows/system_headers.h"
 
@@ -12,15 +11,11 @@
 
 namespace tarnvale {
 
-/// The root folders, by their letters. No medium is looked at.
-std::vector<Path> DriveRoots();
+// Name and icon of a drive take what is in it: for one that answers at once.
 
-/// Asking it for anything neither spins a floppy up nor hangs on a network that is away.
-bool AnswersAtOnce(const Path& root);
-
-/// What the desktop calls a drive: "Local Disk (C:)"; the letter of one that may not
-/// answer.
+/// "Local Disk (C:)".
 std::wstring DriveName(const Path& root);
+int IconOfDrive(const Path& root, int otherwise);
 
 /// The desktop's small icons, which nobody destroys, and numbers in it.
 struct DesktopIcons {
@@ -28,6 +23,5 @@ struct DesktopIcons {
   int folder = 0;
 };
 DesktopIcons SmallIcons();
-int IconOfDrive(const Path& root, int otherwise);
 
 }  // namespace tarnvale

@@ -50,6 +50,20 @@ std::optional<PathText> TakeApartKeepingShare(std::string_view path) {
   return parts;
 }
 
+DriveKind KindOf(const Path& root) {
+  switch (::GetDriveTypeW(Wide(root).c_str())) {
+    case DRIVE_FIXED:
+    case DRIVE_RAMDISK:
+      return DriveKind::kFixed;
+    case DRIVE_CDROM:
+      return DriveKind::kOptical;
+    case DRIVE_REMOTE:
+      return DriveKind::kNetwork;
+    default:
+      return DriveKind::kRemovable;
+  }
+}
+
 wchar_t CurrentDrive() {
   std::array<wchar_t, MAX_PATH> folder{};
   const DWORD length = ::GetCurrentDirectoryW(MAX_PATH, folder.data());
@@ -98,6 +112,18 @@ std::optional<std::wstring> DrivePaths::ToNative(const Path& path) const {
   if (parts->names.size() == first) native += L'\\';
   if (native.size() > kLongestPath) return std::nullopt;
   return native;
+}
+
+std::vector<Drive> DrivePaths::List() const {
+  if (!root_.empty()) return {{"C:\\", DriveKind::kFixed}};
+  std::vector<Drive> drives;
+  const DWORD letters = ::GetLogicalDrives();
+  for (char letter = 'A'; letter <= 'Z'; ++letter) {
+    if ((letters >> static_cast<unsigned>(letter - 'A') & 1U) == 0) continue;
+    const Path root{letter, ':', '\\'};
+    drives.push_back({root, KindOf(root)});
+  }
+  return drives;
 }
 
 Path DrivePaths::FromNative(std::wstring_view native) const {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/files.h"
 
@@ -28,6 +29,8 @@ class DrivePaths {
   /// the form that has no limit of 260 characters and means names as they are written.
   /// A drive's root ends in a backslash. None for what isn't absolute or no path can be.
   std::optional<std::wstring> ToNative(const Path& path) const;
+
+  std::vector<Drive> List() const;
 
   /// The path of a native one, without a backslash at its end.
   Path FromNative(std::wstring_view native) const;

@@ -29,6 +29,7 @@ class WindowsFiles : public FileSystem {
                SetAttributesCall set_attributes);
 
   std::string FoldCase(std::string_view name) override;
+  std::vector<Drive> Drives() override { return locator_.Drives().List(); }
   Path ProgramFolder() override;
   std::int64_t Length(const Path& file) override;
   /// Values above 255 are told as the system has them.

@@ -162,6 +162,10 @@ TEST_P(FilesContract, AFolderIsNoFileAndAFileNoFolder) {
   EXPECT_FALSE(files.FolderExists("C:\\Missing"));
 }
 
+TEST_P(FilesContract, TheDrivesAreListedWithTheirKinds) {
+  EXPECT_THAT(files.Drives(), ElementsAre(Drive{"C:\\", DriveKind::kFixed}));
+}
+
 TEST_P(FilesContract, AMissingDriveHasNothing) {
   EXPECT_FALSE(files.FolderExists("D:\\"));
   EXPECT_FALSE(files.FileExists("D:\\a.txt"));

@@ -1,8 +1,8 @@
 // The tree of folders and its record, over folders in memory on drives by script.
 
-#include "hosts/windows/drives.h"
-#include "tests/hosts/windows/scripted_system.h"
 #include "tests/hosts/windows/windows_fixture.h"
+
+#include <commctrl.h>
 
 namespace tarnvale::testing {
 namespace {
@@ -53,9 +53,6 @@ class WindowsFolderTreeTest : public WindowsWindowTest {
     return asked.cChildren != 0;
   }
 
-  DWORD letters = 1U << 2U;  // C:
-  Scripted<std::function<DWORD(DWORD(WINAPI*)())>, DWORD> drives{
-      "GetLogicalDrives", &::GetLogicalDrives, [this](auto) { return letters; }};
   FolderTree tree;
 };
 
@@ -126,17 +123,17 @@ TEST_F(WindowsFolderTreeTest, AFolderOpenedAgainIsReadAgain) {
 TEST_F(WindowsFolderTreeTest, DrivesComeAndGo) {
   Show();
   EXPECT_EQ(Next(TVGN_NEXT, Root()), nullptr);
-  letters |= 1U << 4U;  // E:
+  files.AddDrive("E", DriveKind::kRemovable);
   ::PostMessageW(HWND_BROADCAST, WM_DEVICECHANGE, 7 /* DBT_DEVNODES_CHANGED */, 0);
   ASSERT_TRUE(WaitFor([&] { return Next(TVGN_NEXT, Root()) != nullptr; }));
   EXPECT_EQ(TextOf(Next(TVGN_NEXT, Root())), L"E:");
-  letters &= ~(1U << 4U);
+  files.RemoveDrive("E");
   ::PostMessageW(HWND_BROADCAST, WM_DEVICECHANGE, 7, 0);
   EXPECT_TRUE(WaitFor([&] { return Next(TVGN_NEXT, Root()) == nullptr; }));
 }
 
 TEST_F(WindowsFolderTreeTest, ADriveThatMayNotAnswerIsNotPeekedInto) {
-  letters |= 1U << 4U;
+  files.AddDrive("E", DriveKind::kNetwork);
   Show();
   Expand(Root());
   ASSERT_TRUE(WaitFor([&] { return !MayOpen(Child(Root(), L"Empty")); }));

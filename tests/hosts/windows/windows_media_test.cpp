@@ -40,6 +40,22 @@ class WindowsMediaTest : public WindowsHostTest {
   }
 };
 
+TEST_F(WindowsMediaTest, DrivesHaveTheirLettersAndKinds) {
+  const auto letters =
+      Answering("GetLogicalDrives", &::GetLogicalDrives, [](auto) { return DWORD{0b11'1101}; });
+  const auto kinds = Answering("GetDriveTypeW", &::GetDriveTypeW, [](auto, LPCWSTR root) {
+    return std::wstring_view(root) == L"A:\\"   ? DRIVE_REMOVABLE
+           : std::wstring_view(root) == L"C:\\" ? DRIVE_FIXED
+           : std::wstring_view(root) == L"D:\\" ? DRIVE_CDROM
+           : std::wstring_view(root) == L"E:\\" ? DRIVE_REMOTE
+                                                : DRIVE_RAMDISK;
+  });
+  EXPECT_THAT(DrivePaths().List(),
+              ElementsAre(Drive{"A:\\", DriveKind::kRemovable}, Drive{"C:\\", DriveKind::kFixed},
+                          Drive{"D:\\", DriveKind::kOptical}, Drive{"E:\\", DriveKind::kNetwork},
+                          Drive{"F:\\", DriveKind::kFixed}));
+}
+
 // On media with times in steps of two seconds a copy is a little newer than its original.
 TEST_F(WindowsMediaTest, ACopyOnItsWayBackLeavesItsOriginalAlone) {
   std::filesystem::create_directory(Native("stick"));

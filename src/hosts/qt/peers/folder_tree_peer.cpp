@@ -34,10 +34,7 @@ class TreeView final : public QTreeView {
 }  // namespace
 
 FolderTreePeer::FolderTreePeer(PeerContext& context, FolderTree& tree, QWidget& parent)
-    : Peer(context, tree),
-      tree_(tree),
-      rows_(context.files, {"C:\\"}),
-      view_(new TreeView(parent)) {
+    : Peer(context, tree), tree_(tree), rows_(context.files), view_(new TreeView(parent)) {
   view_->setModel(&model_);
   peek_.setSingleShot(true);
   connect(&peek_, &QTimer::timeout, this, [this] { PeekAtVisible(); });

@@ -26,7 +26,7 @@ FolderTreePeer::FolderTreePeer(PeerContext& context, WindowsWindow& window, Fold
                                const Rect& place, const Peer* container)
     : NativePeer(context, window, tree, place, container),
       tree_(tree),
-      rows_(context.files, DriveRoots()),
+      rows_(context.files),
       media_(
           [this](UINT message, WPARAM, LPARAM) {
             if (message == WM_DEVICECHANGE) Report([this] { LookForDrives(); });
@@ -69,7 +69,9 @@ void FolderTreePeer::AddItems(FolderRow& parent, std::size_t first, std::size_t 
   HTREEITEM before = first == 0 ? TVI_FIRST : ItemOf(parent.children[first - 1].get());
   for (std::size_t i = first; i < first + count; ++i) {
     FolderRow& row = *parent.children[i];
-    std::wstring name = row.IsDrive() ? DriveName(row.name) : ToShown(row.name);
+    const bool is_known_drive = row.IsDrive() && rows_.AnswersAtOnce(row);
+    std::wstring name = ToShown(row.IsDrive() ? row.name.substr(0, 2) : row.name);
+    if (is_known_drive) name = DriveName(row.name);
     TVINSERTSTRUCTW insert{};
     insert.hParent = parent.parent == nullptr ? TVI_ROOT : ItemOf(&parent);
     insert.hInsertAfter = before;
@@ -77,7 +79,7 @@ void FolderTreePeer::AddItems(FolderRow& parent, std::size_t first, std::size_t 
     insert.item.pszText = name.data();
     insert.item.lParam = reinterpret_cast<LPARAM>(&row);
     insert.item.cChildren = row.MayHaveChildren() ? 1 : 0;
-    insert.item.iImage = row.IsDrive() ? IconOfDrive(row.name, icons_.folder) : icons_.folder;
+    insert.item.iImage = is_known_drive ? IconOfDrive(row.name, icons_.folder) : icons_.folder;
     insert.item.iSelectedImage = insert.item.iImage;
     before = TreeView_InsertItem(Native(), &insert);
     items_[&row] = before;
@@ -214,7 +216,7 @@ void FolderTreePeer::ReportSelection() {
 }
 
 void FolderTreePeer::LookForDrives() {
-  rows_.ShowDrives(DriveRoots());
+  rows_.RefreshDrives();
   PeekSoon(kPeekDelayMs);
 }
 
@@ -235,8 +237,7 @@ void FolderTreePeer::PeekAtVisible() {
         ::SendMessageW(Native(), TVM_GETITEMRECT, FALSE, reinterpret_cast<LPARAM>(&line));
     if (has_place == 0 || line.top >= area.bottom) return;
     FolderRow* row = RowOf(item);
-    if (row == nullptr || (row->IsDrive() && !AnswersAtOnce(row->name))) continue;
-    if (!rows_.Peek(*row)) continue;
+    if (row == nullptr || !rows_.Peek(*row)) continue;
     // One folder at a time: each may be large.
     ShowWhetherItOpens(*row);
     PeekSoon(0);
