@@ -1,7 +1,5 @@
 #include "ui/controls.h"
 
-#include <algorithm>
-
 #include "base/failure.h"
 #include "base/text.h"
 
@@ -24,33 +22,10 @@ void TextBox::Append(const std::string& text) {
 }
 
 void ListBox::FollowRows() {
-  selected_.assign(Rows.Count(), false);
-  follows_.push_back(Rows.Appended.Subscribe([this] { selected_.resize(Rows.Count(), false); }));
-  follows_.push_back(Rows.Removed.Subscribe([this](std::size_t index) {
-    if (index < selected_.size()) {
-      selected_.erase(selected_.begin() + static_cast<std::ptrdiff_t>(index));
-    }
-  }));
-  follows_.push_back(Rows.Reset.Subscribe([this] { selected_.assign(Rows.Count(), false); }));
-}
-
-void ListBox::Select(std::size_t index, bool selected) {
-  if (index >= selected_.size() || selected_[index] == selected) return;
-  if (selected && !MultiSelect) selected_.assign(selected_.size(), false);
-  selected_[index] = selected;
-  SelectionChanged.Emit();
-}
-
-void ListBox::SelectNone() {
-  if (!FirstSelected()) return;
-  selected_.assign(selected_.size(), false);
-  SelectionChanged.Emit();
-}
-
-std::optional<std::size_t> ListBox::FirstSelected() const {
-  const auto first = std::find(selected_.begin(), selected_.end(), true);
-  if (first == selected_.end()) return std::nullopt;
-  return static_cast<std::size_t>(first - selected_.begin());
+  StartRows(Rows.Count());
+  follows_.push_back(Rows.Appended.Subscribe([this] { AddRow(); }));
+  follows_.push_back(Rows.Removed.Subscribe([this](std::size_t index) { RemoveRow(index); }));
+  follows_.push_back(Rows.Reset.Subscribe([this] { StartRows(Rows.Count()); }));
 }
 
 OptionGroup::OptionGroup(std::vector<Property<bool>*> members) : members_(std::move(members)) {
@@ -65,6 +40,7 @@ OptionGroup::OptionGroup(std::vector<Property<bool>*> members) : members_(std::m
 }
 
 FileList::FileList(FileSystem& files) : files_(files) {
+  MultiSelect = true;
   Folder.Changed.Listen([this] { Refresh(); });
   Pattern.Changed.Listen([this] { Refresh(); });
   ShowHidden.Changed.Listen([this] { Refresh(); });
@@ -91,22 +67,8 @@ void FileList::Refresh() {
   }
   std::erase_if(names, [&](const std::string& name) { return !Shows(name); });
   rows_ = std::move(names);
-  selected_.assign(rows_.size(), false);
-  current_.clear();
+  StartRows(rows_.size());
   RowsChanged.Emit();
-}
-
-void FileList::Select(std::size_t index, bool selected) {
-  if (index >= rows_.size() || selected_[index] == selected) return;
-  selected_[index] = selected;
-  if (selected) current_ = rows_[index];
-  SelectionChanged.Emit();
-}
-
-void FileList::SelectNone() {
-  if (std::find(selected_.begin(), selected_.end(), true) == selected_.end()) return;
-  selected_.assign(selected_.size(), false);
-  SelectionChanged.Emit();
 }
 
 }  // namespace tarnvale

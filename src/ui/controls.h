@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "ui/geometry.h"
 #include "ui/raster.h"
 #include "ui/row_list.h"
+#include "ui/row_selection.h"
 
 namespace tarnvale {
 
@@ -116,7 +116,7 @@ class TextBox : public Control {
 };
 
 /// A list of rows, of which any number can be selected.
-class ListBox : public Control {
+class ListBox : public Control, public RowSelection {
  public:
   explicit ListBox(RowList& rows) : Rows(rows) { FollowRows(); }
   ListBox() : Rows(own_rows_) { FollowRows(); }
@@ -124,23 +124,11 @@ class ListBox : public Control {
   bool TakesFocus() const override { return true; }
 
   RowList& Rows;
-  bool MultiSelect = false;
-
-  bool IsSelected(std::size_t index) const { return index < selected_.size() && selected_[index]; }
-  /// Ignored beyond the end.
-  void Select(std::size_t index, bool selected);
-  void SelectNone();
-  /// The first selected row; none when no row is.
-  std::optional<std::size_t> FirstSelected() const;
-  Signal<> SelectionChanged;
-
-  Signal<> DoubleClicked;
 
  private:
   void FollowRows();
 
   RowList own_rows_;  ///< of a list without a record
-  std::vector<bool> selected_;
   // The rows may live longer than the list.
   std::vector<Subscription> follows_;
 };
@@ -203,7 +191,7 @@ class CheckButton : public Control {
 
 /// The files of one folder, any number of them selected. Its rows follow its
 /// properties at once; what happens on the medium shows after Refresh.
-class FileList : public Control {
+class FileList : public Control, public RowSelection {
  public:
   explicit FileList(FileSystem& files);
   void Accept(ControlVisitor& visitor) override { visitor.Visit(*this); }
@@ -223,23 +211,16 @@ class FileList : public Control {
   void Refresh();
 
   const std::vector<std::string>& Rows() const { return rows_; }
-  bool IsSelected(std::size_t index) const { return index < selected_.size() && selected_[index]; }
-  void Select(std::size_t index, bool selected);
-  void SelectNone();
   /// The name of the row that was selected last; empty when there is none.
-  const std::string& FileName() const { return current_; }
+  std::string FileName() const { return LastSelected() ? rows_[*LastSelected()] : std::string(); }
 
   Signal<> RowsChanged;
-  Signal<> SelectionChanged;
-  Signal<> DoubleClicked;
 
  private:
   bool Shows(const std::string& name) const;
 
   FileSystem& files_;
   std::vector<std::string> rows_;
-  std::vector<bool> selected_;
-  std::string current_;
 };
 
 /// A tree of the system's folders. The host reads them by the FileSystem as

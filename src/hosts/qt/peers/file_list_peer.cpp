@@ -55,26 +55,13 @@ FileListPeer::FileListPeer(PeerContext& context, FileList& files, QWidget& paren
 
 void FileListPeer::OnFrame() {
   const QScopedValueRollback showing(is_showing_, true);
-  SelectRows(*view_->selectionModel(),
-             [this](std::size_t index) { return files_.IsSelected(index); });
+  ShowSelection(files_, *view_);
 }
 
 void FileListPeer::ReportSelection() {
   if (is_showing_) return;
-  const std::vector<bool> rows = SelectedRows(*view_->selectionModel());
-  // The record names the row that was selected last: the current one.
-  const int current = view_->currentIndex().row();
-  Report([&] {
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (!rows[i]) files_.Select(i, false);
-    }
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (rows[i] && static_cast<int>(i) != current) files_.Select(i, true);
-    }
-    if (current >= 0 && rows[static_cast<std::size_t>(current)]) {
-      files_.Select(static_cast<std::size_t>(current), true);
-    }
-  });
+  const ViewSelection now = SelectionOf(*view_);
+  Report([&] { files_.Take(now.rows, now.current); });
 }
 
 }  // namespace tarnvale

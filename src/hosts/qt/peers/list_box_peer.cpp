@@ -30,21 +30,13 @@ ListBoxPeer::ListBoxPeer(PeerContext& context, ListBox& list, QWidget& parent)
 
 void ListBoxPeer::OnFrame() {
   const QScopedValueRollback showing(is_showing_, true);
-  SelectRows(*view_->selectionModel(),
-             [this](std::size_t index) { return list_.IsSelected(index); });
+  ShowSelection(list_, *view_);
 }
 
 void ListBoxPeer::ReportSelection() {
   if (is_showing_) return;
-  const std::vector<bool> rows = SelectedRows(*view_->selectionModel());
-  Report([&] {
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (!rows[i]) list_.Select(i, false);
-    }
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (rows[i]) list_.Select(i, true);
-    }
-  });
+  const ViewSelection now = SelectionOf(*view_);
+  Report([&] { list_.Take(now.rows, now.current); });
 }
 
 }  // namespace tarnvale

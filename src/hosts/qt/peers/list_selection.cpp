@@ -1,31 +1,36 @@
 #include "hosts/qt/peers/list_selection.h"
 
-#include <QScrollBar>
+#include <QItemSelectionModel>
 
 namespace tarnvale {
 
-std::vector<bool> SelectedRows(const QItemSelectionModel& selection) {
-  std::vector<bool> rows(static_cast<std::size_t>(selection.model()->rowCount()), false);
-  for (const QItemSelectionRange& range : selection.selection()) {
+ViewSelection SelectionOf(const QListView& view) {
+  ViewSelection now;
+  now.rows.resize(static_cast<std::size_t>(view.model()->rowCount()), false);
+  for (const QItemSelectionRange& range : view.selectionModel()->selection()) {
     for (int row = range.top(); row <= range.bottom(); ++row) {
-      rows[static_cast<std::size_t>(row)] = true;
+      now.rows[static_cast<std::size_t>(row)] = true;
     }
   }
-  return rows;
+  const QModelIndex current = view.currentIndex();
+  if (current.isValid()) now.current = static_cast<std::size_t>(current.row());
+  return now;
 }
 
-void SelectRows(QItemSelectionModel& selection,
-                const std::function<bool(std::size_t)>& is_selected) {
-  const QAbstractItemModel& model = *selection.model();
+void ShowSelection(const RowSelection& record, QListView& view) {
+  const QAbstractItemModel& model = *view.model();
   const int count = model.rowCount();
+  const auto is_selected = [&](int row) {
+    return record.IsSelected(static_cast<std::size_t>(row));
+  };
   QItemSelection wanted;
   for (int row = 0; row < count; ++row) {
-    if (!is_selected(static_cast<std::size_t>(row))) continue;
+    if (!is_selected(row)) continue;
     const int first = row;
-    while (row + 1 < count && is_selected(static_cast<std::size_t>(row) + 1)) ++row;
+    while (row + 1 < count && is_selected(row + 1)) ++row;
     wanted.append(QItemSelectionRange(model.index(first, 0), model.index(row, 0)));
   }
-  selection.select(wanted, QItemSelectionModel::ClearAndSelect);
+  view.selectionModel()->select(wanted, QItemSelectionModel::ClearAndSelect);
 }
 
 QListView* MakeRowsView(QWidget& parent, bool multi_select) {

@@ -1,21 +1,25 @@
 // Lists of rows: the view, and the selection between record and view.
 #pragma once
 
-#include <QItemSelectionModel>
 #include <QListView>
 
 #include <cstddef>
-#include <functional>
+#include <optional>
 #include <vector>
+
+#include "ui/row_selection.h"
 
 namespace tarnvale {
 
-/// Which of the model's rows are selected.
-std::vector<bool> SelectedRows(const QItemSelectionModel& selection);
+/// What the user selected in a view.
+struct ViewSelection {
+  std::vector<bool> rows;
+  std::optional<std::size_t> current;
+};
+ViewSelection SelectionOf(const QListView& view);
 
-/// Selects exactly the rows for which `is_selected` holds.
-void SelectRows(QItemSelectionModel& selection,
-                const std::function<bool(std::size_t)>& is_selected);
+/// Selects exactly the rows of the record that are selected.
+void ShowSelection(const RowSelection& record, QListView& view);
 
 /// A view of equally high rows of text, quick with any number of them. The
 /// caller owns it by its parent.

@@ -6,14 +6,14 @@
 
 namespace tarnvale {
 
-void ListPeer::Make(const std::vector<std::string>& rows, bool multi_select) {
-  multi_select_ = multi_select;
-  const DWORD selects = multi_select ? LBS_EXTENDEDSEL : 0;
+void ListPeer::Make(const std::vector<std::string>& rows) {
+  const DWORD selects = selection_.MultiSelect ? LBS_EXTENDEDSEL : 0;
   Create(L"LISTBOX",
          LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | LBS_HASSTRINGS | WS_VSCROLL | WS_HSCROLL | selects,
          WS_EX_CLIENTEDGE);
   Assign(rows);
   OnFrame();
+  Follow(selection_.SelectionChanged, [this] { RequestFrame(); });
 }
 
 std::size_t ListPeer::Count() const {
@@ -58,10 +58,8 @@ void ListPeer::Widen(const std::wstring& row) {
 
 void ListPeer::OnFrame() {
   const std::size_t count = Count();
-  if (!multi_select_) {
-    std::size_t selected = 0;
-    while (selected < count && !IsSelected(selected)) ++selected;
-    const WPARAM wanted = selected < count ? selected : static_cast<WPARAM>(-1);
+  if (!selection_.MultiSelect) {
+    const auto wanted = static_cast<WPARAM>(selection_.FirstSelected().value_or(LB_ERR));
     if (static_cast<WPARAM>(::SendMessageW(Native(), LB_GETCURSEL, 0, 0)) != wanted) {
       ::SendMessageW(Native(), LB_SETCURSEL, wanted, 0);
     }
@@ -69,7 +67,7 @@ void ListPeer::OnFrame() {
   }
   for (std::size_t i = 0; i < count; ++i) {
     const bool is_shown = ::SendMessageW(Native(), LB_GETSEL, i, 0) > 0;
-    if (is_shown != IsSelected(i)) {
+    if (is_shown != selection_.IsSelected(i)) {
       ::SendMessageW(Native(), LB_SETSEL, is_shown ? FALSE : TRUE, static_cast<LPARAM>(i));
     }
   }
@@ -77,7 +75,7 @@ void ListPeer::OnFrame() {
 
 void ListPeer::OnCommand(WORD code) {
   if (code == LBN_SELCHANGE || code == LBN_SELCANCEL) ReportSelection();
-  if (code == LBN_DBLCLK) Report([this] { ReportDoubleClick(); });
+  if (code == LBN_DBLCLK) Report([this] { selection_.DoubleClicked.Emit(); });
 }
 
 // The record of files names the row that was selected last: the one with the caret.
@@ -87,36 +85,26 @@ void ListPeer::ReportSelection() {
     rows[i] = ::SendMessageW(Native(), LB_GETSEL, i, 0) > 0;
   }
   const auto caret = static_cast<std::size_t>(::SendMessageW(Native(), LB_GETCARETINDEX, 0, 0));
-  Report([&] {
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (!rows[i]) Select(i, false);
-    }
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (rows[i] && i != caret) Select(i, true);
-    }
-    if (caret < rows.size() && rows[caret]) Select(caret, true);
-  });
+  Report([&] { selection_.Take(rows, caret); });
 }
 
 ListBoxPeer::ListBoxPeer(PeerContext& context, WindowsWindow& window, ListBox& list,
                          const Rect& place, const Peer* container)
     : ListPeer(context, window, list, place, container), list_(list) {
-  Make(list_.Rows.Rows(), list_.MultiSelect);
+  Make(list_.Rows.Rows());
   Follow(list_.Rows.Appended, [this] { Append(list_.Rows.Rows().back()); });
   Follow(list_.Rows.Removed, [this](std::size_t index) { RemoveAt(index); });
   Follow(list_.Rows.Reset, [this] { Assign(list_.Rows.Rows()); });
-  Follow(list_.SelectionChanged, [this] { RequestFrame(); });
 }
 
 FileListPeer::FileListPeer(PeerContext& context, WindowsWindow& window, FileList& files,
                            const Rect& place, const Peer* container)
     : ListPeer(context, window, files, place, container), files_(files) {
-  Make(files_.Rows(), true);
+  Make(files_.Rows());
   Follow(files_.RowsChanged, [this] {
     Assign(files_.Rows());
     RequestFrame();
   });
-  Follow(files_.SelectionChanged, [this] { RequestFrame(); });
 }
 
 }  // namespace tarnvale

@@ -17,25 +17,23 @@ class ListPeer : public NativePeer {
   void OnCommand(WORD code) override;
 
  protected:
-  using NativePeer::NativePeer;
+  template <class List>
+  ListPeer(PeerContext& context, WindowsWindow& window, List& list, const Rect& place,
+           const Peer* container)
+      : NativePeer(context, window, list, place, container), selection_(list) {}
 
   /// The last act of each constructor.
-  void Make(const std::vector<std::string>& rows, bool multi_select);
+  void Make(const std::vector<std::string>& rows);
   void Assign(const std::vector<std::string>& rows);
   void Append(const std::string& row);
   void RemoveAt(std::size_t index);
-
-  // The record's.
-  virtual bool IsSelected(std::size_t index) const = 0;
-  virtual void Select(std::size_t index, bool selected) = 0;
-  virtual void ReportDoubleClick() = 0;
 
  private:
   std::size_t Count() const;
   void Widen(const std::wstring& row);
   void ReportSelection();
 
-  bool multi_select_ = false;
+  RowSelection& selection_;
   LONG widest_ = 0;
 };
 
@@ -45,10 +43,6 @@ class ListBoxPeer final : public ListPeer {
               const Peer* container);
 
  private:
-  bool IsSelected(std::size_t index) const override { return list_.IsSelected(index); }
-  void Select(std::size_t index, bool selected) override { list_.Select(index, selected); }
-  void ReportDoubleClick() override { list_.DoubleClicked.Emit(); }
-
   ListBox& list_;
 };
 
@@ -59,10 +53,6 @@ class FileListPeer final : public ListPeer {
                const Peer* container);
 
  private:
-  bool IsSelected(std::size_t index) const override { return files_.IsSelected(index); }
-  void Select(std::size_t index, bool selected) override { files_.Select(index, selected); }
-  void ReportDoubleClick() override { files_.DoubleClicked.Emit(); }
-
   FileList& files_;
 };
 
