@@ -10,7 +10,8 @@
 namespace tarnvale {
 QtWindowHost::QtWindowHost(QtEventLoop& loop, FileSystem& files,
                            std::function<Path(const std::string& native)> program_path)
-    : context_{.loop = loop,
+    : frames_(loop.Timers()),
+      context_{.loop = loop,
                .frames = frames_,
                .text = text_,
                .files = files,

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "hosts/windows/fonts.h"
-#include "hosts/windows/frame_clock.h"
 #include "hosts/windows/peers/peer.h"
 #include "hosts/windows/session_end.h"
 #include "hosts/windows/windows_event_loop.h"
 #include "hosts/windows/windows_text_painter.h"
 #include "hosts/windows/windows_window.h"
+#include "ui/frame_clock.h"
 #include "ui/window.h"
 
 namespace tarnvale {

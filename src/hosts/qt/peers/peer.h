@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "base/signal.h"
-#include "hosts/qt/frame_clock.h"
 #include "hosts/qt/qt_event_loop.h"
 #include "hosts/qt/qt_text_painter.h"
 #include "platform/files.h"
 #include "ui/controls.h"
+#include "ui/frame_clock.h"
 #include "ui/message_boxes.h"
 
 namespace tarnvale {

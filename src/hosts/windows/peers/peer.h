@@ -8,10 +8,10 @@
 
 #include "base/signal.h"
 #include "hosts/windows/fonts.h"
-#include "hosts/windows/frame_clock.h"
 #include "hosts/windows/windows_event_loop.h"
 #include "platform/files.h"
 #include "ui/controls.h"
+#include "ui/frame_clock.h"
 #include "ui/message_boxes.h"
 #include "ui/window.h"
 

@@ -1,11 +1,9 @@
 // Screen updates at a steady pace.
 #pragma once
 
-#include <QObject>
-#include <QTimer>
-
-#include <chrono>
 #include <vector>
+
+#include "ui/timer.h"
 
 namespace tarnvale {
 
@@ -22,12 +20,13 @@ class FrameClient {
 };
 
 /// Calls its clients at most 60 times a second, each once however often it
-/// requested that. The clock stops while nothing is requested.
+/// requested that. While nothing is requested no loop wakes for it.
 class FrameClock {
  public:
-  FrameClock();
+  explicit FrameClock(TimerQueue& queue);
 
-  /// Calls the client's OnFrame in a later pass of the event loop.
+  /// Calls the client's OnFrame in a later pass of the event loop: in the next one, unless
+  /// there was a frame just now.
   void Request(FrameClient& client);
   /// For a client that goes away.
   void Forget(FrameClient& client);
@@ -35,11 +34,11 @@ class FrameClock {
   void Hurry(FrameClient& client);
 
  private:
-  void Tick();
+  void Draw();
 
   std::vector<FrameClient*> waiting_;
-  std::chrono::steady_clock::time_point last_frame_{};
-  QTimer timer_;
+  Timer soon_;  ///< for the first frame after a pause
+  Timer pace_;  ///< runs from one frame to the next
 };
 
 }  // namespace tarnvale

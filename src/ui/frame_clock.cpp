@@ -1,28 +1,31 @@
-#include "hosts/qt/frame_clock.h"
+#include "ui/frame_clock.h"
 
 #include <algorithm>
 
 namespace tarnvale {
 namespace {
 
-constexpr std::chrono::milliseconds kFrame{17};
+constexpr int kFrameMs = 17;
 
 }  // namespace
 
-FrameClock::FrameClock() {
-  timer_.setSingleShot(true);
-  timer_.setTimerType(Qt::PreciseTimer);
-  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { Tick(); });
+FrameClock::FrameClock(TimerQueue& queue) : soon_(queue, 1, false), pace_(queue, kFrameMs, false) {
+  soon_.Tick.Listen([this] { Draw(); });
+  pace_.Tick.Listen([this] {
+    pace_.Enabled = false;
+    if (!waiting_.empty()) Draw();
+  });
 }
 
 void FrameClock::Request(FrameClient& client) {
   if (client.is_waiting_) return;
   client.is_waiting_ = true;
   waiting_.push_back(&client);
-  if (timer_.isActive()) return;
-  const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(
-      std::chrono::steady_clock::now() - last_frame_);
-  timer_.start(std::clamp(kFrame - passed, std::chrono::milliseconds::zero(), kFrame));
+  if (pace_.Enabled) {
+    pace_.WakesLoop = true;
+  } else {
+    soon_.Enabled = true;
+  }
 }
 
 void FrameClock::Forget(FrameClient& client) {
@@ -36,8 +39,12 @@ void FrameClock::Hurry(FrameClient& client) {
   client.OnFrame();
 }
 
-void FrameClock::Tick() {
-  last_frame_ = std::chrono::steady_clock::now();
+// What is requested from now on waits for the next frame's moment. For that alone no loop
+// wakes.
+void FrameClock::Draw() {
+  soon_.Enabled = false;
+  pace_.WakesLoop = false;
+  pace_.Enabled = true;
   // A client may request again, or others may go away, while one is being called.
   std::size_t left = waiting_.size();
   while (left-- > 0 && !waiting_.empty()) Hurry(*waiting_.front());
