@@ -6,40 +6,27 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <thread>
 #include <utility>
 
 #include "base/failure.h"
 #include "platform/no_ftp_transport.h"
 #include "ui/machine.h"
+#include "ui/paced_loop.h"
 
 namespace tarnvale {
 
 /// A loop whose yields cost what the program's do while nobody touches its
 /// windows.
-class IdleLoop : public EventLoop {
+class IdleLoop : public PacedLoop {
  public:
-  void Yield() override {
-    constexpr std::chrono::milliseconds kPassInterval{2};
-    const std::chrono::nanoseconds now = Now();
-    if (now - last_pass_ < kPassInterval) return;
-    last_pass_ = now;
-    for (auto jobs = TakeJobs(); auto& job : jobs) Deliver(job);
-    timers_.RunDue();
-  }
-  void WaitPass() override {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    Yield();
-  }
-  int Run() override { return 0; }
+  IdleLoop() : PacedLoop([] { return std::chrono::steady_clock::now().time_since_epoch(); }) {}
   void Quit(int) override {}
-  bool IsEnding() const override { return false; }
-  int Nesting() const override { return 1; }
   void Post(std::function<void()> job) override {
     const Lock lock(jobs_lock_);
     jobs_.push_back(std::move(job));
   }
-  TimerQueue& Timers() override { return timers_; }
 
  private:
   // Held for a moment by few; not every compiler for Windows has a mutex.
@@ -56,19 +43,20 @@ class IdleLoop : public EventLoop {
     std::atomic_flag& flag_;
   };
 
-  static std::chrono::nanoseconds Now() {
-    return std::chrono::steady_clock::now().time_since_epoch();
+  void Pump(Milliseconds wait) override {
+    if (wait > Milliseconds::zero()) std::this_thread::sleep_for(Milliseconds(1));
+    for (auto jobs = TakeJobs(); auto& job : jobs) Deliver(job);
   }
+  void Serve() override {}
+  void StartAlarm(std::optional<Milliseconds>) override {}
 
   std::deque<std::function<void()>> TakeJobs() {
     const Lock lock(jobs_lock_);
     return std::exchange(jobs_, {});
   }
 
-  TimerQueue timers_{[] { return Now(); }, [this](const auto& handler) { Deliver(handler); }};
   std::atomic_flag jobs_lock_;
   std::deque<std::function<void()>> jobs_;
-  std::chrono::nanoseconds last_pass_{};
 };
 
 /// Nobody is there to answer, to look, or to choose: everything raises 5.

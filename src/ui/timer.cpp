@@ -74,6 +74,8 @@ void TimerQueue::TickOne(Timer& timer) {
   if (timer.due_ <= now) timer.due_ = now + interval;
   timer.due_ = Aligned(timer.due_, timer);
   timer.in_handler_ = true;
+  // The handler may wait in a loop of the host's.
+  Rescheduled.Emit();
   deliver_([&] { timer.Tick.Emit(); });
   timer.in_handler_ = false;
   Rescheduled.Emit();

@@ -71,8 +71,8 @@ class TimerQueue {
     later_ = std::move(later);
   }
 
-  /// Emitted when NextDue may have become earlier, so that a host can set its
-  /// alarm anew.
+  /// Emitted when NextDue may have become earlier, and before each handler, so that a
+  /// host can set its alarm anew.
   Signal<> Rescheduled;
 
  private:

@@ -15,57 +15,23 @@
 namespace tarnvale {
 namespace {
 
-using std::chrono::milliseconds;
-using Nanoseconds = std::chrono::nanoseconds;
-
 constexpr UINT kJobMessage = MessageWindow::kFirstMessage;
 constexpr UINT_PTR kAlarm = 1;
 
-/// Passes closer together than this count as one.
-constexpr milliseconds kPassInterval{2};
 /// How long a pass goes on taking messages.
-constexpr milliseconds kPassLimit{10};
-/// How long a handler may go on after the end.
-constexpr milliseconds kFarewell{1000};
-/// The longest sleep of a wait pass.
-constexpr DWORD kWaitLimitMs = 10;
-
-Nanoseconds Uptime() {
-  return WindowsClock().Uptime();
-}
+constexpr std::chrono::milliseconds kPassLimit{10};
 
 /// Sleeps until there is a message of some kinds, even one that was seen and left.
-void Sleep(DWORD limit_ms, DWORD kinds = QS_ALLINPUT) {
+void Sleep(DWORD limit_ms, DWORD kinds) {
   ::MsgWaitForMultipleObjectsEx(0, nullptr, limit_ms, kinds, MWMO_INPUTAVAILABLE);
 }
 
-/// One more while it lives.
-class Deeper {
- public:
-  explicit Deeper(int& depth) : depth_(depth) { ++depth_; }
-  Deeper(const Deeper&) = delete;
-  Deeper& operator=(const Deeper&) = delete;
-  ~Deeper() { --depth_; }
-
- private:
-  int& depth_;
-};
-
 }  // namespace
 
-WindowsEventLoop::WindowsEventLoop()
-    : timers_([] { return Uptime(); },
-              [this](const auto& handler) {
-                // The handler may wait in a loop of the system's.
-                SetAlarm();
-                Deliver(handler);
-              }) {
-  timers_.AlignWith(OntoSharedMoments);
-  timers_.Rescheduled.Listen([this] { SetAlarm(); });
-}
+WindowsEventLoop::WindowsEventLoop() : PacedLoop([] { return WindowsClock().Uptime(); }) {}
 
 WindowsEventLoop::~WindowsEventLoop() {
-  if (quit_code_) TakeQuitBack();
+  if (IsEnding()) TakeQuitBack();
 }
 
 void WindowsEventLoop::Post(std::function<void()> job) {
@@ -97,43 +63,36 @@ void WindowsEventLoop::RunJob() {
   Deliver(job);
 }
 
-void WindowsEventLoop::RunDue() {
-  timers_.RunDue();
-  SetAlarm();
-}
-
-void WindowsEventLoop::SetAlarm() {
-  const auto next = timers_.NextDue();
-  if (next == next_due_) return;
-  next_due_ = next;
-  if (!next) {
+void WindowsEventLoop::StartAlarm(std::optional<Milliseconds> wait) {
+  if (!wait) {
     ::KillTimer(messages_.Get(), kAlarm);
     return;
   }
-  const auto wait = std::chrono::ceil<milliseconds>(std::max(*next - Uptime(), Nanoseconds(0)));
   // The system takes nothing above, and makes it 10 ms at least. Too early an alarm is
   // followed by another one.
-  const auto interval = std::min<std::int64_t>(wait.count(), USER_TIMER_MAXIMUM);
+  const auto interval = std::min<Milliseconds::rep>(wait->count(), USER_TIMER_MAXIMUM);
   ::SetTimer(messages_.Get(), kAlarm, static_cast<UINT>(interval), nullptr);
 }
 
-void WindowsEventLoop::Pass() {
-  const Deeper deeper(passes_);
+void WindowsEventLoop::Pump(Milliseconds wait) {
+  if (wait > Milliseconds::zero()) {
+    // The message of the program's end stays, among those that are posted.
+    Sleep(static_cast<DWORD>(wait.count()),
+          IsEnding() ? QS_ALLINPUT & ~QS_POSTMESSAGE : QS_ALLINPUT);
+  }
   const Nanoseconds limit = Uptime() + kPassLimit;
   MSG message;
   const UINT users = (QS_INPUT | QS_PAINT) << 16U;
   for (const UINT which : {users, 0U}) {
-    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | which) != 0 && Serve(message)) {
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | which) != 0 && Dispatch(message)) {
       if (Uptime() >= limit) break;
     }
   }
-  RunDue();
-  last_pass_ = Uptime();
 }
 
 // False for the program's end. Its message ends the loops of the system's as well, of a box or
 // a menu: it stays for those around this pass.
-bool WindowsEventLoop::Serve(const MSG& message) {
+bool WindowsEventLoop::Dispatch(const MSG& message) {
   if (message.message == WM_QUIT) {
     Quit(static_cast<int>(message.wParam));
     return false;
@@ -144,40 +103,21 @@ bool WindowsEventLoop::Serve(const MSG& message) {
   return true;
 }
 
-void WindowsEventLoop::LookForLingering() {
-  if (is_running_ && quit_code_ && Uptime() - quit_at_ > kFarewell) Lingering.Emit(*quit_code_);
-}
-
-void WindowsEventLoop::Yield() {
-  LookForLingering();
-  const Nanoseconds now = Uptime();
-  const bool timer_is_due = next_due_ && *next_due_ <= now;
-  if (timer_is_due || now - last_pass_ >= kPassInterval) Pass();
-}
-
-void WindowsEventLoop::WaitPass() {
-  LookForLingering();
-  const bool timer_is_due = next_due_ && *next_due_ <= Uptime();
-  // The message of the program's end stays, among those that are posted.
-  const DWORD kinds = quit_code_ ? QS_ALLINPUT & ~QS_POSTMESSAGE : QS_ALLINPUT;
-  if (!timer_is_due) Sleep(kWaitLimitMs, kinds);
-  Pass();
+void WindowsEventLoop::Serve() {
+  while (!IsEnding()) {
+    Pass();
+    if (!IsEnding()) Sleep(INFINITE, QS_ALLINPUT);
+  }
 }
 
 int WindowsEventLoop::Run() {
-  is_running_ = true;
-  while (!quit_code_) {
-    Pass();
-    if (!quit_code_) Sleep(INFINITE);
-  }
-  is_running_ = false;
+  const int code = PacedLoop::Run();
   TakeQuitBack();
-  return *quit_code_;
+  return code;
 }
 
 void WindowsEventLoop::Quit(int code) {
-  if (!quit_code_) quit_at_ = Uptime();
-  quit_code_ = code;
+  PacedLoop::Quit(code);
   ::PostQuitMessage(code);
   // Not everywhere does the message close a menu.
   ::EndMenu();
