@@ -34,7 +34,7 @@ bool DoWithout(std::uint32_t call) {
          ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
-TEST_F(QuitTest, EveryInstanceOfTheProgramBesideItIsAskedToEnd) {
+TEST_F(QuitTest, EveryInstanceOfTheProgramBesideItGetsARequestToEnd) {
   const std::string installed = Install("Program");
   const pid_t first = StartInstance(installed);
   const pid_t second = StartInstance(installed);

@@ -71,7 +71,7 @@ std::optional<FileState> StateOf(const std::wstring& native, Links links) {
   found.nFileSizeHigh = data.nFileSizeHigh;
   found.nFileSizeLow = data.nFileSizeLow;
   found.ftLastWriteTime = data.ftLastWriteTime;
-  // Only the listing tells what kind of reparse point it is.
+  // Only the listing has the kind of a reparse point.
   const bool is_reparse = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
   if (is_reparse && native.back() != L'\\') FindOne(native, found);
   FileState state = StateOf(found);

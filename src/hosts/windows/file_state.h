@@ -1,4 +1,4 @@
-// What the system tells of a file or folder.
+// What the system knows of a file or folder.
 #pragma once
 
 #include <windows.h>
@@ -17,7 +17,7 @@ struct FileState {
   std::int64_t size_bytes = 0;
   /// In units of 100 ns since 1601-01-01 UTC.
   std::uint64_t modified = 0;
-  /// It stands for another file or folder: a junction or a symbolic link. Other
+  /// It leads to another file or folder: a junction or a symbolic link. Other
   /// reparse points are what they look like.
   bool is_link = false;
   /// No file and no folder: a socket, pipe or device of a Unix layer, or the stand-in for
@@ -30,7 +30,7 @@ struct FileState {
 
 enum class Links { kKeep, kFollow };
 
-/// The state of what has a native path; none when it can't be asked for, with the
+/// The state of what has a native path; none when it can't be had, with the
 /// system's last error set. A name with a wildcard must not get here.
 std::optional<FileState> StateOf(const std::wstring& native, Links links);
 
@@ -44,7 +44,7 @@ std::wstring ListedName(const std::wstring& native);
 /// or deleted. Sets the last error.
 Handle OpenForHolding(const std::wstring& native, Links links);
 
-/// Opens anything for what the system tells of it alone, which keeps nobody from anything.
+/// Opens anything for what the system knows of it alone, which keeps nobody from anything.
 /// Sets the last error.
 Handle OpenToAsk(const std::wstring& native, Links links);
 
@@ -52,8 +52,8 @@ Handle OpenToAsk(const std::wstring& native, Links links);
 /// keep nothing back. Sets the last error.
 bool FlushFile(HANDLE file);
 
-/// The native path of what a link leads to in the end; the link's own where that can't be
-/// told: it leads nowhere, or the system is one that knows links to folders only.
+/// The native path of what a link leads to in the end; the link's own where that isn't
+/// known: it leads nowhere, or the system is one that knows links to folders only.
 std::wstring BehindLinks(const std::wstring& native);
 
 /// The same file or folder has the same number, as long as it is held.

@@ -351,7 +351,7 @@ InetFtpSession::Failure InetFtpSession::End(InetHandle remote) {
   ::InternetCloseHandle(remote);
   if (awaits_reply_ || is_sent_away_) return kTransferConnectionAborted;
   const std::string reply = LastReply();
-  // Chosen: where WinINet doesn't hand on the last word, the first ones stand for it.
+  // Chosen: where WinINet doesn't hand on the last word, the first ones take its place.
   if (reply.starts_with('1') || reply.starts_with('2')) return {};
   return RefusalOf(reply);
 }

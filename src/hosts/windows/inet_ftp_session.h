@@ -1,7 +1,7 @@
 // One session with an FTP server: a thread with WinINet's handles.
 //
 // WinINet's calls wait for the server. They run on a thread that may be left to itself at
-// any moment: a session that was dropped touches no file and tells nothing any more, and
+// any moment: a session that was dropped touches no file and reports nothing any more, and
 // its handles are closed, which ends the call that waits. What WinINet reports goes by the
 // session's number, so that late reports are nobody's.
 #pragma once
@@ -88,7 +88,7 @@ class InetFtpSession final : public FtpSession,
   // What the thread's calls report.
   std::atomic<bool> tells_end_ = false;  ///< the connection's end is the command's own doing
   std::atomic<bool> awaits_reply_ = false;
-  std::atomic<int> replies_ = 0;            ///< since the connection was asked for
+  std::atomic<int> replies_ = 0;            ///< since the connection was begun
   std::atomic<bool> is_sent_away_ = false;  ///< by reply 421
   std::atomic<bool> heard_ = false;  ///< the server has said something since the command began
 };

@@ -42,7 +42,7 @@ Located Locator::LocateFolder(const Path& path) const {
   if (!located.can_be_named && CanBeFound(name)) {
     located.can_be_named = StateOf(located.native, Links::kKeep).has_value();
   }
-  // A name that can be none is asked for in the folder's stead.
+  // For a name that can be none, the folder is looked at in its stead.
   const std::wstring asked = located.can_be_named ? located.native : NativeFolderOf(located.native);
   const auto state = StateOf(asked, Links::kKeep);
   const DWORD error = state ? 0 : ::GetLastError();

@@ -15,7 +15,7 @@ struct Located {
   std::optional<FileState> state;  ///< of the link itself; none for nothing there
   bool folder_found = false;       ///< what it would lie in is a folder
   bool can_be_named = false;
-  DWORD error = 0;  ///< why it couldn't be asked for, when it may well be there
+  DWORD error = 0;  ///< why nothing is known of what may well be there
 
   bool IsFolder() const { return state && state->IsFolder(); }
 };

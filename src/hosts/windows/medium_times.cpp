@@ -13,7 +13,7 @@ std::uint64_t Units(const FILETIME& time) {
   return std::uint64_t{time.dwHighDateTime} << 32U | time.dwLowDateTime;
 }
 
-// As they are where the system can't tell.
+// As they are where the system doesn't know.
 template <class Convert>
 FILETIME ByDate(const FILETIME& time, Convert&& convert) {
   SYSTEMTIME from{};
@@ -28,10 +28,10 @@ FILETIME ByDate(const FILETIME& time, Convert&& convert) {
 
 }  // namespace
 
-std::uint64_t MediumTimes::FromMedium(std::uint64_t told) const {
-  const FILETIME by_today = FileTimeOf(told);
+std::uint64_t MediumTimes::FromMedium(std::uint64_t reported) const {
+  const FILETIME by_today = FileTimeOf(reported);
   FILETIME local{};
-  if (!are_local_ || ::FileTimeToLocalFileTime(&by_today, &local) == 0) return told;
+  if (!are_local_ || ::FileTimeToLocalFileTime(&by_today, &local) == 0) return reported;
   return Units(ByDate(local, [](const SYSTEMTIME* from, SYSTEMTIME* to) {
     return ::TzSpecificLocalTimeToSystemTime(nullptr, from, to);
   }));

@@ -13,9 +13,9 @@ class MediumTimes {
   explicit MediumTimes(bool are_local) : are_local_(are_local) {}
 
   bool AreLocal() const { return are_local_; }
-  /// The time of what the system says was written at `told`.
-  std::uint64_t FromMedium(std::uint64_t told) const;
-  /// What to tell the system for a time.
+  /// The time of what the system says was written at `reported`.
+  std::uint64_t FromMedium(std::uint64_t reported) const;
+  /// What to give the system for a time.
   std::uint64_t ToMedium(std::uint64_t time) const;
 
  private:

@@ -36,7 +36,7 @@ MessageWindow::~MessageWindow() {
 LRESULT CALLBACK MessageWindow::OnMessage(HWND window, UINT message, WPARAM first,
                                           LPARAM second) noexcept {
   auto* self = reinterpret_cast<MessageWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
-  // Whoever asks all windows of the program to close means those that a person sees.
+  // A request to all windows of the program to close means those that a person sees.
   if (message == WM_CLOSE) return 0;
   const bool is_own = message >= kFirstMessage || message == WM_TIMER || message == WM_DEVICECHANGE;
   if (self == nullptr || !is_own) return ::DefWindowProcW(window, message, first, second);

@@ -5,10 +5,10 @@
 
 namespace tarnvale {
 
-/// What was attempted: some codes mean another number when a file is only asked about.
+/// What was attempted: some codes mean another number when a file is only looked at.
 enum class Attempt { kAsk, kChange };
 
-/// A drive or a network that is away for now: what is asked for may well be there.
+/// A drive or a network that is away for now: what was wanted may well be there.
 bool MeansAway(DWORD error);
 
 int ErrorNumberOf(DWORD error, Attempt attempt);

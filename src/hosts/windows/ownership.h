@@ -19,7 +19,7 @@ void KeepForOwner(const std::wstring& native);
 /// own and not just its folder's.
 void KeepRightsOf(const std::wstring& replaced, const std::wstring& fresh);
 
-/// Whether a file is this user's, as everything is where that can't be told.
+/// Whether a file is this user's, as everything is where that isn't known.
 bool IsOfThisUser(const std::wstring& native);
 
 }  // namespace tarnvale

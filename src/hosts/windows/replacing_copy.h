@@ -13,7 +13,7 @@
 
 namespace tarnvale {
 
-/// Whether a copy of `source` may replace what stands at its target. Raises 75 for a
+/// Whether a copy of `source` may replace what is at its target. Raises 75 for a
 /// folder and a read-only file, but 58 for a link in whose place is a folder.
 void RequireReplaceable(const FileState& source, const FileState& target);
 

@@ -35,8 +35,8 @@ class Surface {
 
   const RECT& Area() const { return area_; }
   HDC Dc() const { return dc_; }
-  /// The pixels of one row, 0x00RRGGBB, from the area's left edge on. What the system was
-  /// asked to draw is in them.
+  /// The pixels of one row, 0x00RRGGBB, from the area's left edge on. What the system has
+  /// drawn so far is in them.
   std::uint32_t* Row(int y) const;
 
   /// What is drawn from now on stays within `part`.

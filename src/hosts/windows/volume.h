@@ -8,11 +8,11 @@
 namespace tarnvale {
 
 struct Volume {
-  std::wstring root;  ///< ends in a backslash; empty when it can't be told
+  std::wstring root;  ///< ends in a backslash; empty when it isn't known
   /// A drive of this machine that isn't meant to be carried about. Some that are count as
   /// such all the same.
   bool is_fixed = false;
-  /// What its format can do, as the system tells it; 0 when it can't be asked.
+  /// What its format can do, as the system has it; 0 when that isn't known.
   DWORD features = 0;
   std::wstring format;  ///< "NTFS", "FAT32"
 

@@ -120,7 +120,7 @@ bool HasAll(HeldFolder& folder, HeldFolder& copy, const HeldFolder& copy_root) {
                      });
 }
 
-// What stands in an entry's place. Raises 58 for what only the medium takes for it.
+// What has an entry's place. Raises 58 for what only the medium takes for it.
 std::optional<FileState> TargetState(const HeldEntry& target) {
   WindowsFolder& folder = WindowsFolder::Of(target.folder);
   folder.RequirePresent();

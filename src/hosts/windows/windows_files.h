@@ -32,7 +32,7 @@ class WindowsFiles : public FileSystem {
   std::vector<Drive> Drives() override { return locator_.Drives().List(); }
   Path ProgramFolder() override;
   std::int64_t Length(const Path& file) override;
-  /// Values above 255 are told as the system has them.
+  /// Values above 255 are given as the system has them.
   int Attributes(const Path& path) override;
   void SetAttributes(const Path& file, int value) override;
   bool FolderExists(const Path& folder) override;

@@ -22,7 +22,7 @@
 
 namespace tarnvale {
 
-/// What stands here is what the program runs with.
+/// The defaults are what the program runs with.
 struct WindowsSurroundings {
   /// What C:\ stands for, as the only drive; empty for the drives as they are.
   std::wstring root;
@@ -41,7 +41,7 @@ struct NoSystemBoxes {
   NoSystemBoxes() { ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }
 };
 
-/// Those boxes go first of all, since each part may ask for files at once.
+/// Those boxes go first of all, since each part may use files at once.
 class WindowsHost : private NoSystemBoxes {
  public:
   explicit WindowsHost(const WindowsSurroundings& surroundings = {})

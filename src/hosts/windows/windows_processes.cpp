@@ -18,7 +18,7 @@
 namespace tarnvale {
 namespace {
 
-// Of newer systems: the program asks for more rights than ours.
+// Of newer systems: the program requires more rights than ours.
 constexpr DWORD kElevationRequired = 740;
 
 // What follows the first word of a command line.
@@ -68,7 +68,7 @@ bool OpenByDesktop(const wchar_t* verb, const std::wstring& file, const std::wst
 std::wstring OwnProgramFile() {
   std::wstring file(MAX_PATH, L'\0');
   DWORD length = 0;
-  // Its length isn't told, only that it didn't fit.
+  // Its length isn't given, only that it didn't fit.
   while ((length = ::GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size()))) ==
          file.size()) {
     file.resize(file.size() * 2);

@@ -16,12 +16,12 @@ std::wstring OwnProgramFile();
 
 class WindowsProcesses : public Processes {
  public:
-  /// `program_file` tells instances of this program from other programs.
+  /// `program_file` distinguishes instances of this program from other programs.
   WindowsProcesses(const Locator& locator, std::wstring program_file);
 
   bool OpenWithDesktop(const Path& file) override;
   bool StartProgram(const Path& program) override;
-  /// A program that asks for more rights than ours, as the registry's editor does, is
+  /// A program that requires more rights than ours, as the registry's editor does, is
   /// started by the desktop, which asks the user.
   void StartMinimized(const std::string& command_line) override;
   std::optional<std::string> Variable(const std::string& name) override;

@@ -92,7 +92,7 @@ bool WindowsProfileFiles::Refresh(Profile& profile, const std::wstring& native) 
   std::string bytes;
   const bool is_file = profile.version && !profile.version->state.IsFolder();
   profile.is_known = !profile.version || (is_file && ReadWhole(native, bytes));
-  // What no code page tells is kept as the bytes that it is.
+  // What no code page can read is kept as the bytes that it is.
   profile.text = ProfileText(coding_.Decode(bytes).value_or(bytes));
   for (const Edit& edit : profile.edits) profile.text.Set(edit.section, edit.key, edit.value);
   return profile.is_known;
@@ -149,9 +149,9 @@ bool WindowsProfileFiles::Flush(const Path& file) {
   return is_done;
 }
 
-// The medium may take its time, so nothing is locked meanwhile: whether somebody else has
-// replaced the file is asked once more right before we do, and what he wrote is then
-// taken in.
+// The medium may take its time, so nothing is locked meanwhile: it is looked once more
+// right before we replace the file whether another program has done so, and what that
+// wrote is then taken in.
 bool WindowsProfileFiles::Put(Profile& profile, const std::wstring& native) {
   constexpr int kMostTries = 20;
   for (int tries = 1;; ++tries) {

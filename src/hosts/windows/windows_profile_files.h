@@ -47,7 +47,7 @@ class WindowsProfileFiles : public ProfileFiles {
     bool is_known = false;
     std::optional<Version> version;  ///< none: the file isn't there
     std::vector<Edit> edits;
-    /// Keys that couldn't be read when they were last asked for.
+    /// Keys that couldn't be read at the last try.
     std::set<std::pair<std::string, std::string>> unread;
   };
 

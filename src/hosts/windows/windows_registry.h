@@ -7,7 +7,7 @@
 
 namespace tarnvale {
 
-/// Numbers as decimal text; texts that name variables as they stand.
+/// Numbers as decimal text; texts that name variables as they are.
 class WindowsRegistry : public Registry {
  public:
   std::string Read(const std::string& path) override;

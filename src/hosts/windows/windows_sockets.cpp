@@ -8,7 +8,7 @@
 #include <mutex>
 #include <utility>
 
-// Winsock tells of bytes once and again when some were read, of room for more when a send
+// Winsock reports bytes once and again when some were read, of room for more when a send
 // found none, and of the server's end once, maybe before all it said was read.
 
 namespace tarnvale {
@@ -17,7 +17,7 @@ namespace {
 /// How much of a closed connection is still read.
 constexpr std::size_t kMostOfFarewell = kMostBytesAtOnce;
 
-// A quiet server is asked whether it is there.
+// A quiet server has to show that it is there.
 constexpr u_long kQuietMs = 60'000;
 constexpr u_long kBetweenQuestionsMs = 15'000;
 

@@ -23,7 +23,7 @@ using LookUpCall =
     std::function<int(const std::string& host, const std::string& port, addrinfo** found)>;
 int LookUp(const std::string& host, const std::string& port, addrinfo** found);
 
-/// Takes what Winsock tells of a socket.
+/// Takes what Winsock reports of a socket.
 class SocketListener {
  public:
   virtual ~SocketListener() = default;
@@ -67,7 +67,7 @@ class Connection {
   /// Sends this behind what waits, as far as that goes now. False for a lost connection.
   bool Write(const std::string& bytes);
   bool HasUnsent() const { return sent_ < unsent_.size(); }
-  /// The server has ended its side, one way or another: no event tells of what it said
+  /// The server has ended its side, one way or another: no event reports what it said
   /// before.
   bool IsEnded() const { return is_ended_; }
   void NoteEnd() { is_ended_ = true; }

@@ -16,7 +16,7 @@ namespace {
 
 constexpr UINT kMouseMessage = MessageWindow::kFirstMessage;
 constexpr UINT_PTR kLook = 1;
-/// How often the desktop is asked whether it has a notification area.
+/// How often the host looks whether the desktop has a notification area.
 constexpr UINT kLookIntervalMs = 2000;
 
 bool HasArea() {

@@ -136,7 +136,7 @@ TEST_F(QtMessages, EachIconIsAPictureOfItsOwn) {
   EXPECT_TRUE(pictures[0].isNull());
 }
 
-TEST_F(QtMessages, AFaultInATimerBehindABoxLeavesTheBoxStanding) {
+TEST_F(QtMessages, AFaultInATimerBehindABoxLeavesTheBoxOpen) {
   QtEventLoop other;
   int faults = 0;
   other.Fault.Listen([&](const ProgramError&) { ++faults; });

@@ -80,7 +80,7 @@ TEST_F(QuitTest, WithoutAnInstanceAllIsWell) {
   EXPECT_EQ(Quit(Install("Program")), 0U);
 }
 
-TEST_F(QuitTest, EveryInstanceOfTheProgramBesideItIsAskedToEnd) {
+TEST_F(QuitTest, EveryInstanceOfTheProgramBesideItGetsARequestToEnd) {
   const fs::path installed = Install("Program");
   const HANDLE first = Start(installed, L"polite");
   if (EndOf(first, 0) == kNoWindows) GTEST_SKIP() << "no display for windows";

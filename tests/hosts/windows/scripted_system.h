@@ -1,4 +1,4 @@
-// Calls of the system's that a test records or answers itself: what its stand-in here
+// Calls of the system that a test records or answers itself: what its stand-in here
 // can't show, by the codes that its documentation has.
 #pragma once
 
@@ -38,7 +38,7 @@ inline void** ImportedAddress(std::string_view name) {
 
 /// Puts an answer of the test's own in the place of a call, for all of this program and
 /// as long as it lives. `answer` is called with the real function and the arguments.
-/// Those of one call may be nested; the last one is then asked first.
+/// Those of one call may be nested; the last one then comes first.
 template <class Answer, class Result, class... Arguments>
 class Scripted {
  public:

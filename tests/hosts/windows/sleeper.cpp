@@ -1,4 +1,4 @@
-// A program that waits to be ended: "polite" ends when its window is asked to close, with
+// A program that waits to be ended: "polite" ends when its window is to close, with
 // exit status 7; "deaf" has no window. Sets the event
 // that its second argument names when it is ready; exit status 3 where no window can be had.
 #include <windows.h>

@@ -24,7 +24,7 @@ TEST(TextCodingTest, EveryByteOfACodePageComesBack) {
   std::string bytes;
   for (int i = 1; i < 256; ++i) bytes += static_cast<char>(i);
   const auto text = TextCoding(1252).Decode(bytes);
-  if (!text) GTEST_SKIP() << "this system doesn't tell the unused places of its code page apart";
+  if (!text) GTEST_SKIP() << "this system doesn't distinguish the unused places of its code page";
   EXPECT_EQ(TextCoding(1252).Encode(*text), bytes);
 }
 

@@ -44,7 +44,7 @@ class WindowsCallsTest : public WindowsHostTest {
   }
 
  private:
-  // By its place each has a type of its own, as Answering asks.
+  // By its place each has a type of its own, as Answering requires.
   template <int kPlace, class Function>
   Script Counted(const char* name, Function* function) {
     return Answering(name, function, [this, name](auto real, auto... arguments) {
@@ -84,7 +84,7 @@ void Print(const char* what, const Calls& calls, int files) {
   for (const auto& [name, count] : calls) std::cout << "  " << count << " " << name << "\n";
 }
 
-TEST_F(WindowsCallsTest, APassWithoutChangesReadsEachFolderAndAsksForNoFile) {
+TEST_F(WindowsCallsTest, APassWithoutChangesReadsEachFolderAndNoFile) {
   MakeTree(20);
   CallsOfSync();
   Calls few = CallsOfSync();

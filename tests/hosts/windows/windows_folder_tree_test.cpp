@@ -110,7 +110,7 @@ TEST_F(WindowsFolderTreeTest, AFolderOpenedAgainIsReadAgain) {
   Show();
   Expand(Root());
   ASSERT_TRUE(WaitFor([&] { return !MayOpen(Child(Root(), L"Empty")); }));
-  // The tree reports it again to those only who use it.
+  // Only what the user does is reported by the tree a second time.
   Select(Root());
   PressKey(Tree(), VK_LEFT);
   files.MakeFolder("C:\\Added");

@@ -371,7 +371,7 @@ TEST_F(WindowsLinksTest, ACopyOfALinkHasItsTime) {
   EXPECT_EQ(StateOf(NativeName("to\\link"), Links::kKeep)->modified, 128'000'000'000'000'000U);
 }
 
-// Of a link itself nobody asks for them.
+// Of a link itself nothing reads them.
 TEST_F(WindowsMediaTest, AttributesOfALinkAreSetWhereItLeads) {
   Write("link", "");
   Write("real", "x");
@@ -385,7 +385,7 @@ TEST_F(WindowsMediaTest, AttributesOfALinkAreSetWhereItLeads) {
   EXPECT_EQ(NativeNameOf(set), L"real");
 }
 
-TEST_F(WindowsMediaTest, WhyALinkCannotBeFollowedIsToldByItsNumber) {
+TEST_F(WindowsMediaTest, WhyALinkCannotBeFollowedIsReportedByItsNumber) {
   Write("link", "");
   const auto link = AsReparsePoint(NativeName("link"), IO_REPARSE_TAG_SYMLINK, NativeName("gone"));
   EXPECT_EQ(RaisedBy([&] { Host().files.CopyWhole("C:\\link", "C:\\b"); }), 53);

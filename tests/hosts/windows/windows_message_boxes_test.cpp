@@ -53,7 +53,7 @@ TEST_F(WindowsMessagesTest, ShowsTextTitleAndLineEnds) {
   EXPECT_EQ(title, L"Exit Tarnvale");
 }
 
-TEST_F(WindowsMessagesTest, AsksForTheIconAndTheButtons) {
+TEST_F(WindowsMessagesTest, ShowsTheIconAndTheButtons) {
   std::vector<UINT> styles;
   const Scripted shown("MessageBoxW", &::MessageBoxW,
                        [&](auto, HWND, LPCWSTR, LPCWSTR, UINT style) {
@@ -111,7 +111,7 @@ TEST_F(WindowsMessagesTest, NoWindowTakesInputBehindABoxAndAllDoAfterIt) {
   EXPECT_FALSE(takes_input(disabled));
 }
 
-TEST_F(WindowsMessagesTest, ABoxOfATimerStandsOverTheBoxThatIsUp) {
+TEST_F(WindowsMessagesTest, ABoxOfATimerIsAboveTheBoxThatIsUp) {
   Show();
   HWND first = nullptr;
   HWND owner = nullptr;
@@ -141,7 +141,7 @@ TEST_F(WindowsMessagesTest, TheActiveWindowStaysTheProgramsUnderABox) {
   EXPECT_EQ(::GetActiveWindow(), Native());
 }
 
-TEST_F(WindowsMessagesTest, AFaultInATimerBehindABoxLeavesTheBoxStanding) {
+TEST_F(WindowsMessagesTest, AFaultInATimerBehindABoxLeavesTheBoxOpen) {
   WindowsEventLoop other;
   int faults = 0;
   other.Fault.Listen([&](const ProgramError&) { ++faults; });

@@ -40,7 +40,7 @@ TEST_F(WindowsProcessesTest, AProgramThatIsCarriedAboutKeepsItsNotesBesideItself
   EXPECT_EQ(DefaultStateFolder(program.wstring()), notes.wstring());
 }
 
-TEST_F(WindowsProcessesTest, ACommandLineIsStartedAsItStands) {
+TEST_F(WindowsProcessesTest, ACommandLineIsStartedAsItIs) {
   const std::filesystem::path made = Native("made here");
   Host().processes.StartMinimized(SystemProgram("cmd.exe") + " /c mkdir \"" + made.string());
   EXPECT_TRUE(Appears(made));

@@ -1,4 +1,4 @@
-// What copies in work leave behind, and who sees to it.
+// What copies in work leave behind, and what deletes it.
 #include <gmock/gmock.h>
 
 #include <array>
