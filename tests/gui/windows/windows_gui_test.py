@@ -2,12 +2,14 @@
 """The program for Windows as a person uses it: windows_gui_test.py SUITE, on a display with a
 window manager and with a Wine server of its own (see CMakeLists.txt)."""
 
+import os
 import shutil
 import subprocess
 import time
 import unittest
+from pathlib import Path
 
-from person import Installation, Person, run_to_end, told, under_wine
+from person import PROGRAMS, Installation, Person, run_to_end, told, under_wine
 
 MAIN = "Tarnvale"
 AGREEMENT = "End User Liscence Agreement"
@@ -113,8 +115,8 @@ class Start(Suite):
         self.assertFalse(person.is_up(AGREEMENT))
 
 
-class Use(Suite):
-    """One start, and one working day after it: a test goes on with what the last one left."""
+class OneStart(Suite):
+    """All tests of the suite are of one program, whose window is up."""
 
     @classmethod
     def setUpClass(cls):
@@ -122,13 +124,16 @@ class Use(Suite):
         cls.program = Installation(NORMAL).start()
         cls.person.wait_until_up("Form2")
         cls.person.bring_up()
-        # It takes the window away once more.
         cls.person.wait_for("the end of the splash", lambda: not cls.person.is_up("Form2"))
 
     @classmethod
     def tearDownClass(cls):
         cls.program.remove()
         super().tearDownClass()
+
+
+class Use(OneStart):
+    """One working day: a test goes on with what the last one left."""
 
     def setUp(self):
         super().setUp()
@@ -275,6 +280,119 @@ class Use(Suite):
             MAIN, "Tarnvale Will Now Perform A Backup On Your Files. Proceed?"), "n")
         person.wait_until_active(MAIN)
         self.assertEqual(log.read_text(), before)
+
+
+class Tools(OneStart):
+    """Each window of the tools is opened by its link, used and closed."""
+
+    def open(self, link, title):
+        self.person.wait_for("the main window", lambda: self.person.activate(MAIN))
+        self.person.click(MAIN, link)
+        self.person.wait_until_active(title)
+        return title
+
+    def close(self, title):
+        self.person.wait_for(title, lambda: self.person.activate(title))
+        self.person.press("alt+F4")
+        self.person.wait_for(f"{title} to go", lambda: not self.person.is_up(title))
+
+    def choose_file(self, name):
+        """In the dialog that has come up."""
+        box = self.person.wait_for_box()
+        self.person.wait_for("the dialog's focus", lambda: (
+            self.person.focused() or box).kind in ("Edit", "ComboBox"))
+        self.person.type(told(self.program.folder / name))
+        self.person.press("Return")
+        self.person.wait_until_gone(box)
+
+    def take_proposed_folder(self):
+        """The desktop's, which with-wine has made."""
+        box = self.person.wait_for_box()
+        self.person.answer(box, "Return")
+        return Path(os.environ["HOME"]) / "Desktop"
+
+    def test_the_splitter_splits_a_file(self):
+        person = self.person
+        (self.program.folder / "Archives/Large.tvz").write_bytes(bytes(range(256)) * 1024)
+        title = self.open("Tarnvale Splitter", "Tarnvale Splitter")
+        person.click(title, "Open Compressed File To Split")
+        self.choose_file("Archives/Large.tvz")
+        person.wait_for("the name", lambda: person.field(title, "File Name").text == told(
+            self.program.folder / "Archives/Large.tvz"))
+        person.write(title, "Segment Size In Megabytes", "0.1")
+        person.click(title, "Split Compressed File Now")
+        folder = self.take_proposed_folder()
+        box = self.box_says("Successfully Done",
+                            "The Splitting Was Completed. The File Was Split Into 3 Parts.")
+        person.answer(box, "Return")
+        parts = [folder / f"Large.tvz.00{number}" for number in (1, 2, 3)]
+        self.assertEqual(b"".join(part.read_bytes() for part in parts),
+                         (self.program.folder / "Archives/Large.tvz").read_bytes())
+        for part in parts:
+            part.unlink()
+        self.close(title)
+
+    def test_the_registry_is_written_to_a_file(self):
+        person = self.person
+        title = self.open("Registry Backup Maker", "Registry Backup Maker")
+        person.click(title, "Select Registry Backup Location")
+        self.choose_file("Archives/registry.reg")
+        person.wait_for("the name", lambda: person.field(
+            title, "Registry Backup Location").text.endswith("registry.reg"))
+        person.click(title, "Backup The Selected Registry Branch")
+        person.answer(self.box_says(
+            "Registry Backup", "Your Registry Has Been Sucessfully Backed Up"), "Return")
+        file = self.program.folder / "Archives/registry.reg"
+        person.wait_for("the registry's file", lambda: file.exists() and file.stat().st_size > 10000)
+        self.close(title)
+
+    def test_the_servers_settings_are_saved(self):
+        person = self.person
+        title = self.open("Server Upload & Download", "FTP Server Management")
+        person.write(title, "FTP Server Address", "ftp.home.test")
+        person.write(title, "Username", "ann")
+        person.click_in(person.field(title, "Password"))
+        person.type("open sesame")
+        person.click(title, "Save My Current FTP Server Upload Settings")
+        person.answer(self.box_says(
+            MAIN, "Your FTP Server Settings Have Been Successfully Saved!"), "Return")
+        settings = self.program.settings().splitlines()
+        for line in ("Server=ftp.home.test", "Username=ann", "Password=open sesame"):
+            self.assertIn(line, settings)
+        self.close(title)
+
+    def test_each_application_has_its_panel(self):
+        person = self.person
+        title = self.open("User Data Applications", "User Data Applications")
+        for nth in range(7):
+            link = ("Mozilla Firefox", "Internet Explorer", "Opera Browser", "Microsoft Outlook",
+                    "Microsoft Outlook Express", "Mozilla Thunderbird", "Windows XP Files")[nth]
+            person.click(title, link)
+
+            def shown():
+                person.look()
+                window = person.window(title)
+                return [f.handle for f in person.fields
+                        if f.owner == window.handle and f.kind == "Edit" and f.visible]
+            person.wait_for(f"the panel of {link} alone", lambda: len(shown()) == 1)
+        self.close(title)
+
+    def test_the_compressor_packs_a_folder(self):
+        person = self.person
+        title = self.open("Tarnvale Compressor", "Tarnvale Compressor")
+        note = Path(os.environ["HOME"]) / "Desktop/Note.txt"
+        note.write_text("To be packed.\n")
+        person.click(title, "Compress Backed Up Files")
+        self.assertEqual(self.take_proposed_folder(), note.parent)
+        self.choose_file("Archives/By Hand.tvz")
+        archive = self.program.folder / "Archives/By Hand.tvz"
+        person.wait_for("the archive", archive.exists)
+        person.wait_for("a whole archive", lambda: run_to_end(
+            PROGRAMS / "tvz.exe", "test", archive)[0] == 0)
+        self.assertIn("Note.txt", run_to_end(PROGRAMS / "tvz.exe", "list", archive)[1])
+        note.unlink()
+        person.click(title, "Quit This Compression")
+        person.wait_for("the window to go", lambda: not person.is_up(title))
 
 
 class Exits(Suite):
