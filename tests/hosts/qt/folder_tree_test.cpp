@@ -1,3 +1,4 @@
+#include <QScrollBar>
 #include <QTreeView>
 
 #include "tests/hosts/qt/qt_fixture.h"
@@ -104,6 +105,19 @@ TEST_F(QtFolderTree, AFolderWithoutFoldersLosesItsBox) {
   StartAt("C:\\home\\ann");
   const QModelIndex ann = View().currentIndex();
   EXPECT_TRUE(WaitFor([&] { return !View().model()->hasChildren(ann); }));
+}
+
+TEST_F(QtFolderTree, NamesThatAreScrolledToAreShownWhole) {
+  const std::string narrow = "C:\\a\\";
+  for (int i = 10; i < 60; ++i) files.MakeFolder(narrow + std::to_string(i));
+  const std::string wide = "with many more letters than the others have";
+  files.MakeFolder(narrow + wide);
+  StartAt(narrow + "10");
+  const QAbstractItemView& cells = View();
+  const int narrow_width = View().columnWidth(0);
+  View().verticalScrollBar()->setValue(View().verticalScrollBar()->maximum());
+  EXPECT_GT(View().columnWidth(0), narrow_width);
+  EXPECT_GE(View().columnWidth(0), cells.sizeHintForColumn(0));
 }
 
 TEST_F(QtFolderTree, FiftyThousandSubFoldersOpenQuickly) {

@@ -28,6 +28,16 @@ class TreeView final : public QTreeView {
   void showEvent(QShowEvent* event) override {
     QTreeView::showEvent(event);
     if (currentIndex().isValid()) scrollTo(currentIndex(), PositionAtCenter);
+    resizeColumnToContents(0);
+  }
+  // The header measures the visible rows, but not again when others come into view.
+  void scrollContentsBy(int dx, int dy) override {
+    QTreeView::scrollContentsBy(dx, dy);
+    if (dy != 0) resizeColumnToContents(0);
+  }
+  void resizeEvent(QResizeEvent* event) override {
+    QTreeView::resizeEvent(event);
+    resizeColumnToContents(0);
   }
 };
 
