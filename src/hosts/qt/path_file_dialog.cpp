@@ -4,10 +4,12 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QTreeView>
 
 #include <algorithm>
 #include <cstddef>
@@ -25,12 +27,19 @@ bool IsProgramPath(const QString& text) {
   return beginning.match(text).hasMatch();
 }
 
+// Qt makes the columns of size and time too narrow for what it writes into them.
+void ShowCellsWhole(QHeaderView& header) {
+  header.setSectionResizeMode(QHeaderView::ResizeToContents);
+  header.setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
 }  // namespace
 
 PathFileDialog::PathFileDialog(QWidget* owner, PathTranslation paths)
     : QFileDialog(owner), paths_(std::move(paths)) {
   // Confirmed here: Qt and the desktop know a file by its very name only.
   setOption(QFileDialog::DontConfirmOverwrite);
+  if (const auto* files = findChild<QTreeView*>("treeView")) ShowCellsWhole(*files->header());
   if (const QLineEdit* field = NameField()) {
     connect(field, &QLineEdit::textChanged, this,
             [this](const QString& typed) { EnableOpenFor(typed); });

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -219,6 +220,23 @@ TEST_F(QtDialogs, WithoutAFolderAtTheStartTheOneOfTheLastChoiceIsShown) {
   });
   EXPECT_EQ(Save(record), std::nullopt);
   EXPECT_EQ(shown_folder_, Native("Store"));
+}
+
+TEST_F(QtDialogs, ADialogShowsSizeKindAndTimeOfAFileWhole) {
+  std::ofstream(Native("Store/mine.tvz")) << std::string(72909, 'x');
+  With<QFileDialog>([this](QFileDialog& dialog) {
+    const auto* view = dialog.findChild<QTreeView*>("treeView");
+    const QAbstractItemView& cells = *view;
+    const auto is_whole = [&](int column) {
+      return cells.sizeHintForColumn(column) <= view->columnWidth(column);
+    };
+    EXPECT_TRUE(WaitFor([&] {
+      return view->model()->rowCount(view->rootIndex()) == 1 && is_whole(1) && is_whole(2) &&
+             is_whole(3) && view->header()->length() <= view->viewport()->width();
+    }));
+    dialog.reject();
+  });
+  EXPECT_EQ(Open(), std::nullopt);
 }
 
 TEST_F(QtDialogs, BothDialogsAddTheDefaultExtension) {
