@@ -132,6 +132,23 @@ TEST_F(WindowsScene, AControlIsDrawnOnceForManyChangesAndNeverWithoutOne) {
   EXPECT_EQ(quiet.paints, quiet_before);
 }
 
+TEST_F(WindowsScene, WhatIsHiddenKeepsNoPictureAndIsDrawnAnew) {
+  PictureBox container;
+  Recorder drawn;
+  next_top = 100;
+  window.Place({{&container, nullptr, {20, 20, 50, 50}}, {&drawn, &container, {0, 0, 30, 30}}});
+  Show();
+  Settle();
+  const int before = drawn.paints;
+  container.Visible = false;
+  Settle();
+  EXPECT_EQ(drawn.paints, before);
+  container.Visible = true;
+  Settle();
+  EXPECT_EQ(drawn.paints, before + 1);
+  EXPECT_EQ(ColorAt(20, 20), 0xFF0000U);
+}
+
 TEST_F(WindowsScene, OnlyWhatHasChangedIsPaintedAnew) {
   Label changing;
   Label other;

@@ -74,7 +74,13 @@ void OwnerDrawnPeer::Lend() {
 }
 
 void OwnerDrawnPeer::OnShown(bool is_shown) {
-  if (is_shown) Lend();
+  if (is_shown) {
+    Lend();
+  } else {
+    // The screens of a window would keep megabytes.
+    canvas_ = Canvas({}, 1);
+    is_stale_ = true;
+  }
   DrawnPeer::OnShown(is_shown);
 }
 
