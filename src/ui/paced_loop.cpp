@@ -13,7 +13,7 @@ constexpr milliseconds kPassInterval{2};
 /// The longest sleep of a wait pass.
 constexpr milliseconds kWaitLimit{10};
 /// How long a handler may go on after the end.
-constexpr milliseconds kFarewell{1000};
+constexpr milliseconds kLingering{1000};
 
 /// One more while it lives.
 class Deeper {
@@ -73,7 +73,7 @@ void PacedLoop::Pass(Milliseconds wait) {
 }
 
 void PacedLoop::LookForLingering() {
-  if (is_running_ && quit_code_ && Uptime() - quit_at_ > kFarewell) Lingering.Emit(*quit_code_);
+  if (is_running_ && quit_code_ && Uptime() - quit_at_ > kLingering) Lingering.Emit(*quit_code_);
 }
 
 void PacedLoop::Yield() {
