@@ -27,10 +27,12 @@ bool IsProgramPath(const QString& text) {
   return beginning.match(text).hasMatch();
 }
 
-// Qt makes the columns of size and time too narrow for what it writes into them.
-void ShowCellsWhole(QHeaderView& header) {
-  header.setSectionResizeMode(QHeaderView::ResizeToContents);
+// Qt makes the columns of size and time too narrow for what it writes into them. That
+// of the kind stays as it is: some kinds have names that would leave no room.
+void ShowSizeAndTimeWhole(QHeaderView& header) {
   header.setSectionResizeMode(0, QHeaderView::Stretch);
+  header.setSectionResizeMode(1, QHeaderView::ResizeToContents);
+  header.setSectionResizeMode(3, QHeaderView::ResizeToContents);
 }
 
 }  // namespace
@@ -39,7 +41,7 @@ PathFileDialog::PathFileDialog(QWidget* owner, PathTranslation paths)
     : QFileDialog(owner), paths_(std::move(paths)) {
   // Confirmed here: Qt and the desktop know a file by its very name only.
   setOption(QFileDialog::DontConfirmOverwrite);
-  if (const auto* files = findChild<QTreeView*>("treeView")) ShowCellsWhole(*files->header());
+  if (const auto* files = findChild<QTreeView*>("treeView")) ShowSizeAndTimeWhole(*files->header());
   if (const QLineEdit* field = NameField()) {
     connect(field, &QLineEdit::textChanged, this,
             [this](const QString& typed) { EnableOpenFor(typed); });
