@@ -160,6 +160,30 @@ TEST_F(WindowsMediaTest, WhereThereAreNoLinksNoneIsTried) {
   EXPECT_THAT(Host().files.List("C:\\to\\*", {.hidden = true}), IsEmpty());
 }
 
+TEST_F(WindowsMediaTest, AFolderThatMovesToAMediumWithoutItsLinksStays) {
+  const auto medium = AsMedium(DRIVE_REMOTE, FILE_CASE_PRESERVED_NAMES, L"NTFS");
+  std::filesystem::create_directory(Native("from"));
+  Write("from/link", "");
+  Write("from/x", "content");
+  const auto link = AsReparsePoint(NativeName("from\\link"), IO_REPARSE_TAG_SYMLINK);
+  EXPECT_EQ(RaisedBy([&] { Host().files.MoveTree("C:\\from", "C:\\to"); }), kPathFileAccess);
+  EXPECT_THAT(Host().files.List("C:\\from\\*", {.hidden = true}), ElementsAre("link", "x"));
+  EXPECT_EQ(Content("to/x"), "content");
+}
+
+TEST_F(WindowsMediaTest, AFolderThatMovesIntoItselfByItsShortNameStays) {
+  const std::string name = "a folder with a long name";
+  std::filesystem::create_directory(Native(name));
+  Write(name + "/x", "content");
+  std::wstring path(MAX_PATH, L'\0');
+  path.resize(::GetShortPathNameW(NativeName(name).c_str(), path.data(), MAX_PATH));
+  const std::string short_name = Narrow(NativeNameOf(path));
+  if (short_name == name) GTEST_SKIP() << "no short names on this medium";
+  const Path inside = "C:\\" + short_name + "\\inside";
+  EXPECT_EQ(RaisedBy([&] { Host().files.MoveTree("C:\\" + name, inside); }), kPathFileAccess);
+  EXPECT_EQ(Content(name + "/x"), "content");
+}
+
 TEST_F(WindowsMediaTest, WhatIsNoFileIsNotAmongFiles) {
   Write("plain", "x");
   Write("special", "");
