@@ -23,18 +23,22 @@ constexpr double kBytesPerKiB = 1024;
 
 }  // namespace
 
-BackupRun::BackupRun(Machine& machine, BackupSettings& settings, RunState& state,
-                     ScreenHooks& screens, StageHooks& stages)
-    : machine_(machine),
+BackupRun::BackupRun(SystemParts& system, EventLoop& loop, MessageBoxes& boxes, Desktop& desktop,
+                     BackupSettings& settings, RunState& state, ScreenHooks& screens,
+                     StageHooks& stages)
+    : system_(system),
+      loop_(loop),
+      boxes_(boxes),
+      desktop_(desktop),
       settings_(settings),
       state_(state),
       screens_(screens),
       stages_(stages),
-      log_(machine.open_files),
-      failures_(machine.files, machine.boxes),
-      sync_(machine.files, machine.loop),
-      sources_(machine.files),
-      targets_(machine.files) {}
+      log_(system.open_files),
+      failures_(system.files, boxes),
+      sync_(system.files, loop),
+      sources_(system.files),
+      targets_(system.files) {}
 
 // The handler's only reachable answer is to go on with the next statement.
 template <class Statement>
@@ -75,14 +79,14 @@ void BackupRun::RunBackup() {
 
 void BackupRun::Prepare() {
   Step([&] { CallHook(stages_.ResetProgressWindow); });
-  machine_.desktop.Pointer = PointerShape::kHourglass;
+  desktop_.Pointer = PointerShape::kHourglass;
   Step([&] { CallHook(screens_.Show, Screen::kProgress); });
   for (const Screen other :
        {Screen::kStorage, Screen::kList, Screen::kSchedule, Screen::kGeneral, Screen::kAdvanced}) {
     Step([&] { CallHook(screens_.Hide, other); });
   }
   Step([&] { CallHook(stages_.FollowCopy); });
-  run_.start = machine_.clock.Now();
+  run_.start = system_.clock.Now();
   run_.date = DatePart(run_.start);
   state_.RunDestination = WithBackslash(state_.RunDestination.Get());
 }
@@ -91,7 +95,7 @@ void BackupRun::BuildRunFiles() {
   const auto count = static_cast<std::int64_t>(settings_.Entries.Count());
   for (state_.RunIndex = 0; state_.RunIndex < count;) {
     Step([&] {
-      state_.Files.AddItem(machine_.files, machine_.boxes,
+      state_.Files.AddItem(system_.files, boxes_,
                            settings_.Entries.At(static_cast<std::size_t>(state_.RunIndex)));
     });
     if (!NextIndex()) break;
@@ -140,7 +144,7 @@ void BackupRun::OpenLog() {
     Step([&] { log_.Open(settings_.DataFolder); });
     Step([&] {
       log_.PrintLine("Tarnvale Started Backup At " +
-                     machine_.formats.GeneralDate(machine_.clock.Now()));
+                     system_.formats.GeneralDate(system_.clock.Now()));
     });
     Step([&] { log_.PrintLine(""); });
   }
@@ -154,8 +158,8 @@ void BackupRun::ResetBars() {
 void BackupRun::CopySingleFiles() {
   for (state_.RunIndex = 0; state_.RunIndex <= run_.count + kExtraRounds;) {
     TakeItem();
-    state_.FileBar = static_cast<int>(kShowRange * machine_.random.Next() + kShowFloor);
-    machine_.loop.Yield();
+    state_.FileBar = static_cast<int>(kShowRange * system_.random.Next() + kShowFloor);
+    loop_.Yield();
     FileRound();
     if (!NextIndex()) break;
   }
@@ -170,7 +174,7 @@ void BackupRun::FileRound() {
     if (row->Path.empty()) return;
     CopyRow(*row);
   }
-  machine_.loop.Yield();
+  loop_.Yield();
   state_.FileBar = 100;
   state_.CopyBar = 50;
 }
@@ -188,7 +192,7 @@ void BackupRun::RoundBeyondTable() {
 void BackupRun::CopyRow(const RunFile& row) {
   present_target_ = TargetOf(row);
   // A value above 255 keeps that of the row before.
-  Step([&] { run_.attributes = ToByte(machine_.files.Attributes(sources_.At(row.Path))); });
+  Step([&] { run_.attributes = ToByte(system_.files.Attributes(sources_.At(row.Path))); });
   state_.SourceCaption = row.Path;
   state_.TargetCaption = TargetOf(row);
   state_.StatusCaption = "File: " + ToText(state_.RunIndex) + " Out Of: " + ListCount();
@@ -206,9 +210,9 @@ void BackupRun::CopyToStorage(const RunFile& row) {
   const Path& source = sources_.At(row.Path);
   const auto target = targets_.FileIn(state_.RunDestination.Get(), sources_.NameOf(row.Path));
   if (target) {
-    machine_.files.CopyWhole(source, *target, Rights::kSource);
+    system_.files.CopyWhole(source, *target, Rights::kSource);
   } else {
-    machine_.files.CopyWhole(source, TargetOf(row), Rights::kSource);
+    system_.files.CopyWhole(source, TargetOf(row), Rights::kSource);
   }
 }
 
@@ -240,7 +244,7 @@ void BackupRun::CopyChanged(const RunFile& row) {
   // Chosen: not from a file that the medium doesn't distinguish from another one.
   if (has_room) {
     Step([&] {
-      machine_.files.SetAttributes(sources_.At(row.Path), run_.attributes - attribute::kArchive);
+      system_.files.SetAttributes(sources_.At(row.Path), run_.attributes - attribute::kArchive);
     });
   }
   if (settings_.SaveLog) Step([&] { log_.PrintLine(">> Ok"); });
@@ -250,15 +254,16 @@ void BackupRun::CopyChanged(const RunFile& row) {
 void BackupRun::CountFile(const RunFile& row) {
   // A sum beyond 32 bits fails, and the total stays.
   Step([&] {
-    run_.total_bytes = Add32(run_.total_bytes, machine_.files.Length(sources_.At(row.Path)));
+    run_.total_bytes = Add32(run_.total_bytes, system_.files.Length(sources_.At(row.Path)));
   });
   Step([&] { run_.files_counted = Add32(run_.files_counted, 1); });
 }
 
 void BackupRun::ShowTotal() {
   state_.StatusCaption =
-      "File " + ToText(state_.RunIndex) + " Of " + ListCount() + ", Total: " +
-      machine_.formats.StandardNumber(run_.total_bytes / kBytesPerKiB / kBytesPerKiB) + " MB";
+      "File " + ToText(state_.RunIndex) + " Of " + ListCount() +
+      ", Total: " + system_.formats.StandardNumber(run_.total_bytes / kBytesPerKiB / kBytesPerKiB) +
+      " MB";
 }
 
 void BackupRun::CopyWholeFolders() {
@@ -336,7 +341,7 @@ void BackupRun::MakeFolderInStorage() {
   run_.folder = FolderInStorage{location, run_.folder_name, wanted};
   const auto target = targets_.FolderIn(location, wanted);
   if (!target) {
-    Step([&] { machine_.files.CreateFolder(location + run_.folder_name); });
+    Step([&] { system_.files.CreateFolder(location + run_.folder_name); });
     return;
   }
   if (target->name.empty()) return;
@@ -359,7 +364,7 @@ void BackupRun::CloseLog() {
     Step([&] { log_.Close(); });
   }
   // What is announced next has reached the medium.
-  Step([&] { FlushMedium(machine_.files, machine_.loop, state_.RunDestination); });
+  Step([&] { FlushMedium(system_.files, loop_, state_.RunDestination); });
 }
 
 void BackupRun::ShowEnd() {
@@ -378,7 +383,7 @@ void BackupRun::ShowEnd() {
 
 void BackupRun::RunStages() {
   state_.Files.Reset();
-  machine_.desktop.Pointer = PointerShape::kDefault;
+  desktop_.Pointer = PointerShape::kDefault;
   if (settings_.AutoCompress) Step([&] { CallHook(stages_.Compress); });
   if (settings_.AutoUpload) {
     Step([&] { CallHook(stages_.ShowTransferWindow); });
@@ -418,9 +423,9 @@ std::string BackupRun::ListCount() const {
 
 // "11:59 To 12:00 On 3/14/2008."
 std::string BackupRun::FromToOn() const {
-  return machine_.formats.ShortTime(run_.start) + " To " +
-         machine_.formats.ShortTime(machine_.clock.Now()) + " On " +
-         machine_.formats.ShortDate(run_.date) + ".";
+  return system_.formats.ShortTime(run_.start) + " To " +
+         system_.formats.ShortTime(system_.clock.Now()) + " On " +
+         system_.formats.ShortDate(run_.date) + ".";
 }
 
 }  // namespace tarnvale

@@ -12,8 +12,11 @@
 #include "core/run_sources.h"
 #include "core/run_state.h"
 #include "core/run_targets.h"
+#include "platform/system_parts.h"
 #include "settings/backup_settings.h"
-#include "ui/machine.h"
+#include "ui/event_loop.h"
+#include "ui/message_boxes.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 
@@ -24,8 +27,8 @@ namespace tarnvale {
 /// required.
 class BackupRun {
  public:
-  BackupRun(Machine& machine, BackupSettings& settings, RunState& state, ScreenHooks& screens,
-            StageHooks& stages);
+  BackupRun(SystemParts& system, EventLoop& loop, MessageBoxes& boxes, Desktop& desktop,
+            BackupSettings& settings, RunState& state, ScreenHooks& screens, StageHooks& stages);
 
   /// A whole run. Returns after the last stage. Yields.
   void RunBackup();
@@ -71,7 +74,10 @@ class BackupRun {
   std::string FromToOn() const;
   void ShowTotal();
 
-  Machine& machine_;
+  SystemParts& system_;
+  EventLoop& loop_;
+  MessageBoxes& boxes_;
+  Desktop& desktop_;
   BackupSettings& settings_;
   RunState& state_;
   ScreenHooks& screens_;

@@ -13,9 +13,9 @@ Engine::Engine(Machine& machine)
                 {.EngineIsFree = [this] { return EngineIsFree(); },
                  .RequestStart = [this] { RequestStart(); }}),
       list(machine.boxes, machine.desktop, settings.Entries),
-      backup(machine, settings, run, screens, stages),
+      backup(machine, machine.loop, machine.boxes, machine.desktop, settings, run, screens, stages),
       machine_(machine),
-      store_(machine, settings) {
+      store_(machine, machine.loop, machine.desktop, settings) {
   FillTicks();
 }
 

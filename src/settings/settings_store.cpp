@@ -26,8 +26,9 @@ DateTime MinuteOfText(const std::string& text) {
 
 }  // namespace
 
-SettingsStore::SettingsStore(Machine& machine, BackupSettings& settings)
-    : machine_(machine), settings_(settings) {}
+SettingsStore::SettingsStore(SystemParts& system, EventLoop& loop, Desktop& desktop,
+                             BackupSettings& settings)
+    : system_(system), loop_(loop), desktop_(desktop), settings_(settings) {}
 
 Path SettingsStore::SettingsPath() const {
   return settings_.DataFolder.Get() + kSettingsFile;
@@ -37,7 +38,7 @@ std::optional<std::string> SettingsStore::ReadProfileKey(const std::string& sect
                                                          const std::string& key) {
   PassedOver pass;
   std::string value;
-  pass.Step([&] { value = machine_.profiles.Read(section, key, "", kValueBuffer, path_); });
+  pass.Step([&] { value = system_.profiles.Read(section, key, "", kValueBuffer, path_); });
   if (value.empty()) return std::nullopt;
   return value;
 }
@@ -53,19 +54,18 @@ void SettingsStore::LoadSettings() {
   LoadMode();
   LoadTexts();
   LoadEntries();
-  settings_.LoadMinute = MinutePart(machine_.clock.Now());
+  settings_.LoadMinute = MinutePart(system_.clock.Now());
 }
 
 void SettingsStore::LoadDataFolder() {
   PassedOver pass;
   std::string folder;
   pass.Step([&] {
-    machine_.open_files.OpenInput(kPointerFileNumber,
-                                  machine_.files.ProgramFolder() + kPointerFile);
+    system_.open_files.OpenInput(kPointerFileNumber, system_.files.ProgramFolder() + kPointerFile);
   });
-  pass.Step([&] { folder = machine_.open_files.InputItem(kPointerFileNumber); });
+  pass.Step([&] { folder = system_.open_files.InputItem(kPointerFileNumber); });
   settings_.DataFolder = folder;
-  pass.Step([&] { machine_.open_files.Close(kPointerFileNumber); });
+  pass.Step([&] { system_.open_files.Close(kPointerFileNumber); });
 }
 
 void SettingsStore::LoadTime(const std::string& key, Property<std::string>& text, DateTime& time) {
@@ -156,7 +156,7 @@ bool SettingsStore::Write(const std::string& section, const std::string& key,
                           const std::string& value) {
   PassedOver pass;
   bool written = false;
-  pass.Step([&] { written = machine_.profiles.Write(section, key, value, path_); });
+  pass.Step([&] { written = system_.profiles.Write(section, key, value, path_); });
   return written;
 }
 
@@ -165,7 +165,7 @@ void SettingsStore::WriteFlag(const std::string& section, const std::string& key
 }
 
 void SettingsStore::SaveChanges() {
-  machine_.desktop.Pointer = PointerShape::kHourglass;
+  desktop_.Pointer = PointerShape::kHourglass;
   settings_.SaveMark = "1";
   path_ = SettingsPath();
   SaveSchedule();
@@ -173,8 +173,8 @@ void SettingsStore::SaveChanges() {
   SaveTexts();
   SaveEntries();
   PassedOver pass;
-  pass.Step([&] { machine_.profiles.Flush(path_); });
-  machine_.desktop.Pointer = PointerShape::kDefault;
+  pass.Step([&] { system_.profiles.Flush(path_); });
+  desktop_.Pointer = PointerShape::kDefault;
 }
 
 void SettingsStore::SaveTime(const std::string& key, const std::string& text, DateTime& time) {
@@ -223,7 +223,7 @@ void SettingsStore::SaveEntries() {
   for (std::size_t index = 0; index < settings_.Entries.Count(); ++index) {
     const bool written =
         Write("Entries", ToText(static_cast<std::int64_t>(index)), settings_.Entries.At(index));
-    if (!written) machine_.loop.Yield();
+    if (!written) loop_.Yield();
   }
 }
 

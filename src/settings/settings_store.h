@@ -4,8 +4,10 @@
 #include <optional>
 #include <string>
 
+#include "platform/system_parts.h"
 #include "settings/backup_settings.h"
-#include "ui/machine.h"
+#include "ui/event_loop.h"
+#include "ui/window.h"
 
 namespace tarnvale {
 
@@ -19,7 +21,7 @@ namespace tarnvale {
 /// written as 1.
 class SettingsStore {
  public:
-  SettingsStore(Machine& machine, BackupSettings& settings);
+  SettingsStore(SystemParts& system, EventLoop& loop, Desktop& desktop, BackupSettings& settings);
 
   /// Fills the record and appends the stored items to its list. Texts that the
   /// file doesn't hold become empty; flags and times that it doesn't hold stay.
@@ -51,7 +53,9 @@ class SettingsStore {
   void SaveTexts();
   void SaveEntries();
 
-  Machine& machine_;
+  SystemParts& system_;
+  EventLoop& loop_;
+  Desktop& desktop_;
   BackupSettings& settings_;
   Path path_;
 };

@@ -171,7 +171,7 @@ void FuzzSettings(std::span<const std::uint8_t> bytes) {
   machine.files.Write(machine.files.ProgramFolder() + "\\Data.txt", "C:\\Data");
   machine.files.Write("C:\\Data\\Tarnvale.ini", text);
   BackupSettings settings;
-  SettingsStore store(machine.Interfaces(), settings);
+  SettingsStore store(machine.Interfaces(), machine.loop, machine.desktop, settings);
   store.LoadSettings();
   Require(settings.DataFolder.Get() == "C:\\Data", "the data folder is another one");
   Require(machine.files.Content("C:\\Data\\Tarnvale.ini") == text, "a load wrote something");

@@ -66,7 +66,7 @@ class SettingsFixture : public ::testing::Test {
                       machine.random, machine.formats, machine.registry, machine.applications},
                      machine.Interfaces()};
   BackupSettings settings;
-  SettingsStore store{interfaces, settings};
+  SettingsStore store{interfaces, interfaces.loop, interfaces.desktop, settings};
 };
 
 }  // namespace tarnvale::testing

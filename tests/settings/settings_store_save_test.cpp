@@ -35,7 +35,9 @@ class SaveChangesTest : public SettingsFixture {
   }
 
   // What a start after this save finds.
-  void LoadInto(BackupSettings& loaded) { SettingsStore(interfaces, loaded).LoadSettings(); }
+  void LoadInto(BackupSettings& loaded) {
+    SettingsStore(interfaces, interfaces.loop, interfaces.desktop, loaded).LoadSettings();
+  }
 };
 
 TEST_F(SaveChangesTest, WritesTheWholeFileInItsOrder) {

@@ -113,7 +113,8 @@ class Checking {
  private:
   void Load() {
     QuietMachine machine(host_, host_.files, settings_file_);
-    SettingsStore store(machine.Parts(), settings_);
+    Machine& parts = machine.Parts();
+    SettingsStore store(parts, parts.loop, parts.desktop, settings_);
     store.LoadSettings();
     if (settings_file_.empty()) {
       if (settings_.DataFolder.Get().empty()) {
@@ -140,7 +141,9 @@ class Checking {
     QuietMachine machine(host_, files, settings_file_);
     ScreenHooks screens;
     StageHooks stages;
-    BackupRun run(machine.Parts(), settings_, state_, screens, stages);
+    Machine& parts = machine.Parts();
+    BackupRun run(parts, parts.loop, parts.boxes, parts.desktop, settings_, state_, screens,
+                  stages);
     run.Sync().OnCompared = [&](const ComparedFile& file) { check.OnCompared(file); };
     run.RunBackup();
   }
