@@ -26,7 +26,8 @@ class EventLoop {
   virtual void WaitPass() = 0;
 
   /// Serves events until Quit. Returns the code that Quit was given. The end of the
-  /// user's session is no event: the system ends the process, and nothing is saved or asked.
+  /// user's session is no event. A host that learns of it in time closes the first window as
+  /// its close box does and flushes the profiles; elsewhere the system just ends the process.
   virtual int Run() = 0;
   virtual void Quit(int code) = 0;
   /// Whether Quit was called. A wait for what may never come ends then.
