@@ -23,10 +23,15 @@ if(TARNVALE_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
-# Most of a file's compile time is its headers': several files of a room at once
+# Most of a file's compile time is its headers': several files of a target at once
 # take much less time than one after the other. For whole builds; after a change of
 # one line the debug preset, without this, is done sooner.
-option(TARNVALE_UNITY "Compile several source files of a room together" OFF)
+option(TARNVALE_UNITY "Compile several source files of a target together" OFF)
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
+if(NOT WIN32)
+  # There only the libraries: its headers bring names along that programs use.
+  set(CMAKE_UNITY_BUILD ${TARNVALE_UNITY})
+endif()
 
 # tarnvale_library(NAME SOURCES ... LINKS ...)
 function(tarnvale_library name)
@@ -34,13 +39,13 @@ function(tarnvale_library name)
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE tarnvale_flags)
-  set_target_properties(${name} PROPERTIES UNITY_BUILD ${TARNVALE_UNITY} UNITY_BUILD_BATCH_SIZE 8)
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ${TARNVALE_UNITY})
 endfunction()
 
 # Everything that the unit tests run: what the sanitizers' build makes.
 add_custom_target(unit_tests)
 
-# tarnvale_test(NAME SOURCES ... LINKS ...): a GoogleTest program whose tests
+# tarnvale_test(NAME SOURCES ... LINKS ...): a GoogleTest program whose suites
 # ctest lists one by one.
 function(tarnvale_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
@@ -59,7 +64,21 @@ function(tarnvale_test name)
     endif()
     return()
   endif()
-  gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
+  # One start for each suite: starting a program takes longer than most tests, and several
+  # times as long with the sanitizers.
+  set(suites ${CMAKE_CURRENT_BINARY_DIR}/${name}_suites.cmake)
+  add_custom_command(TARGET ${name} POST_BUILD BYPRODUCTS ${suites}
+    COMMAND ${CMAKE_COMMAND} -D PROGRAM=$<TARGET_FILE:${name}> -D SUITES=${suites}
+            -P ${PROJECT_SOURCE_DIR}/cmake/TarnvaleSuites.cmake VERBATIM)
+  file(CONFIGURE OUTPUT ${name}_tests.cmake @ONLY CONTENT [[
+if(EXISTS "@suites@")
+  include("@suites@")
+else()
+  add_test("@name@_NOT_BUILT" "@name@_NOT_BUILT")
+endif()
+]])
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES
+    ${CMAKE_CURRENT_BINARY_DIR}/${name}_tests.cmake)
 endfunction()
 
 # tarnvale_windows_program(NAME DESCRIPTION): gives the program version, icon and manifest,

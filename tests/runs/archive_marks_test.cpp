@@ -6,8 +6,6 @@
 namespace tarnvale::testing {
 namespace {
 
-constexpr std::int64_t kNoon = 1205496000;
-
 class ArchiveMarksTest : public RealRun {
  protected:
   ArchiveMarksTest() { engine.settings.BackupMode.Incremental = true; }

@@ -20,8 +20,6 @@
 
 namespace tarnvale::testing {
 
-inline constexpr std::int64_t kNoon = 1205496000;
-
 enum class Mode { kComplete, kIncremental, kSync };
 
 inline void Choose(BackupSettings& settings, Mode mode) {

@@ -17,8 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int64_t kNoon = 1205496000;
-
 // --- the model
 
 struct File {

@@ -44,7 +44,6 @@ TEST_F(NamesTest, NamesOutsideThePathLanguageHarmNoOther) {
 // --- names that come and go between the runs of one process
 
 TEST_F(NamesTest, ASyncFindsWhatCameSinceTheLastOne) {
-  constexpr std::int64_t kNoon = 1205496000;
   const auto write = [&](const std::string& path, const std::string& text, int time) {
     Write(path, text);
     SetModified(path, kNoon + time);

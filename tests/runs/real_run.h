@@ -25,6 +25,9 @@
 
 namespace tarnvale::testing {
 
+/// When files of the tests were changed, if nothing else is said.
+inline constexpr std::int64_t kNoon = 1205496000;
+
 /// The test machine's loop, but a wait for the real machine takes the real time and
 /// none of the test's.
 class RealWaits : public EventLoop {

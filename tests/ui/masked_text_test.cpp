@@ -8,7 +8,7 @@ namespace tarnvale::testing {
 namespace {
 
 /// "12:34|" is a text with its caret, "1[2:3]4" one with a part selected.
-std::string Drawn(const MaskedText& field) {
+std::string DrawnText(const MaskedText& field) {
   std::string drawn = field.text;
   if (field.selected == 0) return drawn.insert(field.caret, "|");
   return drawn.insert(field.caret + field.selected, "]").insert(field.caret, "[");
@@ -26,61 +26,61 @@ TEST(MaskedTextTest, DigitsOverwriteAndTheCaretSkipsTheColon) {
   MaskedText field = Time("00:00", 0);
   for (const auto& [typed, drawn] : {std::pair("1", "1|0:00"), {"7", "17:|00"}, {"3", "17:3|0"}}) {
     field.Type(typed);
-    EXPECT_EQ(Drawn(field), drawn);
+    EXPECT_EQ(DrawnText(field), drawn);
   }
   field.Type("45");
-  EXPECT_EQ(Drawn(field), "17:34|") << "nothing goes behind the last place";
+  EXPECT_EQ(DrawnText(field), "17:34|") << "nothing goes behind the last place";
 }
 
 TEST(MaskedTextTest, OfAPastedTextTheDigitsCount) {
   MaskedText field = Time("00:00", 0);
   field.Type("1x7-459");
-  EXPECT_EQ(Drawn(field), "17:45|");
+  EXPECT_EQ(DrawnText(field), "17:45|");
 }
 
 TEST(MaskedTextTest, TypingReplacesWhatIsSelected) {
   MaskedText field = Time("12:34", 1, 3);
   field.Type("9");
-  EXPECT_EQ(Drawn(field), "19:|04");
+  EXPECT_EQ(DrawnText(field), "19:|04");
 }
 
 TEST(MaskedTextTest, TheMasksOwnCharacterStepsOverItself) {
   MaskedText field = Time("12:34", 0);
   field.Type(":");
-  EXPECT_EQ(Drawn(field), "12:|34");
+  EXPECT_EQ(DrawnText(field), "12:|34");
 }
 
 TEST(MaskedTextTest, AnyOtherCharacterIsRefused) {
   for (const char* typed : {"x", "#", "\xC3\xA9"}) {
     MaskedText field = Time("12:34", 1, 3);
     field.Type(typed);
-    EXPECT_EQ(Drawn(field), "1[2:3]4") << typed;
+    EXPECT_EQ(DrawnText(field), "1[2:3]4") << typed;
   }
 }
 
 TEST(MaskedTextTest, ATextOfAnotherLengthIsPutIntoTheMaskFirst) {
   MaskedText field = Time("173", 0);
   field.Type("0");
-  EXPECT_EQ(Drawn(field), "0|7:30");
+  EXPECT_EQ(DrawnText(field), "0|7:30");
 }
 
 TEST(MaskedTextTest, ErasingLeavesZeros) {
   MaskedText next = Time("12:34", 2);
   next.Erase();
-  EXPECT_EQ(Drawn(next), "12|:04");
+  EXPECT_EQ(DrawnText(next), "12|:04");
   MaskedText part = Time("12:34", 1, 3);
   part.Erase();
-  EXPECT_EQ(Drawn(part), "1|0:04");
+  EXPECT_EQ(DrawnText(part), "1|0:04");
 }
 
 TEST(MaskedTextTest, ErasingBackTakesThePlaceBeforeTheCaret) {
   MaskedText field = Time("12:34", 3);
   field.EraseBack();
-  EXPECT_EQ(Drawn(field), "1|0:34");
+  EXPECT_EQ(DrawnText(field), "1|0:34");
   field.EraseBack();
-  EXPECT_EQ(Drawn(field), "|00:34");
+  EXPECT_EQ(DrawnText(field), "|00:34");
   field.EraseBack();
-  EXPECT_EQ(Drawn(field), "|00:34");
+  EXPECT_EQ(DrawnText(field), "|00:34");
 }
 
 }  // namespace

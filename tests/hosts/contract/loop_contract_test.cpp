@@ -15,7 +15,7 @@
 namespace tarnvale::testing {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 class LoopContract : public ::testing::Test {
@@ -30,40 +30,40 @@ TEST_F(LoopContract, TicksATimerNoEarlierThanItsInterval) {
   Timer timer(loop.Timers(), 30, true);
   int ticks = 0;
   timer.Tick.Listen([&] { ++ticks; });
-  const auto start = Clock::now();
+  const auto start = SteadyClock::now();
   ASSERT_TRUE(WaitFor([&] { return ticks == 1; }));
-  EXPECT_GE(Clock::now() - start, milliseconds(30));
+  EXPECT_GE(SteadyClock::now() - start, milliseconds(30));
 }
 
 // Had it to wait for the next whole tenth of a second, it would come after 190 ms. A busy
 // machine may be late now and then, but not each time.
 TEST_F(LoopContract, TicksATimerFirstRightAfterItsInterval) {
-  const auto passed = [] { return Clock::now().time_since_epoch() % milliseconds(100); };
-  auto soonest = Clock::duration::max();
+  const auto passed = [] { return SteadyClock::now().time_since_epoch() % milliseconds(100); };
+  auto soonest = SteadyClock::duration::max();
   for (int tries = 0; tries < 20 && soonest > milliseconds(150); ++tries) {
     ASSERT_TRUE(WaitFor([&] { return passed() > milliseconds(1) && passed() < milliseconds(20); }));
-    const auto start = Clock::now();
+    const auto start = SteadyClock::now();
     Timer timer(loop.Timers(), 100, true);
     bool has_ticked = false;
     timer.Tick.Listen([&] { has_ticked = true; });
     ASSERT_TRUE(WaitFor([&] { return has_ticked; }));
-    soonest = std::min(soonest, Clock::now() - start);
+    soonest = std::min(soonest, SteadyClock::now() - start);
   }
   EXPECT_LE(soonest, milliseconds(150));
 }
 
 TEST_F(LoopContract, TicksTimersOfWholeTenthsInOneMomentFromTheSecondTickOn) {
   Timer first(loop.Timers(), 100, true);
-  std::vector<Clock::time_point> moments;
-  first.Tick.Listen([&] { moments.push_back(Clock::now()); });
-  const auto start = Clock::now();
-  ASSERT_TRUE(WaitFor([&] { return Clock::now() - start > milliseconds(37); }));
+  std::vector<SteadyClock::time_point> moments;
+  first.Tick.Listen([&] { moments.push_back(SteadyClock::now()); });
+  const auto start = SteadyClock::now();
+  ASSERT_TRUE(WaitFor([&] { return SteadyClock::now() - start > milliseconds(37); }));
   Timer second(loop.Timers(), 200, true);
   int ticks = 0;
   second.Tick.Listen([&] {
     if (++ticks < 2) return;
     second.Enabled = false;
-    moments.push_back(Clock::now());
+    moments.push_back(SteadyClock::now());
   });
   moments.clear();
   ASSERT_TRUE(WaitFor([&] { return !second.Enabled && moments.size() >= 2; }));
@@ -81,8 +81,8 @@ TEST_F(LoopContract, NeverTicksATimerInsideItsOwnHandlerButOthersDo) {
   other.Tick.Listen([&] { others_inside += depth; });
   outer.Tick.Listen([&] {
     deepest = std::max(deepest, ++depth);
-    const auto start = Clock::now();
-    while (Clock::now() - start < milliseconds(80)) loop.Yield();
+    const auto start = SteadyClock::now();
+    while (SteadyClock::now() - start < milliseconds(80)) loop.Yield();
     --depth;
     done = true;
   });
@@ -107,9 +107,9 @@ TEST_F(LoopContract, AYieldSoonAfterAnotherCostsNoPass) {
   int jobs = 0;
   int posted = 0;
   loop.Yield();
-  const auto start = Clock::now();
+  const auto start = SteadyClock::now();
   int yields = 0;
-  while (Clock::now() - start < milliseconds(100)) {
+  while (SteadyClock::now() - start < milliseconds(100)) {
     // One waits all the time.
     if (jobs == posted) loop.Post([&, number = ++posted] { jobs = number; });
     loop.Yield();
@@ -121,9 +121,9 @@ TEST_F(LoopContract, AYieldSoonAfterAnotherCostsNoPass) {
 
 TEST_F(LoopContract, AWaitPassReturnsSoonWhenNothingHappens) {
   ASSERT_TRUE(WaitFor([] { return true; }));
-  const auto start = Clock::now();
+  const auto start = SteadyClock::now();
   loop.WaitPass();
-  EXPECT_LT(Clock::now() - start, milliseconds(500));
+  EXPECT_LT(SteadyClock::now() - start, milliseconds(500));
 }
 
 TEST_F(LoopContract, ReportsAFaultOfAPostedJobAndGoesOn) {
@@ -150,9 +150,9 @@ TEST_F(LoopContract, AYieldEndsAndTimersTickWhileJobsKeepComing) {
     if (goes_on) loop.Post(job);
   };
   loop.Post(job);
-  const auto start = Clock::now();
+  const auto start = SteadyClock::now();
   while (ticks < 3) {
-    ASSERT_LT(Clock::now() - start, std::chrono::seconds(10));
+    ASSERT_LT(SteadyClock::now() - start, std::chrono::seconds(10));
     loop.Yield();
   }
   goes_on = false;

@@ -14,10 +14,6 @@ namespace {
 using std::chrono::milliseconds;
 using ::testing::ElementsAre;
 
-constexpr int kLimitSeconds = 1;
-constexpr const char* kGet = R"(GET "a" "C:\Data\a")";
-constexpr const char* kPut = R"(PUT "C:\Data\a" "a")";
-
 // A transfer up to its data.
 void BeginTransfer(Talk& talk) {
   talk.LogIn();

@@ -22,9 +22,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Matcher;
 
-constexpr int kLimitSeconds = 1;
-constexpr const char* kGet = R"(GET "a" "C:\Data\a")";
-constexpr const char* kPut = R"(PUT "C:\Data\a" "a")";
 // What a busy machine adds to a limit.
 constexpr double kLateSeconds = 1.0;
 

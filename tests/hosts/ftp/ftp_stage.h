@@ -22,6 +22,11 @@ namespace tarnvale::testing {
 #define SKIP_ON_WININET(reason) static_cast<void>(0)
 #endif
 
+/// The limit of most tests, and the commands of their transfers.
+inline constexpr int kLimitSeconds = 1;
+inline constexpr const char* kGet = R"(GET "a" "C:\Data\a")";
+inline constexpr const char* kPut = R"(PUT "C:\Data\a" "a")";
+
 /// How a command went.
 struct FtpRun {
   std::vector<int> states;
