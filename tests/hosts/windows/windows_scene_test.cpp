@@ -295,6 +295,24 @@ TEST_F(WindowsScene, TheFrameOfAFocusedLinkLeavesItsTextAlone) {
     EXPECT_EQ(plain[x + 1], empty);
   }
   EXPECT_EQ(sides, 2U);
+  // Each row of the text lies within the frame.
+  std::vector<LONG> text_rows;
+  std::vector<LONG> frame_rows;
+  for (LONG y = area.top; y < area.bottom; ++y) {
+    const auto row = static_cast<std::size_t>(y - area.top);
+    bool has_text = false;
+    std::size_t dots = 0;
+    for (std::size_t x = 0; x < plain.size(); ++x) {
+      has_text = has_text || plain[x][row] != palette::kGround;
+      dots += ColorAt(static_cast<LONG>(x), y) != plain[x][row] ? 1U : 0U;
+    }
+    if (has_text) text_rows.push_back(y);
+    if (dots > 2) frame_rows.push_back(y);
+  }
+  ASSERT_FALSE(text_rows.empty());
+  ASSERT_EQ(frame_rows.size(), 2U);
+  EXPECT_LT(frame_rows.front(), text_rows.front());
+  EXPECT_GT(frame_rows.back(), text_rows.back());
 }
 
 TEST_F(WindowsScene, TicksAndOptionsFollowBothWays) {

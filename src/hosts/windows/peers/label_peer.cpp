@@ -133,8 +133,8 @@ void LabelPeer::Paint(Surface& surface) {
   ::DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, Format());
   if (!IsLink() || !HasFocus()) return;
   RECT ring{0, 0, area.right - area.left, 0};
-  ::DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &ring, Format() | DT_CALCRECT);
-  // One that is centred may have been measured from above the corner.
+  ::DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &ring,
+              (Format() | DT_CALCRECT) & ~UINT{DT_VCENTER});
   const LONG height = std::min(ring.bottom - ring.top, area.bottom - area.top);
   const LONG top = IsBlock() ? area.top : area.top + (area.bottom - area.top - height) / 2;
   const LONG gap = context_.ToDevice(kRingGap);
