@@ -15,7 +15,7 @@ namespace tarnvale {
 namespace {
 
 // Should the name be that of a pipe, opening it doesn't wait.
-constexpr int kOpenFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+constexpr int kFileFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 // `size` bytes, or fewer where the file ends earlier.
 ByteBuffer ReadFrom(int file, std::size_t size) {
@@ -46,7 +46,7 @@ Path PathOfNative(const NativeHost& host, const std::string& given) {
 }
 
 WholeFile ReadWholeFile(const std::string& native, std::int64_t most_bytes) {
-  const Descriptor file = OpenByOwnLinks(AT_FDCWD, native, kOpenFlags);
+  const Descriptor file = OpenByOwnLinks(AT_FDCWD, native, kFileFlags);
   struct stat info {};
   if (!file || ::fstat(file.Get(), &info) != 0) throw SystemError();
   if (S_ISDIR(info.st_mode)) throw SystemError("is a folder");
