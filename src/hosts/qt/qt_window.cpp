@@ -9,6 +9,7 @@
 
 #include <algorithm>
 
+#include "hosts/qt/peers/accessible.h"
 #include "hosts/qt/peers/peer_factory.h"
 #include "hosts/qt/peers/picture_box_peer.h"
 #include "hosts/qt/qt_look.h"
@@ -86,6 +87,7 @@ QtWindow::QtWindow(PeerContext& context, Window& record, Desktop& desktop)
 }
 
 QtWindow::~QtWindow() {
+  SilenceControls(*this);
   hide();
   delete client_;
 }

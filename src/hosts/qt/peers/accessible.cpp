@@ -7,6 +7,8 @@
 namespace tarnvale {
 namespace {
 
+constexpr const char* kGoing = "tarnvale_going";
+
 class SelfDrawnAccessible final : public QAccessibleWidget, public QAccessibleValueInterface {
  public:
   SelfDrawnAccessible(QWidget* widget, AccessibleSource& source)
@@ -122,7 +124,15 @@ void NotifyStars(QAccessibleEvent& event) {
   }
 }
 
+// Of a control in a window that is going: its record, which its interface would look at, may
+// have gone.
+bool IsLate(const QAccessibleEvent& event) {
+  const auto* widget = qobject_cast<QWidget*>(event.object());
+  return widget != nullptr && !widget->isWindow() && widget->window()->property(kGoing).toBool();
+}
+
 void HandleUpdate(QAccessibleEvent* event) {
+  if (IsLate(*event)) return;
   if (HidesItsText(*event)) {
     NotifyStars(*event);
   } else {
@@ -135,6 +145,10 @@ void HandleUpdate(QAccessibleEvent* event) {
 void InstallAccessibility() {
   QAccessible::installFactory(MakeAccessible);
   QAccessible::installUpdateHandler(HandleUpdate);
+}
+
+void SilenceControls(QWidget& window) {
+  window.setProperty(kGoing, true);
 }
 
 void NotifyReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now) {

@@ -26,6 +26,10 @@ class AccessibleSource {
 /// holds but its length. Once, after the QApplication was made.
 void InstallAccessibility();
 
+/// Reports nothing any more of the controls of a window that is going. Their records may
+/// have gone, and readers would look at these.
+void SilenceControls(QWidget& window);
+
 /// Reports to a screen reader that listens what has changed in a widget's state.
 void NotifyReaders(QWidget& widget, const AccessibleState& before, const AccessibleState& now);
 
