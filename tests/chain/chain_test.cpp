@@ -45,12 +45,12 @@ constexpr std::chrono::seconds kFirstLook{59};
 constexpr std::chrono::seconds kPauseBeforeCopy{9};
 
 // A start in these seconds of a minute has the first look well within a minute,
-// and the copy in the same one. So a minute matches once: two looks in one would
-// be two runs.
+// and the copy in the same one, even if the program takes 20 seconds to come up. So a
+// minute matches once: two looks in one would be two runs.
 constexpr int kFirstSecondToStart = 4;
-constexpr int kLastSecondToStart = 40;
+constexpr int kLastSecondToStart = 30;
 
-constexpr std::chrono::seconds kPatience{30};
+constexpr std::chrono::seconds kPatience{60};
 
 std::string Formatted(const char* format, std::time_t moment) {
   std::tm parts{};

@@ -7,8 +7,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <thread>
 
 #include "tests/hosts/contract/native_files.h"
 
@@ -35,7 +38,16 @@ int RunToEnd(const std::vector<std::string>& command) {
   const pid_t process = ::fork();
   if (process == 0) Become(command);
   int status = -1;
-  ::waitpid(process, &status, 0);
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+  while (::waitpid(process, &status, WNOHANG) == 0) {
+    if (std::chrono::steady_clock::now() > limit) {
+      std::fprintf(stderr, "%s doesn't end\n", command.back().c_str());
+      ::kill(process, SIGKILL);
+      ::waitpid(process, &status, 0);
+      break;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 

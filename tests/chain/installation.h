@@ -11,7 +11,8 @@
 
 namespace tarnvale::testing {
 
-/// Runs a program to its end; returns its exit status, -1 when it had none.
+/// Runs a program to its end, which comes within a minute; returns its exit status, -1 when
+/// it had none.
 int RunToEnd(const std::vector<std::string>& command);
 
 /// How the programs of a system are called here.

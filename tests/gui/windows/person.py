@@ -8,6 +8,7 @@ import os
 import shutil
 import subprocess
 import tempfile
+import threading
 import time
 from pathlib import Path
 
@@ -64,15 +65,21 @@ class Person:
     def _ask(self, question):
         self.probe.stdin.write(question.encode() + b"\n")
         self.probe.stdin.flush()
-        answers = []
-        while True:
-            line = self.probe.stdout.readline()
-            if not line:
-                raise RuntimeError("the probe has ended")
-            line = line.decode(errors="replace").rstrip("\r\n")
-            if line == ".":
-                return answers
-            answers.append(line.split("\t"))
+        # A probe that hangs is ended, and with it the reading below.
+        limit = threading.Timer(60, self.probe.kill)
+        limit.start()
+        try:
+            answers = []
+            while True:
+                line = self.probe.stdout.readline()
+                if not line:
+                    raise RuntimeError(f"the probe has ended, or doesn't answer: {question}")
+                line = line.decode(errors="replace").rstrip("\r\n")
+                if line == ".":
+                    return answers
+                answers.append(line.split("\t"))
+        finally:
+            limit.cancel()
 
     def look(self):
         self.windows, self.fields, lists = [], [], {}
