@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
 
 namespace tarnvale {
 namespace {
@@ -23,20 +25,17 @@ void Increment(std::string& digits) {
   digits.insert(digits.begin(), '1');
 }
 
-// `value`, at least 0, in hundredths, without leading zeros beyond three digits.
+// `value`, at least 0, in hundredths, without leading zeros beyond three digits. Not by
+// `std::to_chars`, which would bring 174 KB of tables into each program for Windows.
 std::string Hundredths(double value) {
-  // "d.dddddddddddddde+xx"
+  // "d.dddddddddddddde+xx", with the decimal mark of the process's locale.
   std::array<char, 64> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
-                                 std::chars_format::scientific, kSignificantDigits - 1)
-                       .ptr;
-  const std::string_view scientific(text.data(), static_cast<std::size_t>(end - text.data()));
-  const auto e = scientific.find('e');
-  int exponent = 0;
-  const char* exponent_start = scientific.data() + e + (scientific[e + 1] == '+' ? 2 : 1);
-  std::from_chars(exponent_start, end, exponent);
-  std::string digits(1, scientific[0]);
-  digits += scientific.substr(2, e - 2);
+  std::snprintf(text.data(), text.size(), "%.*e", kSignificantDigits - 1, value);
+  const char* const begin = text.data();
+  const char* const e = std::find(begin, begin + text.size(), 'e');
+  std::string digits;
+  std::copy_if(begin, e, std::back_inserter(digits), [](char c) { return c >= '0' && c <= '9'; });
+  const int exponent = std::atoi(e + 1);
   // The digits in front of the second decimal's end.
   const int kept = exponent + 3;
   if (kept < 0) return "000";
