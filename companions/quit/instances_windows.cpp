@@ -65,14 +65,6 @@ bool IsOfThisUser(HANDLE process) {
   return one != nullptr && other != nullptr && ::EqualSid(one, other) != 0;
 }
 
-// The very file, however a path leads there.
-bool AreOneFile(const std::wstring& one, const std::wstring& other) {
-  const Handle first = OpenForHolding(one, Links::kFollow);
-  const Handle second = OpenForHolding(other, Links::kFollow);
-  const auto number = first ? NumberOf(first.Get()) : std::nullopt;
-  return number && second && number == NumberOf(second.Get());
-}
-
 BOOL CALLBACK CloseIfOf(HWND window, LPARAM process_number) {
   DWORD owner = 0;
   ::GetWindowThreadProcessId(window, &owner);

@@ -134,6 +134,12 @@ bool AreSame(HANDLE a, const std::wstring& native_a, HANDLE b, const std::wstrin
   return number_a == number_b && MayBeOneMedium(NativeFolderOf(native_a), NativeFolderOf(native_b));
 }
 
+bool AreOneFile(const std::wstring& native, const std::wstring& other) {
+  const Handle one = OpenToAsk(native, Links::kFollow);
+  const Handle two = OpenToAsk(other, Links::kFollow);
+  return one && two && AreSame(one.Get(), native, two.Get(), other);
+}
+
 FILETIME FileTimeOf(std::uint64_t modified) {
   return {static_cast<DWORD>(modified), static_cast<DWORD>(modified >> 32U)};
 }

@@ -69,6 +69,9 @@ std::optional<FileNumber> NumberOf(HANDLE file);
 /// that is so if their paths are.
 bool AreSame(HANDLE a, const std::wstring& native_a, HANDLE b, const std::wstring& native_b);
 
+/// As AreSame, of what these native paths lead to. False where it can't be looked at.
+bool AreOneFile(const std::wstring& native, const std::wstring& other);
+
 FILETIME FileTimeOf(std::uint64_t modified);
 
 std::int64_t SecondsSince1970(std::uint64_t modified);

@@ -28,12 +28,6 @@ bool SameState(const FileState& a, const FileState& b) {
   return a.size_bytes == b.size_bytes && a.modified == b.modified;
 }
 
-bool AreOneFile(const std::wstring& a, const std::wstring& b) {
-  const Handle one = OpenToAsk(a, Links::kFollow);
-  const Handle two = OpenToAsk(b, Links::kFollow);
-  return one && two && AreSame(one.Get(), a, two.Get(), b);
-}
-
 bool HaveSameBytes(HANDLE a, HANDLE b) {
   std::vector<char> bytes_a(65536);
   std::vector<char> bytes_b(bytes_a.size());

@@ -1,12 +1,15 @@
 // The companion that ends the program of its own folder, run as it is installed.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "companions/quit/instances.h"
 #include "hosts/windows/handle.h"
+#include "tests/hosts/windows/scripted_system.h"
 #include "tests/hosts/windows/temporary_folder.h"
 
 namespace tarnvale::testing {
@@ -113,6 +116,26 @@ TEST_F(QuitTest, AnotherProgramOfTheFolderLivesOn) {
   const HANDLE other = Start(installed / "Tools", L"deaf");
   EXPECT_EQ(Quit(installed), 0U);
   EXPECT_FALSE(EndOf(other, 0));
+}
+
+// As some drives of networks are.
+TEST_F(QuitTest, OnAMediumWithoutFileNumbersAnInstanceIsKnownByItsPath) {
+  const fs::path installed = Install("Program");
+  Start(installed, L"deaf");
+  Start(Install("Other"), L"deaf");
+  const std::wstring quit = (installed / "Quit.exe").make_preferred().wstring();
+  const Scripted own("GetModuleFileNameW", &::GetModuleFileNameW,
+                     [&quit](auto, HMODULE, LPWSTR file, DWORD) {
+                       std::copy_n(quit.c_str(), quit.size() + 1, file);
+                       return static_cast<DWORD>(quit.size());
+                     });
+  const Scripted numbers("GetFileInformationByHandle", &::GetFileInformationByHandle,
+                         [](auto real, HANDLE file, LPBY_HANDLE_FILE_INFORMATION information) {
+                           const BOOL result = real(file, information);
+                           information->nFileIndexHigh = information->nFileIndexLow = 0;
+                           return result;
+                         });
+  EXPECT_EQ(FindInstances().size(), 1U);
 }
 
 }  // namespace

@@ -1,4 +1,9 @@
 #include <gmock/gmock.h>
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <algorithm>
 
 #include "tests/hosts/windows/scripted_system.h"
 #include "tests/hosts/windows/windows_stage.h"
@@ -38,6 +43,24 @@ TEST_F(WindowsProcessesTest, AProgramThatIsCarriedAboutKeepsItsNotesBesideItself
               EndsWith("\\AppData\\Local\\Tarnvale"));
   std::filesystem::create_directory(notes);
   EXPECT_EQ(DefaultStateFolder(program.wstring()), notes.wstring());
+}
+
+// The classic paths lead to the data of the others, by the system's own links.
+TEST_F(WindowsProcessesTest, OnlyTheNewerOperaHasAPlaceOfItsOwn) {
+  const std::wstring roaming = Native("Roaming").make_preferred().wstring();
+  std::filesystem::create_directory(roaming);
+  const Scripted asked("SHGetFolderPathW", &::SHGetFolderPathW,
+                       [&roaming](auto, HWND, int which, HANDLE, DWORD, LPWSTR folder) -> HRESULT {
+                         EXPECT_EQ(which, CSIDL_APPDATA);
+                         std::copy_n(roaming.c_str(), roaming.size() + 1, folder);
+                         return S_OK;
+                       });
+  ApplicationFolders& applications = Host().applications;
+  EXPECT_EQ(applications.DataFolder(Application::kOpera), std::nullopt);
+  std::filesystem::create_directory(roaming + L"\\Opera Software");
+  EXPECT_EQ(applications.DataFolder(Application::kOpera), Narrow(roaming) + "\\Opera Software");
+  EXPECT_EQ(applications.DataFolder(Application::kFirefox), std::nullopt);
+  EXPECT_EQ(applications.DataFolder(Application::kThunderbird), std::nullopt);
 }
 
 TEST_F(WindowsProcessesTest, ACommandLineIsStartedAsItIs) {

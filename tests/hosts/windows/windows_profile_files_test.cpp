@@ -62,21 +62,42 @@ TEST_F(WindowsProfileTest, WhatTheCodePageLacksTurnsTheFileIntoUtf8) {
 }
 
 TEST_F(WindowsProfileTest, ReadsWhatTheSystemsOwnCallsRead) {
-  Write("t.ini",
-        "; comment\r\n[When]\r\nAlwaysAt=12:00\r\n  Each = 1 \r\nQuoted=\"a b\"\r\nSingle='c'\r\n"
-        "Empty=\r\nEqual=a=b\r\n;off=1\r\n[Log]\r\nSave=True\r\n\r\n[when]\r\nLater=1\r\n");
-  for (const auto& [section, key] :
-       std::vector<std::pair<std::string, std::string>>{{"When", "AlwaysAt"},
-                                                        {"WHEN", "alwaysat"},
-                                                        {"When", "Each"},
-                                                        {"When", "Quoted"},
-                                                        {"When", "Single"},
-                                                        {"When", "Empty"},
-                                                        {"When", "Equal"},
-                                                        {"When", "missing"},
-                                                        {"Log", "Save"},
-                                                        {"None", "x"}}) {
-    EXPECT_EQ(Read(section, key), NativeRead(section, key)) << section << " " << key;
+  Write(
+      "t.ini",
+      "Before=1\r\n; comment\r\n[When]\r\nAlwaysAt=12:00\r\n  Each = 1 \r\nQuoted=\"a b\"\r\n"
+      "Single='c'\r\nBlanks=\"  d \"\r\nOpen=\"e\r\nMixed='f\"\r\nNone\r\nBehind=1 ; g\r\n"
+      "Empty=\r\nEqual=a=b\r\nTwice=1\r\ntwice=2\r\nTab\t=\th\t\r\n;off=1\r\n[Log]\r\nSave=True\r\n"
+      "\r\n[when]\r\nLater=1\r\n [Set up] x\r\nWizard=1\r\nLong=" +
+          std::string(300, 'x') + "\r\nLast=\xE4");
+  for (const auto& [section, keys] : std::vector<std::pair<std::string, std::vector<std::string>>>{
+           {"When",
+            {"AlwaysAt", "Each", "Quoted", "Single", "Blanks", "Open", "Mixed", "None", "Behind",
+             "Empty", "Equal", "Twice", "Tab", "off", "Before", "Later", "missing"}},
+           {"WHEN", {"alwaysat"}},
+           {"Log", {"Save"}},
+           {"Set up", {"Wizard", "Long"}},
+           {"None", {"x"}}}) {
+    for (const std::string& key : keys) {
+      EXPECT_EQ(Read(section, key), NativeRead(section, key)) << section << " " << key;
+    }
+  }
+  EXPECT_EQ(Read("Set up", "Last"), "\xC3\xA4");
+  EXPECT_EQ(NativeRead("Set up", "Last"), "\xE4");
+}
+
+TEST_F(WindowsProfileTest, WritesWhatTheSystemsOwnCallsWrite) {
+  const std::vector<std::array<std::string, 3>> writes{
+      {"When", "Each", "02:00"}, {"WHEN", "alwaysat", "13:00"}, {"When", "Days", "127"},
+      {"Log", "Save", ""},       {"New", "key", "a=b"},         {"Log", "Save", "\"x\" "}};
+  for (const std::string& before :
+       {std::string(),
+        std::string("; c\r\n[When]\r\nAlwaysAt=12:00\r\nEach=1\r\n[Log]\r\nb=1\r\n")}) {
+    Write("t.ini", before);
+    for (const auto& [section, key, value] : writes) NativeWrite(section, key, value);
+    const std::string native = Content("t.ini");
+    Write("t.ini", before);
+    for (const auto& [section, key, value] : writes) EXPECT_TRUE(Save(section, key, value));
+    EXPECT_EQ(Content("t.ini"), native);
   }
 }
 
