@@ -6,9 +6,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "base/date_time.h"
 #include "tests/reliability/checks.h"
 #include "tests/reliability/operations.h"
 #include "tests/support/fake_clock.h"
@@ -45,24 +47,34 @@ class Soak {
       : program_(SurroundingsIn(work_.Path()), [](const std::string&) {}),
         main_window_(program_.Parts().form) {
     LayOutDrive(Drive());
+    // Noon comes when nothing else happens.
+    program_.Clock().SetTime("11:15");
     program_.Do([&] { program_.Parts().Start(); });
     BackupSettings& settings = program_.Parts().engine.settings;
     settings.DataFolder = "C:\\Data";
-    settings.ScheduleAt = true;
-    settings.AlwaysAtText = "12:00";
-    settings.AlwaysAtTime = MakeTime({12, 0, 0});
+    auto& began = program_.Parts().engine.stages.FollowCopy;
+    began = [this, was_set = began] {
+      was_set();
+      if (!is_by_hand_) scheduled_.push_back(program_.Clock().Now());
+    };
+    Schedule();
   }
 
   // All operations, then all windows and screens, and the rest of it nothing.
   Held Hour() {
-    const auto end = program_.Clock().Uptime() + 1h;
+    // Waiting for the medium takes some of the program's time: no hour is the later for it.
+    end_ += 1h;
     fs::remove_all(Drive());
     LayOutDrive(Drive());
     program_.Parts().engine.settings.AutoCompress = false;
     for (const Operation& operation : AllOperations()) {
+      is_by_hand_ = true;
       operation.work(program_);
+      is_by_hand_ = false;
       program_.Loop().Advance(10s);
     }
+    // One of them has brought other settings.
+    Schedule();
     Form1& form = program_.Parts().form;
     for (Label* const link :
          {&form.Label34, &form.Label42, &form.Label56, &form.Label46, &form.Label41, &form.Label36,
@@ -72,10 +84,10 @@ class Soak {
       CloseAll();
       program_.Loop().Advance(1s);
     }
-    program_.Loop().Advance(end - 30min - program_.Clock().Uptime());
+    program_.Loop().Advance(end_ - 30min - program_.Clock().Uptime());
     Held held;
     held.ticks = -Handled();
-    program_.Loop().Advance(end - program_.Clock().Uptime());
+    program_.Loop().Advance(end_ - program_.Clock().Uptime());
     held.ticks += Handled();
     held.windows = static_cast<std::int64_t>(program_.Windows().Adopted().size());
     held.descriptors = CountIn("/proc/self/fd");
@@ -84,7 +96,18 @@ class Soak {
     return held;
   }
 
+  /// When the runs began that nobody started.
+  const std::vector<DateTime>& Scheduled() const { return scheduled_; }
+
  private:
+  void Schedule() {
+    BackupSettings& settings = program_.Parts().engine.settings;
+    settings.EveryDay = true;
+    settings.ScheduleAt = true;
+    settings.AlwaysAtText = "12:00";
+    settings.AlwaysAtTime = MakeTime({12, 0, 0});
+  }
+
   fs::path Drive() const { return work_.Path() / "drive"; }
 
   void CloseAll() {
@@ -103,6 +126,9 @@ class Soak {
   WorkFolder work_;
   WholeProgram program_;
   Window& main_window_;
+  std::chrono::nanoseconds end_ = program_.Clock().Uptime();
+  bool is_by_hand_ = false;
+  std::vector<DateTime> scheduled_;
 };
 
 void Compare(const char* what, std::int64_t first, std::int64_t last, std::int64_t most,
@@ -112,6 +138,20 @@ void Compare(const char* what, std::int64_t first, std::int64_t last, std::int64
   if (last - first > most || first - last > most) {
     findings.Add(std::string(what) + " didn't stay what it was");
   }
+}
+
+// A run at each noon, and none at another time.
+void CheckScheduled(const std::vector<DateTime>& scheduled, int hours, Findings& findings) {
+  std::set<DateTime> days;
+  for (const DateTime began : scheduled) {
+    const double minutes = (TimePart(began) - MakeTime({12, 0, 0})) * 24 * 60;
+    if (minutes < 0 || minutes > 2) findings.Add("a scheduled run began at another time than noon");
+    days.insert(DatePart(began));
+  }
+  const auto noons = static_cast<std::size_t>((hours + 23) / 24);
+  std::printf("soak: %zu scheduled runs at %zu of %zu noons\n", scheduled.size(), days.size(),
+              noons);
+  if (days.size() != noons) findings.Add("a scheduled run is missing, or there is one too many");
 }
 
 }  // namespace
@@ -137,6 +177,7 @@ int CheckSoak(int hours) {
   Compare("windows", first.windows, last.windows, 0, findings);
   Compare("descriptors", first.descriptors, last.descriptors, 0, findings);
   Compare("threads", first.threads, last.threads, 0, findings);
+  CheckScheduled(soak.Scheduled(), hours, findings);
   std::printf("soak: %d hours, %d failures\n", hours, findings.Count());
   return findings.Count();
 }
