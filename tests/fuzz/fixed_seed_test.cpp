@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -92,6 +93,37 @@ TEST(FixedSeedTest, AnyMailServerGetsTheMailOrItsBeginning) {
   const Bytes floods{3, 3, 255, 3, 255, 11, 255, 3, 3, 255, 3, 255, 3, 255};
   RunSeeds({greets_and_ends, resets_late, floods, BytesOf("\2\4\6hello \1\14\4more\3\4\1x")}, 1500,
            FuzzMailServer);
+}
+
+// Texts as a script has them.
+Bytes Said(Bytes bytes, const std::vector<std::string_view>& texts) {
+  for (const std::string_view text : texts) {
+    bytes.push_back(static_cast<std::uint8_t>(text.size()));
+    bytes.insert(bytes.end(), text.begin(), text.end());
+  }
+  return bytes;
+}
+
+TEST(FixedSeedTest, AnyNameIsSplitAndAnyPartsAreJoined) {
+  const std::string_view content = "what is cut into parts of some bytes each";
+  std::vector<Bytes> seeds;
+  for (const std::uint8_t damage : {0, 1, 10, 19, 12, 5}) {
+    Bytes seed = Said({}, {"file.tvz"});
+    const Bytes sizes{9, 0, damage};
+    seed.insert(seed.end(), sizes.begin(), sizes.end());
+    seeds.push_back(Said(seed, {"FILE.tvz.002", content, content}));
+  }
+  RunSeeds(seeds, 500, FuzzParts);
+}
+
+TEST(FixedSeedTest, AnyPathFromADialogChangesNoMoreThanWasChosen) {
+  std::vector<Bytes> seeds;
+  for (const std::uint8_t command : {0, 1, 2, 3, 4, 5}) {
+    seeds.push_back(Said({command}, {"C:\\Archives\\Tree.tvz", "C:\\Out"}));
+    seeds.push_back(Said({command}, {"C:\\Tree", "C:\\Archives\\new.tvz"}));
+    seeds.push_back(Said({command}, {"\\..\\outside", "D:\\x\\*.*"}));
+  }
+  RunSeeds(seeds, 200, FuzzDialogs);
 }
 
 TEST(FixedSeedTest, AnyFtpServerLeavesTheOldFileOrSendsTheNewOne) {

@@ -5,13 +5,11 @@
 #include <string>
 
 #include "codec/archive.h"
-#include "hosts/linux/linux_host.h"
 #include "platform/profile_text.h"
 #include "settings/settings_store.h"
 #include "tests/codec/codec_under_test.h"
 #include "tests/fuzz/fuzz_script.h"
-#include "tests/hosts/contract/native_files.h"
-#include "tests/hosts/contract/temporary_folder.h"
+#include "tests/fuzz/real_drive.h"
 #include "tests/support/fake_machine.h"
 #include "transfer/frm_winsock.h"
 
@@ -123,12 +121,6 @@ std::string TakeLine(std::string& text) {
   text.erase(0, end + 1);
   return line;
 }
-
-// A drive of its own.
-struct RealDrive {
-  TemporaryFolder folder;
-  LinuxHost host{{.root = folder / "drive", .state_folder = folder / "state", .locale_name = "C"}};
-};
 
 }  // namespace
 

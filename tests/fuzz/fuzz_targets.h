@@ -28,6 +28,16 @@ void FuzzSettings(std::span<const std::uint8_t> bytes);
 /// mail or the beginning of it, and it keeps no more than it is allowed.
 void FuzzMailServer(std::span<const std::uint8_t> bytes);
 
+/// Splits a file of any name, lets others into the folder of its parts, and joins what a name
+/// from outside says, on the real host: the parts are the file, what is joined is its parts, and
+/// nothing else changes.
+void FuzzParts(std::span<const std::uint8_t> bytes);
+
+/// Packs, unpacks, lists, splits and joins, as the first byte says, where the dialogs give back
+/// any paths, on the real host: no more files change than were chosen, nothing outside the drive
+/// does, and no temporary is left.
+void FuzzDialogs(std::span<const std::uint8_t> bytes);
+
 /// Lists, uploads or downloads, as the first byte says, at a server on the loopback that
 /// answers and sends the others, and hangs up behind them: each command ends once, with a
 /// number where it failed, and a file stays as it was unless the new one arrived.
