@@ -59,7 +59,8 @@ class FtpSession {
 
  protected:
   /// `listener` is called from the loop until the session is dropped, which must be before
-  /// the loop goes. kError and kResponseCompleted end a request.
+  /// the loop goes. kError and kResponseCompleted end a request, kTransferConnectionAborted
+  /// the session with it.
   FtpSession(FtpLogin login, Listener listener)
       : login_(std::move(login)), listener_(std::move(listener)) {}
 

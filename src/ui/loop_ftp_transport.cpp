@@ -115,7 +115,7 @@ void LoopFtpTransport::OnState(TransportState state, std::int32_t code) {
       state = TransportState::kError;
       code = TransferErrorOf(error, verb_);
     }
-    if (verb_ == FtpVerb::kClose) DropSession();
+    if (verb_ == FtpVerb::kClose || code == kTransferConnectionAborted) DropSession();
     if (state == TransportState::kError) response_code_ = code;
     busy_ = false;
   }

@@ -21,6 +21,11 @@ namespace {
 
 // WinINet fills what it reads into: so much must come within the longest silence.
 constexpr std::size_t kBufferBytes = 16384;
+// How long a call may go on in a connection that is given up before its handle is taken from it.
+constexpr std::chrono::milliseconds kGrace{500};
+// A login is left to itself for longer: Wine's WinINet, which ends one after 30 s of silence,
+// frees its session twice when it loses the handle meanwhile.
+constexpr std::chrono::seconds kLoginGrace{60};
 
 std::chrono::nanoseconds Now() {
   return WindowsClock().Uptime();
@@ -133,15 +138,17 @@ void InetFtpSession::Drop() {
   const std::lock_guard lock(lock_);
   dropped_ = true;
   request = std::exchange(request_, {});
-  BreakOff();
   ::SetEvent(changed_.Get());
+  if (inet_ == nullptr) return;
+  StartThread([self = shared_from_this()] { self->BreakOff(); });
 }
 
-// Closing a handle may wait for the server itself.
+// The thread closes the handle as soon as its call returns; only a call that waits for the
+// server has it closed beneath it. That may wait for the server, too.
 void InetFtpSession::BreakOff() {
-  InetHandle inet = std::exchange(inet_, nullptr);
-  if (inet == nullptr) return;
-  StartThread([self = shared_from_this(), inet] { ::InternetCloseHandle(inet); });
+  WaitForEnd(kGrace);
+  if (is_connecting_) WaitForEnd(kLoginGrace);
+  CloseConnection();
 }
 
 bool InetFtpSession::WaitForEnd(std::chrono::milliseconds most) {
@@ -198,7 +205,6 @@ InetFtpSession::Failure InetFtpSession::Perform() {
 InetFtpSession::Failure InetFtpSession::Connect() {
   heard_ = awaits_reply_ = false;
   replies_ = 0;
-  is_sent_away_ = false;
   InetHandle inet = ::InternetOpenW(L"Tarnvale", INTERNET_OPEN_TYPE_DIRECT, nullptr, nullptr, 0);
   if (inet == nullptr) return kTransferCannotConnect;
   ::InternetSetStatusCallbackA(inet, &OnInetStatus);
@@ -219,20 +225,22 @@ InetFtpSession::Failure InetFtpSession::Connect() {
     inet_ = inet;
   }
   const auto port = login_.host.port != 0 ? login_.host.port : INTERNET_DEFAULT_FTP_PORT;
+  is_connecting_ = true;
   connect_ = ::InternetConnectA(inet, login_.host.name.c_str(), port, login_.user.c_str(),
                                 login_.password.c_str(), INTERNET_SERVICE_FTP,
                                 INTERNET_FLAG_PASSIVE, number_);
-  if (connect_ != nullptr) return {};
-  const Failure failure = ErrorOfCall();
+  const Failure failure = connect_ != nullptr ? Failure() : ErrorOfCall();
+  is_connecting_ = false;
+  if (!failure) return {};
   Disconnect();
   return failure;
 }
 
-// Not once the connection was broken off. That closes all handles below it, and their
+// Not once the connection is given up. That closes all handles below it, and their
 // numbers may be another session's by now.
 bool InetFtpSession::IsConnected() {
   const std::lock_guard lock(lock_);
-  return inet_ != nullptr;
+  return inet_ != nullptr && !dropped_;
 }
 
 // Nobody reads what comes.
@@ -349,7 +357,7 @@ InetFtpSession::Failure InetFtpSession::End(InetHandle remote) {
   }
   if (!IsConnected()) return kTransferConnectionAborted;
   ::InternetCloseHandle(remote);
-  if (awaits_reply_ || is_sent_away_) return kTransferConnectionAborted;
+  if (awaits_reply_) return kTransferConnectionAborted;
   const std::string reply = LastReply();
   // Chosen: where WinINet doesn't hand on the last word, the first ones take its place.
   if (reply.starts_with('1') || reply.starts_with('2')) return {};
@@ -367,6 +375,10 @@ void InetFtpSession::Close() {
 
 void InetFtpSession::Disconnect() {
   connect_ = nullptr;
+  CloseConnection();
+}
+
+void InetFtpSession::CloseConnection() {
   InetHandle inet = nullptr;
   {
     const std::lock_guard lock(lock_);
@@ -377,7 +389,6 @@ void InetFtpSession::Disconnect() {
 
 InetFtpSession::Failure InetFtpSession::ErrorOfCall() {
   const DWORD error = ::GetLastError();
-  if (is_sent_away_) return kTransferConnectionAborted;
   switch (error) {
     case ERROR_INTERNET_TIMEOUT:
       return kTransferTimeOut;
@@ -429,13 +440,11 @@ void InetFtpSession::OnStatus(DWORD status, DWORD count) {
       awaits_reply_ = false;
       heard_ = true;
       ++replies_;
-      // WinINet would go on talking to a server that takes nobody.
-      if (LastReply().starts_with("421")) {
-        is_sent_away_ = true;
-        BreakOff();
-      }
       if (request_.verb == FtpVerb::kList) bytes_ += count;
-      return Post(TransportState::kResponseReceived);
+      Post(TransportState::kResponseReceived);
+      // WinINet would go on talking to a server that takes nobody.
+      if (LastReply().starts_with("421")) Post(TransportState::kError, kTransferConnectionAborted);
+      return;
     case INTERNET_STATUS_CLOSING_CONNECTION:
       if (tells_end_) Post(TransportState::kDisconnecting);
       return;

@@ -2,8 +2,8 @@
 //
 // WinINet's calls wait for the server. They run on a thread that may be left to itself at
 // any moment: a session that was dropped touches no file and reports nothing any more, and
-// its handles are closed, which ends the call that waits. What WinINet reports goes by the
-// session's number, so that late reports are nobody's.
+// a call that then goes on waiting is ended by closing its handles. What WinINet reports goes by
+// the session's number, so that late reports are nobody's.
 #pragma once
 
 #include <atomic>
@@ -56,6 +56,9 @@ class InetFtpSession final : public FtpSession,
   bool IsConnected();
   void Close();
   void Disconnect();
+  void CloseConnection();
+  /// Ends a call that goes on waiting.
+  void BreakOff();
   Failure ErrorOfCall();
   template <class File, class Step>
   Failure Use(std::shared_ptr<File> FtpRequest::*file, Step&& step);
@@ -63,8 +66,6 @@ class InetFtpSession final : public FtpSession,
   // The lock is held in these.
   void Post(TransportState state, std::int32_t code = kTransferNoError);
   void PostOnce(TransportState state);
-  /// Ends the call that waits, and the connection.
-  void BreakOff();
 
   EventLoop& loop_;
   const DWORD_PTR number_;
@@ -88,8 +89,8 @@ class InetFtpSession final : public FtpSession,
   // What the thread's calls report.
   std::atomic<bool> tells_end_ = false;  ///< the connection's end is the command's own doing
   std::atomic<bool> awaits_reply_ = false;
-  std::atomic<int> replies_ = 0;            ///< since the connection was begun
-  std::atomic<bool> is_sent_away_ = false;  ///< by reply 421
+  std::atomic<int> replies_ = 0;             ///< since the connection was begun
+  std::atomic<bool> is_connecting_ = false;  ///< until the login has ended
   std::atomic<bool> heard_ = false;  ///< the server has said something since the command began
 };
 

@@ -4,6 +4,8 @@
 
 #include <wininet.h>
 
+#include <atomic>
+#include <chrono>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -80,6 +82,38 @@ TEST_F(InetHandles, OfAConnectionThatWasBrokenOffNoneIsClosedAnyMore) {
   server.reset();
   transport.reset();
   EXPECT_FALSE(watch.ClosedTwice());
+}
+
+// Wine's WinINet frees its session twice otherwise.
+TEST_F(InetHandles, AConnectionIsClosedOnlyWhenItsLoginHasEnded) {
+  std::atomic<bool> logs_in = false;
+  std::atomic<bool> closes_early = false;
+  std::atomic<bool> closes = false;
+  const Script connects =
+      Answering("InternetConnectA", &::InternetConnectA, [&](auto real, auto... arguments) {
+        logs_in = true;
+        HINTERNET made = real(arguments...);
+        logs_in = false;
+        return made;
+      });
+  const Script closing =
+      Answering("InternetCloseHandle", &::InternetCloseHandle, [&](auto real, HINTERNET handle) {
+        if (logs_in) closes_early = true;
+        closes = true;
+        return real(handle);
+      });
+  std::optional<ScriptedServer> server(std::in_place, [](Talk& talk) { talk.Hang(); });
+  Configure(server->Port());
+  transport->Execute("DIR");
+  ASSERT_TRUE(WaitFor([&] { return logs_in.load(); }));
+  transport->Cancel();
+  const auto since = std::chrono::steady_clock::now();
+  constexpr std::chrono::seconds kLongEnough{1};
+  EXPECT_TRUE(
+      WaitFor([&] { return closes || std::chrono::steady_clock::now() - since > kLongEnough; }));
+  server.reset();
+  EXPECT_TRUE(WaitFor([&] { return closes.load(); }));
+  EXPECT_FALSE(closes_early);
 }
 
 }  // namespace
