@@ -23,9 +23,9 @@ namespace {
 constexpr std::size_t kBufferBytes = 16384;
 // How long a call may go on in a connection that is given up before its handle is taken from it.
 constexpr std::chrono::milliseconds kGrace{500};
-// A login is left to itself for longer: Wine's WinINet, which ends one after 30 s of silence,
-// frees its session twice when it loses the handle meanwhile.
-constexpr std::chrono::seconds kLoginGrace{60};
+// A login is left to itself for longer: Wine's WinINet, which takes 60 s to give up a server
+// that says nothing, frees its session twice when it loses the handle meanwhile.
+constexpr std::chrono::seconds kLoginGrace{90};
 
 std::chrono::nanoseconds Now() {
   return WindowsClock().Uptime();

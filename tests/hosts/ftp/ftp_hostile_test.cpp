@@ -473,8 +473,10 @@ TEST_F(FtpHostile, CancelWhileAServerIsSilentEndsAtOnceAndReportsNothing) {
   const auto before = reported;
   transport->Cancel();
   EXPECT_FALSE(transport->IsBusy());
-  // The server notices it, too.
+#ifndef _WIN32
+  // The server notices it, too. WinINet's login goes on for a minute or more.
   EXPECT_TRUE(WaitFor([&] { return hung_up.load(); }));
+#endif
   EXPECT_EQ(reported, before);
   reported.resize(4);
   EXPECT_THAT(reported, ElementsAre(1, 2, 3, 4));
