@@ -194,7 +194,8 @@ void SetNonBlocking(int socket) {
 }
 
 int LastSocketError() {
-  return errno == EAGAIN ? 0 : errno;
+  // A stopped process that goes on has been interrupted, which is silence too.
+  return errno == EAGAIN || errno == EINTR ? 0 : errno;
 }
 
 void LimitReading(int socket, int limit_ms) {

@@ -18,8 +18,8 @@ FtpStage::FtpStage() {
   loop.Fault.Listen([](const ProgramError& error) { ADD_FAILURE() << error.what(); });
   SetPatience({});
   pulse_.Tick.Listen([this] {
-    const auto now = Clock::now();
-    worst_gap_ = std::max(worst_gap_, Seconds(now - last_pulse_));
+    const double now = awake_.Seconds();
+    worst_gap_ = std::max(worst_gap_, now - last_pulse_);
     last_pulse_ = now;
   });
 }
@@ -52,7 +52,7 @@ void FtpStage::Configure(int port, int limit_s) {
 
 FtpRun FtpStage::Run(const std::string& command) {
   reported.clear();
-  last_pulse_ = Clock::now();
+  last_pulse_ = awake_.Seconds();
   transport->Execute(command);
   EXPECT_TRUE(transport->IsBusy());
   EXPECT_TRUE(reported.empty()) << "nothing is reported before the loop yields";
@@ -61,8 +61,11 @@ FtpRun FtpStage::Run(const std::string& command) {
 
 FtpRun FtpStage::Wait() {
   const auto start = Clock::now();
+  const double awake_start = awake_.Seconds();
   EXPECT_TRUE(WaitFor([this] { return !transport->IsBusy(); }));
-  FtpRun run{.states = reported, .seconds = Seconds(Clock::now() - start)};
+  FtpRun run{.states = reported,
+             .seconds = Seconds(Clock::now() - start),
+             .awake_seconds = awake_.Seconds() - awake_start};
   if (!reported.empty() && reported.back() == static_cast<int>(TransportState::kError)) {
     run.code = transport->ResponseCode();
   }

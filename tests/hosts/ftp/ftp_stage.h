@@ -11,6 +11,7 @@
 
 #include "tests/hosts/contract/network_parts.h"
 #include "tests/hosts/ftp/ftp_host.h"
+#include "tests/support/awake_clock.h"
 #include "ui/timer.h"
 
 namespace tarnvale::testing {
@@ -32,6 +33,7 @@ struct FtpRun {
   std::vector<int> states;
   int code = kTransferNoError;  ///< 0 when it completed
   double seconds = 0;
+  double awake_seconds = 0;  ///< without what the whole machine stood still
 };
 
 /// More than the systems at both ends hold, if many.
@@ -59,7 +61,7 @@ class FtpStage : public FtpDrive {
   /// Lets the loop run until `condition` holds. False when it never did.
   bool WaitFor(const std::function<bool()>& condition);
 
-  /// The longest time in which no timer of the program could tick, so far.
+  /// The longest time in which no timer of the program could tick, though the machine ran.
   double WorstGap() const { return worst_gap_; }
 
   std::filesystem::path Native(const std::string& name) const {
@@ -75,7 +77,8 @@ class FtpStage : public FtpDrive {
   using Clock = std::chrono::steady_clock;
 
   Timer pulse_{loop.Timers(), 10, true};
-  Clock::time_point last_pulse_ = Clock::now();
+  AwakeClock awake_;
+  double last_pulse_ = 0;
   double worst_gap_ = 0;
 };
 

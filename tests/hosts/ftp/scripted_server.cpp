@@ -137,16 +137,18 @@ std::string Talk::AnswerPassive(const std::string& reply) {
   return Hear();
 }
 
-void Talk::AcceptData(int held_bytes, const std::string& words) {
+void Talk::HoldAtMost(int bytes) {
+  DataPort();
+  LimitReceived(data_listener_, bytes);
+}
+
+void Talk::AcceptData(const std::string& words) {
   CloseData();
   Say(words + "\r\n");
   data_ = AcceptOn(data_listener_);
   if (data_ < 0) return;
   server_.Keep(data_);
   LimitReading(data_, kLookMs);
-  if (held_bytes > 0) {
-    LimitReceived(data_, held_bytes);
-  }
 }
 
 std::string Talk::ReceiveData(std::size_t most) {

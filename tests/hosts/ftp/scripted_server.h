@@ -48,9 +48,12 @@ class Talk {
   /// Answers EPSV with this text.
   std::string AnswerPassive(const std::string& reply);
   int DataPort();
-  /// Says this and takes the client's data connection. The system takes so many
-  /// bytes that the script hasn't received; 0: as many as it likes.
-  void AcceptData(int held_bytes = 0, const std::string& words = "150 here it comes");
+  /// Before the client learns of the port: the system will take about so many bytes that the
+  /// script hasn't received. Later it would throw away what it has given room for, and the
+  /// client's would send that again after longer and longer pauses.
+  void HoldAtMost(int bytes);
+  /// Says this and takes the client's data connection.
+  void AcceptData(const std::string& words = "150 here it comes");
   /// The port of a listener that answers nobody: neither yes nor no.
   int SilentDataPort();
   bool SendData(const std::string& bytes) { return Send(data_, bytes); }
