@@ -177,6 +177,12 @@ class Person:
             return box if box and (title is None or box.text == title) else None
         return self.wait_for("a box" if title is None else f"the box {title}", shown)
 
+    def wait_until_foreground(self, window):
+        def is_foreground():
+            self.look()
+            return any(w.handle == window.handle and w.foreground for w in self.windows)
+        self.wait_for(f"{window.text} to have the keys", is_foreground)
+
     def wait_until_gone(self, window):
         def gone():
             self.look()
@@ -218,8 +224,7 @@ class Person:
 
     def answer(self, box, key):
         """A box is answered by a key; it may not have the focus yet."""
-        self.wait_for("the box to be active", lambda: any(
-            w.handle == box.handle and w.foreground for w in (self.look(), self.windows)[1]))
+        self.wait_until_foreground(box)
         self.press(key)
         self.wait_until_gone(box)
 

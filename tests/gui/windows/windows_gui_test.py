@@ -298,12 +298,21 @@ class Tools(OneStart):
 
     def choose_file(self, name):
         """In the dialog that has come up."""
-        box = self.person.wait_for_box()
-        self.person.wait_for("the dialog's focus", lambda: (
-            self.person.focused() or box).kind in ("Edit", "ComboBox"))
-        self.person.type(told(self.program.folder / name))
-        self.person.press("Return")
-        self.person.wait_until_gone(box)
+        person = self.person
+        box = person.wait_for_box()
+        path = told(self.program.folder / name)
+        # Until then a field of the window below it has the focus, and the keys.
+        person.wait_until_foreground(box)
+
+        def focused_field():
+            field = person.focused()
+            return field if field and (field.owner, field.kind) == (box.handle, "Edit") else None
+        person.wait_for("the dialog's focus", focused_field)
+        person.type(path)
+        person.wait_for(f"{path} in the dialog", lambda: (
+            (field := focused_field()) and field.text == path))
+        person.press("Return")
+        person.wait_until_gone(box)
 
     def take_proposed_folder(self):
         """The desktop's, which with-wine has made."""
@@ -352,6 +361,7 @@ class Tools(OneStart):
         person.write(title, "FTP Server Address", "ftp.home.test")
         person.write(title, "Username", "ann")
         person.click_in(person.field(title, "Password"))
+        person.wait_for("the password's focus", lambda: person.field(title, "Password").focus)
         person.type("open sesame")
         person.click(title, "Save My Current FTP Server Upload Settings")
         person.answer(self.box_says(
