@@ -1,6 +1,5 @@
 #include "kit/system_colors.h"
 
-#include <array>
 #include <cstddef>
 
 #include "ui/palette.h"
@@ -8,8 +7,10 @@
 namespace tarnvale {
 namespace {
 
+using SystemColorTable = std::array<Color, 31>;
+
 // 0xBBGGRR where the palette has none.
-constexpr std::array<Color, 31> kSystemColors = {
+constexpr SystemColorTable kSystemColors = {
     0xC8D0D4,                       //  0 scroll bar
     0x984E00,                       //  1 desktop
     ToColor(palette::kSelection),   //  2 caption of the active window
@@ -43,11 +44,20 @@ constexpr std::array<Color, 31> kSystemColors = {
     ToColor(palette::kGround),      // 30 menu bar
 };
 
+SystemColorTable& ColorsInUse() {
+  static SystemColorTable colors = kSystemColors;
+  return colors;
+}
+
 }  // namespace
+
+void UseSystemColors(const std::optional<SystemColorTable>& colors) {
+  ColorsInUse() = colors.value_or(kSystemColors);
+}
 
 Color SystemColor(int index) {
   if (index < 0 || index >= static_cast<int>(kSystemColors.size())) return kBlack;
-  return kSystemColors[static_cast<std::size_t>(index)];
+  return ColorsInUse()[static_cast<std::size_t>(index)];
 }
 
 Color TranslateColor(Color color) {

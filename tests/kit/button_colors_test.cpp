@@ -19,6 +19,18 @@ ButtonColorSource Source(int scheme) {
   return source;
 }
 
+TEST(SystemColors, AreTheDesktopsForAPersonWhoNeedsThem) {
+  const Color ours = SystemColor(kColorButtonFace);
+  std::array<Color, 31> theirs{};
+  theirs[kColorButtonFace] = 0x123456;
+  UseSystemColors(theirs);
+  EXPECT_EQ(SystemColor(kColorButtonFace), 0x123456U);
+  EXPECT_EQ(TranslateColor(SystemColorNumber(kColorButtonFace)), 0x123456U);
+  EXPECT_EQ(DeriveButtonColors(Source(1)).face, 0x123456U);
+  UseSystemColors(std::nullopt);
+  EXPECT_EQ(SystemColor(kColorButtonFace), ours);
+}
+
 TEST(ButtonColors, ComeFromTheSystemInScheme1) {
   const ButtonColors colors = DeriveButtonColors(Source(1));
   EXPECT_EQ(colors.face, SystemColor(15));
