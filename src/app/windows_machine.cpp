@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "kit/system_colors.h"
+
 namespace tarnvale {
 
 WindowsMachine::WindowsMachine()
@@ -12,6 +14,9 @@ WindowsMachine::WindowsMachine()
       machine_{system_->Parts(),
                {desktop_.Loop(), desktop_.Boxes(), desktop_.Surroundings(), desktop_.Windows(),
                 desktop_.Dialogs(), desktop_.Tray(), desktop_.Network(), *ftp_}} {
+  auto& contrast = desktop_.HighContrast();
+  contrast.Changed.Listen([&contrast] { UseSystemColors(contrast); });
+  UseSystemColors(contrast);
   desktop_.SessionEnds().Listen([this] { EndProcess(0); });
   desktop_.Loop().Lingering.Listen([this](int status) { EndProcess(status); });
 }

@@ -1,7 +1,9 @@
 // All windows that the program has.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "app/program.h"
 
@@ -21,6 +23,20 @@ inline void LoadEveryWindow(Program& p) {
 
 inline std::string NameOf(const Window& window) {
   return window.Caption.Get().empty() ? "alert" : window.Caption.Get();
+}
+
+/// Calls `look` on each screen of the main window while that one alone is shown.
+inline void ForEachScreen(Form1& form, const std::function<void(const std::string& name)>& look) {
+  const std::pair<GroupBox*, const char*> screens[] = {
+      {&form.List.GroupBox1, "list screen"},         {&form.Storage.GroupBox2, "storage screen"},
+      {&form.Progress.GroupBox3, "progress screen"}, {&form.Schedule.GroupBox4, "schedule screen"},
+      {&form.General.GroupBox5, "general screen"},   {&form.Advanced.GroupBox6, "advanced screen"},
+      {&form.Restore.GroupBox15, "restore screen"},
+  };
+  for (const auto& [shown, name] : screens) {
+    for (const auto& other : screens) other.first->Visible = other.first == shown;
+    look(name);
+  }
 }
 
 }  // namespace tarnvale::testing

@@ -38,10 +38,10 @@ LRESULT CALLBACK MessageWindow::OnMessage(HWND window, UINT message, WPARAM firs
   auto* self = reinterpret_cast<MessageWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
   // A request to all windows of the program to close means those that a person sees.
   if (message == WM_CLOSE) return 0;
-  const bool is_own = message >= kFirstMessage || message == WM_TIMER || message == WM_DEVICECHANGE;
-  if (self == nullptr || !is_own) return ::DefWindowProcW(window, message, first, second);
-  self->handler_(message, first, second);
-  return 0;
+  if (self != nullptr) {
+    if (const auto answer = self->handler_(message, first, second)) return *answer;
+  }
+  return ::DefWindowProcW(window, message, first, second);
 }
 
 }  // namespace tarnvale

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "hosts/windows/system_headers.h"
 
@@ -11,16 +12,16 @@ namespace tarnvale {
 /// those that are posted to a thread without a window are lost there.
 class MessageWindow {
  public:
-  /// The arguments of a message.
-  using Handler = std::function<void(UINT message, WPARAM first, LPARAM second)>;
+  /// The arguments of a message. Returns its answer; none for one that it has no use for.
+  using Handler = std::function<std::optional<LRESULT>(UINT message, WPARAM first, LPARAM second)>;
 
   /// The first number that messages of a window's own may have.
   static constexpr UINT kFirstMessage = WM_APP;
 
   enum class Hears { kItsOwn, kBroadcasts };
 
-  /// `handler` is called for its own messages, for WM_TIMER, and, where it hears them, for
-  /// WM_DEVICECHANGE and those that the system's parts register. It must not raise.
+  /// `handler` is called for every message but WM_CLOSE: for what the system sends to all
+  /// windows on top, too, where it hears broadcasts. It must not raise.
   explicit MessageWindow(Handler handler, Hears hears = Hears::kItsOwn);
   MessageWindow(const MessageWindow&) = delete;
   MessageWindow& operator=(const MessageWindow&) = delete;

@@ -5,15 +5,9 @@
 
 #include "base/failure.h"
 #include "base/out_of_memory.h"
+#include "hosts/windows/blend.h"
 
 namespace tarnvale {
-namespace {
-
-std::uint32_t ToPixel(Color color) {
-  return (color & 0xFFU) << 16U | (color & 0xFF00U) | (color >> 16U & 0xFFU);
-}
-
-}  // namespace
 
 COLORREF ToColorRef(Color color) {
   return color & 0xFFFFFFU;
@@ -105,21 +99,7 @@ void Surface::Blend(const std::uint32_t* pixels, int width, int height, int left
   for (int y = part.top; y < part.bottom; ++y) {
     const std::uint32_t* source = pixels + static_cast<std::ptrdiff_t>(y - top) * width - left;
     std::uint32_t* row = Row(y) - area_.left;
-    for (int x = part.left; x < part.right; ++x) {
-      const std::uint32_t alpha = source[x] >> 24U;
-      const std::uint32_t over = ToPixel(source[x]);
-      if (alpha == 255) {
-        row[x] = over;
-      } else if (alpha != 0) {
-        std::uint32_t mixed = 0;
-        for (unsigned shift = 0; shift < 24; shift += 8) {
-          const std::uint32_t sum =
-              (over >> shift & 0xFFU) * alpha + (row[x] >> shift & 0xFFU) * (255 - alpha) + 127;
-          mixed |= sum / 255 << shift;
-        }
-        row[x] = mixed;
-      }
-    }
+    for (int x = part.left; x < part.right; ++x) row[x] = Blended(source[x], row[x]);
   }
 }
 

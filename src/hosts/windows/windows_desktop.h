@@ -1,6 +1,7 @@
 // The desktop host in one piece, for the composition root.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "hosts/windows/paths.h"
@@ -34,6 +35,7 @@ class WindowsDesktop {
   NotificationArea& Tray() { return tray_; }
   Sockets& Network() { return sockets_; }
   Signal<>& SessionEnds() { return windows_.SessionEnds; }
+  Property<std::optional<SystemColorTable>>& HighContrast() { return windows_.HighContrast; }
   Desktop& Surroundings() { return windows_.Surroundings(); }
 
  private:

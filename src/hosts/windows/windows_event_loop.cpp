@@ -45,9 +45,11 @@ void WindowsEventLoop::AnnounceJob() {
   is_job_announced_ = ::PostMessageW(messages_.Get(), kJobMessage, 0, 0) != 0;
 }
 
-void WindowsEventLoop::OnMessage(UINT message) {
+std::optional<LRESULT> WindowsEventLoop::OnMessage(UINT message) {
+  if (message != kJobMessage && message != WM_TIMER) return std::nullopt;
   if (message == kJobMessage) RunJob();
   RunDue();
+  return 0;
 }
 
 void WindowsEventLoop::RunJob() {

@@ -30,7 +30,7 @@ class WindowsEventLoop final : public PacedLoop {
   void StartAlarm(std::optional<Milliseconds> wait) override;
   void OnRescheduled() override { SetAlarm(); }
 
-  void OnMessage(UINT message);
+  std::optional<LRESULT> OnMessage(UINT message);
   bool Dispatch(const MSG& message);
   static void TakeQuitBack();
   void RunJob();
@@ -39,7 +39,7 @@ class WindowsEventLoop final : public PacedLoop {
   CriticalSection jobs_lock_;
   std::deque<std::function<void()>> jobs_;
   bool is_job_announced_ = false;  ///< a message for the first of them is on its way
-  MessageWindow messages_{[this](UINT message, WPARAM, LPARAM) { OnMessage(message); }};
+  MessageWindow messages_{[this](UINT message, WPARAM, LPARAM) { return OnMessage(message); }};
 };
 
 }  // namespace tarnvale

@@ -61,6 +61,11 @@ std::unique_ptr<Gdiplus::Bitmap> LoadFor(const std::string& name, int width) {
   return best;
 }
 
+// Blue is in the system's low byte, red in ours.
+std::uint32_t Turned(std::uint32_t pixel) {
+  return (pixel & 0xFF00FF00U) | (pixel & 0xFFU) << 16U | (pixel >> 16U & 0xFFU);
+}
+
 Raster Render(Gdiplus::Bitmap& source, int width, int height) {
   const int source_width = static_cast<int>(source.GetWidth());
   const int source_height = static_cast<int>(source.GetHeight());
@@ -82,10 +87,7 @@ Raster Render(Gdiplus::Bitmap& source, int width, int height) {
     graphics.DrawImage(&source, Gdiplus::Rect(0, 0, width, height), 0, 0, source_width,
                        source_height, Gdiplus::UnitPixel);
   }
-  // Blue is in its low byte, red in ours.
-  for (std::uint32_t& pixel : raster.pixels) {
-    pixel = (pixel & 0xFF00FF00U) | (pixel & 0xFFU) << 16U | (pixel >> 16U & 0xFFU);
-  }
+  std::transform(raster.pixels.begin(), raster.pixels.end(), raster.pixels.begin(), &Turned);
   return raster;
 }
 
@@ -101,6 +103,40 @@ const Raster& PictureNamed(const std::string& name, int width, int height) {
   StartLibrary();
   if (const auto source = LoadFor(name, width)) made = Render(*source, width, height);
   return made;
+}
+
+HCURSOR PointerOf(const Raster& picture) {
+  if (picture.Empty()) return nullptr;
+  BITMAPV5HEADER format{};
+  format.bV5Size = sizeof format;
+  format.bV5Width = picture.width;
+  format.bV5Height = -picture.height;  // from the top
+  format.bV5Planes = 1;
+  format.bV5BitCount = 32;
+  format.bV5Compression = BI_BITFIELDS;
+  format.bV5RedMask = 0x00FF0000;
+  format.bV5GreenMask = 0x0000FF00;
+  format.bV5BlueMask = 0x000000FF;
+  format.bV5AlphaMask = 0xFF000000;
+  HDC const screen = ::GetDC(nullptr);
+  void* pixels = nullptr;
+  HBITMAP const colors = ::CreateDIBSection(screen, reinterpret_cast<const BITMAPINFO*>(&format),
+                                            DIB_RGB_COLORS, &pixels, nullptr, 0);
+  ::ReleaseDC(nullptr, screen);
+  if (colors == nullptr) return nullptr;
+  std::transform(picture.pixels.begin(), picture.pixels.end(), static_cast<std::uint32_t*>(pixels),
+                 &Turned);
+  // The mask has no say where the colours have their own strength.
+  HBITMAP const mask = ::CreateBitmap(picture.width, picture.height, 1, 1, nullptr);
+  ICONINFO about{.fIcon = FALSE,
+                 .xHotspot = static_cast<DWORD>(picture.width / 2),
+                 .yHotspot = static_cast<DWORD>(picture.height / 2),
+                 .hbmMask = mask,
+                 .hbmColor = colors};
+  HCURSOR const pointer = ::CreateIconIndirect(&about);
+  ::DeleteObject(colors);
+  ::DeleteObject(mask);
+  return pointer;
 }
 
 HICON IconNamed(const std::string& name, int width_metric, int height_metric) {

@@ -16,4 +16,8 @@ const Raster& PictureNamed(const std::string& name, int width, int height);
 /// destroy; null when there is none of the name.
 HICON IconNamed(const std::string& name, int width_metric, int height_metric);
 
+/// A pointer that points by the picture's centre, for the caller to destroy; null for an empty
+/// one.
+HCURSOR PointerOf(const Raster& picture);
+
 }  // namespace tarnvale

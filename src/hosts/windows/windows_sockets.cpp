@@ -61,7 +61,7 @@ int LookUp(const std::string& host, const std::string& port, addrinfo** found) {
 }
 
 SocketWatch::SocketWatch()
-    : messages_([this](UINT number, WPARAM, LPARAM told) { OnMessage(number, told); }) {
+    : messages_([this](UINT number, WPARAM, LPARAM told) { return OnMessage(number, told); }) {
   WSADATA about;
   static const int started = ::WSAStartup(MAKEWORD(2, 2), &about);
   static_cast<void>(started);
@@ -77,10 +77,11 @@ UINT SocketWatch::Begin(SOCKET socket, SocketListener& listener) {
   return number;
 }
 
-void SocketWatch::OnMessage(UINT number, LPARAM told) {
+std::optional<LRESULT> SocketWatch::OnMessage(UINT number, LPARAM told) {
   const auto found = listeners_.find(number);
-  if (found == listeners_.end()) return;
+  if (found == listeners_.end()) return std::nullopt;
   found->second->OnEvent(WSAGETSELECTEVENT(told), WSAGETSELECTERROR(told));
+  return 0;
 }
 
 Connection::Connection(SocketWatch& watch, SOCKET socket, SocketListener& listener)

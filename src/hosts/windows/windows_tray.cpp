@@ -78,16 +78,18 @@ bool WindowsTray::Send(DWORD command) const {
   return ::Shell_NotifyIconW(command, &data) != 0;
 }
 
-void WindowsTray::OnMessage(UINT message, LPARAM second) {
+std::optional<LRESULT> WindowsTray::OnMessage(UINT message, LPARAM second) {
+  if (message != kMouseMessage && message != area_made_ && message != WM_TIMER) return std::nullopt;
   loop_.Deliver([&] {
     if (message == kMouseMessage) {
       ReportMouse(static_cast<UINT>(second));
     } else if (message == area_made_) {
       Return();
-    } else if (message == WM_TIMER) {
+    } else {
       LookForArea();
     }
   });
+  return 0;
 }
 
 void WindowsTray::ReportMouse(UINT message) {

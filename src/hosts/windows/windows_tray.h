@@ -24,7 +24,7 @@ class WindowsTray final : public NotificationArea {
   bool Notify(TrayCommand command, const TrayRecord& record) override;
 
  private:
-  void OnMessage(UINT message, LPARAM second);
+  std::optional<LRESULT> OnMessage(UINT message, LPARAM second);
   void ReportMouse(UINT message);
   void Return();
   void LookForArea();
@@ -37,7 +37,7 @@ class WindowsTray final : public NotificationArea {
   bool was_missed_ = false;  ///< the area wasn't there at the last look
   UINT area_made_;           ///< the message that a new area sends
   MessageWindow messages_{
-      [this](UINT message, WPARAM, LPARAM second) { OnMessage(message, second); },
+      [this](UINT message, WPARAM, LPARAM second) { return OnMessage(message, second); },
       MessageWindow::Hears::kBroadcasts};
 };
 

@@ -14,7 +14,6 @@
 #include "ui/accessible_names.h"
 #include "ui/input_rules.h"
 #include "ui/owner_drawn.h"
-#include "ui/palette.h"
 
 namespace tarnvale {
 namespace {
@@ -78,6 +77,7 @@ WindowsWindow::~WindowsWindow() {
   peers_.clear();
   menus_.reset();
   ::DestroyWindow(native_);
+  if (pointer_ != nullptr) ::DestroyCursor(pointer_);
   for (HICON icon : icons_) {
     if (icon != nullptr) ::DestroyIcon(icon);
   }
@@ -468,19 +468,34 @@ void WindowsWindow::ServeMouse(UINT message, WPARAM first, LPARAM second) {
 bool WindowsWindow::ServePointer(HWND over, UINT place) {
   if (place != HTCLIENT) return false;
   PointerShape shape = context_.desktop.Pointer;
+  const Peer* peer = nullptr;
   if (shape == PointerShape::kDefault) {
     if (NativePeer* native = over == native_ ? nullptr : NativePeerOf(over)) {
+      peer = native;
       shape = native->Record().Pointer;
       if (shape == PointerShape::kDefault) return false;
     } else if (over_ != nullptr) {
+      peer = over_;
       shape = over_->Pointer();
     }
+  }
+  ::SetCursor(PointerShown(shape, peer));
+  return true;
+}
+
+HCURSOR WindowsWindow::PointerShown(PointerShape shape, const Peer* over) {
+  if (shape == PointerShape::kPicture && over != nullptr) {
+    const Raster& picture = over->Record().PointerPicture;
+    if (pointer_ != nullptr && picture == pointer_picture_) return pointer_;
+    if (pointer_ != nullptr) ::DestroyCursor(pointer_);
+    pointer_picture_ = picture;
+    pointer_ = PointerOf(picture);
+    if (pointer_ != nullptr) return pointer_;
   }
   const wchar_t* name = shape == PointerShape::kHourglass ? IDC_WAIT
                         : shape == PointerShape::kHand    ? IDC_HAND
                                                           : IDC_ARROW;
-  ::SetCursor(::LoadCursorW(nullptr, name));
-  return true;
+  return ::LoadCursorW(nullptr, name);
 }
 
 // The scene.
@@ -489,12 +504,19 @@ void WindowsWindow::Invalidate(const RECT& area) {
   if (native_ != nullptr) ::InvalidateRect(native_, &area, FALSE);
 }
 
+void WindowsWindow::FollowColors() {
+  for (const auto& peer : peers_) peer->OnColors();
+  if (native_ != nullptr) {
+    ::RedrawWindow(native_, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN);
+  }
+}
+
 void WindowsWindow::PaintGround(Surface& surface) const {
-  surface.Fill(surface.Area(), ToColor(palette::kGround));
+  surface.Fill(surface.Area(), context_.colors.ground);
   if (IsFramed(record_.Frame)) return;
   RECT client{};
   ::GetClientRect(native_, &client);
-  surface.Frame(client, ToColor(palette::kPanelEdge));
+  surface.Frame(client, context_.colors.panel_edge);
 }
 
 void WindowsWindow::PaintScene(Surface& surface, const RECT& area) const {

@@ -40,6 +40,8 @@ class WindowsWindow final {
   /// The peer of one of its controls; none before the window was first shown.
   Peer* PeerOf(const Control& control) const;
 
+  /// All is drawn anew in the colours that there are now.
+  void FollowColors();
   /// The number of boxes changed.
   void ApplyEnabled();
 
@@ -77,6 +79,7 @@ class WindowsWindow final {
   bool ServeDrawnKey(UINT message, WPARAM first, LPARAM second);
   bool ServeAccessKey(char32_t typed);
   bool ServePointer(HWND over, UINT place);
+  HCURSOR PointerShown(PointerShape shape, const Peer* over);
 
   void FollowRecord();
   void FollowReach();
@@ -140,6 +143,8 @@ class WindowsWindow final {
   DrawnPeer* pressed_ = nullptr;  ///< gets the mouse while a button is held
   DrawnPeer* marked_ = nullptr;   ///< shows the focus
   bool hears_leaving_ = false;
+  Raster pointer_picture_;  ///< what the next one was made of
+  HCURSOR pointer_ = nullptr;
 
   WindowState told_state_ = WindowState::kNormal;
   std::optional<WindowState> ordered_state_;

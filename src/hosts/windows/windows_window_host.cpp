@@ -33,9 +33,8 @@ WindowsWindowHost::WindowsWindowHost(WindowsEventLoop& loop, FileSystem& files, 
                .boxes = boxes,
                .desktop = desktop_,
                .program_path = std::move(program_path),
-               .dpi = dpi},
-      session_end_(
-          loop, [this] { return MaySessionEnd(); }, [this] { SessionEnds.Emit(); }) {
+               .dpi = dpi} {
+  FollowColors();
   subscriptions_.push_back(desktop_.Pointer.Changed.Subscribe([this] { ShowPointer(); }));
 }
 
@@ -70,6 +69,35 @@ HWND WindowsWindowHost::OwnerFor(const Window* wanted) const {
       return handle;
   }
   return nullptr;
+}
+
+// The window that hears this is never seen: one of the program's may not have been made yet.
+std::optional<LRESULT> WindowsWindowHost::OnBroadcast(UINT message, WPARAM first) {
+  switch (message) {
+    case WM_QUERYENDSESSION: {
+      bool may_end = true;
+      context_.loop.Deliver([&] { may_end = MaySessionEnd(); });
+      return may_end ? TRUE : FALSE;
+    }
+    case WM_ENDSESSION:
+      // The system ends the process as soon as this returns.
+      if (first != FALSE) context_.loop.Deliver([this] { SessionEnds.Emit(); });
+      return 0;
+    case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+      context_.loop.Deliver([this] { FollowColors(); });
+      return 0;
+    default:
+      return std::nullopt;
+  }
+}
+
+void WindowsWindowHost::FollowColors() {
+  const auto system = HighContrastColors();
+  if (system == HighContrast.Get()) return;
+  context_.colors = system ? LookColors(*system) : LookColors();
+  HighContrast = system;
+  for (const auto& window : windows_) window->FollowColors();
 }
 
 // The program's first window is the one that is asked, as by its close box. A question that is

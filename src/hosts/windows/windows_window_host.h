@@ -3,12 +3,13 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "hosts/windows/fonts.h"
+#include "hosts/windows/message_window.h"
 #include "hosts/windows/peers/peer.h"
-#include "hosts/windows/session_end.h"
 #include "hosts/windows/windows_event_loop.h"
 #include "hosts/windows/windows_text_painter.h"
 #include "hosts/windows/windows_window.h"
@@ -38,6 +39,9 @@ class WindowsWindowHost final : public WindowHost {
 
   /// The user's session ends, and with it the process as soon as the handlers return.
   Signal<> SessionEnds;
+  /// The system's colours while the user needs high contrast; set before anything is drawn in
+  /// them.
+  Property<std::optional<SystemColorTable>> HighContrast;
 
   WindowsEventLoop& Loop() { return context_.loop; }
   /// The native window of an adopted record; none for any other.
@@ -63,7 +67,9 @@ class WindowsWindowHost final : public WindowHost {
 
  private:
   void ApplyEnabled(HWND but);
+  std::optional<LRESULT> OnBroadcast(UINT message, WPARAM first);
   bool MaySessionEnd();
+  void FollowColors();
   void ShowPointer();
 
   Fonts fonts_;
@@ -74,7 +80,9 @@ class WindowsWindowHost final : public WindowHost {
   int box_depth_ = 0;
   std::vector<std::unique_ptr<WindowsWindow>> windows_;
   std::vector<Subscription> subscriptions_;
-  SessionEnd session_end_;
+  MessageWindow broadcasts_{
+      [this](UINT message, WPARAM first, LPARAM) { return OnBroadcast(message, first); },
+      MessageWindow::Hears::kBroadcasts};
 };
 
 }  // namespace tarnvale

@@ -1,5 +1,6 @@
 // Every text of every window has room at each resolution.
-#include <cmath>
+#include <algorithm>
+#include <cstdint>
 #include <string>
 
 #include "hosts/windows/fonts.h"
@@ -35,6 +36,17 @@ class WindowsFits : public WindowsProgramTest {
     }
   }
 
+  static bool IsWhite(const Surface& surface, const RECT& part) {
+    for (LONG y = part.top; y < part.bottom; ++y) {
+      const std::uint32_t* row = surface.Row(y) - surface.Area().left;
+      if (!std::all_of(row + part.left, row + part.right,
+                       [](std::uint32_t pixel) { return (pixel & 0xFFFFFFU) == 0xFFFFFFU; })) {
+        return false;
+      }
+    }
+    return true;
+  }
+
   int met = 0;
 };
 
@@ -45,6 +57,36 @@ TEST_F(WindowsFits, EveryTextAtEachResolution) {
     for (Window* window : Windows()) ExpectTextsFit(*window, dpi);
   }
   EXPECT_GT(met, 400);
+}
+
+// What the system draws of a line may be wider than what it measured.
+TEST_F(WindowsFits, NoLabelPaintsWhereItIsCut) {
+  for (const int dpi : {96, 120, 144, 192}) {
+    Program& p = Start(dpi);
+    LoadEveryWindow(p);
+    for (Window* window : Windows()) {
+      for (const Placement& placement : window->Placements()) {
+        auto* label = dynamic_cast<Label*>(placement.control);
+        if (label == nullptr || !label->Wrap) continue;
+        ++met;
+        window->Show();
+        ASSERT_TRUE(WaitUntilShown(*window));
+        auto& peer = dynamic_cast<DrawnPeer&>(*screen->host.NativeOf(*window)->PeerOf(*label));
+        RECT around = peer.SeenArea();
+        ::InflateRect(&around, 60, 0);
+        Surface ground(around);
+        ground.Fill(around, kWhite);
+        peer.Paint(ground);
+        EXPECT_TRUE(IsWhite(ground, {around.left, around.top, around.left + 60, around.bottom}) &&
+                    IsWhite(ground, {around.right - 60, around.top, around.right, around.bottom}))
+            << NameOf(*window) << " at " << dpi << ": " << label->Shown();
+        window->Hide();
+      }
+    }
+    program.reset();
+    screen.reset();
+  }
+  EXPECT_GT(met, 20);
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 // What is drawn onto windows: painted where something has changed, and found by the mouse.
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "hosts/windows/packed_canvas.h"
 #include "tests/hosts/windows/windows_fixture.h"
 #include "ui/owner_drawn.h"
 #include "ui/palette.h"
@@ -351,6 +353,72 @@ TEST_F(WindowsScene, APictureIsShownInItsSize) {
     for (LONG x = 10; x < 42; ++x) shows = shows || ColorAt(x, y) != palette::kGround;
   }
   EXPECT_TRUE(shows);
+}
+
+// What is drawn is kept as runs: what is shown must be what was drawn, whatever part is asked for.
+TEST(PackedCanvas, ShowsWhatWasDrawnInEachPart) {
+  Canvas canvas({7, 5}, 2);
+  canvas.FillRect({1, 1, 4, 3}, kRed);
+  canvas.SetPixel(6, 4, 0x00FF00);
+  canvas.SetPixel(0, 0, 0xFF0000);
+  canvas.DevicePixels()[20] = 0x80FFFFFF;
+  PackedCanvas kept;
+  kept.Keep(canvas);
+  const RECT all{3, 4, 25, 20};
+  for (const RECT& part : {all, RECT{6, 6, 9, 9}, RECT{16, 12, 25, 20}, RECT{3, 4, 5, 6}}) {
+    Surface expected(all);
+    Surface shown(all);
+    for (Surface* surface : {&expected, &shown}) {
+      surface->Fill(all, 0x123456);
+      surface->ClipTo(part);
+    }
+    expected.Blend(canvas.DevicePixels(), canvas.DeviceWidth(), canvas.DeviceHeight(), 5, 6);
+    kept.Blend(shown, 5, 6);
+    for (int y = all.top; y < all.bottom; ++y) {
+      EXPECT_TRUE(std::equal(expected.Row(y), expected.Row(y) + 22, shown.Row(y))) << y;
+    }
+  }
+}
+
+TEST(PackedCanvas, OfAScreensFrameTakesLittleRoom) {
+  Canvas canvas({648, 546}, 1);
+  canvas.FrameRect({0, 8, 648, 538}, kRed);
+  PackedCanvas kept;
+  kept.Keep(canvas);
+  EXPECT_LT(kept.Runs(), 2500U);
+  kept.Forget();
+  EXPECT_EQ(kept.Runs(), 0U);
+}
+
+TEST_F(WindowsScene, ThePointerOverAControlCanBeAPictureOfItsOwn) {
+  Recorder drawn;
+  drawn.PointerPicture =
+      Raster{.width = 16, .height = 12, .pixels = std::vector<std::uint32_t>(16 * 12, 0xFF0000FF)};
+  drawn.Pointer = PointerShape::kPicture;
+  Place(drawn);
+  Show();
+  const auto pointer_over = [&](POINT at) {
+    Mouse(WM_MOUSEMOVE, drawn, at, 0);
+    ::SendMessageW(Native(), WM_SETCURSOR, reinterpret_cast<WPARAM>(Native()),
+                   MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    return ::GetCursor();
+  };
+  HCURSOR const arrow = ::LoadCursorW(nullptr, IDC_ARROW);
+  EXPECT_EQ(pointer_over({300, 5}), arrow);
+  HCURSOR const own = pointer_over({5, 5});
+  ICONINFO about{};
+  ASSERT_TRUE(own != arrow && ::GetIconInfo(own, &about));
+  EXPECT_FALSE(about.fIcon);
+  EXPECT_EQ(about.xHotspot, 8U);
+  EXPECT_EQ(about.yHotspot, 6U);
+  BITMAP colors{};
+  ::GetObjectW(about.hbmColor, sizeof colors, &colors);
+  EXPECT_EQ(colors.bmWidth, 16);
+  ::DeleteObject(about.hbmColor);
+  ::DeleteObject(about.hbmMask);
+  EXPECT_EQ(pointer_over({6, 6}), own) << "it is made once";
+  drawn.PointerPicture = Raster{};
+  EXPECT_EQ(pointer_over({5, 5}), arrow);
 }
 
 }  // namespace

@@ -6,16 +6,13 @@ namespace {
 
 class WindowsSession : public WindowsProgramTest {
  protected:
-  static HWND Listener() {
-    HWND window = nullptr;
-    do {
-      window = ::FindWindowExW(nullptr, window, SessionEnd::kWindowClass.data(), nullptr);
-    } while (window != nullptr &&
-             ::GetWindowThreadProcessId(window, nullptr) != ::GetCurrentThreadId());
-    return window;
+  /// As the system does it: to each window on top, until one says no.
+  static bool Asked() {
+    return ::EnumThreadWindows(::GetCurrentThreadId(), &SaysYes, WM_QUERYENDSESSION) != 0;
   }
-  /// What the system hears when it asks whether the session may end.
-  static bool Asked() { return ::SendMessageW(Listener(), WM_QUERYENDSESSION, 0, 0) != 0; }
+  static void Told(bool ends) {
+    ::EnumThreadWindows(::GetCurrentThreadId(), ends ? &HearsTheEnd : &HearsNoEnd, 0);
+  }
 
   void AnswerNextBox(WORD answer) {
     box.emplace(
@@ -24,6 +21,18 @@ class WindowsSession : public WindowsProgramTest {
           title = TextOf(Dialog());
           ::PostMessageW(Dialog(), WM_COMMAND, answer, 0);
         });
+  }
+
+  static BOOL CALLBACK SaysYes(HWND window, LPARAM question) {
+    return ::SendMessageW(window, static_cast<UINT>(question), 0, 0) != 0 ? TRUE : FALSE;
+  }
+  static BOOL CALLBACK HearsTheEnd(HWND window, LPARAM) {
+    ::SendMessageW(window, WM_ENDSESSION, TRUE, 0);
+    return TRUE;
+  }
+  static BOOL CALLBACK HearsNoEnd(HWND window, LPARAM) {
+    ::SendMessageW(window, WM_ENDSESSION, FALSE, 0);
+    return TRUE;
   }
 
   std::optional<Once> box;
@@ -70,9 +79,9 @@ TEST_F(WindowsSession, OnlyAnEndThatComesIsOne) {
   StartAndBringUp();
   int ends = 0;
   screen->host.SessionEnds.Listen([&] { ++ends; });
-  ::SendMessageW(Listener(), WM_ENDSESSION, FALSE, 0);
+  Told(false);
   EXPECT_EQ(ends, 0);
-  ::SendMessageW(Listener(), WM_ENDSESSION, TRUE, 0);
+  Told(true);
   EXPECT_EQ(ends, 1);
 }
 

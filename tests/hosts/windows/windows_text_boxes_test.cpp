@@ -2,7 +2,9 @@
 #include "hosts/windows/system_headers.h"
 
 #include <shlobj.h>
+#include <windowsx.h>
 
+#include <cstdlib>
 #include <cstring>
 
 #include "tests/hosts/windows/windows_fixture.h"
@@ -28,6 +30,15 @@ class WindowsTextBoxesTest : public WindowsWindowTest {
     Show();
     return NativeOf(box);
   }
+  LONG LineHeightIn(HWND field) {
+    HDC dc = ::GetDC(field);
+    HGDIOBJ before = ::SelectObject(dc, reinterpret_cast<HGDIOBJ>(Send(field, WM_GETFONT)));
+    TEXTMETRICW metrics{};
+    ::GetTextMetricsW(dc, &metrics);
+    ::SelectObject(dc, before);
+    ::ReleaseDC(field, dc);
+    return metrics.tmHeight;
+  }
   void SetClipboard(const std::wstring& text) {
     ASSERT_TRUE(::OpenClipboard(Native()));
     ::EmptyClipboard();
@@ -49,6 +60,54 @@ TEST_F(WindowsTextBoxesTest, MirrorsTheTextBothWays) {
   Send(field, EM_SETSEL, 3, 3);
   Type(field, L"\xE9r");
   EXPECT_EQ(box.Text.Get(), "new\xC3\xA9r");
+}
+
+TEST_F(WindowsTextBoxesTest, ALineIsInTheMiddleOfItsField) {
+  TextBox plain;
+  TextBox masked(TextKind::kMasked);
+  masked.Mask = "##:##";
+  TextBox password(TextKind::kPassword);
+  plain.Text = password.Text = "High";
+  window.Place({{&plain, nullptr, {10, 10, 200, 24}},
+                {&masked, nullptr, {10, 50, 200, 24}},
+                {&password, nullptr, {10, 90, 200, 30}}});
+  next_top = 130;
+  Show();
+  for (TextBox* box : {&plain, &masked, &password}) {
+    HWND field = NativeOf(*box);
+    POINT text{0, GET_Y_LPARAM(Send(field, EM_POSFROMCHAR))};
+    ::MapWindowPoints(field, Native(), &text, 1);
+    const RECT& area = PeerOf(*box).Area();
+    const LONG above = text.y - area.top;
+    const LONG below = area.bottom - text.y - LineHeightIn(field);
+    EXPECT_GE(above, 3);
+    EXPECT_LE(std::abs(above - below), 1);
+  }
+}
+
+TEST_F(WindowsTextBoxesTest, WhatIsAboveALineIsOfTheFieldAndTakesItsClicks) {
+  TextBox box;
+  window.Place({{&box, nullptr, {10, 10, 200, 40}}});
+  next_top = 60;
+  Show();
+  HWND field = NativeOf(box);
+  const auto shows = [&](int system_color) {
+    const COLORREF color = ::GetSysColor(system_color);
+    return WaitFor([&] {
+      ::UpdateWindow(field);
+      return ColorAt(20, 14) == ((color & 0xFFU) << 16U | (color & 0xFF00U) | color >> 16U);
+    });
+  };
+  EXPECT_TRUE(shows(COLOR_WINDOW));
+  POINT above{20, 14};
+  ::ClientToScreen(Native(), &above);
+  EXPECT_EQ(Send(field, WM_NCHITTEST, 0, MAKELPARAM(above.x, above.y)), HTCLIENT);
+  box.ReadOnly = true;
+  EXPECT_TRUE(shows(COLOR_BTNFACE));
+  box.ReadOnly = false;
+  EXPECT_TRUE(shows(COLOR_WINDOW));
+  box.Enabled = false;
+  EXPECT_TRUE(shows(COLOR_BTNFACE));
 }
 
 TEST_F(WindowsTextBoxesTest, EachChangeOfTheUsersIsReportedOnce) {

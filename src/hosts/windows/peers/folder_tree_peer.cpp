@@ -1,6 +1,7 @@
 #include "hosts/windows/peers/folder_tree_peer.h"
 
 #include <cstring>
+#include <optional>
 
 #include "hosts/windows/meanwhile.h"
 #include "hosts/windows/shown_text.h"
@@ -28,8 +29,10 @@ FolderTreePeer::FolderTreePeer(PeerContext& context, WindowsWindow& window, Fold
       tree_(tree),
       rows_(context.files),
       media_(
-          [this](UINT message, WPARAM, LPARAM) {
-            if (message == WM_DEVICECHANGE) Report([this] { LookForDrives(); });
+          [this](UINT message, WPARAM, LPARAM) -> std::optional<LRESULT> {
+            if (message != WM_DEVICECHANGE) return std::nullopt;
+            Report([this] { LookForDrives(); });
+            return TRUE;
           },
           MessageWindow::Hears::kBroadcasts) {
   PrepareTrees();

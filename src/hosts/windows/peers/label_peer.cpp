@@ -5,18 +5,25 @@
 
 #include "hosts/windows/peers/picture_box_peer.h"
 #include "hosts/windows/shown_text.h"
-#include "ui/look.h"
 
 namespace tarnvale {
 namespace {
 
 /// Between a link's text and the frame of the focus, on the sides.
 constexpr int kRingGap = 3;
+/// How far the last letter of a line may go beyond the width by which the system broke it: what
+/// it measures isn't always what it draws.
+constexpr int kOverhang = 4;
 
-// A link needs room for that.
+// With the room that each of them needs.
 Rect PlaceOf(const Label& label, Rect place) {
-  if (label.Role != TextRole::kLink) return place;
-  return {place.left_px - kRingGap, place.top_px, place.width_px + 2 * kRingGap, place.height_px};
+  if (label.Role == TextRole::kLink) {
+    place.left_px -= kRingGap;
+    place.width_px += 2 * kRingGap;
+  } else if (label.Wrap) {
+    place.width_px += kOverhang;
+  }
+  return place;
 }
 
 constexpr wchar_t kEllipsis[] = L"\u2026";
@@ -72,7 +79,11 @@ bool LabelPeer::IsPanelHeading() const {
 
 RECT LabelPeer::TextArea() const {
   RECT area = Area();
-  if (IsLink()) ::InflateRect(&area, -context_.ToDevice(kRingGap), 0);
+  if (IsLink()) {
+    ::InflateRect(&area, -context_.ToDevice(kRingGap), 0);
+  } else if (label_.Wrap) {
+    area.right -= context_.ToDevice(kOverhang);
+  }
   if (IsPanelHeading()) {
     area.left += context_.ToDevice(9);
     area.right -= context_.ToDevice(6);
@@ -81,7 +92,8 @@ RECT LabelPeer::TextArea() const {
 }
 
 UINT LabelPeer::Format() const {
-  UINT format = DT_NOPREFIX;
+  // What it may cover is the scene's affair.
+  UINT format = DT_NOPREFIX | DT_NOCLIP;
   format |= IsBlock() ? UINT{DT_TOP} : DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
   if (label_.Wrap) format |= DT_WORDBREAK;
   switch (label_.Align) {
@@ -109,14 +121,18 @@ void LabelPeer::PaintPanelHeading(Surface& surface) const {
   constexpr int kCorner[] = {3, 1, 1};
   const RECT& bar = Area();
   const int last = std::max<int>(bar.right - bar.left - 1, 1);
-  const Color end = ToColor(palette::kPanelBar);
+  const Color from = context_.colors.panel_bar_from;
+  const Color to = context_.colors.panel_bar_to;
   for (int x = bar.left; x < bar.right; ++x) {
-    const auto mixed = [&](int to) { return 255 + (to - 255) * (x - bar.left) / last; };
+    const auto mixed = [&](int first, int second) {
+      return first + (second - first) * (x - bar.left) / last;
+    };
     const int from_edge = std::min<int>(x - bar.left, bar.right - 1 - x);
     const auto cut = std::count_if(std::begin(kCorner), std::end(kCorner),
                                    [&](int within) { return from_edge < within; });
     surface.Fill({x, bar.top + static_cast<LONG>(cut), x + 1, bar.bottom},
-                 MakeColor(mixed(RedOf(end)), mixed(GreenOf(end)), mixed(BlueOf(end))));
+                 MakeColor(mixed(RedOf(from), RedOf(to)), mixed(GreenOf(from), GreenOf(to)),
+                           mixed(BlueOf(from), BlueOf(to))));
   }
 }
 
@@ -125,9 +141,10 @@ void LabelPeer::Paint(Surface& surface) {
   HDC dc = surface.Dc();
   const bool is_lit = IsLink() && IsUsable() && IsOver();
   const Selected font(dc, context_.fonts.OfRole(label_.Role, is_lit));
-  const palette::Rgb color = is_lit ? palette::kLinkOver : ColorOfRole(label_.Role, IsUsable());
+  const LookColors& colors = context_.colors;
+  const Color color = is_lit ? colors.link_over : colors.OfRole(label_.Role, IsUsable());
   ::SetBkMode(dc, TRANSPARENT);
-  ::SetTextColor(dc, ToColorRef(ToColor(color)));
+  ::SetTextColor(dc, ToColorRef(color));
   const std::wstring text = Fitting(dc);
   RECT area = TextArea();
   ::DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, Format());
@@ -139,8 +156,7 @@ void LabelPeer::Paint(Surface& surface) {
   const LONG top = IsBlock() ? area.top : area.top + (area.bottom - area.top - height) / 2;
   const LONG gap = context_.ToDevice(kRingGap);
   const LONG width = std::min(ring.right - ring.left, area.right - area.left);
-  surface.FrameDotted({area.left - gap, top, area.left + width + gap, top + height},
-                      ToColor(palette::kLink));
+  surface.FrameDotted({area.left - gap, top, area.left + width + gap, top + height}, colors.link);
 }
 
 bool LabelPeer::OnKeyDown(const KeyPress& press, bool is_repeated) {

@@ -7,7 +7,6 @@
 #include "hosts/windows/shown_text.h"
 #include "hosts/windows/windows_window.h"
 #include "ui/caption_text.h"
-#include "ui/look.h"
 
 namespace tarnvale {
 namespace {
@@ -79,7 +78,7 @@ void MarkButtonPeer::PaintCaption(Surface& surface, RECT area) const {
   const std::wstring text = ToShown(caption_.Get());
   const Selected font(dc, context_.fonts.OfRole(TextRole::kBody));
   ::SetBkMode(dc, TRANSPARENT);
-  ::SetTextColor(dc, ToColorRef(ToColor(ColorOfRole(TextRole::kBody, IsUsable()))));
+  ::SetTextColor(dc, ToColorRef(context_.colors.OfRole(TextRole::kBody, IsUsable())));
   constexpr UINT kFormat = DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
   ::DrawTextW(dc, text.c_str(), -1, &area, kFormat);
   if (!HasFocus() || text.empty()) return;
@@ -89,7 +88,7 @@ void MarkButtonPeer::PaintCaption(Surface& surface, RECT area) const {
   const LONG top = area.top + (area.bottom - area.top - height) / 2;
   surface.FrameDotted({area.left - 2, top,
                        std::min(area.left + ring.right - ring.left + 2, area.right), top + height},
-                      ToColor(palette::kFocus));
+                      context_.colors.focus);
 }
 
 void MarkButtonPeer::Paint(Surface& surface) {

@@ -5,13 +5,12 @@
 #include <utility>
 
 #include "hosts/windows/windows_window.h"
-#include "ui/palette.h"
 
 namespace tarnvale {
 
 OwnerDrawnPeer::OwnerDrawnPeer(PeerContext& context, WindowsWindow& window, OwnerDrawn& drawn,
                                const Rect& place, const Peer* container)
-    : DrawnPeer(context, window, drawn, place, container), drawn_(drawn), canvas_({}, 1) {
+    : DrawnPeer(context, window, drawn, place, container), drawn_(drawn) {
   Follow(drawn_.LookChanged, [this] {
     is_stale_ = true;
     RequestFrame();
@@ -44,8 +43,7 @@ Point OwnerDrawnPeer::LogicalPoint(POINT at) const {
 AmbientLook OwnerDrawnPeer::AmbientOfContainer() const {
   const auto* outer = dynamic_cast<const OwnerDrawn*>(drawn_.Parent());
   if (const auto lent = outer == nullptr ? std::nullopt : outer->LendsToContents()) return *lent;
-  return {
-      .name = {}, .font = {}, .back = ToColor(palette::kGround), .fore = ToColor(palette::kText)};
+  return {.name = {}, .font = {}, .back = context_.colors.ground, .fore = context_.colors.text};
 }
 
 Raster OwnerDrawnPeer::CopyOfContainer() const {
@@ -73,12 +71,16 @@ void OwnerDrawnPeer::Lend() {
   Report([&] { drawn_.OnLent(lent); });
 }
 
+void OwnerDrawnPeer::OnColors() {
+  is_stale_ = true;
+  Lend();
+}
+
 void OwnerDrawnPeer::OnShown(bool is_shown) {
   if (is_shown) {
     Lend();
   } else {
-    // The screens of a window would keep megabytes.
-    canvas_ = Canvas({}, 1);
+    drawn_look_.Forget();
     is_stale_ = true;
   }
   DrawnPeer::OnShown(is_shown);
@@ -87,11 +89,15 @@ void OwnerDrawnPeer::OnShown(bool is_shown) {
 void OwnerDrawnPeer::Paint(Surface& surface) {
   if (is_stale_) {
     is_stale_ = false;
-    canvas_.Reset(LogicalSize(), Scale());
-    Report([this] { drawn_.Paint(canvas_, context_.text); });
+    Canvas canvas(LogicalSize(), Scale());
+    Report([&] { drawn_.Paint(canvas, context_.text); });
+    drawn_look_.Keep(canvas);
   }
-  surface.Blend(canvas_.DevicePixels(), canvas_.DeviceWidth(), canvas_.DeviceHeight(), Area().left,
-                Area().top);
+  drawn_look_.Blend(surface, Area().left, Area().top);
+  // A button's own frame is of one colour, which may not be seen on this ground.
+  if (context_.colors.AreTheSystems() && drawn_.AccessibleKind() == OwnerDrawn::Kind::kButton) {
+    surface.Frame(Area(), context_.colors.OfRole(TextRole::kBody, IsUsable()));
+  }
 }
 
 void OwnerDrawnPeer::OnFrame() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/windows/packed_canvas.h"
 #include "hosts/windows/peers/drawn_peer.h"
 #include "ui/owner_drawn.h"
 
@@ -27,6 +28,7 @@ class OwnerDrawnPeer final : public DrawnPeer {
   char32_t AccessKey() const override { return drawn_.AccessKeyChar(); }
   void OnAccessKey() override;
   void OnFrame() override;
+  void OnColors() override;
   LONG RoleForReaders() const override;
   AccessibleState StateForReaders() const override { return drawn_.StateForReaders(); }
   bool CanBePressed() const override;
@@ -45,7 +47,7 @@ class OwnerDrawnPeer final : public DrawnPeer {
   void Lend();
 
   OwnerDrawn& drawn_;
-  Canvas canvas_;
+  PackedCanvas drawn_look_;
   bool is_stale_ = true;
   AccessibleState reported_;
 };

@@ -8,6 +8,7 @@
 
 #include "base/signal.h"
 #include "hosts/windows/fonts.h"
+#include "hosts/windows/look_colors.h"
 #include "hosts/windows/windows_event_loop.h"
 #include "platform/files.h"
 #include "ui/controls.h"
@@ -32,6 +33,7 @@ struct PeerContext {
   std::function<Path(const std::wstring& native)> program_path;
   /// Of the display: 96 is one device pixel to the logical one.
   int dpi = 96;
+  LookColors colors = {};
   /// The host goes down: records may be gone, so nothing is reported any more.
   bool ending = false;
 
@@ -66,6 +68,8 @@ class Peer : public FrameClient {
   virtual void TakeNativeFocus() = 0;
   /// Shows its look anew.
   virtual void Repaint() = 0;
+  /// The colours are others now; its window repaints all of itself.
+  virtual void OnColors() {}
   /// What it is for a screen reader: one of the system's roles.
   virtual LONG RoleForReaders() const = 0;
   /// What is shown when the pointer rests on it.

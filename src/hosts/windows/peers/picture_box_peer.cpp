@@ -1,7 +1,6 @@
 #include "hosts/windows/peers/picture_box_peer.h"
 
 #include "hosts/windows/windows_pictures.h"
-#include "ui/palette.h"
 
 namespace tarnvale {
 
@@ -13,17 +12,17 @@ PictureBoxPeer::PictureBoxPeer(PeerContext& context, WindowsWindow& window, Pict
 
 void PictureBoxPeer::PaintGround(Surface& surface) const {
   const RECT& area = Area();
+  const LookColors& colors = context_.colors;
   switch (picture_.Background) {
     case PictureBox::Ground::kWindow:
       return;
     case PictureBox::Ground::kTaskPanel:
-      surface.FillVertically(area, ToColor(palette::kPanelTop), ToColor(palette::kPanelBottom));
-      surface.Fill({area.right - 1, area.top, area.right, area.bottom},
-                   ToColor(palette::kPanelEdge));
+      surface.FillVertically(area, colors.panel_top, colors.panel_bottom);
+      surface.Fill({area.right - 1, area.top, area.right, area.bottom}, colors.panel_edge);
       return;
     case PictureBox::Ground::kField:
-      surface.Fill(area, ToColor(palette::kField));
-      surface.Frame(area, ToColor(palette::kFieldFrame));
+      surface.Fill(area, colors.field);
+      surface.Frame(area, colors.field_frame);
       return;
   }
 }

@@ -4,6 +4,7 @@
 
 #include <shellapi.h>
 
+#include <optional>
 #include <string>
 
 #include "hosts/windows/peers/native_peer.h"
@@ -43,6 +44,11 @@ class TextBoxPeer : public NativePeer {
   void ReportSelection();
   void ReportFiles(HDROP drop);
 
+  void MeasureFrame();
+  std::optional<LRESULT> ServeFrame(UINT message, WPARAM first, LPARAM second);
+  LONG LineHeight() const;
+  void PaintBand() const;
+
   bool IgnoresPress(UINT message);
   bool ServeTyped(WPARAM character);
   bool ServeMasked(UINT message, WPARAM first);
@@ -52,6 +58,7 @@ class TextBoxPeer : public NativePeer {
   TextBox& box_;
   std::string appended_;
   Range reported_;
+  LONG text_inset_ = 0;  ///< what the system itself leaves free above a line
   bool is_showing_ = false;
   bool ignores_press_ = false;
 };
