@@ -16,6 +16,7 @@ CHECKOUT = Path(__file__).resolve().parents[3]
 PROGRAMS = Path(os.environ.get("TARNVALE_PROGRAMS", CHECKOUT / "build/windows-x64/bin"))
 UNDER_WINE = CHECKOUT / "scripts/under-wine"
 PATIENCE_S = 25
+DPI = int(os.environ.get("TARNVALE_DPI", 96))  # the display's
 
 
 def under_wine(*command, **options):
@@ -122,13 +123,13 @@ class Person:
     def _place_in(self, window, title, name, nth):
         # A label before a field often has its name.
         what = [place for kind, place in self.layout[title, name] if kind != "label"]
-        left, top, width, height = what[nth]
+        left, top, width, height = (pixels * DPI // 96 for pixels in what[nth])
         return window.left + left, window.top + top, width, height
 
     def _fields_at(self, window, title, name, nth):
         left, top, width, _ = self._place_in(window, title, name, nth)
         return [f for f in self.fields if f.owner == window.handle and
-                left - 2 <= f.left <= left + 4 and top - 2 <= f.top <= top + 4 and
+                left - 2 <= f.left <= left + 4 and top - 2 <= f.top <= top + 12 * DPI // 96 and
                 abs(f.width - width) <= 30]
 
     def field(self, title, name, nth=0):
@@ -144,6 +145,11 @@ class Person:
                 for nth, (kind, _) in enumerate(c for c in controls if c[0] != "label")
                 if kind in ("field", "list", "files", "tree", "combo") and
                 any(f.visible for f in self._fields_at(window, title, name, nth))}
+
+    def visible_edits(self, title):
+        window = self.window(title)
+        return [f for f in self.fields
+                if f.owner == window.handle and f.kind == "Edit" and f.visible]
 
     def focused(self):
         self.look()
@@ -195,6 +201,9 @@ class Person:
     def hand(*what):
         return subprocess.run(["xdotool", *map(str, what)], check=True,
                               stdout=subprocess.PIPE).stdout.decode()
+
+    def screen_height(self):
+        return int(self.hand("getdisplaygeometry").split()[1])
 
     def press(self, *keys):
         self.hand("key", "--delay", 20, *keys)

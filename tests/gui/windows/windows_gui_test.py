@@ -371,6 +371,21 @@ class Tools(OneStart):
             self.assertIn(line, settings)
         self.close(title)
 
+    def test_each_task_of_the_server_has_its_panel(self):
+        person = self.person
+        title = self.open("Server Upload & Download", "FTP Server Management")
+        panels = {"Upload A Compressed File": [("Compressed Backup File", 0), ("Remote File Name", 0)],
+                  "Download A Compressed File": [("Remote File Name", 1), ("Extension", 0)],
+                  "FTP Upload Server Settings": [("FTP Server Address", 0), ("Username", 0),
+                                                 ("Password", 0)]}
+        for link, fields in panels.items():
+            person.click(title, link)
+            # The panels lie in one place, and some of their fields too.
+            person.wait_for(f"the panel of {link} alone", lambda: (
+                len(person.visible_edits(title)) == len(fields) and
+                all(person.field(title, name, nth).visible for name, nth in fields)))
+        self.close(title)
+
     def test_each_application_has_its_panel(self):
         person = self.person
         title = self.open("User Data Applications", "User Data Applications")
@@ -378,13 +393,8 @@ class Tools(OneStart):
             link = ("Mozilla Firefox", "Internet Explorer", "Opera Browser", "Microsoft Outlook",
                     "Microsoft Outlook Express", "Mozilla Thunderbird", "Windows XP Files")[nth]
             person.click(title, link)
-
-            def shown():
-                person.look()
-                window = person.window(title)
-                return [f.handle for f in person.fields
-                        if f.owner == window.handle and f.kind == "Edit" and f.visible]
-            person.wait_for(f"the panel of {link} alone", lambda: len(shown()) == 1)
+            person.wait_for(f"the panel of {link} alone",
+                            lambda: len(person.visible_edits(title)) == 1)
         self.close(title)
 
     def test_the_compressor_packs_a_folder(self):
