@@ -67,17 +67,20 @@ TEST_F(WindowsTextBoxesTest, ALineIsInTheMiddleOfItsField) {
   TextBox masked(TextKind::kMasked);
   masked.Mask = "##:##";
   TextBox password(TextKind::kPassword);
-  plain.Text = password.Text = "High";
+  ComboBox combo;
+  plain.Text = password.Text = combo.Text = "High";
   window.Place({{&plain, nullptr, {10, 10, 200, 24}},
                 {&masked, nullptr, {10, 50, 200, 24}},
-                {&password, nullptr, {10, 90, 200, 30}}});
-  next_top = 130;
+                {&password, nullptr, {10, 90, 200, 30}},
+                {&combo, nullptr, {10, 130, 200, 48}}});
+  next_top = 190;
   Show();
-  for (TextBox* box : {&plain, &masked, &password}) {
-    HWND field = NativeOf(*box);
+  for (Control* control : std::vector<Control*>{&plain, &masked, &password, &combo}) {
+    HWND inner = ::FindWindowExW(NativeOf(*control), nullptr, L"EDIT", nullptr);
+    HWND field = inner != nullptr ? inner : NativeOf(*control);
     POINT text{0, GET_Y_LPARAM(Send(field, EM_POSFROMCHAR))};
     ::MapWindowPoints(field, Native(), &text, 1);
-    const RECT& area = PeerOf(*box).Area();
+    const RECT& area = PeerOf(*control).Area();
     const LONG above = text.y - area.top;
     const LONG below = area.bottom - text.y - LineHeightIn(field);
     EXPECT_GE(above, 3);

@@ -1,6 +1,7 @@
 #include "hosts/windows/peers/combo_box_peer.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,8 +22,10 @@ ComboBoxPeer::ComboBoxPeer(PeerContext& context, WindowsWindow& window, ComboBox
     : NativePeer(context, window, combo, place, container), combo_(combo) {
   Create(L"COMBOBOX", CBS_AUTOHSCROLL | CBS_HASSTRINGS | WS_VSCROLL |
                           (combo_.Editable ? CBS_DROPDOWN : CBS_DROPDOWNLIST));
-  if (HWND const field = ::FindWindowExW(Native(), nullptr, L"EDIT", nullptr)) AddInner(field);
+  field_ = ::FindWindowExW(Native(), nullptr, L"EDIT", nullptr);
+  if (field_ != nullptr) AddInner(field_);
   Fit();
+  if (field_ != nullptr) line_.Begin(field_);
   ShowRows();
   Follow(combo_.Text.Changed(), [this] { ShowText(); });
   Follow(combo_.Rows.Appended, [this] { ShowRows(); });
@@ -35,7 +38,8 @@ ComboBoxPeer::ComboBoxPeer(PeerContext& context, WindowsWindow& window, ComboBox
 void ComboBoxPeer::Fit() {
   const int wanted = Area().bottom - Area().top;
   const auto row = static_cast<int>(::SendMessageW(Native(), CB_GETITEMHEIGHT, 0, 0));
-  int field = wanted / 2;
+  // Some systems have a least height, which says nothing of the edges.
+  int field = wanted;
   for (int tries = 0; tries < 2; ++tries) {
     ::SendMessageW(Native(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(field, 1));
     ::SetWindowPos(Native(), nullptr, 0, 0, Area().right - Area().left, wanted + row * kRowsShown,
@@ -44,6 +48,12 @@ void ComboBoxPeer::Fit() {
     ::GetWindowRect(Native(), &closed);
     field += wanted - (closed.bottom - closed.top);
   }
+}
+
+LRESULT ComboBoxPeer::OnMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
+  const auto pass_on = [&] { return PassOn(window, message, first, second); };
+  const auto answer = window == field_ ? line_.Serve(message, second, pass_on) : std::nullopt;
+  return answer ? *answer : pass_on();
 }
 
 void ComboBoxPeer::ShowRows() {

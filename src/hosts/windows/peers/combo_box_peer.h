@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/windows/peers/line_in_middle.h"
 #include "hosts/windows/peers/native_peer.h"
 
 namespace tarnvale {
@@ -15,6 +16,7 @@ class ComboBoxPeer final : public NativePeer {
 
  protected:
   bool KeepsKey(Key key) const override;
+  LRESULT OnMessage(HWND window, UINT message, WPARAM first, LPARAM second) override;
 
  private:
   void Fit();
@@ -26,6 +28,8 @@ class ComboBoxPeer final : public NativePeer {
   bool IsOpen() const;
 
   ComboBox& combo_;
+  HWND field_ = nullptr;
+  LineInMiddle line_;
   bool is_showing_ = false;
 };
 

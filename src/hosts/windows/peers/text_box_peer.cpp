@@ -5,9 +5,7 @@
 #include <vector>
 
 #include "hosts/windows/meanwhile.h"
-#include "hosts/windows/surface.h"
 #include "hosts/windows/wide.h"
-#include "hosts/windows/windows_window.h"
 
 namespace tarnvale {
 namespace {
@@ -72,8 +70,7 @@ TextBoxPeer::TextBoxPeer(PeerContext& context, WindowsWindow& window, TextBox& b
   if (box_.FixedWidth) {
     ::SendMessageW(Native(), WM_SETFONT, reinterpret_cast<WPARAM>(context_.fonts.FixedWidth()), 0);
   }
-  // Now that the line's height is known.
-  if (!IsMemo()) MeasureFrame();
+  if (!IsMemo()) line_.Begin(Native());
   if (box_.AcceptsFiles) ::DragAcceptFiles(Native(), TRUE);
   ShowText();
   Follow(box_.Text.Changed(), [this] { ShowText(); });
@@ -185,7 +182,8 @@ LRESULT TextBoxPeer::OnMessage(HWND edit, UINT message, WPARAM first, LPARAM sec
     return 0;
   }
   if (!IsMemo()) {
-    if (const auto answer = ServeFrame(message, first, second)) return *answer;
+    const auto pass_on = [&] { return PassOn(edit, message, first, second); };
+    if (const auto answer = line_.Serve(message, second, pass_on)) return *answer;
   }
   if (IgnoresPress(message)) return 0;
   if (message == WM_CHAR && ServeTyped(first)) return 0;
@@ -193,74 +191,6 @@ LRESULT TextBoxPeer::OnMessage(HWND edit, UINT message, WPARAM first, LPARAM sec
   const LRESULT result = PassOn(edit, message, first, second);
   if (MayMoveSelection(message)) ReportSelection();
   return result;
-}
-
-// The system's field of one line keeps its text at the top: what is above the middle becomes part
-// of its frame, in the field's own colour.
-
-void TextBoxPeer::MeasureFrame() {
-  RECT text{};
-  ::SendMessageW(Native(), EM_GETRECT, 0, reinterpret_cast<LPARAM>(&text));
-  text_inset_ = text.top;
-  ::SetWindowPos(Native(), nullptr, 0, 0, 0, 0,
-                 SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-std::optional<LRESULT> TextBoxPeer::ServeFrame(UINT message, WPARAM first, LPARAM second) {
-  switch (message) {
-    case WM_NCCALCSIZE: {
-      const LRESULT result = PassOn(Native(), message, first, second);
-      // The first of what either kind of question brings.
-      auto& client = *reinterpret_cast<RECT*>(second);
-      const LONG middle = (client.bottom - client.top - LineHeight()) / 2;
-      client.top += std::max<LONG>(middle - text_inset_, 0);
-      return result;
-    }
-    case WM_NCPAINT: {
-      const LRESULT result = PassOn(Native(), message, first, second);
-      PaintBand();
-      return result;
-    }
-    case WM_NCHITTEST:
-      return HTCLIENT;
-    case WM_ENABLE:
-    case EM_SETREADONLY: {
-      const LRESULT result = PassOn(Native(), message, first, second);
-      ::RedrawWindow(Native(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE);
-      return result;
-    }
-    default:
-      return std::nullopt;
-  }
-}
-
-LONG TextBoxPeer::LineHeight() const {
-  HDC const dc = ::GetDC(Native());
-  TEXTMETRICW metrics{};
-  {
-    const tarnvale::Selected font(
-        dc, reinterpret_cast<HGDIOBJ>(::SendMessageW(Native(), WM_GETFONT, 0, 0)));
-    ::GetTextMetricsW(dc, &metrics);
-  }
-  ::ReleaseDC(Native(), dc);
-  return metrics.tmHeight;
-}
-
-void TextBoxPeer::PaintBand() const {
-  RECT whole{};
-  RECT client{};
-  ::GetWindowRect(Native(), &whole);
-  ::GetClientRect(Native(), &client);
-  ::MapWindowPoints(Native(), nullptr, reinterpret_cast<POINT*>(&client), 2);
-  ::OffsetRect(&client, -whole.left, -whole.top);
-  const RECT band{client.left, whole.bottom - whole.top - client.bottom, client.right, client.top};
-  HDC const dc = ::GetWindowDC(Native());
-  const bool is_static = box_.ReadOnly || !IsUsable();
-  const LRESULT brush =
-      ::SendMessageW(window_.Native(), is_static ? WM_CTLCOLORSTATIC : WM_CTLCOLOREDIT,
-                     reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(Native()));
-  ::FillRect(dc, &band, reinterpret_cast<HBRUSH>(brush));
-  ::ReleaseDC(Native(), dc);
 }
 
 // The handler of the focus ran before the press that brought it; what it selected stays.

@@ -4,9 +4,9 @@
 
 #include <shellapi.h>
 
-#include <optional>
 #include <string>
 
+#include "hosts/windows/peers/line_in_middle.h"
 #include "hosts/windows/peers/native_peer.h"
 #include "ui/masked_text.h"
 
@@ -44,11 +44,6 @@ class TextBoxPeer : public NativePeer {
   void ReportSelection();
   void ReportFiles(HDROP drop);
 
-  void MeasureFrame();
-  std::optional<LRESULT> ServeFrame(UINT message, WPARAM first, LPARAM second);
-  LONG LineHeight() const;
-  void PaintBand() const;
-
   bool IgnoresPress(UINT message);
   bool ServeTyped(WPARAM character);
   bool ServeMasked(UINT message, WPARAM first);
@@ -58,7 +53,7 @@ class TextBoxPeer : public NativePeer {
   TextBox& box_;
   std::string appended_;
   Range reported_;
-  LONG text_inset_ = 0;  ///< what the system itself leaves free above a line
+  LineInMiddle line_;
   bool is_showing_ = false;
   bool ignores_press_ = false;
 };
