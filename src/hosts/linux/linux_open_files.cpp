@@ -248,7 +248,9 @@ std::size_t LinuxOpenFiles::Copy(int from, int to, std::span<std::uint8_t> buffe
   if (!goes_on && gathered_.contains(to)) Settle(to);
   GatheredCopy& copy = gathered_.try_emplace(to, fresh).first->second;
   const auto wanted = static_cast<std::int64_t>(buffer.size());
-  const std::int64_t left = source.opened.file->Length() - source.position;
+  // Not at each small step: a file that has become shorter since is found out by the copy itself.
+  if (copy.from_length - source.position < wanted) copy.from_length = source.opened.file->Length();
+  const std::int64_t left = copy.from_length - source.position;
   const std::int64_t count = std::clamp<std::int64_t>(left, 0, wanted);
   copy.count += count;
   source.position += count;

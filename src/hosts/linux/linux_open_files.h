@@ -41,7 +41,8 @@ class LinuxOpenFiles : public OpenFileTable {
     int from;  ///< a number of the table
     std::int64_t from_position;
     std::int64_t to_position;
-    std::int64_t count = 0;  ///< of bytes
+    std::int64_t count = 0;        ///< of bytes
+    std::int64_t from_length = 0;  ///< as it was when it was last asked for
 
     bool GoesOn(const GatheredCopy& next) const {
       return from == next.from && from_position + count == next.from_position &&

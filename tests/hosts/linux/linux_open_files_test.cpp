@@ -80,6 +80,19 @@ TEST_F(LinuxOpenFilesTest, ACopyWhoseSourceWasCutShortMeanwhileRaises62) {
   EXPECT_EQ(ReadNative(OnDrive("Data/to.bin")), "01");
 }
 
+TEST_F(LinuxOpenFilesTest, ASourceThatHasGrownMeanwhileIsCopiedToItsNewEnd) {
+  WriteNative(OnDrive("Data/from.bin"), "01234");
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  open.OpenOutput(2, "C:\\Data\\to.bin");
+  std::array<std::uint8_t, 4> step{};
+  EXPECT_EQ(open.Copy(1, 2, step), 4U);
+  WriteNative(OnDrive("Data/from.bin"), "012345678");
+  EXPECT_EQ(open.Copy(1, 2, step), 4U);
+  EXPECT_EQ(open.Copy(1, 2, step), 1U);
+  open.CloseAll();
+  EXPECT_EQ(ReadNative(OnDrive("Data/to.bin")), "012345678");
+}
+
 TEST_F(LinuxOpenFilesTest, WhatWasCopiedIsKeptWhenTheProgramEnds) {
   WriteNative(OnDrive("Data/from.bin"), "0123456789");
   {
