@@ -74,7 +74,8 @@ TEST(FixedSeedTest, AnyPointerFileNamesItsFirstItem) {
   for (int i = 0; i < 30000; ++i) deep += "a\\";
   RunSeeds(
       {BytesOf("\"C:\\Data\"\r\n"), BytesOf(" \tC:\\Data, more\n"), BytesOf("\"C:\\a, b\" c\r\n"),
-       BytesOf("\\\\server\\share"), BytesOf(deep), BytesOf("C:\\DATA\\..\\data\\."), BytesOf("")},
+       BytesOf("\\\\server\\share"), BytesOf(deep), BytesOf("C:\\DATA\\..\\data\\."), BytesOf(""),
+       BytesOf("\xEF\xBB\xBF\xEF\xBB\xBF C:\\"), BytesOf(" \"\xEF\xBB\xBF C:\\\"")},
       3000, FuzzPointerFile);
 }
 

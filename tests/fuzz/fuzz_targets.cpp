@@ -5,6 +5,7 @@
 #include <string>
 
 #include "codec/archive.h"
+#include "platform/file_text.h"
 #include "platform/profile_text.h"
 #include "settings/settings_store.h"
 #include "tests/codec/codec_under_test.h"
@@ -107,11 +108,16 @@ std::string TextOf(std::span<const std::uint8_t> bytes) {
 }
 
 // The first item of a text, by the words of the contract and nothing else.
-std::optional<std::string> FirstItem(const std::string& text) {
+std::optional<std::string> FirstItem(std::string text) {
+  const bool has_mark = text.starts_with(kUtf8Mark);
+  if (has_mark) text.erase(0, kUtf8Mark.size());
   const std::size_t begin = text.find_first_not_of(" \t");
   if (begin == std::string::npos) return std::nullopt;
-  if (text[begin] == '"') return text.substr(begin + 1, text.find('"', begin + 1) - begin - 1);
-  return text.substr(begin, text.find_first_of(",\r\n", begin) - begin);
+  std::string item = text[begin] == '"'
+                         ? text.substr(begin + 1, text.find('"', begin + 1) - begin - 1)
+                         : text.substr(begin, text.find_first_of(",\r\n", begin) - begin);
+  if (!has_mark && item.starts_with(kUtf8Mark)) item.erase(0, kUtf8Mark.size());
+  return item;
 }
 
 // Takes the first line off a text.
