@@ -62,11 +62,20 @@ class GuiPanel : public GuiTest {
     MovePointerTo(*icon);
     LetDisplay(QStringList("click") + click);
   }
-  /// Opens the icon's menu by the right button and chooses in it by keys.
+  /// Opens the icon's menu by the right button and chooses in it by keys. The panel asks for the
+  /// menu's rows again while it is open; on a slow machine that takes the selection away. Then
+  /// Enter chooses nothing, and the menu stays: as a person would, begin again.
   void ChooseInPanel(const QStringList& keys) {
-    ClickIcon({"3"});
-    ASSERT_TRUE(WaitFor([] { return IsMenuOpen(); })) << "the panel opens the icon's menu";
-    LetDisplay(QStringList{"key", "--delay", "150"} + keys);
+    constexpr int kCloses_ms = 3000;
+    for (int tries = 0; tries < 5; ++tries) {
+      ClickIcon({"3"});
+      ASSERT_TRUE(WaitFor([] { return IsMenuOpen(); })) << "the panel opens the icon's menu";
+      LetDisplay(QStringList{"key", "--delay", "150"} + keys);
+      if (WaitFor([] { return !IsMenuOpen(); }, kCloses_ms)) return;
+      LetDisplay({"key", "Escape", "Escape"});
+      ASSERT_TRUE(WaitFor([] { return !IsMenuOpen(); }));
+    }
+    FAIL() << "the menu's rows can't be chosen";
   }
 };
 
