@@ -55,6 +55,17 @@ TEST_F(ArchiveFailuresTest, TheBoxHasTheProgramsTitle) {
   EXPECT_EQ(machine.boxes.Shown()[0].buttons, BoxButtons::kOk);
 }
 
+TEST_F(ArchiveFailuresTest, WithoutAFreeNumberNothingIsPacked) {
+  const Path file = "C:\\Data\\a";
+  files.Write(file, "x");
+  for (int number = 256; number <= 511; ++number) machine.open_files.OpenInput(number, file);
+  EXPECT_EQ(RaisedBy([&] { archiver.SaveFilesToArchiv("C:\\Data", archive, false); }), 67);
+  EXPECT_FALSE(files.Exists(archive));
+  machine.open_files.Close(256);
+  machine.open_files.Close(511);
+  EXPECT_EQ(archiver.SaveFilesToArchiv("C:\\Data", archive, false), 1);
+}
+
 TEST_F(ArchiveFailuresTest, AnEmptyTreeCountsOneRecordWithoutANameAndFailsToOpenTheRoot) {
   files.MakeFolder("C:\\Data\\sub");
   reported.clear();
