@@ -330,6 +330,17 @@ class Installation:
     def runs(self):
         return self.process is not None and self.process.poll() is None
 
+    def is_helped(self):
+        """U3-Data.exe, which the program starts and doesn't wait for, is still at work."""
+        helper = told(self.folder / "U3-Data.exe").encode()
+        for process in Path("/proc").glob("[0-9]*/cmdline"):
+            try:
+                if helper in process.read_bytes():
+                    return True
+            except OSError:
+                pass  # it has ended
+        return False
+
     def settings(self):
         path = self.folder / "Data/Tarnvale.ini"
         return path.read_text() if path.exists() else ""

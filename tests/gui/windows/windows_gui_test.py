@@ -463,6 +463,8 @@ class Exits(Suite):
     def test_the_loss_of_the_data_folder_ends_it(self):
         program = self.start()
         self.person.wait_for("the icon", self.person.find_tray)
+        # It would make the folder anew.
+        self.person.wait_for("the end of U3-Data.exe", lambda: not program.is_helped())
         shutil.rmtree(program.folder / "Data")
         self.ends(program)
 
