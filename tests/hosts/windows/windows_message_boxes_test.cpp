@@ -68,6 +68,28 @@ TEST_F(WindowsMessagesTest, ShowsTheIconAndTheButtons) {
 }
 
 // Without a parent's number of its own, the system gives that of OK.
+TEST_F(WindowsMessagesTest, TheProgramsEndClosesABoxOverAnOpenMenuAndTheMenuToo) {
+  Show();
+  MenuItem menu;
+  MenuItem row("Row");
+  menu.Add(row);
+  BoxAnswer answer = BoxAnswer::kYes;
+  const Once asks(
+      loop, [] { return IsMenuOpen(); }, [&] { answer = boxes.Show(yes_no); });
+  const Once ends(
+      loop, [] { return Dialog() != nullptr; }, [&] { loop.Quit(5); });
+  bool is_back = false;
+  loop.Post([&] {
+    host.PopUp(menu);
+    is_back = true;
+  });
+  EXPECT_EQ(loop.Run(), 5);
+  EXPECT_EQ(answer, BoxAnswer::kNo);
+  EXPECT_TRUE(is_back);
+  EXPECT_EQ(Dialog(), nullptr);
+  EXPECT_FALSE(IsMenuOpen());
+}
+
 TEST_F(WindowsMessagesTest, TheProgramsEndAnswersNoOrCancel) {
   std::vector<BoxAnswer> answers;
   loop.Post([&] {
