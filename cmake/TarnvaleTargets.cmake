@@ -29,7 +29,7 @@ endif()
 option(TARNVALE_UNITY "Compile several source files of a target together" OFF)
 set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
 if(NOT WIN32)
-  # There only the libraries: its headers bring names along that programs use.
+  # There only the libraries and tests: its headers bring names along that programs use.
   set(CMAKE_UNITY_BUILD ${TARNVALE_UNITY})
 endif()
 
@@ -52,6 +52,7 @@ function(tarnvale_test name)
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock_main tarnvale_flags)
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ${TARNVALE_UNITY})
   if(TARGET tarnvale_test_headers)
     target_precompile_headers(${name} REUSE_FROM tarnvale_test_headers)
   endif()
