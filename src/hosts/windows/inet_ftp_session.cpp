@@ -205,6 +205,7 @@ InetFtpSession::Failure InetFtpSession::Perform() {
 InetFtpSession::Failure InetFtpSession::Connect() {
   heard_ = awaits_reply_ = false;
   replies_ = 0;
+  goes_on_ = false;
   InetHandle inet = ::InternetOpenW(L"Tarnvale", INTERNET_OPEN_TYPE_DIRECT, nullptr, nullptr, 0);
   if (inet == nullptr) return kTransferCannotConnect;
   ::InternetSetStatusCallbackA(inet, &OnInetStatus);
@@ -434,17 +435,26 @@ void InetFtpSession::OnStatus(DWORD status, DWORD count) {
       return note(TransportState::kRequestSent);
     case INTERNET_STATUS_RECEIVING_RESPONSE:
       awaits_reply_ = true;
+      // Wine reports few requests. What is neither the greeting nor goes on with a reply
+      // answers one.
+      if (replies_ > 0 && !goes_on_ && last_ != TransportState::kRequestSent) {
+        Post(TransportState::kRequesting);
+        Post(TransportState::kRequestSent);
+      }
       return note(TransportState::kReceivingResponse);
-    case INTERNET_STATUS_RESPONSE_RECEIVED:
+    case INTERNET_STATUS_RESPONSE_RECEIVED: {
+      const std::string reply = LastReply();
       // Maybe a part of it: a server that trickles doesn't get on by that.
       awaits_reply_ = false;
       heard_ = true;
       ++replies_;
       if (request_.verb == FtpVerb::kList) bytes_ += count;
       Post(TransportState::kResponseReceived);
+      goes_on_ = reply.starts_with('1') || (reply.size() > 3 && reply[3] == '-');
       // WinINet would go on talking to a server that takes nobody.
-      if (LastReply().starts_with("421")) Post(TransportState::kError, kTransferConnectionAborted);
+      if (reply.starts_with("421")) Post(TransportState::kError, kTransferConnectionAborted);
       return;
+    }
     case INTERNET_STATUS_CLOSING_CONNECTION:
       if (tells_end_) Post(TransportState::kDisconnecting);
       return;

@@ -90,6 +90,7 @@ class InetFtpSession final : public FtpSession,
   std::atomic<bool> tells_end_ = false;  ///< the connection's end is the command's own doing
   std::atomic<bool> awaits_reply_ = false;
   std::atomic<int> replies_ = 0;             ///< since the connection was begun
+  std::atomic<bool> goes_on_ = false;        ///< what the server said last wasn't its last word
   std::atomic<bool> is_connecting_ = false;  ///< until the login has ended
   std::atomic<bool> heard_ = false;  ///< the server has said something since the command began
 };

@@ -367,8 +367,11 @@ TEST_F(FtpHostile, AnEncryptionThatNeverBeginsIsATimeOut) {
 
 // Whatever a server says and when, a command ends, and the next one can begin.
 TEST_F(FtpHostile, RandomRepliesEndEveryCommand) {
-  SKIP_ON_WININET("of Wine writes to a wrong address now and then, which ends the process");
+#ifdef _WIN32
+  constexpr int kRounds = 20;  // WinINet waits for a second in many of them
+#else
   constexpr int kRounds = 60;
+#endif
   for (int round = 0; round < kRounds && !HasFailure(); ++round) {
     SCOPED_TRACE(round);
     std::atomic<unsigned> talks = 0;
@@ -458,8 +461,8 @@ TEST_F(FtpHostile, AQuitWithoutAnAnswerDisconnectsWhenTheServerHangsUp) {
   Configure(server.Port(), kLimitSeconds);
   ASSERT_EQ(Run("DIR").code, kTransferNoError);
 #ifdef _WIN32
-  // WinINet doesn't report this command, only that it waits for the answer.
-  EXPECT_THAT(Run("CLOSE").states, ElementsAre(7, 9, 10, 12));
+  // WinINet reports that it waits for the answer.
+  EXPECT_THAT(Run("CLOSE").states, ElementsAre(5, 6, 7, 9, 10, 12));
 #else
   EXPECT_THAT(Run("CLOSE").states, ElementsAre(5, 6, 9, 10, 12));
 #endif
