@@ -28,6 +28,7 @@ class WindowsDesktopTest : public ::testing::Test {
   }
 
   /// The visible window of a class that this thread has on top of the others; null for none.
+  /// Not one behind a box, which may still be above it for a moment.
   static HWND TopWindow(const std::wstring& window_class) {
     struct Search {
       const std::wstring& name;
@@ -60,7 +61,8 @@ class WindowsDesktopTest : public ::testing::Test {
     auto& search = *reinterpret_cast<Search*>(context);
     wchar_t name[64] = L"";
     ::GetClassNameW(window, name, 64);
-    if (::IsWindowVisible(window) == 0 || search.name != name) return TRUE;
+    const bool takes_input = ::IsWindowVisible(window) != 0 && ::IsWindowEnabled(window) != 0;
+    if (!takes_input || search.name != name) return TRUE;
     search.found = window;
     return FALSE;
   }
