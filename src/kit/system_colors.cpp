@@ -2,12 +2,8 @@
 
 #include <cstddef>
 
-#include "ui/palette.h"
-
 namespace tarnvale {
 namespace {
-
-using SystemColorTable = std::array<Color, 31>;
 
 // 0xBBGGRR where the palette has none.
 constexpr SystemColorTable kSystemColors = {

@@ -4,16 +4,15 @@
 // frames, buttons and bars are of one piece on every machine; but high contrast is the desktop's.
 #pragma once
 
-#include <array>
 #include <optional>
 
-#include "ui/raster.h"
+#include "ui/palette.h"
 
 namespace tarnvale {
 
 /// Those of the desktop in the place of ours, for a person who needs them; none: ours again.
 /// What was drawn before isn't drawn anew.
-void UseSystemColors(const std::optional<std::array<Color, 31>>& colors);
+void UseSystemColors(const std::optional<SystemColorTable>& colors);
 
 /// Indexes of the system colours that the controls name.
 enum SystemColorIndex : int {

@@ -4,11 +4,15 @@
 // What a drawn control's rules name by number is in kit/, beside those rules.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "ui/raster.h"
 
 namespace tarnvale {
+
+/// The colours of a desktop, by the numbers that Windows gives them and drawn controls name.
+using SystemColorTable = std::array<Color, 31>;
 
 namespace palette {
 

@@ -1,17 +1,13 @@
 // The colours of what this host draws itself.
 #pragma once
 
-#include <array>
 #include <optional>
 
 #include "hosts/windows/system_headers.h"
 #include "ui/controls.h"
-#include "ui/raster.h"
+#include "ui/palette.h"
 
 namespace tarnvale {
-
-/// The system's colours by their numbers, as the drawn controls name them.
-using SystemColorTable = std::array<Color, 31>;
 
 /// Those of a person who needs high contrast; none for everybody else, for whom the program
 /// has its own.

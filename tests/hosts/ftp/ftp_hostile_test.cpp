@@ -187,6 +187,21 @@ TEST_F(FtpHostile, AServerThatIsFullIsAnAbortedConnection) {
             kTransferConnectionAborted);
 }
 
+// What still ends of the first session is nobody's.
+TEST_F(FtpHostile, AfterAServerWasFullTheNextCommandBeginsAnew) {
+  std::atomic<int> talks = 0;
+  ScriptedServer server([&talks](Talk& talk) {
+    if (++talks > 1) return List(talk);
+    talk.Say("421 too many\r\n");
+    talk.Hear();
+  });
+  Configure(server.Port(), kLimitSeconds);
+  ASSERT_EQ(Run("DIR").code, kTransferConnectionAborted);
+  const FtpRun next = Run("DIR");
+  EXPECT_EQ(next.code, kTransferNoError);
+  EXPECT_EQ(next.states.front(), 1);
+}
+
 TEST_F(FtpHostile, AServerThatDoesntKnowTheUserIsRecognised) {
   ExpectEnd(
       [](Talk& talk) {

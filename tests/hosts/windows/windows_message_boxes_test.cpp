@@ -67,7 +67,6 @@ TEST_F(WindowsMessagesTest, ShowsTheIconAndTheButtons) {
   EXPECT_EQ(styles, (std::vector<UINT>{0x04, 0x44, 0x24, 0x34, 0x14}));
 }
 
-// Without a parent's number of its own, the system gives that of OK.
 TEST_F(WindowsMessagesTest, TheProgramsEndClosesABoxOverAnOpenMenuAndTheMenuToo) {
   Show();
   MenuItem menu;
@@ -90,6 +89,7 @@ TEST_F(WindowsMessagesTest, TheProgramsEndClosesABoxOverAnOpenMenuAndTheMenuToo)
   EXPECT_FALSE(IsMenuOpen());
 }
 
+// Without a parent's number of its own, the system gives that of OK.
 TEST_F(WindowsMessagesTest, TheProgramsEndAnswersNoOrCancel) {
   std::vector<BoxAnswer> answers;
   loop.Post([&] {
