@@ -46,8 +46,10 @@ run() {
   while
     code=0
     "$@" >out 2>err </dev/null || code=$?
-    # Now and then Wine's server drops a program before it has begun.
-    [[ $system == windows && $((--tries)) -gt 0 ]] && grep -q '^wine client error' err
+    # Now and then Wine's server drops a program before it has begun, and says so or not.
+    # What has begun never fails without a word.
+    [[ $system == windows && $((--tries)) -gt 0 ]] &&
+      { grep -q '^wine client error' err || [[ $code != 0 && ! -s out && ! -s err ]]; }
   do :; done
   # Of a drive that is no medium of its own; about Wine, not the program.
   [[ $system != windows ]] || sed -i '/^wine: Read access denied/d' err
