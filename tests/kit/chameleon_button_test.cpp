@@ -207,6 +207,12 @@ TEST_F(ChameleonButtonTest, IsNotClickedByOtherKeys) {
   EXPECT_EQ(events, (Events{"KeyDown", "KeyPress", "KeyUp"}));
 }
 
+TEST_F(ChameleonButtonTest, IsNotClickedWhenAnotherKeyIsReleasedWhileSpaceIsHeld) {
+  button.OnKeyDown(kBlank);
+  button.OnKeyUp({Key::kOther});
+  EXPECT_EQ(events, (Events{"KeyDown", "KeyPress pressed", "KeyUp pressed"}));
+}
+
 TEST_F(ChameleonButtonTest, RaisesKeyPressForEachCharacterWithIt) {
   std::u32string typed;
   button.KeyPress.Listen([&](const tarnvale::KeyPress& press) { typed += press.character; });

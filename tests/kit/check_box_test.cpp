@@ -128,6 +128,17 @@ TEST_F(CheckBoxTest, FlipsBySpaceAndByItsAccessKeyAndByAScreenReader) {
   EXPECT_EQ(states.size(), 3U);
 }
 
+TEST_F(CheckBoxTest, FlipsByNoOtherKey) {
+  box.OnKeyUp({Key::kEnter});
+  EXPECT_FALSE(box.Checked);
+}
+
+TEST_F(CheckBoxTest, TakesItsAccessKeyAndItsSpokenNameFromTheCaption) {
+  box.Caption = "Show &Alerts";
+  EXPECT_EQ(box.AccessKeyChar(), U'a');
+  EXPECT_EQ(box.AccessibleText(), "Show Alerts");
+}
+
 TEST_F(CheckBoxTest, HoldsBoldInItsFont) {
   box.Bold = true;
   EXPECT_TRUE(box.Font.Get().bold);

@@ -375,6 +375,36 @@ TEST(GroupBox, GivesTheFocusToItsFirstControlByItsAccessKey) {
   EXPECT_EQ(window.Focused(), &inside);
 }
 
+TEST(GroupBox, ItsAccessKeyLeavesTheFocusWhereNothingInItTakesIt) {
+  Window window;
+  window.Visible = true;
+  GroupBox box;
+  CheckBox outside;
+  CheckBox hidden;
+  hidden.Visible = false;
+  window.Place({{&outside, nullptr, {}}, {&box, nullptr, {}}, {&hidden, &box, {}}});
+  window.Focus(outside);
+  box.OnAccessKey();
+  EXPECT_EQ(window.Focused(), &outside);
+}
+
+TEST(GroupBox, RequestsNothingWhenADragStartsWithItsData) {
+  GroupBox box;
+  box.OLEStartDrag.Listen([](DragStep& step) { step.data = "text"; });
+  box.OLESetData.Listen([](DragStep& step) { step.data = "other"; });
+  std::string dragged;
+  box.DragAway.Listen([&](DragStep& step) { dragged = step.data; });
+  box.OLEDrag();
+  EXPECT_EQ(dragged, "text");
+}
+
+TEST(GroupBox, BeginsWithItsNameInTheFontOfItsContainer) {
+  GroupBox box;
+  box.InitProperties("GroupBox1", {.family = "Sans"});
+  EXPECT_EQ(box.Caption.Get(), "GroupBox1");
+  EXPECT_EQ(box.Font.Get().family, "Sans");
+}
+
 // A theme that writes down its calls.
 class ListedTheme : public VisualTheme {
  public:

@@ -221,6 +221,12 @@ TEST(CanvasHatch, GoesOnFromAreaToArea) {
   EXPECT_EQ(Shown(parts), Shown(whole));
 }
 
+TEST(CanvasHatch, StaysWithinItsArea) {
+  Canvas canvas({4, 5}, 1);
+  canvas.Hatch({1, 2, 2, 2}, 0, kA, kB);
+  EXPECT_EQ(Shown(canvas), (Rows{"....", "....", ".bb.", ".aa.", "...."}));
+}
+
 TEST(CanvasHatch, DrawsNothingForAnUnknownPattern) {
   EXPECT_EQ(Hatched(6), Rows(8, "........"));
   EXPECT_EQ(Hatched(-1), Rows(8, "........"));
