@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tests/support/fake_machine.h"
+
 namespace tarnvale::testing {
 namespace {
 
@@ -44,7 +46,22 @@ TEST(AccessibleNamesTest, TheFirstOfFiveNamesCounts) {
   EXPECT_EQ(NameForReaders(check, &label), "Choose");
 }
 
+TEST(AccessibleNamesTest, ACaptionIsReadAsItIsShown) {
+  OptionButton option;
+  option.Caption = std::string("&At a time");
+  EXPECT_EQ(NameForReaders(option, nullptr), "At a time");
+  Label label;
+  label.Caption = std::string("Save && load && go");
+  EXPECT_EQ(NameForReaders(label, nullptr), "Save & load & go");
+  Label value{TextRole::kValue};
+  value.Caption = std::string("a&&b.txt");
+  EXPECT_EQ(NameForReaders(value, nullptr), "a&&b.txt") << "a fact is shown as it is";
+}
+
 TEST(AccessibleNamesTest, WhatNothingElseNamesIsCalledByItsKind) {
+  FakeMachine machine;
+  EXPECT_EQ(NameForReaders(FileList(machine.files), nullptr), "Files");
+  EXPECT_EQ(NameForReaders(PictureBox(), nullptr), "");
   EXPECT_EQ(NameForReaders(TextBox(), nullptr), "Text field");
   EXPECT_EQ(NameForReaders(TextBox(TextKind::kMemo), nullptr), "Text");
   EXPECT_EQ(NameForReaders(ListBox(), nullptr), "List");

@@ -43,6 +43,11 @@ TEST(AccessKey, CanBeACharacterOfSeveralBytes) {
   EXPECT_EQ(AccessKeyOf("&\xC3\xA9t\xC3\xA9"), U'\u00E9');
 }
 
+TEST(AccessKey, CanBeADigitOrAByteThatIsNoCharacter) {
+  EXPECT_EQ(AccessKeyOf("&1 day"), U'1');
+  EXPECT_EQ(AccessKeyOf("&\xE9t\xE9"), U'\u00E9');
+}
+
 TEST(AccessKey, IsNoneForAMarkAtTheEnd) {
   EXPECT_EQ(AccessKeyOf("Export&"), U'\0');
 }

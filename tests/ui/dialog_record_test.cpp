@@ -86,6 +86,14 @@ TEST(DialogRecordTest, WhatFitsFillsBothBuffers) {
   EXPECT_EQ(record.file_title, WithNuls("\xC3\xA9.txt|"));
 }
 
+TEST(DialogRecordTest, ANameThatDoesNotFitAloneChangesNothing) {
+  FileDialogRecord record = Buffers(20, 5);
+  const FileDialogRecord before = record;
+  EXPECT_FALSE(GiveBack(record, "C:\\a.txt"));
+  EXPECT_EQ(record.file, before.file);
+  EXPECT_EQ(record.file_title, before.file_title);
+}
+
 TEST(DialogRecordTest, WhatDoesNotFitOrIsEmptyChangesNothing) {
   FileDialogRecord record = Buffers(8, 8);
   const FileDialogRecord before = record;

@@ -146,6 +146,24 @@ TEST_F(FolderTreeRowsTest, WhatWasJustReadIsNotReadTwice) {
   EXPECT_THAT(Below("C:\\home"), ElementsAre("ann", "bob"));
 }
 
+TEST_F(FolderTreeRowsTest, ARefreshReadsNoFolderThatWasNotOpened) {
+  machine.files.MakeFolder("C:\\home\\ann");
+  FolderRow& home = RowAt("C:\\home");
+  machine.files.ClearCalls();
+  rows.Refresh(home);
+  EXPECT_EQ(machine.files.CallsOf("ListFolders"), 0);
+  EXPECT_THAT(home.children, IsEmpty());
+}
+
+TEST_F(FolderTreeRowsTest, ADriveThatIsOpenedAgainShowsWhatCame) {
+  FolderRow& drive = *rows.Root().children[1];
+  rows.Open(drive);
+  rows.Refresh(drive);
+  machine.files.MakeFolder("D:\\Photos");
+  rows.Refresh(drive);
+  EXPECT_THAT(Below("D:\\"), ElementsAre("Photos"));
+}
+
 TEST_F(FolderTreeRowsTest, TheRowOfAFolderThatIsGoneGoes) {
   machine.files.MakeFolder("C:\\home\\ann");
   machine.files.MakeFolder("C:\\home\\bob");

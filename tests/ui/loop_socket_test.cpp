@@ -152,6 +152,14 @@ TEST_F(LoopSocketTest, AResetAndALossAreFailures) {
   }
 }
 
+TEST_F(LoopSocketTest, WhereNothingWaitsNothingIsReported) {
+  Connect();
+  socket.OnArrival();
+  Pass();
+  EXPECT_THAT(reports, IsEmpty());
+  EXPECT_EQ(socket.State(), SocketState::kConnected);
+}
+
 TEST_F(LoopSocketTest, NoReportHoldsMoreThanTheMost) {
   Connect();
   socket.waiting = std::string(kMostBytesAtOnce + 200, 'x');

@@ -73,6 +73,12 @@ TEST(MaskedTextTest, ErasingLeavesZeros) {
   EXPECT_EQ(DrawnText(part), "1|0:04");
 }
 
+TEST(MaskedTextTest, ErasingBackTakesWhatIsSelected) {
+  MaskedText field = Time("12:34", 3, 2);
+  field.EraseBack();
+  EXPECT_EQ(DrawnText(field), "12:|00");
+}
+
 TEST(MaskedTextTest, ErasingBackTakesThePlaceBeforeTheCaret) {
   MaskedText field = Time("12:34", 3);
   field.EraseBack();

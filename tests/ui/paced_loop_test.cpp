@@ -132,6 +132,28 @@ TEST_F(PacedLoopTest, AHandlerThatGoesOnForMoreThanASecondAfterQuitIsReported) {
   EXPECT_EQ(loop.Run(), 3);
 }
 
+TEST_F(PacedLoopTest, AnotherQuitChangesTheCodeAndNotSinceWhenTheEndIsWaitedFor) {
+  std::vector<int> reports;
+  loop.Lingering.Listen([&](int code) { reports.push_back(code); });
+  loop.Post([&] {
+    loop.Quit(3);
+    loop.now += 1001ms;
+    loop.Quit(4);
+    loop.WaitPass();
+  });
+  EXPECT_EQ(loop.Run(), 4);
+  EXPECT_THAT(reports, ElementsAre(4));
+}
+
+TEST_F(PacedLoopTest, NobodyLingersWhereNoLoopRuns) {
+  bool has_lingered = false;
+  loop.Lingering.Listen([&](int) { has_lingered = true; });
+  loop.Quit(3);
+  loop.now += 2s;
+  loop.Yield();
+  EXPECT_FALSE(has_lingered);
+}
+
 TEST_F(PacedLoopTest, EachPassWithinAnotherIsOneMore) {
   int inner = 0;
   EXPECT_EQ(loop.Nesting(), 0);

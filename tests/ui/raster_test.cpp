@@ -72,12 +72,15 @@ TEST(Canvas, CutsOffWhatLiesOutside) {
   canvas.SetPixel(-1, 0, kA);
   canvas.SetPixel(3, 0, kA);
   canvas.SetPixel(0, 2, kA);
+  canvas.SetPixel(0, -1, kA);
   canvas.FillRect({-5, 1, 6, 9}, kB);
   canvas.FillRect({5, 5, 2, 2}, kB);
   canvas.FillRect({1, 0, -1, 2}, kB);
   EXPECT_EQ(Shown(canvas), (Rows{"...", "b.."}));
   EXPECT_FALSE(canvas.PixelAt(-1, 0).has_value());
   EXPECT_FALSE(canvas.PixelAt(0, 2).has_value());
+  EXPECT_FALSE(canvas.PixelAt(0, -1).has_value());
+  EXPECT_FALSE(canvas.PixelAt(3, 1).has_value());
 }
 
 TEST(Canvas, FramesInsideTheBounds) {
@@ -125,6 +128,25 @@ TEST(CanvasLine, RunsDiagonally) {
   EXPECT_EQ(Shown(canvas), (Rows{"a....b",  //
                                  ".a..b.",  //
                                  "...b.."}));
+}
+
+TEST(CanvasLine, RunsSteeply) {
+  Canvas canvas({3, 5}, 1);
+  canvas.Line(0, 0, 2, 5, kA);
+  EXPECT_EQ(Shown(canvas), (Rows{"a..",  //
+                                 "a..",  //
+                                 ".a.",  //
+                                 ".a.",  //
+                                 "..a"}));
+}
+
+TEST(CanvasLine, RunsUpwardsToTheLeft) {
+  Canvas canvas({6, 4}, 1);
+  canvas.Line(5, 3, 0, 1, kA);
+  EXPECT_EQ(Shown(canvas), (Rows{"......",  //
+                                 ".a....",  //
+                                 "..aa..",  //
+                                 "....aa"}));
 }
 
 TEST(CanvasLine, IsNothingWithoutLength) {
@@ -182,6 +204,12 @@ TEST(CanvasEllipse, FillsASquareOfTwo) {
   Canvas canvas({3, 3}, 1);
   canvas.FillEllipse({0, 0, 2, 2}, kA);
   EXPECT_EQ(Shown(canvas), (Rows{"aa.", "aa.", "..."}));
+}
+
+TEST(CanvasEllipse, LeavesOutTheRowsInWhichNoCentreLies) {
+  Canvas canvas({2, 9}, 1);
+  canvas.FillEllipse({0, 0, 2, 9}, kA);
+  EXPECT_EQ(Shown(canvas), (Rows{"..", "aa", "aa", "aa", "aa", "aa", "aa", "aa", ".."}));
 }
 
 TEST(CanvasEllipse, IsNothingWithoutSize) {

@@ -99,6 +99,22 @@ TEST_F(WindowTest, AHandlerOfTheLossMaySendTheFocusElsewhere) {
   EXPECT_THAT(events, ElementsAre("first got", "first lost", "inside got"));
 }
 
+TEST_F(WindowTest, AHandlerOfTheMoveMaySendTheFocusElsewhere) {
+  window.FocusMoved.Listen([&] { window.Focus(inside); });
+  window.Focus(first);
+  EXPECT_EQ(window.Focused(), &inside);
+  EXPECT_THAT(events, ElementsAre("inside got"));
+}
+
+TEST_F(WindowTest, WhereNothingCanBeUsedNothingGetsTheFocus) {
+  for (Control* control : {static_cast<Control*>(&first), static_cast<Control*>(&panel),
+                           static_cast<Control*>(&last)}) {
+    control->Enabled = false;
+  }
+  window.FocusNext();
+  EXPECT_EQ(window.Focused(), nullptr);
+}
+
 TEST_F(WindowTest, TheNextControlIsTheNextInTheTabOrder) {
   window.FocusNext();
   EXPECT_EQ(window.Focused(), &first);
