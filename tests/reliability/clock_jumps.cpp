@@ -40,7 +40,7 @@ const std::array<Jump, 6> kJumps{{
 
 // The log holds times.
 Snapshot WithoutLog(const Stage& stage) {
-  Snapshot snapshot = SnapshotOf(stage.Drive());
+  Snapshot snapshot = stage.Now();
   snapshot.erase("Data/Backup Log.txt");
   return snapshot;
 }

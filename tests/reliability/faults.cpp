@@ -96,7 +96,7 @@ int ShowFault(const std::string& name, Fault fault) {
                   static_cast<int>(call.arguments[0]),
                   TextIn(call.process, call.arguments[1]).substr(0, 80).c_str());
     });
-    const Snapshot now = SnapshotOf(stage.Drive());
+    const Snapshot now = stage.Now();
     Inject(stage, fault, totals, findings);
     std::printf("%s\n", run.failed_call.c_str());
     std::set<std::string> paths;

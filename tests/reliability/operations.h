@@ -64,8 +64,12 @@ struct Operation {
   std::vector<std::string> flushed_late = {};
   /// Whether doing it once more, undisturbed, leads to the result of the first time.
   bool is_repeatable = true;
+  /// Whether it takes the FTP server, whose files are then those below "Server". One that is
+  /// being uploaded has the beginning of the new one: no word of the protocol could tell.
+  bool takes_server = false;
 };
 
+/// Where no FTP server can be started, those that take it are left out.
 const std::vector<Operation>& AllOperations();
 
 /// The drive as it is before each operation.
@@ -95,6 +99,8 @@ class Stage {
   void CheckMessages(const std::string& when, Findings& findings);
 
   std::chrono::microseconds Duration() const { return duration_; }
+  /// What is on the drive, and on the server when it has served.
+  Snapshot Now() const;
   const Snapshot& Before() const { return before_; }
   const Snapshot& After() const { return after_; }
   std::filesystem::path Drive() const { return work_.Path() / "drive"; }
@@ -102,12 +108,14 @@ class Stage {
   bool IsFlushedLate(const std::string& path) const;
   const std::map<std::string, int>& AllShown() const { return all_shown_; }
   int LeftByThem() const { return left_; }
+  int CutShortOnServer() const { return cut_short_; }
 
  private:
   struct Shown;
   void Start();
   bool IsMixedSettings(const std::string& path, const std::string& state) const;
   bool IsWholeTwin(const std::string& path, const std::string& state) const;
+  bool IsCutShort(const std::string& path, const std::string& state) const;
 
   const Operation& operation_;
   WorkFolder work_;
@@ -119,6 +127,7 @@ class Stage {
   std::map<std::string, int> all_shown_;
   std::chrono::microseconds duration_{};
   int left_ = 0;
+  int cut_short_ = 0;
 };
 
 }  // namespace tarnvale::reliability

@@ -36,8 +36,10 @@ int CheckProgramKills(int kills, std::uint64_t seed, const std::string& only) {
       stage.CheckNextStart(when, findings);
       stage.CheckRepetition(when, findings);
     }
-    std::printf("kills: %-18s %5d of %d runs killed in work, %d temporaries left by kills\n",
-                operation.name.c_str(), killed, runs, stage.LeftByThem());
+    std::printf(
+        "kills: %-18s %5d of %d runs killed in work, %d temporaries left by kills, %d files cut "
+        "short on the server\n",
+        operation.name.c_str(), killed, runs, stage.LeftByThem(), stage.CutShortOnServer());
     std::fflush(stdout);
     all_runs += runs;
     all_kills += killed;

@@ -68,6 +68,7 @@ class Soak {
     LayOutDrive(Drive());
     program_.Parts().engine.settings.AutoCompress = false;
     for (const Operation& operation : AllOperations()) {
+      if (operation.takes_server) continue;
       is_by_hand_ = true;
       operation.work(program_);
       is_by_hand_ = false;

@@ -162,12 +162,13 @@ class Tracer {
                               PTRACE_O_TRACEEXEC;
     ::ptrace(PTRACE_SETOPTIONS, child_, nullptr, kOptions);
     ::ptrace(PTRACE_CONT, child_, nullptr, nullptr);
+    Meet(child_);
     // Ends the wait below, which is for all there is.
     struct sigaction on_alarm {};
     on_alarm.sa_handler = [](int) {};
     ::sigaction(SIGALRM, &on_alarm, nullptr);
     ::alarm(kMostSeconds);
-    while (true) {
+    while (!living_.empty()) {
       const pid_t process = ::waitpid(-1, &status, __WALL);
       if (process < 0 && errno == EINTR) {
         result_.hung = true;
@@ -183,17 +184,29 @@ class Tracer {
   }
 
  private:
+  void Meet(pid_t process) {
+    if (met_.insert(process).second) living_.insert(process);
+  }
+
   void Handle(pid_t process, int status) {
     if (!WIFSTOPPED(status)) {
+      living_.erase(process);
       if (process == child_) result_.status = status;
       return;
     }
+    Meet(process);
     const int event = status >> 16;
     int signal = WSTOPSIG(status);
     if (event == PTRACE_EVENT_SECCOMP) {
       if (!AtCall(process)) return;
       signal = 0;
     } else if (event != 0) {
+      unsigned long started = 0;
+      const bool starts =
+          event == PTRACE_EVENT_FORK || event == PTRACE_EVENT_VFORK || event == PTRACE_EVENT_CLONE;
+      if (starts && ::ptrace(PTRACE_GETEVENTMSG, process, nullptr, &started) == 0) {
+        Meet(static_cast<pid_t>(started));
+      }
       signal = 0;
     } else if (signal == kSystemCallStop) {
       SetResult(process, -error_at_exit_);
@@ -255,7 +268,9 @@ class Tracer {
   pid_t child_;
   std::optional<Fault> fault_;
   const std::function<void(const FileCall&)>& watch_;
-  std::set<pid_t> known_;
+  std::set<pid_t> known_;  ///< have stopped at their start
+  std::set<pid_t> met_;
+  std::set<pid_t> living_;
   int error_at_exit_ = 0;
   TracedRun result_;
 };

@@ -80,6 +80,14 @@ bool FtpServer::WaitUntilItAnswers() const {
   return false;
 }
 
+// Each session is a process of its own.
+bool FtpServer::IsIdle() const {
+  const std::string process = std::to_string(process_);
+  std::ifstream file("/proc/" + process + "/task/" + process + "/children");
+  std::string session;
+  return !(file >> session);
+}
+
 int FtpServer::Count(const std::string& command) const {
   std::ifstream file(folder_ / "verbs");
   int count = 0;

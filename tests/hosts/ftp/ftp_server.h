@@ -38,6 +38,10 @@ class FtpServer {
   std::filesystem::path Home() const;
   std::filesystem::path PathOf(const std::string& name) const;
 
+#ifndef _WIN32
+  /// False as long as anybody's session goes on.
+  bool IsIdle() const;
+#endif
   /// How often it was given this command by anybody, e.g. "USER".
   int Count(const std::string& command) const;
 
