@@ -2,7 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -139,6 +143,60 @@ TEST(FixedSeedTest, AnyFtpServerLeavesTheOldFileOrSendsTheNewOne) {
     seeds.insert(seeds.end(), {well, breaks_data, encrypted, odd});
   }
   RunSeeds(seeds, 40, FuzzFtpServer);
+}
+
+struct Door {
+  std::string name;
+  std::function<void(std::span<const std::uint8_t>)> target;
+};
+
+std::string KeptFor(const std::string& door) {
+  return std::string(FUZZ_CORPORA "/") + door + ".txt";
+}
+
+Bytes BytesOfHexadecimal(const std::string& line) {
+  Bytes bytes(line.size() / 2);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const char* const digits = line.data() + 2 * i;
+    const auto read = std::from_chars(digits, digits + 2, bytes[i], 16);
+    EXPECT_EQ(read.ptr, digits + 2) << line;
+  }
+  return bytes;
+}
+
+class KeptInputsTest : public ::testing::TestWithParam<Door> {
+ public:
+  static const std::vector<Door>& Doors() {
+    static const std::vector<Door> doors{
+        {"container", FuzzContainer},      {"decoding", FuzzDecoding},
+        {"dialogs", FuzzDialogs},          {"ftp_server", FuzzFtpServer},
+        {"mail_server", FuzzMailServer},   {"parts", FuzzParts},
+        {"pointer_file", FuzzPointerFile}, {"round_trip", FuzzRoundTrip},
+        {"settings", FuzzSettings}};
+    return doors;
+  }
+};
+
+TEST_P(KeptInputsTest, EachHoldsWhatItMust) {
+  std::ifstream kept(KeptFor(GetParam().name));
+  int count = 0;
+  for (std::string line; std::getline(kept, line); ++count) {
+    GetParam().target(BytesOfHexadecimal(line));
+  }
+  EXPECT_GT(count, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(EachDoor, KeptInputsTest, ::testing::ValuesIn(KeptInputsTest::Doors()),
+                         [](const auto& door) { return door.param.name; });
+
+TEST(KeptInputs, NoneAreKeptThatNobodyReplays) {
+  std::set<std::string> kept;
+  for (const auto& file : std::filesystem::directory_iterator(FUZZ_CORPORA)) {
+    kept.insert(file.path());
+  }
+  std::set<std::string> replayed;
+  for (const Door& door : KeptInputsTest::Doors()) replayed.insert(KeptFor(door.name));
+  EXPECT_EQ(kept, replayed);
 }
 
 }  // namespace
