@@ -23,7 +23,6 @@ bool IsControl(char32_t c) {
 
 std::string Shown(std::string_view text) {
   std::string shown;
-  shown.reserve(text.size());
   while (!text.empty()) {
     const Character first = FirstCharacter(text);
     const std::size_t bytes = first.bytes == 0 ? 1 : first.bytes;

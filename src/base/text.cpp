@@ -66,7 +66,8 @@ std::string OneLine(std::string_view text) {
 }
 
 bool FitsOneLine(std::string_view text) {
-  return text.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos;
+  using namespace std::string_view_literals;
+  return text.find_first_of("\r\n\0"sv) == std::string_view::npos;
 }
 
 int CountChar(std::string_view text, std::string_view character) {
