@@ -7,16 +7,14 @@
 namespace tarnvale {
 namespace {
 
-// ASCII alone isn't: it is the same in every code page.
+// So is ASCII, which is the same in every code page.
 bool IsUtf8(std::string_view bytes) {
-  bool is_plain = true;
   while (!bytes.empty()) {
     const Character first = FirstCharacter(bytes);
     if (first.bytes == 0) return false;
-    if (first.bytes > 1) is_plain = false;
     bytes.remove_prefix(first.bytes);
   }
-  return !is_plain;
+  return true;
 }
 
 }  // namespace

@@ -79,5 +79,28 @@ TEST(FtpCommandText, RefusesWhatIsNoCommand) {
   }
 }
 
+TEST(FtpHostText, HasAPortOrTheProtocolsOwn) {
+  EXPECT_EQ(ParseFtpHost(" a.b\t"), (FtpHost{"a.b", 0}));
+  EXPECT_EQ(ParseFtpHost("a.b:"), (FtpHost{"a.b", 0}));
+  EXPECT_EQ(ParseFtpHost("a.b:2121"), (FtpHost{"a.b", 2121}));
+  EXPECT_FALSE(ParseFtpHost("a.b:65536"));
+  EXPECT_FALSE(ParseFtpHost("a.b:21x"));
+}
+
+TEST(FtpHostText, AnAddressWithManyColonsHasItsPortBehindBrackets) {
+  EXPECT_EQ(ParseFtpHost("fe80::12"), (FtpHost{"fe80::12", 0}));
+  EXPECT_EQ(ParseFtpHost("[fe80::12]"), (FtpHost{"fe80::12", 0}));
+  EXPECT_EQ(ParseFtpHost("[fe80::12]:21"), (FtpHost{"fe80::12", 21}));
+  EXPECT_FALSE(ParseFtpHost("[fe80::12]21"));
+  EXPECT_FALSE(ParseFtpHost("[fe80::12"));
+  EXPECT_FALSE(ParseFtpHost("[a.b]:21"));
+}
+
+TEST(FtpHostText, RefusesWhatNoHostIsCalled) {
+  for (const char* text : {"", " ", ":21", "a b", "a/b", "ftp://a", "user@a"}) {
+    EXPECT_FALSE(ParseFtpHost(text)) << text;
+  }
+}
+
 }  // namespace
 }  // namespace tarnvale

@@ -12,30 +12,12 @@
 #include <cstdlib>
 #include <memory>
 
-#include "platform/command_line.h"
 #include "tests/hosts/contract/variable_for.h"
 #include "tests/hosts/linux/linux_stage.h"
 #include "tests/support/raised.h"
 
 namespace tarnvale::testing {
 namespace {
-
-TEST(CommandLineTest, BlanksPartWords) {
-  EXPECT_EQ(WordsOf("  one \t two  "), (std::vector<std::string>{"one", "two"}));
-  EXPECT_TRUE(WordsOf(" \t ").empty());
-}
-
-TEST(CommandLineTest, QuotesHoldAWordTogether) {
-  EXPECT_EQ(WordsOf("C:\\Windows\\Regedit.exe /e \"C:\\My Files\\a.reg\" \"HKEY\\\""),
-            (std::vector<std::string>{"C:\\Windows\\Regedit.exe", "/e", "C:\\My Files\\a.reg",
-                                      "HKEY\\"}));
-  EXPECT_EQ(WordsOf("a\"b c\"d \"\""), (std::vector<std::string>{"ab cd", ""}));
-}
-
-TEST(CommandLineTest, AnUnclosedQuoteRunsToTheEnd) {
-  EXPECT_EQ(WordsOf("x /e \"a b\" \"HKEY_USERS and more"),
-            (std::vector<std::string>{"x", "/e", "a b", "HKEY_USERS and more"}));
-}
 
 // Programs report through a pipe with a name: reading it waits for
 // them.
