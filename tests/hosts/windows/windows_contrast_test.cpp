@@ -2,6 +2,8 @@
 #include <array>
 #include <functional>
 
+#include "app/windows_machine.h"
+#include "kit/system_colors.h"
 #include "tests/hosts/windows/scripted_system.h"
 #include "tests/hosts/windows/windows_fixture.h"
 #include "ui/owner_drawn.h"
@@ -27,8 +29,9 @@ class Lent final : public OwnerDrawn {
   int paints = 0;
 };
 
-class WindowsContrast : public WindowsWindowTest {
- protected:
+/// Has high contrast by switch.
+class ScriptedContrast {
+ public:
   using Ask = std::function<BOOL(BOOL(WINAPI*)(UINT, UINT, PVOID, UINT), UINT, UINT, PVOID, UINT)>;
   using Mix = std::function<DWORD(DWORD(WINAPI*)(int), int)>;
 
@@ -43,13 +46,6 @@ class WindowsContrast : public WindowsWindowTest {
         },
         0);
   }
-  bool Shows(LONG x, LONG y, unsigned color) {
-    return WaitFor([&] {
-      ::UpdateWindow(Native());
-      return ColorAt(x, y) == color;
-    });
-  }
-
   bool is_on = false;
   Scripted<Ask, BOOL, UINT, UINT, PVOID, UINT> asks{
       "SystemParametersInfoW", &::SystemParametersInfoW,
@@ -64,6 +60,16 @@ class WindowsContrast : public WindowsWindowTest {
         const bool is_ground = which == COLOR_BTNFACE || which == COLOR_WINDOW;
         return is_ground ? kBlackGround : which == COLOR_GRAYTEXT ? RGB(0, 255, 0) : kYellowText;
       }};
+};
+
+class WindowsContrast : public WindowsWindowTest, protected ScriptedContrast {
+ protected:
+  bool Shows(LONG x, LONG y, unsigned color) {
+    return WaitFor([&] {
+      ::UpdateWindow(Native());
+      return ColorAt(x, y) == color;
+    });
+  }
 };
 
 TEST_F(WindowsContrast, WindowsAreInTheSystemsColoursWhileItIsOn) {
@@ -112,6 +118,19 @@ TEST_F(WindowsContrast, TextsOutOfUseAndLinksKeepApart) {
   is_on = false;
   EXPECT_FALSE(HighContrastColors().has_value());
   EXPECT_EQ(LookColors().OfRole(TextRole::kNote, true), ToColor(palette::kNote));
+}
+
+// The program's own machine, which joins what the system says with what the kit draws by.
+TEST(WindowsMachineContrast, TheKitDrawsInTheColoursThatTheHostFollows) {
+  ScriptedContrast contrast;
+  contrast.is_on = true;
+  WindowsMachine machine;
+  EXPECT_EQ(SystemColor(kColorButtonFace), kBlackGround) << "it was on when the program started";
+  contrast.Switch(false);
+  EXPECT_EQ(SystemColor(kColorButtonFace), ToColor(palette::kGround));
+  contrast.Switch(true);
+  EXPECT_EQ(SystemColor(kColorButtonFace), kBlackGround);
+  contrast.Switch(false);
 }
 
 }  // namespace
