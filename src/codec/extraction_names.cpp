@@ -32,8 +32,14 @@ std::optional<Path> ExtractionNames::PathOf(const std::string& entry) {
     const std::size_t end = std::min(entry.find('\\', at), entry.size());
     const bool is_last = end == entry.size();
     const std::string folder = entry.substr(0, at);
-    const auto name = NameIn(PlaceAt(folder, path), folder, entry.substr(at, end - at),
-                             is_last ? Kind::kFile : Kind::kFolder);
+    Place* const place = PlaceAt(folder, path);
+    if (place == nullptr) {
+      // Nothing is below it either, and an archive's names may be deeper than any path.
+      path += entry.substr(at);
+      break;
+    }
+    const auto name =
+        NameIn(*place, folder, entry.substr(at, end - at), is_last ? Kind::kFile : Kind::kFolder);
     if (!name) return std::nullopt;
     path += *name;
     if (!is_last) path += '\\';
@@ -43,13 +49,18 @@ std::optional<Path> ExtractionNames::PathOf(const std::string& entry) {
   return path;
 }
 
-ExtractionNames::Place& ExtractionNames::PlaceAt(const std::string& folder, const Path& path) {
+// None where there is no such folder that can be opened.
+ExtractionNames::Place* ExtractionNames::PlaceAt(const std::string& folder, const Path& path) {
   const auto [found, added] = places_.try_emplace(folder);
   Place& place = found->second;
-  if (!added) return place;
+  if (!added) return &place;
   place.path = path;
   PassedOver pass;
   pass.Step([&] { place.there = Held(path).Contents(); });
+  if (pass.StandingError()) {
+    places_.erase(found);
+    return nullptr;
+  }
   for (const FolderEntry& file : place.there.files) {
     place.names.push_back(file.name);
     place.real.insert(file.name);
@@ -60,7 +71,7 @@ ExtractionNames::Place& ExtractionNames::PlaceAt(const std::string& folder, cons
     place.real.insert(name);
     place.folders[*place.folded.insert(files_.FoldCase(name)).first].push_back(name);
   }
-  return place;
+  return &place;
 }
 
 // The real name for one of the archive; none when the medium has no room for it.
@@ -136,16 +147,14 @@ bool ExtractionNames::Make(const Path& folder, const std::string& name, Kind kin
 
 bool ExtractionNames::ArchiveHas(const std::string& folder, const std::string& name) {
   if (!archive_) {
-    archive_.emplace();
-    for (const std::string& entry : read_names_()) {
-      for (std::size_t end = entry.find('\\'); end != std::string::npos;
-           end = entry.find('\\', end + 1)) {
-        archive_->insert(entry.substr(0, end));
-      }
-      archive_->insert(entry);
-    }
+    archive_ = read_names_();
+    std::sort(archive_->begin(), archive_->end());
   }
-  return archive_->contains(folder + name);
+  const std::string entry = folder + name;
+  const std::string below = entry + "\\";
+  const auto first_below = std::lower_bound(archive_->begin(), archive_->end(), below);
+  return std::binary_search(archive_->begin(), archive_->end(), entry) ||
+         (first_below != archive_->end() && first_below->starts_with(below));
 }
 
 }  // namespace tarnvale

@@ -9,7 +9,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "platform/files.h"
@@ -52,7 +51,7 @@ class ExtractionNames {
   };
   enum class Kind { kFile, kFolder };
 
-  Place& PlaceAt(const std::string& folder, const Path& path);
+  Place* PlaceAt(const std::string& folder, const Path& path);
   std::optional<std::string> NameIn(Place& place, const std::string& folder,
                                     const std::string& name, Kind kind);
   bool ArchiveHas(const std::string& folder, const std::string& name);
@@ -63,7 +62,7 @@ class ExtractionNames {
   FileSystem& files_;
   Path target_;
   std::function<std::vector<std::string>()> read_names_;
-  std::optional<std::unordered_set<std::string>> archive_;  ///< entries, and their folders
+  std::optional<std::vector<std::string>> archive_;  ///< all entries, sorted
   std::map<std::string, Place> places_;
   struct NewFile {
     Path folder;
