@@ -22,5 +22,11 @@ TEST(NamesTest, StarPointStarIsEverything) {
   EXPECT_FALSE(MatchesPattern("no_extension", "n*.*"));
 }
 
+TEST(NamesTest, OrderIsThatOfTheLettersWithoutTheirCase) {
+  std::vector<std::string> names = {"z", "b", "Z", "a", "_", "B", "A", "ab"};
+  SortNames(names);
+  EXPECT_EQ(names, (std::vector<std::string>{"_", "A", "a", "ab", "B", "b", "Z", "z"}));
+}
+
 }  // namespace
 }  // namespace tarnvale

@@ -88,6 +88,10 @@ TEST(ProfileTextTest, AQuoteAloneIsAValue) {
   EXPECT_EQ(ProfileText("[S]\nk=\"\n").Value("S", "k"), "\"");
 }
 
+TEST(ProfileTextTest, TwoQuotesAreAnEmptyValue) {
+  EXPECT_EQ(ProfileText("[S]\nk=\"\"\n").Value("S", "k"), "");
+}
+
 TEST(ProfileTextTest, AKeyCannotBeginLikeACommentOrASection) {
   EXPECT_FALSE(ProfileText::CanHold("S", ";k", "v"));
   EXPECT_FALSE(ProfileText::CanHold("S", "[k", "v"));
