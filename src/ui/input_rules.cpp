@@ -22,4 +22,16 @@ bool MayTakePress(const Control& control) {
          window.Focused() == &control;
 }
 
+std::string DraggedText(const std::string& text, const std::vector<Path>& files) {
+  if (files.empty()) return text;
+  std::string lines = files.front();
+  for (std::size_t i = 1; i < files.size(); ++i) lines += "\n" + files[i];
+  return lines;
+}
+
+int AllowedEffect(int wanted, int allowed) {
+  const int common = wanted & allowed;
+  return (common & kCopies) != 0 ? kCopies : common & kMoves;
+}
+
 }  // namespace tarnvale

@@ -58,10 +58,14 @@ struct LentByHost {
   MessageBoxes* boxes = nullptr;
 };
 
-/// One step of dragging a text over a control, or away from it.
+/// The effects of a drop; 0 is none.
+inline constexpr int kCopies = 1;
+inline constexpr int kMoves = 2;
+
+/// One step of dragging a text or files over a control, or a text away from it.
 struct DragStep {
-  std::string data;
-  int effect = 0;  ///< 0 none, 1 copy, 2 move
+  std::string data;  ///< the paths of files, one to a line
+  int effect = 0;
   MouseButton button = MouseButton::kNone;
   Point at;
 };

@@ -51,6 +51,19 @@ TEST_F(InputRulesTest, EnterPressesTheDefaultButtonWhereItIsNotTheControlsOwn) {
   EXPECT_EQ(PressedByEnter(field), nullptr);
 }
 
+TEST(InputRules, FilesThatAreDraggedAreTheirPathsOneToALine) {
+  EXPECT_EQ(DraggedText("text", {}), "text");
+  EXPECT_EQ(DraggedText("file:one", {"C:\\one"}), "C:\\one");
+  EXPECT_EQ(DraggedText("", {"C:\\one", "C:\\two"}), "C:\\one\nC:\\two");
+}
+
+TEST(InputRules, ADropDoesOneOfTheThingsThatTheDragAllows) {
+  EXPECT_EQ(AllowedEffect(kCopies, kCopies | kMoves), kCopies);
+  EXPECT_EQ(AllowedEffect(kMoves, kCopies), 0);
+  EXPECT_EQ(AllowedEffect(kCopies | kMoves, kCopies | kMoves), kCopies);
+  EXPECT_EQ(AllowedEffect(kCopies | kMoves, kMoves), kMoves);
+}
+
 TEST_F(InputRulesTest, APressGetsThroughToTheControlThatHasTheFocus) {
   window.Focus(field);
   EXPECT_TRUE(MayTakePress(field));

@@ -5,31 +5,13 @@
 #include <string>
 #include <utility>
 
+#include "hosts/windows/com.h"
 #include "hosts/windows/shown_text.h"
 #include "hosts/windows/wide.h"
 #include "hosts/windows/windows_window.h"
 
 namespace tarnvale {
 namespace {
-
-/// A reference to an object of the system's.
-template <class Object>
-class Held {
- public:
-  Held() = default;
-  Held(const Held&) = delete;
-  Held& operator=(const Held&) = delete;
-  ~Held() {
-    if (object_ != nullptr) object_->Release();
-  }
-  Object* operator->() const { return object_; }
-  Object* Get() const { return object_; }
-  void** Place() { return reinterpret_cast<void**>(&object_); }
-  Object* Take() { return std::exchange(object_, nullptr); }
-
- private:
-  Object* object_ = nullptr;
-};
 
 HRESULT Give(const std::wstring& text, BSTR* place) {
   *place = nullptr;
@@ -55,28 +37,8 @@ HRESULT Give(Held<IDispatch>& object, VARIANT* place) {
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 /// The system's object of a window. What differs is said by those who inherit from it.
-class PassingAccessible : public IAccessible {
+class PassingAccessible : public Counted<IAccessible, IDispatch> {
  public:
-  PassingAccessible(const PassingAccessible&) = delete;
-  PassingAccessible& operator=(const PassingAccessible&) = delete;
-
-  // IUnknown. A reader may hold it for longer than its window is there.
-  STDMETHOD(QueryInterface)(REFIID id, void** place) override {
-    *place = nullptr;
-    if (id != IID_IUnknown && id != IID_IDispatch && id != __uuidof(IAccessible)) {
-      return E_NOINTERFACE;
-    }
-    AddRef();
-    *place = static_cast<IAccessible*>(this);
-    return S_OK;
-  }
-  STDMETHOD_(ULONG, AddRef)() override { return ++references_; }
-  STDMETHOD_(ULONG, Release)() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-
   // IDispatch.
   STDMETHOD(GetTypeInfoCount)(UINT* count) override { return system_->GetTypeInfoCount(count); }
   STDMETHOD(GetTypeInfo)(UINT index, LCID locale, ITypeInfo** info) override {
@@ -158,7 +120,6 @@ class PassingAccessible : public IAccessible {
 
  protected:
   explicit PassingAccessible(WindowsWindow& window) : window_(window), lives_(window.Lives()) {}
-  virtual ~PassingAccessible() = default;
 
   static bool IsSelf(const VARIANT& child) {
     return child.vt != VT_I4 || child.lVal == CHILDID_SELF;
@@ -179,7 +140,6 @@ class PassingAccessible : public IAccessible {
 
  private:
   std::shared_ptr<const bool> lives_;
-  ULONG references_ = 1;
   Held<IAccessible> system_;
 };
 

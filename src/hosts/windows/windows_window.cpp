@@ -74,6 +74,7 @@ WindowsWindow::~WindowsWindow() {
   if (native_ == nullptr) return;
   ::SetWindowLongPtrW(native_, GWLP_USERDATA, 0);
   ::ShowWindow(native_, SW_HIDE);
+  drops_.reset();
   peers_.clear();
   menus_.reset();
   ::DestroyWindow(native_);
@@ -113,6 +114,7 @@ void WindowsWindow::Build() {
   ApplyIcon();
   ApplyEnabled();
   BuildControls();
+  FollowDrops();
   MakeTips();
 }
 
@@ -463,6 +465,45 @@ void WindowsWindow::ServeMouse(UINT message, WPARAM first, LPARAM second) {
   } else {
     peer->OnMouseMove(HeldButton(first), within());
   }
+}
+
+// What is dragged over it.
+
+void WindowsWindow::FollowDrops() {
+  const bool takes_drops = std::any_of(scene_.begin(), scene_.end(),
+                                       [](const DrawnPeer* peer) { return peer->TakesDrops(); });
+  if (!takes_drops) {
+    drops_.reset();
+  } else if (!drops_) {
+    drops_.emplace(native_, context_.program_path,
+                   [this](const DragStep& step, POINT screen, int allowed_effects, bool is_drop) {
+                     return AnswerDrag(step, screen, allowed_effects, is_drop);
+                   });
+  }
+}
+
+// What lies on a control that takes drops lets them through.
+DrawnPeer* WindowsWindow::DropTakerAt(POINT at) const {
+  const Peer* over = At(at);
+  for (const Control* c = over == nullptr ? nullptr : &over->Record(); c != nullptr;
+       c = c->Parent()) {
+    auto* drawn = dynamic_cast<DrawnPeer*>(PeerOf(*c));
+    if (drawn != nullptr && drawn->TakesDrops() && drawn->IsUsable()) return drawn;
+  }
+  return nullptr;
+}
+
+int WindowsWindow::AnswerDrag(const DragStep& step, POINT screen, int allowed_effects,
+                              bool is_drop) {
+  ::ScreenToClient(native_, &screen);
+  int effect = 0;
+  Report([&] {
+    DrawnPeer* taker = TakesInput() ? DropTakerAt(screen) : nullptr;
+    if (taker == nullptr) return;
+    const POINT within{screen.x - taker->Area().left, screen.y - taker->Area().top};
+    effect = taker->OnDrag(step, within, allowed_effects, is_drop);
+  });
+  return effect;
 }
 
 bool WindowsWindow::ServePointer(HWND over, UINT place) {

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "hosts/windows/dragging.h"
 #include "hosts/windows/peers/drawn_peer.h"
 #include "hosts/windows/peers/native_peer.h"
 #include "hosts/windows/peers/peer.h"
@@ -63,6 +64,8 @@ class WindowsWindow final {
 
   // For the peers.
   void Invalidate(const RECT& area);
+  /// A drawn control may take drops now, or none any more.
+  void FollowDrops();
   /// What a key does before the control gets it; true when that was all.
   bool ServeKey(Peer& peer, const KeyPress& press);
   /// The ground that a control lies on: its containers' drawings, without what is on them.
@@ -112,6 +115,8 @@ class WindowsWindow final {
   void PaintGround(Surface& surface) const;
   DrawnPeer* DrawnAt(POINT at) const;
   DrawnPeer* FocusedDrawn() const;
+  DrawnPeer* DropTakerAt(POINT at) const;
+  int AnswerDrag(const DragStep& step, POINT screen, int allowed_effects, bool is_drop);
   void MoveOver(DrawnPeer* peer);
 
   NativePeer* NativePeerOf(HWND window) const;
@@ -132,6 +137,7 @@ class WindowsWindow final {
   HWND tips_ = nullptr;
   HICON icons_[2] = {};
   std::optional<WindowsMenuBar> menus_;
+  std::optional<DropArea> drops_;  ///< while a drawn control takes drops
   std::vector<std::unique_ptr<Peer>> peers_;
   std::map<const Control*, Peer*> peer_of_;
   std::map<const Control*, const Label*> labels_;

@@ -3,6 +3,7 @@
 #include <QDropEvent>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QUrl>
 
 #include "kit/chameleon_button.h"
 #include "kit/group_box.h"
@@ -146,7 +147,13 @@ TEST_F(QtLent, WhatIsDraggedOverIt) {
   QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
   QApplication::sendEvent(&WidgetOf(frame), &drop);
   EXPECT_TRUE(drop.isAccepted());
-  EXPECT_EQ(steps, (std::vector<std::string>{"over a.txt", "over a.txt", "drop a.txt"}));
+  data.setUrls({QUrl("file:///tmp/one.txt"), QUrl("file:///tmp/two.txt")});
+  frame.OLEDragOver.Listen([](DragStep& step) { step.effect = kMoves; });
+  QDragEnterEvent only_copies({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+  QApplication::sendEvent(&WidgetOf(frame), &only_copies);
+  EXPECT_FALSE(only_copies.isAccepted());
+  EXPECT_EQ(steps, (std::vector<std::string>{"over a.txt", "over a.txt", "drop a.txt",
+                                             "over C:/tmp/one.txt\nC:/tmp/two.txt"}));
   frame.OLEDropMode = 0;
   EXPECT_TRUE(WaitFor([&] { return !WidgetOf(frame).acceptDrops(); }));
 }

@@ -13,8 +13,10 @@
 #include <utility>
 
 #include "hosts/qt/peers/accessible.h"
+#include "hosts/qt/peers/dropped_files.h"
 #include "hosts/qt/qt_pixels.h"
 #include "hosts/qt/qt_text.h"
+#include "ui/input_rules.h"
 #include "ui/press.h"
 #include "ui/window.h"
 
@@ -46,20 +48,15 @@ Color ToColor(const QColor& color) {
   return MakeColor(color.red(), color.green(), color.blue());
 }
 
-int EffectOf(Qt::DropAction action) {
-  switch (action) {
-    case Qt::CopyAction:
-      return 1;
-    case Qt::MoveAction:
-      return 2;
-    default:
-      return 0;
-  }
+int EffectOf(Qt::DropActions actions) {
+  return (actions.testFlag(Qt::CopyAction) ? kCopies : 0) |
+         (actions.testFlag(Qt::MoveAction) ? kMoves : 0);
 }
 
-DragStep ToStep(const QDropEvent& event) {
+DragStep ToStep(const QDropEvent& event, const PeerContext& context) {
   const QPoint at = event.position().toPoint();
-  return {.data = FromQt(event.mimeData()->text()),
+  return {.data = DraggedText(FromQt(event.mimeData()->text()),
+                              ProgramPathsOf(FilesOf(event), context)),
           .effect = EffectOf(event.proposedAction()),
           .button = HeldButton(event.buttons()),
           .at = {at.x(), at.y()}};
@@ -100,16 +97,19 @@ class DrawnWidget final : public QWidget, public AccessibleSource {
   void leaveEvent(QEvent*) override {
     peer_.Forward([this] { Drawn().OnMouseLeave(); });
   }
-  void dragEnterEvent(QDragEnterEvent* event) override { AnswerDrag(*event); }
-  void dragMoveEvent(QDragMoveEvent* event) override { AnswerDrag(*event); }
-  void dropEvent(QDropEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override {
+    AnswerDrag(*event, &OwnerDrawn::OnDragOver);
+  }
+  void dragMoveEvent(QDragMoveEvent* event) override {
+    AnswerDrag(*event, &OwnerDrawn::OnDragOver);
+  }
+  void dropEvent(QDropEvent* event) override { AnswerDrag(*event, &OwnerDrawn::OnDragDrop); }
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
 
  private:
   OwnerDrawn& Drawn() const { return peer_.Drawn(); }
-  void AnswerDrag(QDropEvent& event);
-  static void AnswerWith(int effect, QDropEvent& event);
+  void AnswerDrag(QDropEvent& event, void (OwnerDrawn::*handler)(DragStep&));
 
   OwnerDrawnPeer& peer_;
   Press press_;
@@ -160,23 +160,14 @@ void DrawnWidget::mouseReleaseEvent(QMouseEvent* event) {
   if (is_click) peer_.Forward([&] { Drawn().OnClick(button); });
 }
 
-void DrawnWidget::AnswerWith(int effect, QDropEvent& event) {
-  event.setDropAction(effect == 2   ? Qt::MoveAction
-                      : effect == 1 ? Qt::CopyAction
-                                    : Qt::IgnoreAction);
+void DrawnWidget::AnswerDrag(QDropEvent& event, void (OwnerDrawn::*handler)(DragStep&)) {
+  DragStep step = ToStep(event, peer_.Context());
+  peer_.Forward([&] { (Drawn().*handler)(step); });
+  const int effect = AllowedEffect(step.effect, EffectOf(event.possibleActions()));
+  event.setDropAction(effect == kMoves    ? Qt::MoveAction
+                      : effect == kCopies ? Qt::CopyAction
+                                          : Qt::IgnoreAction);
   event.setAccepted(effect != 0);
-}
-
-void DrawnWidget::AnswerDrag(QDropEvent& event) {
-  DragStep step = ToStep(event);
-  peer_.Forward([&] { Drawn().OnDragOver(step); });
-  AnswerWith(step.effect, event);
-}
-
-void DrawnWidget::dropEvent(QDropEvent* event) {
-  DragStep step = ToStep(*event);
-  peer_.Forward([&] { Drawn().OnDragDrop(step); });
-  AnswerWith(step.effect, *event);
 }
 
 void DrawnWidget::keyPressEvent(QKeyEvent* event) {

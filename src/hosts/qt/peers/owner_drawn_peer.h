@@ -21,6 +21,7 @@ class OwnerDrawnPeer final : public Peer {
 
   // For the widget.
   OwnerDrawn& Drawn() { return drawn_; }
+  const PeerContext& Context() const { return context_; }
   /// What the control looks like at a number of device pixels to the logical
   /// pixel, which may be a fraction.
   const QImage& Picture(qreal pixel_ratio);

@@ -29,6 +29,9 @@ class DrawnPeer : public Peer {
   /// The access key of its caption; 0 for none.
   virtual char32_t AccessKey() const { return 0; }
   virtual void OnAccessKey() {}
+  virtual bool TakesDrops() const { return false; }
+  /// Returns the effect of a drop; 0 refuses it.
+  virtual int OnDrag(DragStep, POINT, int /*allowed_effects*/, bool /*is_drop*/) { return 0; }
   /// What the pointer over it is while its record says nothing.
   virtual PointerShape Pointer() const { return Record().Pointer; }
 

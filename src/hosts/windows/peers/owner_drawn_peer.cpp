@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <utility>
 
+#include "hosts/windows/dragging.h"
 #include "hosts/windows/windows_window.h"
+#include "ui/input_rules.h"
 
 namespace tarnvale {
 
@@ -15,6 +17,7 @@ OwnerDrawnPeer::OwnerDrawnPeer(PeerContext& context, WindowsWindow& window, Owne
     is_stale_ = true;
     RequestFrame();
   });
+  Follow(drawn_.DragAway, [this](DragStep& step) { DragAway(step); });
   Follow(drawn_.Owner()->DefaultButton.Changed, [this] { Lend(); });
   if (auto* outer = dynamic_cast<OwnerDrawn*>(drawn_.Parent())) {
     Follow(outer->LookChanged, [this] { Lend(); });
@@ -102,6 +105,7 @@ void OwnerDrawnPeer::Paint(Surface& surface) {
 
 void OwnerDrawnPeer::OnFrame() {
   Repaint();
+  window_.FollowDrops();
   const AccessibleState now = drawn_.StateForReaders();
   const AccessibleState before = std::exchange(reported_, now);
   if (now.checked != before.checked || now.pressed != before.pressed) {
@@ -177,6 +181,19 @@ void OwnerDrawnPeer::OnFocus(bool has_focus) {
 
 void OwnerDrawnPeer::OnAccessKey() {
   Report([this] { drawn_.OnAccessKey(); });
+}
+
+int OwnerDrawnPeer::OnDrag(DragStep step, POINT at, int allowed_effects, bool is_drop) {
+  step.at = LogicalPoint(at);
+  Report([&] { is_drop ? drawn_.OnDragDrop(step) : drawn_.OnDragOver(step); });
+  return AllowedEffect(step.effect, allowed_effects);
+}
+
+void OwnerDrawnPeer::DragAway(DragStep& step) {
+  step.effect = DragTextAway(step.data, [&](int effect) {
+    step.effect = effect;
+    Report([&] { drawn_.OnGiveFeedback(step); });
+  });
 }
 
 }  // namespace tarnvale

@@ -27,6 +27,8 @@ class OwnerDrawnPeer final : public DrawnPeer {
   void OnFocus(bool has_focus) override;
   char32_t AccessKey() const override { return drawn_.AccessKeyChar(); }
   void OnAccessKey() override;
+  bool TakesDrops() const override { return drawn_.TakesDrops(); }
+  int OnDrag(DragStep step, POINT at, int allowed_effects, bool is_drop) override;
   void OnFrame() override;
   void OnColors() override;
   LONG RoleForReaders() const override;
@@ -45,6 +47,7 @@ class OwnerDrawnPeer final : public DrawnPeer {
   AmbientLook AmbientOfContainer() const;
   Raster CopyOfContainer() const;
   void Lend();
+  void DragAway(DragStep& step);
 
   OwnerDrawn& drawn_;
   PackedCanvas drawn_look_;

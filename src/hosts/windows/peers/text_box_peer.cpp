@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "hosts/windows/dragging.h"
 #include "hosts/windows/meanwhile.h"
 #include "hosts/windows/wide.h"
 
@@ -164,14 +165,7 @@ void TextBoxPeer::ReportSelection() {
 }
 
 void TextBoxPeer::ReportFiles(HDROP drop) {
-  std::vector<Path> paths;
-  const UINT count = ::DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
-  for (UINT i = 0; i < count; ++i) {
-    std::wstring native(::DragQueryFileW(drop, i, nullptr, 0) + 1, L'\0');
-    native.resize(::DragQueryFileW(drop, i, native.data(), static_cast<UINT>(native.size())));
-    Path path = context_.program_path(native);
-    if (!path.empty()) paths.push_back(std::move(path));
-  }
+  const std::vector<Path> paths = DroppedPaths(drop, context_.program_path);
   ::DragFinish(drop);
   Report([&] { box_.FilesDropped.Emit(paths); });
 }
