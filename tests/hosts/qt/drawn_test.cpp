@@ -1,62 +1,14 @@
 #include <QApplication>
 #include <cmath>
 
+#include "tests/hosts/contract/drawn_recorder.h"
 #include "tests/hosts/qt/qt_fixture.h"
-#include "ui/owner_drawn.h"
 
 namespace tarnvale {
 namespace {
 
-/// Writes down all that it hears.
-class Recorder : public OwnerDrawn {
- public:
-  bool TakesFocus() const override { return true; }
-  Kind AccessibleKind() const override { return Kind::kButton; }
-  AccessibleState StateForReaders() const override { return state; }
-  std::string AccessibleText() const override { return "Backup Selected Items"; }
-  char32_t AccessKeyChar() const override { return access_key; }
-  void Press() override { heard.push_back("press"); }
-  void Paint(Canvas& canvas, TextPainter&) override {
-    ++paints;
-    scale = canvas.Scale();
-    canvas.FillRect({0, 0, 10, 10}, color);
-  }
-  void OnMouseDown(MouseButton button, Point at) override { Hear("down", button, at); }
-  void OnMouseMove(MouseButton button, Point at) override { Hear("move", button, at); }
-  void OnMouseUp(MouseButton button, Point at) override { Hear("up", button, at); }
-  void OnDoubleClick(MouseButton button, Point at) override { Hear("double", button, at); }
-  void OnClick(MouseButton) override { heard.push_back("click"); }
-  void OnMouseLeave() override { heard.push_back("leave"); }
-  void OnKeyDown(const KeyPress& press) override {
-    heard.push_back(press.key == Key::kSpace ? "space down" : "key down");
-  }
-  void OnKeyUp(const KeyPress& press) override {
-    heard.push_back(press.key == Key::kSpace ? "space up" : "key up");
-  }
-  void OnAccessKey() override { heard.push_back("access key"); }
-  void OnFocusChanged(bool has_focus) override { focused = has_focus; }
-  void OnResize(Size to) override { size = to; }
-
-  AccessibleState state;
-  std::vector<std::string> heard;
-  char32_t access_key = U'b';
-  bool focused = false;
-  int paints = 0;
-  int scale = 0;
-  Size size;
-  Color color = MakeColor(255, 0, 0);
-
- private:
-  void Hear(const char* what, MouseButton button, Point at) {
-    const char* held = button == MouseButton::kLeft    ? " left "
-                       : button == MouseButton::kRight ? " right "
-                                                       : " none ";
-    heard.push_back(what + std::string(held) + std::to_string(at.x_px) + "," +
-                    std::to_string(at.y_px));
-  }
-};
-
-using Heard = std::vector<std::string>;
+using testing::Heard;
+using testing::Recorder;
 
 class QtDrawn : public QtFixture {
  protected:
@@ -66,54 +18,9 @@ class QtDrawn : public QtFixture {
     ASSERT_TRUE(WaitFor([&] { return drawn.paints > 0; }));
     drawn.heard.clear();
   }
-  void Send(QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons held) {
-    QWidget& widget = WidgetOf(drawn);
-    QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, {});
-    QApplication::sendEvent(&widget, &event);
-  }
 
   Recorder drawn;
 };
-
-TEST_F(QtDrawn, AClickIsDownUpAndClick) {
-  ShowDrawn();
-  Send(QEvent::MouseButtonPress, {3, 4}, Qt::LeftButton, Qt::LeftButton);
-  Send(QEvent::MouseButtonRelease, {5, 6}, Qt::LeftButton, Qt::NoButton);
-  EXPECT_EQ(drawn.heard, (Heard{"down left 3,4", "up left 5,6", "click"}));
-}
-
-TEST_F(QtDrawn, MovesGoOnOutsideWhileAButtonIsHeldAndEndInNoClick) {
-  ShowDrawn();
-  Send(QEvent::MouseButtonPress, {3, 4}, Qt::LeftButton, Qt::LeftButton);
-  Send(QEvent::MouseMove, {-20, 4}, Qt::NoButton, Qt::LeftButton);
-  Send(QEvent::MouseButtonRelease, {-20, 4}, Qt::LeftButton, Qt::NoButton);
-  EXPECT_EQ(drawn.heard, (Heard{"down left 3,4", "move left -20,4", "up left -20,4"}));
-}
-
-TEST_F(QtDrawn, ADoubleClickTakesThePlaceOfTheSecondPress) {
-  ShowDrawn();
-  Send(QEvent::MouseButtonPress, {3, 4}, Qt::LeftButton, Qt::LeftButton);
-  Send(QEvent::MouseButtonRelease, {3, 4}, Qt::LeftButton, Qt::NoButton);
-  Send(QEvent::MouseButtonDblClick, {3, 4}, Qt::LeftButton, Qt::LeftButton);
-  Send(QEvent::MouseButtonRelease, {3, 4}, Qt::LeftButton, Qt::NoButton);
-  EXPECT_EQ(drawn.heard,
-            (Heard{"down left 3,4", "up left 3,4", "click", "double left 3,4", "up left 3,4"}));
-}
-
-TEST_F(QtDrawn, HearsThatThePointerHasLeft) {
-  ShowDrawn();
-  Send(QEvent::MouseMove, {3, 4}, Qt::NoButton, Qt::NoButton);
-  QEvent leave(QEvent::Leave);
-  QApplication::sendEvent(&WidgetOf(drawn), &leave);
-  EXPECT_EQ(drawn.heard, (Heard{"move none 3,4", "leave"}));
-}
-
-TEST_F(QtDrawn, HearsKeysAndTheFocus) {
-  ShowDrawn();
-  EXPECT_TRUE(drawn.focused);
-  QTest::keyClick(&WidgetOf(drawn), Qt::Key_Space);
-  EXPECT_EQ(drawn.heard, (Heard{"space down", "space up"}));
-}
 
 TEST_F(QtDrawn, HearsItsAccessKeyAndItsNextOne) {
   ShowDrawn();
@@ -128,16 +35,6 @@ TEST_F(QtDrawn, HearsItsAccessKeyAndItsNextOne) {
     QTest::keyClick(&Native(), Qt::Key_Q, Qt::AltModifier);
     return !drawn.heard.empty() && drawn.heard.back() == "access key";
   }));
-}
-
-TEST_F(QtDrawn, IsPaintedOnceForManyChangesAndNeverWithoutOne) {
-  ShowDrawn();
-  const int paints = drawn.paints;
-  for (int i = 0; i < 1000; ++i) drawn.LookChanged.Emit();
-  ASSERT_TRUE(WaitFor([&] { return drawn.paints > paints; }));
-  WidgetOf(drawn).repaint();
-  WidgetOf(drawn).repaint();
-  EXPECT_EQ(drawn.paints, paints + 1);
 }
 
 class PaintEvents final : public QObject {
@@ -278,14 +175,6 @@ TEST_F(QtReaders, HearOfEachChangeOfStateOnce) {
   change({.checked = true, .pressed = true, .range = AccessibleRange{.value = 7}});
   QAccessible::installUpdateHandler(other);
   EXPECT_EQ(reported, (Heard{"checked", "pressed", "value 7"}));
-}
-
-TEST_F(QtDrawn, HearsNothingWhileDisabled) {
-  ShowDrawn();
-  drawn.Enabled = false;
-  drawn.heard.clear();
-  QTest::mouseClick(&WidgetOf(drawn), Qt::LeftButton);
-  EXPECT_EQ(drawn.heard, Heard{});
 }
 
 }  // namespace

@@ -1,12 +1,8 @@
 #include <QApplication>
 #include <QMenu>
-#include <QPointer>
-
-#include <algorithm>
 
 #include "tests/hosts/qt/qt_fixture.h"
 #include "ui/timer.h"
-#include "ui/window_slot.h"
 
 namespace tarnvale {
 namespace {
@@ -56,56 +52,6 @@ TEST_F(QtWindows, AMenuRowReportsItsClickAndFollowsItsRecord) {
   EXPECT_EQ(row->text(), "Leave");
 }
 
-TEST_F(QtWindows, HidingAndShowingFollowTheRecord) {
-  Show();
-  window.Hide();
-  EXPECT_TRUE(WaitFor([&] { return !Native().isVisible(); }));
-  window.Visible = true;
-  EXPECT_TRUE(WaitFor([&] { return Native().isVisible(); }));
-}
-
-TEST_F(QtWindows, TheCloseBoxAsksAndHides) {
-  bool closed = false;
-  window.Closed.Listen([&] { closed = true; });
-  Show();
-  Native().close();
-  EXPECT_TRUE(closed);
-  EXPECT_FALSE(window.Visible);
-  EXPECT_TRUE(WaitFor([&] { return !Native().isVisible(); }));
-}
-
-TEST_F(QtWindows, ACancelledCloseLeavesTheWindowStanding) {
-  window.CloseAsked.Listen([](CloseRequest& request) { request.cancelled = true; });
-  Show();
-  Native().close();
-  loop.WaitPass();
-  EXPECT_TRUE(window.Visible);
-  EXPECT_TRUE(Native().isVisible());
-}
-
-TEST_F(QtWindows, TheProgramMinimisesAndRestoresAndBothAreReported) {
-  std::vector<WindowState> states;
-  window.Resized.Listen([&] { states.push_back(window.State); });
-  Show();
-  window.State = WindowState::kMinimized;
-  ASSERT_TRUE(WaitFor([&] { return Native().isMinimized() && states.size() == 1; }));
-  window.State = WindowState::kNormal;
-  ASSERT_TRUE(WaitFor([&] { return !Native().isMinimized() && states.size() == 2; }));
-  EXPECT_EQ(states, (std::vector<WindowState>{WindowState::kMinimized, WindowState::kNormal}));
-}
-
-TEST_F(QtWindows, TheUserMinimisesAndRestores) {
-  int reported = 0;
-  window.Resized.Listen([&] { ++reported; });
-  Show();
-  Native().setWindowState(Qt::WindowMinimized);
-  EXPECT_TRUE(WaitFor([&] { return window.State.Get() == WindowState::kMinimized; }));
-  EXPECT_EQ(reported, 1);
-  Native().setWindowState(Qt::WindowNoState);
-  EXPECT_TRUE(WaitFor([&] { return window.State.Get() == WindowState::kNormal; }));
-  EXPECT_EQ(reported, 2);
-}
-
 TEST_F(QtWindows, ShowingAMinimisedWindowKeepsItMinimised) {
   window.State = WindowState::kMinimized;
   window.ClientSize = {200, 100};
@@ -114,33 +60,6 @@ TEST_F(QtWindows, ShowingAMinimisedWindowKeepsItMinimised) {
   ASSERT_TRUE(WaitFor([&] { return Native().isVisible(); }));
   EXPECT_TRUE(Native().isMinimized());
   EXPECT_EQ(window.State.Get(), WindowState::kMinimized);
-}
-
-TEST_F(QtWindows, AMinimisedWindowThatLeftTheTaskBarIsNowhere) {
-  window.Resized.Listen([&] {
-    if (window.State.Get() == WindowState::kMinimized) window.InTaskBar = false;
-  });
-  Show();
-  window.State = WindowState::kMinimized;
-  EXPECT_TRUE(WaitFor([&] { return !Native().isVisible(); }));
-  EXPECT_TRUE(window.Visible);
-  window.State = WindowState::kNormal;
-  window.Show();
-  window.InTaskBar = true;
-  EXPECT_TRUE(WaitFor([&] { return Native().isVisible() && !Native().isMinimized(); }));
-}
-
-TEST_F(QtWindows, TheActiveWindowIsKnownAndReported) {
-  Window other;
-  other.ClientSize = {100, 100};
-  host.Adopt(other);
-  Show();
-  other.Show();
-  ASSERT_TRUE(WaitFor([&] { return host.Surroundings().ActiveWindow.Get() == &other; }));
-  Window* active_when_emitted = nullptr;
-  window.Activated.Listen([&] { active_when_emitted = host.Surroundings().ActiveWindow; });
-  Native().activateWindow();
-  EXPECT_TRUE(WaitFor([&] { return active_when_emitted == &window; }));
 }
 
 TEST_F(QtWindows, ShowBringsAWindowForward) {
@@ -152,109 +71,6 @@ TEST_F(QtWindows, ShowBringsAWindowForward) {
   ASSERT_TRUE(WaitFor([&] { return host.Surroundings().ActiveWindow.Get() == &other; }));
   window.Show();
   EXPECT_TRUE(WaitFor([&] { return host.Surroundings().ActiveWindow.Get() == &window; }));
-}
-
-TEST_F(QtWindows, TabFollowsThePlacementsAndTheRecordKnows) {
-  TextBox first;
-  Label label;
-  CheckButton second;
-  TextBox hidden;
-  TextBox third;
-  hidden.Visible = false;
-  for (Control* control : std::vector<Control*>{&first, &label, &second, &hidden, &third}) {
-    Place(*control);
-  }
-  Show();
-  ASSERT_TRUE(WaitFor([&] { return window.Focused() == &first; }));
-  QTest::keyClick(&WidgetOf(first), Qt::Key_Tab);
-  EXPECT_EQ(window.Focused(), &second);
-  EXPECT_TRUE(WidgetOf(second).hasFocus());
-  QTest::keyClick(&WidgetOf(second), Qt::Key_Tab);
-  EXPECT_EQ(window.Focused(), &third);
-  QTest::keyClick(&WidgetOf(third), Qt::Key_Tab, Qt::ShiftModifier);
-  EXPECT_EQ(window.Focused(), &second);
-}
-
-TEST_F(QtWindows, AClickMovesTheRecordsFocus) {
-  TextBox first;
-  TextBox second;
-  std::string reported;
-  first.LostFocus.Listen([&] { reported += "lost "; });
-  second.GotFocus.Listen([&] { reported += "got"; });
-  Place(first);
-  Place(second);
-  Show();
-  QTest::mouseClick(&WidgetOf(second), Qt::LeftButton);
-  EXPECT_EQ(window.Focused(), &second);
-  EXPECT_EQ(reported, "lost got");
-}
-
-TEST_F(QtWindows, TheProgramMovesTheFocus) {
-  TextBox first;
-  TextBox second;
-  Place(first);
-  Place(second);
-  Show();
-  window.Focus(second);
-  EXPECT_TRUE(WidgetOf(second).hasFocus());
-}
-
-TEST_F(QtWindows, AControlThatIsHiddenOrDisabledPassesTheFocusOnAsTabDoes) {
-  TextBox first;
-  TextBox second;
-  PictureBox panel;
-  TextBox inside;
-  Place(first);
-  Place(second);
-  Place(panel);
-  Place(inside, &panel);
-  Show();
-  window.Focus(first);
-  first.Enabled = false;
-  EXPECT_EQ(window.Focused(), &second);
-  first.Enabled = true;
-  window.Focus(inside);
-  panel.Visible = false;
-  EXPECT_EQ(window.Focused(), &first);
-  EXPECT_TRUE(WidgetOf(first).hasFocus());
-}
-
-TEST_F(QtWindows, AHiddenControlOfAWindowThatIsNotActiveKeepsTheFocus) {
-  TextBox first;
-  TextBox second;
-  Place(first);
-  Place(second);
-  Show();
-  window.Focus(first);
-  Window other;
-  other.ClientSize = {100, 100};
-  host.Adopt(other);
-  other.Show();
-  ASSERT_TRUE(WaitFor([&] { return host.NativeOf(other)->isActiveWindow(); }));
-  int losses = 0;
-  first.LostFocus.Listen([&] { ++losses; });
-  first.Visible = false;
-  EXPECT_EQ(window.Focused(), &first);
-  EXPECT_EQ(losses, 0);
-}
-
-TEST_F(QtWindows, AKeyThatTheWindowHandledNeverReachesTheControl) {
-  TextBox first;
-  TextBox second;
-  Place(first);
-  Place(second);
-  window.KeyDown.Listen([&](KeyEvent& event) {
-    if (event.press.key == Key::kOther) event.handled = true;
-    if (event.press.key != Key::kEnter) return;
-    event.handled = true;
-    window.FocusNext();
-  });
-  Show();
-  ASSERT_TRUE(WaitFor([&] { return window.Focused() == &first; }));
-  QTest::keyClick(&WidgetOf(first), Qt::Key_X);
-  EXPECT_EQ(first.Text.Get(), "");
-  QTest::keyClick(&WidgetOf(first), Qt::Key_Return);
-  EXPECT_EQ(window.Focused(), &second);
 }
 
 TEST_F(QtWindows, ADisabledWindowTakesNoInputAndDoesNotClose) {
@@ -291,61 +107,6 @@ TEST_F(QtWindows, APopupStandsWhereTheRecordSaysAndTakesNoFocus) {
   popup.TopTwips = 600;
   EXPECT_TRUE(WaitFor([&] { return native.pos() == QPoint(20, 40); }));
   EXPECT_EQ(host.Surroundings().ActiveWindow.Get(), &window);
-}
-
-TEST_F(QtWindows, ALinkOfAPopupIsClickedWithoutTheFocus) {
-  Window popup;
-  popup.Frame = WindowFrame::kPopup;
-  popup.ClientSize = {100, 60};
-  Label link{TextRole::kLink};
-  popup.Place({{&link, nullptr, {0, 0, 100, 60}}});
-  host.Adopt(popup);
-  popup.Show();
-  QtWindow& native = *host.NativeOf(popup);
-  ASSERT_TRUE(WaitFor([&] { return native.isVisible(); }));
-  int clicks = 0;
-  link.Clicked.Listen([&] { ++clicks; });
-  QTest::mouseClick(&native.PeerOf(link)->Widget(), Qt::LeftButton);
-  EXPECT_EQ(clicks, 1);
-}
-
-class SlotWindow : public Window {
- public:
-  SlotWindow() {
-    ClientSize = {100, 100};
-    Place({{&box, nullptr, {10, 10, 80, 80}}});
-  }
-  TextBox box{TextKind::kMemo};
-};
-
-TEST_F(QtWindows, AClosedWindowOfASlotGoesWithItsNativeOneWhenNoHandlerOfItRuns) {
-  WindowSlot<SlotWindow> slot(loop, host, [] { return std::make_unique<SlotWindow>(); });
-  QPointer<QtWindow> native;
-  bool lived_through_the_handler = false;
-  Timer timer(loop.Timers(), 10, true);
-  timer.Tick.Listen([&] {
-    timer.Enabled = false;
-    slot.Show();
-    native = host.NativeOf(slot.Get());
-    ASSERT_TRUE(WaitFor([&] { return native->isVisible(); }));
-    slot.Get().Close();
-    QElapsedTimer since;
-    since.start();
-    while (since.elapsed() < 300) loop.WaitPass();
-    lived_through_the_handler = !native.isNull() && !native->isVisible();
-  });
-  EXPECT_TRUE(WaitFor([&] { return !timer.Enabled && native.isNull(); }));
-  EXPECT_TRUE(lived_through_the_handler);
-}
-
-TEST_F(QtWindows, AWindowThatIsClosedByItsCrossGoesAsWell) {
-  WindowSlot<SlotWindow> slot(loop, host, [] { return std::make_unique<SlotWindow>(); });
-  slot.Show();
-  const QPointer<QtWindow> native = host.NativeOf(slot.Get());
-  ASSERT_TRUE(WaitFor([&] { return native->isVisible(); }));
-  native->close();
-  EXPECT_TRUE(WaitFor([&] { return native.isNull(); }));
-  EXPECT_FALSE(slot.IsLoaded());
 }
 
 TEST_F(QtWindows, AClickIntoAWindowThatIsNotActiveIsNotLost) {

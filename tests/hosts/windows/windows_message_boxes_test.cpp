@@ -16,42 +16,11 @@ class WindowsMessagesTest : public WindowsWindowTest {
     EXPECT_TRUE(acts.HasActed());
     return answer;
   }
-  static std::function<void(HWND)> Press(int button) {
-    return [button](HWND box) {
-      ::PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button),
-                     reinterpret_cast<LPARAM>(::GetDlgItem(box, button)));
-    };
-  }
   static void Close(HWND box) { ::PostMessageW(box, WM_SYSCOMMAND, SC_CLOSE, 0); }
 
   const BoxRequest yes_no{.text = "Proceed?", .buttons = BoxButtons::kYesNo};
   const BoxRequest ok_cancel{.text = "Proceed?", .buttons = BoxButtons::kOkCancel};
 };
-
-TEST_F(WindowsMessagesTest, TheButtonsAnswerForThemselves) {
-  EXPECT_EQ(Answer(yes_no, Press(IDYES)), BoxAnswer::kYes);
-  EXPECT_EQ(Answer(yes_no, Press(IDNO)), BoxAnswer::kNo);
-  EXPECT_EQ(Answer(ok_cancel, Press(IDOK)), BoxAnswer::kOk);
-  EXPECT_EQ(Answer(ok_cancel, Press(IDCANCEL)), BoxAnswer::kCancel);
-  EXPECT_EQ(Answer({.text = "Done"}, Press(IDOK)), BoxAnswer::kOk);
-}
-
-TEST_F(WindowsMessagesTest, TheCloseBoxAnswersCancelOrOk) {
-  EXPECT_EQ(Answer(ok_cancel, Close), BoxAnswer::kCancel);
-  EXPECT_EQ(Answer({.text = "Done"}, Close), BoxAnswer::kOk);
-}
-
-TEST_F(WindowsMessagesTest, ShowsTextTitleAndLineEnds) {
-  std::wstring text;
-  std::wstring title;
-  Answer({.text = "first\r\nsecond\rthird\n&\x07", .title = "Exit Tarnvale"}, [&](HWND box) {
-    text = TextOf(::GetDlgItem(box, 0xFFFF));
-    title = TextOf(box);
-    Close(box);
-  });
-  EXPECT_EQ(text, L"first\nsecond\nthird\n&?");
-  EXPECT_EQ(title, L"Exit Tarnvale");
-}
 
 TEST_F(WindowsMessagesTest, ShowsTheIconAndTheButtons) {
   std::vector<UINT> styles;
@@ -150,32 +119,6 @@ TEST_F(WindowsMessagesTest, ABoxOfATimerIsAboveTheBoxThatIsUp) {
   });
   EXPECT_EQ(owner, first);
   EXPECT_TRUE(::IsWindowEnabled(Native()));
-}
-
-TEST_F(WindowsMessagesTest, TheActiveWindowStaysTheProgramsUnderABox) {
-  Show();
-  Window* active = nullptr;
-  Answer({.text = "?"}, [&](HWND box) {
-    active = host.Surroundings().ActiveWindow;
-    Close(box);
-  });
-  EXPECT_EQ(active, &window);
-  EXPECT_EQ(::GetActiveWindow(), Native());
-}
-
-TEST_F(WindowsMessagesTest, AFaultInATimerBehindABoxLeavesTheBoxOpen) {
-  WindowsEventLoop other;
-  int faults = 0;
-  other.Fault.Listen([&](const ProgramError&) { ++faults; });
-  Timer failing(other.Timers(), 10, true);
-  failing.Tick.Listen([&] {
-    failing.Enabled = false;
-    throw ProgramError(kOverflow);
-  });
-  const Once closes(
-      loop, [&] { return faults == 1 && Dialog() != nullptr; }, [] { Press(IDYES)(Dialog()); });
-  EXPECT_EQ(boxes.Show(yes_no), BoxAnswer::kYes);
-  EXPECT_EQ(faults, 1);
 }
 
 }  // namespace

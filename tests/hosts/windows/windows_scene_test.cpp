@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "hosts/windows/packed_canvas.h"
+#include "tests/hosts/contract/drawn_recorder.h"
 #include "tests/hosts/windows/windows_fixture.h"
-#include "ui/owner_drawn.h"
 #include "ui/palette.h"
 
 namespace tarnvale::testing {
@@ -14,51 +14,8 @@ namespace {
 
 constexpr Color kRed = 0x0000FF;
 
-/// Red in its upper left corner, and clear elsewhere.
-class Recorder final : public OwnerDrawn {
- public:
-  bool TakesFocus() const override { return true; }
-  Kind AccessibleKind() const override { return kind; }
-  char32_t AccessKeyChar() const override { return access_key; }
-  void Paint(Canvas& canvas, TextPainter&) override {
-    ++paints;
-    canvas.FillRect({0, 0, 10, 10}, kRed);
-  }
-  void OnMouseDown(MouseButton button, Point at) override { Hear("down", button, at); }
-  void OnMouseMove(MouseButton button, Point at) override { Hear("move", button, at); }
-  void OnMouseUp(MouseButton button, Point at) override { Hear("up", button, at); }
-  void OnDoubleClick(MouseButton button, Point at) override { Hear("double", button, at); }
-  void OnClick(MouseButton) override { heard.push_back("click"); }
-  void OnMouseLeave() override { heard.push_back("leave"); }
-  void OnKeyDown(const KeyPress&) override { heard.push_back("key down"); }
-  void OnKeyUp(const KeyPress&) override { heard.push_back("key up"); }
-  void OnAccessKey() override { heard.push_back("access key"); }
-  void OnFocusChanged(bool has_focus) override { focused = has_focus; }
-  void OnResize(Size to) override { size = to; }
-  void Press() override { heard.push_back("press"); }
-
-  std::vector<std::string> heard;
-  Kind kind = Kind::kButton;
-  char32_t access_key = 0;
-  bool focused = false;
-  int paints = 0;
-  Size size;
-
- private:
-  void Hear(const char* what, MouseButton button, Point at) {
-    const char* held = button == MouseButton::kLeft ? " left " : " none ";
-    heard.push_back(what + std::string(held) + std::to_string(at.x_px) + "," +
-                    std::to_string(at.y_px));
-  }
-};
-
-using Heard = std::vector<std::string>;
-
 class WindowsScene : public WindowsWindowTest {
  protected:
-  // The real pointer is elsewhere.
-  WindowsScene() { ::SetCursorPos(0, 0); }
-
   /// Everything on the screen is as it should be.
   void Settle() {
     ASSERT_TRUE(WaitFor([&] {
@@ -168,52 +125,6 @@ TEST_F(WindowsScene, OnlyWhatHasChangedIsPaintedAnew) {
       << area.left << "," << area.top << "," << area.right << "," << area.bottom;
 }
 
-TEST_F(WindowsScene, MovesGoOnOutsideWhileAButtonIsHeldAndEndInNoClick) {
-  Recorder drawn;
-  Place(drawn);
-  Show();
-  Mouse(WM_LBUTTONDOWN, drawn, {5, 5}, MK_LBUTTON);
-  Mouse(WM_MOUSEMOVE, drawn, {-3, 60}, MK_LBUTTON);
-  Mouse(WM_LBUTTONUP, drawn, {-3, 60}, 0);
-  ASSERT_GE(drawn.heard.size(), 3U);
-  drawn.heard.resize(3);
-  EXPECT_EQ(drawn.heard, (Heard{"down left 5,5", "move left -3,60", "up left -3,60"}));
-  EXPECT_EQ(::GetCapture(), nullptr);
-}
-
-TEST_F(WindowsScene, ADoubleClickTakesThePlaceOfTheSecondPress) {
-  Recorder drawn;
-  Place(drawn);
-  Show();
-  Click(drawn);
-  Mouse(WM_LBUTTONDBLCLK, drawn, {5, 5}, MK_LBUTTON);
-  Mouse(WM_LBUTTONUP, drawn, {5, 5}, 0);
-  EXPECT_EQ(drawn.heard,
-            (Heard{"down left 5,5", "up left 5,5", "click", "double left 5,5", "up left 5,5"}));
-}
-
-TEST_F(WindowsScene, ADisabledControlHearsNothing) {
-  Recorder drawn;
-  Place(drawn);
-  drawn.Enabled = false;
-  Show();
-  Click(drawn);
-  EXPECT_TRUE(drawn.heard.empty());
-}
-
-TEST_F(WindowsScene, ADrawnControlHearsKeysAndTheFocus) {
-  Recorder drawn;
-  CheckButton other;
-  Place(drawn);
-  Place(other);
-  Show();
-  EXPECT_TRUE(drawn.focused);
-  PressKey('A');
-  EXPECT_EQ(drawn.heard, (Heard{"key down", "key up"}));
-  window.Focus(other);
-  EXPECT_FALSE(drawn.focused);
-}
-
 TEST_F(WindowsScene, AnAccessKeyReachesItsControlFromAnotherOne) {
   Recorder drawn;
   CheckButton check;
@@ -244,24 +155,6 @@ TEST_F(WindowsScene, EnterPressesTheDefaultButton) {
   Show();
   PressKey(VK_RETURN);
   EXPECT_EQ(button.heard, Heard{"press"});
-}
-
-TEST_F(WindowsScene, ALinkIsClickedByMouseSpaceAndEnterAndTakesTheFocusByKeyboardOnly) {
-  CheckButton check;
-  Label link(TextRole::kLink);
-  Place(check);
-  Place(link);
-  int clicks = 0;
-  link.Clicked.Listen([&] { ++clicks; });
-  Show();
-  Click(link);
-  EXPECT_EQ(clicks, 1);
-  EXPECT_EQ(window.Focused(), &check);
-  PressKey(VK_TAB);
-  ASSERT_EQ(window.Focused(), &link);
-  PressKey(VK_SPACE);
-  PressKey(VK_RETURN);
-  EXPECT_EQ(clicks, 3);
 }
 
 TEST_F(WindowsScene, TheFrameOfAFocusedLinkLeavesItsTextAlone) {
@@ -315,30 +208,6 @@ TEST_F(WindowsScene, TheFrameOfAFocusedLinkLeavesItsTextAlone) {
   ASSERT_EQ(frame_rows.size(), 2U);
   EXPECT_LT(frame_rows.front(), text_rows.front());
   EXPECT_GT(frame_rows.back(), text_rows.back());
-}
-
-TEST_F(WindowsScene, TicksAndOptionsFollowBothWays) {
-  CheckButton check;
-  OptionButton one;
-  OptionButton two;
-  const OptionGroup group({&one.Value.Target(), &two.Value.Target()});
-  Place(check);
-  Place(one);
-  Place(two);
-  Show();
-  Click(check);
-  EXPECT_TRUE(check.Value);
-  PressKey(VK_SPACE);
-  EXPECT_FALSE(check.Value);
-  Click(one);
-  Click(two);
-  EXPECT_FALSE(one.Value);
-  EXPECT_TRUE(two.Value);
-  int clicks = 0;
-  two.Clicked.Listen([&] { ++clicks; });
-  Click(two);
-  EXPECT_TRUE(two.Value);
-  EXPECT_EQ(clicks, 1);
 }
 
 TEST_F(WindowsScene, APictureIsShownInItsSize) {

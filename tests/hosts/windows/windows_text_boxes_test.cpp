@@ -50,18 +50,6 @@ class WindowsTextBoxesTest : public WindowsWindowTest {
   }
 };
 
-TEST_F(WindowsTextBoxesTest, MirrorsTheTextBothWays) {
-  TextBox box;
-  box.Text = "Zo\xC3\xAB";
-  HWND field = ShowField(box);
-  EXPECT_EQ(TextOf(field), L"Zo\xEB");
-  box.Text = "new";
-  EXPECT_EQ(TextOf(field), L"new");
-  Send(field, EM_SETSEL, 3, 3);
-  Type(field, L"\xE9r");
-  EXPECT_EQ(box.Text.Get(), "new\xC3\xA9r");
-}
-
 TEST_F(WindowsTextBoxesTest, ALineIsInTheMiddleOfItsField) {
   TextBox plain;
   TextBox masked(TextKind::kMasked);
@@ -113,65 +101,6 @@ TEST_F(WindowsTextBoxesTest, WhatIsAboveALineIsOfTheFieldAndTakesItsClicks) {
   EXPECT_TRUE(shows(COLOR_BTNFACE));
 }
 
-TEST_F(WindowsTextBoxesTest, EachChangeOfTheUsersIsReportedOnce) {
-  TextBox box;
-  HWND field = ShowField(box);
-  int changes = 0;
-  box.Text.Changed().Listen([&] { ++changes; });
-  Type(field, L"a");
-  EXPECT_EQ(changes, 1);
-  box.Text = "b";
-  EXPECT_EQ(changes, 2);
-}
-
-TEST_F(WindowsTextBoxesTest, AHandlerMayCorrectWhatIsTyped) {
-  TextBox box;
-  HWND field = ShowField(box);
-  box.Text.Changed().Listen([&] {
-    if (box.Text.Get() == "x") box.Text = "";
-  });
-  Type(field, L"x");
-  EXPECT_EQ(TextOf(field), L"");
-}
-
-TEST_F(WindowsTextBoxesTest, MirrorsTheSelectionBothWaysInBytes) {
-  TextBox box;
-  box.Text =
-      "\xC3\xAB\xC3\xAB"
-      "ab";
-  HWND field = ShowField(box);
-  box.SelectAll();
-  EXPECT_EQ(SelectedIn(field), (Range{0, 4}));
-  Send(field, EM_SETSEL, 1, 3);
-  EXPECT_EQ(box.Selection.Get(), (TextSelection{2, 3}));
-}
-
-TEST_F(WindowsTextBoxesTest, APressThatBringsTheFocusLeavesWhatItsHandlerSelected) {
-  TextBox first;
-  TextBox box;
-  box.Text = "12:00";
-  box.GotFocus.Listen([&] { box.SelectAll(); });
-  Place(first);
-  HWND field = ShowField(box);
-  window.Focus(first);
-  Click(field, 3, 8);
-  EXPECT_EQ(window.Focused(), &box);
-  EXPECT_EQ(SelectedIn(field), (Range{0, 5}));
-  Click(field, 3, 8);
-  EXPECT_EQ(SelectedIn(field).start, SelectedIn(field).end);
-}
-
-TEST_F(WindowsTextBoxesTest, AReadOnlyFieldTakesNoText) {
-  TextBox box;
-  box.ReadOnly = true;
-  HWND field = ShowField(box);
-  Type(field, L"a");
-  EXPECT_EQ(box.Text.Get(), "");
-  box.ReadOnly = false;
-  Type(field, L"a");
-  EXPECT_EQ(box.Text.Get(), "a");
-}
-
 TEST_F(WindowsTextBoxesTest, FollowsVisibleAndEnabled) {
   TextBox box;
   HWND field = ShowField(box);
@@ -191,23 +120,6 @@ TEST_F(WindowsTextBoxesTest, APasswordIsShownAsStars) {
   EXPECT_EQ(Send(field, EM_GETPASSWORDCHAR), L'*');
   Type(field, L"se");
   EXPECT_EQ(box.Text.Get(), "se");
-}
-
-TEST_F(WindowsTextBoxesTest, AMaskTakesDigitsOnly) {
-  TextBox box(TextKind::kMasked);
-  box.Mask = "##:##";
-  HWND field = ShowField(box);
-  EXPECT_EQ(box.Text.Get(), "00:00");
-  EXPECT_EQ(TextOf(field), L"00:00");
-  Send(field, EM_SETSEL, 0, 0);
-  Type(field, L"1x23");
-  EXPECT_EQ(box.Text.Get(), "12:30");
-  EXPECT_EQ(TextOf(field), L"12:30");
-  Type(field, L"\b");
-  EXPECT_EQ(box.Text.Get(), "12:00");
-  Send(field, EM_SETSEL, 0, 0);
-  PressKey(field, VK_DELETE);
-  EXPECT_EQ(box.Text.Get(), "02:00");
 }
 
 TEST_F(WindowsTextBoxesTest, PastingAndCuttingKeepToTheMask) {

@@ -5,7 +5,6 @@
 
 #include "base/failure.h"
 #include "tests/hosts/windows/windows_fixture.h"
-#include "ui/window_slot.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -64,77 +63,6 @@ TEST_F(WindowsWindows, TheMenuBarComesOnTopOfTheClientSize) {
   EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(WindowsWindows, HidingAndShowingFollowTheRecord) {
-  Show();
-  window.Hide();
-  EXPECT_TRUE(WaitFor([&] { return ::IsWindowVisible(Native()) == 0; }));
-  window.Visible = true;
-  EXPECT_TRUE(WaitFor([&] { return ::IsWindowVisible(Native()) != 0; }));
-}
-
-TEST_F(WindowsWindows, TheCloseBoxAsksAndHides) {
-  int closed = 0;
-  window.Closed.Listen([&] { ++closed; });
-  Show();
-  ::SendMessageW(Native(), WM_CLOSE, 0, 0);
-  EXPECT_EQ(closed, 1);
-  EXPECT_FALSE(window.Visible);
-  EXPECT_TRUE(WaitFor([&] { return ::IsWindowVisible(Native()) == 0; }));
-}
-
-TEST_F(WindowsWindows, ACancelledCloseLeavesTheWindowWhereItIs) {
-  window.CloseAsked.Listen([](CloseRequest& request) { request.cancelled = true; });
-  Show();
-  ::SendMessageW(Native(), WM_CLOSE, 0, 0);
-  loop.WaitPass();
-  EXPECT_TRUE(window.Visible);
-  EXPECT_NE(::IsWindowVisible(Native()), 0);
-}
-
-TEST_F(WindowsWindows, TheProgramMinimisesAndRestoresAndBothAreReported) {
-  int resized = 0;
-  window.Resized.Listen([&] { ++resized; });
-  Show();
-  window.State = WindowState::kMinimized;
-  EXPECT_TRUE(WaitFor([&] { return ::IsIconic(Native()) != 0; }));
-  EXPECT_EQ(resized, 1);
-  window.State = WindowState::kNormal;
-  // Under Wine the window manager may follow late, and minimises once more what is restored.
-  int expected = 2;
-  EXPECT_TRUE(WaitFor([&] {
-    const bool is_restored = ::IsIconic(Native()) == 0;
-    if (!is_restored && window.State.Get() == WindowState::kMinimized) {
-      window.State = WindowState::kNormal;
-      expected += 2;
-    }
-    return is_restored;
-  }));
-  EXPECT_EQ(resized, expected);
-}
-
-TEST_F(WindowsWindows, TheUserMinimisesAndRestores) {
-  int resized = 0;
-  window.Resized.Listen([&] { ++resized; });
-  Show();
-  ::SendMessageW(Native(), WM_SYSCOMMAND, SC_MINIMIZE, 0);
-  EXPECT_TRUE(WaitFor([&] { return window.State.Get() == WindowState::kMinimized; }));
-  EXPECT_EQ(resized, 1);
-  ::SendMessageW(Native(), WM_SYSCOMMAND, SC_RESTORE, 0);
-  EXPECT_TRUE(WaitFor([&] { return window.State.Get() == WindowState::kNormal; }));
-  EXPECT_EQ(resized, 2);
-}
-
-TEST_F(WindowsWindows, AMinimisedWindowThatLeftTheTaskBarIsNowhere) {
-  Show();
-  window.State = WindowState::kMinimized;
-  window.InTaskBar = false;
-  EXPECT_TRUE(WaitFor([&] { return ::IsWindowVisible(Native()) == 0; }));
-  window.InTaskBar = true;
-  window.State = WindowState::kNormal;
-  EXPECT_TRUE(
-      WaitFor([&] { return ::IsWindowVisible(Native()) != 0 && ::IsIconic(Native()) == 0; }));
-}
-
 TEST_F(WindowsWindows, OneThatIsNotOnTheTaskBarHasAnOwnerThatIsNeverSeen) {
   window.InTaskBar = false;
   Show();
@@ -144,24 +72,6 @@ TEST_F(WindowsWindows, OneThatIsNotOnTheTaskBarHasAnOwnerThatIsNeverSeen) {
   window.InTaskBar = true;
   EXPECT_TRUE(WaitFor([&] { return ::GetWindow(Native(), GW_OWNER) == nullptr; }));
   EXPECT_NE(::IsWindowVisible(Native()), 0);
-}
-
-TEST_F(WindowsWindows, TheActiveWindowIsKnownAndReported) {
-  int activations = 0;
-  window.Activated.Listen([&] { ++activations; });
-  Show();
-  Window other;
-  other.ClientSize = {50, 50};
-  host.Adopt(other);
-  other.Show();
-  ASSERT_TRUE(WaitFor([&] { return host.Surroundings().ActiveWindow.Get() == &other; }));
-  const int before = activations;
-  EXPECT_TRUE(WaitFor([&] {
-    // Under Wine the window manager may give the other one the focus late.
-    if (::GetActiveWindow() != Native()) ::SetForegroundWindow(Native());
-    return host.Surroundings().ActiveWindow.Get() == &window;
-  }));
-  EXPECT_EQ(activations, before + 1);
 }
 
 TEST_F(WindowsWindows, NoneIsActiveWhileAnotherProgramIs) {
@@ -227,67 +137,6 @@ TEST_F(WindowsWindows, APopupLiesWhereTheRecordSaysAboveAllAndTakesNoFocus) {
   }));
 }
 
-// The focus.
-
-TEST_F(WindowsWindows, TabFollowsThePlacementsAndTheRecordKnows) {
-  CheckButton first;
-  Label link(TextRole::kLink);
-  CheckButton last;
-  Place(first);
-  Place(link);
-  Place(last);
-  Show();
-  EXPECT_EQ(window.Focused(), &first);
-  PressKey(VK_TAB);
-  EXPECT_EQ(window.Focused(), &link);
-  PressKey(VK_TAB);
-  PressKey(VK_TAB);
-  EXPECT_EQ(window.Focused(), &first);
-}
-
-TEST_F(WindowsWindows, AControlThatIsHiddenOrDisabledPassesTheFocusOnAsTabDoes) {
-  CheckButton first;
-  CheckButton second;
-  CheckButton third;
-  Place(first);
-  Place(second);
-  Place(third);
-  Show();
-  first.Visible = false;
-  EXPECT_EQ(window.Focused(), &second);
-  second.Enabled = false;
-  EXPECT_EQ(window.Focused(), &third);
-}
-
-TEST_F(WindowsWindows, AHiddenControlOfAWindowThatIsNotActiveKeepsTheFocus) {
-  CheckButton first;
-  CheckButton second;
-  Place(first);
-  Place(second);
-  Show();
-  Window other;
-  other.ClientSize = {50, 50};
-  host.Adopt(other);
-  other.Show();
-  ASSERT_TRUE(WaitFor([&] { return host.Surroundings().ActiveWindow.Get() == &other; }));
-  first.Visible = false;
-  EXPECT_EQ(window.Focused(), &first);
-}
-
-TEST_F(WindowsWindows, AKeyThatTheWindowHandledNeverReachesTheControl) {
-  CheckButton check;
-  Place(check);
-  std::vector<Key> heard;
-  window.KeyDown.Listen([&](KeyEvent& event) {
-    heard.push_back(event.press.key);
-    event.handled = true;
-  });
-  Show();
-  PressKey(VK_SPACE);
-  EXPECT_EQ(heard, std::vector<Key>{Key::kSpace});
-  EXPECT_FALSE(check.Value);
-}
-
 TEST_F(WindowsWindows, APressOnAControlWhoseForerunnerCallsTheFocusBackIsLost) {
   CheckButton bad;
   CheckButton check;
@@ -303,42 +152,6 @@ TEST_F(WindowsWindows, APressOnAControlWhoseForerunnerCallsTheFocusBackIsLost) {
   EXPECT_EQ(left, 1);
   EXPECT_EQ(window.Focused(), &bad);
   EXPECT_FALSE(check.Value);
-}
-
-TEST_F(WindowsWindows, ALinkOfAPopupIsClickedWithoutTheFocus) {
-  CheckButton check;
-  window.Frame = WindowFrame::kPopup;
-  Place(check);
-  window.ClientSize = {300, 100};
-  host.Adopt(window);
-  window.Show();
-  ASSERT_TRUE(WaitFor([&] { return Native() != nullptr && ::IsWindowVisible(Native()) != 0; }));
-  Click(check);
-  EXPECT_TRUE(check.Value);
-  EXPECT_EQ(window.Focused(), nullptr);
-}
-
-// The rest.
-
-class SlotWindow : public Window {
- public:
-  SlotWindow() {
-    ClientSize = {100, 100};
-    Place({{&check, nullptr, {10, 10, 80, 80}}});
-  }
-  CheckButton check;
-};
-
-TEST_F(WindowsWindows, AWindowThatIsClosedByItsCrossGoesWithItsNativeOne) {
-  WindowSlot<SlotWindow> slot(loop, host, [] { return std::make_unique<SlotWindow>(); });
-  slot.Show();
-  const HWND native = [&] {
-    EXPECT_TRUE(WaitFor([&] { return NativeOf(slot.Get()) != nullptr; }));
-    return NativeOf(slot.Get());
-  }();
-  ::PostMessageW(native, WM_CLOSE, 0, 0);
-  EXPECT_TRUE(WaitFor([&] { return ::IsWindow(native) == 0; }));
-  EXPECT_FALSE(slot.IsLoaded());
 }
 
 }  // namespace
