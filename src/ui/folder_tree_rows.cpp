@@ -122,6 +122,9 @@ void FolderTreeRows::Refresh(FolderRow& row) {
     return;
   }
   Update(row, List(row));
+  for (const auto& child : row.children) {
+    if (child->children.empty()) child->is_read = false;
+  }
 }
 
 bool FolderTreeRows::Peek(FolderRow& row) {

@@ -49,7 +49,8 @@ class FolderTreeRows {
   /// Reads a row that is opened and hasn't been read.
   void Open(FolderRow& row);
   /// Reads an opened row again, unless Open has just read it, and adds and removes
-  /// rows. The row of a folder that is gone goes too.
+  /// rows. The row of a folder that is gone goes too. Rows below it that had none may
+  /// have children again.
   void Refresh(FolderRow& row);
   /// Reads a row that hasn't been read yet and answers at once, to learn whether it can
   /// be opened. True when that changed anything.

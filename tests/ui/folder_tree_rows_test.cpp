@@ -164,6 +164,19 @@ TEST_F(FolderTreeRowsTest, ADriveThatIsOpenedAgainShowsWhatCame) {
   EXPECT_THAT(Below("D:\\"), ElementsAre("Photos"));
 }
 
+TEST_F(FolderTreeRowsTest, AFolderThatHadNoFoldersCanBeOpenedOnceTheOneAboveItWasOpenedAgain) {
+  machine.files.MakeFolder("C:\\media\\stick");
+  FolderRow& media = RowAt("C:\\media");
+  rows.Open(media);
+  rows.Refresh(media);
+  ASSERT_TRUE(rows.Peek(RowAt("C:\\media\\stick")));
+  machine.files.MakeFolder("C:\\media\\stick\\Backup");
+  rows.Refresh(media);
+  EXPECT_TRUE(RowAt("C:\\media\\stick").MayHaveChildren());
+  rows.Open(RowAt("C:\\media\\stick"));
+  EXPECT_THAT(Below("C:\\media\\stick"), ElementsAre("Backup"));
+}
+
 TEST_F(FolderTreeRowsTest, TheRowOfAFolderThatIsGoneGoes) {
   machine.files.MakeFolder("C:\\home\\ann");
   machine.files.MakeFolder("C:\\home\\bob");
