@@ -77,6 +77,12 @@ TEST_F(BackupSettingsTest, CompleteModeClearsBothFlags) {
   EXPECT_FALSE(settings.BackupMode.Sync);
 }
 
+TEST_F(BackupSettingsTest, ChoosingAModePutsTheOthersOut) {
+  settings.ChooseMode(settings.BackupMode.Sync);
+  EXPECT_TRUE(settings.BackupMode.Sync);
+  EXPECT_FALSE(settings.BackupMode.Complete);
+}
+
 TEST_F(BackupSettingsTest, ChoosingTheModeThatIsChosenSetsItsFlagsAgain) {
   settings.IncrementalFlag = true;
   settings.SyncroFlag = true;

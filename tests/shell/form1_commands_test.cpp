@@ -195,6 +195,18 @@ TEST_F(Form1CommandsTest, AFieldThatGetsTheFocusIsSelectedWhole) {
   EXPECT_EQ(form.Schedule.MaskEdBox1.Selection.Get(), (TextSelection{0, 5}));
 }
 
+TEST_F(Form1CommandsTest, FieldFocusSelectsTheFocusedFieldsTextAgain) {
+  form.Storage.GroupBox2.Visible = true;
+  form.Storage.Text1.Text = "C:\\Store";
+  form.Focus(form.Storage.Text1);
+  form.Storage.Text1.Selection = {3, 0};
+  form.FieldFocus();
+  EXPECT_EQ(form.Storage.Text1.Selection.Get(), (TextSelection{0, 8}));
+  form.Focus(form.Label41);
+  form.FieldFocus();
+  EXPECT_EQ(form.Storage.Text1.Selection.Get(), (TextSelection{0, 8})) << "a link has no text";
+}
+
 TEST_F(Form1CommandsTest, ChoosingAKindOfScheduleLeadsToItsField) {
   form.Schedule.Optionbutton2.Value = true;
   form.Schedule.Optionbutton2.Clicked.Emit();

@@ -150,6 +150,18 @@ TEST_F(SysTrayTest, WithoutAnAreaTheWindowStaysOnTheTaskBarUntilOneComes) {
   EXPECT_TRUE(window.InTaskBar);
 }
 
+TEST_F(SysTrayTest, AnAreaThatComesAndGoesLeavesAnOpenWindowAsItIs) {
+  machine.tray.IsPresent = false;
+  tray.IconInSysTray();
+  machine.tray.IsPresent = true;
+  EXPECT_TRUE(machine.tray.HasIcon());
+  EXPECT_TRUE(window.Visible);
+  EXPECT_TRUE(window.InTaskBar);
+  window.Hide();
+  machine.tray.IsPresent = false;
+  EXPECT_FALSE(window.Visible) << "nor does it come up, as it can be found";
+}
+
 TEST_F(SysTrayTest, AnIconThatWasTakenAwayDoesNotComeBackWithALaterArea) {
   tray.MinToSysTray();
   tray.RemoveFromSysTray();
