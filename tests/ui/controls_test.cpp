@@ -231,6 +231,12 @@ TEST_F(FileListTest, AllAttributesOfAFileMustBeShown) {
   EXPECT_THAT(list.Rows(), ElementsAre("a.doc", "b.txt"));
 }
 
+TEST_F(FileListTest, AFileWhoseAttributesCannotBeReadIsShown) {
+  machine.files.FailOn("Attributes", "C:\\Data\\b.txt", kDeviceUnavailable);
+  list.ShowReadOnly = false;
+  EXPECT_THAT(list.Rows(), ElementsAre("a.doc", "b.txt"));
+}
+
 TEST_F(FileListTest, WhatHappensOnTheMediumShowsAfterRefresh) {
   int changes = 0;
   list.RowsChanged.Listen([&] { ++changes; });

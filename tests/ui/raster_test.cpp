@@ -69,13 +69,13 @@ TEST(Canvas, ClearsPixels) {
 
 TEST(Canvas, CutsOffWhatLiesOutside) {
   Canvas canvas({3, 2}, 1);
+  canvas.FillRect({-5, 1, 6, 9}, kB);
+  canvas.FillRect({5, 5, 2, 2}, kB);
+  canvas.FillRect({1, 0, -1, 2}, kB);
   canvas.SetPixel(-1, 0, kA);
   canvas.SetPixel(3, 0, kA);
   canvas.SetPixel(0, 2, kA);
   canvas.SetPixel(0, -1, kA);
-  canvas.FillRect({-5, 1, 6, 9}, kB);
-  canvas.FillRect({5, 5, 2, 2}, kB);
-  canvas.FillRect({1, 0, -1, 2}, kB);
   EXPECT_EQ(Shown(canvas), (Rows{"...", "b.."}));
   EXPECT_FALSE(canvas.PixelAt(-1, 0).has_value());
   EXPECT_FALSE(canvas.PixelAt(0, 2).has_value());
