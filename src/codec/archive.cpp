@@ -15,7 +15,7 @@
 namespace tarnvale {
 namespace {
 
-constexpr std::size_t kFilesAhead = 128;
+constexpr std::size_t kFilesAhead = 256;
 
 Path StageOf(const Path& archive) {
   return archive + ".tmp";

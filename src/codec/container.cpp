@@ -31,19 +31,27 @@ void ContainerWriter::Flush() {
   WriteBytes(open_files_, number_, pending_.View().first(std::exchange(used_, 0)));
 }
 
-// Room for at most kPendingBytes.
-std::span<std::uint8_t> ContainerWriter::Reserve(std::size_t size_bytes) {
-  if (size_bytes > pending_.Size() - used_) Flush();
-  const auto room = pending_.Bytes().subspan(used_, size_bytes);
-  used_ += size_bytes;
-  return room;
+// Pieces are full, as a write that ends within a page costs more.
+void ContainerWriter::Collect(std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    if (used_ == 0 && bytes.size() > kPendingBytes) {
+      const auto pieces = bytes.first(bytes.size() - bytes.size() % kPendingBytes);
+      WriteBytes(open_files_, number_, pieces);
+      bytes = bytes.subspan(pieces.size());
+      continue;
+    }
+    const auto fitting = bytes.first(std::min(bytes.size(), kPendingBytes - used_));
+    std::copy(fitting.begin(), fitting.end(), pending_.Data() + used_);
+    used_ += fitting.size();
+    bytes = bytes.subspan(fitting.size());
+    if (used_ == kPendingBytes) Flush();
+  }
 }
 
 void ContainerWriter::WriteNumber(std::uint32_t value, std::size_t size_bytes) {
-  for (std::uint8_t& byte : Reserve(size_bytes)) {
-    byte = static_cast<std::uint8_t>(value & 0xFFU);
-    value >>= 8U;
-  }
+  std::array<std::uint8_t, 4> bytes{};
+  StoreLittle32(bytes.data(), value);
+  Collect(std::span(bytes).first(size_bytes));
 }
 
 void ContainerWriter::WriteCount(std::int32_t records) {
@@ -51,21 +59,16 @@ void ContainerWriter::WriteCount(std::int32_t records) {
 }
 
 void ContainerWriter::WriteName(std::string_view text) {
-  const std::string name = TextToFile(open_files_, text);
-  const std::int16_t length = ToInt16(static_cast<std::int64_t>(name.size()));
+  const ByteBuffer name(TextToFile(open_files_, text));
+  const std::int16_t length = ToInt16(static_cast<std::int64_t>(name.Size()));
   WriteNumber(static_cast<std::uint32_t>(length), 2);
-  std::copy(name.begin(), name.end(), Reserve(name.size()).begin());
+  Collect(name.View());
 }
 
 void ContainerWriter::WriteContent(std::span<const std::uint8_t> content) {
   const std::int32_t length = ToInt32(static_cast<std::int64_t>(content.size()));
   WriteNumber(static_cast<std::uint32_t>(length), 4);
-  if (content.size() <= kPendingBytes) {
-    std::copy(content.begin(), content.end(), Reserve(content.size()).begin());
-    return;
-  }
-  Flush();
-  WriteBytes(open_files_, number_, content);
+  Collect(content);
 }
 
 namespace {

@@ -32,7 +32,7 @@ class ContainerWriter {
   void Finish() { Flush(); }
 
  private:
-  std::span<std::uint8_t> Reserve(std::size_t size_bytes);
+  void Collect(std::span<const std::uint8_t> bytes);
   void WriteNumber(std::uint32_t value, std::size_t size_bytes);
   void Flush();
 

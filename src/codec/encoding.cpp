@@ -360,6 +360,7 @@ void EncodeStream(std::span<const std::uint8_t> input, ByteBuffer& stream, Perce
       .ReportAll(0, input.size());
   const std::size_t size = TableSize(*codes).HeadBytes() + payload_bytes;
   stream.Renew(size, size + kSlackBytes);
+  workers.WillFill(stream.Bytes());
   std::uint8_t* const payload = WriteHead(input.size(), ChecksumOf(counts), *codes, stream.Data());
   WritePayload(input, *codes, payload_bits, input_counts.segments, payload, report, workers);
   if (report.Last() != 100) report.Report(100);

@@ -30,6 +30,10 @@ class Workers {
   /// For a call that waits for a piece of another one.
   virtual void LetOthersRun() = 0;
 
+  /// Says that all of this memory is about to be filled, best before anybody has used it. A host
+  /// may have something cheaper than small pages for it. Changes no byte and raises nothing.
+  virtual void WillFill(std::span<std::uint8_t>) {}
+
   /// Begins to read these files for TakeRead, which finds those of the call before from now
   /// on and no others; so two calls are always under way, and an empty one ends each of
   /// them. May read none, as where they are large. Raises nothing.

@@ -18,6 +18,7 @@
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
+#include "hosts/linux/read_data.h"
 #include "hosts/linux/replacement.h"
 
 namespace tarnvale {
@@ -25,7 +26,7 @@ namespace {
 
 // How much of a copy is gathered, in bytes: at most so much that the kernel's calls
 // cost nothing, and on a slow medium so little that nobody waits for it.
-constexpr std::int64_t kMostGathered = std::int64_t{4} << 20U;
+constexpr std::int64_t kMostGathered = std::int64_t{8} << 20U;
 constexpr std::int64_t kLeastGathered = std::int64_t{64} << 10U;
 /// A gathered copy that takes longer is too long for the windows.
 constexpr std::chrono::milliseconds kLongCopy{20};
@@ -66,16 +67,7 @@ class LinuxFile final : public NativeFile {
   explicit LinuxFile(Descriptor file) : file_(std::move(file)) {}
 
   std::size_t ReadAt(std::int64_t position, std::span<std::uint8_t> bytes) override {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-      const ssize_t got = ::pread(file_.Get(), bytes.data() + done, bytes.size() - done,
-                                  position + static_cast<std::int64_t>(done));
-      if (got < 0 && errno == EINTR) continue;
-      if (got < 0) throw ProgramError(kDeviceIoError);
-      if (got == 0) break;
-      done += static_cast<std::size_t>(got);
-    }
-    return done;
+    return ReadData(file_.Get(), position, bytes);
   }
 
   void WriteAt(std::int64_t position, std::string_view bytes) override {
@@ -255,7 +247,12 @@ std::size_t LinuxOpenFiles::Copy(int from, int to, std::span<std::uint8_t> buffe
   copy.count += count;
   source.position += count;
   target.position += count;
-  if (copy.count >= most_gathered_ || count < wanted) CopyGathered(to);
+  if (count < wanted) {
+    CopyGathered(to);
+  } else if (copy.count >= most_gathered_) {
+    // A piece that ends within a page of the target takes half as long again.
+    CopyGathered(to, target.position % kLeastGathered);
+  }
   return static_cast<std::size_t>(count);
 }
 
@@ -269,8 +266,9 @@ void LinuxOpenFiles::Settle(int number) {
   if (pass.StandingError()) throw ProgramError(*pass.StandingError());
 }
 
-void LinuxOpenFiles::CopyGathered(int to) {
-  const GatheredCopy copy = gathered_.extract(to).mapped();
+void LinuxOpenFiles::CopyGathered(int to, std::int64_t rest) {
+  GatheredCopy copy = gathered_.extract(to).mapped();
+  copy.count -= rest;
   const int source = Own(*Find(copy.from).opened.file).Fd();
   const int target = Own(*Find(to).opened.file).Fd();
   if (::lseek(source, copy.from_position, SEEK_SET) < 0 ||
@@ -281,6 +279,11 @@ void LinuxOpenFiles::CopyGathered(int to) {
   const bool is_whole = CopyRange(source, target, copy.count) == copy.count;
   FitToMedium(std::chrono::steady_clock::now() - began);
   if (!is_whole) throw ProgramError(kInputPastEnd);
+  if (rest == 0) return;
+  copy.from_position += copy.count;
+  copy.to_position += copy.count;
+  copy.count = rest;
+  gathered_.emplace(to, copy);
 }
 
 void LinuxOpenFiles::FitToMedium(std::chrono::nanoseconds took) {

@@ -50,7 +50,8 @@ class LinuxOpenFiles : public OpenFileTable {
     }
   };
 
-  void CopyGathered(int to);
+  /// All but the last `rest` bytes, which stay gathered.
+  void CopyGathered(int to, std::int64_t rest = 0);
   /// Gathers less when a copy took too long, and more again when it didn't.
   void FitToMedium(std::chrono::nanoseconds took);
   Descriptor ForInput(const Path& file);

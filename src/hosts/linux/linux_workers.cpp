@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sched.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,6 +22,7 @@ namespace {
 constexpr std::int64_t kLargestAhead = std::int64_t{256} << 10U;
 // Of all files of one call.
 constexpr std::size_t kMostAhead = std::size_t{8} << 20U;
+constexpr std::size_t kLargePageBytes = std::size_t{2} << 20U;
 
 }  // namespace
 
@@ -45,6 +47,17 @@ void LinuxWorkers::Run(std::size_t most_helpers, const std::function<void()>& wo
 
 void LinuxWorkers::LetOthersRun() {
   ::sched_yield();
+}
+
+// New memory in small pages costs as much time as what goes into it. Where the system has
+// no large ones to spare, nothing is lost.
+void LinuxWorkers::WillFill(std::span<std::uint8_t> bytes) {
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): only its address counts
+  const auto address = reinterpret_cast<std::uintptr_t>(bytes.data());
+  const std::size_t skipped = (kLargePageBytes - address % kLargePageBytes) % kLargePageBytes;
+  if (bytes.size() < skipped + kLargePageBytes) return;
+  const std::size_t whole = (bytes.size() - skipped) / kLargePageBytes * kLargePageBytes;
+  ::madvise(bytes.data() + skipped, whole, MADV_HUGEPAGE);
 }
 
 void LinuxWorkers::ReadAhead(std::vector<Path> files) {

@@ -28,6 +28,7 @@ class LinuxWorkers final : public Workers {
   std::size_t Helpers() override;
   void Run(std::size_t most_helpers, const std::function<void()>& work) override;
   void LetOthersRun() override;
+  void WillFill(std::span<std::uint8_t> bytes) override;
   void ReadAhead(std::vector<Path> files) override;
   std::optional<std::span<const std::uint8_t>> TakeRead(const Path& file) override;
 

@@ -1,6 +1,7 @@
 // The table of open files: what every host must do.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -24,6 +25,10 @@ class OpenFilesContract : public HostTest {
     return items;
   }
 };
+bool SameByte(std::uint8_t byte, char c) {
+  return byte == static_cast<std::uint8_t>(c);
+}
+
 INSTANTIATE_TEST_SUITE_P(Hosts, OpenFilesContract, ::testing::ValuesIn(AllHosts()), NameOfHost);
 
 using ::testing::ElementsAre;
@@ -354,6 +359,41 @@ TEST_P(OpenFilesContract, ACopyOfMegabytesIsTheSame) {
   EXPECT_EQ(open.Length(2), 9'000'001);
   open.CloseAll();
   EXPECT_TRUE(host.Content("C:\\Data\\to.bin") == bytes);
+}
+
+TEST_P(OpenFilesContract, OneFileIsCopiedIntoTwoMegabytesByMegabytes) {
+  std::string bytes(12'000'000, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 + i / 255);
+  host.Write("C:\\Data\\from.bin", bytes);
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  open.OpenBinary(2, "C:\\Data\\a.bin");
+  open.OpenBinary(3, "C:\\Data\\b.bin");
+  std::vector<std::uint8_t> step(1'500'000);
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(open.Copy(1, 2 + i / 2 % 2, step), step.size());
+  open.CloseAll();
+  std::array<std::string, 2> expected;
+  for (std::size_t i = 0; i < 8; ++i) {
+    expected.at(i / 2 % 2) += bytes.substr(i * step.size(), step.size());
+  }
+  EXPECT_TRUE(host.Content("C:\\Data\\a.bin") == expected[0]);
+  EXPECT_TRUE(host.Content("C:\\Data\\b.bin") == expected[1]);
+}
+
+TEST_P(OpenFilesContract, MegabytesAreReadAsTheyAreUpToTheEnd) {
+  std::string bytes(21'000'001, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 + i / 255);
+  host.Write("C:\\Data\\from.bin", bytes);
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  open.Seek(1, 3);
+  std::vector<std::uint8_t> some(17'000'000);
+  EXPECT_EQ(open.ReadInto(1, some), some.size());
+  EXPECT_TRUE(std::equal(some.begin(), some.end(), bytes.begin() + 3, SameByte));
+  std::vector<std::uint8_t> rest(17'000'000, 0xEE);
+  EXPECT_EQ(open.ReadInto(1, rest), 3'999'998U);
+  EXPECT_TRUE(
+      std::equal(rest.begin(), rest.begin() + 3'999'998, bytes.begin() + 17'000'003, SameByte));
+  EXPECT_EQ(rest[3'999'998], 0xEE);
+  EXPECT_EQ(open.ReadInto(1, rest), 0U);
 }
 
 TEST_P(OpenFilesContract, ACopyRaises52And54And75) {

@@ -4,8 +4,10 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -48,6 +50,17 @@ TEST_P(WorkersContractTest, NoMoreCallsAreMadeThanHelpersAndTheCallersOwn) {
   calls = 0;
   workers->Run(0, [&] { ++calls; });
   EXPECT_EQ(calls, 1);
+}
+
+TEST_P(WorkersContractTest, MemoryThatWillBeFilledAndWhatLiesBesideItStayAsTheyAre) {
+  constexpr std::size_t kLargePage = std::size_t{2} << 20U;
+  std::vector<std::uint8_t> memory(4 * kLargePage);
+  for (std::size_t i = 0; i < memory.size(); ++i) memory[i] = static_cast<std::uint8_t>(i / 4096);
+  const std::vector<std::uint8_t> before = memory;
+  for (const std::size_t count : {std::size_t{0}, std::size_t{1}, kLargePage, 3 * kLargePage}) {
+    workers->WillFill(std::span(memory).subspan(5, count));
+    EXPECT_TRUE(memory == before) << count;
+  }
 }
 
 TEST_P(WorkersContractTest, ACallCanWaitForWhatAnEarlierPieceMakes) {

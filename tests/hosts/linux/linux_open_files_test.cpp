@@ -5,6 +5,8 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "tests/hosts/contract/full_medium.h"
 #include "tests/hosts/linux/linux_stage.h"
@@ -53,6 +55,47 @@ TEST_F(LinuxOpenFilesTest, ACopyThatDoesNotFitRaises61AtTheLatestWhenItIsClosed)
     EXPECT_EQ(number, 61) << closed_first;
     EXPECT_FALSE(open.IsOpen(closed_first));
     EXPECT_EQ(RaisedBy([&] { open.Close(3 - closed_first); }), 0) << "it is reported once";
+  }
+}
+
+TEST_F(LinuxOpenFilesTest, ACopyThatFailsOnTheWayIsReportedOnceWithWhatFittedInTheFile) {
+  constexpr std::size_t kStep = 1 << 20;
+  const std::string bytes(20 * kStep, 'x');
+  WriteNative(OnDrive("Data/from.bin"), bytes);
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  open.OpenOutput(2, "C:\\Data\\to.bin");
+  std::vector<std::uint8_t> step(kStep);
+  std::vector<int> raised;
+  {
+    const FullMedium full(5 * kStep);
+    for (int i = 0; i < 20 && raised.empty(); ++i) {
+      if (const int number = RaisedBy([&] { open.Copy(1, 2, step); }); number != 0) {
+        raised.push_back(number);
+      }
+    }
+    for (const int number : {2, 1}) {
+      if (const int late = RaisedBy([&] { open.Close(number); }); late != 0) raised.push_back(late);
+    }
+  }
+  EXPECT_EQ(raised, std::vector<int>{61});
+  EXPECT_TRUE(ReadNative(OnDrive("Data/to.bin")) == bytes.substr(0, 5 * kStep));
+}
+
+TEST_F(LinuxOpenFilesTest, WhatIsBeingCopiedIsThereForWhoeverUsesEitherNumber) {
+  constexpr std::size_t kStep = 1 << 20;
+  WriteNative(OnDrive("Data/from.bin"), std::string(20 * kStep, 'x'));
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  open.OpenOutput(2, "C:\\Data\\to.bin");
+  std::vector<std::uint8_t> step(kStep);
+  for (int copied = 0; copied < 20; ++copied) {
+    ASSERT_EQ(open.Copy(1, 2, step), kStep);
+    if (copied % 7 != 6) continue;
+    if (copied % 2 == 0) {
+      open.Seek(1, (copied + 1) * std::int64_t{kStep});
+    } else {
+      EXPECT_EQ(open.Length(2), (copied + 1) * std::int64_t{kStep});
+    }
+    EXPECT_EQ(ReadNative(OnDrive("Data/to.bin")).size(), (copied + 1) * kStep) << copied;
   }
 }
 
