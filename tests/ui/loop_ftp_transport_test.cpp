@@ -93,10 +93,10 @@ class LoopFtpTransportTest : public ::testing::Test {
   struct Transport final : LoopFtpTransport {
     Transport(LoopFtpTransportTest& test)
         : LoopFtpTransport(test.loop, test.files, [&test](FtpLogin login, auto listener) {
-            auto session = std::make_shared<ScriptedSession>(test.loop, test.script,
-                                                             std::move(login), std::move(listener));
-            test.session = session;
-            return session;
+            auto begun = std::make_shared<ScriptedSession>(test.loop, test.script, std::move(login),
+                                                           std::move(listener));
+            test.session = begun;
+            return begun;
           }) {}
   };
 
