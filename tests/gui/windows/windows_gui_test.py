@@ -161,9 +161,9 @@ class Use(OneStart):
     def test_2_the_list_is_made_by_mouse_and_keys(self):
         person = self.person
         self.show("Include Files In My Backup List")
-        person.choose_below(MAIN, "Folders", "Documents")
         files = lambda: person.field(MAIN, "Files Of The Folder")
-        person.wait_for("the files", lambda: files().rows == ["Notes.txt", "Plan.txt"])
+        person.choose_below(MAIN, "Folders", "Documents",
+                            lambda: files().rows == ["Notes.txt", "Plan.txt"])
         person.click_in(files())
         person.press("shift+Down")
         person.wait_for("both selected", lambda: len(files().selected) == 2)
@@ -184,13 +184,12 @@ class Use(OneStart):
     def test_3_what_is_chosen_is_saved(self):
         person = self.person
         self.show("Storage Location For Backup")
-        person.choose_below(MAIN, "Folders For Storage", "Storage")
         storage = told(self.program.folder / "Storage")
 
         def is_taken():
             person.click(MAIN, "Select This Location For My Backup Files")
             return person.field(MAIN, "Selected Backup Folder Path").text == storage
-        person.wait_for("the location", is_taken)
+        person.choose_below(MAIN, "Folders For Storage", "Storage", is_taken)
         self.show("General & Backup Settings")
         person.click(MAIN, "Fennick Mode")
         person.click(MAIN, "Show Visual Notification Upon Backup")
