@@ -101,6 +101,10 @@ TEST_F(DesktopWindows, AMinimisedWindowThatLeftTheTaskBarIsNowhere) {
 TEST_F(DesktopWindows, TheActiveWindowIsKnownAndReported) {
   Show();
   ShowOther();
+  // More than once where the window manager gives the other one the focus late.
+  int became_active = 0;
+  const Subscription following = host.Surroundings().ActiveWindow.Changed.Subscribe(
+      [&] { became_active += host.Surroundings().ActiveWindow.Get() == &window ? 1 : 0; });
   int activations = 0;
   Window* active_when_emitted = nullptr;
   window.Activated.Listen([&] {
@@ -108,12 +112,11 @@ TEST_F(DesktopWindows, TheActiveWindowIsKnownAndReported) {
     active_when_emitted = host.Surroundings().ActiveWindow;
   });
   EXPECT_TRUE(WaitFor([&] {
-    // Under Wine the window manager may give the other one the focus late.
     Activate(window);
     return host.Surroundings().ActiveWindow.Get() == &window;
   }));
   EXPECT_EQ(active_when_emitted, &window);
-  EXPECT_EQ(activations, 1);
+  EXPECT_EQ(activations, became_active);
 }
 
 // The focus.
