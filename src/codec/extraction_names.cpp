@@ -28,7 +28,7 @@ std::optional<Path> ExtractionNames::PathOf(const std::string& entry) {
     files_.CreateFoldersOf(path);
     return path;
   }
-  for (std::size_t at = 0; at <= entry.size();) {
+  for (std::size_t at = 0;;) {
     const std::size_t end = std::min(entry.find('\\', at), entry.size());
     const bool is_last = end == entry.size();
     const std::string folder = entry.substr(0, at);
@@ -38,12 +38,19 @@ std::optional<Path> ExtractionNames::PathOf(const std::string& entry) {
       path += entry.substr(at);
       break;
     }
+    const std::size_t known = place->names.size();
     const auto name =
         NameIn(*place, folder, entry.substr(at, end - at), is_last ? Kind::kFile : Kind::kFolder);
     if (!name) return std::nullopt;
     path += *name;
-    if (!is_last) path += '\\';
+    if (is_last) break;
+    path += '\\';
     at = end + 1;
+    if (place->names.size() > known) {
+      // A new folder is empty.
+      path += entry.substr(at);
+      break;
+    }
   }
   files_.CreateFoldersOf(path);
   return path;
@@ -102,9 +109,10 @@ std::optional<std::string> ExtractionNames::NameIn(Place& place, const std::stri
     place.given[name] = real;
     return real;
   }
-  if (place.folded.insert(folded).second) {
-    if (kind == Kind::kFile) new_file_ = NewFile{place.path, name};
-  } else if (!Make(place.path, name, kind)) {
+  const bool is_alone = place.folded.insert(folded).second;
+  if (is_alone && kind == Kind::kFile) {
+    new_file_ = NewFile{place.path, name};
+  } else if (!Make(place.path, name, kind) && !is_alone) {
     // Something of another case is there, and there is no place beside it.
     return std::nullopt;
   }
