@@ -3,7 +3,8 @@
 // Paths are absolute, in one language on every system: drive letter, colon,
 // backslashes; UTF-8, on Linux whatever bytes a name has. A path that begins with a
 // backslash is on the current drive. Names are found exactly first, then
-// without regard to the case of letters.
+// without regard to the case of letters. A path that isn't absolute leads nowhere, as one
+// into a missing folder does; so does a file's that ends in a backslash.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +26,8 @@ inline constexpr int kReadOnly = 1;
 inline constexpr int kHidden = 2;
 inline constexpr int kSystem = 4;
 inline constexpr int kDirectory = 16;
-/// Set on every file that has changed since the bit was last cleared.
+/// Set on every file that was made, written, replaced, moved or given another time since the
+/// bit was last cleared.
 inline constexpr int kArchive = 32;
 }  // namespace attribute
 
@@ -170,7 +172,8 @@ class FileSystem {
   /// Sets the attributes of a file: any sum of read-only, hidden, system and
   /// archive. A file that the last CopyWhole copied and that has changed since keeps
   /// the archive attribute: what it holds is in no copy. Raises 5 for a value that is no such sum
-  /// or that the host can't express for this name, and then changes nothing; 53; 75 when refused.
+  /// or that the host can't express for this name, and then changes nothing; 53; 76; 75 when
+  /// refused, and for a folder.
   virtual void SetAttributes(const Path& file, int value) = 0;
 
   virtual bool FolderExists(const Path& folder) = 0;
@@ -179,7 +182,7 @@ class FileSystem {
 
   /// Copies one file whole, replacing `target`. Modification time, extended
   /// attributes and those permissions that `rights` lets through go with it, set-id
-  /// bits never. Follows a symbolic link to its file.
+  /// bits never. Follows a symbolic link to its file. A copy onto itself changes nothing.
   /// The target changes in one step: after any failure it is as it was, and no
   /// other file is left. Raises 53 (no source, or a folder), 76 (no folder for
   /// the target), 61 (medium full), 70 (source or target folder refused), 75
@@ -202,7 +205,8 @@ class FileSystem {
   /// one that the target's medium doesn't distinguish from the first fails with 58. Calls
   /// `between` after each file. Nothing is copied of folders in it that are in
   /// `left_out`. Both folders stay those that it began with. Raises
-  /// 76 when `source` is no folder or the parent of `target` is missing.
+  /// 76 when `source` is no folder or the parent of `target` is missing, 75 when `target` is a
+  /// file.
   virtual void CopyTree(const Path& source, const Path& target,
                         const std::function<void()>& between, Rights rights = Rights::kNewFile,
                         const LeftOutFolders& left_out = {}) = 0;

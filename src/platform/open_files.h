@@ -21,7 +21,8 @@ class OpenFiles {
   virtual ~OpenFiles() = default;
 
   /// Opens a text for reading. Numbers are 1 to 511. All four raise 52 (bad
-  /// number), 55 (the number is taken), 76, 75, 70; this one 53 as well.
+  /// number), 55 (the number is taken), 76, 75 (also for a folder, and for a name that no
+  /// file can have), 70; this one 53 as well.
   virtual void OpenInput(int number, const Path& file) = 0;
   /// Creates a text anew. An old one of this user is emptied and keeps its rights, unless
   /// they are to be its owner's alone; somebody else's is deleted first. A new one has

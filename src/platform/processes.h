@@ -22,10 +22,10 @@ class Processes {
 
   /// Starts a command line as it is, an unclosed quote included, with a
   /// minimised window and without waiting. Raises 53 when there is no such
-  /// program, 5 for an empty line.
+  /// program, 5 where the first word is empty.
   virtual void StartMinimized(const std::string& command_line) = 0;
 
-  /// A variable of the environment; none when it isn't set.
+  /// A variable of the environment, by its name in either case; none when it isn't set.
   virtual std::optional<std::string> Variable(const std::string& name) = 0;
 
   /// True when another instance of this same program file was running for this

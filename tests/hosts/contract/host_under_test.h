@@ -32,6 +32,7 @@ class HostUnderTest {
   /// Writes as another program would; the folder must be there.
   virtual void Write(const Path& file, const std::string& content) = 0;
   virtual std::string Content(const Path& file) = 0;
+  /// With those above it.
   virtual void MakeFolder(const Path& folder) = 0;
   /// As another program would, read-only or not; a folder with all that is in it.
   virtual void Remove(const Path& path) = 0;
