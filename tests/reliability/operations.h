@@ -1,5 +1,4 @@
-// What the program does to files, each thing on its own: the whole program composed
-// on the real host, with a desktop that answers by script.
+// What the program does to files, each thing on its own.
 #pragma once
 
 #include <filesystem>
@@ -10,14 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "app/program.h"
+#include "tests/reliability/whole_program.h"
 #include "tests/reliability/workbench.h"
-
-namespace tarnvale::testing {
-class FakeClock;
-class FakeWindows;
-class ManualLoop;
-}  // namespace tarnvale::testing
 
 namespace tarnvale::reliability {
 
@@ -25,30 +18,6 @@ namespace tarnvale::reliability {
 /// lead, and folders.
 using Snapshot = std::map<std::string, std::string>;
 Snapshot SnapshotOf(const std::filesystem::path& folder);
-
-/// The program, and what a person in front of it does.
-class WholeProgram {
- public:
-  /// `report` is called with the text of each box, and with the number of each error
-  /// that left its handler.
-  WholeProgram(const LinuxSurroundings& surroundings,
-               const std::function<void(const std::string&)>& report);
-  ~WholeProgram();
-
-  Program& Parts();
-  /// Does it as the loop does it with what a person does.
-  void Do(const std::function<void()>& action);
-  /// What the next dialogs are answered with, in order.
-  void Choose(const std::vector<Path>& paths);
-  /// What moves the program's own time and shows its windows.
-  testing::ManualLoop& Loop();
-  testing::FakeClock& Clock();
-  testing::FakeWindows& Windows();
-
- private:
-  struct Machinery;
-  std::unique_ptr<Machinery> machinery_;
-};
 
 struct Operation {
   std::string name;
