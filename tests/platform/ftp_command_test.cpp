@@ -3,6 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+
+#include "base/failure.h"
+#include "platform/ftp_transport.h"
 
 namespace tarnvale {
 namespace {
@@ -100,6 +104,19 @@ TEST(FtpHostText, RefusesWhatNoHostIsCalled) {
   for (const char* text : {"", " ", ":21", "a b", "a/b", "ftp://a", "user@a"}) {
     EXPECT_FALSE(ParseFtpHost(text)) << text;
   }
+}
+
+TEST(TransferErrorTest, SaysWhatFailedAndElseInWhichDirection) {
+  for (const auto& [number, code] : {std::pair{kFileNotFound, kTransferFileNotFound},
+                                     {kPathNotFound, kTransferPathNotFound},
+                                     {kPermissionDenied, kTransferAccessDenied},
+                                     {kPathFileAccess, kTransferAccessDenied},
+                                     {kDiskFull, kTransferDiskFull}}) {
+    EXPECT_EQ(TransferErrorOf(ProgramError(number), FtpVerb::kUpload), code) << number;
+    EXPECT_EQ(TransferErrorOf(ProgramError(number), FtpVerb::kDownload), code) << number;
+  }
+  EXPECT_EQ(TransferErrorOf(ProgramError(kDeviceIoError), FtpVerb::kUpload), kTransferReadFault);
+  EXPECT_EQ(TransferErrorOf(ProgramError(kDeviceIoError), FtpVerb::kDownload), kTransferWriteFault);
 }
 
 }  // namespace

@@ -36,5 +36,31 @@ TEST_F(FtpWatchTest, BehindTheDataOnlySilenceCounts) {
   EXPECT_FALSE(watch.IsAlive(0, 301s));
 }
 
+TEST_F(FtpWatchTest, TheDataBeginOnce) {
+  watch.Begin(FtpVerb::kList, 0, 0s);
+  watch.BeginData(0s);
+  watch.BeginData(30s);
+  EXPECT_FALSE(watch.IsAlive(0, 60s));
+}
+
+TEST_F(FtpWatchTest, BehindWhatTheSystemHoldsTheSilenceMayLastASpan) {
+  watch.Begin(FtpVerb::kUpload, 30, 0s);
+  watch.BeginData(0s);
+  watch.AllowForUnsent(10s);
+  EXPECT_FALSE(watch.IsInData());
+  EXPECT_TRUE(watch.IsAlive(0, 129s));
+  EXPECT_FALSE(watch.IsAlive(0, 130s));
+}
+
+TEST_F(FtpWatchTest, ALongerSilenceAndNoLimitStayWhatTheyAre) {
+  watch.Begin(FtpVerb::kUpload, 300, 0s);
+  watch.AllowForUnsent(0s);
+  EXPECT_TRUE(watch.IsAlive(0, 299s));
+  EXPECT_FALSE(watch.IsAlive(0, 300s));
+  watch.Begin(FtpVerb::kUpload, 0, 0s);
+  watch.AllowForUnsent(0s);
+  EXPECT_TRUE(watch.IsAlive(0, 10000s));
+}
+
 }  // namespace
 }  // namespace tarnvale

@@ -47,8 +47,17 @@ TEST(PathTextTest, TwoLeadingSeparatorsAreTheNetworks) {
 TEST(PathTextTest, WhatIsNotAbsoluteOrHoldsAZeroByteIsNoPath) {
   EXPECT_FALSE(TakeApart("Data\\a"));
   EXPECT_FALSE(TakeApart(""));
-  EXPECT_FALSE(TakeApart("1:\\a"));
+  for (const char* path : {"1:\\a", "@:\\a", "[:\\a", "`:\\a", "{:\\a"}) {
+    EXPECT_FALSE(TakeApart(path)) << path;
+  }
   EXPECT_FALSE(TakeApart(std::string_view("C:\\a\0b", 6)));
+}
+
+TEST(PathTextTest, ADriveOrASeparatorMakesANameAPath) {
+  for (const char* path : {"a\\b", "a/b", "\\", "C:a", "C:"})
+    EXPECT_TRUE(IsPathLanguage(path)) << path;
+  for (const char* name : {"", "a", "regedit.exe", ":", "ab:"})
+    EXPECT_FALSE(IsPathLanguage(name)) << name;
 }
 
 }  // namespace

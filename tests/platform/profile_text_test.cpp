@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace tarnvale {
 namespace {
@@ -96,6 +97,29 @@ TEST(ProfileTextTest, AKeyCannotBeginLikeACommentOrASection) {
   EXPECT_FALSE(ProfileText::CanHold("S", ";k", "v"));
   EXPECT_FALSE(ProfileText::CanHold("S", "[k", "v"));
   EXPECT_TRUE(ProfileText::CanHold("S", "k;", "v"));
+}
+
+TEST(ProfileTextTest, NothingThatIsHeldHasALineEnd) {
+  EXPECT_FALSE(ProfileText::CanHold("S\n", "k", "v"));
+  EXPECT_FALSE(ProfileText::CanHold("S", "k\r", "v"));
+  EXPECT_FALSE(ProfileText::CanHold("S", "k", "v\nx=1"));
+}
+
+TEST(ProfileTextTest, AnEmptyValueIsReplaced) {
+  ProfileText text("[A]\nx=\ny= \t\n");
+  EXPECT_TRUE(text.Set("A", "x", "1"));
+  EXPECT_TRUE(text.Set("A", "y", "2"));
+  EXPECT_EQ(text.Bytes(), "[A]\nx=1\ny= \t2\n");
+}
+
+TEST(ProfileTextTest, OnlyWhatCountsIsAChange) {
+  const ProfileText now("[A]\nx=1\nx=2\n;z=3\ny=4\n[B]\nw=5\n[A]\nv=6\n");
+  const ProfileText before("[A]\ny=4\n");
+  std::vector<std::string> changes;
+  now.ForEachChange(before, [&](auto section, auto key, auto value) {
+    changes.push_back(std::string(section).append(".").append(key).append("=").append(value));
+  });
+  EXPECT_EQ(changes, (std::vector<std::string>{"A.x=1", "B.w=5"}));
 }
 
 }  // namespace

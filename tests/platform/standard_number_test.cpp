@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace tarnvale {
 namespace {
 
@@ -55,6 +57,7 @@ TEST(StandardNumberTest, GroupsMayDifferInSize) {
   EXPECT_EQ(StandardNumberText(1234567890, {.grouping = "\3\2"}), "1,23,45,67,890.00");
   EXPECT_EQ(StandardNumberText(12345, {.grouping = "\3\1"}), "1,2,345.00");
   EXPECT_EQ(StandardNumberText(1234567890, {.grouping = "\3\x7F"}), "1234567,890.00");
+  EXPECT_EQ(StandardNumberText(1234567890, {.grouping = std::string("\3\0", 2)}), "1234567,890.00");
   EXPECT_EQ(StandardNumberText(1234567890, {.grouping = ""}), "1234567890.00");
 }
 

@@ -27,6 +27,7 @@ TEST(TemporaryNameTest, NoOtherNameIsATemporary) {
                            "xtarnvale-0123456789abcdef-fedcba9876543210.part"}) {
     EXPECT_FALSE(IsTemporaryName(name)) << name;
     EXPECT_TRUE(MarkOfTemporary(name).empty()) << name;
+    EXPECT_TRUE(SlotOfTemporary(name).empty()) << name;
   }
 }
 

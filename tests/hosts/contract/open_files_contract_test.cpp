@@ -396,6 +396,16 @@ TEST_P(OpenFilesContract, MegabytesAreReadAsTheyAreUpToTheEnd) {
   EXPECT_EQ(open.ReadInto(1, rest), 0U);
 }
 
+TEST_P(OpenFilesContract, MoreThanAMebibyteIsReadAtOnce) {
+  constexpr std::size_t kMebibyte = 1 << 20;
+  std::string bytes(2 * kMebibyte + 3, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 + i / 255);
+  host.Write("C:\\Data\\from.bin", bytes);
+  open.OpenInput(1, "C:\\Data\\from.bin");
+  EXPECT_TRUE(open.Read(1, kMebibyte + 1) == bytes.substr(0, kMebibyte + 1));
+  EXPECT_TRUE(open.Read(1, 5 * kMebibyte) == bytes.substr(kMebibyte + 1));
+}
+
 TEST_P(OpenFilesContract, ACopyRaises52And54And75) {
   host.Write("C:\\Data\\a.bin", "hello");
   host.Write("C:\\Data\\locked.bin", "kept");
@@ -479,6 +489,10 @@ TEST_P(OpenFilesContract, AQuotedItemRunsToItsClosingQuote) {
 TEST_P(OpenFilesContract, AnEmptyLineIsAnEmptyItem) {
   EXPECT_THAT(ItemsOf("\r\n\r\nx"), ElementsAre("", "", "x"));
   EXPECT_THAT(ItemsOf(",x"), ElementsAre("", "x"));
+}
+
+TEST_P(OpenFilesContract, AReturnAloneEndsAnItem) {
+  EXPECT_THAT(ItemsOf("x\ry\r"), ElementsAre("x", "y"));
 }
 
 TEST_P(OpenFilesContract, TheEndOfTheFileRaises62) {
