@@ -144,7 +144,8 @@ TEST_F(BackupSettingsTest, TheMaskIsZeroWithNoDayTicked) {
 TEST(FitsTimeMaskTest, TakesTwoDigitsAColonTwoDigits) {
   EXPECT_TRUE(FitsTimeMask("00:00"));
   EXPECT_TRUE(FitsTimeMask("25:99"));
-  for (const char* text : {"", "9:30", "09:3", "009:30", "09.30", "0a:30", "09:3b", "09:30 "}) {
+  for (const char* text : {"", "9:30", "09:3", "009:30", "09.30", "a9:30", "0a:30", "09:a0",
+                           "09:3b", " 9:30", "09:30 "}) {
     EXPECT_FALSE(FitsTimeMask(text)) << text;
   }
 }

@@ -260,6 +260,14 @@ INSTANTIATE_TEST_SUITE_P(Keys, LoadModeTest,
                                            ModeCase{"False", "False", false},
                                            ModeCase{"", "True", false}, ModeCase{"", "", false}));
 
+// As no key sets it, it can only stay as it was.
+TEST_F(LoadSettingsTest, ASyncFlagThatNoKeyClearsChoosesItsMode) {
+  settings.SyncroFlag = true;
+  Load("[Method]\r\nSyncro=True\r\n");
+  EXPECT_TRUE(settings.BackupMode.Sync);
+  EXPECT_FALSE(settings.BackupMode.Complete);
+}
+
 // --- the list
 
 TEST_F(LoadSettingsTest, EntriesAreAppendedInOrder) {
