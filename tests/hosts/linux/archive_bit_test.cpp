@@ -1,6 +1,7 @@
 #include "hosts/linux/archive_bit.h"
 
 #include <fcntl.h>
+#include <linux/msdos_fs.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -8,6 +9,8 @@
 #include <fstream>
 
 #include "base/stable_hash.h"
+#include "tests/hosts/contract/ordinary_user.h"
+#include "tests/hosts/linux/call_hooks.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {
@@ -147,6 +150,63 @@ TEST_F(ArchiveBitTest, IsKeptInTheIndexWhereTheMediumHoldsNothing) {
   next_run.Set(kBare);
   EXPECT_TRUE(next_run.IsSet(kBare, info));
   EXPECT_TRUE(ArchiveBit(state_, host_.temporaries).IsSet(kBare, info));
+}
+
+// On FAT the medium keeps it. Other systems see and set it there.
+TEST_F(ArchiveBitTest, AMediumWithABitOfItsOwnKeepsIt) {
+  testing::FatMedium medium;
+  Write("file", "one");
+  SetModified("file", 1000, 0);
+  std::uint32_t& byte = medium.bytes[Info("file").st_ino];
+  byte = ATTR_ARCH | ATTR_SYS;
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive);
+  files_.SetAttributes("C:\\file", 0);
+  EXPECT_EQ(byte, std::uint32_t{ATTR_SYS});
+  EXPECT_EQ(files_.Attributes("C:\\file"), 0);
+  EXPECT_EQ(LinuxHost(With(state_)).files.Attributes("C:\\file"), 0) << "the next run";
+  byte |= ATTR_ARCH;
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive) << "set by another system";
+  files_.SetAttributes("C:\\file", 0);
+  files_.SetAttributes("C:\\file", kArchive);
+  EXPECT_EQ(byte, std::uint32_t{ATTR_ARCH | ATTR_SYS});
+}
+
+TEST_F(ArchiveBitTest, AMediumsClearedBitIsNoProofThatTheFileIsTheSame) {
+  testing::FatMedium medium;
+  Write("file", "one");
+  SetModified("file", 1000, 0);
+  files_.SetAttributes("C:\\file", 0);
+  EXPECT_EQ(LinuxHost(With(base_ + "/other_state")).files.Attributes("C:\\file"), kArchive)
+      << "cleared, but not by this user's run";
+  SetModified("file", 1002, 0);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive) << "by a system that sets no bits";
+}
+
+TEST_F(ArchiveBitTest, AMediumThatCannotBeWrittenKeepsItsBit) {
+  testing::FatMedium medium;
+  Write("file", "one");
+  medium.is_read_only = true;
+  files_.SetAttributes("C:\\file", 0);
+  EXPECT_EQ(files_.Attributes("C:\\file"), kArchive) << "it is copied once more";
+  medium.is_read_only = false;
+  files_.SetAttributes("C:\\file", 0);
+  ASSERT_EQ(files_.Attributes("C:\\file"), 0);
+  medium.is_read_only = true;
+  EXPECT_EQ(RaisedBy([&] { files_.SetAttributes("C:\\file", kArchive); }), kPathFileAccess);
+}
+
+TEST_F(ArchiveBitTest, AMarkThatMayNotBeTakenAwayRaises75) {
+  if (!testing::AsOrdinaryUser::IsPossible()) GTEST_SKIP() << "nobody else can be played";
+  Write("file", "");
+  files_.SetAttributes("C:\\file", 0);
+  const testing::AsOrdinaryUser user(base_);
+  ASSERT_EQ(::seteuid(0), 0);
+  ASSERT_EQ(::chown(Native("file").c_str(), 0, 0), 0);
+  ASSERT_EQ(::seteuid(65534), 0);
+  // Its owner changed, which the index of this run would take for another file.
+  LinuxHost other(With(base_ + "/other_state"));
+  ASSERT_EQ(other.files.Attributes("C:\\file"), 0);
+  EXPECT_EQ(RaisedBy([&] { other.files.SetAttributes("C:\\file", kArchive); }), kPathFileAccess);
 }
 
 class ArchiveIndexTest : public LinuxDriveTest {

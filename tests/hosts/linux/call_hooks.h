@@ -1,8 +1,12 @@
 // Doing something right before the system is called.
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -51,5 +55,36 @@ using RemoveHook = CallHook<struct Removing>;
 using SyncHook = CallHook<struct Syncing>;
 /// A copy is written, and gets its time.
 using TimeHook = CallHook<struct SettingTime>;
+/// Bytes at a place are read.
+using ReadHook = CallHook<struct Reading>;
+
+/// For as long as this lives, reading a folder doesn't say what its entries are.
+class SilentMedium {
+ public:
+  SilentMedium() { is_present = true; }
+  ~SilentMedium() { is_present = false; }
+  SilentMedium(const SilentMedium&) = delete;
+  SilentMedium& operator=(const SilentMedium&) = delete;
+
+  static inline bool is_present = false;
+};
+
+/// For as long as this lives, files have no extended attributes but FAT's byte, in which
+/// the archive bit is set at first.
+class FatMedium {
+ public:
+  FatMedium() { present = this; }
+  ~FatMedium() { present = nullptr; }
+  FatMedium(const FatMedium&) = delete;
+  FatMedium& operator=(const FatMedium&) = delete;
+
+  /// By number of the file.
+  std::map<ino_t, std::uint32_t> bytes;
+  bool is_read_only = false;
+
+  static inline FatMedium* present = nullptr;
+  /// As the system's call.
+  int Control(ino_t file, bool set, std::uint32_t& byte);
+};
 
 }  // namespace tarnvale::testing

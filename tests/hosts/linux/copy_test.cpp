@@ -1,15 +1,20 @@
 // Copying single files.
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "tests/hosts/contract/full_medium.h"
 #include "tests/hosts/linux/call_hooks.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {
 namespace {
 
+using testing::FullMedium;
+using testing::LinkHook;
+using testing::ReadHook;
 using testing::RenameHook;
 using testing::StateHook;
 using testing::TimeHook;
@@ -343,6 +348,108 @@ TEST_F(CopyTest, RightsDecideWhatOthersMayDoWithACopyAndSetIdBitsNeverGoAlong) {
     }
   }
   ::umask(mask);
+}
+
+TEST_F(CopyTest, MoreAttributesThanAPageOfNamesGoAlong) {
+  Write("source", "x");
+  for (char last = 'a'; last < 'k'; ++last) {
+    const std::string name = "user." + std::string(200, 'n') + last;
+    ASSERT_EQ(::setxattr(Native("source").c_str(), name.c_str(), &last, 1, 0), 0);
+  }
+  files_.CopyWhole("C:\\source", "C:\\target");
+  EXPECT_EQ(::listxattr(Native("target").c_str(), nullptr, 0), 10 * 207);
+}
+
+TEST_F(CopyTest, AMediumWithoutRoomRaises61AndKeepsWhatWasThere) {
+  for (const std::size_t size : {10U, 1000000U}) {
+    Write("source", Pattern(size));
+    for (const bool is_new : {true, false}) {
+      std::filesystem::remove(Native("target"));
+      if (!is_new) Write("target", "old");
+      int number = 0;
+      {
+        const FullMedium full;
+        number = RaisedBy([&] { files_.CopyWhole("C:\\source", "C:\\target"); });
+      }
+      EXPECT_EQ(number, kDiskFull) << size;
+      EXPECT_EQ(NamesIn("."), is_new ? Names{"source"} : (Names{"source", "target"}));
+      if (is_new) continue;
+      EXPECT_EQ(Read("target"), "old");
+    }
+  }
+}
+
+// FAT exchanges nothing, and some media don't know either.
+TEST_F(CopyTest, AMediumThatKnowsOnlyThePlainRenamingGetsItsEntries) {
+  Write("source", "new");
+  Write("target", "old");
+  Link("link", "one");
+  for (const int error : {EINVAL, ENOSYS}) {
+    RenameHook medium({});
+    medium.Refuse(error);
+    Write("target", "old");
+    CopyEntry("C:\\", "source", "C:\\", "target");
+    CopyEntry("C:\\", "link", "C:\\", "new link");
+    EXPECT_EQ(Read("target"), "new");
+    EXPECT_EQ(std::filesystem::read_symlink(Native("new link")), "one");
+    EXPECT_EQ(NamesIn("."), (Names{"link", "new link", "source", "target"}));
+    std::filesystem::remove(Native("new link"));
+  }
+}
+
+TEST_F(CopyTest, AMediumThatHoldsNoLinksIsLeftWithoutThem) {
+  Link("link", "one");
+  for (const int error : {EPERM, EOPNOTSUPP, ENOSYS}) {
+    LinkHook medium({});
+    medium.Refuse(error);
+    CopyEntry("C:\\", "link", "C:\\", "target");
+    EXPECT_EQ(NamesIn("."), Names{"link"}) << error;
+  }
+  LinkHook medium({});
+  medium.Refuse(ENOSPC);
+  EXPECT_EQ(RaisedBy([&] { CopyEntry("C:\\", "link", "C:\\", "target"); }), kDiskFull);
+}
+
+TEST_F(CopyTest, ALinkIsNotPutInAFoldersPlace) {
+  Link("link", "one");
+  MakeFolder("target");
+  EXPECT_EQ(RaisedBy([&] { CopyEntry("C:\\", "link", "C:\\", "target"); }), 58);
+  EXPECT_TRUE(S_ISDIR(Info("target").st_mode));
+}
+
+TEST_F(CopyTest, WhatComesInASourcesPlaceIsNotCopied) {
+  const std::vector<std::pair<int, std::function<void()>>> others = {
+      {kFileNotFound, [&] { MakeFolder("source"); }},
+      {kPermissionDenied, [&] { ::mkfifo(Native("source").c_str(), 0600); }},
+      {kPathFileAccess, [&] { Link("source", "other"); }}};
+  Write("other", "other");
+  for (const auto& [number, come] : others) {
+    Write("source", "source");
+    // The source has been looked at when the target is.
+    const StateHook exchanging({[] {},
+                                [&, &come = come] {
+                                  std::filesystem::remove(Native("source"));
+                                  come();
+                                }});
+    EXPECT_EQ(RaisedBy([&] { CopyEntry("C:\\", "source", "C:\\", "target"); }), number);
+    EXPECT_TRUE(exchanging.WasCalled());
+    EXPECT_FALSE(Exists("target"));
+    std::filesystem::remove(Native("source"));
+  }
+}
+
+TEST_F(CopyTest, WhatIsWrittenRightBehindTheComparisonIsNewerAndStays) {
+  Write("source", "same");
+  Write("target", "same");
+  SetModified("source", 1001, 0);
+  SetModified("target", 1000, 0);
+  const auto nothing = [] {};
+  // Of both the bytes and the end are read.
+  const ReadHook saving({nothing, nothing, nothing, [&] { Write("target", "late"); }});
+  EXPECT_EQ(RaisedBy([&] { CopyEntry("C:\\", "source", "C:\\", "target"); }), 58);
+  EXPECT_TRUE(saving.WasCalled());
+  EXPECT_EQ(Read("target"), "late");
+  EXPECT_NE(Info("target").st_mtim.tv_sec, 1001);
 }
 
 }  // namespace

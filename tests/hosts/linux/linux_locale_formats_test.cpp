@@ -3,6 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <string>
+
+#include "tests/hosts/contract/temporary_folder.h"
+#include "tests/hosts/contract/variable_for.h"
 
 namespace tarnvale::testing {
 namespace {
@@ -37,6 +41,25 @@ TEST_F(LinuxLocaleFormatsTest, ALocaleThatIsNotInstalledCountsAsPlain) {
   LinuxLocaleFormats unknown("xx_XX.NOWHERE");
   EXPECT_EQ(unknown.GeneralDate(kMoment), "2008-03-04 17:09:05");
   EXPECT_EQ(unknown.StandardNumber(1234.5), "1,234.50");
+}
+
+// Made for the test, as few machines have both.
+TEST_F(LinuxLocaleFormatsTest, ALocaleGivesItsDatesTimesAndNumbers) {
+  const TemporaryFolder folder;
+  for (const char* name : {"de_DE", "en_US"}) {
+    const std::string make = std::string("localedef -i ") + name + " -f UTF-8 '" + (folder / name) +
+                             ".UTF-8' >/dev/null 2>&1";
+    if (std::system(make.c_str()) != 0) GTEST_SKIP() << "this machine can't make " << name;
+  }
+  const VariableFor places("LOCPATH", folder.Path().c_str());
+  LinuxLocaleFormats german("de_DE.UTF-8");
+  EXPECT_EQ(german.GeneralDate(kMoment), "04.03.2008 17:09:05");
+  EXPECT_EQ(german.LongDate(kMoment), "Dienstag, 4 März 2008");
+  EXPECT_EQ(german.StandardNumber(1234567.5), "1.234.567,50");
+  LinuxLocaleFormats american("en_US.UTF-8");
+  EXPECT_EQ(american.GeneralDate(kMoment), "03/04/2008 05:09:05 PM");
+  EXPECT_EQ(american.LongDate(kMoment), "Tuesday, March 4, 2008");
+  EXPECT_EQ(american.StandardNumber(1234567.5), "1,234,567.50");
 }
 
 TEST_F(LinuxLocaleFormatsTest, TheEnvironmentNamesTheLocale) {

@@ -70,6 +70,24 @@ TEST_F(LinuxProcessesTest, AProgramWithoutAFolderIsFoundOnTheSearchPath) {
   EXPECT_EQ(Output(), "found\n");
 }
 
+TEST_F(LinuxProcessesTest, OnlyWholePathsOfTheSearchPathCount) {
+  WriteScript(folder / "tool", "echo found" + ToPipe());
+  const auto here = std::filesystem::current_path();
+  std::filesystem::current_path(folder.Path());
+  for (const char* relative : {"", ".", ":", "::/nowhere", "../"}) {
+    const VariableFor path("PATH", relative);
+    EXPECT_EQ(RaisedBy([&] { host->processes.StartMinimized("tool"); }), 53) << relative;
+  }
+  {
+    const VariableFor none("PATH", nullptr);
+    EXPECT_EQ(RaisedBy([&] { host->processes.StartMinimized("tool"); }), 53);
+  }
+  std::filesystem::current_path(here);
+  const VariableFor path("PATH", (":relative:" + folder.Path()).c_str());
+  host->processes.StartMinimized("tool");
+  EXPECT_EQ(Output(), "found\n");
+}
+
 TEST_F(LinuxProcessesTest, TheDesktopsOpenerGetsTheNativePath) {
   WriteScript(folder / "opener", "echo \"$*\"" + ToPipe());
   WriteNative(OnDrive("Data/a log.txt"), "hello");

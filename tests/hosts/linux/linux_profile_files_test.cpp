@@ -138,6 +138,17 @@ TEST_F(LinuxProfileFilesTest, AMediumThatExchangesNothingHoldsASaveAll) {
   EXPECT_EQ(Names(), (std::vector<std::string>{"t.ini"}));
 }
 
+TEST_F(LinuxProfileFilesTest, AnExchangeThatFailsFailsTheSaveAndLeavesTheFileAlone) {
+  WriteNative(native, "[A]\r\nx=0\r\n");
+  RenameHook hook({});
+  hook.Refuse(EIO);
+  ASSERT_TRUE(Write("x", "1"));
+  EXPECT_FALSE(host->profiles.Flush(kFile));
+  EXPECT_EQ(ReadNative(native), "[A]\r\nx=0\r\n");
+  EXPECT_EQ(Names(), (std::vector<std::string>{"t.ini"}));
+  EXPECT_EQ(Read("A", "x"), "0");
+}
+
 // Each of them adds keys of its own and saves after each, as fast as it can.
 TEST_F(LinuxProfileFilesTest, InstancesThatSaveAllTheTimeKeepEachOthersWrites) {
   constexpr int kKeys = 40;

@@ -91,6 +91,17 @@ TEST_F(LinuxTransferFilesTest, ATargetReplacesTheFileOfItsNameInAnyCaseAndKeepsI
   EXPECT_EQ(ModeOf(OnDrive("Data/Report.txt")), 0640U);
 }
 
+TEST_F(LinuxTransferFilesTest, ATargetReplacesALinkAndNotWhatItLeadsTo) {
+  WriteNative(OnDrive("Data/real"), "was here");
+  std::filesystem::create_symlink("real", OnDrive("Data/link"));
+  const auto target = transfers.OpenTarget("C:\\Data\\link");
+  target->Write(std::string("new"));
+  target->Commit();
+  EXPECT_EQ(ReadNative(OnDrive("Data/real")), "was here");
+  EXPECT_EQ(ReadNative(OnDrive("Data/link")), "new");
+  EXPECT_FALSE(std::filesystem::is_symlink(OnDrive("Data/link")));
+}
+
 TEST_F(LinuxTransferFilesTest, WhatIsNotThereRaises) {
   EXPECT_EQ(RaisedBy([&] { transfers.OpenSource("C:\\Data\\a"); }), kFileNotFound);
   EXPECT_EQ(RaisedBy([&] { transfers.OpenTarget("C:\\None\\a"); }), kPathNotFound);

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include "tests/hosts/linux/call_hooks.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {
@@ -100,6 +101,43 @@ TEST_F(ListingTest, AFolderBehindALinkIsOpenedAndNoneWithinIt) {
   const auto held = files_.OpenFolder("C:\\link");
   EXPECT_EQ(held->Contents().files.size(), 2U);
   EXPECT_EQ(RaisedBy([&] { held->Inner("inner"); }), kPathNotFound);
+}
+
+TEST_F(ListingTest, WhatChangesWhileAFolderIsReadIsListedAsWhatItIsThen) {
+  Write("goes", "");
+  MakeFolder("sub");
+  Write("sub/turns", "");
+  const testing::StateHook changing({[&] { std::filesystem::remove(Native("goes")); },
+                                     [&] {
+                                       std::filesystem::remove(Native("sub/turns"));
+                                       MakeFolder("sub/turns");
+                                     }});
+  EXPECT_TRUE(files_.OpenFolder("C:\\")->Contents().files.empty());
+  const FolderContents contents = files_.OpenFolder("C:\\sub")->Contents();
+  EXPECT_TRUE(changing.WasCalled());
+  EXPECT_TRUE(contents.files.empty());
+  EXPECT_EQ(contents.folders, Names{"turns"});
+}
+
+TEST_F(ListingTest, AMediumThatDoesNotSayWhatItsEntriesAreIsAskedForEach) {
+  Write("file", "123");
+  MakeFolder("folder/inner");
+  Write("folder/inner/x", "x");
+  Link("link", "folder");
+  ASSERT_EQ(::mkfifo(Native("pipe").c_str(), 0600), 0);
+  const testing::SilentMedium silent;
+  EXPECT_EQ(files_.List("C:\\*", {.system = true}), (Names{"file", "pipe"}));
+  EXPECT_EQ(files_.ListFolders("C:\\", {}), Names{"folder"});
+  const FolderContents contents = files_.OpenFolder("C:\\")->Contents();
+  EXPECT_EQ(contents.files.size(), 2U);
+  EXPECT_EQ(contents.folders, Names{"folder"});
+  files_.CopyTree("C:\\folder", "C:\\copy", {});
+  EXPECT_EQ(Read("copy/inner/x"), "x");
+  testing::RenameHook two_media({});
+  two_media.Refuse(EXDEV);
+  files_.MoveTree("C:\\copy", "C:\\moved");
+  EXPECT_EQ(Read("moved/inner/x"), "x");
+  EXPECT_FALSE(Exists("copy"));
 }
 
 }  // namespace

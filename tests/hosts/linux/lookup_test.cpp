@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "hosts/linux/own_links.h"
+#include "tests/hosts/contract/ordinary_user.h"
 #include "tests/hosts/linux/linux_drive.h"
 
 namespace tarnvale {
@@ -25,6 +26,90 @@ TEST_F(LookupTest, TheExactNameComesFirst) {
   EXPECT_EQ(files_.Length("C:\\name"), 1);
   EXPECT_EQ(files_.Length("C:\\NAME"), 2);
   EXPECT_EQ(files_.Length("C:\\nAME"), 2) << "the first by bytes of several";
+}
+
+TEST_F(LookupTest, TheExactNameComesFirstInAFolderOfAnotherCaseToo) {
+  MakeFolder("Home");
+  Write("Home/name", "1");
+  Write("Home/NAME", "22");
+  EXPECT_EQ(files_.Length("C:\\HOME\\name"), 1);
+  EXPECT_EQ(files_.Length("C:\\HOME\\NAME"), 2);
+}
+
+// A circle of links. None of these may take it for a place where nothing is yet.
+TEST_F(LookupTest, WhatCannotBeLookedAtIsNotMissing) {
+  Link("loop", "loop");
+  Write("file", "x");
+  MakeFolder("folder");
+  const Path inner = "C:\\loop\\inner";
+  const auto nothing = [] {};
+  const std::vector<std::function<void()>> calls = {
+      [&] { files_.Length(inner); },
+      [&] { files_.Attributes(inner); },
+      [&] { files_.CopyWhole(inner, "C:\\target"); },
+      [&] { files_.CopyWhole("C:\\file", inner); },
+      [&] { files_.CreateFolder(inner); },
+      [&] { files_.Delete(inner); },
+      [&] { files_.ListFolders(inner, {}); },
+      [&] { files_.OpenFolder(inner); },
+      [&] { files_.BeginFlush(inner); },
+      [&] { files_.CopyTree(inner, "C:\\target", nothing); },
+      [&] { files_.CopyTree("C:\\folder", inner, nothing); },
+      [&] { files_.MoveTree(inner, "C:\\target"); },
+      [&] { files_.MoveTree("C:\\folder", inner); },
+      [&] { host_.open_files.OpenInput(1, inner); },
+      [&] { host_.open_files.OpenOutput(1, inner); },
+      [&] { host_.open_files.OpenBinary(1, inner); },
+      [&] { host_.transfer_files.OpenSource(inner); },
+      [&] { host_.transfer_files.OpenTarget(inner); }};
+  for (std::size_t i = 0; i < calls.size(); ++i) {
+    EXPECT_EQ(RaisedBy(calls[i]), kPathFileAccess) << i;
+  }
+  EXPECT_EQ(host_.profiles.Read("A", "x", "none", 255, inner), "none");
+  EXPECT_FALSE(host_.profiles.Write("A", "x", "1", inner));
+  EXPECT_EQ(NamesIn("."), (std::vector<std::string>{"file", "folder", "loop"}));
+}
+
+TEST_F(LookupTest, WhatIsDeniedRaises70OrWhenItIsOnlyAskedFor75) {
+  if (!testing::AsOrdinaryUser::IsPossible()) GTEST_SKIP() << "nobody else can be played";
+  MakeFolder("closed/sub");
+  MakeFolder("open/folder");
+  Write("closed/file", "x");
+  Write("secret", "x");
+  Write("file", "x");
+  const testing::AsOrdinaryUser user(base_);
+  SetMode("secret", 0200);
+  SetMode("closed", 0500);
+  SetMode("open/folder", 0300);
+  const auto closed = files_.OpenFolder("C:\\closed");
+  const auto nothing = [] {};
+  const std::vector<std::pair<int, std::function<void()>>> calls = {
+      {70, [&] { files_.CopyWhole("C:\\secret", "C:\\target"); }},
+      {70, [&] { files_.CopyWhole("C:\\file", "C:\\closed\\target"); }},
+      {70, [&] { files_.CopyWhole("C:\\file", "C:\\closed\\file"); }},
+      {70, [&] { files_.CopyTree("C:\\open", "C:\\closed\\target", nothing); }},
+      {70, [&] { files_.CreateFolder("C:\\closed\\target"); }},
+      {70, [&] { files_.Delete("C:\\closed\\file"); }},
+      {70, [&] { files_.MoveTree("C:\\closed\\sub", "C:\\target"); }},
+      {70, [&] { closed->MakeFolder("target"); }},
+      {70, [&] { closed->MakeFile("target"); }},
+      {70, [&] { host_.open_files.OpenInput(1, "C:\\secret"); }},
+      {70, [&] { host_.open_files.OpenOutput(1, "C:\\closed\\target"); }},
+      {70, [&] { host_.open_files.OpenBinary(1, "C:\\closed\\target"); }},
+      {70, [&] { host_.open_files.OpenOwn(1, "C:\\closed\\target"); }},
+      {70, [&] { host_.transfer_files.OpenSource("C:\\secret"); }},
+      {70, [&] { host_.transfer_files.OpenTarget("C:\\closed\\target"); }},
+      {75, [&] { files_.List("C:\\open\\folder\\*.*", {}); }},
+      {75, [&] { files_.ListFolders("C:\\open\\folder", {}); }},
+      {75, [&] { files_.OpenFolder("C:\\open\\folder"); }},
+      {75, [&] { files_.OpenFolder("C:\\open")->Inner("folder"); }},
+      {75, [&] { files_.CopyTree("C:\\open", "C:\\copy", nothing); }}};
+  for (std::size_t i = 0; i < calls.size(); ++i) {
+    EXPECT_EQ(RaisedBy(calls[i].second), calls[i].first) << i;
+  }
+  EXPECT_EQ(NamesIn("closed"), (std::vector<std::string>{"file", "sub"}));
+  SetMode("open/folder", 0700);
+  SetMode("closed", 0700);
 }
 
 TEST_F(LookupTest, AChangedFolderIsLookedThroughAnew) {
@@ -98,6 +183,28 @@ TEST_F(LookupTest, AMissingFolderBehindALinkIsReportedAsMissing) {
   struct stat info {};
   EXPECT_FALSE(StateByOwnLinks(AT_FDCWD, Native("way/missing/a.txt"), info));
   EXPECT_EQ(errno, ENOENT);
+}
+
+TEST_F(LookupTest, ACircleOfLinksEnds) {
+  Link("loop", "loop");
+  Link("there", "back");
+  Link("back", "there");
+  struct stat info {};
+  for (const char* name : {"loop", "there", "loop/a.txt", "there/a.txt"}) {
+    EXPECT_FALSE(OpenByOwnLinks(AT_FDCWD, Native(name), O_RDONLY)) << name;
+    EXPECT_EQ(errno, ELOOP) << name;
+    EXPECT_FALSE(StateByOwnLinks(AT_FDCWD, Native(name), info)) << name;
+    EXPECT_EQ(errno, ELOOP) << name;
+  }
+}
+
+TEST_F(LookupTest, ALinkWithSlashesAtItsEndLeadsWhereItLeadsWithoutThem) {
+  MakeFolder("real");
+  Write("real/a.txt", "12");
+  Link("next", "real");
+  Link("way", "next//");
+  EXPECT_EQ(files_.Length("C:\\way\\a.txt"), 2);
+  EXPECT_TRUE(OpenByOwnLinks(AT_FDCWD, Native("way"), O_RDONLY | O_DIRECTORY));
 }
 
 TEST_F(LookupTest, LengthRaisesWhatIsMissing) {

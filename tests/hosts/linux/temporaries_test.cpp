@@ -208,5 +208,29 @@ TEST_F(TemporariesTest, NothingIsLeftInTheStateFolderAfterAnOrderlyEnd) {
   EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
 }
 
+TEST_F(TemporariesTest, AMediumThatIsAwayKeepsItsLeftoverNamedUntilItIsBack) {
+  MakeFolder("z");
+  LeaveOne("z");
+  std::filesystem::rename(Native("z"), Native("away"));
+  // Asking for it fails: it isn't known to have gone.
+  Link("z", "z");
+  { LinuxHost next_run(With(state_)); }
+  EXPECT_FALSE(std::filesystem::is_empty(state_ + "/copies"));
+  std::filesystem::remove(Native("z"));
+  std::filesystem::rename(Native("away"), Native("z"));
+  { LinuxHost later_run(With(state_)); }
+  EXPECT_EQ(NamesIn("z"), Names{});
+  EXPECT_TRUE(std::filesystem::is_empty(state_ + "/copies"));
+}
+
+TEST_F(TemporariesTest, AFreshLinkReplacesALeftover) {
+  MakeFolder("z");
+  TemporarySlot slot(host_.temporaries);
+  Replacement link(slot, Native("z"));
+  std::ofstream(link.Path()) << "half";
+  ASSERT_TRUE(link.CreateLink("there"));
+  EXPECT_EQ(std::filesystem::read_symlink(link.Path()), "there");
+}
+
 }  // namespace
 }  // namespace tarnvale

@@ -199,11 +199,40 @@ TEST_F(TreeCopyTest, AFolderThatMovesToAnotherMediumIsInItsNewPlaceOnly) {
   }
   MakeFolder("a/b");
   Write("a/b/x", "content");
+  Write("a/b/large", std::string(1000000, 'l'));
   Link("a/b/link", "x");
   Link("elsewhere", elsewhere.Path());
   files_.MoveTree("C:\\a", "C:\\elsewhere\\z");
   EXPECT_FALSE(Exists("a"));
   EXPECT_EQ(testing::ReadNative(elsewhere / "z/b/link"), "content");
+  EXPECT_TRUE(testing::ReadNative(elsewhere / "z/b/large") == std::string(1000000, 'l'));
+}
+
+TEST_F(TreeCopyTest, RightsDecideWhatOthersMayDoInANewFolder) {
+  const mode_t mask = ::umask(0022);
+  MakeFolder("a/sub");
+  SetMode("a/sub", 01777);
+  files_.CopyTree("C:\\a", "C:\\source", {}, Rights::kSource);
+  files_.CopyTree("C:\\a", "C:\\owner", {}, Rights::kOwner);
+  ::umask(0);
+  files_.CopyTree("C:\\a", "C:\\new", {}, Rights::kNewFile);
+  ::umask(mask);
+  EXPECT_EQ(Info("source/sub").st_mode & 07777U, 01777U);
+  EXPECT_EQ(Info("owner/sub").st_mode & 07777U, 0700U);
+  EXPECT_EQ(Info("new/sub").st_mode & 07777U, 0755U) << "what the sticky bit guarded isn't open";
+}
+
+TEST_F(TreeCopyTest, FoldersDeeperThanAnyPathAreReportedAndTheRestIsCopied) {
+  MakeFolder("a/z");
+  Write("a/z/x", "content");
+  const std::string name(250, 'd');
+  Descriptor folder = OpenNativeFolder(Native("a"), false);
+  for (int depth = 0; depth < 20; ++depth) {
+    ASSERT_EQ(::mkdirat(folder.Get(), name.c_str(), 0700), 0);
+    folder = Descriptor(::openat(folder.Get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  }
+  EXPECT_EQ(RaisedBy([&] { CopyTree("C:\\a", "C:\\copy"); }), kPathNotFound);
+  EXPECT_EQ(Read("copy/z/x"), "content");
 }
 
 TEST_F(TreeCopyTest, AFolderThatMovesIntoItselfByALinkStays) {
