@@ -6,16 +6,19 @@ find_program(RSVG_CONVERT rsvg-convert REQUIRED)
 set(tarnvale_assets ${PROJECT_SOURCE_DIR}/assets)
 set(tarnvale_icon ${tarnvale_assets}/tarnvale.svg)
 
-# tarnvale_pictures(VARIABLE FOLDER NAME...): each picture at 1x, 2x and 3x, as
+# tarnvale_pictures(VARIABLE FOLDER): each picture but the icon at 1x, 2x and 3x, as
 # FOLDER/NAME/1.png and so on. The variable holds the files.
 function(tarnvale_pictures variable folder)
+  file(GLOB drawings CONFIGURE_DEPENDS ${tarnvale_assets}/*.svg)
+  list(REMOVE_ITEM drawings ${tarnvale_icon})
   set(files)
-  foreach(name ${ARGN})
+  foreach(drawing ${drawings})
+    get_filename_component(name ${drawing} NAME_WE)
     foreach(scale 1 2 3)
       set(file ${folder}/${name}/${scale}.png)
-      add_custom_command(OUTPUT ${file} DEPENDS ${tarnvale_assets}/${name}.svg ${tarnvale_icon}
+      add_custom_command(OUTPUT ${file} DEPENDS ${drawing} ${tarnvale_icon}
                          COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}/${name}
-                         COMMAND ${RSVG_CONVERT} -z ${scale} -o ${file} ${tarnvale_assets}/${name}.svg)
+                         COMMAND ${RSVG_CONVERT} -z ${scale} -o ${file} ${drawing})
       list(APPEND files ${file})
     endforeach()
   endforeach()
