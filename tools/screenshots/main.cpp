@@ -467,6 +467,8 @@ int main(int argc, char** argv) {
   QApplication::setCursorFlashTime(0);
   tarnvale::QtStyle::Install();
   QCursor::setPos(0, 0);
-  tarnvale::Stage(argv[1], argv[2]).TakeAll();
+  tarnvale::Stage stage(argv[1], argv[2]);
+  stage.TakeAll();
+  // Not taken apart: its windows would outlive their records in a loop that never ended.
   std::_Exit(0);
 }
