@@ -38,10 +38,10 @@ TEST_F(Form1CommandsTest, TheNoteOnCompleteBackupsPromisesTheListsSingleFilesOnl
 
 TEST_F(Form1CommandsTest, EachCommandShowsItsScreenAndHidesThoseOfItsRow) {
   for (const SwitchCase& row : kSwitches) {
-    for (GroupBox* frame : Frames()) frame->Visible = true;
+    for (const ScreenFrame& frame : Frames()) frame.box.Visible = true;
     row.click(form).Emit();
     EXPECT_EQ(VisibleFrames(), row.left) << row.command;
-    for (GroupBox* frame : Frames()) frame->Visible = false;
+    for (const ScreenFrame& frame : Frames()) frame.box.Visible = false;
     row.click(form).Emit();
     EXPECT_EQ(VisibleFrames(), std::vector<int>{row.shown}) << row.command;
   }
@@ -62,13 +62,6 @@ const std::map<std::string, std::vector<int>> kFlags = {
     {"mnustorage", {2, -1, -3, -4, -5, -6}},
     {"mnuSchedule", {2, -1, -3, -4, -5, -6, 4, -2, -3, -1, -5, -6}},
 };
-
-int FrameNumber(Screen screen) {
-  const std::map<Screen, int> numbers = {
-      {Screen::kList, 1},    {Screen::kStorage, 2},  {Screen::kProgress, 3}, {Screen::kSchedule, 4},
-      {Screen::kGeneral, 5}, {Screen::kAdvanced, 6}, {Screen::kRestore, 15}};
-  return numbers.at(screen);
-}
 
 TEST_F(Form1CommandsTest, EachCommandSetsTheFlagsInTheOrderOfItsRow) {
   std::vector<int> set;
@@ -115,7 +108,7 @@ TEST_F(Form1CommandsTest, TheScheduleCommandGoesThroughTheStorageScreen) {
   for (GroupBox* frame : {&form.Storage.GroupBox2, &form.Schedule.GroupBox4}) {
     frame->Visible.Changed.Listen([&] { seen.push_back(VisibleFrames()); });
   }
-  for (GroupBox* frame : Frames()) frame->Visible = false;
+  for (const ScreenFrame& frame : Frames()) frame.box.Visible = false;
   seen.clear();
   form.mnuSchedule.Clicked.Emit();
   EXPECT_EQ(seen, (std::vector<std::vector<int>>{{2}, {2, 4}, {4}}));

@@ -24,23 +24,36 @@ class Form1Test : public ::testing::Test {
     machine.files.Write("C:\\Data\\Tarnvale.ini", text);
   }
 
-  std::vector<GroupBox*> Frames() {
-    return {&form.List.GroupBox1,     &form.Storage.GroupBox2, &form.Progress.GroupBox3,
-            &form.Schedule.GroupBox4, &form.General.GroupBox5, &form.Advanced.GroupBox6,
-            &form.Restore.GroupBox15};
+  struct ScreenFrame {
+    Screen screen;
+    int number;
+    GroupBox& box;
+  };
+  std::vector<ScreenFrame> Frames() {
+    return {{Screen::kList, 1, form.List.GroupBox1},
+            {Screen::kStorage, 2, form.Storage.GroupBox2},
+            {Screen::kProgress, 3, form.Progress.GroupBox3},
+            {Screen::kSchedule, 4, form.Schedule.GroupBox4},
+            {Screen::kGeneral, 5, form.General.GroupBox5},
+            {Screen::kAdvanced, 6, form.Advanced.GroupBox6},
+            {Screen::kRestore, 15, form.Restore.GroupBox15}};
   }
 
   /// The screens that are visible, by the number of their frame.
   std::vector<int> VisibleFrames() {
-    std::vector<int> frames;
-    if (form.List.GroupBox1.Visible) frames.push_back(1);
-    if (form.Storage.GroupBox2.Visible) frames.push_back(2);
-    if (form.Progress.GroupBox3.Visible) frames.push_back(3);
-    if (form.Schedule.GroupBox4.Visible) frames.push_back(4);
-    if (form.General.GroupBox5.Visible) frames.push_back(5);
-    if (form.Advanced.GroupBox6.Visible) frames.push_back(6);
-    if (form.Restore.GroupBox15.Visible) frames.push_back(15);
-    return frames;
+    std::vector<int> visible;
+    for (const ScreenFrame& frame : Frames()) {
+      if (frame.box.Visible) visible.push_back(frame.number);
+    }
+    return visible;
+  }
+
+  int FrameNumber(Screen screen) {
+    for (const ScreenFrame& frame : Frames()) {
+      if (frame.screen == screen) return frame.number;
+    }
+    ADD_FAILURE() << "Frames() lacks a screen";
+    return 0;
   }
 
   void Press(Key key) {

@@ -14,6 +14,11 @@ TEST_F(Form1StartTest, LoadsTheSettingsAndStandsMinimizedButShown) {
   EXPECT_TRUE(form.Visible);
 }
 
+TEST_F(Form1StartTest, OfAllScreensOnlyTheScheduleIsSeen) {
+  EXPECT_EQ(kAllScreens.size(), Frames().size());
+  EXPECT_EQ(VisibleFrames(), std::vector<int>{4});
+}
+
 TEST_F(Form1StartTest, TheWindowHasTheProgramsIcon) {
   form.Load();
   EXPECT_EQ(form.Icon.Get(), "AAA");
