@@ -189,7 +189,7 @@ void DecodeStream(std::span<const std::uint8_t> stream, ByteBuffer& result, Perc
                        "The data might be corrupted (checksum did not match expected value)");
   }
   if (result.Size() == 0) throw ProgramError(kSubscriptOutOfRange);
-  if (report.Last() != 100) report.Report(100);
+  report.Report(100);
 }
 
 }  // namespace tarnvale

@@ -363,7 +363,7 @@ void EncodeStream(std::span<const std::uint8_t> input, ByteBuffer& stream, Perce
   workers.WillFill(stream.Bytes());
   std::uint8_t* const payload = WriteHead(input.size(), ChecksumOf(counts), *codes, stream.Data());
   WritePayload(input, *codes, payload_bits, input_counts.segments, payload, report, workers);
-  if (report.Last() != 100) report.Report(100);
+  report.Report(100);
 }
 
 }  // namespace tarnvale

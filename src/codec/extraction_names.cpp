@@ -97,12 +97,11 @@ std::optional<std::string> ExtractionNames::NameIn(Place& place, const std::stri
     return real;
   }
   if (const auto found = FoundBy(place, name)) {
-    // It stands for the name if it is of its kind and nobody else's.
+    // It stands for the name if it is of its kind and nobody else's. Whatever was made
+    // since has its name from the archive.
     const bool was_file = *found < place.there.files.size();
-    const bool was_folder =
-        !was_file && *found < place.there.files.size() + place.there.folders.size();
     const std::string real(place.names[*found]);
-    if (!(kind == Kind::kFile ? was_file : was_folder) || ArchiveHas(folder, real) ||
+    if ((kind == Kind::kFile) != was_file || ArchiveHas(folder, real) ||
         !place.taken.insert(real).second) {
       return std::nullopt;
     }
