@@ -26,6 +26,14 @@ inline Bytes BytesOf(std::string_view text) {
   return {text.begin(), text.end()};
 }
 
+/// The stream of `input` with a length field that ends it behind its first `length` bytes.
+inline Bytes EndedAfter(std::size_t length, Bytes stream, const Bytes& input) {
+  stream[4] = 0;  // the checksum
+  for (std::size_t i = 0; i < length; ++i) stream[4] ^= input[i];
+  for (unsigned i = 0; i < 4; ++i) stream[5 + i] = static_cast<std::uint8_t>(length >> (8 * i));
+  return stream;
+}
+
 class CodecUnderTest {
  public:
   CodecUnderTest() : CodecUnderTest(nobody_) {}

@@ -277,6 +277,16 @@ TEST_F(HuffmanDamageTest, ALengthOf2GiBBeforeALongPayloadTakesWhatItsBitsCanHold
   EXPECT_TRUE(outcome == DecodePlainly(stream));
 }
 
+// One bit is one byte of the result: it fills up in a step of 27720 bits or less.
+TEST_F(HuffmanDamageTest, AResultThatEndsWithinAStepIsDecodedAsPlainly) {
+  const Bytes input = TiedInput(1, 2, 20000);
+  const Bytes stream = EncodePlainly(input).bytes;
+  for (std::size_t length = 27500; length < 28000; length += 10) {
+    const Bytes ended = EndedAfter(length, stream, input);
+    ASSERT_TRUE(codec.Decode(ended) == DecodePlainly(ended)) << length;
+  }
+}
+
 TEST_F(HuffmanDamageTest, EveryBitOfASmallStreamCanBeWrong) {
   SweepBits(ab);
   SweepBits(codec.Encode(BytesOf("ABRACADABRA")).bytes);

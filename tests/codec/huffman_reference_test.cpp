@@ -84,5 +84,24 @@ TEST_F(HuffmanReferenceTest, AgreesOnInputsThatTakeEveryFastPath) {
   ASSERT_TRUE(AgreesOn(TiedInput(2, 64, 8000)));
 }
 
+// A cursor that is off by a bit takes a run of the code 01 for one of the code 10. The last
+// code of 3 bits comes before the end by 3 to 8 times the shorter distance of two cursors.
+TEST_F(HuffmanReferenceTest, AgreesWhereCursorsDoNotMeetBeforeTheEnd) {
+  constexpr std::size_t kRun = 120000;
+  for (const int last : {0, 1, 2}) {
+    Bytes others;
+    for (std::size_t i = 0; i < kRun; ++i) others.push_back(3 + i % 2);
+    others.insert(others.end(), kRun, (last + 1) % 3);
+    others.insert(others.end(), kRun, (last + 2) % 3);
+    for (std::size_t behind = 45000; behind <= 105000; behind += 10000) {
+      Bytes input = others;
+      input.insert(input.end(), kRun - behind, last);
+      input.push_back(3);
+      input.insert(input.end(), behind, last);
+      ASSERT_TRUE(AgreesOn(input)) << last << ", " << behind;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tarnvale::testing

@@ -6,6 +6,8 @@
 #include <thread>
 #include <vector>
 
+#include "codec/decoding.h"
+#include "codec/percent_report.h"
 #include "platform/workers.h"
 #include "tests/codec/codec_under_test.h"
 #include "tests/codec/generated_inputs.h"
@@ -85,6 +87,30 @@ TEST_F(HuffmanWorkersTest, CodesOfOneLengthGiveTheSameBytes) {
 
 TEST_F(HuffmanWorkersTest, LongCodesGiveTheSameBytes) {
   ExpectAgreesOn(FibonacciInput(32));
+}
+
+// A block of 887040 bits, each of which is one byte of the result.
+TEST_F(HuffmanWorkersTest, AResultThatEndsWithinTheLastBlockGetsNoMore) {
+  constexpr std::size_t kBlock = 887040;
+  const Bytes input = TiedInput(3, 2, 4000000);
+  const Bytes stream = codec.Encode(input).bytes;
+  for (const std::size_t missing : {20U, 120U, 180U, 500U}) {
+    const Bytes expected(input.begin(), input.begin() + 9 * kBlock - missing);
+    EXPECT_TRUE(codec.Decode(EndedAfter(expected.size(), stream, input)).bytes == expected)
+        << missing;
+  }
+}
+
+// A round takes 64 blocks of 887040 bits.
+TEST_F(HuffmanWorkersTest, DecodingReportsAfterEachRound) {
+  const Bytes stream = codec.Encode(TiedInput(4, 128, 75000)).bytes;
+  workers.runs = 0;
+  std::vector<int> rounds;
+  PercentReport report([&](std::int16_t) { rounds.push_back(workers.runs); });
+  ByteBuffer result;
+  DecodeStream(stream, result, report, workers);
+  EXPECT_EQ(workers.runs, 2);
+  EXPECT_EQ(rounds.front(), 1);
 }
 
 TEST_F(HuffmanWorkersTest, DamagedStreamsFailInTheSameWay) {
