@@ -18,16 +18,9 @@ frmMain::frmMain(Machine& machine)
   Timer1.Tick.Listen([this] { FollowFields(); });
   // The record outlives its window: nothing may go on ticking in it.
   Closed.Listen([this] { Timer1.Enabled = false; });
-  Load();
-}
-
-void frmMain::Load() {
   Combo1.Rows.Assign({"Floppy Disk 1.44 MBs", "CD-ROM 800 MBs", "CD-ROM 700 MBs", "CD-ROM 650 MBs",
                       "DVD-ROM 3.8 GBs", "DVD-ROM DL 8.4 GBs", "Zip Disk 100 MBs",
                       "Zip Disk 250 MBs", "Zip Disk 750 MBs", "Manual Size"});
-  spProg(0);
-  XP_ProgressBar1.Value = 0;
-  XP_ProgressBar2.Value = 0;
 }
 
 void frmMain::WireCommands() {

@@ -62,7 +62,6 @@ class frmMain : public Window {
  private:
   friend void LayOut(frmMain& form);
 
-  void Load();
   void WireCommands();
   void WireFiles();
   void ShowTask(bool splitting);
