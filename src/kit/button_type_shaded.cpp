@@ -81,7 +81,6 @@ void DrawShadedPressed(ButtonDrawing& d) {
 }
 
 void DrawShadedDisabled(ButtonDrawing& d) {
-  d.Fill(d.colors.face);
   SetInnerCorners(d, d.Shifted(d.colors.LightFace(), -72));
   DrawCaption(d, CaptionLook::kDisabled);
 }

@@ -167,14 +167,12 @@ void DrawOvalNormal(ButtonDrawing& d) {
 }
 
 void DrawOvalPressed(ButtonDrawing& d) {
-  d.canvas.FillEllipse(d.client, d.colors.face);
   d.canvas.FrameEllipse(d.client, d.colors.shadow);
   DrawCaption(d, CaptionLook::kPressed);
 }
 
 void DrawOvalDisabled(ButtonDrawing& d) {
-  // Required: in the colour of the ground, so that only the caption is seen.
-  d.canvas.FrameEllipse(d.client, d.colors.face);
+  // Required: the outline has the colour of the ground, so only the caption is seen.
   DrawCaption(d, CaptionLook::kDisabled);
 }
 
@@ -196,14 +194,10 @@ void DrawStripPressed(ButtonDrawing& d) {
   d.Fill(d.Shifted(d.colors.face, -16));
   DrawCaption(d, CaptionLook::kPressed);
   d.canvas.FrameRect(d.client, d.colors.dark);
-  d.Line(1, d.h - 2, d.w - 1, d.h - 2, d.Shifted(d.colors.face, 16));
-  d.Line(d.w - 2, 1, d.w - 2, d.h - 1, d.Shifted(d.colors.face, 16));
-  d.Line(1, 1, d.w - 2, 1, d.Shifted(d.colors.face, -56));
-  d.Line(1, 1, 1, d.h - 2, d.Shifted(d.colors.face, -56));
+  d.canvas.Edge(Inset(d.client, 1), d.Shifted(d.colors.face, -56), d.Shifted(d.colors.face, 16));
 }
 
 void DrawStripDisabled(ButtonDrawing& d) {
-  d.Fill(d.colors.face);
   DrawStripGround(d);
   DrawCaption(d, CaptionLook::kDim);
   DrawStripFrame(d);

@@ -12,9 +12,8 @@ namespace tarnvale {
 namespace {
 
 std::int32_t PercentOf(std::int32_t value, std::int32_t min, std::int32_t max) {
-  const std::int32_t hundredfold = Multiply32(value, 100);
-  if (max == 0) throw ProgramError(hundredfold == 0 ? kOverflow : kDivisionByZero);
-  return RoundToInt32(hundredfold / static_cast<double>(max) + min);
+  // With a max of 0 there is no such number: this raises 6.
+  return RoundToInt32(Multiply32(value, 100) / static_cast<double>(max) + min);
 }
 
 }  // namespace

@@ -66,8 +66,8 @@ struct CornerPixel {
 };
 
 // Of the upper left corner; the other three mirror it.
-constexpr CornerPixel kCornerPixels[] = {{0, 0, kWhite},   {0, 1, 0xA6ABAC}, {0, 2, 0x7D7E7F},
-                                         {1, 0, 0xA7ABAC}, {2, 0, 0x7D7E7F}, {2, 2, 0xBEBEBE}};
+constexpr CornerPixel kCornerPixels[] = {
+    {0, 1, 0xA6ABAC}, {0, 2, 0x7D7E7F}, {1, 0, 0xA7ABAC}, {2, 0, 0x7D7E7F}, {2, 2, 0xBEBEBE}};
 
 }  // namespace
 

@@ -59,8 +59,7 @@ Color SystemColor(int index) {
 Color TranslateColor(Color color) {
   constexpr Color kNamesSystemColor = 0x80000000U;
   if ((color & kNamesSystemColor) == 0) return color;
-  const Color index = color & ~kNamesSystemColor;
-  return index < kSystemColors.size() ? SystemColor(static_cast<int>(index)) : kBlack;
+  return SystemColor(static_cast<int>(color & ~kNamesSystemColor));
 }
 
 }  // namespace tarnvale

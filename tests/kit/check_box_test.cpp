@@ -160,6 +160,16 @@ TEST_F(CheckBoxTest, WritesItsCaptionInItsColourAndFont) {
   EXPECT_TRUE(text.drawn[0].look.font.bold);
 }
 
+TEST_F(CheckBoxTest, CutsTheFocusRectangleOfALongCaptionAtItsOwnEdge) {
+  box.Caption = "A Caption Of 24 Letters!";  // 144 pixels
+  box.OnFocusChanged(true);
+  RecordingPainter text;
+  Canvas canvas({60, 17}, 1);
+  box.Paint(canvas, text);
+  EXPECT_EQ(canvas.PixelAt(58, 8), std::nullopt);
+  EXPECT_EQ(canvas.PixelAt(59, 9), kBlack);
+}
+
 TEST_F(CheckBoxTest, MarksItsPersistedPropertiesOnly) {
   std::vector<std::string> names;
   box.PropertyChanged.Listen([&](const std::string& name) { names.push_back(name); });

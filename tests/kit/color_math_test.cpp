@@ -72,6 +72,16 @@ TEST(TranslateColor, LooksUpTheIndexInTheLowBits) {
   EXPECT_EQ(TranslateColor(0x8000000F), 0xD8E9ECU);
 }
 
+TEST(SystemColor, IsTheDesktopsFromTheFirstToTheLast) {
+  SystemColorTable theirs{};
+  theirs.front() = 0x123456;
+  theirs.back() = 0x654321;
+  UseSystemColors(theirs);
+  EXPECT_EQ(SystemColor(0), 0x123456U);
+  EXPECT_EQ(SystemColor(30), 0x654321U);
+  UseSystemColors(std::nullopt);
+}
+
 TEST(SystemColor, IsBlackForAnUnknownIndex) {
   EXPECT_EQ(SystemColor(-1), kBlack);
   EXPECT_EQ(SystemColor(31), kBlack);

@@ -74,6 +74,15 @@ TEST(DrawPicture, BlendsTwoPartsOfThePictureWithOneOfTheGround) {
   EXPECT_EQ(Drawn(PictureOf({0xFF615040}), {.blend = true}), (Colors{0x504030}));
 }
 
+TEST(DrawPicture, BlendsEachPixelWithTheGroundBelowItself) {
+  Canvas canvas({1, 3}, 1);
+  canvas.SetPixel(0, 1, 0x303030);
+  canvas.SetPixel(0, 2, 0x606060);
+  DrawPicture(canvas, {Raster{1, 2, {0xFFFFFFFF, 0xFFFFFFFF}}, false}, {0, 1}, {.blend = true});
+  EXPECT_EQ(canvas.PixelAt(0, 1), 0xBABABAU);  // (2 * 0xFF + 0x30) / 3
+  EXPECT_EQ(canvas.PixelAt(0, 2), 0xCACACAU);  // (2 * 0xFF + 0x60) / 3
+}
+
 TEST(DrawPicture, PrefersGreyOverBlending) {
   EXPECT_EQ(Drawn(PictureOf({0xFFFFFFFF}), {.greyscale = true, .blend = true}), (Colors{0xFEFEFE}));
 }

@@ -196,12 +196,26 @@ TEST(ProgressBar, ComesBackFromABag) {
 
 TEST(ProgressBar, ReadsItsDefaultsFromAnEmptyBag) {
   XP_ProgressBar bar;
+  bar.BrushStyle = 1;
+  bar.Color = 0x123456;
+  bar.Font = Font{.family = "Sans"};
+  bar.Image = Picture{Raster{1, 1, {0xFF000000}}, false};
+  bar.Min = 10;
   bar.Max = 50;
+  bar.Orientation = 1;
   bar.Scrolling = 9;
+  bar.ShowText = true;
   bar.Value = 25;
   bar.ReadProperties({});
+  EXPECT_EQ(bar.BrushStyle, 4);
+  EXPECT_EQ(bar.Color, 0x8000000DU);
+  EXPECT_EQ(bar.Font.Get(), Font{});
+  EXPECT_TRUE(bar.Image.Get().Empty());
+  EXPECT_EQ(bar.Min, 0);
   EXPECT_EQ(bar.Max, 100);
+  EXPECT_EQ(bar.Orientation, 0);
   EXPECT_EQ(bar.Scrolling, 0);
+  EXPECT_FALSE(bar.ShowText);
   EXPECT_EQ(bar.Value, 0);
 }
 
