@@ -116,7 +116,9 @@ TEST_F(Form1CommandsTest, TheScheduleCommandGoesThroughTheStorageScreen) {
 
 TEST_F(Form1CommandsTest, AMenuCommandBringsTheWindowUp) {
   form.Load();
+  form.InTaskBar = false;  // as in the tray
   form.mnufiles.Clicked.Emit();
+  EXPECT_TRUE(form.InTaskBar);
   EXPECT_EQ(form.State.Get(), WindowState::kNormal);
   form.State = WindowState::kMinimized;
   form.Label37.Clicked.Emit();
@@ -227,6 +229,13 @@ TEST_F(Form1CommandsTest, ABadFixedTimeIsReported) {
   form.Focus(form.Schedule.Optionbutton3);
   EXPECT_EQ(engine.settings.AlwaysAtTime, 0);
   EXPECT_TRUE(engine.scheduler.BadAtTime());
+}
+
+TEST_F(Form1CommandsTest, EachDaysBoxTicksItsOwnDay) {
+  for (std::size_t day = 0; day < form.Schedule.Checkbox2.size(); ++day) {
+    form.Schedule.Checkbox2[day].Value = true;
+    EXPECT_TRUE(engine.settings.WeekDays[day]) << day;
+  }
 }
 
 TEST_F(Form1CommandsTest, TickingADayEndsEveryDayAndEveryDayClearsTheDays) {

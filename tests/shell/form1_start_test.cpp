@@ -1,3 +1,4 @@
+#include "tests/kit/recording_painter.h"
 #include "tests/shell/form1_fixture.h"
 
 namespace tarnvale::testing {
@@ -22,6 +23,17 @@ TEST_F(Form1StartTest, OfAllScreensOnlyTheScheduleIsSeen) {
 TEST_F(Form1StartTest, TheWindowHasTheProgramsIcon) {
   form.Load();
   EXPECT_EQ(form.Icon.Get(), "AAA");
+}
+
+TEST_F(Form1StartTest, ABarThatIsHalfFullShowsIt) {
+  for (XP_ProgressBar* bar : {&form.Progress.XP_ProgressBar1, &form.Progress.XP_ProgressBar2,
+                              &form.Restore.XP_ProgressBar3}) {
+    bar->Value = 50;
+    Canvas canvas({100, 22}, 1);
+    RecordingPainter text;
+    bar->Paint(canvas, text);
+    EXPECT_NE(canvas.PixelAt(40, 11), canvas.PixelAt(60, 11));
+  }
 }
 
 TEST_F(Form1StartTest, TheRunsDestinationIsTheLoadedOne) {

@@ -101,12 +101,14 @@ TEST_F(Form1TicksTest, TheRestoreFoldersFollowTheirTrees) {
 
 TEST_F(Form1TicksTest, TheWizardsEndShowsTheScheduleASecondLater) {
   form.Load();
+  form.InTaskBar = false;  // as in the tray
   form.Label37.Clicked.Emit();
   form.WizardClose();
   machine.Advance(900ms);
   EXPECT_EQ(form.State.Get(), WindowState::kMinimized);
   machine.Advance(100ms);
   EXPECT_EQ(form.State.Get(), WindowState::kNormal);
+  EXPECT_TRUE(form.InTaskBar);
   EXPECT_EQ(VisibleFrames(), std::vector<int>{4});
   EXPECT_FALSE(engine.timers[EngineTimer::kWizardPage].Enabled);
 }

@@ -77,6 +77,13 @@ TEST_F(SplashTest, StartsTheHelperFirstAndIsShown) {
   EXPECT_EQ(splash_window.Frame, WindowFrame::kPlain);
 }
 
+TEST_F(SplashTest, ItsSceneryFillsIt) {
+  const Placement& first = splash_window.Placements().front();
+  EXPECT_EQ(first.control, &splash_window.Scenery);
+  EXPECT_EQ(first.place,
+            (Rect{0, 0, splash_window.ClientSize.width_px, splash_window.ClientSize.height_px}));
+}
+
 TEST_F(SplashTest, TheTimerIsDisabledUntilTheLoad) {
   EXPECT_FALSE(splash_window.Timer1.Enabled);
   EXPECT_EQ(splash_window.Timer1.IntervalMs(), 7000);

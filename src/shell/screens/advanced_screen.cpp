@@ -64,7 +64,6 @@ void AdvancedScreen::LayOut() {
 }
 
 void AdvancedScreen::Caption() {
-  GroupBox6.Caption = "";
   GroupBox14.Caption = "Advanced Auto Settings";
   Check6.Caption = "Automatically Compress Files After Backup (Requires Compression Settings)";
   Check7.Caption = "Automatically Upload Compressed File (Requires FTP Server Settings)";

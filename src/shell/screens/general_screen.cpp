@@ -94,11 +94,8 @@ void GeneralScreen::CaptionExchange() {
   ExchangeHeading.Caption = "Export && Import My Backup Settings";
   chameleonButton2.Caption = "Export My Current Settings";
   chameleonButton3.Caption = "Import My Saved Settings";
-  for (CheckBox* mark : {&CheckBox5, &CheckBox6, &CheckBox7, &CheckBox8}) {
-    mark->Caption = "";
-    // Chosen: a mark is a display; nobody can tick it.
-    mark->Enabled = false;
-  }
+  // Chosen: a mark is a display; nobody can tick it.
+  for (CheckBox* mark : {&CheckBox5, &CheckBox6, &CheckBox7, &CheckBox8}) mark->Enabled = false;
   CheckBox5.AccessibleName = "File To Export To";
   CheckBox6.AccessibleName = "Settings Exported";
   CheckBox7.AccessibleName = "File To Import";

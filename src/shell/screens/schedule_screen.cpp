@@ -53,7 +53,6 @@ void ScheduleScreen::LayOut() {
 }
 
 void ScheduleScreen::Caption() {
-  GroupBox4.Caption = "";
   GroupBox10.Caption = "Schedule For A Backup";
   Optionbutton1.Caption = "Always At This Time:";
   MaskEdBox1.AccessibleName = "Time Of The Backup, Hours And Minutes";
