@@ -92,6 +92,33 @@ TEST_F(FrmWinsockTest, AMailBetweenItsRecipientsEndsWithTheProgramUnsent) {
   EXPECT_THAT(Sent(), EndsWith("RCPT TO: ann@home.example\r\n"));
 }
 
+TEST_F(FrmWinsockTest, TheWaitForAServersFirstWordsYieldsUntilTheyCome) {
+  Send();
+  server.Connection().Say("220 at last\r\n", 50ms);
+  EXPECT_TRUE(window->WinsockReady());
+  EXPECT_EQ(last_reply, "220 at last\r\n");
+}
+
+// What the server has when the program ends.
+class EndOfProgramTest : public FrmWinsockTest,
+                         public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(EndOfProgramTest, NothingMoreIsSaidBehindIt) {
+  server.on_connect = [](FakeConnection& c) { c.Say("220 ready\r\n"); };
+  server.on_bytes = [this](FakeConnection&, const std::string& bytes) {
+    if (bytes == GetParam()) machine.loop.Quit(0);
+  };
+  Send();
+  machine.Advance(10s);
+  EXPECT_THAT(Sent(), EndsWith(GetParam()));
+  EXPECT_THAT(Log(), ::testing::Not(HasSubstr("<CONNECTION CLOSED>")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Words, EndOfProgramTest,
+                         ::testing::Values("HELO x.x\r\n", "MAIL FROM: report@site.example\r\n",
+                                           "RCPT TO: ann@home.example\r\n", "DATA\r\n",
+                                           "SUBJECT: 0\r\n", "\r\n\r\n.\r\n"));
+
 TEST_F(FrmWinsockTest, AGreetingThatIsThereAlreadyEndsTheWaitAfterItsOneYield) {
   last_reply = "220 from before";
   const int before = machine.loop.YieldCount();
