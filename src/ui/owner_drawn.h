@@ -127,6 +127,8 @@ class OwnerDrawn : public Control {
   virtual void OnDoubleClick(MouseButton, Point) {}
   /// The pointer has left the control.
   virtual void OnMouseLeave() {}
+  /// While it has the focus: what Window::KeyDown, the default button and the tab order leave
+  /// of the keys. One that is held down comes again and again, and goes up once.
   virtual void OnKeyDown(const KeyPress&) {}
   virtual void OnKeyUp(const KeyPress&) {}
   virtual void OnAccessKey() {}

@@ -83,8 +83,8 @@ class GuiAccessibility : public EveryWindowTest {
 };
 
 TEST_F(GuiAccessibility, EverythingOnEachScreenOfTheMainWindowHasAName) {
-  Form1& f = StartAndBringUp().form;
-  ForEachScreen(f, [&](const std::string& name) { ExpectAllNamed(f, name); });
+  Program& p = StartAndBringUp();
+  ForEachScreen(p, [&](const std::string& name) { ExpectAllNamed(p.form, name); });
 }
 
 TEST_F(GuiAccessibility, EverythingOnEachOtherWindowHasAName) {

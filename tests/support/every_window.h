@@ -3,7 +3,6 @@
 
 #include <functional>
 #include <string>
-#include <utility>
 
 #include "app/program.h"
 
@@ -26,16 +25,12 @@ inline std::string NameOf(const Window& window) {
 }
 
 /// Calls `look` on each screen of the main window while that one alone is shown.
-inline void ForEachScreen(Form1& form, const std::function<void(const std::string& name)>& look) {
-  const std::pair<GroupBox*, const char*> screens[] = {
-      {&form.List.GroupBox1, "list screen"},         {&form.Storage.GroupBox2, "storage screen"},
-      {&form.Progress.GroupBox3, "progress screen"}, {&form.Schedule.GroupBox4, "schedule screen"},
-      {&form.General.GroupBox5, "general screen"},   {&form.Advanced.GroupBox6, "advanced screen"},
-      {&form.Restore.GroupBox15, "restore screen"},
-  };
-  for (const auto& [shown, name] : screens) {
-    for (const auto& other : screens) other.first->Visible = other.first == shown;
-    look(name);
+inline void ForEachScreen(Program& p, const std::function<void(const std::string& name)>& look) {
+  int number = 0;
+  for (const Screen shown : kAllScreens) {
+    for (const Screen other : kAllScreens) CallHook(p.engine.screens.Hide, other);
+    CallHook(p.engine.screens.Show, shown);
+    look("screen " + std::to_string(++number));
   }
 }
 

@@ -146,8 +146,8 @@ class WindowsReaders : public WindowsProgramTest {
 };
 
 TEST_F(WindowsReaders, EverythingOnEachScreenOfTheMainWindowHasANameAndARole) {
-  Form1& f = StartAndBringUp().form;
-  ForEachScreen(f, [&](const std::string& name) { ExpectAllNamed(f, name); });
+  Program& p = StartAndBringUp();
+  ForEachScreen(p, [&](const std::string& name) { ExpectAllNamed(p.form, name); });
 }
 
 TEST_F(WindowsReaders, EverythingOnEachOtherWindowHasANameAndARole) {
