@@ -99,6 +99,13 @@ TEST_F(FrmWinsockTest, TheWaitForAServersFirstWordsYieldsUntilTheyCome) {
   EXPECT_EQ(last_reply, "220 at last\r\n");
 }
 
+TEST_F(FrmWinsockTest, TheWaitForAServersFirstWordsEndsWithTheProgram) {
+  Send();
+  machine.loop.OnYield(2, [&] { machine.loop.Quit(0); });
+  EXPECT_FALSE(window->WinsockReady());
+  EXPECT_EQ(Sent(), "HELO x.x\r\n");
+}
+
 // What the server has when the program ends.
 class EndOfProgramTest : public FrmWinsockTest,
                          public ::testing::WithParamInterface<const char*> {};
