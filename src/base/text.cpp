@@ -45,24 +45,15 @@ std::string FileNameOf(std::string_view path) {
   return last == std::string_view::npos ? std::string() : std::string(path.substr(last + 1));
 }
 
+std::string FolderOf(std::string_view path) {
+  return std::string(path.substr(0, path.rfind('\\') + 1));
+}
+
 std::string OneLine(std::string_view text) {
-  const auto is_control = [](char32_t c) {
-    return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
-  };
-  std::string line;
-  line.reserve(text.size());
-  while (!text.empty()) {
-    // A byte that is no UTF-8 stays what it is.
-    const Character first = FirstCharacter(text);
-    const std::size_t bytes = FirstCharacterBytes(text);
-    if (first.bytes > 0 && is_control(first.value)) {
-      line += '?';
-    } else {
-      line += text.substr(0, bytes);
-    }
-    text.remove_prefix(bytes);
-  }
-  return line;
+  return WithEachCharacter(text, [](char32_t c) {
+    const bool breaks_line = c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
+    return breaks_line ? U'?' : c;
+  });
 }
 
 bool FitsOneLine(std::string_view text) {

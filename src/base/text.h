@@ -24,9 +24,11 @@ std::string WithBackslash(std::string_view path);
 
 /// The text behind the last backslash; empty when there is none.
 std::string FileNameOf(std::string_view path);
+/// The text up to the last backslash, which ends it; empty when there is none.
+std::string FolderOf(std::string_view path);
 
-/// `text` as what it says on one line: each control character below a space, line
-/// ends and zero bytes among them, and the one behind "~" are "?".
+/// `text` on one line: each control character (C0, DEL, C1) and each separator of lines
+/// or paragraphs becomes a question mark. Bytes that are no UTF-8 stay.
 std::string OneLine(std::string_view text);
 
 /// Whether `text` can be part of one line: it has no line end and no zero byte.

@@ -20,8 +20,7 @@ void RunSources::Begin(const std::vector<Path>& paths) {
 const Path& RunSources::At(const Path& path) {
   if (!twins_.contains(path)) return path;
   const std::string name = FileNameOf(path);
-  const FolderContents there =
-      files_.OpenFolder(path.substr(0, path.size() - name.size()))->Contents();
+  const FolderContents there = files_.OpenFolder(FolderOf(path))->Contents();
   const auto is_it = [&name](const FolderEntry& file) { return file.name == name; };
   if (std::any_of(there.files.begin(), there.files.end(), is_it) ||
       std::find(there.folders.begin(), there.folders.end(), name) != there.folders.end()) {
@@ -33,7 +32,7 @@ const Path& RunSources::At(const Path& path) {
 std::string RunSources::NameOf(const Path& path) {
   std::string name = FileNameOf(path);
   if (name.empty() || twins_.contains(path)) return name;
-  const Path folder = path.substr(0, path.size() - name.size());
+  const Path folder = FolderOf(path);
   std::string real = name;
   PassedOver pass;
   pass.Step([&] {

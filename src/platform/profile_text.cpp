@@ -4,11 +4,11 @@
 #include <iterator>
 
 #include "base/text.h"
+#include "platform/file_text.h"
 
 namespace tarnvale {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kCrLf = "\r\n";
 constexpr std::string_view kLf = "\n";
 
@@ -46,9 +46,9 @@ std::string Folded(std::string_view name) {
 }  // namespace
 
 ProfileText::ProfileText(std::string_view bytes) {
-  if (bytes.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
-    mark_ = kByteOrderMark;
-    bytes.remove_prefix(kByteOrderMark.size());
+  if (bytes.starts_with(kUtf8Mark)) {
+    mark_ = kUtf8Mark;
+    bytes.remove_prefix(kUtf8Mark.size());
   }
   const auto first_end = bytes.find('\n');
   if (first_end != std::string_view::npos && (first_end == 0 || bytes[first_end - 1] != '\r')) {

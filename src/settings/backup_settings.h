@@ -9,6 +9,7 @@
 
 #include "base/date_time.h"
 #include "base/property.h"
+#include "platform/files.h"
 #include "settings/backup_list.h"
 #include "ui/controls.h"
 
@@ -36,6 +37,7 @@ class BackupSettings {
 
   /// Folder of the settings file and of the log, no backslash at its end.
   Property<std::string> DataFolder{"None"};
+  Path SettingsFile() const { return DataFolder.Get() + "\\Tarnvale.ini"; }
 
   /// The fixed time of day and the repeat interval as "hh:mm"; "00:00" is none.
   Property<std::string> AlwaysAtText{std::string(kNoTimeText)};

@@ -10,7 +10,6 @@ namespace {
 // included: 254 characters of a value survive a load.
 constexpr std::size_t kValueBuffer = 255;
 
-constexpr const char* kSettingsFile = "\\Tarnvale.ini";
 constexpr const char* kPointerFile = "\\Data.txt";
 constexpr const char* kTimeNotSet = "???";
 constexpr const char* kTrue = "True";
@@ -30,10 +29,6 @@ SettingsStore::SettingsStore(SystemParts& system, EventLoop& loop, Desktop& desk
                              BackupSettings& settings)
     : system_(system), loop_(loop), desktop_(desktop), settings_(settings) {}
 
-Path SettingsStore::SettingsPath() const {
-  return settings_.DataFolder.Get() + kSettingsFile;
-}
-
 std::optional<std::string> SettingsStore::ReadProfileKey(const std::string& section,
                                                          const std::string& key) {
   PassedOver pass;
@@ -45,7 +40,7 @@ std::optional<std::string> SettingsStore::ReadProfileKey(const std::string& sect
 
 void SettingsStore::LoadSettings() {
   LoadDataFolder();
-  path_ = SettingsPath();
+  path_ = settings_.SettingsFile();
   LoadTime("AlwaysAt", settings_.AlwaysAtText, settings_.AlwaysAtTime);
   LoadTime("Each", settings_.EachText, settings_.EachTime);
   if (const auto value = ReadProfileKey("When", "Default")) settings_.UseEach = *value != kFalse;
@@ -167,7 +162,7 @@ void SettingsStore::WriteFlag(const std::string& section, const std::string& key
 void SettingsStore::SaveChanges() {
   desktop_.Pointer = PointerShape::kHourglass;
   settings_.SaveMark = "1";
-  path_ = SettingsPath();
+  path_ = settings_.SettingsFile();
   SaveSchedule();
   SaveSwitches();
   SaveTexts();

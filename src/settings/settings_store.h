@@ -11,8 +11,8 @@
 
 namespace tarnvale {
 
-/// Moves BackupSettings between memory and "\Tarnvale.ini" in the data folder,
-/// which "\Data.txt" beside the program names. Neither direction reports any
+/// Moves BackupSettings between memory and its SettingsFile, in the data folder
+/// that "\Data.txt" beside the program names. Neither direction reports any
 /// failure: a statement that fails is passed over.
 ///
 /// Load and save are not mirror images. Required: the sync mode isn't stored
@@ -30,9 +30,6 @@ class SettingsStore {
   /// Writes the whole file in one step. Shows the busy pointer; yields after
   /// each list item whose write failed.
   void SaveChanges();
-
-  /// DataFolder with the name of the settings file.
-  Path SettingsPath() const;
 
  private:
   std::optional<std::string> ReadProfileKey(const std::string& section, const std::string& key);

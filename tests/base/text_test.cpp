@@ -37,6 +37,12 @@ TEST(TextTest, TheFileNameStandsBehindTheLastBackslash) {
   EXPECT_EQ(FileNameOf("a.txt"), "");
 }
 
+TEST(TextTest, TheFolderEndsInTheLastBackslash) {
+  EXPECT_EQ(FolderOf("C:\\Data\\a.txt"), "C:\\Data\\");
+  EXPECT_EQ(FolderOf("C:\\Data\\"), "C:\\Data\\");
+  EXPECT_EQ(FolderOf("a.txt"), "");
+}
+
 TEST(TextTest, OneCharacterIsCounted) {
   EXPECT_EQ(CountChar("C:\\a\\b", "\\"), 2);
   EXPECT_EQ(CountChar("abc", "x"), 0);

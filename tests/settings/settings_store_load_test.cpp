@@ -15,7 +15,7 @@ TEST_F(LoadSettingsTest, DataFolderIsTheFirstItemOfThePointerFile) {
   machine.files.Write("C:\\Program\\Data.txt", "  C:\\Data\r\nC:\\Other\r\n");
   store.LoadSettings();
   EXPECT_EQ(settings.DataFolder.Get(), "C:\\Data");
-  EXPECT_EQ(store.SettingsPath(), "C:\\Data\\Tarnvale.ini");
+  EXPECT_EQ(settings.SettingsFile(), "C:\\Data\\Tarnvale.ini");
 }
 
 TEST_F(LoadSettingsTest, AnUnquotedPathIsCutAtItsComma) {
@@ -35,7 +35,7 @@ TEST_F(LoadSettingsTest, WithoutAPointerFileTheSettingsLieAtTheRootOfTheDrive) {
   machine.files.Write("C:\\Tarnvale.ini", "[Destiny]\r\nDir=C:\\Backup\r\n");
   store.LoadSettings();
   EXPECT_EQ(settings.DataFolder.Get(), "");
-  EXPECT_EQ(store.SettingsPath(), "\\Tarnvale.ini");
+  EXPECT_EQ(settings.SettingsFile(), "\\Tarnvale.ini");
   EXPECT_EQ(settings.DestinationDir.Get(), "C:\\Backup");
 }
 

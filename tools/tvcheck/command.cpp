@@ -121,7 +121,7 @@ class Checking {
         throw CommandFailure(NativePathOf(host_, host_.files.ProgramFolder() + "\\Data.txt"),
                              "names no folder with settings; give them with --settings");
       }
-      settings_file_ = store.SettingsPath();
+      settings_file_ = settings_.SettingsFile();
     }
     subject_.settings = NativePathOf(host_, settings_file_);
     if (!host_.files.FileExists(settings_file_)) {

@@ -59,7 +59,7 @@ int PlannedFiles::Attributes(const Path& path) {
 std::vector<std::string> PlannedFiles::List(const Path& pattern, ListKinds kinds) {
   std::vector<std::string> names;
   auto failure = FailureOf([&] { names = host_.files.List(pattern, kinds); });
-  const Path folder = pattern.substr(0, pattern.size() - FileNameOf(pattern).size());
+  const Path folder = FolderOf(pattern);
   if (!failure && !host_.files.FolderExists(folder)) failure = ProgramError(kPathNotFound);
   // A whole folder's pattern is another one, which hardly ever finds anything.
   if (FileNameOf(pattern) == "*.*") watch_.OnListed(folder, failure);

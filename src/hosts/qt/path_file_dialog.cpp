@@ -86,7 +86,7 @@ Path PathFileDialog::MissingPath(const QString& typed) const {
   Path path = FromQt(typed);
   std::replace(path.begin(), path.end(), '/', '\\');
   const std::string name = FileNameOf(path);
-  const Path folder = path.substr(0, path.size() - name.size());
+  const Path folder = tarnvale::FolderOf(path);
   const bool is_name = !name.empty() && name.find_first_of("*?") == std::string::npos;
   if (!is_name || QFileInfo(ToQt(paths_.to_native(folder))).isDir()) return {};
   const QString extension =

@@ -1,6 +1,7 @@
 #include "shell/screens/general_screen.h"
 
 #include "base/failure.h"
+#include "base/text.h"
 #include "shell/screens/screen.h"
 #include "ui/flush_medium.h"
 
@@ -9,11 +10,6 @@ namespace {
 
 constexpr const char* kSettingsFilter = "Tarnvale Setting Files (*.ini)|*.ini";
 constexpr const char* kSettingsExtension = ".ini";
-
-// With its backslash; empty when the path has none.
-Path FolderOf(const Path& file) {
-  return file.substr(0, file.rfind('\\') + 1);
-}
 
 void ClearReadOnly(FileSystem& files, const Path& file) {
   const int value = files.Attributes(file);
@@ -134,12 +130,14 @@ void GeneralScreen::ExportSettings() {
     Text8.Text = CommonDialog1.FileName;
     CheckBox5.Checked = true;
     Label30.Caption = "Files Status OK!";
-    pass.Step(
-        [&] { engine_.machine().files.CopyWhole(SettingsFile(), Text8.Text, Rights::kOwner); });
+    pass.Step([&] {
+      engine_.machine().files.CopyWhole(engine_.settings.SettingsFile(), Text8.Text,
+                                        Rights::kOwner);
+    });
   }
   if (!pass.StandingError()) {
     // Chosen: what is announced next has reached the medium, if it can.
-    FlushFolder(FolderOf(Text8.Text));
+    FlushFolder(FolderOf(Text8.Text.Get()));
     CheckBox6.Checked = true;
     Label61.Caption = "Settings Exported OK!";
   }
@@ -155,8 +153,10 @@ void GeneralScreen::ImportSettings() {
   if (!pass.StandingError()) {
     Text9.Text = CommonDialog1.FileName;
     // Chosen: whatever others may do with the file that the settings come from.
-    pass.Step(
-        [&] { engine_.machine().files.CopyWhole(Text9.Text, SettingsFile(), Rights::kOwner); });
+    pass.Step([&] {
+      engine_.machine().files.CopyWhole(Text9.Text, engine_.settings.SettingsFile(),
+                                        Rights::kOwner);
+    });
     CheckBox7.Checked = true;
     Label63.Caption = "Files Status OK! - Restart Application";
   }
@@ -171,18 +171,14 @@ void GeneralScreen::ImportSettings() {
 void GeneralScreen::FinishImportedFile() {
   FileSystem& files = engine_.machine().files;
   // Chosen: settings that came from a read-only medium can be saved again.
-  PassedOver().Step([&] { ClearReadOnly(files, SettingsFile()); });
+  PassedOver().Step([&] { ClearReadOnly(files, engine_.settings.SettingsFile()); });
   // Chosen: what is announced next has reached the medium, if it can.
-  FlushFolder(FolderOf(SettingsFile()));
+  FlushFolder(FolderOf(engine_.settings.SettingsFile()));
 }
 
 void GeneralScreen::FlushFolder(const Path& folder) {
   Machine& machine = engine_.machine();
   PassedOver().Step([&] { FlushMedium(machine.files, machine.loop, folder); });
-}
-
-Path GeneralScreen::SettingsFile() const {
-  return engine_.settings.DataFolder.Get() + "\\Tarnvale.ini";
 }
 
 }  // namespace tarnvale

@@ -55,7 +55,6 @@ class GeneralScreen {
   void ImportSettings();
   void FinishImportedFile();
   void FlushFolder(const Path& folder);
-  Path SettingsFile() const;
 
   Window& window_;
   Engine& engine_;
