@@ -102,43 +102,6 @@ void BackupRun::BuildRunFiles() {
   }
 }
 
-void BackupRun::ChooseTargets() {
-  std::vector<Path> sources;
-  std::vector<std::string> files;
-  for (std::size_t row = 0; row <= state_.Files.UpperBound(); ++row) {
-    const Path& path = state_.Files.Row(static_cast<std::int64_t>(row)).Path;
-    sources.push_back(path);
-  }
-  std::vector<RunFolder> folders;
-  std::string name;
-  PassedOver pass;
-  for (std::size_t i = 0; i < settings_.Entries.Count(); ++i) {
-    std::string item = settings_.Entries.At(i);
-    if (CountChar(item, state_.MarkerChar.Get()) != kMarkersOfFolder) continue;
-    pReplace(item, "\\" + std::string(kFolderMarker), "");
-    sources.push_back(item);
-    const auto separators = CountChar(item, state_.PathSepChar.Get());
-    // As for the copy: with a single separator the name stays that of the folder before.
-    if (separators != 1) pass.Step([&] { name = GetFolder(item, ToInt16(separators)); });
-    folders.push_back({item, name, name});
-  }
-  sources_.Begin(sources);
-  for (RunFolder& folder : folders) folder.name = NameInStorage(folder.source, folder.name);
-  for (std::size_t row = 0; row <= state_.Files.UpperBound(); ++row) {
-    const Path& path = state_.Files.Row(static_cast<std::int64_t>(row)).Path;
-    if (FileNameOf(path).empty()) continue;
-    // Both are taken: the copy of one that has gone stays, should another one be there.
-    files.push_back(sources_.NameOf(path));
-    files.push_back(FileNameOf(path));
-  }
-  targets_.Begin(std::move(files), std::move(folders), settings_.BackupMode.Sync);
-}
-
-// A folder's copy has the name that it has itself, in whatever case its item is written.
-std::string BackupRun::NameInStorage(const Path& source, const std::string& name) {
-  return FileNameOf(source) == name ? sources_.NameOf(source) : name;
-}
-
 void BackupRun::OpenLog() {
   if (settings_.SaveLog) {
     Step([&] { log_.Open(settings_.DataFolder); });
@@ -153,6 +116,45 @@ void BackupRun::OpenLog() {
 void BackupRun::ResetBars() {
   state_.CopyBar = 0;
   state_.FileBar = 0;
+}
+
+void BackupRun::ChooseTargets() {
+  std::vector<RunFolder> folders = FolderItems();
+  std::vector<Path> sources;
+  for (const RunFile& row : state_.Files.Rows()) sources.push_back(row.Path);
+  for (const RunFolder& folder : folders) sources.push_back(folder.source);
+  sources_.Begin(sources);
+  for (RunFolder& folder : folders) folder.name = NameInStorage(folder.source, folder.name);
+  std::vector<std::string> files;
+  for (const RunFile& row : state_.Files.Rows()) {
+    const std::string name = FileNameOf(row.Path);
+    if (name.empty()) continue;
+    // Both are taken: the copy of one that has gone stays, should another one be there.
+    files.push_back(sources_.NameOf(row.Path));
+    files.push_back(name);
+  }
+  targets_.Begin(std::move(files), std::move(folders), settings_.BackupMode.Sync);
+}
+
+// The whole folders of the list, with the names that their copies have as they are written.
+std::vector<RunFolder> BackupRun::FolderItems() const {
+  std::vector<RunFolder> folders;
+  std::string name;
+  PassedOver pass;
+  for (std::string item : settings_.Entries.Rows()) {
+    if (CountChar(item, state_.MarkerChar.Get()) != kMarkersOfFolder) continue;
+    pReplace(item, "\\" + std::string(kFolderMarker), "");
+    const auto separators = CountChar(item, state_.PathSepChar.Get());
+    // As for the copy: with a single separator the name stays that of the folder before.
+    if (separators != 1) pass.Step([&] { name = GetFolder(item, ToInt16(separators)); });
+    folders.push_back({item, name, name});
+  }
+  return folders;
+}
+
+// A folder's copy has the name that it has itself, in whatever case its item is written.
+std::string BackupRun::NameInStorage(const Path& source, const std::string& name) {
+  return FileNameOf(source) == name ? sources_.NameOf(source) : name;
 }
 
 void BackupRun::CopySingleFiles() {
@@ -232,11 +234,12 @@ void BackupRun::CopyChanged(const RunFile& row) {
   }
   bool has_room = true;
   Step([&] {
-    PassedOver pass;
-    pass.Step([&] { CopyToStorage(row); });
-    if (!pass.StandingError()) return;
-    has_room = pass.StandingError()->Number() != kFileAlreadyExists;
-    throw ProgramError(*pass.StandingError());
+    try {
+      CopyToStorage(row);
+    } catch (const ProgramError& error) {
+      has_room = error.Number() != kFileAlreadyExists;
+      throw;
+    }
   });
   // Required: any attribute counts as changed, and 32 is taken away whether or
   // not the archive bit is in it, after a failed copy too. An impossible value fails
@@ -295,20 +298,6 @@ void BackupRun::FolderRound() {
   }
 }
 
-// The storage location stays the folder that the run began with.
-void BackupRun::SyncItem(const Path& item, const FolderInStorage& folder, bool two_way) {
-  const auto held = targets_.FolderIn(folder.location, {});
-  Step([&] {
-    const Path& source = sources_.At(item);
-    if (held) {
-      sync_.SyncFolders(source, HeldEntry{held->folder, folder.name}, two_way,
-                        targets_.CompanionsOf(item, folder.wanted));
-    } else {
-      sync_.SyncFolders(source, folder.location + folder.name, two_way);
-    }
-  });
-}
-
 void BackupRun::ChooseFolderDestination() {
   const std::string item = state_.ItemText;
   state_.PathSepCount = ToText(CountChar(item, state_.PathSepChar.Get()));
@@ -327,9 +316,8 @@ void BackupRun::ChooseFolderDestination() {
     });
   }
   MakeFolderInStorage();
-  run_.folder_destination = state_.RunDestination.Get() + run_.folder_name;
   state_.SourceCaption = item;
-  state_.TargetCaption = run_.folder_destination;
+  state_.TargetCaption = state_.RunDestination.Get() + run_.folder_name;
   state_.StatusCaption = "File: " + ToText(state_.RunIndex) + " Out Of: " + ListCount();
   state_.CopyBar = 75;
 }
@@ -346,15 +334,29 @@ void BackupRun::MakeFolderInStorage() {
   }
   if (target->name.empty()) return;
   run_.folder->name = target->name;
-  PassedOver pass;
   Step([&] {
-    pass.Step([&] { target->folder.MakeFolder(target->name); });
-    if (pass.StandingError()) throw ProgramError(*pass.StandingError());
+    try {
+      target->folder.MakeFolder(target->name);
+    } catch (const ProgramError& error) {
+      // By its path another one would be found, of another case.
+      if (error.Number() != kPathFileAccess) run_.folder.reset();
+      throw;
+    }
   });
-  const auto& failure = pass.StandingError();
-  // By its path another one would be found, of another case.
-  const bool is_there = !failure || failure->Number() == kPathFileAccess;
-  if (!is_there) run_.folder.reset();
+}
+
+// The storage location stays the folder that the run began with.
+void BackupRun::SyncItem(const Path& item, const FolderInStorage& folder, bool two_way) {
+  const auto held = targets_.FolderIn(folder.location, {});
+  Step([&] {
+    const Path& source = sources_.At(item);
+    if (held) {
+      sync_.SyncFolders(source, HeldEntry{held->folder, folder.name}, two_way,
+                        targets_.CompanionsOf(item, folder.wanted));
+    } else {
+      sync_.SyncFolders(source, folder.location + folder.name, two_way);
+    }
+  });
 }
 
 void BackupRun::CloseLog() {

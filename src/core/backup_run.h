@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/backup_log.h"
 #include "core/file_sync.h"
@@ -43,13 +44,21 @@ class BackupRun {
   template <class Condition>
   bool Test(Condition&& condition);
 
+  /// A folder that a run keeps in step with one of its items.
+  struct FolderInStorage {
+    Path location;
+    std::string name;    ///< empty: the location itself
+    std::string wanted;  ///< the same before it is paired with what is there
+  };
+
   // In the order in which they run.
   void Prepare();
   void BuildRunFiles();
-  void ChooseTargets();
-  std::string NameInStorage(const Path& source, const std::string& name);
   void OpenLog();
   void ResetBars();
+  void ChooseTargets();
+  std::vector<RunFolder> FolderItems() const;
+  std::string NameInStorage(const Path& source, const std::string& name);
   void CopySingleFiles();
   void FileRound();
   void RoundBeyondTable();
@@ -62,6 +71,7 @@ class BackupRun {
   void FolderRound();
   void ChooseFolderDestination();
   void MakeFolderInStorage();
+  void SyncItem(const Path& item, const FolderInStorage& folder, bool two_way);
   void CloseLog();
   void ShowEnd();
   void RunStages();
@@ -88,13 +98,6 @@ class BackupRun {
   RunSources sources_;
   RunTargets targets_;
 
-  struct FolderInStorage {
-    Path location;
-    std::string name;    ///< empty: the location itself
-    std::string wanted;  ///< the same before it is paired with what is there
-  };
-  void SyncItem(const Path& item, const FolderInStorage& folder, bool two_way);
-
   // The totals and work fields of one run.
   struct Locals {
     DateTime start = 0;
@@ -104,9 +107,8 @@ class BackupRun {
     std::int64_t count = 0;          ///< of the list, taken once before the loops
     std::uint8_t attributes = 0;
     std::string folder_name;
-    std::string folder_destination;
-    /// The same under the name that the folder has there; none when the medium has
-    /// no room for it beside one of another case.
+    /// That folder, under the name that it has in the storage location; none when the
+    /// medium has no room for it beside one of another case.
     std::optional<FolderInStorage> folder;
   };
   Locals run_;

@@ -25,6 +25,7 @@ struct RunFile {
 class RunFiles {
  public:
   std::size_t UpperBound() const { return rows_.size() - 1; }
+  const std::vector<RunFile>& Rows() const { return rows_; }
   /// Raises 9 beyond the bounds.
   const RunFile& Row(std::int64_t index) const;
 
