@@ -17,6 +17,7 @@
 #include "hosts/linux/archive_bit.h"
 #include "hosts/linux/copy_data.h"
 #include "hosts/linux/descriptor.h"
+#include "hosts/linux/file_state.h"
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/replacement.h"
@@ -159,12 +160,10 @@ void CopyExtendedAttributes(int source, int target, Rights rights) {
 }
 
 bool MayReplace(const struct stat& source, const struct stat& target) {
-  if (source.st_dev == target.st_dev && source.st_ino == target.st_ino) return false;
+  if (AreOneFile(source, target)) return false;
   if (S_ISLNK(target.st_mode)) return true;
   if (S_ISLNK(source.st_mode) && S_ISDIR(target.st_mode)) throw ProgramError(kFileAlreadyExists);
-  if (!S_ISREG(target.st_mode) || (target.st_mode & S_IWUSR) == 0) {
-    throw ProgramError(kPathFileAccess);
-  }
+  if (!S_ISREG(target.st_mode) || IsReadOnly(target)) throw ProgramError(kPathFileAccess);
   return true;
 }
 
@@ -222,8 +221,7 @@ bool AtomicCopy::TakeTime(NativeSpot source, Rights rights, const CopyTarget& ta
   struct stat now {};
   // Whatever was written meanwhile is newer.
   if (::fstat(to.Get(), &now) != 0 || now.st_ino != target.seen.st_ino ||
-      now.st_mtim.tv_sec != target.seen.st_mtim.tv_sec ||
-      now.st_mtim.tv_nsec != target.seen.st_mtim.tv_nsec) {
+      !AreOneTime(now.st_mtim, target.seen.st_mtim)) {
     return false;
   }
   const std::array<timespec, 2> times{timespec{0, UTIME_OMIT}, info.st_mtim};

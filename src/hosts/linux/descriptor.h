@@ -1,7 +1,6 @@
 // A file descriptor that closes itself, and writing to one.
 #pragma once
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <string_view>
@@ -41,15 +40,6 @@ class Descriptor {
  private:
   int fd_ = -1;
 };
-
-/// Whether a file's state is one and the same: nothing of it has changed in between.
-inline bool SameState(const struct stat& a, const struct stat& b) {
-  const auto same_time = [](const timespec& one, const timespec& other) {
-    return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
-  };
-  return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
-         same_time(a.st_mtim, b.st_mtim) && same_time(a.st_ctim, b.st_ctim);
-}
 
 /// Writes all of it, in as many pieces as the system takes it. False when that
 /// fails, with `errno` set; some of it may then have been written.

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "base/failure.h"
+#include "hosts/linux/file_state.h"
 #include "hosts/linux/linux_folder.h"
 #include "hosts/linux/listing.h"
 #include "hosts/linux/medium_flush.h"
@@ -25,10 +26,6 @@ namespace {
 
 // More folders than this are simply looked through once more.
 constexpr std::size_t kMostSwept = 65536;
-
-bool IsReadOnly(const struct stat& info) {
-  return (info.st_mode & S_IWUSR) == 0;
-}
 
 bool IsSystem(const struct stat& info) {
   return !S_ISREG(info.st_mode) && !S_ISDIR(info.st_mode) && !S_ISLNK(info.st_mode);
@@ -55,7 +52,7 @@ void SetMode(const Located& located, const struct stat& info, mode_t mode) {
   if (!GoByOwnLinks(AT_FDCWD, native, end)) RaiseNative(errno, Attempt::kQuery);
   const Descriptor file(::open(native.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
   if (!file || ::fstat(file.Get(), &end) != 0) RaiseNative(errno, Attempt::kQuery);
-  if (end.st_dev != info.st_dev || end.st_ino != info.st_ino) throw ProgramError(kPathFileAccess);
+  if (!AreOneFile(end, info)) throw ProgramError(kPathFileAccess);
   const std::string held = "/proc/self/fd/" + std::to_string(file.Get());
   if (::chmod(held.c_str(), mode) != 0) RaiseNative(errno, Attempt::kQuery);
 }
@@ -93,9 +90,7 @@ std::optional<CopyTarget> TargetOf(const HeldEntry& target, const struct stat& s
 
 // Makes one folder. Raises 75 when something is there already.
 void MakeNative(const Located& located) {
-  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
-  if (!located.folder_found) throw ProgramError(kPathNotFound);
-  if (located.found || !CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
+  if (Locator::RequireTarget(located).found) throw ProgramError(kPathFileAccess);
   if (::mkdir(located.Native().c_str(), 0777) == 0) return;
   if (errno == EEXIST) throw ProgramError(kPathFileAccess);
   if (errno == ENOENT) throw ProgramError(kPathNotFound);
@@ -178,8 +173,7 @@ void LinuxFiles::SetAttributes(const Path& file, int value) {
 // Chosen: not while it was copied either. Its copy may hold a part of each state.
 bool LinuxFiles::HasChangedSinceItsCopy(const struct stat& info) {
   const auto copied = std::exchange(copied_, std::nullopt);
-  return copied && copied->st_dev == info.st_dev && copied->st_ino == info.st_ino &&
-         !SameState(*copied, info);
+  return copied && AreOneFile(*copied, info) && !SameState(*copied, info);
 }
 
 bool LinuxFiles::FolderExists(const Path& folder) {
@@ -189,13 +183,6 @@ bool LinuxFiles::FolderExists(const Path& folder) {
 bool LinuxFiles::FileExists(const Path& file) {
   const Located located = locator_.Locate(file);
   return located.found && !IsFolder(located);
-}
-
-Located LinuxFiles::RequireTarget(Located located) {
-  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
-  if (!located.folder_found) throw ProgramError(kPathNotFound);
-  if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
-  return located;
 }
 
 // A file to be copied, `info` that of the file behind a link.
@@ -213,7 +200,7 @@ Located LinuxFiles::SourceOfCopy(const Path& source) {
 void LinuxFiles::CopyWhole(const Path& source, const Path& target, Rights rights) {
   copied_.reset();
   const Located from = SourceOfCopy(source);
-  const Located to = RequireTarget(locator_.Locate(target));
+  const Located to = Locator::RequireTarget(locator_.Locate(target));
   if (to.found && !MayReplace(from.info, to.info)) return;
   SweepOnce(to.folder);
   const std::string native = from.Native();
@@ -268,7 +255,7 @@ Descriptor LinuxFiles::OpenTreeSource(const Path& source) {
 
 // The folder to write a tree to, there or not. Links lead to the one that holds it.
 TreeTarget LinuxFiles::TargetOfTree(const Path& target, Descriptor& parent) {
-  const Located located = RequireTarget(locator_.LocateFolder(target));
+  const Located located = Locator::RequireTarget(locator_.LocateFolder(target));
   const bool is_link = located.found && !S_ISDIR(located.info.st_mode);
   if (is_link && !(IsFolder(located) && EndsInSeparator(target))) {
     throw ProgramError(kPathFileAccess);
@@ -321,7 +308,7 @@ void LinuxFiles::MoveTree(const Path& source, const Path& target) {
   const Located from = locator_.Locate(source);
   if (from.error != 0) RaiseNative(from.error, Attempt::kQuery);
   if (!from.found || !S_ISDIR(from.info.st_mode)) throw ProgramError(kPathNotFound);
-  const Located to = RequireTarget(locator_.LocateFolder(target));
+  const Located to = Locator::RequireTarget(locator_.LocateFolder(target));
   if (to.found) throw ProgramError(kFileAlreadyExists);
   const Descriptor holder = OpenNativeFolder(from.folder + "/.", true, FolderUse::kEnter);
   Descriptor parent;

@@ -66,7 +66,6 @@ class LinuxFiles : public FileSystem {
 
  private:
   Located FindFollowed(const Path& path);
-  static Located RequireTarget(Located located);
   Located SourceOfCopy(const Path& source);
   bool HasChangedSinceItsCopy(const struct stat& info);
   void SweepOnce(const std::string& folder);

@@ -6,6 +6,7 @@
 #include <cerrno>
 
 #include "base/failure.h"
+#include "hosts/linux/file_state.h"
 #include "hosts/linux/folder_scan.h"
 #include "hosts/linux/listing.h"
 #include "hosts/linux/native_errors.h"
@@ -72,8 +73,7 @@ bool LinuxFolder::Is(const HeldFolder& other) {
   struct stat one {};
   struct stat two {};
   return ::fstat(Fd(), &one) == 0 &&
-         ::fstat(static_cast<const LinuxFolder&>(other).Fd(), &two) == 0 &&
-         one.st_dev == two.st_dev && one.st_ino == two.st_ino;
+         ::fstat(static_cast<const LinuxFolder&>(other).Fd(), &two) == 0 && AreOneFile(one, two);
 }
 
 void LinuxFolder::RaiseForMaking(const std::string& name, int error) {

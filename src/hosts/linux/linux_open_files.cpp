@@ -14,6 +14,7 @@
 
 #include "base/failure.h"
 #include "hosts/linux/copy_data.h"
+#include "hosts/linux/file_state.h"
 #include "hosts/linux/folder_scan.h"
 #include "hosts/linux/linux_workers.h"
 #include "hosts/linux/native_errors.h"
@@ -40,11 +41,6 @@ constexpr mode_t kNewFile = 0666;  // less what the user's mask takes
 // Raises 75 for anything but a plain file.
 void RequirePlain(const struct stat& info) {
   if (!S_ISREG(info.st_mode)) throw ProgramError(kPathFileAccess);
-}
-
-// Permissions don't stop root; the read-only attribute does.
-bool IsReadOnly(const struct stat& info) {
-  return (info.st_mode & S_IWUSR) == 0;
 }
 
 bool IsOfThisUser(const struct stat& info) {
@@ -87,10 +83,7 @@ class LinuxFile final : public NativeFile {
     if (::fstat(file_.Get(), &info) != 0) throw ProgramError(kDeviceIoError);
     return info;
   }
-  bool Is(const struct stat& other) const {
-    const struct stat info = Info();
-    return info.st_dev == other.st_dev && info.st_ino == other.st_ino;
-  }
+  bool Is(const struct stat& other) const { return AreOneFile(Info(), other); }
 
  private:
   [[noreturn]] static void RaiseForWriting() {
@@ -141,16 +134,8 @@ Descriptor LinuxOpenFiles::ForInput(const Path& file) {
   return opened;
 }
 
-Located LinuxOpenFiles::LocateForWriting(const Path& file) {
-  Located located = locator_.Locate(file);
-  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
-  if (!located.folder_found) throw ProgramError(kPathNotFound);
-  if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
-  return located;
-}
-
 Descriptor LinuxOpenFiles::ForOutput(const Path& file, Rights rights) {
-  const Located located = LocateForWriting(file);
+  const Located located = Locator::RequireTarget(locator_.Locate(file));
   std::string native = located.Native();
   struct stat info {};
   // A link that leads nowhere is found, and what it names is made.
@@ -184,7 +169,7 @@ Descriptor LinuxOpenFiles::ForOutput(const Path& file, Rights rights) {
 }
 
 Descriptor LinuxOpenFiles::ForBoth(const Path& file, bool& is_writable) {
-  const Located located = LocateForWriting(file);
+  const Located located = Locator::RequireTarget(locator_.Locate(file));
   const std::string native = located.Native();
   struct stat info = located.info;
   if (located.found && (!S_ISLNK(info.st_mode) || StateByOwnLinks(AT_FDCWD, native, info))) {
@@ -202,7 +187,7 @@ Descriptor LinuxOpenFiles::ForBoth(const Path& file, bool& is_writable) {
 }
 
 Descriptor LinuxOpenFiles::ForOwnUse(const Path& file) {
-  const Located located = LocateForWriting(file);
+  const Located located = Locator::RequireTarget(locator_.Locate(file));
   const Descriptor folder = OpenNativeFolder(located.folder + "/.", true, FolderUse::kEnter);
   const char* const name = located.name.c_str();
   constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC | kOpenFlags;

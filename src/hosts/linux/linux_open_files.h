@@ -67,7 +67,6 @@ class LinuxOpenFiles : public OpenFileTable {
   Descriptor ForOutput(const Path& file, Rights rights);
   Descriptor ForBoth(const Path& file, bool& is_writable);
   Descriptor ForOwnUse(const Path& file);
-  Located LocateForWriting(const Path& file);
 
   Locator& locator_;
   std::map<int, SteppedCopy> copies_;                    ///< by the number that is copied into

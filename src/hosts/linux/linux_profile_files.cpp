@@ -13,6 +13,7 @@
 #include "base/characters.h"
 #include "base/failure.h"
 #include "base/text.h"
+#include "hosts/linux/file_state.h"
 #include "hosts/linux/folder_scan.h"
 #include "hosts/linux/name_case.h"
 #include "hosts/linux/own_links.h"
@@ -45,13 +46,11 @@ bool ReadFile(const std::string& native, struct stat& state, std::string& bytes)
 
 // Whether a file is the one that was read. Exchanging it changes its third time.
 bool SameFile(const struct stat& a, const struct stat& b) {
-  return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
-         a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
+  return AreOneFile(a, b) && a.st_size == b.st_size && AreOneTime(a.st_mtim, b.st_mtim);
 }
 
 bool MayBeReplaced(const struct stat& info, const std::string& native) {
-  // The owner's write bit is checked too: it wouldn't stop root.
-  return S_ISREG(info.st_mode) && (info.st_mode & S_IWUSR) != 0 &&
+  return S_ISREG(info.st_mode) && !IsReadOnly(info) &&
          ::faccessat(AT_FDCWD, native.c_str(), W_OK, AT_EACCESS) == 0;
 }
 

@@ -10,6 +10,7 @@
 
 #include "base/failure.h"
 #include "hosts/linux/descriptor.h"
+#include "hosts/linux/file_state.h"
 #include "hosts/linux/folder_scan.h"
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
@@ -73,7 +74,7 @@ class FileToReceive final : public TransferTarget {
 // Where a link comes in, it is replaced, as a copy replaces it.
 void RequireReplaceable(const struct stat& info) {
   if (S_ISLNK(info.st_mode)) return;
-  if (!S_ISREG(info.st_mode) || (info.st_mode & S_IWUSR) == 0) throw ProgramError(kPathFileAccess);
+  if (!S_ISREG(info.st_mode) || IsReadOnly(info)) throw ProgramError(kPathFileAccess);
 }
 
 }  // namespace
@@ -92,10 +93,7 @@ std::unique_ptr<TransferSource> LinuxTransferFiles::OpenSource(const Path& file)
 }
 
 std::unique_ptr<TransferTarget> LinuxTransferFiles::OpenTarget(const Path& file) {
-  const Located located = locator_.Locate(file);
-  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
-  if (!located.folder_found) throw ProgramError(kPathNotFound);
-  if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
+  const Located located = Locator::RequireTarget(locator_.Locate(file));
   if (located.found) RequireReplaceable(located.info);
   return std::make_unique<FileToReceive>(temporaries_, located);
 }

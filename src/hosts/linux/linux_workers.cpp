@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "hosts/linux/descriptor.h"
+#include "hosts/linux/file_state.h"
 #include "hosts/linux/own_links.h"
 
 namespace tarnvale {

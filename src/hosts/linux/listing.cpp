@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "hosts/linux/file_state.h"
 #include "hosts/linux/name_case.h"
 #include "hosts/linux/own_links.h"
 #include "platform/names.h"
@@ -104,7 +105,7 @@ std::optional<std::size_t> FoundBy(int folder_fd, const std::string& name,
   const auto is_it = [&](std::string_view other) {
     struct stat info {};
     return ::fstatat(folder_fd, std::string(other).c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0 &&
-           info.st_dev == found.st_dev && info.st_ino == found.st_ino;
+           AreOneFile(info, found);
   };
   const auto at = std::find_if(listed.begin(), listed.end(), is_it);
   if (at == listed.end()) return std::nullopt;

@@ -80,6 +80,13 @@ Located Locator::Find(const Path& path) const {
   return located;
 }
 
+Located Locator::RequireTarget(Located located) {
+  if (located.error != 0) RaiseNative(located.error, Attempt::kChange);
+  if (!located.folder_found) throw ProgramError(kPathNotFound);
+  if (!CanBeNamed(located.name)) throw ProgramError(kPathFileAccess);
+  return located;
+}
+
 std::optional<std::string> Locator::FindFolder(const Path& path) const {
   const Located located = Locate(path);
   // Not there is one thing, not to be looked at another: a count of files would stop short.

@@ -44,6 +44,10 @@ class Locator {
   /// missing, 75 when it can't be looked at.
   Located Find(const Path& path) const;
 
+  /// For what is to be made or replaced. Raises 76 when the folder is missing, 75 when the
+  /// name can't be one, 70 or 57 when it can't be looked at.
+  static Located RequireTarget(Located located);
+
   /// The folder that a path names, as a native one; none when there is none. A
   /// link counts if its folder exists. Raises 75 when it can't be looked at.
   std::optional<std::string> FindFolder(const Path& path) const;

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "base/failure.h"
+#include "hosts/linux/file_state.h"
 #include "hosts/linux/native_errors.h"
 
 namespace tarnvale {
@@ -97,7 +98,7 @@ void Replacement::RequireAsSeen(const char* name, const struct stat& seen) const
   struct stat now {};
   if (::fstatat(folder_fd_, name, &now, AT_SYMLINK_NOFOLLOW) != 0 ||
       (now.st_mode & S_IFMT) != (seen.st_mode & S_IFMT) || now.st_size != seen.st_size ||
-      now.st_mtim.tv_sec != seen.st_mtim.tv_sec || now.st_mtim.tv_nsec != seen.st_mtim.tv_nsec) {
+      !AreOneTime(now.st_mtim, seen.st_mtim)) {
     throw ProgramError(kFileAlreadyExists);
   }
 }
