@@ -29,6 +29,7 @@
 #include "codec/encoding.h"
 #include "codec/huffman.h"
 #include "hosts/linux/linux_host.h"
+#include "hosts/linux/linux_workers.h"
 
 namespace tarnvale {
 namespace {
@@ -197,6 +198,7 @@ bool Race(const Goals& goals, const Bytes& input, int rounds) {
   PercentReport silent({});
   Times t;
   LinuxHost host;
+  LinuxWorkers helpers;
   NoWorkers nobody;
   clsHuffman codec(host.files, host.open_files, nobody);
   for (int round = 0; round <= rounds; ++round) {
@@ -210,7 +212,7 @@ bool Race(const Goals& goals, const Bytes& input, int rounds) {
       return WallSecondsOf([&] { EncodeStream(input, stream, silent, workers); });
     };
     t.alone_encode.push_back(encode(nobody));
-    t.together_encode.push_back(encode(host.workers));
+    t.together_encode.push_back(encode(helpers));
     t.zlib_encode.push_back(SecondsOf([&] { zlib.Encode(input); }));
     t.decode.push_back(SecondsOf([&] {
       PercentReport report({});
@@ -220,7 +222,7 @@ bool Race(const Goals& goals, const Bytes& input, int rounds) {
       return WallSecondsOf([&] { DecodeStream(stream.View(), result, silent, workers); });
     };
     t.alone_decode.push_back(decode(nobody));
-    t.together_decode.push_back(decode(host.workers));
+    t.together_decode.push_back(decode(helpers));
     t.zlib_decode.push_back(SecondsOf([&] { zlib.Decode(); }));
     Check(std::equal(input.begin(), input.end(), result.Data(), result.Data() + result.Size()),
           "the round trip differs");
@@ -249,7 +251,7 @@ bool Race(const Goals& goals, const Bytes& input, int rounds) {
     return *std::min_element(alone.begin(), alone.end()) /
            *std::min_element(together.begin(), together.end());
   };
-  if (host.workers.Helpers() > 0) {
+  if (helpers.Helpers() > 0) {
     all &= Meets("encode, all processors", gain(t.alone_encode, t.together_encode), 1.7);
     all &= Meets("decode, all processors", gain(t.alone_decode, t.together_decode), 1.7);
   }
@@ -292,14 +294,16 @@ bool MeasureMemory(std::size_t size) {
   const auto code = [&](const std::string& name) {
     return [&folder, name] {
       LinuxHost host(SurroundingsIn(folder));
-      clsHuffman codec(host.files, host.open_files, host.workers);
+      LinuxWorkers helpers;
+      clsHuffman codec(host.files, host.open_files, helpers);
       codec.EncodeFile("C:\\" + name, "C:\\" + name + ".packed");
     };
   };
   const auto decode = [&](const std::string& name) {
     return [&folder, name] {
       LinuxHost host(SurroundingsIn(folder));
-      clsHuffman codec(host.files, host.open_files, host.workers);
+      LinuxWorkers helpers;
+      clsHuffman codec(host.files, host.open_files, helpers);
       codec.DecodeFile("C:\\" + name + ".packed", "C:\\" + name + ".again");
     };
   };

@@ -22,6 +22,7 @@
 
 #include "codec/archive.h"
 #include "hosts/linux/linux_host.h"
+#include "hosts/linux/linux_workers.h"
 #include "ui/headless_machine.h"
 
 namespace tarnvale {
@@ -126,7 +127,8 @@ class Contest {
     LoudBoxes boxes;
     LinuxHost host(surroundings);
     HeadlessMachine machine(host.Parts(), boxes);
-    usercontrol11 archiver(ArchiveParts(machine.Parts(), host.workers));
+    LinuxWorkers workers{DrivePaths(surroundings.root)};
+    usercontrol11 archiver(ArchiveParts(machine.Parts(), workers));
     if (archiver.SaveFilesToArchiv("C:\\" + tree, "C:\\" + archive + ".tvz", true) != files) {
       std::fprintf(stderr, "pack_bench: not all files were packed\n");
       std::exit(2);

@@ -13,7 +13,7 @@
 #include <filesystem>
 #include <string>
 
-#include "app/desktop_machine.h"
+#include "app/linux_machine.h"
 #include "bench/pulse.h"
 #include "splitter/frm_main.h"
 
@@ -42,7 +42,7 @@ PartsCode Serve(Machine& machine, frmMain& window, const DrivePaths& drive,
 }
 
 int Measure(int argc, char** argv, const Request& request) {
-  DesktopMachine desktop(argc, argv);
+  LinuxMachine desktop(argc, argv);
   Machine& machine = desktop.Parts();
   frmMain window(machine);
   machine.windows.Adopt(window);
@@ -55,7 +55,7 @@ int Measure(int argc, char** argv, const Request& request) {
     start.Enabled = false;
     const Pulse pulse(machine.loop.Timers());
     const SteadyClock::time_point began = SteadyClock::now();
-    code = Serve(machine, window, desktop.Drive(), request);
+    code = Serve(machine, window, DrivePaths("/"), request);
     const std::chrono::duration<double> took = SteadyClock::now() - began;
     std::printf("%.4f %.1f\n", took.count(), pulse.WorstMs());
     machine.loop.Quit(0);

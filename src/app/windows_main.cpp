@@ -8,7 +8,6 @@
 #include "hosts/windows/paths.h"
 #include "hosts/windows/system_headers.h"
 #include "hosts/windows/windows_processes.h"
-#include "platform/workers.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <thread>
 
-#include "app/desktop_machine.h"
+#include "app/linux_machine.h"
 
 namespace {
 
@@ -32,7 +32,7 @@ using Clock = std::chrono::steady_clock;
 constexpr int kStatus = 7;
 
 // As a copy of many files yields.
-int EndDuringARun(tarnvale::DesktopMachine& machine) {
+int EndDuringARun(tarnvale::LinuxMachine& machine) {
   tarnvale::EventLoop& loop = machine.Parts().loop;
   loop.Post([&] {
     loop.Quit(kStatus);
@@ -47,7 +47,7 @@ int EndDuringARun(tarnvale::DesktopMachine& machine) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  tarnvale::DesktopMachine machine(argc, argv);
+  tarnvale::LinuxMachine machine(argc, argv);
   if (argc > 1 && std::string_view(argv[1]) == "run") return EndDuringARun(machine);
   const auto socket = machine.Parts().sockets.MakeSocket();
   socket->Connect("mail.example", 25);

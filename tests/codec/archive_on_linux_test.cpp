@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "codec/archive.h"
+#include "hosts/linux/linux_workers.h"
 #include "tests/hosts/linux/linux_stage.h"
 #include "tests/support/fake_machine.h"
 #include "tests/support/raised.h"
@@ -174,7 +175,8 @@ TEST_F(ArchiveOnLinuxTest, ReadingAheadPacksTheSameBytesAndEachFileAsItIsInItsTu
     EXPECT_EQ(packer.SaveFilesToArchiv("C:\\Data", into, true), 302);
   };
   packed_by(ArchiveParts::nobody, "C:\\Store\\plain.tvz");
-  packed_by(host.workers, "C:\\Store\\ahead.tvz");
+  LinuxWorkers workers(DrivePaths(surroundings.root));
+  packed_by(workers, "C:\\Store\\ahead.tvz");
   EXPECT_TRUE(ReadNative(OnDrive("Store/plain.tvz")) == ReadNative(OnDrive("Store/ahead.tvz")));
   archiver.ExtractFilesFromArchiv("C:\\Store\\ahead.tvz", "C:\\Out", true);
   EXPECT_EQ(ReadNative(OnDrive("Out/sub/1200")), "changed meanwhile");

@@ -5,9 +5,11 @@
 #include "hosts/windows/name_case.h"
 #include "hosts/windows/windows_folder.h"
 #include "hosts/windows/windows_host.h"
+#include "platform/workers.h"
 #else
 #include "hosts/linux/linux_folder.h"
 #include "hosts/linux/linux_host.h"
+#include "hosts/linux/linux_workers.h"
 #include "hosts/linux/name_case.h"
 #endif
 

@@ -15,7 +15,8 @@ void BuildArchive(const std::string& native, const std::string& folder, const Tr
                   Progress& progress) {
   NativeHost host;
   HeadlessMachine machine(host.Parts());
-  usercontrol11 builder(ArchiveParts(machine.Parts(), host.workers));
+  NativeWorkers workers;
+  usercontrol11 builder(ArchiveParts(machine.Parts(), workers));
   builder.BuildArchiveProgress.Listen([&](std::int16_t done) { progress.Show("adding", done); });
   builder.CompressArchiveProgress.Listen(
       [&](std::int16_t done) { progress.Show("packing", done); });

@@ -13,7 +13,6 @@
 #include "hosts/linux/linux_random.h"
 #include "hosts/linux/linux_registry.h"
 #include "hosts/linux/linux_transfer_files.h"
-#include "hosts/linux/linux_workers.h"
 #include "hosts/linux/locator.h"
 #include "hosts/linux/paths.h"
 #include "hosts/linux/state_folder.h"
@@ -44,8 +43,7 @@ class LinuxHost {
         processes(locator, surroundings.processes),
         formats(surroundings.locale_name),
         applications(DrivePaths(surroundings.root), surroundings.user),
-        transfer_files(locator, temporaries),
-        workers(DrivePaths(surroundings.root)) {
+        transfer_files(locator, temporaries) {
     files.RefuseToDeleteOpen(open_files);
   }
   LinuxHost(const LinuxHost&) = delete;
@@ -79,7 +77,6 @@ class LinuxHost {
   LinuxRegistry registry;
   LinuxApplicationFolders applications;
   LinuxTransferFiles transfer_files;
-  LinuxWorkers workers;
 };
 
 }  // namespace tarnvale

@@ -18,7 +18,6 @@
 #include "hosts/windows/windows_registry.h"
 #include "hosts/windows/windows_transfer_files.h"
 #include "platform/system_parts.h"
-#include "platform/workers.h"
 
 namespace tarnvale {
 
@@ -78,7 +77,6 @@ class WindowsHost : private NoSystemBoxes {
   WindowsRegistry registry;
   WindowsApplicationFolders applications;
   WindowsTransferFiles transfer_files;
-  NoWorkers workers;
 };
 
 }  // namespace tarnvale

@@ -5,19 +5,18 @@
 
 #include "hosts/curl/curl_ftp_transport.h"
 #include "hosts/linux/linux_host.h"
-#include "hosts/linux/paths.h"
 #include "hosts/qt/qt_host.h"
 #include "ui/machine.h"
 
 namespace tarnvale {
 
 /// Drive C: is the root of the file system. One to a process.
-class DesktopMachine {
+class LinuxMachine {
  public:
   /// `argc` and `argv` are main's.
-  DesktopMachine(int& argc, char** argv);
-  DesktopMachine(const DesktopMachine&) = delete;
-  DesktopMachine& operator=(const DesktopMachine&) = delete;
+  LinuxMachine(int& argc, char** argv);
+  LinuxMachine(const LinuxMachine&) = delete;
+  LinuxMachine& operator=(const LinuxMachine&) = delete;
 
   Machine& Parts() { return machine_; }
 
@@ -27,11 +26,7 @@ class DesktopMachine {
   /// a copy or an archive goes on for a second after the loop's Quit.
   [[noreturn]] void EndProcess(int status);
 
-  /// Between the program's paths and the system's.
-  const DrivePaths& Drive() const { return drive_; }
-
  private:
-  const DrivePaths drive_{"/"};
   std::optional<LinuxHost> system_{std::in_place};
   QtHost desktop_;
   std::optional<CurlFtpTransport> ftp_;

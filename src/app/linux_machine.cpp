@@ -1,11 +1,11 @@
-#include "app/desktop_machine.h"
+#include "app/linux_machine.h"
 
 #include <cstdlib>
 #include <string>
 
 namespace tarnvale {
 
-DesktopMachine::DesktopMachine(int& argc, char** argv)
+LinuxMachine::LinuxMachine(int& argc, char** argv)
     : desktop_(argc, argv, system_->files,
                {.to_program = [this](const std::string& native) { return system_->PathOf(native); },
                 .to_native = [this](const Path& path) { return system_->NativeOf(path); }}),
@@ -16,7 +16,7 @@ DesktopMachine::DesktopMachine(int& argc, char** argv)
   desktop_.Loop().Lingering.Listen([this](int status) { EndProcess(status); });
 }
 
-void DesktopMachine::EndProcess(int status) {
+void LinuxMachine::EndProcess(int status) {
   ftp_.reset();
   system_.reset();
   std::_Exit(status);
