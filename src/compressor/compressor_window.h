@@ -1,6 +1,4 @@
-// The window that packs a folder into an archive and unpacks archives. What it
-// does lies in compressor_window.cpp, where things stand in
-// compressor_window_layout.cpp.
+// The window that packs a folder into an archive and unpacks archives.
 #pragma once
 
 #include <cstdint>

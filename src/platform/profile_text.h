@@ -1,6 +1,6 @@
 // The text of a private profile, for hosts that bring no profiles of their own.
 //
-// The rules of reading stand in platform/profile_files.h. A section that comes
+// platform/profile_files.h has the rules of reading. A section that comes
 // twice is the first of the two; keys in front of the first section and lines
 // without an equals sign are just lines.
 #pragma once

@@ -1,6 +1,6 @@
 // The window that saves the system's registry to a file. It composes a command
 // line for the registry editor and starts it; it waits for nothing and checks
-// nothing. Where things stand is in registry_layout.cpp.
+// nothing.
 #pragma once
 
 #include "kit/chameleon_button.h"

@@ -1,4 +1,4 @@
-// Where the controls of the alert stand. Places are pixels at 96 dpi.
+// The layout of the alert: places in pixels at 96 dpi, in tab order.
 #include "shell/alert_popup.h"
 
 namespace tarnvale {

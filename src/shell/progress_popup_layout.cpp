@@ -1,5 +1,4 @@
-// Where the controls of the progress window stand, and what they say. Places are
-// pixels at 96 dpi.
+// The layout of the progress window: places in pixels at 96 dpi, in tab order.
 #include "shell/progress_popup.h"
 
 namespace tarnvale {

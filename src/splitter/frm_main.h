@@ -1,6 +1,5 @@
 // The splitter's window: cuts an archive to the size of a medium and joins the
-// parts again. What it does lies in frm_main*.cpp by topic, where things stand in
-// frm_main_layout.cpp.
+// parts again.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,4 @@
-// Where the controls of the splitter's window stand, and what they say. Places
-// are pixels at 96 dpi from the container's upper left corner; the order of the
-// rows is the tab order.
+// The layout of the splitter's window: places in pixels at 96 dpi, in tab order.
 #include "splitter/frm_main.h"
 
 namespace tarnvale {

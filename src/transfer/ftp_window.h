@@ -1,6 +1,5 @@
 // The window for the FTP server: its settings, upload and download, and the
-// upload that is part of a backup run. What it does lies in ftp_window*.cpp by
-// topic, where things stand in ftp_window_layout.cpp.
+// upload that is part of a backup run.
 #pragma once
 
 #include <functional>
@@ -115,7 +114,6 @@ class Main : public Window {
   // The session.
   void ConfigureTransport();
   [[nodiscard]] bool WaitForTransport();
-  bool IsTransportIdle() const { return !Inet1.IsBusy(); }
   [[nodiscard]] bool WaitUntilIdle();
   void Pause(int yields);
   void ShowState(TransportState state);

@@ -1,6 +1,4 @@
-// Where the controls of the FTP window stand, and what they say. Places are
-// pixels at 96 dpi from the container's upper left corner; the order of the rows
-// is the tab order.
+// The layout of the FTP window: places in pixels at 96 dpi, in tab order.
 #include "transfer/ftp_window.h"
 
 namespace tarnvale {

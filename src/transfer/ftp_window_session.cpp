@@ -62,7 +62,7 @@ bool Main::WaitForTransport() {
 }
 
 bool Main::WaitUntilIdle() {
-  while (!IsTransportIdle() && !machine_.loop.IsEnding()) Pause(4);
+  while (Inet1.IsBusy() && !machine_.loop.IsEnding()) Pause(4);
   return !machine_.loop.IsEnding();
 }
 

@@ -1,7 +1,5 @@
 // The window that backs up and restores the data of browsers and mail programs.
-// What its buttons do is in user_data_window_operations.cpp, where things are in
-// user_data_window_layout.cpp, and what its panels differ in is a table in
-// user_data_panels.cpp.
+// What its panels differ in is a table in user_data_panels.cpp.
 #pragma once
 
 #include <array>
