@@ -158,7 +158,7 @@ FolderListing::FolderListing(const std::wstring& folder) {
   const auto state = StateOf(folder, Links::kFollow);
   if (!state || !state->IsFolder()) throw ProgramError(kPathNotFound);
   if (error != ERROR_FILE_NOT_FOUND && error != ERROR_NO_MORE_FILES)
-    RaiseNative(error, Attempt::kAsk);
+    RaiseNative(error, Attempt::kQuery);
 }
 
 FolderListing::~FolderListing() {
@@ -168,7 +168,7 @@ FolderListing::~FolderListing() {
 const WIN32_FIND_DATAW* FolderListing::Next() {
   while (search_ != INVALID_HANDLE_VALUE) {
     if (!is_first_ && ::FindNextFileW(search_, &entry_) == 0) {
-      if (::GetLastError() != ERROR_NO_MORE_FILES) RaiseLast(Attempt::kAsk);
+      if (::GetLastError() != ERROR_NO_MORE_FILES) RaiseLast(Attempt::kQuery);
       break;
     }
     is_first_ = false;

@@ -367,11 +367,11 @@ InetFtpSession::Failure InetFtpSession::End(InetHandle remote) {
 
 void InetFtpSession::Close() {
   if (connect_ == nullptr || !IsConnected()) return;
-  tells_end_ = true;
+  is_closing_ = true;
   InetHandle none = nullptr;
   ::FtpCommandA(connect_, FALSE, FTP_TRANSFER_TYPE_ASCII, "QUIT", number_, &none);
   Disconnect();
-  tells_end_ = false;
+  is_closing_ = false;
 }
 
 void InetFtpSession::Disconnect() {
@@ -456,10 +456,10 @@ void InetFtpSession::OnStatus(DWORD status, DWORD count) {
       return;
     }
     case INTERNET_STATUS_CLOSING_CONNECTION:
-      if (tells_end_) Post(TransportState::kDisconnecting);
+      if (is_closing_) Post(TransportState::kDisconnecting);
       return;
     case INTERNET_STATUS_CONNECTION_CLOSED:
-      if (tells_end_) Post(TransportState::kDisconnected);
+      if (is_closing_) Post(TransportState::kDisconnected);
       return;
     default:
       return;

@@ -87,7 +87,7 @@ class InetFtpSession final : public FtpSession,
   FtpRequest task_;  ///< without its files
   InetHandle connect_ = nullptr;
   // What the thread's calls report.
-  std::atomic<bool> tells_end_ = false;  ///< the connection's end is the command's own doing
+  std::atomic<bool> is_closing_ = false;  ///< the connection's end is the command's own doing
   std::atomic<bool> awaits_reply_ = false;
   std::atomic<int> replies_ = 0;             ///< since the connection was begun
   std::atomic<bool> goes_on_ = false;        ///< what the server said last wasn't its last word

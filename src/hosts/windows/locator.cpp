@@ -10,7 +10,7 @@ namespace tarnvale {
 namespace {
 
 bool IsMissing(DWORD error) {
-  const int number = ErrorNumberOf(error, Attempt::kAsk);
+  const int number = ErrorNumberOf(error, Attempt::kQuery);
   return !MeansAway(error) && (number == kFileNotFound || number == kPathNotFound);
 }
 
@@ -66,12 +66,12 @@ Located Locator::Locate(const Path& path) const {
 
 Located Locator::Find(const Path& path) const {
   Located located = Locate(path);
-  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kQuery);
   if (!located.folder_found) throw ProgramError(kPathNotFound);
   if (!located.state) throw ProgramError(kFileNotFound);
   if (located.state->is_link) {
     located.state = StateOf(located.native, Links::kFollow);
-    if (!located.state) RaiseLast(Attempt::kAsk);
+    if (!located.state) RaiseLast(Attempt::kQuery);
   }
   return located;
 }

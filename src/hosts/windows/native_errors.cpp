@@ -42,12 +42,12 @@ int ErrorNumberOf(DWORD error, Attempt attempt) {
       return kPathNotFound;
     case ERROR_INVALID_NAME:
     case ERROR_FILENAME_EXCED_RANGE:
-      return attempt == Attempt::kAsk ? kFileNotFound : kPathFileAccess;
+      return attempt == Attempt::kQuery ? kFileNotFound : kPathFileAccess;
     case ERROR_ACCESS_DENIED:
     case ERROR_WRITE_PROTECT:
     case ERROR_PRIVILEGE_NOT_HELD:
     case ERROR_NETWORK_ACCESS_DENIED:
-      return attempt == Attempt::kAsk ? kPathFileAccess : kPermissionDenied;
+      return attempt == Attempt::kQuery ? kPathFileAccess : kPermissionDenied;
     case ERROR_SHARING_VIOLATION:
     case ERROR_LOCK_VIOLATION:
     case ERROR_USER_MAPPED_FILE:

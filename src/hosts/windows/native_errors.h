@@ -5,8 +5,11 @@
 
 namespace tarnvale {
 
-/// What was attempted: some codes mean another number when a file is only looked at.
-enum class Attempt { kAsk, kChange };
+/// What a refusal means depends on what was tried.
+enum class Attempt {
+  kQuery,   ///< querying a property, reading a folder
+  kChange,  ///< copying, creating, deleting
+};
 
 /// A drive or a network that is away for now: what was wanted may well be there.
 bool MeansAway(DWORD error);

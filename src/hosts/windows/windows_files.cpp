@@ -174,7 +174,7 @@ void WindowsFiles::SetAttributes(const Path& file, int value) {
   const DWORD wanted = value == 0 ? FILE_ATTRIBUTE_NORMAL : static_cast<DWORD>(value);
   // By its own path a link's are set.
   const std::wstring native = located.state->is_link ? BehindLinks(located.native) : located.native;
-  if (!set_attributes_(native, wanted)) RaiseLast(Attempt::kAsk);
+  if (!set_attributes_(native, wanted)) RaiseLast(Attempt::kQuery);
 }
 
 bool WindowsFiles::FolderExists(const Path& folder) {
@@ -391,7 +391,7 @@ std::vector<std::string> WindowsFiles::List(const Path& pattern, ListKinds kinds
   if (last == Path::npos) return {};
   const Path folder = pattern.substr(0, last + 1);
   const Located located = locator_.Locate(folder);
-  if (located.error != 0) RaiseNative(located.error, Attempt::kAsk);
+  if (located.error != 0) RaiseNative(located.error, Attempt::kQuery);
   if (!FolderExists(folder)) return {};
   const std::string folded = FoldCase(pattern.substr(last + 1));
   std::vector<std::string> names;
@@ -428,7 +428,7 @@ std::unique_ptr<HeldFolder> WindowsFiles::OpenFolder(const Path& folder) {
   if (!FolderExists(folder)) throw ProgramError(kPathNotFound);
   const std::wstring native = FolderToRead(locator_.Locate(folder));
   Handle opened = OpenForHolding(native, Links::kFollow);
-  if (!opened) RaiseLast(Attempt::kAsk);
+  if (!opened) RaiseLast(Attempt::kQuery);
   const MediumTimes times(VolumeOf(native).HoldsLocalTimes());
   return std::make_unique<WindowsFolder>(std::move(opened), native, times, temporaries_);
 }

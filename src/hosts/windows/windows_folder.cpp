@@ -97,9 +97,9 @@ std::unique_ptr<HeldFolder> WindowsFolder::Inner(const std::string& names) {
     // This folder itself may have been found by a link.
     const Links links = names.empty() ? Links::kFollow : Links::kKeep;
     Handle next = OpenForHolding(native, links);
-    if (!next) RaiseLast(Attempt::kAsk);
+    if (!next) RaiseLast(Attempt::kQuery);
     const auto state = StateOf(native, links);
-    if (!state) RaiseLast(Attempt::kAsk);
+    if (!state) RaiseLast(Attempt::kQuery);
     const bool is_link = !names.empty() && state->is_link;
     if (!state->IsFolder() || is_link) throw ProgramError(kPathNotFound);
     held = std::move(next);

@@ -42,13 +42,13 @@ bool HasPeer(SOCKET socket) {
 }
 
 int NumberOf(int error) {
-  constexpr std::array kTold = {kSocketAccessDenied, kAddressNotAvailable,  kNetworkDown,
-                                kNetworkUnreachable, kConnectionReset,      kNoBufferSpace,
-                                kConnectTimedOut,    kConnectionRefused,    kHostUnreachable,
-                                kHostNotFound,       kHostNotFoundTryAgain, kNameServerFailure,
-                                kNoAddressForName};
-  const bool is_told = std::find(kTold.begin(), kTold.end(), error) != kTold.end();
-  return is_told ? error : kConnectionAborted;
+  constexpr std::array kReported = {kSocketAccessDenied, kAddressNotAvailable,  kNetworkDown,
+                                    kNetworkUnreachable, kConnectionReset,      kNoBufferSpace,
+                                    kConnectTimedOut,    kConnectionRefused,    kHostUnreachable,
+                                    kHostNotFound,       kHostNotFoundTryAgain, kNameServerFailure,
+                                    kNoAddressForName};
+  const bool is_reported = std::find(kReported.begin(), kReported.end(), error) != kReported.end();
+  return is_reported ? error : kConnectionAborted;
 }
 
 }  // namespace
@@ -61,7 +61,7 @@ int LookUp(const std::string& host, const std::string& port, addrinfo** found) {
 }
 
 SocketWatch::SocketWatch()
-    : messages_([this](UINT number, WPARAM, LPARAM told) { return OnMessage(number, told); }) {
+    : messages_([this](UINT number, WPARAM, LPARAM event) { return OnMessage(number, event); }) {
   WSADATA about;
   static const int started = ::WSAStartup(MAKEWORD(2, 2), &about);
   static_cast<void>(started);
@@ -77,10 +77,10 @@ UINT SocketWatch::Begin(SOCKET socket, SocketListener& listener) {
   return number;
 }
 
-std::optional<LRESULT> SocketWatch::OnMessage(UINT number, LPARAM told) {
+std::optional<LRESULT> SocketWatch::OnMessage(UINT number, LPARAM event) {
   const auto found = listeners_.find(number);
   if (found == listeners_.end()) return std::nullopt;
-  found->second->OnEvent(WSAGETSELECTEVENT(told), WSAGETSELECTERROR(told));
+  found->second->OnEvent(WSAGETSELECTEVENT(event), WSAGETSELECTERROR(event));
   return 0;
 }
 

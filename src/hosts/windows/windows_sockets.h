@@ -44,7 +44,7 @@ class SocketWatch {
   void End(UINT number) { listeners_.erase(number); }
 
  private:
-  std::optional<LRESULT> OnMessage(UINT number, LPARAM told);
+  std::optional<LRESULT> OnMessage(UINT number, LPARAM event);
 
   std::map<UINT, SocketListener*> listeners_;
   UINT last_ = 0;

@@ -46,6 +46,11 @@ bool IsFramed(WindowFrame frame) {
   return frame == WindowFrame::kFixed || frame == WindowFrame::kDialog;
 }
 
+bool IsKey(UINT message) {
+  return message == WM_KEYDOWN || message == WM_SYSKEYDOWN || message == WM_KEYUP ||
+         message == WM_SYSKEYUP;
+}
+
 bool IsMouse(UINT message) {
   return message == WM_MOUSEMOVE || IsPress(message) || IsDoublePress(message) ||
          IsRelease(message);
@@ -194,7 +199,7 @@ void WindowsWindow::RequestSync() {
 void WindowsWindow::Sync() {
   sync_is_requested_ = false;
   // First, as the window may go out of sight in answer.
-  TellState();
+  EmitResized();
   const bool is_minimized = record_.State.Get() == WindowState::kMinimized;
   // A minimised window that isn't on the task bar is nowhere to be seen.
   const bool is_mapped = record_.Visible && !(is_minimized && !record_.InTaskBar);
@@ -213,9 +218,9 @@ void WindowsWindow::Sync() {
   raise_is_requested_ = false;
 }
 
-void WindowsWindow::TellState() {
-  if (record_.State.Get() == told_state_) return;
-  told_state_ = record_.State;
+void WindowsWindow::EmitResized() {
+  if (record_.State.Get() == emitted_state_) return;
+  emitted_state_ = record_.State;
   Report([this] { record_.Resized.Emit(); });
 }
 
@@ -305,7 +310,7 @@ void WindowsWindow::ReportState() {
   if (is_applying_ || ::IsWindowVisible(native_) == 0 || record_.State.Get() == state) return;
   ordered_state_ = state;
   Report([&] { record_.State = state; });
-  TellState();
+  EmitResized();
 }
 
 void WindowsWindow::ReportActivation() {
@@ -449,6 +454,7 @@ LRESULT WindowsWindow::Serve(UINT message, WPARAM first, LPARAM second) {
     ServeMouse(message, first, second);
     return 0;
   }
+  if (IsKey(message) && ServeDrawnKey(message, first, second)) return 0;
   switch (message) {
     case WM_PAINT:
       Paint();
@@ -481,24 +487,13 @@ LRESULT WindowsWindow::Serve(UINT message, WPARAM first, LPARAM second) {
       MarkFocused(nullptr);
       return 0;
     case WM_MOUSELEAVE:
-      hears_leaving_ = false;
-      if (pressed_ == nullptr) MoveOver(nullptr);
+      ServeMouseLeave();
       return 0;
     case WM_CAPTURECHANGED:
-      // Somebody else took the mouse: the press has no end.
-      if (DrawnPeer* lost = std::exchange(pressed_, nullptr)) {
-        lost->OnPressLost();
-        MoveOver(nullptr);
-      }
+      ServeLostCapture();
       return 0;
     case WM_SETCURSOR:
       if (ServePointer(reinterpret_cast<HWND>(first), LOWORD(second))) return 1;
-      break;
-    case WM_KEYDOWN:
-    case WM_SYSKEYDOWN:
-    case WM_KEYUP:
-    case WM_SYSKEYUP:
-      if (ServeDrawnKey(message, first, second)) return 0;
       break;
     case WM_COMMAND:
       return ServeCommand(first, second);

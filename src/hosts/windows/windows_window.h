@@ -79,6 +79,8 @@ class WindowsWindow final {
   LRESULT ServeNotice(NMHDR& header);
   LRESULT ServeColor(UINT message, WPARAM first, LPARAM second);
   void ServeMouse(UINT message, WPARAM first, LPARAM second);
+  void ServeMouseLeave();
+  void ServeLostCapture();
   bool ServeDrawnKey(UINT message, WPARAM first, LPARAM second);
   bool ServeAccessKey(char32_t typed);
   bool ServePointer(HWND over, UINT place);
@@ -94,7 +96,7 @@ class WindowsWindow final {
 
   void RequestSync();
   void Sync();
-  void TellState();
+  void EmitResized();
   void ApplyTaskBar();
   void ApplyAlpha();
   void ApplyPosition();
@@ -152,7 +154,7 @@ class WindowsWindow final {
   Raster pointer_picture_;  ///< what the next one was made of
   HCURSOR pointer_ = nullptr;
 
-  WindowState told_state_ = WindowState::kNormal;
+  WindowState emitted_state_ = WindowState::kNormal;
   std::optional<WindowState> ordered_state_;
   bool sync_is_requested_ = false;
   bool raise_is_requested_ = false;

@@ -159,6 +159,19 @@ void WindowsWindow::ServeMouse(UINT message, WPARAM first, LPARAM second) {
   }
 }
 
+void WindowsWindow::ServeMouseLeave() {
+  hears_leaving_ = false;
+  if (pressed_ == nullptr) MoveOver(nullptr);
+}
+
+// Somebody else took the mouse: the press has no end.
+void WindowsWindow::ServeLostCapture() {
+  DrawnPeer* lost = std::exchange(pressed_, nullptr);
+  if (lost == nullptr) return;
+  lost->OnPressLost();
+  MoveOver(nullptr);
+}
+
 // What is dragged over it.
 
 void WindowsWindow::FollowDrops() {

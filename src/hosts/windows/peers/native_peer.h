@@ -15,7 +15,7 @@ class NativePeer : public Peer {
 
   HWND Native() const { return native_; }
 
-  // By the window: what the control tells it.
+  // Called by the window, which gets what the control reports.
   virtual void OnCommand(WORD /*code*/) {}
   virtual LRESULT OnNotify(NMHDR& /*header*/) { return 0; }
   /// Sets the colours of a text and returns the ground's; null for the system's.

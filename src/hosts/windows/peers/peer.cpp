@@ -3,16 +3,10 @@
 namespace tarnvale {
 namespace {
 
-bool IsShownWithContainers(const Control& control) {
+// Whether a control and all of its containers have a flag set.
+bool HasWithContainers(const Control& control, Property<bool> Control::*flag) {
   for (const Control* c = &control; c != nullptr; c = c->Parent()) {
-    if (!c->Visible) return false;
-  }
-  return true;
-}
-
-bool IsEnabledWithContainers(const Control& control) {
-  for (const Control* c = &control; c != nullptr; c = c->Parent()) {
-    if (!c->Enabled) return false;
+    if (!(c->*flag)) return false;
   }
   return true;
 }
@@ -24,10 +18,9 @@ Peer::Peer(PeerContext& context, WindowsWindow& window, Control& record, const R
     : context_(context),
       window_(window),
       record_(record),
-      container_(container),
       area_(context.ToDevice(place)),
-      is_shown_(IsShownWithContainers(record)),
-      is_usable_(IsEnabledWithContainers(record)) {
+      is_shown_(HasWithContainers(record, &Control::Visible)),
+      is_usable_(HasWithContainers(record, &Control::Enabled)) {
   seen_area_ = area_;
   if (container == nullptr) return;
   ::OffsetRect(&area_, container->area_.left, container->area_.top);
@@ -39,8 +32,8 @@ Peer::~Peer() {
 }
 
 void Peer::UpdateReach() {
-  const bool is_shown = IsShownWithContainers(record_);
-  const bool is_usable = IsEnabledWithContainers(record_);
+  const bool is_shown = HasWithContainers(record_, &Control::Visible);
+  const bool is_usable = HasWithContainers(record_, &Control::Enabled);
   if (std::exchange(is_usable_, is_usable) != is_usable) OnUsable(is_usable);
   if (std::exchange(is_shown_, is_shown) != is_shown) OnShown(is_shown);
 }

@@ -92,8 +92,6 @@ class Peer : public FrameClient {
   /// Has OnFrame called before the next screen update.
   void RequestFrame() { context_.frames.Request(*this); }
 
-  const Peer* Container() const { return container_; }
-
   virtual void OnShown(bool /*is_shown*/) {}
   virtual void OnUsable(bool /*is_usable*/) {}
 
@@ -102,7 +100,6 @@ class Peer : public FrameClient {
 
  private:
   Control& record_;
-  const Peer* container_;
   RECT area_{};
   RECT seen_area_{};
   bool is_shown_ = false;
