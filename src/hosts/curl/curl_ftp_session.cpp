@@ -248,9 +248,15 @@ CURLcode CurlFtpSession::Speak(Lock& lock) {
       (UrlOf(login_.host) + "/" + (request_.remote.empty() ? "" : remote)).c_str());
   curl_free(remote);
   Set(easy_, CURLOPT_UPLOAD, request_.verb == FtpVerb::kUpload ? 1L : 0L);
-  // A request for nothing, whose connection isn't kept: libcurl says QUIT.
+  // A request for nothing but QUIT. libcurl's own goodbye, to a connection that isn't kept, would
+  // come behind a request without any command: what the server said unasked is then taken from
+  // memory that was given back (libcurl before 8.6).
   Set(easy_, CURLOPT_NOBODY, closes ? 1L : 0L);
   Set(easy_, CURLOPT_FORBID_REUSE, closes ? 1L : 0L);
+  const std::unique_ptr<curl_slist, void (*)(curl_slist*)> quit(
+      closes ? curl_slist_append(nullptr, "QUIT") : nullptr, curl_slist_free_all);
+  if (closes && !quit) return CURLE_OUT_OF_MEMORY;
+  Set(easy_, CURLOPT_QUOTE, quit.get());
   Set(easy_, CURLOPT_USE_SSL, encryption_);
   Set(easy_, CURLOPT_SSLVERSION, version_);
   Set(easy_, CURLOPT_SERVER_RESPONSE_TIMEOUT,
@@ -326,7 +332,7 @@ void CurlFtpSession::NoteCommand(std::string_view line) {
   Post(TransportState::kRequestSent);
 }
 
-// False for what no FTP server says.
+// False for what ends the request: what no FTP server says, and the last word.
 bool CurlFtpSession::NoteReply(std::string_view line) {
   if (last_ == TransportState::kConnecting) Post(TransportState::kConnected);
   const bool has_code = HasReplyCode(line);
@@ -340,7 +346,8 @@ bool CurlFtpSession::NoteReply(std::string_view line) {
   // An upload begins with every reply that isn't a refusal.
   const bool begins = line.front() == '1' || (spoken_ == "STOR" && line.front() < '4');
   if (begins && SocketOf(Role::kData)) watch_.BeginData(Now());
-  return true;
+  // Whatever the answer: libcurl would say goodbye once more.
+  return spoken_ != "QUIT";
 }
 
 // Reads or writes the local file, which may take for ever. False when that failed or

@@ -483,6 +483,21 @@ TEST_F(FtpHostile, AQuitWithoutAnAnswerDisconnectsWhenTheServerHangsUp) {
 #endif
 }
 
+TEST_F(FtpHostile, WhatAServerSaidUnaskedIsTakenForTheAnswerToAQuit) {
+  // Another reply right behind the last one, as of a server that ends a session by itself.
+  ScriptedServer server([](Talk& talk) {
+    BeginListing(talk);
+    SendListing(talk);
+    talk.Say("226 done\r\n421 you were idle\r\n");
+    talk.Hang();
+  });
+  Configure(server.Port(), kLimitSeconds);
+  ASSERT_EQ(Run("DIR").code, kTransferNoError);
+  const FtpRun run = Run("CLOSE");
+  EXPECT_EQ(run.code, kTransferNoError);
+  EXPECT_THAT(run.states, ElementsAre(5, 6, 7, 8, 9, 10, 12));
+}
+
 TEST_F(FtpHostile, CancelWhileAServerIsSilentEndsAtOnceAndReportsNothing) {
   std::atomic<bool> hung_up = false;
   ScriptedServer server([&hung_up](Talk& talk) { talk.Hang(), hung_up = true; });
