@@ -8,6 +8,8 @@
 namespace tarnvale {
 namespace {
 
+constexpr std::size_t kOrdinaryPath = 1000;  // bytes: every medium takes that many
+
 bool LeadsStraightDown(std::string_view entry) {
   for (std::size_t at = 0; at <= entry.size();) {
     const std::size_t end = std::min(entry.find_first_of("\\/", at), entry.size());
@@ -47,8 +49,11 @@ std::optional<Path> ExtractionNames::PathOf(const std::string& entry) {
     path += '\\';
     at = end + 1;
     if (place->names.size() > known) {
-      // A new folder is empty.
+      // A new folder is empty. Made by its own name, it needn't be looked for in another case
+      // among all those beside it. A path that may be too long is left to the medium, which
+      // refuses it before anything is made.
       path += entry.substr(at);
+      if (path.size() <= kOrdinaryPath) Make(place->path, *name, Kind::kFolder);
       break;
     }
   }
@@ -108,10 +113,9 @@ std::optional<std::string> ExtractionNames::NameIn(Place& place, const std::stri
     place.given[name] = real;
     return real;
   }
-  const bool is_alone = place.folded.insert(folded).second;
-  if (is_alone && kind == Kind::kFile) {
-    new_file_ = NewFile{place.path, name};
-  } else if (!Make(place.path, name, kind) && !is_alone) {
+  if (place.folded.insert(folded).second) {
+    if (kind == Kind::kFile) new_file_ = NewFile{place.path, name};
+  } else if (!Make(place.path, name, kind)) {
     // Something of another case is there, and there is no place beside it.
     return std::nullopt;
   }

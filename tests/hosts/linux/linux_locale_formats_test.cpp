@@ -8,6 +8,12 @@
 #include "tests/hosts/contract/temporary_folder.h"
 #include "tests/hosts/contract/variable_for.h"
 
+// The C library keeps a copy of LOCPATH for each locale that is found there.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the sanitizer's name
+extern "C" const char* __lsan_default_suppressions() {
+  return "leak:argz_add_sep";
+}
+
 namespace tarnvale::testing {
 namespace {
 
