@@ -451,8 +451,10 @@ void InetFtpSession::OnStatus(DWORD status, DWORD count) {
       if (request_.verb == FtpVerb::kList) bytes_ += count;
       Post(TransportState::kResponseReceived);
       goes_on_ = reply.starts_with('1') || (reply.size() > 3 && reply[3] == '-');
-      // WinINet would go on talking to a server that takes nobody.
-      if (reply.starts_with("421")) Post(TransportState::kError, kTransferConnectionAborted);
+      // WinINet would go on talking to a server that takes nobody. A closing ends by itself.
+      if (reply.starts_with("421") && request_.verb != FtpVerb::kClose) {
+        Post(TransportState::kError, kTransferConnectionAborted);
+      }
       return;
     }
     case INTERNET_STATUS_CLOSING_CONNECTION:
