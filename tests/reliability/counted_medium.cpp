@@ -65,12 +65,6 @@ extern "C" ssize_t write(int file, const void* bytes, size_t size) {
   return ::syscall(SYS_write, file, bytes, fitting);
 }
 
-extern "C" ssize_t pwrite(int file, const void* bytes, size_t size, off_t at) {
-  const std::size_t fitting = tarnvale::reliability::Fitting(file, size);
-  if (size > 0 && fitting == 0) return tarnvale::reliability::WithoutRoom();
-  return ::syscall(SYS_pwrite64, file, bytes, fitting, at);
-}
-
 extern "C" ssize_t copy_file_range(int source, off64_t* source_at, int target, off64_t* target_at,
                                    size_t size, unsigned flags) {
   const std::size_t fitting = tarnvale::reliability::Fitting(target, size);

@@ -247,6 +247,8 @@ bool AtomicCopy::CopyNameless(const Source& source, const CopyTarget& target) {
 void AtomicCopy::CopyNamed(const Source& source, const CopyTarget& target) {
   Replacement to(slot_, target.folder, target.spot.folder_fd);
   if (!to.Create(CreationMode(source))) RaiseForTarget(errno);
+  // It may have been read before.
+  if (target.is_new) ::lseek(source.file.Get(), 0, SEEK_SET);
   CopyInto(source, to.Fd());
   Commit(to, target);
 }

@@ -44,7 +44,5 @@ class Descriptor {
 /// Writes all of it, in as many pieces as the system takes it. False when that
 /// fails, with `errno` set; some of it may then have been written.
 bool WriteAll(int fd, std::string_view bytes);
-/// The same from a position on, which the descriptor's own isn't.
-bool WriteAllAt(int fd, off_t position, std::string_view bytes);
 
 }  // namespace tarnvale

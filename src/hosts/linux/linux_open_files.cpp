@@ -16,7 +16,6 @@
 #include "hosts/linux/copy_data.h"
 #include "hosts/linux/file_state.h"
 #include "hosts/linux/folder_scan.h"
-#include "hosts/linux/linux_workers.h"
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
@@ -68,7 +67,13 @@ class LinuxFile final : public NativeFile {
   }
 
   void WriteAt(std::int64_t position, std::string_view bytes) override {
-    if (!WriteAllAt(file_.Get(), position, bytes)) RaiseForWriting();
+    while (!bytes.empty()) {
+      const ssize_t done = ::pwrite(file_.Get(), bytes.data(), bytes.size(), position);
+      if (done < 0 && errno == EINTR) continue;
+      if (done <= 0) RaiseForWriting();
+      position += done;
+      bytes.remove_prefix(static_cast<std::size_t>(done));
+    }
   }
 
   std::int64_t Length() override { return Info().st_size; }
@@ -209,83 +214,61 @@ Descriptor LinuxOpenFiles::ForOwnUse(const Path& file) {
 std::size_t LinuxOpenFiles::Copy(int from, int to, std::span<std::uint8_t> buffer) {
   OpenFile& source = RequireReadable(from);
   OpenFile& target = RequireWritable(to);
-  const auto begun = copies_.find(to);
-  const bool goes_on =
-      begun != copies_.end() && begun->second.GoesOn(from, source.position, target.position);
-  if (!goes_on) {
-    if (Own(*source.opened.file).Is(Own(*target.opened.file).Info())) {
-      return OpenFiles::Copy(from, to, buffer);
-    }
-    // What the source is still to be given is before its position.
-    Settle(to);
+  const GatheredCopy fresh{from, source.position, target.position};
+  const auto begun = gathered_.find(to);
+  const bool goes_on = begun != gathered_.end() && begun->second.GoesOn(fresh);
+  if (!goes_on && Own(*source.opened.file).Is(Own(*target.opened.file).Info())) {
+    return OpenFiles::Copy(from, to, buffer);
   }
-  SteppedCopy& copy = copies_[to];
-  if (!goes_on) {
-    copy.from = from;
-    copy.gathered = {.from = source.position, .to = target.position};
-  }
+  // What the source was still to be given, and what came from elsewhere.
+  if (gathered_.contains(from)) Settle(from);
+  if (!goes_on && gathered_.contains(to)) Settle(to);
+  GatheredCopy& copy = gathered_.try_emplace(to, fresh).first->second;
   const auto wanted = static_cast<std::int64_t>(buffer.size());
   // Not at each small step: a file that has become shorter since is found out by the copy itself.
   if (copy.from_length - source.position < wanted) copy.from_length = source.opened.file->Length();
   const std::int64_t left = copy.from_length - source.position;
   const std::int64_t count = std::clamp<std::int64_t>(left, 0, wanted);
-  copy.gathered.bytes += count;
+  copy.count += count;
   source.position += count;
   target.position += count;
   if (count < wanted) {
-    EndCopy(to);
-  } else if (copy.gathered.bytes >= most_gathered_) {
-    BeginPiece(to);
+    CopyGathered(to);
+  } else if (copy.count >= most_gathered_) {
+    // A piece that ends within a page of the target takes half as long again.
+    CopyGathered(to, target.position % kLeastGathered);
   }
   return static_cast<std::size_t>(count);
 }
 
 void LinuxOpenFiles::Settle(int number) {
   PassedOver pass;
-  for (auto next = copies_.begin(); next != copies_.end();) {
+  for (auto next = gathered_.begin(); next != gathered_.end();) {
     const auto& [to, copy] = *next++;
-    if (to == number || copy.from == number) pass.Step([&, target = to] { EndCopy(target); });
+    if (to != number && copy.from != number) continue;
+    pass.Step([&, target = to] { CopyGathered(target); });
   }
   if (pass.StandingError()) throw ProgramError(*pass.StandingError());
 }
 
-// The next steps are gathered meanwhile. A piece that ends within a page of the target takes
-// half as long again, so what is behind its last whole piece stays gathered.
-void LinuxOpenFiles::BeginPiece(int to) {
-  auto held = copies_.extract(to);
-  SteppedCopy& copy = held.mapped();
-  Await(copy);
-  CopiedRange piece = copy.gathered;
-  piece.bytes -= (piece.to + piece.bytes) % kLeastGathered;
-  // Without another processor it is done when somebody waits for it.
-  const auto policy = LinuxWorkers().Helpers() > 0 ? std::launch::async | std::launch::deferred
-                                                   : std::launch::deferred;
-  copy.under_way = std::async(policy, CopyPiece, FdOf(copy.from), FdOf(to), piece);
-  copy.gathered.from += piece.bytes;
-  copy.gathered.to += piece.bytes;
-  copy.gathered.bytes -= piece.bytes;
-  copies_.insert(std::move(held));
-}
-
-void LinuxOpenFiles::EndCopy(int to) {
-  auto held = copies_.extract(to);
-  SteppedCopy& copy = held.mapped();
-  Await(copy);
-  if (copy.gathered.bytes > 0) FitToMedium(CopyPiece(FdOf(copy.from), FdOf(to), copy.gathered));
-}
-
-void LinuxOpenFiles::Await(SteppedCopy& copy) {
-  if (copy.under_way.valid()) FitToMedium(copy.under_way.get());
-}
-
-std::chrono::nanoseconds LinuxOpenFiles::CopyPiece(int source, int target, CopiedRange piece) {
+void LinuxOpenFiles::CopyGathered(int to, std::int64_t rest) {
+  GatheredCopy copy = gathered_.extract(to).mapped();
+  copy.count -= rest;
+  const int source = Own(*Find(copy.from).opened.file).Fd();
+  const int target = Own(*Find(to).opened.file).Fd();
+  if (::lseek(source, copy.from_position, SEEK_SET) < 0 ||
+      ::lseek(target, copy.to_position, SEEK_SET) < 0) {
+    throw ProgramError(kDeviceIoError);
+  }
   const auto began = std::chrono::steady_clock::now();
-  if (CopyRange(source, target, piece) != piece.bytes) throw ProgramError(kInputPastEnd);
-  return std::chrono::steady_clock::now() - began;
-}
-
-int LinuxOpenFiles::FdOf(int number) {
-  return Own(*Find(number).opened.file).Fd();
+  const bool is_whole = CopyRange(source, target, copy.count) == copy.count;
+  FitToMedium(std::chrono::steady_clock::now() - began);
+  if (!is_whole) throw ProgramError(kInputPastEnd);
+  if (rest == 0) return;
+  copy.from_position += copy.count;
+  copy.to_position += copy.count;
+  copy.count = rest;
+  gathered_.emplace(to, copy);
 }
 
 void LinuxOpenFiles::FitToMedium(std::chrono::nanoseconds took) {
