@@ -5,7 +5,6 @@
 #include <optional>
 #include <stdexcept>
 #include <thread>
-#include <utility>
 
 #include "hosts/curl/curl_ftp_transport.h"
 #include "tests/support/fake_clock.h"
@@ -14,6 +13,7 @@
 #include "tests/support/fake_random.h"
 #include "tests/support/fake_windows.h"
 #include "tests/support/manual_loop.h"
+#include "tests/support/real_waits.h"
 
 namespace tarnvale::reliability {
 namespace {
@@ -21,23 +21,13 @@ namespace {
 using namespace std::chrono_literals;
 
 // Virtual time goes by while the real machine is waited for.
-class PatientLoop : public EventLoop {
+class PatientLoop : public testing::RealWaits {
  public:
-  explicit PatientLoop(EventLoop& loop) : loop_(loop) {}
-  void Yield() override { loop_.Yield(); }
+  using RealWaits::RealWaits;
   void WaitPass() override {
     loop_.WaitPass();
     std::this_thread::sleep_for(100us);
   }
-  int Run() override { return loop_.Run(); }
-  void Quit(int code) override { loop_.Quit(code); }
-  bool IsEnding() const override { return loop_.IsEnding(); }
-  void Post(std::function<void()> job) override { loop_.Post(std::move(job)); }
-  TimerQueue& Timers() override { return loop_.Timers(); }
-  int Nesting() const override { return loop_.Nesting(); }
-
- private:
-  EventLoop& loop_;
 };
 
 // Keeps nothing of what it was sent, so that memory stays what the program needs.

@@ -7,47 +7,23 @@
 #include <sys/types.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <sstream>
 #include <string>
-#include <thread>
-#include <utility>
 #include <vector>
 
 #include "core/engine.h"
 #include "hosts/linux/linux_host.h"
 #include "tests/hosts/contract/temporary_folder.h"
 #include "tests/support/fake_machine.h"
+#include "tests/support/real_waits.h"
 
 namespace tarnvale::testing {
 
 /// When files of the tests were changed, if nothing else is said.
 inline constexpr std::int64_t kNoon = 1205496000;
-
-/// The test machine's loop, but a wait for the real machine takes the real time and
-/// none of the test's.
-class RealWaits : public EventLoop {
- public:
-  explicit RealWaits(EventLoop& loop) : loop_(loop) {}
-  void Yield() override { loop_.Yield(); }
-  void WaitPass() override {
-    loop_.Yield();
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  int Run() override { return loop_.Run(); }
-  void Quit(int code) override { loop_.Quit(code); }
-  bool IsEnding() const override { return loop_.IsEnding(); }
-  void Post(std::function<void()> job) override { loop_.Post(std::move(job)); }
-  TimerQueue& Timers() override { return loop_.Timers(); }
-  int Nesting() const override { return loop_.Nesting(); }
-
- private:
-  EventLoop& loop_;
-};
 
 class RealRun : public ::testing::Test {
  protected:
