@@ -51,4 +51,8 @@ int CheckProgramKills(int kills, std::uint64_t seed, const std::string& only);
 /// operation. Negative where no process can be traced.
 int CheckPowerLoss(const std::string& only);
 
+/// Takes the medium of the copies away at each call of each operation, one of `share` by
+/// chance, and puts it back. Negative where there is no such medium.
+int CheckMediumLoss(int share, std::uint64_t seed, const std::string& only);
+
 }  // namespace tarnvale::reliability

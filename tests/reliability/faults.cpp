@@ -1,6 +1,4 @@
 // Each system call of the file layer fails once, in each operation.
-#include <sys/wait.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
@@ -52,11 +50,7 @@ void Inject(Stage& stage, Fault fault, Totals& totals, Findings& findings) {
   ++totals.faults;
   const std::string when = run.failed_call + " (point " + std::to_string(fault.point) +
                            ") ends in " + NameOfFault(fault);
-  if (run.hung) {
-    findings.Add(when + ": it hangs");
-  } else if (!WIFEXITED(run.status) || WEXITSTATUS(run.status) != 0) {
-    findings.Add(when + ": the process ends with status " + std::to_string(run.status));
-  }
+  CheckEnd(run, when, findings);
   stage.CheckMessages(when, findings);
   // Required: a folder that can't be opened is copied whole, whatever is newer. These
   // are the calls that open folders.
@@ -117,7 +111,7 @@ int ShowFault(const std::string& name, Fault fault) {
 
 int CheckFaults(int share, std::uint64_t seed, const std::string& only) {
   if (!CanTrace()) {
-    std::printf("faults: no process can be traced here\n");
+    std::printf("skipped: no process can be traced here\n");
     return -1;
   }
   Findings findings;
@@ -144,11 +138,7 @@ int CheckFaults(int share, std::uint64_t seed, const std::string& only) {
     std::printf("faults: %-18s %5d points, %6d faults, %d temporaries left, %.0f s\n",
                 operation.name.c_str(), totals.points, totals.faults, stage.LeftByThem(),
                 took.count());
-    for (const auto& [text, count] : stage.AllShown()) {
-      std::string line = text.substr(0, 60);
-      for (char& c : line) c = c == '\n' ? ' ' : c;
-      std::printf("        shown %d times: %s\n", count, line.c_str());
-    }
+    stage.PrintShown();
     std::fflush(stdout);
     all.points += totals.points;
     all.faults += totals.faults;

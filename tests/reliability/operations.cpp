@@ -200,7 +200,13 @@ std::vector<Operation> MakeOperations() {
        {"Archives/Tree.tvz", "Out/one.txt", "Out/Sub"},
        {"The archive does not exist!"}},
       {"split", Split, {"Parts/"}, {"An Error Has Occured!"}},
-      {"join", Join, {"Whole/file.tvz"}, {}, {"Joined/"}, false},
+      {.name = "join",
+       .work = Join,
+       .in_place = {"Whole/file.tvz"},
+       .messages = {},
+       .flushed_late = {"Joined/"},
+       .in_the_way = "Whole/file.tvz",
+       .fails_in_silence = true},
       {"back up a profile",
        [](WholeProgram& program) {
          UseProfile(program);
@@ -502,8 +508,12 @@ void Stage::CheckNextStart(const std::string& when, Findings& findings) {
 }
 
 void Stage::CheckRepetition(const std::string& when, Findings& findings, bool copied_whole) {
-  if (!operation_.is_repeatable) return;
+  if (!operation_.in_the_way.empty()) fs::remove(Drive() / operation_.in_the_way);
   RunWhole(Work());
+  if (CountTemporaries(work_.Path()) > 0) {
+    findings.Add(operation_.name + ", " + when + ": a temporary survived the next time");
+  }
+  if (!operation_.is_repeatable) return;
   const Snapshot now = Now();
   for (const auto& [path, state] : after_) {
     const auto found = now.find(path);
@@ -514,9 +524,6 @@ void Stage::CheckRepetition(const std::string& when, Findings& findings, bool co
       findings.Add(operation_.name + ", " + when + ": " + path + " isn't new after the next time");
     }
   }
-  if (CountTemporaries(work_.Path()) > 0) {
-    findings.Add(operation_.name + ", " + when + ": a temporary survived the next time");
-  }
 }
 
 void Stage::CheckMessages(const std::string& when, Findings& findings) {
@@ -525,6 +532,17 @@ void Stage::CheckMessages(const std::string& when, Findings& findings) {
     ++all_shown_[text];
     if (usual_messages_.contains(text) || BeginsWithOneOf(text, operation_.messages)) continue;
     findings.Add(operation_.name + ", " + when + ": \"" + text + "\" is shown");
+  }
+  if (shown_->count == 0 && !usual_messages_.empty() && !operation_.fails_in_silence) {
+    findings.Add(operation_.name + ", " + when + ": nothing is shown");
+  }
+}
+
+void Stage::PrintShown() const {
+  for (const auto& [text, count] : all_shown_) {
+    std::string line = text.substr(0, 60);
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    std::printf("        shown %d times: %s\n", count, line.c_str());
   }
 }
 

@@ -36,6 +36,10 @@ struct Operation {
   /// Whether it takes the FTP server, whose files are then those below "Server". One that is
   /// being uploaded has the beginning of the new one: no word of the protocol could tell.
   bool takes_server = false;
+  /// What lies in its way when it has failed, until the user deletes it.
+  std::string in_the_way = {};
+  /// Whether nothing is shown when it fails, where a box says that it didn't.
+  bool fails_in_silence = false;
 };
 
 /// Where no FTP server can be started, those that take it are left out.
@@ -62,9 +66,10 @@ class Stage {
   void CheckNothingIsHarmed(const std::string& when, Findings& findings, bool copies_whole = false);
   /// Starts the program anew and lets it end. Temporaries must be gone then.
   void CheckNextStart(const std::string& when, Findings& findings);
-  /// Does the operation once more, where that leads to the same result.
+  /// Does the operation once more. No temporary is left then, and what comes of it is the
+  /// same where it is repeatable.
   void CheckRepetition(const std::string& when, Findings& findings, bool copied_whole = false);
-  /// Whether everything shown is prescribed.
+  /// Whether everything shown is prescribed, and what has to be shown is.
   void CheckMessages(const std::string& when, Findings& findings);
 
   std::chrono::microseconds Duration() const { return duration_; }
@@ -75,7 +80,8 @@ class Stage {
   std::filesystem::path Drive() const { return work_.Path() / "drive"; }
   bool IsWrittenInPlace(const std::string& path) const;
   bool IsFlushedLate(const std::string& path) const;
-  const std::map<std::string, int>& AllShown() const { return all_shown_; }
+  /// Prints what was shown so far, and how often.
+  void PrintShown() const;
   int LeftByThem() const { return left_; }
   int CutShortOnServer() const { return cut_short_; }
 

@@ -2,6 +2,7 @@
 //
 //   tarnvale_operations faults SHARE [SEED [OPERATION]]   one of SHARE faults; 1: all
 //   tarnvale_operations kills KILLS [SEED [OPERATION]]
+//   tarnvale_operations medium SHARE [SEED [OPERATION]]   one of SHARE losses; 1: all
 //   tarnvale_operations clock SHARE [SEED [OPERATION]]    one of SHARE jumps; 1: all
 //   tarnvale_operations soak HOURS
 //   tarnvale_operations power [OPERATION]
@@ -38,13 +39,14 @@ int Run(int argc, char** argv) {
   const std::uint64_t seed = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 1;
   std::printf("seed %llu\n", static_cast<unsigned long long>(seed));
   if (what == "faults" && count > 0) return CheckFaults(count, seed, argument(4));
+  if (what == "medium" && count > 0) return CheckMediumLoss(count, seed, argument(4));
   if (what == "clock" && count > 0) return CheckClockJumps(count, seed, argument(4));
   if (what == "soak" && count > 0) return CheckSoak(count);
   if (what == "kills" && count > 0) return CheckProgramKills(count, seed, argument(4));
-  std::fprintf(
-      stderr,
-      "usage: tarnvale_operations faults SHARE | kills KILLS | clock SHARE | soak HOURS | power | "
-      "list\n");
+  std::fprintf(stderr,
+               "usage: tarnvale_operations faults SHARE | kills KILLS | medium SHARE | clock SHARE "
+               "| soak HOURS | "
+               "power | list\n");
   return 1;
 }
 

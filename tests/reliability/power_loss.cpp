@@ -158,7 +158,7 @@ class Recording {
 
 int CheckPowerLoss(const std::string& only) {
   if (!CanTrace()) {
-    std::printf("power loss: no process can be traced here\n");
+    std::printf("skipped: no process can be traced here\n");
     return -1;
   }
   Findings findings;

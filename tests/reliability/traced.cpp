@@ -313,6 +313,14 @@ bool CanTrace() {
 
 #endif
 
+void CheckEnd(const TracedRun& run, const std::string& when, Findings& findings) {
+  if (run.hung) {
+    findings.Add(when + ": it hangs");
+  } else if (!WIFEXITED(run.status) || WEXITSTATUS(run.status) != 0) {
+    findings.Add(when + ": the process ends with status " + std::to_string(run.status));
+  }
+}
+
 std::string TextIn(pid_t process, std::uint64_t address) {
   std::string text;
   std::array<char, 256> piece{};

@@ -9,6 +9,8 @@
 #include <optional>
 #include <string>
 
+#include "tests/reliability/workbench.h"
+
 namespace tarnvale::reliability {
 
 /// One system call of the file layer, as it is about to be made.
@@ -39,6 +41,9 @@ bool CanTrace();
 /// the processes that it starts.
 TracedRun RunTraced(const std::function<void()>& work, std::optional<Fault> fault,
                     const std::function<void(const FileCall&)>& watch = {});
+
+/// Whether it ended by itself, and well.
+void CheckEnd(const TracedRun& run, const std::string& when, Findings& findings);
 
 /// The name of a call of the file layer.
 std::string NameOfCall(std::int64_t number);
