@@ -1,5 +1,8 @@
 #include "hosts/linux/copy_data.h"
 
+#include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -16,7 +19,7 @@ namespace {
 constexpr std::size_t kBufferBytes = std::size_t{256} * 1024;
 constexpr off_t kBlockBytes = 512;  // the unit of st_blocks, whatever the medium
 // One call can't be interrupted by much more than this.
-constexpr std::size_t kMostAtOnce = std::size_t{64} * 1024 * 1024;
+constexpr off_t kMostAtOnce = off_t{64} * 1024 * 1024;
 
 // As CopyRange, through memory.
 off_t CopyByBuffer(int source, int target, off_t most) {
@@ -61,22 +64,48 @@ bool CopySparse(int source, int target, off_t size) {
   return true;
 }
 
+// Where room that is taken ahead saves a quarter of the time of writing. Media that share or
+// compress blocks couldn't any more, and on files in memory it costs more than it saves.
+bool GainsByRoomAhead(int target) {
+  struct statfs medium {};
+  return ::fstatfs(target, &medium) == 0 && medium.f_type == EXT4_SUPER_MAGIC;
+}
+
+// Takes room for what comes next. The copy itself tells when there is none.
+void TakeRoom(int target, off_t bytes) {
+  ::fallocate(target, FALLOC_FL_KEEP_SIZE, ::lseek(target, 0, SEEK_CUR), bytes);
+}
+
+// Gives back the room behind the end of the file.
+void GiveRoomBack(int target) {
+  struct stat info {};
+  if (::fstat(target, &info) != 0 || ::ftruncate(target, info.st_size) != 0) {
+    RaiseNative(errno, Attempt::kChange);
+  }
+}
+
 }  // namespace
 
 off_t CopyRange(int source, int target, off_t most) {
+  const bool gains = GainsByRoomAhead(target);
   off_t done = 0;
   while (done < most) {
-    const auto wanted = std::min(static_cast<std::size_t>(most - done), kMostAtOnce);
-    const ssize_t got = ::copy_file_range(source, nullptr, target, nullptr, wanted, 0);
+    const off_t wanted = std::min(most - done, kMostAtOnce);
+    if (gains) TakeRoom(target, wanted);
+    const ssize_t got =
+        ::copy_file_range(source, nullptr, target, nullptr, static_cast<std::size_t>(wanted), 0);
     if (got > 0) {
       done += got;
     } else if (got == 0 || MeansUnsupported(errno)) {
       // Some file systems give 0 instead of their bytes: only reading shows which.
-      return done + CopyByBuffer(source, target, most - done);
+      done += CopyByBuffer(source, target, most - done);
+      break;
     } else if (errno != EINTR) {
       RaiseNative(errno, Attempt::kChange);
     }
   }
+  // The source has become shorter.
+  if (gains && done < most) GiveRoomBack(target);
   return done;
 }
 

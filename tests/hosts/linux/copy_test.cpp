@@ -5,6 +5,8 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "hosts/linux/copy_data.h"
+#include "hosts/linux/descriptor.h"
 #include "tests/hosts/contract/full_medium.h"
 #include "tests/hosts/linux/call_hooks.h"
 #include "tests/hosts/linux/linux_drive.h"
@@ -58,6 +60,19 @@ TEST_F(CopyTest, TimePermissionsAndExtendedAttributesGoAlong) {
   value.resize(static_cast<std::size_t>(
       ::getxattr(Native("target").c_str(), "user.colour", value.data(), value.size())));
   EXPECT_EQ(value, "blue");
+}
+
+// Room is taken ahead for all that is announced, where that helps.
+TEST_F(CopyTest, WhatASourceNoLongerHasTakesNoRoom) {
+  constexpr std::size_t kLeft = 400'000;
+  constexpr blkcnt_t kSpareBlocks = 128;  // of 512 bytes
+  Write("source", Pattern(kLeft));
+  Write("target", "");
+  const Descriptor source(::open(Native("source").c_str(), O_RDONLY));
+  const Descriptor target(::open(Native("target").c_str(), O_WRONLY));
+  EXPECT_EQ(CopyRange(source.Get(), target.Get(), 50'000'000), off_t{kLeft});
+  EXPECT_TRUE(Read("target") == Pattern(kLeft));
+  EXPECT_LE(Info("target").st_blocks, blkcnt_t{kLeft / 512} + kSpareBlocks);
 }
 
 // On media with times in steps of two seconds a copy seems older than its original, or
