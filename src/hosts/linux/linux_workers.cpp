@@ -20,7 +20,7 @@ namespace tarnvale {
 namespace {
 
 // Larger ones keep a processor busy by themselves.
-constexpr std::int64_t kLargestAhead = std::int64_t{256} << 10U;
+constexpr std::size_t kLargestAhead = std::size_t{256} << 10U;
 // Of all files of one call.
 constexpr std::size_t kMostAhead = std::size_t{8} << 20U;
 constexpr std::size_t kLargePageBytes = std::size_t{2} << 20U;
@@ -66,8 +66,8 @@ void LinuxWorkers::ReadAhead(std::vector<Path> files) {
   std::swap(ready_, in_work_);
   next_taken_ = 0;
   in_work_.files.clear();
-  in_work_.bytes.clear();
-  if (files.empty()) in_work_.bytes.shrink_to_fit();
+  in_work_.count = 0;
+  if (files.empty()) in_work_.bytes.reset();
   if (files.empty() || Helpers() == 0) return;
   for (const Path& file : files) {
     in_work_.files.emplace_back().native = drive_.ToNative(file).value_or("");
@@ -80,27 +80,25 @@ void LinuxWorkers::ReadAhead(std::vector<Path> files) {
 }
 
 void LinuxWorkers::ReadAll(Ahead& ahead) {
-  try {
-    for (AheadFile& file : ahead.files) {
-      if (ahead.bytes.size() < kMostAhead) ReadOne(file, ahead.bytes);
-    }
-  } catch (const std::bad_alloc&) {
-    // The rest is read when it is asked for.
+  if (!ahead.bytes) ahead.bytes.reset(new (std::nothrow) std::uint8_t[kMostAhead + kLargestAhead]);
+  if (!ahead.bytes) return;  // they are read when they are asked for
+  for (AheadFile& file : ahead.files) {
+    if (ahead.count < kMostAhead) ReadOne(file, ahead);
   }
 }
 
 // One that fails is read once more when it is asked for, and fails where it counts.
-void LinuxWorkers::ReadOne(AheadFile& file, std::vector<std::uint8_t>& bytes) {
+void LinuxWorkers::ReadOne(AheadFile& file, Ahead& ahead) {
   // Should a path lead to a pipe or a terminal, opening doesn't wait.
   const Descriptor opened =
       OpenByOwnLinks(AT_FDCWD, file.native, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   if (!opened || ::fstat(opened.Get(), &file.info) != 0) return;
-  if (!S_ISREG(file.info.st_mode) || file.info.st_size > kLargestAhead) return;
+  if (!S_ISREG(file.info.st_mode) || file.info.st_size > off_t{kLargestAhead}) return;
   const auto size = static_cast<std::size_t>(file.info.st_size);
-  file.begin = bytes.size();
-  bytes.resize(file.begin + size);
-  const ssize_t got = ::pread(opened.Get(), bytes.data() + file.begin, size, 0);
-  file.is_read = got >= 0 && static_cast<std::size_t>(got) == size;
+  const ssize_t got = ::pread(opened.Get(), &ahead.bytes[ahead.count], size, 0);
+  if (got < 0 || static_cast<std::size_t>(got) != size) return;
+  file.content = {&ahead.bytes[ahead.count], size};
+  ahead.count += size;
 }
 
 std::optional<std::span<const std::uint8_t>> LinuxWorkers::TakeRead(const Path& file) {
@@ -112,10 +110,10 @@ std::optional<std::span<const std::uint8_t>> LinuxWorkers::TakeRead(const Path& 
   if (next_taken_ == ready_.files.size()) return std::nullopt;
   const AheadFile& read = ready_.files[next_taken_++];
   struct stat info {};
-  if (!read.is_read || ::lstat(read.native.c_str(), &info) != 0 || !SameState(info, read.info)) {
+  if (!read.content || ::lstat(read.native.c_str(), &info) != 0 || !SameState(info, read.info)) {
     return std::nullopt;
   }
-  return std::span(ready_.bytes).subspan(read.begin, static_cast<std::size_t>(info.st_size));
+  return read.content;
 }
 
 }  // namespace tarnvale

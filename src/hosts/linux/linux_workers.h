@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -35,16 +36,16 @@ class LinuxWorkers final : public Workers {
  private:
   struct AheadFile {
     std::string native;
-    struct stat info {};    ///< as it was before it was read
-    std::size_t begin = 0;  ///< of its bytes among all
-    bool is_read = false;
+    struct stat info {};  ///< as it was before it was read
+    std::optional<std::span<const std::uint8_t>> content;
   };
   struct Ahead {
     std::vector<AheadFile> files;
-    std::vector<std::uint8_t> bytes;
+    std::unique_ptr<std::uint8_t[]> bytes;  ///< room for all of them
+    std::size_t count = 0;                  ///< of these taken
   };
   static void ReadAll(Ahead& ahead);
-  static void ReadOne(AheadFile& file, std::vector<std::uint8_t>& bytes);
+  static void ReadOne(AheadFile& file, Ahead& ahead);
 
   DrivePaths drive_;
   Ahead ready_;
