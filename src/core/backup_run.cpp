@@ -64,7 +64,7 @@ void BackupRun::RunBackup() {
     Prepare();
     BuildRunFiles();
     OpenLog();
-    ResetBars();
+    state_.CopyBar = 0;
     run_.count = static_cast<std::int64_t>(settings_.Entries.Count());
     ChooseTargets();
     CopySingleFiles();
@@ -111,11 +111,6 @@ void BackupRun::OpenLog() {
     });
     Step([&] { log_.PrintLine(""); });
   }
-}
-
-void BackupRun::ResetBars() {
-  state_.CopyBar = 0;
-  state_.FileBar = 0;
 }
 
 void BackupRun::ChooseTargets() {

@@ -55,7 +55,6 @@ class BackupRun {
   void Prepare();
   void BuildRunFiles();
   void OpenLog();
-  void ResetBars();
   void ChooseTargets();
   std::vector<RunFolder> FolderItems() const;
   std::string NameInStorage(const Path& source, const std::string& name);

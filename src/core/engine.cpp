@@ -87,8 +87,7 @@ void Engine::ComputeEngineFree() {
   pass.Step([&] { progress = stages.CompressionProgress ? stages.CompressionProgress() : 0; });
   pass.Step([&] { status = stages.ConnectionStatus ? stages.ConnectionStatus() : std::string(); });
   // A test that fails counts as true, and the last test of either value frees.
-  run.EngineFree =
-      pass.StandingError() ? "1" : EngineFreeAfterTick(run.EngineFree, progress, status);
+  run.EngineFree = pass.StandingError() ? "1" : EngineFreeAfterTick(progress, status);
 }
 
 void Engine::ShowNextRun() {

@@ -11,7 +11,7 @@ struct StatusRule {
   const char* engine_free;
 };
 
-// Compared exactly and in this order. The spelling of the texts is theirs.
+// Compared exactly. The spelling of the texts is theirs.
 constexpr std::array kStatusRules = {
     StatusRule{"Transferring File...", "0"},      StatusRule{"Finding Host IP Address", "0"},
     StatusRule{"File Transfer Complete", "0"},    StatusRule{"IP Address Found", "0"},
@@ -25,16 +25,12 @@ constexpr std::array kStatusRules = {
 
 }  // namespace
 
-std::string EngineFreeAfterTick(std::string present, int compression_progress,
-                                const std::string& connection_status) {
-  if (compression_progress != 0) present = "0";
-  if (compression_progress != 100) present = "0";
+std::string EngineFreeAfterTick(int compression_progress, const std::string& connection_status) {
+  if (compression_progress == 0 || compression_progress == 100) return "1";
   for (const StatusRule& rule : kStatusRules) {
-    if (connection_status == rule.status) present = rule.engine_free;
+    if (connection_status == rule.status) return rule.engine_free;
   }
-  if (compression_progress == 0) present = "1";
-  if (compression_progress == 100) present = "1";
-  return present;
+  return "0";
 }
 
 }  // namespace tarnvale

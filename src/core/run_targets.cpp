@@ -36,7 +36,6 @@ void RunTargets::Begin(std::vector<std::string> file_names, std::vector<RunFolde
 
 void RunTargets::End() {
   wanted_ = {};
-  folders_.clear();
   folder_.reset();
 }
 

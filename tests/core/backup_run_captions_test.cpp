@@ -47,6 +47,13 @@ TEST_F(RunCaptionsTest, AnEndedIncrementalRunSaysTheSame) {
   EXPECT_EQ(Status(), "Success >> Copied 2 Items, 11:00 To 11:00 On 3/14/2008.");
 }
 
+TEST_F(RunCaptionsTest, ARunOfABusyEngineEndsWithFullBarsToo) {
+  engine.run.EngineFree = "0";
+  Run();
+  EXPECT_EQ(engine.run.CopyBar, 100);
+  EXPECT_EQ(engine.run.FileBar, 100);
+}
+
 TEST_F(RunCaptionsTest, AnEndedSyncRun) {
   engine.settings.BackupMode.Sync = true;
   machine.files.MakeFolder("C:\\Src\\Work");

@@ -58,6 +58,16 @@ TEST_F(RunFilesLoopTest, AnEmptyDestinationIsTheRootOfTheDrive) {
   EXPECT_EQ(machine.files.Content("C:\\a.txt"), "a");
 }
 
+TEST_F(RunFilesLoopTest, WhatFollowsAChangeOfTheDestinationGoesToTheNewOne) {
+  AddFile("C:\\Src\\a.txt", "a");
+  AddFile("C:\\Src\\b.txt", "b");
+  machine.files.MakeFolder("C:\\Other");
+  machine.loop.OnYield(2, [&] { engine.run.RunDestination = "C:\\Other\\"; });
+  Run();
+  EXPECT_THAT(machine.files.Names("C:\\Backup"), ElementsAre("a.txt"));
+  EXPECT_THAT(machine.files.Names("C:\\Other"), ElementsAre("b.txt"));
+}
+
 TEST_F(RunFilesLoopTest, TheLocationOfTheSettingsIsNotRead) {
   engine.settings.DestinationDir = "C:\\Elsewhere";
   AddFile("C:\\Src\\a.txt", "a");

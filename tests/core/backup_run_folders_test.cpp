@@ -101,6 +101,14 @@ TEST_F(RunFoldersTest, AMissingDestinationTakesNothingAndSaysNothing) {
   EXPECT_THAT(Status(), HasSubstr("Success >> Copied 1 Items"));
 }
 
+TEST_F(RunFoldersTest, AFolderWithoutANameIsPassedOver) {
+  Put("C:\\Src\\Work\\a.txt", "a");
+  Add("\\*+++++*");
+  AddFolder("C:\\Src\\Work");
+  Run();
+  EXPECT_THAT(machine.files.Names("C:\\Backup"), ElementsAre("Work"));
+}
+
 // --- what the modes do with folders
 
 class OneWayModesTest : public RunFoldersTest, public ::testing::WithParamInterface<bool> {

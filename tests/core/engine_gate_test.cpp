@@ -15,14 +15,12 @@ struct StatusCase {
 class EngineFreeTest : public ::testing::TestWithParam<StatusCase> {};
 
 TEST_P(EngineFreeTest, FollowsTheStatusWhileCompressionIsUnderWay) {
-  EXPECT_EQ(EngineFreeAfterTick("1", 50, GetParam().status), GetParam().at_half);
-  EXPECT_EQ(EngineFreeAfterTick("0", 50, GetParam().status), GetParam().at_half);
+  EXPECT_EQ(EngineFreeAfterTick(50, GetParam().status), GetParam().at_half);
 }
 
 TEST_P(EngineFreeTest, IsFreeWithTheBarAtZeroOrFullWhateverTheStatus) {
   for (const int progress : {0, 100}) {
-    EXPECT_EQ(EngineFreeAfterTick("0", progress, GetParam().status), "1") << progress;
-    EXPECT_EQ(EngineFreeAfterTick("1", progress, GetParam().status), "1") << progress;
+    EXPECT_EQ(EngineFreeAfterTick(progress, GetParam().status), "1") << progress;
   }
 }
 
@@ -43,8 +41,8 @@ INSTANTIATE_TEST_SUITE_P(
         StatusCase{"Connected To Server", "0"}));
 
 TEST(EngineFreeBarTest, IsTakenBackJustBesideTheEndsOfTheBar) {
-  EXPECT_EQ(EngineFreeAfterTick("1", 1, ""), "0");
-  EXPECT_EQ(EngineFreeAfterTick("1", 99, ""), "0");
+  EXPECT_EQ(EngineFreeAfterTick(1, ""), "0");
+  EXPECT_EQ(EngineFreeAfterTick(99, ""), "0");
 }
 
 class EngineFreeTickTest : public EngineFixture {};

@@ -150,6 +150,15 @@ TEST_F(SyncFilesTest, TwoEmptyFoldersFailAtTheStart) {
   EXPECT_EQ(machine.loop.YieldCount(), 0);
 }
 
+TEST_F(SyncFilesTest, AMissingFolderCountsAsEmptyAndNothingIsCopiedToIt) {
+  Put("C:\\1\\a.txt", "one");
+  sync.OnCompared = [](const ComparedFile&) { ADD_FAILURE() << "there is nothing to compare"; };
+  EXPECT_EQ(RaisedBy([&] { sync.SyncFiles("C:\\1", "C:\\Gone", kTwoWay); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { sync.SyncFiles("C:\\Gone", "C:\\1", kTwoWay); }), kPathNotFound);
+  EXPECT_EQ(RaisedBy([&] { sync.SyncFiles("C:\\Gone", "C:\\1", kOneWay); }), 0);
+  EXPECT_FALSE(machine.files.Exists("C:\\Gone"));
+}
+
 // --- SyncFolders
 
 TEST_F(SyncFoldersTest, AMissingSecondFolderIsMadeInOneStepWithoutAComparison) {
@@ -294,6 +303,14 @@ TEST_F(SyncFoldersTest, ASyncWithItselfChangesNothing) {
   sync.SyncFolders("C:\\1", "C:\\1", kTwoWay);
   EXPECT_EQ(machine.files.CallsOf("CopyEntry"), 0);
   EXPECT_THAT(machine.files.Names("C:\\1"), ElementsAre("a.txt"));
+}
+
+TEST_F(SyncFoldersTest, TheFirstFolderIsNotEnteredWhereItIsMetInTheSecond) {
+  Put("C:\\2\\Work\\a.txt", "outer");
+  Put("C:\\2\\Work\\Work\\b.txt", "inner");
+  sync.SyncFolders("C:\\2\\Work", "C:\\2", kOneWay);
+  EXPECT_EQ(machine.files.Content("C:\\2\\a.txt"), "outer");
+  EXPECT_FALSE(machine.files.Exists("C:\\2\\Work\\b.txt"));
 }
 
 TEST_F(SyncFoldersTest, TheCopyOfAWholeFolderYieldsBehindEachFile) {

@@ -187,6 +187,22 @@ TEST_F(RunFilesTest, ARowBeyondTheBoundRaisesNine) {
   }
 }
 
+TEST_F(RunFilesTest, AnEmptyItemIsAFileWithoutAName) {
+  Build({"C:\\A", ""});
+  EXPECT_EQ(machine.files.CallsOf("List"), 0);
+  EXPECT_THAT(Rows(), ElementsAre(RunFile{"C:\\A", 1}, kEmptyRow));
+}
+
+TEST_F(RunFilesTest, ThePatternAloneIsListedAsItself) {
+  Build({"*.*"});
+  EXPECT_THAT(machine.files.Calls(), ::testing::Contains("List *.*"));
+}
+
+TEST_F(RunFilesTest, APatternThatEndsInAStarIsListedAsItIs) {
+  Build({"C:\\F\\z**.*"});
+  EXPECT_THAT(machine.files.Calls(), ElementsAre("List C:\\F\\z*"));
+}
+
 TEST_F(RunFilesTest, ResetGoesBackToOneEmptyRow) {
   Build({"C:\\A", "C:\\B"});
   table.Reset();

@@ -245,6 +245,13 @@ TEST_P(CaseNamesTest, AnItemInAnotherCaseIsCopiedEachTimeThatItChanges) {
   EXPECT_EQ(Content(GetParam() == Mode::kSync ? "Store/a.txt" : "Store/Doc/a.txt"), "new");
 }
 
+TEST_P(CaseNamesTest, AnItemInAnotherCaseIsCopiedThoughItIsInTheListTwice) {
+  Write("Work/Report.doc", "report");
+  engine.settings.Entries.Assign({"C:\\WORK\\REPORT.DOC", "C:\\WORK\\REPORT.DOC"});
+  Run();
+  EXPECT_EQ(Content("Store/Report.doc"), "report");
+}
+
 // --- folders that change while they are walked
 
 class SwappedFolderTest : public RealRun {
