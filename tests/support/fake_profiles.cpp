@@ -1,72 +1,71 @@
 #include "tests/support/fake_profiles.h"
 
+#include <cstdint>
 #include <optional>
+#include <utility>
 
-#include "base/characters.h"
 #include "base/failure.h"
-#include "base/text.h"
 
 namespace tarnvale::testing {
 
-// The profile as it is on the medium now, with the held-back edits.
-FakeProfiles::Profile& FakeProfiles::Current(const Path& file) {
-  Profile& profile = profiles_[ToLower(file)];
-  const auto node = files_.Find(file);
-  const bool exists = node != nullptr && !node->is_folder;
-  const std::uint64_t revision = exists ? node->revision : 0;
-  if (exists == profile.exists && revision == profile.revision) return profile;
-  profile.text = exists ? ProfileText(node->content) : ProfileText();
-  profile.exists = exists;
-  profile.revision = revision;
-  for (const Edit& edit : profile.edits) profile.text.Set(edit.section, edit.key, edit.value);
-  return profile;
+class FakeProfiles::File : public NativeProfile {
+ public:
+  File(FakeProfiles& profiles, Path file) : profiles_(profiles), file_(std::move(file)) {}
+
+  bool Find() override {
+    node_ = profiles_.files_.Find(file_);
+    return profiles_.can_be_read_;
+  }
+  bool IsAsRead() override { return read_ == Now(); }
+  std::optional<std::string> Read() override {
+    read_ = Now();
+    if (node_ && node_->is_folder) return std::nullopt;
+    return node_ ? node_->content : std::string();
+  }
+  bool MayBeWritten() override {
+    if (node_) return (node_->flags & attribute::kReadOnly) == 0;
+    PassedOver pass;
+    return pass.Step([&] { profiles_.files_.RequireFolderOf(file_); });
+  }
+  bool Begin() override { return true; }
+  Outcome Replace(const std::string& bytes, bool, std::string&) override {
+    if (!profiles_.can_be_replaced_) return Outcome::kFailed;
+    profiles_.files_.SetContent(*profiles_.files_.FileForWriting(file_), bytes);
+    return Outcome::kDone;
+  }
+
+ private:
+  using State = std::pair<FakeFiles::NodePtr, std::uint64_t>;
+  State Now() const { return {node_, node_ ? node_->revision : 0}; }
+
+  FakeProfiles& profiles_;
+  const Path file_;
+  FakeFiles::NodePtr node_;  // none for no file
+  State read_;
+};
+
+std::unique_ptr<NativeProfile> FakeProfiles::MakeNative(const Path& file) {
+  return std::make_unique<File>(*this, file);
 }
 
 std::string FakeProfiles::Read(const std::string& section, const std::string& key,
                                const std::string& fallback, std::size_t buffer_size,
                                const Path& file) {
-  std::optional<std::string> value;
-  if (EnterAndFails("Read", file)) {
-    unread_[file].emplace(section, key);
-  } else {
-    unread_[file].erase({section, key});
-    value = Current(file).text.Value(section, key);
-  }
-  return std::string(
-      FirstCharacters(value.value_or(fallback), buffer_size == 0 ? 0 : buffer_size - 1));
-}
-
-bool FakeProfiles::CanWrite(const Path& file) {
-  if (Fails("Read", file)) return false;
-  const auto node = files_.Find(file);
-  if (node != nullptr) return !node->is_folder && (node->flags & attribute::kReadOnly) == 0;
-  PassedOver pass;
-  return pass.Step([&] { files_.RequireFolderOf(file); });
+  can_be_read_ = !EnterAndFails("Read", file);
+  return ProfileTable::Read(section, key, fallback, buffer_size, file);
 }
 
 bool FakeProfiles::Write(const std::string& section, const std::string& key,
                          const std::string& value, const Path& file) {
   if (EnterAndFails("Write", file)) return false;
-  if (!unread_[file].empty() || !ProfileText::CanHold(section, key, value) || !CanWrite(file))
-    return false;
-  Profile& profile = Current(file);
-  if (profile.text.Set(section, key, value)) profile.edits.push_back({section, key, value});
-  return true;
+  can_be_read_ = !Fails("Read", file);
+  return ProfileTable::Write(section, key, value, file);
 }
 
 bool FakeProfiles::Flush(const Path& file) {
-  const bool fails = EnterAndFails("Flush", file);
-  Profile& profile = Current(file);
-  if (profile.edits.empty()) return true;
-  if (!fails && CanWrite(file)) {
-    const std::string bytes = profile.text.Bytes();
-    const auto node = files_.FileForWriting(file);
-    if (node->content != bytes) files_.SetContent(*node, bytes);
-    profiles_.erase(ToLower(file));
-    return true;
-  }
-  profiles_.erase(ToLower(file));
-  return false;
+  can_be_replaced_ = !EnterAndFails("Flush", file);
+  can_be_read_ = !Fails("Read", file);
+  return ProfileTable::Flush(file);
 }
 
 }  // namespace tarnvale::testing

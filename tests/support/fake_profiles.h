@@ -2,25 +2,18 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <map>
-#include <set>
+#include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
-#include "platform/profile_files.h"
-#include "platform/profile_text.h"
+#include "platform/profile_table.h"
 #include "tests/support/fake_files.h"
 #include "tests/support/scripted_failures.h"
 
 namespace tarnvale::testing {
 
-/// Holds every write back until Flush. A scripted failure of "Write" or "Flush"
-/// makes it return false, whatever its number. One of "Read" stands for a file
-/// that is there and can't be read: a read then gives the fallback, and the two
-/// others fail as well, and a write goes on failing until each key has been read that couldn't be.
-class FakeProfiles : public ProfileFiles, public ScriptedFailures {
+/// A scripted failure of "Write" or "Flush" makes it return false, whatever its number. One
+/// of "Read" stands for a file that is there and can't be read, in the two others as well.
+class FakeProfiles : public ProfileTable, public ScriptedFailures {
  public:
   explicit FakeProfiles(FakeFiles& files) : files_(files) {}
 
@@ -31,24 +24,12 @@ class FakeProfiles : public ProfileFiles, public ScriptedFailures {
   bool Flush(const Path& file) override;
 
  private:
-  struct Edit {
-    std::string section;
-    std::string key;
-    std::string value;
-  };
-  struct Profile {
-    ProfileText text;  // what the file holds, with the edits
-    std::uint64_t revision = 0;
-    bool exists = false;
-    std::vector<Edit> edits;
-  };
-
-  Profile& Current(const Path& file);
-  bool CanWrite(const Path& file);
+  class File;
+  std::unique_ptr<NativeProfile> MakeNative(const Path& file) override;
 
   FakeFiles& files_;
-  std::map<std::string, Profile> profiles_;  // by folded path
-  std::map<Path, std::set<std::pair<std::string, std::string>>> unread_;
+  bool can_be_read_ = true;
+  bool can_be_replaced_ = true;
 };
 
 }  // namespace tarnvale::testing
