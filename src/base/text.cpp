@@ -5,23 +5,16 @@
 #include "base/characters.h"
 
 namespace tarnvale {
-namespace {
-
-char LowerChar(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-}  // namespace
 
 std::string ToLower(std::string_view text) {
   std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), LowerChar);
+  std::transform(lower.begin(), lower.end(), lower.begin(), InLowerCase<char>);
   return lower;
 }
 
 bool EqualIgnoringCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return LowerChar(x) == LowerChar(y); });
+                    [](char x, char y) { return InLowerCase(x) == InLowerCase(y); });
 }
 
 bool IsBlank(char c) {

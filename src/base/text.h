@@ -6,6 +6,12 @@
 
 namespace tarnvale {
 
+/// A letter of ASCII in lower case; every other character stays.
+template <class Char>
+constexpr Char InLowerCase(Char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<Char>(c - 'A' + 'a') : c;
+}
+
 /// ASCII letters to lower case; every other byte stays.
 std::string ToLower(std::string_view text);
 

@@ -5,13 +5,10 @@
 #include <optional>
 
 #include "base/characters.h"
+#include "base/text.h"
 
 namespace tarnvale {
 namespace {
-
-unsigned char Folded(char c) {
-  return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-}
 
 // Behind the one character at `at`.
 std::size_t BehindCharacter(std::string_view text, std::size_t at) {
@@ -23,8 +20,8 @@ std::size_t BehindCharacter(std::string_view text, std::size_t at) {
 bool ComesBefore(std::string_view a, std::string_view b) {
   const std::size_t shared = std::min(a.size(), b.size());
   for (std::size_t i = 0; i < shared; ++i) {
-    const unsigned char x = Folded(a[i]);
-    const unsigned char y = Folded(b[i]);
+    const auto x = static_cast<unsigned char>(InLowerCase(a[i]));
+    const auto y = static_cast<unsigned char>(InLowerCase(b[i]));
     if (x != y) return x < y;
   }
   return a.size() != b.size() ? a.size() < b.size() : a < b;

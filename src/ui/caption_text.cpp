@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "base/characters.h"
+#include "base/text.h"
 
 namespace tarnvale {
 namespace {
@@ -11,10 +12,6 @@ namespace {
 char32_t CharacterAt(std::string_view text, std::size_t at) {
   const Character first = FirstCharacter(text.substr(at));
   return first.bytes == 0 ? static_cast<unsigned char>(text[at]) : first.value;
-}
-
-char32_t InLowerCase(char32_t c) {
-  return c >= U'A' && c <= U'Z' ? c - U'A' + U'a' : c;
 }
 
 }  // namespace

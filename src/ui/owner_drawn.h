@@ -89,6 +89,10 @@ class OwnerDrawn : public Control {
   /// What a screen reader says it is.
   enum class Kind { kButton, kCheckBox, kProgressBar, kGroup, kOther };
   virtual Kind AccessibleKind() const { return Kind::kOther; }
+  /// Whether a screen reader may press it.
+  bool CanBePressed() const {
+    return AccessibleKind() == Kind::kButton || AccessibleKind() == Kind::kCheckBox;
+  }
   /// The name for it when AccessibleName is empty, without access key marks.
   virtual std::string AccessibleText() const { return {}; }
   /// A change of it comes with LookChanged.

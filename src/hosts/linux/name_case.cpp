@@ -1,9 +1,11 @@
 #include "hosts/linux/name_case.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cwctype>
 
 #include "base/characters.h"
+#include "base/text.h"
 
 namespace tarnvale {
 namespace {
@@ -13,10 +15,6 @@ namespace {
 locale_t AllLetters() {
   static const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   return locale;
-}
-
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 // By way of the capital, which several small letters can share. Nothing becomes a
@@ -33,13 +31,8 @@ bool IsPlain(char c) {
 }  // namespace
 
 std::string FoldCase(std::string_view name) {
-  std::string folded(name);
-  bool plain = true;
-  for (char& c : folded) {
-    c = Lower(c);
-    plain = plain && IsPlain(c);
-  }
-  if (plain || AllLetters() == nullptr) return folded;
+  std::string folded = ToLower(name);
+  if (std::all_of(folded.begin(), folded.end(), IsPlain) || AllLetters() == nullptr) return folded;
   return WithEachCharacter(folded, [](char32_t c) { return static_cast<char32_t>(Folded(c)); });
 }
 

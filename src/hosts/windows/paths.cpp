@@ -6,6 +6,7 @@
 #include <array>
 #include <utility>
 
+#include "base/text.h"
 #include "hosts/windows/wide.h"
 #include "platform/path_text.h"
 
@@ -23,11 +24,11 @@ bool IsDevice(std::wstring_view name) {
   name = name.substr(0, name.find(L'.'));
   while (!name.empty() && name.back() == L' ') name.remove_suffix(1);
   std::wstring folded(name);
-  for (wchar_t& c : folded) c = c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c;
-  constexpr std::array<std::wstring_view, 4> kPlain{L"CON", L"PRN", L"AUX", L"NUL"};
+  for (wchar_t& c : folded) c = InLowerCase(c);
+  constexpr std::array<std::wstring_view, 4> kPlain{L"con", L"prn", L"aux", L"nul"};
   if (std::find(kPlain.begin(), kPlain.end(), folded) != kPlain.end()) return true;
   if (folded.size() != 4 ||
-      (folded.compare(0, 3, L"COM") != 0 && folded.compare(0, 3, L"LPT") != 0)) {
+      (folded.compare(0, 3, L"com") != 0 && folded.compare(0, 3, L"lpt") != 0)) {
     return false;
   }
   constexpr std::wstring_view kDigits = L"123456789\u00B9\u00B2\u00B3";

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/text.h"
 #include "hosts/windows/keys.h"
 #include "hosts/windows/windows_pictures.h"
 #include "ui/input_rules.h"
@@ -68,7 +69,7 @@ bool WindowsWindow::ServeKey(Peer& peer, const KeyPress& press) {
 
 // Several controls with one key take turns in getting the focus.
 bool WindowsWindow::ServeAccessKey(char32_t typed) {
-  const char32_t key = typed >= U'A' && typed <= U'Z' ? typed + (U'a' - U'A') : typed;
+  const char32_t key = InLowerCase(typed);
   if (key == 0) return false;
   std::vector<DrawnPeer*> known;
   for (const auto& peer : peers_) {

@@ -78,10 +78,7 @@ class DrawnWidget final : public QWidget, public AccessibleSource {
 
   QAccessible::Role AccessibleRole() const override { return ToRole(Drawn().AccessibleKind()); }
   AccessibleState StateForReaders() const override { return Drawn().StateForReaders(); }
-  bool CanBePressed() const override {
-    const OwnerDrawn::Kind kind = Drawn().AccessibleKind();
-    return kind == OwnerDrawn::Kind::kButton || kind == OwnerDrawn::Kind::kCheckBox;
-  }
+  bool CanBePressed() const override { return Drawn().CanBePressed(); }
   void PressAccessibly() override {
     peer_.Forward([this] { Drawn().Press(); });
   }

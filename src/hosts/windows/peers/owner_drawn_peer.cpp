@@ -130,11 +130,6 @@ LONG OwnerDrawnPeer::RoleForReaders() const {
   return ROLE_SYSTEM_PANE;
 }
 
-bool OwnerDrawnPeer::CanBePressed() const {
-  const OwnerDrawn::Kind kind = drawn_.AccessibleKind();
-  return kind == OwnerDrawn::Kind::kButton || kind == OwnerDrawn::Kind::kCheckBox;
-}
-
 void OwnerDrawnPeer::PressForReaders() {
   Report([this] { drawn_.Press(); });
 }

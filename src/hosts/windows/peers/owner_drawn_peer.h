@@ -33,7 +33,7 @@ class OwnerDrawnPeer final : public DrawnPeer {
   void OnColors() override;
   LONG RoleForReaders() const override;
   AccessibleState StateForReaders() const override { return drawn_.StateForReaders(); }
-  bool CanBePressed() const override;
+  bool CanBePressed() const override { return drawn_.CanBePressed(); }
   void PressForReaders() override;
 
  protected:
