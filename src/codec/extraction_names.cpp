@@ -73,16 +73,13 @@ ExtractionNames::Place* ExtractionNames::PlaceAt(const std::string& folder, cons
     places_.erase(found);
     return nullptr;
   }
-  for (const FolderEntry& file : place.there.files) {
-    place.names.push_back(file.name);
-    place.real.insert(file.name);
-    place.files[*place.folded.insert(files_.FoldCase(file.name)).first].push_back(file.name);
-  }
-  for (const std::string& name : place.there.folders) {
+  const auto add = [&](const std::string& name, auto& variants) {
     place.names.push_back(name);
     place.real.insert(name);
-    place.folders[*place.folded.insert(files_.FoldCase(name)).first].push_back(name);
-  }
+    variants[*place.folded.insert(files_.FoldCase(name)).first].push_back(name);
+  };
+  for (const FolderEntry& file : place.there.files) add(file.name, place.files);
+  for (const std::string& name : place.there.folders) add(name, place.folders);
   return &place;
 }
 
