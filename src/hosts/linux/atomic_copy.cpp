@@ -55,6 +55,12 @@ bool GoesWithCopy(std::string_view name, Rights rights) {
          (rights == Rights::kSource && name.starts_with("system.posix_acl_"));
 }
 
+// What a loss of power, or of the medium, left of a copy of this very state.
+bool IsCutShort(const struct stat& source, const struct stat& copy) {
+  return S_ISREG(source.st_mode) && copy.st_size < source.st_size &&
+         AreOneTime(source.st_mtim, copy.st_mtim);
+}
+
 // What the user's mask takes from new files.
 mode_t UserMask() {
   const mode_t mask = ::umask(077);
@@ -163,7 +169,8 @@ bool MayReplace(const struct stat& source, const struct stat& target) {
   if (AreOneFile(source, target)) return false;
   if (S_ISLNK(target.st_mode)) return true;
   if (S_ISLNK(source.st_mode) && S_ISDIR(target.st_mode)) throw ProgramError(kFileAlreadyExists);
-  if (!S_ISREG(target.st_mode) || IsReadOnly(target)) throw ProgramError(kPathFileAccess);
+  const bool is_closed = IsReadOnly(target) && !IsCutShort(source, target);
+  if (!S_ISREG(target.st_mode) || is_closed) throw ProgramError(kPathFileAccess);
   return true;
 }
 

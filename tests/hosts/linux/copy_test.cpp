@@ -152,6 +152,18 @@ TEST_F(CopyTest, AReadOnlyTargetIsRefused) {
   EXPECT_EQ(Read("target"), "old");
 }
 
+// Nobody closed what a loss of power, or of the medium, has left of a copy.
+TEST_F(CopyTest, AReadOnlyCopyThatWasCutShortIsReplaced) {
+  Write("source", "all of it");
+  Write("target", "all");
+  for (const char* file : {"source", "target"}) {
+    SetModified(file, 1'234'567'890, 123'456'789);
+    SetMode(file, 0444);
+  }
+  files_.CopyWhole("C:\\source", "C:\\target");
+  EXPECT_EQ(Read("target"), "all of it");
+}
+
 // To be asked in vain isn't to be missing.
 TEST_F(CopyTest, AReadOnlyTargetStaysWhenTheMediumCannotSayWhetherItIsThere) {
   Write("source", "new");
