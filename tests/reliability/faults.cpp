@@ -56,10 +56,10 @@ void Inject(Stage& stage, Fault fault, Totals& totals, Findings& findings) {
   // are the calls that open folders.
   static const std::set<std::string> kOpening{"openat",  "openat2",    "newfstatat",
                                               "fstatfs", "readlinkat", "fcntl"};
-  const bool copies_whole = fault.calls > 1 || kOpening.contains(run.failed_call);
-  stage.CheckNothingIsHarmed(when, findings, copies_whole);
+  const Allowed allowed{.whole_copies = fault.calls > 1 || kOpening.contains(run.failed_call)};
+  stage.CheckNothingIsHarmed(when, findings, allowed);
   stage.CheckNextStart(when, findings);
-  stage.CheckRepetition(when, findings, copies_whole);
+  stage.CheckRepetition(when, findings, allowed);
 }
 
 std::string Shortly(const Snapshot& snapshot, const std::string& path) {

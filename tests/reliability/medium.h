@@ -16,8 +16,9 @@ struct NoMedium : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What is lost of what was written and not flushed; the numbers are the system's.
-enum class Loss : std::uint32_t { kNothing = 0, kAll = 2 };
+/// What is lost of what was written and not flushed: nothing, contents and not their names,
+/// or all. The numbers are the system's.
+enum class Loss : std::uint32_t { kNothing = 0, kContents = 1, kAll = 2 };
 
 /// An ext4 file system in a file, mounted where nobody but this process and its children
 /// sees it. It goes with its object, or with the process. All of it raises NoMedium.

@@ -17,8 +17,13 @@ namespace {
 
 // Copies, archives, parts, joined files and exported settings. Everybody's own files are on
 // the computer, and so is the program.
-const std::vector<std::string> kOnMedium{"Store", "Archives", "Parts",   "Whole",
-                                         "Safe",  "Joined",   "Exported"};
+using Folders = std::vector<std::string>;
+const Folders kOnMedium{"Store", "Archives", "Parts", "Whole", "Safe", "Joined", "Exported"};
+
+std::string NameOf(Loss loss) {
+  if (loss == Loss::kNothing) return "all that was written";
+  return loss == Loss::kAll ? "what was flushed" : "names without contents";
+}
 
 // Calls `before_call` with how many calls were made so far.
 TracedRun RunOnMedium(Stage& stage, Medium& medium,
@@ -38,8 +43,7 @@ bool LoseMedium(Stage& stage, Medium& medium, int point, Loss loss, Findings& fi
   const TracedRun run = RunOnMedium(stage, medium, [&](int calls, const FileCall& call) {
     if (calls != point) return;
     when = "the medium goes away before " + NameOfCall(call.number) + " (point " +
-           std::to_string(point) + ") and comes back with " +
-           (loss == Loss::kAll ? "what was flushed" : "all that was written");
+           std::to_string(point) + ") and comes back with " + NameOf(loss);
     medium.GoAway(loss);
   });
   if (when.empty()) return false;
@@ -49,8 +53,9 @@ bool LoseMedium(Stage& stage, Medium& medium, int point, Loss loss, Findings& fi
   // knows: the next time finds it. So the next start may as well come before the medium.
   if (loss == Loss::kAll) stage.CheckNextStart(when + ", after a start without it", findings);
   medium.PutBack();
-  stage.CheckNothingIsHarmed(when, findings);
-  if (loss == Loss::kNothing) stage.CheckNextStart(when, findings);
+  stage.CheckNothingIsHarmed(when, findings,
+                             {.lossy = loss == Loss::kContents ? kOnMedium : Folders()});
+  if (loss != Loss::kAll) stage.CheckNextStart(when, findings);
   stage.CheckRepetition(when, findings);
   medium.TakeOut();
   return true;
@@ -84,14 +89,16 @@ int CheckMediumLoss(int share, std::uint64_t seed, const std::string& only) {
     RunOnMedium(stage, *medium, [&](int calls, const FileCall&) { points = calls + 1; });
     int losses = 0;
     for (int point = 0; point < points; ++point) {
-      for (const Loss loss : {Loss::kNothing, Loss::kAll}) {
+      for (const Loss loss : {Loss::kNothing, Loss::kContents, Loss::kAll}) {
         if (share > 1 && random() % static_cast<unsigned>(share) != 0) continue;
         if (LoseMedium(stage, *medium, point, loss, findings)) ++losses;
       }
     }
     const auto took = std::chrono::duration<double>(std::chrono::steady_clock::now() - began);
-    std::printf("medium: %-18s %5d points, %5d times away, %d temporaries left, %.0f s\n",
-                operation.name.c_str(), points, losses, stage.LeftByThem(), took.count());
+    std::printf(
+        "medium: %-18s %5d points, %5d times away, %d files torn, %d temporaries left, %.0f s\n",
+        operation.name.c_str(), points, losses, stage.TornBeforeTheirFlush(), stage.LeftByThem(),
+        took.count());
     stage.PrintShown();
     std::fflush(stdout);
     all_losses += losses;

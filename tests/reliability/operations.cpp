@@ -461,7 +461,15 @@ bool Stage::IsFlushedLate(const std::string& path) const {
   return BeginsWithOneOf(path, operation_.flushed_late);
 }
 
-void Stage::CheckNothingIsHarmed(const std::string& when, Findings& findings, bool copies_whole) {
+// Counts it.
+bool Stage::MayBeTorn(const std::string& path, const Allowed& allowed) {
+  const bool may_be = IsFlushedLate(path) && BeginsWithOneOf(path, allowed.lossy);
+  if (may_be) ++torn_;
+  return may_be;
+}
+
+void Stage::CheckNothingIsHarmed(const std::string& when, Findings& findings,
+                                 const Allowed& allowed) {
   const Snapshot now = Now();
   for (const auto& [path, state] : before_) {
     if (IsWrittenInPlace(path)) continue;
@@ -474,7 +482,8 @@ void Stage::CheckNothingIsHarmed(const std::string& when, Findings& findings, bo
     } else if (found != now.end() && found->second != state &&
                (wanted == after_.end() || found->second != wanted->second) &&
                !IsMixedSettings(path, found->second) &&
-               !(copies_whole && IsWholeTwin(path, found->second))) {
+               !(allowed.whole_copies && IsWholeTwin(path, found->second)) &&
+               !MayBeTorn(path, allowed)) {
       findings.Add(operation_.name + ", " + when + ": " + path + " is neither old nor new");
     }
   }
@@ -485,8 +494,8 @@ void Stage::CheckNothingIsHarmed(const std::string& when, Findings& findings, bo
       continue;
     }
     const auto wanted = after_.find(path);
-    if (copies_whole && wanted == after_.end() && IsWholeTwin(path, state)) continue;
-    if (wanted == after_.end() || wanted->second != state) {
+    if (allowed.whole_copies && wanted == after_.end() && IsWholeTwin(path, state)) continue;
+    if (wanted == after_.end() || (wanted->second != state && !MayBeTorn(path, allowed))) {
       findings.Add(operation_.name + ", " + when + ": " + path +
                    (wanted == after_.end() ? " has come" : " is torn"));
     }
@@ -507,7 +516,7 @@ void Stage::CheckNextStart(const std::string& when, Findings& findings) {
   }
 }
 
-void Stage::CheckRepetition(const std::string& when, Findings& findings, bool copied_whole) {
+void Stage::CheckRepetition(const std::string& when, Findings& findings, const Allowed& allowed) {
   if (!operation_.in_the_way.empty()) fs::remove(Drive() / operation_.in_the_way);
   RunWhole(Work());
   if (CountTemporaries(work_.Path()) > 0) {
@@ -520,7 +529,8 @@ void Stage::CheckRepetition(const std::string& when, Findings& findings, bool co
     const bool is_new = found != now.end() &&
                         (found->second == state || (path.ends_with("/Tarnvale.ini") &&
                                                     LinesOf(found->second) == LinesOf(state)));
-    if (!is_new && !(copied_whole && found != now.end() && IsWholeTwin(path, found->second))) {
+    if (!is_new &&
+        !(allowed.whole_copies && found != now.end() && IsWholeTwin(path, found->second))) {
       findings.Add(operation_.name + ", " + when + ": " + path + " isn't new after the next time");
     }
   }

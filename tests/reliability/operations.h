@@ -48,6 +48,15 @@ const std::vector<Operation>& AllOperations();
 /// The drive as it is before each operation.
 void LayOutDrive(const std::filesystem::path& drive);
 
+/// What may be besides the old and the new.
+struct Allowed {
+  /// After a folder couldn't be opened whole copies are made: older files replace newer ones
+  /// then. Where the file isn't seen whose copy would have failed and ended a sync, others come.
+  bool whole_copies = false;
+  /// Beginnings of the paths on a medium that lost content which wasn't flushed.
+  std::vector<std::string> lossy = {};
+};
+
 /// One operation in a folder of its own, before and after.
 class Stage {
  public:
@@ -60,15 +69,14 @@ class Stage {
   /// Lays out the drive as it is before the operation, and forgets what was shown.
   void LayOut();
   /// Whether all that was there before is as it was or as the operation makes it, and
-  /// nothing else has come but what the operation makes. Reports what isn't. After a
-  /// folder couldn't be opened whole copies are made: older files replace newer ones then.
-  /// Where the file isn't seen whose copy would have failed and ended a sync, others come.
-  void CheckNothingIsHarmed(const std::string& when, Findings& findings, bool copies_whole = false);
+  /// nothing else has come but what the operation makes. Reports what isn't.
+  void CheckNothingIsHarmed(const std::string& when, Findings& findings,
+                            const Allowed& allowed = {});
   /// Starts the program anew and lets it end. Temporaries must be gone then.
   void CheckNextStart(const std::string& when, Findings& findings);
   /// Does the operation once more. No temporary is left then, and what comes of it is the
   /// same where it is repeatable.
-  void CheckRepetition(const std::string& when, Findings& findings, bool copied_whole = false);
+  void CheckRepetition(const std::string& when, Findings& findings, const Allowed& allowed = {});
   /// Whether everything shown is prescribed, and what has to be shown is.
   void CheckMessages(const std::string& when, Findings& findings);
 
@@ -84,6 +92,7 @@ class Stage {
   void PrintShown() const;
   int LeftByThem() const { return left_; }
   int CutShortOnServer() const { return cut_short_; }
+  int TornBeforeTheirFlush() const { return torn_; }
 
  private:
   struct Shown;
@@ -91,6 +100,7 @@ class Stage {
   bool IsMixedSettings(const std::string& path, const std::string& state) const;
   bool IsWholeTwin(const std::string& path, const std::string& state) const;
   bool IsCutShort(const std::string& path, const std::string& state) const;
+  bool MayBeTorn(const std::string& path, const Allowed& allowed);
 
   const Operation& operation_;
   WorkFolder work_;
@@ -103,6 +113,7 @@ class Stage {
   std::chrono::microseconds duration_{};
   int left_ = 0;
   int cut_short_ = 0;
+  int torn_ = 0;
 };
 
 }  // namespace tarnvale::reliability
