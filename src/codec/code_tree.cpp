@@ -138,9 +138,9 @@ void CreateBitSequences(const NodeTable& nodes, int node, const SymbolCode& code
   }
   SymbolCode longer = code;
   ++longer.Count;
-  if (at.LeftNode > -1) CreateBitSequences(nodes, at.LeftNode, longer, codes);
+  CreateBitSequences(nodes, at.LeftNode, longer, codes);
   longer.Data[code.Count] = 1;
-  if (at.RightNode > -1) CreateBitSequences(nodes, at.RightNode, longer, codes);
+  CreateBitSequences(nodes, at.RightNode, longer, codes);
 }
 
 std::int32_t PayloadBits(const SymbolCounts& counts, const CodeTable& codes) {

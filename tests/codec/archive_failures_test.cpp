@@ -138,6 +138,18 @@ TEST_F(ArchiveFailuresTest, ALengthThatTheContainerHasNotRaises62) {
   EXPECT_EQ(Extracting(Number32(1) + Number16(1) + "a" + Number32(2147483647) + "data"), 62);
 }
 
+TEST_F(ArchiveFailuresTest, AContainerThatGetsShorterWhileItIsReadRaises62) {
+  for (const std::size_t size_bytes : {300000U, 900000U}) {
+    const Path container = "C:\\Store\\" + std::to_string(size_bytes);
+    const std::string whole =
+        Number32(2) + Record("a", "1") + Record("b", std::string(size_bytes, 'b'));
+    files.Write(container, whole);
+    machine.loop.OnYield(1, [&] { files.Write(container, whole.substr(0, 20)); });
+    EXPECT_EQ(RaisedBy([&] { archiver.ReadFiles(container, false); }), 62) << size_bytes;
+    EXPECT_EQ(reported.back(), "entry a 1");
+  }
+}
+
 TEST_F(ArchiveFailuresTest, ANegativeLengthRaises5) {
   EXPECT_EQ(Extracting(Number32(1) + Number16(-1) + "a"), 5);
   EXPECT_EQ(Extracting(Number32(1) + Number16(1) + "a" + Number32(-1) + "data"), 5);

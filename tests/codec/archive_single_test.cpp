@@ -55,6 +55,32 @@ TEST_F(ArchiveSingleTest, AFileOfAnotherEntryIsNotReplaced) {
   EXPECT_EQ(files.Content("W:\\a.txt"), "second");
 }
 
+TEST_F(ArchiveSingleTest, AFileOfAnotherEntryBehindALongOneIsNotReplaced) {
+  machine.files.AddDrive("W");
+  machine.files.DistinguishCase("W");
+  files.Write("C:\\Store\\three", Number32(3) + Record("a.txt", "second") +
+                                      Record("long", std::string(600000, 'x')) +
+                                      Record("A.txt", "first"));
+  files.Write("W:\\A.txt", "of the other entry");
+  out = "W:\\";
+  archiver.ExtractFile("C:\\Store\\three", "a.txt", out, false);
+  EXPECT_EQ(files.Content("W:\\A.txt"), "of the other entry");
+  EXPECT_EQ(files.Content("W:\\a.txt"), "second");
+}
+
+TEST_F(ArchiveSingleTest, ANameWithADriveFails) {
+  files.Write("C:\\Store\\one", Number32(1) + Record("D:\\a", "1"));
+  EXPECT_EQ(RaisedBy([&] { archiver.ExtractFile("C:\\Store\\one", "D:\\a", out, false); }), 76);
+  EXPECT_FALSE(files.Exists("C:\\Out"));
+}
+
+TEST_F(ArchiveSingleTest, ABareContainerWithoutTheNameIsClosedAndStays) {
+  files.Write("C:\\Store\\one", Number32(1) + Record("a", "1"));
+  archiver.ExtractFile("C:\\Store\\one", "b", out, false);
+  EXPECT_TRUE(files.Exists("C:\\Store\\one"));
+  EXPECT_EQ(machine.open_files.OpenCount(), 0);
+}
+
 TEST_F(ArchiveSingleTest, TheFirstOfTwoEqualNamesWins) {
   files.Write("C:\\Store\\two", Number32(3) + Record("A.txt", "first") + Record("a.txt", "second") +
                                     Record("a.txt", "third"));

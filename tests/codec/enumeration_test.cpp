@@ -101,6 +101,17 @@ TEST_F(EnumerationTest, FindLastCountsFrom1AndGoesOnBehindEachHit) {
   EXPECT_EQ(FindLast("abc", "\\"), 0U);
   EXPECT_EQ(FindLast("aaaa", "aa"), 3U);
   EXPECT_EQ(FindLast("aA", "a"), 1U);
+  EXPECT_EQ(FindLast("abc", ""), 0U);
+}
+
+TEST_F(EnumerationTest, ADriveIsOneLetterAndAColonAsAWholePart) {
+  for (const char* name : {"C:", "C:\\a", "a\\C:", "a\\C:\\b", "ab:c\\D:\\e", "::\\D:"}) {
+    EXPECT_TRUE(HoldsDrive(name)) << name;
+  }
+  for (const char* name :
+       {"", "a", ":", ":\\a", "ab:", "ab:\\c", "C:a", "a\\C:b", "a\\:\\b", "\\:\\a"}) {
+    EXPECT_FALSE(HoldsDrive(name)) << name;
+  }
 }
 
 }  // namespace
