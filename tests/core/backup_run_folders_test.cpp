@@ -101,6 +101,19 @@ TEST_F(RunFoldersTest, AMissingDestinationTakesNothingAndSaysNothing) {
   EXPECT_THAT(Status(), HasSubstr("Success >> Copied 1 Items"));
 }
 
+TEST_F(RunFoldersTest, TheCopyOfAFolderThatListingsLeaveOutHasItsRealNameToo) {
+  for (const auto& [name, attributes] :
+       {std::pair{"Hidden", attribute::kHidden}, {"System", attribute::kSystem}}) {
+    const Path folder = std::string("C:\\Src\\") + name;
+    Put(folder + "\\a.txt", "a");
+    machine.files.Find(folder)->flags = attributes;
+  }
+  Add("C:\\SRC\\HIDDEN\\*+++++*");
+  Add("C:\\SRC\\SYSTEM\\*+++++*");
+  Run();
+  EXPECT_THAT(machine.files.Names("C:\\Backup"), ElementsAre("Hidden", "System"));
+}
+
 TEST_F(RunFoldersTest, AFolderWithoutANameIsPassedOver) {
   Put("C:\\Src\\Work\\a.txt", "a");
   Add("\\*+++++*");

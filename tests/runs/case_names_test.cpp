@@ -245,6 +245,20 @@ TEST_P(CaseNamesTest, AnItemInAnotherCaseIsCopiedEachTimeThatItChanges) {
   EXPECT_EQ(Content(GetParam() == Mode::kSync ? "Store/a.txt" : "Store/Doc/a.txt"), "new");
 }
 
+TEST_P(CaseNamesTest, AnItemInAnotherCaseGoesToItsCopyInAThird) {
+  if (GetParam() == Mode::kSync) return;  // a folder goes to the location itself
+  Write("Work/Report.doc", "new");
+  Write("Work/Sub/Doc/a.txt", "new");
+  Write("Store/rEPORT.doc", "old");
+  Write("Store/dOC/b.txt", "old");
+  engine.settings.Entries.Assign({"C:\\WORK\\REPORT.DOC", "C:\\WORK\\SUB\\DOC\\*+++++*"});
+  RunTwice();
+  EXPECT_EQ(Content("Store/rEPORT.doc"), "new");
+  EXPECT_EQ(Content("Store/Report.doc"), "(missing)");
+  EXPECT_EQ(Content("Store/dOC/a.txt"), "new");
+  EXPECT_EQ(Content("Store/Doc/a.txt"), "(missing)");
+}
+
 TEST_P(CaseNamesTest, AnItemInAnotherCaseIsCopiedThoughItIsInTheListTwice) {
   Write("Work/Report.doc", "report");
   engine.settings.Entries.Assign({"C:\\WORK\\REPORT.DOC", "C:\\WORK\\REPORT.DOC"});
