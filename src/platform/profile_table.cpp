@@ -9,9 +9,16 @@
 namespace tarnvale {
 
 ProfileTable::Profile& ProfileTable::ProfileOf(const Path& file) {
-  Profile& profile = profiles_[ToLower(file)];
+  Profile& profile = profiles_[file];
   if (!profile.native) profile.native = MakeNative(file);
-  return profile;
+  if (!profile.edits.empty()) return profile;
+  const auto is_one = [&](const auto& entry) {
+    const auto& [path, other] = entry;
+    return !other.edits.empty() && EqualIgnoringCase(path, file) && other.native->Find() &&
+           profile.native->Find() && other.native->Place() == profile.native->Place();
+  };
+  const auto other = std::find_if(profiles_.begin(), profiles_.end(), is_one);
+  return other == profiles_.end() ? profile : other->second;
 }
 
 // Brings the text up to what the medium holds, with the held-back edits. False when the

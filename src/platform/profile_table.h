@@ -21,8 +21,10 @@ class NativeProfile {
   virtual ~NativeProfile() = default;
 
   /// Looks anew what the path leads to. False when that can't be determined. The next
-  /// three are about what was found.
+  /// four are about what was found.
   virtual bool Find() = 0;
+  /// One text for one file, there or not, however the path spells it.
+  virtual std::string Place() = 0;
   /// Whether it is what Read found.
   virtual bool IsAsRead() = 0;
   /// Its bytes, none of them when nothing is there. No result when it can't be read.
@@ -45,8 +47,8 @@ class NativeProfile {
 };
 
 /// Keeps the text of each profile and reads it anew when the file is another one or has
-/// changed. Held-back writes belong to the path that they were made with, in any case of
-/// ASCII letters. They end with this object.
+/// changed. Held-back writes belong to the path that they were made with, and to other
+/// spellings that lead to the same file. They end with this object.
 class ProfileTable : public ProfileFiles {
  public:
   std::string Read(const std::string& section, const std::string& key, const std::string& fallback,
@@ -83,7 +85,7 @@ class ProfileTable : public ProfileFiles {
   static bool Put(Profile& profile);
   static void TakeIn(Profile& profile, const std::string& displaced);
 
-  std::map<Path, Profile> profiles_;  // by folded path
+  std::map<Path, Profile> profiles_;
 };
 
 }  // namespace tarnvale

@@ -19,6 +19,7 @@ class StillMedium : public ProfileTable {
    public:
     explicit File(StillMedium& medium) : medium_(medium) {}
     bool Find() override { return true; }
+    std::string Place() override { return {}; }
     bool IsAsRead() override { return true; }
     std::optional<std::string> Read() override { return medium_.content; }
     bool MayBeWritten() override { return true; }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/failure.h"
+#include "base/text.h"
 
 namespace tarnvale::testing {
 
@@ -16,6 +17,7 @@ class FakeProfiles::File : public NativeProfile {
     node_ = profiles_.files_.Find(file_);
     return profiles_.can_be_read_;
   }
+  std::string Place() override { return ToLower(file_); }
   bool IsAsRead() override { return read_ == Now(); }
   std::optional<std::string> Read() override {
     read_ = Now();

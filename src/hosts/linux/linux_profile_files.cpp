@@ -12,6 +12,7 @@
 
 #include "hosts/linux/file_state.h"
 #include "hosts/linux/folder_scan.h"
+#include "hosts/linux/name_case.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/paths.h"
 #include "hosts/linux/replacement.h"
@@ -52,6 +53,7 @@ class LinuxProfile : public NativeProfile {
       : locator_(locator), temporaries_(temporaries), file_(std::move(file)) {}
 
   bool Find() override;
+  std::string Place() override;
   bool IsAsRead() override;
   std::optional<std::string> Read() override;
   bool MayBeWritten() override;
@@ -88,6 +90,11 @@ bool LinuxProfile::Find() {
   if (!S_ISLNK(there_->st_mode) || GoByOwnLinks(AT_FDCWD, native_, *there_)) return true;
   there_.reset();
   return errno == ENOENT;
+}
+
+std::string LinuxProfile::Place() {
+  if (there_ || native_.empty()) return native_;
+  return std::string(NativeFolderOf(native_)) + "/" + FoldCase(NativeNameOf(native_));
 }
 
 bool LinuxProfile::IsAsRead() {

@@ -77,6 +77,7 @@ class WindowsProfile : public NativeProfile {
       : locator_(locator), slot_(slot), coding_(coding), file_(std::move(file)) {}
 
   bool Find() override;
+  std::string Place() override { return Narrow(FoldedPath(native_)); }
   bool IsAsRead() override { return there_ == read_; }
   std::optional<std::string> Read() override;
   bool MayBeWritten() override {

@@ -42,6 +42,21 @@ class LinuxProfileFilesTest : public LinuxStage {
   const std::string native = OnDrive("Data/t.ini");
 };
 
+TEST_F(LinuxProfileFilesTest, FilesWhoseNamesDifferInCaseAreTwo) {
+  constexpr char kOther[] = "C:\\Data\\T.ini";
+  WriteNative(native, "[A]\r\nx=1\r\n");
+  WriteNative(OnDrive("Data/T.ini"), "[A]\r\nx=2\r\n");
+  EXPECT_EQ(Read("A", "x"), "1");
+  EXPECT_EQ(host->profiles.Read("A", "x", "(none)", 255, kOther), "2");
+  ASSERT_TRUE(Write("x", "3"));
+  EXPECT_EQ(host->profiles.Read("A", "x", "(none)", 255, kOther), "2");
+  ASSERT_TRUE(host->profiles.Write("A", "x", "4", kOther));
+  ASSERT_TRUE(host->profiles.Flush(kFile));
+  ASSERT_TRUE(host->profiles.Flush(kOther));
+  EXPECT_EQ(ReadNative(native), "[A]\r\nx=3\r\n");
+  EXPECT_EQ(ReadNative(OnDrive("Data/T.ini")), "[A]\r\nx=4\r\n");
+}
+
 TEST_F(LinuxProfileFilesTest, ANewFileIsItsOwnersAlone) {
   ASSERT_TRUE(Write("x", "1"));
   ASSERT_TRUE(host->profiles.Flush(kFile));
