@@ -245,18 +245,37 @@ TEST_P(CaseNamesTest, AnItemInAnotherCaseIsCopiedEachTimeThatItChanges) {
   EXPECT_EQ(Content(GetParam() == Mode::kSync ? "Store/a.txt" : "Store/Doc/a.txt"), "new");
 }
 
-TEST_P(CaseNamesTest, AnItemInAnotherCaseGoesToItsCopyInAThird) {
+TEST_P(CaseNamesTest, ItemsInAnotherCaseGoToTheirCopiesInAThird) {
   if (GetParam() == Mode::kSync) return;  // a folder goes to the location itself
-  Write("Work/Report.doc", "new");
-  Write("Work/Sub/Doc/a.txt", "new");
-  Write("Store/rEPORT.doc", "old");
-  Write("Store/dOC/b.txt", "old");
-  engine.settings.Entries.Assign({"C:\\WORK\\REPORT.DOC", "C:\\WORK\\SUB\\DOC\\*+++++*"});
+  std::vector<std::string> items;
+  for (const char* letter : {"A", "B"}) {
+    const std::string name = letter;
+    Write("Work/" + name + "-Report", "new");
+    Write("Work/Sub/" + name + "-Doc/a.txt", "new");
+    Write("Store/" + name + "-rEPORT", "old");
+    Write("Store/" + name + "-dOC/b.txt", "old");
+    items.push_back("C:\\WORK\\" + name + "-REPORT");
+    items.push_back("C:\\WORK\\SUB\\" + name + "-DOC\\*+++++*");
+  }
+  engine.settings.Entries.Assign({items[0], items[2], items[1], items[3]});
   RunTwice();
-  EXPECT_EQ(Content("Store/rEPORT.doc"), "new");
-  EXPECT_EQ(Content("Store/Report.doc"), "(missing)");
-  EXPECT_EQ(Content("Store/dOC/a.txt"), "new");
-  EXPECT_EQ(Content("Store/Doc/a.txt"), "(missing)");
+  for (const char* letter : {"A", "B"}) {
+    const std::string store = std::string("Store/") + letter;
+    EXPECT_EQ(Content(store + "-rEPORT"), "new");
+    EXPECT_EQ(Content(store + "-Report"), "(missing)");
+    EXPECT_EQ(Content(store + "-dOC/a.txt"), "new");
+    EXPECT_EQ(Content(store + "-Doc/a.txt"), "(missing)");
+  }
+}
+
+TEST_P(CaseNamesTest, OfTwoItemsTheOneThatHasGoneIsNotCountedAsTheOther) {
+  Write("Work/makefile", "small");
+  engine.settings.Entries.Assign({"C:\\Work\\Makefile", "C:\\Work\\makefile"});
+  engine.settings.AutoReport = true;
+  std::int32_t total_bytes = -1;
+  engine.stages.SendReport = [&](const RunFacts& facts) { total_bytes = facts.total_bytes; };
+  Run();
+  EXPECT_EQ(total_bytes, 5);
 }
 
 TEST_P(CaseNamesTest, AnItemInAnotherCaseIsCopiedThoughItIsInTheListTwice) {
