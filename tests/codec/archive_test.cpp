@@ -288,5 +288,33 @@ TEST_F(ArchiveTest, NamesAreInTheSystemsCodePage) {
   EXPECT_EQ(files.Content("C:\\Back\\\xD0\x96"), "2");
 }
 
+class ReadAheadCalls : public Workers {
+ public:
+  std::size_t Helpers() override { return 0; }
+  void Run(std::size_t, const std::function<void()>& work) override { work(); }
+  void LetOthersRun() override {}
+  std::optional<std::span<const std::uint8_t>> TakeRead(const Path&) override { return {}; }
+  void ReadAhead(std::vector<Path> files) override { calls.push_back(std::move(files)); }
+
+  std::vector<std::vector<Path>> calls;
+};
+
+TEST_F(ArchiveTest, FilesAreReadAheadSomeHundredsAtATimeAndEachOnce) {
+  std::vector<Path> all;
+  for (int i = 1000; i < 1600; ++i) all.push_back("C:\\Data\\" + std::to_string(i));
+  for (const Path& file : all) files.Write(file, "x");
+  ReadAheadCalls workers;
+  usercontrol11 packer(ArchiveParts(machine.Interfaces(), workers));
+  packer.SaveFilesToArchiv("C:\\Data", archive, false);
+  std::vector<Path> read;
+  std::vector<std::size_t> counts;
+  for (const std::vector<Path>& call : workers.calls) {
+    counts.push_back(call.size());
+    read.insert(read.end(), call.begin(), call.end());
+  }
+  EXPECT_THAT(counts, ElementsAre(256, 256, 88, 0, 0));
+  EXPECT_EQ(read, all);
+}
+
 }  // namespace
 }  // namespace tarnvale::testing
