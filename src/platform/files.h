@@ -186,7 +186,8 @@ class FileSystem {
   /// The target changes in one step: after any failure it is as it was, and no
   /// other file is left. Raises 53 (no source, or a folder), 76 (no folder for
   /// the target), 61 (medium full), 70 (source or target folder refused), 75
-  /// (the target is read-only or a folder). Doesn't yield.
+  /// (the target is read-only or a folder). A host may replace a read-only one that has the
+  /// source's time and fewer bytes: a lost medium has left that of a copy. Doesn't yield.
   virtual void CopyWhole(const Path& source, const Path& target,
                          Rights rights = Rights::kNewFile) = 0;
   /// Likewise, to an entry of a held folder; raises 58 as well.

@@ -69,11 +69,19 @@ std::map<std::string, std::string> Pairs(const Names& first, const Names& second
   return pairs;
 }
 
+// As a lost medium leaves a copy.
+bool IsCutShort(const File& from, const File& copy) {
+  return !from.is_link && copy.time == from.time && copy.content.size() < from.content.size();
+}
+
 // False when the copy is refused: nothing happens then.
 bool Copy(const File& from, Folder& to, const std::string& name) {
   if (from.is_locked) return false;
-  const auto old = to.files.find(name);
-  if (old != to.files.end() && !old->second.is_link && old->second.is_read_only) return false;
+  const auto at = to.files.find(name);
+  if (at != to.files.end()) {
+    const File& old = at->second;
+    if (!old.is_link && old.is_read_only && !IsCutShort(from, old)) return false;
+  }
   File copy = from;
   copy.is_changed = true;
   to.files[name] = copy;
