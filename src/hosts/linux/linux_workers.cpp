@@ -80,8 +80,12 @@ void LinuxWorkers::ReadAhead(std::vector<Path> files) {
 }
 
 void LinuxWorkers::ReadAll(Ahead& ahead) {
-  if (!ahead.bytes) ahead.bytes.reset(new (std::nothrow) std::uint8_t[kMostAhead + kLargestAhead]);
-  if (!ahead.bytes) return;  // they are read when they are asked for
+  try {
+    constexpr std::size_t kRoom = kMostAhead + kLargestAhead;
+    if (!ahead.bytes) ahead.bytes = std::make_unique_for_overwrite<std::uint8_t[]>(kRoom);
+  } catch (const std::bad_alloc&) {
+    return;  // they are read when they are asked for
+  }
   for (AheadFile& file : ahead.files) {
     if (ahead.count < kMostAhead) ReadOne(file, ahead);
   }
