@@ -160,6 +160,17 @@ TEST_F(ArchiveTest, ExtractingReplacesAnOldFileWhole) {
   EXPECT_EQ(files.Content("C:\\Out\\a.txt"), "new");
 }
 
+TEST_F(ArchiveTest, AFileOfAnotherEntryInAFolderIsNotReplaced) {
+  files.AddDrive("W");
+  files.DistinguishCase("W");
+  files.Write(archive, Number32(2) + Record("sub\\a.txt", "one") + Record("sub\\A.txt", "two"));
+  files.Write("W:\\sub\\A.txt", "old");
+  archiver.ExtractFilesFromArchiv(archive, "W:\\", false);
+  EXPECT_THAT(files.Names("W:\\sub"), ElementsAre("A.txt", "a.txt"));
+  EXPECT_EQ(files.Content("W:\\sub\\a.txt"), "one");
+  EXPECT_EQ(files.Content("W:\\sub\\A.txt"), "two");
+}
+
 TEST_F(ArchiveTest, AFileOfNoBytesHasARecordOfNone) {
   files.Write("C:\\Data\\empty", "");
   archiver.SaveFilesToArchiv("C:\\Data", archive, false);
