@@ -220,6 +220,21 @@ TEST_P(AlikeNamesTest, UnpackedFoldersAreNotMerged) {
   EXPECT_THAT(NamesIn("Store/" + kept), ElementsAre("a"));
 }
 
+class FoldingUnpackingTest : public FoldingRun {};
+
+TEST_F(FoldingUnpackingTest, AFileStandsForOneEntryOnly) {
+  FoldOn("Store");
+  // Only the medium knows the first one by the file's name, letters tell it of the second.
+  Write("Work/u\xCC\x88", "the first");
+  Write("Work/Ü", "the second");
+  Write("Store/ü", "old");
+  usercontrol11 archives(interfaces);
+  archives.SaveFilesToArchiv("C:\\Work", "C:\\Data\\a.tvz", false);
+  archives.ExtractFilesFromArchiv("C:\\Data\\a.tvz", "C:\\Store", false);
+  EXPECT_THAT(NamesIn("Store"), ElementsAre("ü"));
+  EXPECT_EQ(Content("Store/ü"), "the first");
+}
+
 class FoldingCostTest : public FoldingRun {};
 
 TEST_F(FoldingCostTest, AFolderIsNotReadAnewForEachFileThatIsReplaced) {
