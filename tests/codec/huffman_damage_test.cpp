@@ -287,6 +287,24 @@ TEST_F(HuffmanDamageTest, AResultThatEndsWithinAStepIsDecodedAsPlainly) {
   }
 }
 
+// The other cursors are off by a bit, and take a run of the code 01 for one of the code 10: the
+// right one goes on alone behind some 15,900 codes of two bits, for 55,440 more. One of three
+// bits among them makes its steps end behind that.
+TEST_F(HuffmanDamageTest, AResultThatEndsWhereOneCursorGoesOnAloneIsDecodedAsPlainly) {
+  for (const int last : {1, 2, 3}) {
+    Bytes input;
+    for (std::size_t i = 0; i < 75000; ++i) input.push_back(i % 20000 == 0 ? 4 : last);
+    input.insert(input.end(), 75000, static_cast<std::uint8_t>(last % 3 + 1));
+    input.insert(input.end(), 75000, static_cast<std::uint8_t>((last + 1) % 3 + 1));
+    for (std::size_t i = 0; i < 75000; ++i) input.push_back(4 + i % 2);
+    const Bytes stream = EncodePlainly(input).bytes;
+    for (std::size_t length = 71300; length < 71600; length += 5) {
+      const Bytes ended = EndedAfter(length, stream, input);
+      ASSERT_TRUE(codec.Decode(ended) == DecodePlainly(ended)) << last << ", " << length;
+    }
+  }
+}
+
 TEST_F(HuffmanDamageTest, EveryBitOfASmallStreamCanBeWrong) {
   SweepBits(ab);
   SweepBits(codec.Encode(BytesOf("ABRACADABRA")).bytes);

@@ -87,6 +87,24 @@ TEST_F(HuffmanProgressTest, LongInputsReportAsTheFormatSays) {
   }
 }
 
+// The 10000th byte is looked at behind its last bit: not where the result ends before that.
+TEST_F(HuffmanProgressTest, TheByteThatTheResultEndsInIsNotReported) {
+  for (const std::size_t bits : {1U, 8U}) {
+    const std::size_t symbols = std::size_t{1} << bits;
+    const Bytes input = TiedInput(1, symbols, 100000 / symbols);
+    const Bytes stream = EncodePlainly(input).bytes;
+    const std::size_t before = (10000 * 8 - (stream.size() * 8 - input.size() * bits)) / bits;
+    for (std::size_t length = before - 9; length <= before + 9; ++length) {
+      const Bytes ended = EndedAfter(length, stream, input);
+      ASSERT_TRUE(codec.Decode(ended) == DecodePlainly(ended)) << bits << ", " << length;
+    }
+    for (const std::size_t size : {9999U, 10000U, 10001U}) {
+      const Bytes cut_off(stream.begin(), stream.begin() + size);
+      ASSERT_TRUE(codec.Decode(cut_off) == DecodePlainly(cut_off)) << bits << ", " << size;
+    }
+  }
+}
+
 TEST_F(HuffmanProgressTest, ReportsBeforeAFailureAreMade) {
   Bytes stream = EncodePlainly(ProseInput(7, 100000)).bytes;
   stream[4] ^= 1;
