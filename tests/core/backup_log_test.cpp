@@ -264,5 +264,14 @@ TEST_F(BackupLogTest, IsUtf8BehindAMarkFromTheFirstNameThatTheCodePageLacks) {
                        End(3));
 }
 
+TEST_F(BackupLogTest, ANameThatTheCodePageLacksOpensNoLogThatWasClosed) {
+  machine.open_files.UseWesternCodePage();
+  AddFile("C:\\Src\\\xD0\x96", "a");
+  machine.loop.OnYield(1, [this] { machine.open_files.CloseAll(); });
+  Run();
+  EXPECT_EQ(Log(), kBegin);
+  EXPECT_TRUE(machine.files.Exists("C:\\Backup\\\xD0\x96"));
+}
+
 }  // namespace
 }  // namespace tarnvale::testing
