@@ -196,10 +196,17 @@ class LaneDecoder {
     std::uint8_t* out = nullptr;
   };
 
+  // Bytes that are still to be copied to where they belong.
+  struct Piece {
+    std::span<const std::uint8_t> bytes;
+    std::uint8_t* place = nullptr;
+  };
+
   using Memory = std::unique_ptr<std::uint8_t[]>;
   // What one processor decodes into.
   using Buffers = std::array<Memory, kLanes>;
   using Lanes = std::array<Lane, kLanes>;
+  using Pieces = std::array<Piece, kLanes>;
 
   std::uint64_t Window(std::uint64_t position) const;
   bool HasRoomFor(std::uint64_t bits) const { return HasRoomFor(lane_, bits); }
@@ -209,11 +216,13 @@ class LaneDecoder {
   void RunTogether(DecodingReports& reports, Workers& workers);
   void RunBlocks(std::size_t count, std::vector<Buffers>& buffers, Workers& workers);
   Lanes DecodeBlock(std::uint64_t begin, const Buffers& buffers);
-  Lane JoinBlock(Lane right, std::uint64_t begin, const Lanes& lanes, const Buffers& buffers);
+  Pieces JoinBlock(Lane& right, std::uint64_t begin, const Lanes& lanes, const Buffers& buffers);
   bool RunGroup(std::uint64_t span_bits);
   void RunLanes(std::array<Lane, kLanes>& lanes, const std::array<std::uint64_t, kLanes>& stops);
   void RunLane(Lane& lane, std::uint64_t stop) const;
-  bool Join(Lane& lane, const Lane& next, std::uint64_t next_start, const std::uint8_t* made);
+  bool Join(Lane& lane, const Lane& next, std::uint64_t next_start, const std::uint8_t* made,
+            Piece& piece) const;
+  static void Copy(const Piece& piece);
   void RunAlone(std::uint64_t bits);
   void RunExactly();
   void Advance(const Lane& lane);
@@ -322,9 +331,9 @@ void LaneDecoder::RunLanes(std::array<Lane, kLanes>& lanes,
 }
 
 // Brings `lane`, which has come to the start of `next` or beyond, together with
-// what `next` made. False when they don't meet.
+// what `next` made, most of which is then `piece`. False when they don't meet.
 bool LaneDecoder::Join(Lane& lane, const Lane& next, std::uint64_t next_start,
-                       const std::uint8_t* made) {
+                       const std::uint8_t* made, Piece& piece) const {
   std::uint64_t other = next_start;
   const std::uint8_t* kept = made;
   for (int step = 0; other != lane.position; ++step) {
@@ -337,9 +346,13 @@ bool LaneDecoder::Join(Lane& lane, const Lane& next, std::uint64_t next_start,
     }
   }
   if (other > next.position) return false;
-  lane.out = std::copy(kept, static_cast<const std::uint8_t*>(next.out), lane.out);
-  lane.position = next.position;
+  piece = {{kept, next.out}, lane.out};
+  lane = {next.position, lane.out + piece.bytes.size()};
   return true;
+}
+
+void LaneDecoder::Copy(const Piece& piece) {
+  std::copy(piece.bytes.begin(), piece.bytes.end(), piece.place);
 }
 
 void LaneDecoder::Advance(const Lane& lane) {
@@ -360,7 +373,9 @@ bool LaneDecoder::RunGroup(std::uint64_t span_bits) {
   Lane right = lanes[0];
   bool met = true;
   for (std::size_t i = 1; met && i < kLanes; ++i) {
-    met = Join(right, lanes[i], stops[i - 1], guesses_[i - 1].get());
+    Piece piece;
+    met = Join(right, lanes[i], stops[i - 1], guesses_[i - 1].get(), piece);
+    Copy(piece);
   }
   Advance(right);
   return met;
@@ -392,7 +407,7 @@ LaneDecoder::Memory LaneDecoder::MemoryFor(std::uint64_t span_bits) const {
 // A block is four of the long spans.
 constexpr std::uint64_t kBlockBits = 4 * kSpans[0];
 // Some milliseconds for two processors.
-constexpr std::size_t kBlocksInRound = 64;
+constexpr std::size_t kBlocksInRound = 128;
 // Fewer aren't worth a call.
 constexpr std::size_t kLeastBlocks = 8;
 
@@ -417,9 +432,9 @@ void LaneDecoder::RunTogether(DecodingReports& reports, Workers& workers) {
   }
 }
 
-// Whoever has decoded a block waits until the one before it was joined, and joins it:
-// that takes a small part of the time. From the first one on for which the result may have
-// no room, none is.
+// Whoever has decoded a block waits until the one before it was joined, and joins it: then its
+// place is known, and what is copied there keeps nobody waiting. From the first one on for
+// which the result may have no room, none is.
 void LaneDecoder::RunBlocks(std::size_t count, std::vector<Buffers>& buffers, Workers& workers) {
   const std::uint64_t begin = lane_.position;
   std::atomic<std::size_t> next_buffers = 0;
@@ -436,9 +451,11 @@ void LaneDecoder::RunBlocks(std::size_t count, std::vector<Buffers>& buffers, Wo
       while (joined.load(std::memory_order_acquire) != i) workers.LetOthersRun();
       const std::uint8_t* const from = right.out;
       is_full = is_full || !HasRoomFor(right, kBlockBits + 2 * kStepBits);
-      if (!is_full) right = JoinBlock(right, block_begin, lanes, mine);
+      Pieces pieces;
+      if (!is_full) pieces = JoinBlock(right, block_begin, lanes, mine);
       const std::uint8_t* const to = right.out;
       joined.store(i + 1, std::memory_order_release);
+      std::for_each(pieces.begin(), pieces.end(), &Copy);
       checksum ^= ChecksumOf({from, to});
     }
   });
@@ -457,14 +474,16 @@ LaneDecoder::Lanes LaneDecoder::DecodeBlock(std::uint64_t begin, const Buffers& 
   return lanes;
 }
 
-// Returns where the right cursor then is: at the block's end or a few bits behind it.
-LaneDecoder::Lane LaneDecoder::JoinBlock(Lane right, std::uint64_t begin, const Lanes& lanes,
-                                         const Buffers& buffers) {
+// Takes the right cursor to the block's end or a few bits behind it.
+LaneDecoder::Pieces LaneDecoder::JoinBlock(Lane& right, std::uint64_t begin, const Lanes& lanes,
+                                           const Buffers& buffers) {
+  Pieces pieces;
   for (std::size_t i = 0; i < kLanes; ++i) {
     const std::uint64_t start = begin + i * kSpans[0];
-    if (!Join(right, lanes[i], start, buffers[i].get())) RunLane(right, start + kSpans[0]);
+    const bool met = Join(right, lanes[i], start, buffers[i].get(), pieces[i]);
+    if (!met) RunLane(right, start + kSpans[0]);
   }
-  return right;
+  return pieces;
 }
 
 std::size_t LaneDecoder::Run(DecodingReports& reports, Workers& workers) {

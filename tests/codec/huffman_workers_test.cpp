@@ -101,9 +101,9 @@ TEST_F(HuffmanWorkersTest, AResultThatEndsWithinTheLastBlockGetsNoMore) {
   }
 }
 
-// A round takes 64 blocks of 887040 bits.
+// A round takes 128 blocks of 887040 bits.
 TEST_F(HuffmanWorkersTest, DecodingReportsAfterEachRound) {
-  const Bytes stream = codec.Encode(TiedInput(4, 128, 75000)).bytes;
+  const Bytes stream = codec.Encode(TiedInput(4, 128, 150000)).bytes;
   workers.runs = 0;
   std::vector<int> rounds;
   PercentReport report([&](std::int16_t) { rounds.push_back(workers.runs); });
