@@ -28,12 +28,15 @@ struct NativeState {
   bool is_read_only = false;  ///< of plain files only
   std::int64_t size_bytes = 0;
   std::int64_t modified_s = 0;
+  std::int64_t modified_fraction_ns = 0;  ///< beyond the second
 };
 
 /// Of the entry itself; none where there is nothing. Raises SystemError.
 std::optional<NativeState> StateOfEntry(const NativeEntry& entry);
 /// Of what a native path leads to by links of the user's own. Raises SystemError.
 NativeState StateBehindLinks(const std::string& native);
+/// Whether no run replaces this copy because it is read-only.
+bool StaysAsReadOnly(const NativeState& source, const NativeState& copy);
 
 /// What a link leads to, as the system keeps it; none for what is no link. Raises
 /// SystemError.

@@ -26,8 +26,8 @@ int FdOf(const NativeEntry& entry) {
 
 NativeState StateOf(const struct stat& info) {
   const bool is_plain = S_ISREG(info.st_mode);
-  return {is_plain, S_ISLNK(info.st_mode), is_plain && (info.st_mode & S_IWUSR) == 0, info.st_size,
-          info.st_mtim.tv_sec};
+  return {is_plain,     S_ISLNK(info.st_mode), is_plain && (info.st_mode & S_IWUSR) == 0,
+          info.st_size, info.st_mtim.tv_sec,   info.st_mtim.tv_nsec};
 }
 
 bool IsSpecial(const dirent& entry) {
@@ -64,6 +64,14 @@ NativeState StateBehindLinks(const std::string& native) {
   struct stat info {};
   if (!StateByOwnLinks(AT_FDCWD, native, info)) throw SystemError();
   return StateOf(info);
+}
+
+// What a drive that went away has left of a copy is replaced.
+bool StaysAsReadOnly(const NativeState& source, const NativeState& copy) {
+  const bool is_cut_short = copy.size_bytes < source.size_bytes &&
+                            copy.modified_s == source.modified_s &&
+                            copy.modified_fraction_ns == source.modified_fraction_ns;
+  return copy.is_read_only && !is_cut_short;
 }
 
 std::optional<std::string> LinkOf(const NativeEntry& entry) {

@@ -65,6 +65,10 @@ NativeState StateBehindLinks(const std::string& native) {
   return Told(*state);
 }
 
+bool StaysAsReadOnly(const NativeState&, const NativeState& copy) {
+  return copy.is_read_only;
+}
+
 std::optional<std::string> LinkOf(const NativeEntry& entry) {
   const auto state = StateOf(NativeOf(entry), Links::kKeep);
   if (!state) throw SystemError();

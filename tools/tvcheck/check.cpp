@@ -113,8 +113,9 @@ Finding Check::Judge(const ComparedFile& file, const NativeEntry& source, const 
   }
   const bool times_differ = (file.status & ~difference::kSizesDiffer) != 0;
   if (times_differ) finding.state = State::kOlder;
-  const auto state = StateOfEntry(copy);
-  if (state && state->is_read_only) finding.rule = Rule::kReadOnlyCopy;
+  const auto ours = StateOfEntry(source);
+  const auto theirs = StateOfEntry(copy);
+  if (ours && theirs && StaysAsReadOnly(*ours, *theirs)) finding.rule = Rule::kReadOnlyCopy;
   return finding;
 }
 
@@ -280,7 +281,7 @@ Finding Check::Judge(const SingleFile& file) {
     }
     if (finding.state != State::kDifferent) return finding;
     if (theirs->modified_s < ours.modified_s) finding.state = State::kOlder;
-    finding.rule = theirs->is_read_only ? Rule::kReadOnlyCopy : file.rule;
+    finding.rule = StaysAsReadOnly(ours, *theirs) ? Rule::kReadOnlyCopy : file.rule;
   } catch (const SystemError& error) {
     finding.state = State::kUnreadable;
     finding.reason = error.what();
