@@ -433,16 +433,15 @@ void LaneDecoder::RunTogether(DecodingReports& reports, Workers& workers) {
 }
 
 // Whoever has decoded a block waits until the one before it was joined, and joins it: then its
-// place is known, and what is copied there keeps nobody waiting. From the first one on for
-// which the result may have no room, none is.
+// place is known, and what is copied there keeps nobody waiting. Where the result may have no
+// room for one, the right cursor stays, and there is none for those behind it either.
 void LaneDecoder::RunBlocks(std::size_t count, std::vector<Buffers>& buffers, Workers& workers) {
   const std::uint64_t begin = lane_.position;
   std::atomic<std::size_t> next_buffers = 0;
   std::atomic<std::size_t> next = 0;
   std::atomic<std::size_t> joined = 0;
   std::atomic<unsigned> checksum = 0;
-  Lane right = lane_;  // these two of whoever joins
-  bool is_full = false;
+  Lane right = lane_;  // of whoever joins
   workers.Run(buffers.size() - 1, [&] {
     const Buffers& mine = buffers[next_buffers++];
     for (std::size_t i = next++; i < count; i = next++) {
@@ -450,9 +449,10 @@ void LaneDecoder::RunBlocks(std::size_t count, std::vector<Buffers>& buffers, Wo
       const Lanes lanes = DecodeBlock(block_begin, mine);
       while (joined.load(std::memory_order_acquire) != i) workers.LetOthersRun();
       const std::uint8_t* const from = right.out;
-      is_full = is_full || !HasRoomFor(right, kBlockBits + 2 * kStepBits);
       Pieces pieces;
-      if (!is_full) pieces = JoinBlock(right, block_begin, lanes, mine);
+      if (HasRoomFor(right, kBlockBits + 2 * kStepBits)) {
+        pieces = JoinBlock(right, block_begin, lanes, mine);
+      }
       const std::uint8_t* const to = right.out;
       joined.store(i + 1, std::memory_order_release);
       std::for_each(pieces.begin(), pieces.end(), &Copy);
