@@ -62,32 +62,35 @@ void LinuxWorkers::WillFill(std::span<std::uint8_t> bytes) {
 }
 
 void LinuxWorkers::ReadAhead(std::vector<Path> files) {
-  if (reader_.joinable()) reader_.join();
+  if (reader_.joinable()) {
+    // Instead of waiting.
+    ReadAll(*in_work_);
+    reader_.join();
+  }
   std::swap(ready_, in_work_);
   next_taken_ = 0;
-  in_work_.files.clear();
-  in_work_.count = 0;
-  if (files.empty()) in_work_.bytes.reset();
+  in_work_->files.clear();
+  in_work_->count = in_work_->begun = 0;
+  if (files.empty()) in_work_->bytes.reset();
   if (files.empty() || Helpers() == 0) return;
   for (const Path& file : files) {
-    in_work_.files.emplace_back().native = drive_.ToNative(file).value_or("");
+    in_work_->files.emplace_back().native = drive_.ToNative(file).value_or("");
   }
   try {
-    reader_ = std::jthread([&ahead = in_work_] { ReadAll(ahead); });
+    constexpr std::size_t kRoom = kMostAhead + 2 * kLargestAhead;
+    if (!in_work_->bytes) in_work_->bytes = std::make_unique_for_overwrite<std::uint8_t[]>(kRoom);
+    reader_ = std::jthread([&ahead = *in_work_] { ReadAll(ahead); });
+  } catch (const std::bad_alloc&) {
+    // They are read when they are asked for.
   } catch (const std::system_error&) {
     // Without another thread nothing is read ahead.
   }
 }
 
+// The files that nobody has begun yet.
 void LinuxWorkers::ReadAll(Ahead& ahead) {
-  try {
-    constexpr std::size_t kRoom = kMostAhead + kLargestAhead;
-    if (!ahead.bytes) ahead.bytes = std::make_unique_for_overwrite<std::uint8_t[]>(kRoom);
-  } catch (const std::bad_alloc&) {
-    return;  // they are read when they are asked for
-  }
-  for (AheadFile& file : ahead.files) {
-    if (ahead.count < kMostAhead) ReadOne(file, ahead);
+  for (std::size_t i = ahead.begun++; i < ahead.files.size(); i = ahead.begun++) {
+    if (ahead.count < kMostAhead) ReadOne(ahead.files[i], ahead);
   }
 }
 
@@ -99,20 +102,20 @@ void LinuxWorkers::ReadOne(AheadFile& file, Ahead& ahead) {
   if (!opened || ::fstat(opened.Get(), &file.info) != 0) return;
   if (!S_ISREG(file.info.st_mode) || file.info.st_size > off_t{kLargestAhead}) return;
   const auto size = static_cast<std::size_t>(file.info.st_size);
-  const ssize_t got = ::pread(opened.Get(), &ahead.bytes[ahead.count], size, 0);
+  std::uint8_t* const to = &ahead.bytes[ahead.count.fetch_add(size)];
+  const ssize_t got = ::pread(opened.Get(), to, size, 0);
   if (got < 0 || static_cast<std::size_t>(got) != size) return;
-  file.content = {&ahead.bytes[ahead.count], size};
-  ahead.count += size;
+  file.content = {to, size};
 }
 
 std::optional<std::span<const std::uint8_t>> LinuxWorkers::TakeRead(const Path& file) {
-  if (ready_.files.empty()) return std::nullopt;
+  if (ready_->files.empty()) return std::nullopt;
   const std::optional<std::string> native = drive_.ToNative(file);
-  while (next_taken_ < ready_.files.size() && ready_.files[next_taken_].native != native) {
+  while (next_taken_ < ready_->files.size() && ready_->files[next_taken_].native != native) {
     ++next_taken_;
   }
-  if (next_taken_ == ready_.files.size()) return std::nullopt;
-  const AheadFile& read = ready_.files[next_taken_++];
+  if (next_taken_ == ready_->files.size()) return std::nullopt;
+  const AheadFile& read = ready_->files[next_taken_++];
   struct stat info {};
   if (!read.content || ::lstat(read.native.c_str(), &info) != 0 || !SameState(info, read.info)) {
     return std::nullopt;

@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -42,15 +43,16 @@ class LinuxWorkers final : public Workers {
   struct Ahead {
     std::vector<AheadFile> files;
     std::unique_ptr<std::uint8_t[]> bytes;  ///< room for all of them
-    std::size_t count = 0;                  ///< of these taken
+    std::atomic<std::size_t> count = 0;     ///< of these taken
+    std::atomic<std::size_t> begun = 0;     ///< files
   };
   static void ReadAll(Ahead& ahead);
   static void ReadOne(AheadFile& file, Ahead& ahead);
 
   DrivePaths drive_;
-  Ahead ready_;
-  std::size_t next_taken_ = 0;  ///< of the ready ones
-  Ahead in_work_;               ///< the reader's alone, as long as it runs
+  std::unique_ptr<Ahead> ready_ = std::make_unique<Ahead>();
+  std::size_t next_taken_ = 0;                                  ///< of the ready ones
+  std::unique_ptr<Ahead> in_work_ = std::make_unique<Ahead>();  ///< shared with the reader
   std::jthread reader_;
 };
 
