@@ -64,6 +64,19 @@ TEST(NamePairsTest, WhatAMediumFindsStandsForOneNameOnly) {
               ElementsAre(0, 1, NamePairs::kNone));
 }
 
+// Neither for one whose partner has it in another case, nor for a file that is a folder there.
+TEST(NamePairsTest, NoMediumIsAskedForANameThatHasItsPlace) {
+  const FolderContents first = Files({"ab1", "cd1"});
+  FolderContents second = Files({"AB1", "ab2", "cd2"});
+  second.folders = {"cd1"};
+  for (const bool is_second : {true, false}) {
+    NameRules rules{.fold = ToLower, .in_first = {}, .in_second = {}};
+    (is_second ? rules.in_second : rules.in_first) = ByTwoLetters;
+    EXPECT_THAT(PairNames(first, second, rules).files, ElementsAre(0, NamePairs::kNone))
+        << is_second;
+  }
+}
+
 TEST(NamePairsTest, FoldersWithoutAMediumFindNothing) {
   FakeMachine machine;
   const NameRules rules = NameRulesOf(machine.files, nullptr, nullptr);
