@@ -89,6 +89,8 @@ void BackupRun::Prepare() {
   run_.start = system_.clock.Now();
   run_.date = DatePart(run_.start);
   state_.RunDestination = WithBackslash(state_.RunDestination.Get());
+  run_.unflushed_since_s = system_.files.BeginCopies(state_.RunDestination);
+  sync_.Suspect(run_.unflushed_since_s);
 }
 
 void BackupRun::BuildRunFiles() {
@@ -199,11 +201,29 @@ void BackupRun::CopyRow(const RunFile& row) {
     CopyAlways(row);
   } else if (run_.attributes != 0) {
     CopyChanged(row);
+  } else if (IsLost(row)) {
+    Step([&] { CopyToStorage(row); });
   }
   ShowTotal();
 }
 
+// Chosen: what looks like its file and isn't, as its medium went away, is no copy.
+bool BackupRun::IsLost(const RunFile& row) {
+  if (!run_.unflushed_since_s) return false;
+  bool is_lost = false;
+  PassedOver pass;
+  pass.Step([&] {
+    const Path& source = sources_.At(row.Path);
+    const auto target = targets_.FileIn(state_.RunDestination, sources_.NameOf(row.Path));
+    const auto folder = system_.files.OpenFolder(FolderOf(source));
+    is_lost = target && system_.files.Mistrust({*folder, FileNameOf(source)}, *target,
+                                               *run_.unflushed_since_s);
+  });
+  return is_lost;
+}
+
 void BackupRun::CopyToStorage(const RunFile& row) {
+  IsLost(row);  // or a read-only copy would stay
   const Path& source = sources_.At(row.Path);
   const auto target = targets_.FileIn(state_.RunDestination.Get(), sources_.NameOf(row.Path));
   if (target) {
@@ -361,7 +381,11 @@ void BackupRun::CloseLog() {
     Step([&] { log_.Close(); });
   }
   // What is announced next has reached the medium.
-  Step([&] { FlushMedium(system_.files, loop_, state_.RunDestination); });
+  Step([&] {
+    if (FlushMedium(system_.files, loop_, state_.RunDestination)) {
+      system_.files.EndCopies(state_.RunDestination);
+    }
+  });
 }
 
 void BackupRun::ShowEnd() {

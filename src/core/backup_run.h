@@ -65,6 +65,7 @@ class BackupRun {
   void CopyToStorage(const RunFile& row);
   void CopyAlways(const RunFile& row);
   void CopyChanged(const RunFile& row);
+  bool IsLost(const RunFile& row);
   void CountFile(const RunFile& row);
   void CopyWholeFolders();
   void FolderRound();
@@ -105,6 +106,8 @@ class BackupRun {
     std::int32_t files_counted = 0;  ///< never shown
     std::int64_t count = 0;          ///< of the list, taken once before the loops
     std::uint8_t attributes = 0;
+    /// Since when copies in the storage location may not have reached their medium.
+    std::optional<std::int64_t> unflushed_since_s;
     std::string folder_name;
     /// That folder, under the name that it has in the storage location; none when the
     /// medium has no room for it beside one of another case.

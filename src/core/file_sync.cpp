@@ -161,12 +161,23 @@ void FileSync::CopyFile(const HeldEntry& source, const HeldEntry& target,
   }
 }
 
+// Chosen: what looks like its file and isn't, as its medium went away, is no copy.
+bool FileSync::IsLost(const FolderPair& pair, const Row& row) {
+  const bool same_time = (row.status & ~difference::kSizesDiffer) == difference::kNone;
+  return suspect_since_s_ && same_time && pair.first && pair.second &&
+         files_.Mistrust({*pair.first, row.first}, {*pair.second, row.second}, *suspect_since_s_);
+}
+
 void FileSync::SyncPair(const FolderPair& pair, bool two_way) {
   // Attributes cost two look-ups a file and decide no direction.
-  const std::vector<Row> table = Compare(pair.in_first, pair.in_second, pair.names);
+  std::vector<Row> table = Compare(pair.in_first, pair.in_second, pair.names);
   // Required: an empty table fails the pass. SyncFolders goes on all the same.
   if (table.empty()) throw ProgramError(kSubscriptOutOfRange);
-  for (const Row& row : table) {
+  for (Row& row : table) {
+    if (IsLost(pair, row)) {
+      row.status = difference::kFirstNewer;
+      row.listed_in_second = pair.second->File(row.second);
+    }
     const SyncDirection direction = DirectionOf(row.status);
     const bool copies = direction == SyncDirection::kFirstToSecond ||
                         (direction == SyncDirection::kSecondToFirst && two_way);

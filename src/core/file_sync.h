@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -78,6 +79,10 @@ class FileSync {
   void SyncFolders(const Path& first, const HeldEntry& second, bool two_way,
                    const Companions& companions = {});
 
+  /// Since when copies in the second folders may not have reached their medium, if some may
+  /// not; see FileSystem::BeginCopies. Those that look right and have other bytes are made anew.
+  void Suspect(std::optional<std::int64_t> since_s) { suspect_since_s_ = since_s; }
+
   /// Notified of each file of two folders that both are there, before it is copied
   /// or left alone.
   std::function<void(const ComparedFile&)> OnCompared;
@@ -125,6 +130,7 @@ class FileSync {
   void Read(FolderPair& pair, const Companions& companions, const Path& below);
   static std::vector<Row> Compare(const FolderContents& first, const FolderContents& second,
                                   const NamePairs& pairs);
+  bool IsLost(const FolderPair& pair, const Row& row);
   void SyncPair(const FolderPair& pair, bool two_way);
   template <class Hold, class CopyWhole>
   void SyncFolders(const Path& first, Hold&& hold_second, CopyWhole&& copy_whole, bool two_way,
@@ -139,6 +145,7 @@ class FileSync {
 
   FileSystem& files_;
   EventLoop& loop_;
+  std::optional<std::int64_t> suspect_since_s_;
 };
 
 }  // namespace tarnvale

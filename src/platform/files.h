@@ -246,6 +246,22 @@ class FileSystem {
   /// when `folder` is none, 75 when it can't be read.
   virtual std::unique_ptr<HeldFolder> OpenFolder(const Path& folder) = 0;
 
+  /// Says that copies to this folder, and to those in it, begin, and notes it there until EndCopies
+  /// says that all have reached their medium. Returns since when some may not have: what came to
+  /// the folder then may have its whole length and time, and other bytes. None when the ones before
+  /// have, and on a host where each has before it gets its name. In seconds since 1970-01-01 UTC,
+  /// by the medium. Raises nothing: where nothing can be noted, nothing is known.
+  virtual std::optional<std::int64_t> BeginCopies(const Path&) { return std::nullopt; }
+  virtual void EndCopies(const Path&) {}
+
+  /// Makes a copy older than any file, and no longer read-only, that came or changed since then,
+  /// and has the time of its file, to the second, but other bytes. False where there is no such
+  /// copy, or where that can't be said; nothing has happened then. Raises nothing.
+  virtual bool Mistrust(const HeldEntry& /*source*/, const HeldEntry& /*copy*/,
+                        std::int64_t /*since_s*/) {
+    return false;
+  }
+
   /// Begins to put everything written so far to the medium that holds `folder`
   /// onto it, and returns at once: that can take minutes, and happens beside the
   /// event loop. Raises 76; 57 when it can't even begin.

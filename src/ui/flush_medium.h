@@ -7,10 +7,14 @@
 namespace tarnvale {
 
 /// Returns when everything written so far to the medium that holds `folder` has
-/// reached it, or when the program ends. Yields by wait passes. Raises 76, 57.
-inline void FlushMedium(FileSystem& files, EventLoop& loop, const Path& folder) {
+/// reached it, or when the program ends; false then. Yields by wait passes. Raises 76, 57.
+inline bool FlushMedium(FileSystem& files, EventLoop& loop, const Path& folder) {
   const auto flush = files.BeginFlush(folder);
-  while (!flush->IsDone() && !loop.IsEnding()) loop.WaitPass();
+  while (!flush->IsDone()) {
+    if (loop.IsEnding()) return false;
+    loop.WaitPass();
+  }
+  return true;
 }
 
 }  // namespace tarnvale

@@ -354,6 +354,22 @@ TEST_F(RunFilesLoopTest, TheMediumIsFlushedBeforeTheRunSaysThatItIsDone) {
   EXPECT_EQ(machine.files.Calls().back(), "BeginFlush C:\\Backup\\");
 }
 
+TEST_F(RunFilesLoopTest, CopiesAreNotedUntilTheirMediumHasThem) {
+  AddFile("C:\\Src\\a.txt", "a");
+  bool noted = false;
+  machine.loop.OnYield(2, [&] { noted = machine.files.HasUnflushed("C:\\Backup\\"); });
+  Run();
+  EXPECT_TRUE(noted);
+  EXPECT_FALSE(machine.files.HasUnflushed("C:\\Backup\\"));
+}
+
+TEST_F(RunFilesLoopTest, CopiesStayNotedWhoseFlushFails) {
+  AddFile("C:\\Src\\a.txt", "a");
+  machine.files.FailNext("BeginFlush", kDeviceIoError);
+  Run();
+  EXPECT_TRUE(machine.files.HasUnflushed("C:\\Backup\\"));
+}
+
 TEST_F(RunFilesLoopTest, TimersTickWhileASlowMediumIsFlushed) {
   AddFile("C:\\Src\\a.txt", "a");
   machine.files.FlushSlowly(300);
@@ -374,6 +390,7 @@ TEST_F(RunFilesLoopTest, TheEndOfTheProgramWaitsForNoMedium) {
   machine.loop.OnYield(50, [this] { machine.loop.Quit(0); });
   Run();
   EXPECT_LT(machine.loop.YieldCount(), 100);
+  EXPECT_TRUE(machine.files.HasUnflushed("C:\\Backup\\"));
 }
 
 // --- changes of the list during a run

@@ -327,6 +327,7 @@ void LayOutDrive(const fs::path& drive) {
 Snapshot SnapshotOf(const fs::path& folder) {
   Snapshot snapshot;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    if (entry.path().filename() == kUnflushedName) continue;
     const std::string path = entry.path().lexically_relative(folder).string();
     if (entry.is_symlink()) {
       snapshot[path] = "link to " + fs::read_symlink(entry.path()).string();

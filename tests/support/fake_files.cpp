@@ -187,9 +187,15 @@ FakeFiles::NodePtr FakeFiles::FileForWriting(const Path& file) {
 void FakeFiles::SetContent(FakeNode& file, std::string content) {
   file.content = std::move(content);
   file.reported_length.reset();
-  file.modified_s = clock_.UnixSeconds();
+  file.modified_s = file.changed_s = clock_.UnixSeconds();
   file.archive = true;
   ++file.revision;
+}
+
+void FakeFiles::LoseBytes(const Path& file) {
+  const NodePtr node = Find(file);
+  ASSERT_NE(node, nullptr) << "no such file: " << file;
+  node->content.assign(node->content.size(), '\0');
 }
 
 void FakeFiles::Write(const Path& file, std::string content) {
@@ -372,6 +378,13 @@ void FakeFiles::Delete(const Path& file) {
 }
 
 // A scripted failure is the medium's, and comes at the end.
+std::optional<std::int64_t> FakeFiles::BeginCopies(const Path& folder) {
+  if (Find(WithoutSeparator(folder)) == nullptr) return std::nullopt;
+  const auto [noted, is_new] = unflushed_.emplace(folder, clock_.UnixSeconds());
+  if (is_new) return std::nullopt;
+  return noted->second;
+}
+
 std::unique_ptr<MediumFlush> FakeFiles::BeginFlush(const Path& folder) {
   class FakeFlush final : public MediumFlush {
    public:

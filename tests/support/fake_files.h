@@ -24,6 +24,7 @@ struct FakeNode {
   bool archive = true;
   std::optional<std::int64_t> reported_length;  ///< in place of the content's
   std::int64_t modified_s = 0;
+  std::int64_t changed_s = 0;     ///< by the virtual clock
   std::uint64_t revision = 0;     ///< grows with each change of the content
   bool on_medium = true;          ///< false once its drive was removed
   bool keeps_case_apart = false;  ///< a folder's: names that differ at all are two names
@@ -82,6 +83,10 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   void ReportLength(const Path& file, std::int64_t length_bytes);
   /// Names of all that a folder holds, in the order of listings.
   std::vector<std::string> Names(const Path& folder) const;
+  /// A file's bytes become others; its length and times stay.
+  void LoseBytes(const Path& file);
+  /// Whether copies to a folder were begun, and haven't ended.
+  bool HasUnflushed(const Path& folder) const { return unflushed_.contains(folder); }
   /// How often each flush says that it isn't done yet, once at least.
   void FlushSlowly(int times) { flush_times_ = times; }
   void AddDrive(const std::string& letter, DriveKind kind = DriveKind::kFixed);
@@ -124,6 +129,9 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   std::vector<std::string> List(const Path& pattern, ListKinds kinds) override;
   std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) override;
   std::unique_ptr<HeldFolder> OpenFolder(const Path& folder) override;
+  std::optional<std::int64_t> BeginCopies(const Path& folder) override;
+  void EndCopies(const Path& folder) override { unflushed_.erase(folder); }
+  bool Mistrust(const HeldEntry& source, const HeldEntry& copy, std::int64_t since_s) override;
   std::unique_ptr<MediumFlush> BeginFlush(const Path& folder) override;
 
   // For the fakes that work on these files.
@@ -186,6 +194,7 @@ class FakeFiles : public FileSystem, public ScriptedFailures {
   std::uint64_t copied_revision_ = 0;
   std::function<bool(const FakeNode&)> is_open_;
   int flush_times_ = 1;
+  std::map<Path, std::int64_t> unflushed_;  ///< since when, by folder
 };
 
 }  // namespace tarnvale::testing

@@ -190,6 +190,17 @@ void FakeFiles::CopyEntry(const HeldEntry& source, const HeldEntry& target, Righ
   CopyToHeld(FakeFolder::Of(source.folder).Node()->Entry(source.name), target);
 }
 
+bool FakeFiles::Mistrust(const HeldEntry& source, const HeldEntry& copy, std::int64_t since_s) {
+  const NodePtr from = FakeFolder::Of(source.folder).Node()->Entry(source.name);
+  const NodePtr to = FakeFolder::Of(copy.folder).Node()->Entry(copy.name);
+  if (from == nullptr || to == nullptr || from->is_folder || to->is_folder) return false;
+  if (to->changed_s < since_s || to->modified_s != from->modified_s) return false;
+  if (to->content == from->content) return false;
+  to->modified_s = 0;
+  to->flags &= ~attribute::kReadOnly;
+  return true;
+}
+
 // A folder to fill, made when missing; raises 58 as a held entry's copy does.
 std::unique_ptr<HeldFolder> FakeFiles::HoldOrMake(const HeldEntry& target) {
   const NodePtr& folder = FakeFolder::Of(target.folder).Node();

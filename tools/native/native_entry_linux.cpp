@@ -130,7 +130,7 @@ std::vector<UnseenEntry> UnseenIn(const NativeEntry& folder, bool files_only) {
   again.Release();
   while (const dirent* entry = ::readdir(names.get())) {
     const std::string_view name = entry->d_name;
-    if (name == "." || name == ".." || IsTemporaryName(name)) continue;
+    if (name == "." || name == ".." || IsOwnName(name)) continue;
     if (files_only && entry->d_type == DT_DIR) continue;
     const auto add = [&](UnseenEntry::Reason reason) {
       unseen.push_back({path + "/" + entry->d_name, reason});

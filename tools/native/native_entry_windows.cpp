@@ -125,7 +125,7 @@ std::vector<UnseenEntry> UnseenIn(const NativeEntry& folder, bool files_only) {
     while (const auto* entry = listing.Next()) {
       const FileState state = tarnvale::StateOf(*entry);
       const std::string name = Narrow(entry->cFileName);
-      if (IsTemporaryName(name) || (files_only && state.IsFolder())) continue;
+      if (IsOwnName(name) || (files_only && state.IsFolder())) continue;
       const auto add = [&](UnseenEntry::Reason reason) {
         unseen.push_back({folder.Path() + kSeparator + name, reason});
       };

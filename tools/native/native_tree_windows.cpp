@@ -18,7 +18,7 @@ std::vector<TreeEntry> EntriesOf(const std::string& folder) {
       constexpr DWORD kUnseen = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
       const FileState state = StateOf(*entry);
       std::string name = Narrow(entry->cFileName);
-      if ((state.attributes & kUnseen) != 0 || IsTemporaryName(name)) continue;
+      if ((state.attributes & kUnseen) != 0 || IsOwnName(name)) continue;
       if (state.IsFolder() && state.is_link) continue;
       const std::wstring path = Joined(native, entry->cFileName);
       TreeEntry found{.path = ShownPathOf(path), .name = name, .is_folder = state.IsFolder()};

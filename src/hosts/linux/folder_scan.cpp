@@ -44,6 +44,7 @@ const dirent* FolderScan::Next() {
         temporaries_.Sweep(Fd(), name);
         continue;
       }
+      if (IsOwnName(name)) continue;
     }
     if (CanBeNamed(name)) return entry;
     left_out_ = true;

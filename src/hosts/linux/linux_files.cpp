@@ -19,6 +19,7 @@
 #include "hosts/linux/native_errors.h"
 #include "hosts/linux/own_links.h"
 #include "hosts/linux/own_program.h"
+#include "hosts/linux/unflushed_copies.h"
 #include "platform/path_text.h"
 
 namespace tarnvale {
@@ -389,6 +390,31 @@ std::unique_ptr<HeldFolder> LinuxFiles::OpenFolder(const Path& folder) {
 
 std::string LinuxFiles::FoldCase(std::string_view name) {
   return tarnvale::FoldCase(name);
+}
+
+std::optional<std::int64_t> LinuxFiles::BeginCopies(const Path& folder) {
+  std::optional<std::int64_t> since_s;
+  PassedOver pass;
+  pass.Step([&] {
+    if (const auto native = locator_.FindFolder(folder)) {
+      since_s = tarnvale::BeginCopies(OpenNativeFolder(*native, true).Get());
+    }
+  });
+  return since_s;
+}
+
+void LinuxFiles::EndCopies(const Path& folder) {
+  PassedOver pass;
+  pass.Step([&] {
+    if (const auto native = locator_.FindFolder(folder)) {
+      tarnvale::EndCopies(OpenNativeFolder(*native, true).Get());
+    }
+  });
+}
+
+bool LinuxFiles::Mistrust(const HeldEntry& source, const HeldEntry& copy, std::int64_t since_s) {
+  return tarnvale::Mistrust({LinuxFolder::Of(source).Fd(), source.name.c_str()},
+                            {LinuxFolder::Of(copy).Fd(), copy.name.c_str()}, since_s);
 }
 
 std::unique_ptr<MediumFlush> LinuxFiles::BeginFlush(const Path& folder) {

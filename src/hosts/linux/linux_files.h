@@ -58,6 +58,9 @@ class LinuxFiles : public FileSystem {
   std::vector<std::string> List(const Path& pattern, ListKinds kinds) override;
   std::vector<std::string> ListFolders(const Path& folder, ListKinds kinds) override;
   std::unique_ptr<HeldFolder> OpenFolder(const Path& folder) override;
+  std::optional<std::int64_t> BeginCopies(const Path& folder) override;
+  void EndCopies(const Path& folder) override;
+  bool Mistrust(const HeldEntry& source, const HeldEntry& copy, std::int64_t since_s) override;
   std::unique_ptr<MediumFlush> BeginFlush(const Path& folder) override;
 
   /// From now on Delete raises 70 for what is open in this table, which must

@@ -399,9 +399,8 @@ std::vector<std::string> WindowsFiles::List(const Path& pattern, ListKinds kinds
   while (const auto* entry = listing.Next()) {
     std::string name = Narrow(entry->cFileName);
     const FileState state = StateOf(*entry);
-    if (!state.IsFolder() && !state.is_special && IsListed(state, kinds) &&
-        !IsTemporaryName(name) && CanBeFound(entry->cFileName) &&
-        MatchesPattern(FoldCase(name), folded)) {
+    if (!state.IsFolder() && !state.is_special && IsListed(state, kinds) && !IsOwnName(name) &&
+        CanBeFound(entry->cFileName) && MatchesPattern(FoldCase(name), folded)) {
       names.push_back(std::move(name));
     }
   }

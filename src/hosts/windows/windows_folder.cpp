@@ -32,7 +32,7 @@ FolderContents WindowsFolder::Contents() {
   while (const auto* entry = listing.Next()) {
     const FileState state = StateOf(*entry);
     std::string name = Narrow(entry->cFileName);
-    if (IsTemporaryName(name)) {
+    if (IsOwnName(name)) {
       leftovers.emplace_back(entry->cFileName);
     } else if (!CanBeFound(entry->cFileName) || state.is_special) {
       // Made by another system: no path leads there. Or no file.

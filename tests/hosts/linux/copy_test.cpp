@@ -184,6 +184,26 @@ TEST_F(CopyTest, AReadOnlyTargetStaysWhenTheMediumCannotSayWhetherItIsThere) {
   EXPECT_EQ(NamesIn("."), (Names{"source", "target"}));
 }
 
+TEST_F(CopyTest, ACopyIsNotMistrustedWhoseFileCannotBeRead) {
+  Write("source", "bytes");
+  Write("target", "other");
+  SetModified("source", 1'000'000'000, 0);
+  SetModified("target", 1'000'000'000, 0);
+  const auto folder = files_.OpenFolder("C:\\");
+  const auto mistrust = [&] {
+    return files_.Mistrust({*folder, "source"}, {*folder, "target"}, 0);
+  };
+  {
+    ReadHook broken({});
+    broken.Refuse(EIO);
+    EXPECT_FALSE(mistrust());
+  }
+  EXPECT_EQ(Info("target").st_mtim.tv_sec, 1'000'000'000);
+  EXPECT_TRUE(mistrust());
+  EXPECT_EQ(Info("target").st_mtim.tv_sec, 0);
+  EXPECT_EQ(Read("target"), "other");
+}
+
 TEST_F(CopyTest, FailuresAreReportedByNumber) {
   MakeFolder("folder");
   Write("source", "");
