@@ -64,19 +64,4 @@ std::size_t ReadData(int file, off_t position, std::span<std::uint8_t> bytes) {
   return done;
 }
 
-Comparison CompareData(int a, int b) {
-  std::vector<char> bytes_a(65536);
-  std::vector<char> bytes_b(bytes_a.size());
-  for (off_t at = 0;;) {
-    const ssize_t got_a = ::pread(a, bytes_a.data(), bytes_a.size(), at);
-    const ssize_t got_b = ::pread(b, bytes_b.data(), bytes_b.size(), at);
-    if (got_a < 0 || got_b < 0) return Comparison::kUnknown;
-    if (got_a != got_b || !std::equal(bytes_a.begin(), bytes_a.begin() + got_a, bytes_b.begin())) {
-      return Comparison::kDifferent;
-    }
-    if (got_a == 0) return Comparison::kSame;
-    at += got_a;
-  }
-}
-
 }  // namespace tarnvale

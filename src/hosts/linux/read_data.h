@@ -13,8 +13,4 @@ namespace tarnvale {
 /// end of the file. Many are read by all processors at once. Raises 57.
 std::size_t ReadData(int file, off_t position, std::span<std::uint8_t> bytes);
 
-/// What two files hold, seen side by side; unknown where one can't be read.
-enum class Comparison { kSame, kDifferent, kUnknown };
-Comparison CompareData(int a, int b);
-
 }  // namespace tarnvale
