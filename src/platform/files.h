@@ -255,8 +255,9 @@ class FileSystem {
   virtual void EndCopies(const Path&) {}
 
   /// Makes a copy older than any file, and no longer read-only, that came or changed since then,
-  /// and has the time of its file, to the second, but other bytes. False where there is no such
-  /// copy, or where that can't be said; nothing has happened then. Raises nothing.
+  /// and has the time of its file, to the second, but another length, or other bytes where its file
+  /// isn't all zeros. False where there is no such copy, or where that can't be said; nothing
+  /// has happened then. Raises nothing.
   virtual bool Mistrust(const HeldEntry& /*source*/, const HeldEntry& /*copy*/,
                         std::int64_t /*since_s*/) {
     return false;

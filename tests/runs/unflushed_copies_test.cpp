@@ -92,6 +92,14 @@ TEST_F(UnflushedCopiesTest, OfSingleFilesAreMadeAnewThoughTheFilesHaveNotChanged
   EXPECT_EQ(Content("Store/one.txt"), "first");
 }
 
+TEST_F(UnflushedCopiesTest, StayWhereTheirFileIsTheOneThatWasLost) {
+  Run();
+  BreakOff();
+  LoseBytes("Work/Letters/two.txt");
+  Run();
+  EXPECT_EQ(Content("Store/Letters/two.txt"), "second");
+}
+
 TEST_F(UnflushedCopiesTest, FromBeforeTheRunThatWasBrokenOffStay) {
   Run();
   LoseBytes("Store/Letters/two.txt");

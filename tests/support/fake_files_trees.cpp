@@ -195,7 +195,11 @@ bool FakeFiles::Mistrust(const HeldEntry& source, const HeldEntry& copy, std::in
   const NodePtr to = FakeFolder::Of(copy.folder).Node()->Entry(copy.name);
   if (from == nullptr || to == nullptr || from->is_folder || to->is_folder) return false;
   if (to->changed_s < since_s || to->modified_s != from->modified_s) return false;
-  if (to->content == from->content) return false;
+  bool is_lost = to->content.size() != from->content.size();
+  for (std::size_t i = 0; !is_lost && i < from->content.size(); ++i) {
+    is_lost = from->content[i] != to->content[i] && from->content[i] != 0;
+  }
+  if (!is_lost) return false;
   to->modified_s = 0;
   to->flags &= ~attribute::kReadOnly;
   return true;

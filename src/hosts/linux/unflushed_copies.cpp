@@ -9,7 +9,6 @@
 #include <string>
 
 #include "hosts/linux/descriptor.h"
-#include "hosts/linux/read_data.h"
 #include "platform/temporary_name.h"
 
 namespace tarnvale {
@@ -30,6 +29,23 @@ std::int64_t LastChange_s(int file, const struct stat& info) {
   const bool is_known = ::statx(file, "", AT_EMPTY_PATH, STATX_BTIME, &made) == 0 &&
                         (made.stx_mask & STATX_BTIME) != 0;
   return std::max<std::int64_t>(info.st_ctim.tv_sec, is_known ? made.stx_btime.tv_sec : 0);
+}
+
+// Whether the copy differs where its file has other bytes than zeros. A loss of power leaves
+// zeros in a file that was just saved, too, and its copy may be the one that is whole.
+bool HasLostBytes(int file, int copy) {
+  constexpr std::size_t kBlock = 4096;
+  std::array<char, kBlock> ours{};
+  std::array<char, kBlock> theirs{};
+  for (off_t at = 0;; at += off_t{kBlock}) {
+    const ssize_t got = ::pread(file, ours.data(), kBlock, at);
+    if (got <= 0 || ::pread(copy, theirs.data(), kBlock, at) != got) return false;
+    const auto end = ours.begin() + got;
+    if (!std::equal(ours.begin(), end, theirs.begin()) &&
+        std::any_of(ours.begin(), end, [](char byte) { return byte != 0; })) {
+      return true;
+    }
+  }
 }
 
 }  // namespace
@@ -57,10 +73,7 @@ bool Mistrust(NativeSpot source, NativeSpot copy, std::int64_t since_s) {
   if (!to || LastChange_s(to.Get(), theirs) < since_s - kCoarsestStep_s) return false;
   const Descriptor from = OpenPlain(source, ours);
   if (!from || ours.st_mtim.tv_sec != theirs.st_mtim.tv_sec) return false;
-  if (ours.st_size == theirs.st_size &&
-      CompareData(from.Get(), to.Get()) != Comparison::kDifferent) {
-    return false;
-  }
+  if (ours.st_size == theirs.st_size && !HasLostBytes(from.Get(), to.Get())) return false;
   const std::array<timespec, 2> times{timespec{0, UTIME_OMIT}, timespec{0, 0}};
   return (::fchmod(to.Get(), (theirs.st_mode & 07777) | S_IWUSR) == 0 ||
           (theirs.st_mode & S_IWUSR) != 0) &&
