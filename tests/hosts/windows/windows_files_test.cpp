@@ -171,6 +171,17 @@ TEST_F(WindowsFilesTest, ALeftoverIsListedByNobody) {
   EXPECT_EQ(Content(stranger), "of another machine") << "another machine's own";
 }
 
+// A medium that was last written to, and taken out too early, on another system.
+TEST_F(WindowsFilesTest, ANoteOfUnflushedCopiesIsListedByNobodyAndStays) {
+  const std::string note(kUnflushedName);
+  Write(note, "");
+  EXPECT_EQ(Host().files.OpenFolder("C:\\")->Contents().files.size(), 0U);
+  EXPECT_THAT(Host().files.List("C:\\*", {.hidden = true}), IsEmpty());
+  EXPECT_EQ(Host().files.BeginCopies("C:\\"), std::nullopt);
+  Host().files.EndCopies("C:\\");
+  EXPECT_TRUE(std::filesystem::exists(Native(note)));
+}
+
 TEST_F(WindowsFilesTest, AShortReadIsNoFailure) {
   Write("a", "12345");
   Host().open_files.OpenBinary(1, "C:\\a");
