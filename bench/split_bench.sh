@@ -22,13 +22,20 @@ chmod 700 "$work"
 trap 'rm -rf "$work"' EXIT
 missed=0
 
+# Memory for what comes: see warm_memory.h.
+warm() { "${program%/*}/warm_memory" $((2 * mib)); }
+
 peer_seconds() {
+  warm
   local start=$EPOCHREALTIME
   "$@"
   echo "$start $EPOCHREALTIME" | awk '{ printf "%.4f\n", $2 - $1 }' >>"$work/peer"
 }
 
-ours() { "$program" "$@" >>"$work/ours"; }
+ours() {
+  warm
+  "$program" "$@" >>"$work/ours"
+}
 
 round_of() {  # split|join, round: who begins changes
   rm -rf "$work/a" "$work/b"
