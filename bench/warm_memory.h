@@ -9,9 +9,9 @@
 namespace tarnvale {
 
 /// Uses so much memory once and gives it back, for what is measured next, which may need all
-/// of it. The memory that a virtual machine has free may be its host's again two seconds
-/// later; whoever takes it then waits for the host, ten times as long as the work takes, and
-/// the contestant that writes more loses by that alone. Raises nothing.
+/// of it. The memory that a virtual machine has free may be its host's again within seconds;
+/// whoever takes it then waits for the host, many times as long as filling it takes, and the
+/// contestant that needs more loses by that alone. Raises nothing.
 inline void WarmMemory(std::size_t mib) {
   const std::size_t bytes = mib << 20U;
   void* const memory =
