@@ -70,8 +70,9 @@ const wchar_t* OrNone(const std::wstring& text) {
 
 }  // namespace
 
+// Its box for reading alone would do nothing here.
 bool WindowsFileDialogs::ShowOpen(FileDialogRecord& record) {
-  return Show(&::GetOpenFileNameW, record.flags, record);
+  return Show(&::GetOpenFileNameW, record.flags | OFN_HIDEREADONLY, record);
 }
 
 // Chosen: it asks before it replaces a file, whatever the flags are.

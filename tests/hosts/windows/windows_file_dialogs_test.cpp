@@ -218,6 +218,13 @@ TEST_F(WindowsDialogCallsTest, TheRecordIsTheSystemsOfOld) {
   EXPECT_EQ(asked[0].title, L"Choose");
 }
 
+TEST_F(WindowsDialogCallsTest, TheOpenDialogHasNoBoxForReadingAlone) {
+  FileDialogRecord record = Record({});
+  dialogs.ShowOpen(record);
+  ASSERT_EQ(asked.size(), 1U);
+  EXPECT_EQ(asked[0].flags, DWORD{OFN_HIDEREADONLY});
+}
+
 TEST_F(WindowsDialogCallsTest, WhatIsEmptyIsTheDialogsOwn) {
   FileDialogRecord record;
   record.file = Padded({});
