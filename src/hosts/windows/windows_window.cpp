@@ -156,6 +156,7 @@ void WindowsWindow::BuildControls() {
     }
   }
   OrderScene(nullptr);
+  CoverNatives();
   labels_ = LabelsOf(record_);
 }
 
@@ -186,6 +187,39 @@ NativePeer* WindowsWindow::NativePeerOf(HWND window) const {
 void WindowsWindow::FollowReach() {
   LeaveUnreachable();
   for (const auto& peer : peers_) peer->UpdateReach();
+  CoverNatives();
+}
+
+// Whether something drawn lies over all of it: placed later than it, or than one of its
+// containers, in the same place of the scene.
+bool WindowsWindow::IsCovered(const Peer& peer) const {
+  for (const Control* c = &peer.Record(); c != nullptr; c = c->Parent()) {
+    bool is_above = false;
+    for (const Placement& placement : record_.Placements()) {
+      if (placement.container != c->Parent()) continue;
+      if (placement.control == c) {
+        is_above = true;
+        continue;
+      }
+      const auto* drawn = dynamic_cast<const DrawnPeer*>(PeerOf(*placement.control));
+      if (!is_above || drawn == nullptr || !drawn->IsShown()) continue;
+      const RECT& over = drawn->SeenArea();
+      const RECT& under = peer.SeenArea();
+      if (over.left <= under.left && over.top <= under.top && over.right >= under.right &&
+          over.bottom >= under.bottom) {
+        return true;
+      }
+    }
+  }
+  return false;
+}
+
+// The system's controls would lie above all that is drawn.
+void WindowsWindow::CoverNatives() {
+  for (const auto& peer : peers_) {
+    auto* native = dynamic_cast<NativePeer*>(peer.get());
+    if (native != nullptr) native->SetCovered(IsCovered(*native));
+  }
 }
 
 // What is brought up to date together.

@@ -92,6 +92,8 @@ class WindowsWindow final {
   void MakeNative();
   void BuildControls();
   void OrderScene(const Control* container);
+  bool IsCovered(const Peer& peer) const;
+  void CoverNatives();
   void MakeTips();
 
   void RequestSync();

@@ -55,6 +55,31 @@ TEST_F(WindowsScene, OneThatWasPlacedLaterLiesAboveAndGetsTheClick) {
   EXPECT_EQ(below.heard.back(), "click") << "what was covered gets it";
 }
 
+TEST_F(WindowsScene, AFieldBelowAFrameThatWasPlacedLaterIsCovered) {
+  PictureBox below;
+  TextBox field;
+  PictureBox above;
+  Recorder drawn;
+  next_top = 100;
+  window.Place({{&below, nullptr, {10, 10, 80, 80}},
+                {&field, &below, {10, 10, 40, 20}},
+                {&above, nullptr, {10, 10, 80, 80}},
+                {&drawn, &above, {10, 10, 60, 60}}});
+  Show();
+  Settle();
+  EXPECT_EQ(::IsWindowVisible(NativeOf(field)), FALSE);
+  EXPECT_EQ(ColorAt(25, 25), 0xFF0000U);
+  above.Visible = false;
+  Settle();
+  EXPECT_NE(::IsWindowVisible(NativeOf(field)), FALSE);
+  below.Visible = false;
+  above.Visible = true;
+  below.Visible = true;
+  Settle();
+  EXPECT_EQ(::IsWindowVisible(NativeOf(field)), FALSE) << "it was shown behind it";
+  EXPECT_EQ(ColorAt(25, 25), 0xFF0000U);
+}
+
 TEST_F(WindowsScene, AControlIsSeenAndFoundWithinItsContainerOnly) {
   PictureBox container;
   Recorder drawn;

@@ -1,6 +1,7 @@
 #include "hosts/windows/peers/native_peer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "hosts/windows/accessible.h"
 #include "hosts/windows/keys.h"
@@ -110,8 +111,13 @@ void NativePeer::Repaint() {
   ::InvalidateRect(native_, nullptr, TRUE);
 }
 
+void NativePeer::SetCovered(bool is_covered) {
+  if (std::exchange(is_covered_, is_covered) == is_covered) return;
+  NativePeer::OnShown(IsShown());
+}
+
 void NativePeer::OnShown(bool is_shown) {
-  ::ShowWindow(native_, is_shown ? SW_SHOWNA : SW_HIDE);
+  ::ShowWindow(native_, is_shown && !is_covered_ ? SW_SHOWNA : SW_HIDE);
 }
 
 void NativePeer::OnUsable(bool is_usable) {

@@ -21,6 +21,8 @@ class NativePeer : public Peer {
   /// Sets the colours of a text and returns the ground's; null for the system's.
   virtual HBRUSH OnColor(HDC) { return nullptr; }
 
+  /// Out of sight while something drawn lies above it, though it stays shown for the record.
+  void SetCovered(bool is_covered);
   void TakeNativeFocus() override;
   void Repaint() override;
 
@@ -60,6 +62,7 @@ class NativePeer : public Peer {
 
   HWND native_ = nullptr;
   bool got_focus_by_press_ = false;
+  bool is_covered_ = false;
   std::vector<Followed> followed_;
 };
 
